@@ -1,0 +1,19 @@
+#pragma once
+
+#include <chrono>
+
+namespace navora {
+
+// A moment, in seconds with fractions.
+using Date = std::chrono::time_point<std::chrono::system_clock, std::chrono::duration<double>>;
+
+// Seconds since 1970-01-01 00:00 UTC, without leap seconds.
+constexpr double secondsSince1970(Date date) {
+  return date.time_since_epoch().count();
+}
+
+constexpr Date dateFromSecondsSince1970(double seconds) {
+  return Date(std::chrono::duration<double>(seconds));
+}
+
+}  // namespace navora

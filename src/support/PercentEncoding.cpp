@@ -1,0 +1,87 @@
+#include "support/PercentEncoding.h"
+
+#include "support/Text.h"
+
+namespace navora {
+
+namespace {
+
+constexpr std::string_view segmentMarks = "-._~!$&'()*+,;=:@";
+
+bool isAsciiLetterOrDigit(char character) {
+  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
+         (character >= '0' && character <= '9');
+}
+
+std::string encodedExcept(std::string_view text, std::string_view marks) {
+  std::string result;
+  result.reserve(text.size());
+  for (const char byte : text) {
+    if (isAsciiLetterOrDigit(byte) || marks.find(byte) != std::string_view::npos) {
+      result.push_back(byte);
+    } else {
+      appendPercentTriplet(result, byte);
+    }
+  }
+  return result;
+}
+
+std::optional<unsigned> hexadecimalValue(char digit) {
+  if (digit >= '0' && digit <= '9') {
+    return static_cast<unsigned>(digit - '0');
+  }
+  if (digit >= 'a' && digit <= 'f') {
+    return static_cast<unsigned>(digit - 'a') + 10;
+  }
+  if (digit >= 'A' && digit <= 'F') {
+    return static_cast<unsigned>(digit - 'A') + 10;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::string percentEncoded(std::string_view text) {
+  return encodedExcept(text, {});
+}
+
+std::string percentEncodedPathSegment(std::string_view text) {
+  return encodedExcept(text, segmentMarks);
+}
+
+std::optional<std::string> percentDecoded(std::string_view text) {
+  std::string result;
+  result.reserve(text.size());
+  while (!text.empty()) {
+    if (text.front() != '%') {
+      result.push_back(text.front());
+      text.remove_prefix(1);
+      continue;
+    }
+    if (!startsWithPercentTriplet(text)) {
+      return std::nullopt;
+    }
+    result.push_back(
+        static_cast<char>(*hexadecimalValue(text[1]) * 16 + *hexadecimalValue(text[2])));
+    text.remove_prefix(3);
+  }
+  if (!isValidUtf8(result)) {
+    return std::nullopt;
+  }
+  return result;
+}
+
+bool startsWithPercentTriplet(std::string_view text) {
+  return text.size() >= 3 && text[0] == '%' && hexadecimalValue(text[1]) &&
+         hexadecimalValue(text[2]);
+}
+
+void appendPercentTriplet(std::string& text, char byte) {
+  constexpr std::string_view digits = "0123456789ABCDEF";
+  const auto value = static_cast<unsigned char>(byte);
+  text.push_back('%');
+  text.push_back(digits[value >> 4U]);
+  text.push_back(digits[value & 0x0FU]);
+}
+
+}  // namespace navora

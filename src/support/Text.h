@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace navora {
+
+// Functions on UTF-8 text. Unless a function says otherwise, text that is not valid UTF-8 is not an
+// error: every byte that belongs to no valid sequence counts as one replacement character (U+FFFD)
+// and is left as it is in results.
+
+// Whether the text is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+bool isValidUtf8(std::string_view text);
+
+// The length in UTF-16 code units: 2 for a character outside of the Basic Multilingual Plane.
+std::size_t utf16Length(std::string_view text);
+
+// The number of user-perceived characters (extended grapheme clusters).
+std::size_t characterCount(std::string_view text);
+
+// The first `count` user-perceived characters, or the whole text when it has fewer.
+std::string prefixCharacters(std::string_view text, std::size_t count);
+
+// The text without white space and line breaks at both ends: the general categories Zs, Zl and Zp,
+// U+0009 to U+000D and U+0085.
+std::string trimmed(std::string_view text);
+
+// A to Z lower-cased, every other byte kept; for names of protocols, hosts and the like.
+std::string lowercasedAscii(std::string_view text);
+
+// Lower case by the Unicode mapping of each character, independent of any language.
+std::string lowercased(std::string_view text);
+
+// Every occurrence of `from`, searched from the left without overlap, replaced by `to`. An empty
+// `from` occurs nowhere.
+std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
+
+// The pieces between separators, empty ones included: one more piece than there are separators.
+std::vector<std::string> split(std::string_view text, char separator);
+
+}  // namespace navora
