@@ -1,0 +1,54 @@
+#include "end_to_end/driver/Wait.h"
+
+#include <cstdlib>
+#include <thread>
+
+namespace navora::driver {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr std::chrono::milliseconds pollInterval{10};
+
+}  // namespace
+
+double timeoutFactor() {
+  static const double factor = [] {
+    const char* text = std::getenv("NAVORA_TEST_TIMEOUT_FACTOR");
+    const double value = text ? std::strtod(text, nullptr) : 1.0;
+    return value > 0 ? value : 1.0;
+  }();
+  return factor;
+}
+
+std::chrono::milliseconds defaultTimeout() {
+  return std::chrono::milliseconds(static_cast<long>(20'000 * timeoutFactor()));
+}
+
+bool becomesTrue(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
+  const auto deadline = Clock::now() + timeout;
+  while (true) {
+    // The clock is read before the condition, so that a condition that was not looked at for long
+    // on a busy machine still gets its last look after the deadline.
+    const bool last = Clock::now() >= deadline;
+    if (condition()) return true;
+    if (last) return false;
+    std::this_thread::sleep_for(pollInterval);
+  }
+}
+
+bool holdsFor(const std::function<bool()>& condition, std::chrono::milliseconds duration) {
+  return !becomesTrue([&] { return !condition(); }, duration);
+}
+
+void waitUntil(const std::function<bool()>& condition, std::string_view description,
+               std::chrono::milliseconds timeout, const std::function<std::string()>& state) {
+  if (becomesTrue(condition, timeout)) return;
+  std::string message = "Waited " + std::to_string(timeout.count()) + " ms in vain until ";
+  message += description;
+  if (state) message += "\n" + state();
+  throw DriverError(message);
+}
+
+}  // namespace navora::driver
