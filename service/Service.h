@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "ServiceOptions.h"
+
+namespace navora::service {
+
+/// The running service: storage, background jobs, the HTTP server, and in test mode the front that
+/// can misbehave.
+class Service {
+ public:
+  explicit Service(ServiceOptions options);
+  ~Service();
+  Service(const Service&) = delete;
+  Service& operator=(const Service&) = delete;
+
+  /// Begins to serve; the port accepts connections when it returns. What went wrong otherwise.
+  std::optional<std::string> start();
+
+  /// Ends every connection and all threads. Harmless when not started or stopped already.
+  void stop();
+
+  int port() const;
+  std::string address() const;  ///< "http://127.0.0.1:8080/"
+
+ private:
+  class Parts;
+
+  ServiceOptions options_;
+  std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace navora::service

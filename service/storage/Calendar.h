@@ -1,0 +1,29 @@
+#pragma once
+
+#include <string>
+
+#include "storage/Database.h"
+#include "support/Json.h"
+
+namespace navora::service {
+
+/// The user's events: a date ("2026-03-09"), a time ("14:30", empty for the whole day), a title.
+class Calendar {
+ public:
+  explicit Calendar(Database& database) : database_(database) {}
+
+  /// The events of a month ("2026-03") in order of date and time.
+  Json list(const std::string& userId, const std::string& month);
+
+  /// The new event.
+  Json add(const std::string& userId, const std::string& date, const std::string& time,
+           const std::string& title);
+
+  /// False when the user has no such event.
+  bool remove(const std::string& userId, const std::string& uid);
+
+ private:
+  Database& database_;
+};
+
+}  // namespace navora::service

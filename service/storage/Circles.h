@@ -1,0 +1,36 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "storage/Database.h"
+#include "support/Json.h"
+
+namespace navora::service {
+
+/// The user's circles, their rooms, and the messages in the rooms.
+class Circles {
+ public:
+  explicit Circles(Database& database) : database_(database) {}
+
+  /// All circles in their order, each with its rooms, each with its messages, oldest first.
+  Json list(const std::string& userId);
+
+  std::string addCircle(const std::string& userId, const std::string& name);
+  std::string addRoom(const std::string& circleId, const std::string& name);
+
+  /// False when the user has no such circle.
+  bool rename(const std::string& userId, const std::string& circleId, const std::string& name);
+
+  /// The new message, or nothing when the user has no such room.
+  std::optional<Json> addMessage(const std::string& userId, const std::string& roomId,
+                                 const std::string& author, const std::string& text);
+
+ private:
+  Json rooms(const std::string& circleId);
+  Json messages(const std::string& roomId);
+
+  Database& database_;
+};
+
+}  // namespace navora::service

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <string>
+
+#include "storage/Database.h"
+#include "support/Json.h"
+
+namespace navora::service {
+
+/// Each user's settings, complete with the defaults of what was never set.
+class SettingsStore {
+ public:
+  explicit SettingsStore(Database& database) : database_(database) {}
+
+  Json read(const std::string& userId);
+
+  /// Stores changes that `SettingsRules` has accepted and returns the settings as they now are.
+  Json change(const std::string& userId, const Json& changes);
+
+ private:
+  Database& database_;
+};
+
+}  // namespace navora::service

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string>
+
+#include "http/Routes.h"
+#include "storage/Storage.h"
+#include "testing/DriverBroker.h"
+#include "testing/FaultRules.h"
+#include "testing/HttpMessage.h"
+#include "testing/RequestLog.h"
+
+namespace navora::service {
+
+/// What a test can ask of the service below "/__test/": what was requested, which faults happen,
+/// scripts run in pages, and changes behind the user's back.
+class TestControls {
+ public:
+  TestControls(Storage& storage, const TelemetryCounts& telemetry, std::string defaultAccount);
+
+  RequestLog& log() { return log_; }
+  FaultRules& faults() { return faults_; }
+
+  /// The bytes of the answer. `connection` tells whether a waiting client is still there.
+  std::string answer(const WireRequest& request, const Connection& connection);
+
+ private:
+  std::string requests(const WireRequest& request, const Connection& connection);
+  std::string faultRules(const WireRequest& request);
+  std::string driverScript();
+  std::string driver(const WireRequest& request, const Connection& connection);
+  std::string nextScript(const std::string& name, const WireRequest& request,
+                         const Connection& connection);
+  std::string evaluate(const std::string& name, const Json& body, const Connection& connection);
+  std::string changeUser(const WireRequest& request);
+
+  Storage& storage_;
+  const TelemetryCounts& telemetry_;
+  std::string defaultAccount_;
+  RequestLog log_;
+  FaultRules faults_;
+  DriverBroker broker_;
+};
+
+}  // namespace navora::service

@@ -1,0 +1,75 @@
+// Runs scripts for a test inside the page that includes this file. The part of "name" in its
+// address tells pages apart; the server is the one this file came from, so that a page of another
+// origin can be driven as well.
+(() => {
+  const source = new URL(document.currentScript.src);
+  const name = source.searchParams.get('name') || 'main';
+  const base = `${source.origin}/__test/driver/${encodeURIComponent(name)}`;
+  const AsyncFunction = (async () => {}).constructor;
+  // Taken before the page's own scripts can replace them.
+  const send = window.fetch.bind(window);
+  const beacon = navigator.sendBeacon.bind(navigator);
+  let current = null;
+
+  const post = (path, value) => send(base + path, {
+    method: 'POST', body: JSON.stringify(value), credentials: 'omit', keepalive: true,
+  });
+
+  async function run({id, script}) {
+    const answer = {id, ok: true};
+    try {
+      const value = await new AsyncFunction(script)();
+      answer.value = value === undefined ? null : value;
+      JSON.stringify(answer);
+    } catch (error) {
+      answer.ok = false;
+      delete answer.value;
+      answer.error = String(error);
+    }
+    await post('/result', answer);
+  }
+
+  async function listen(session) {
+    while (session === current) {
+      try {
+        if (session.generation === null) {
+          const registered = await post('/register', {});
+          session.generation = (await registered.json()).generation;
+        }
+        const response = await send(`${base}/next?generation=${session.generation}`, {
+          cache: 'no-store', credentials: 'omit', signal: session.abort.signal,
+        });
+        if (response.status === 410) return;
+        // Not awaited: a script may wait for what a later script does.
+        if (response.status === 200) run(await response.json());
+      } catch {
+        if (session !== current) return;
+        await new Promise((resume) => setTimeout(resume, 100));
+      }
+    }
+  }
+
+  function start() {
+    current = {generation: null, abort: new AbortController()};
+    listen(current);
+  }
+
+  function stop() {
+    const session = current;
+    current = null;
+    if (!session) return;
+    session.abort.abort();
+    if (session.generation !== null) {
+      beacon(`${base}/leave`, JSON.stringify({generation: session.generation}));
+    }
+  }
+
+  for (const type of ['mousemove', 'mousedown', 'mouseup']) {
+    window.addEventListener(type, (event) => {
+      window.__driverOffset = {x: event.screenX - event.clientX, y: event.screenY - event.clientY};
+    }, true);
+  }
+  window.addEventListener('pagehide', stop);
+  window.addEventListener('pageshow', (event) => { if (event.persisted) start(); });
+  start();
+})();
