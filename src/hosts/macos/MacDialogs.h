@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/Dialogs.h"
+
+namespace navora {
+
+/// Alerts block until they are answered, panels are sheets that answer later.
+class MacDialogs final : public Dialogs {
+ public:
+  void runAlert(const AlertDescription& alert, AlertCompletion completion) override;
+  void beginOpenPanel(MainWindow& window, const OpenPanelParameters& parameters,
+                      OpenPanelCompletion completion) override;
+  void beginSavePanel(MainWindow& window, const std::string& suggestedName,
+                      SavePanelCompletion completion) override;
+};
+
+}  // namespace navora

@@ -1,0 +1,28 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "platform/ErrorView.h"
+
+@class NavoraErrorViewTarget;
+
+namespace navora {
+
+class MacErrorView final : public ErrorView {
+ public:
+  MacErrorView(NSView* _Nonnull container, const ErrorViewDescription& description);
+  ~MacErrorView() override;
+  MacErrorView(const MacErrorView&) = delete;
+  MacErrorView& operator=(const MacErrorView&) = delete;
+
+  void setDetail(const std::string& text) override;
+  void setHidden(bool hidden) override;
+  bool isHidden() const override;
+
+ private:
+  NSVisualEffectView* _Nonnull overlay_;
+  NSTextField* _Nonnull detail_;
+  NavoraErrorViewTarget* _Nonnull target_;
+};
+
+}  // namespace navora

@@ -1,0 +1,33 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "platform/MainWindow.h"
+
+@class NavoraWindowForwarder;
+
+namespace navora {
+
+class MacMainWindow final : public MainWindow {
+ public:
+  MacMainWindow(const MainWindowDescription& description, MainWindowDelegate& delegate);
+  ~MacMainWindow() override;
+  MacMainWindow(const MacMainWindow&) = delete;
+  MacMainWindow& operator=(const MacMainWindow&) = delete;
+
+  void setTitle(const std::string& title) override;
+  void setContentView(std::shared_ptr<WebView> webView) override;
+  bool isMiniaturized() const override;
+  void deminiaturize() override;
+  void makeKeyAndOrderFront() override;
+  void orderOut() override;
+
+  NSWindow* nsWindow() const { return window_; }
+
+ private:
+  NSWindow* window_;
+  NavoraWindowForwarder* forwarder_;
+  std::shared_ptr<WebView> webView_;
+};
+
+}  // namespace navora

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "hosts/macos/MacDialogs.h"
+#include "hosts/macos/MacResources.h"
+#include "hosts/macos/MacSystem.h"
+#include "hosts/macos/MacUserDefaults.h"
+#include "hosts/macos/MacWorkspace.h"
+#include "platform/Platform.h"
+
+namespace navora {
+
+/// All doors of this host. The doors to windows and views accept objects of this host only.
+class MacPlatform final : public Platform {
+ public:
+  explicit MacPlatform(Application& application) : application_(application) {}
+
+  Application& application() override { return application_; }
+  Dialogs& dialogs() override { return dialogs_; }
+  Resources& resources() override { return resources_; }
+  System& system() override { return system_; }
+  UserDefaults& userDefaults() override { return userDefaults_; }
+  Workspace& workspace() override { return workspace_; }
+
+  std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
+                                             MainWindowDelegate& delegate) override;
+  std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
+  std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
+                                           const ErrorViewDescription& description) override;
+
+ private:
+  Application& application_;
+  MacDialogs dialogs_;
+  MacResources resources_;
+  MacSystem system_;
+  MacUserDefaults userDefaults_;
+  MacWorkspace workspace_;
+};
+
+}  // namespace navora

@@ -1,0 +1,24 @@
+#include "hosts/macos/MacPlatform.h"
+
+#include "hosts/macos/MacErrorView.h"
+#include "hosts/macos/MacMainWindow.h"
+#include "hosts/macos/MacWebView.h"
+
+namespace navora {
+
+std::shared_ptr<MainWindow> MacPlatform::makeMainWindow(const MainWindowDescription& description,
+                                                        MainWindowDelegate& delegate) {
+  return std::make_shared<MacMainWindow>(description, delegate);
+}
+
+std::shared_ptr<WebView> MacPlatform::makeWebView(const WebViewConfiguration& configuration) {
+  return std::make_shared<MacWebView>(configuration);
+}
+
+std::unique_ptr<ErrorView> MacPlatform::makeErrorView(MainWindow& window,
+                                                      const ErrorViewDescription& description) {
+  NSWindow* nsWindow = static_cast<MacMainWindow&>(window).nsWindow();
+  return std::make_unique<MacErrorView>(nsWindow.contentView, description);
+}
+
+}  // namespace navora

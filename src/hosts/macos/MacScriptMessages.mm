@@ -1,0 +1,19 @@
+#include "hosts/macos/MacScriptMessages.h"
+
+#include "hosts/macos/Conversions.h"
+#include "hosts/macos/FoundationJson.h"
+#include "hosts/macos/NavigationConversions.h"
+
+@implementation NavoraScriptMessageForwarder
+
+- (void)userContentController:(WKUserContentController*)userContentController
+      didReceiveScriptMessage:(WKScriptMessage*)message {
+  if (self.handler == nullptr) return;
+  self.handler->didReceiveScriptMessage(navora::ScriptMessage{
+      .name = navora::toString(message.name),
+      .body = navora::toJsonText(message.body).value_or("null"),
+      .frame = navora::toFrameInfo(message.frameInfo),
+  });
+}
+
+@end

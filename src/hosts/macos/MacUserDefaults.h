@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/UserDefaults.h"
+
+namespace navora {
+
+/// The standard user defaults. A value is kept as a property list, which has no null: setting null
+/// removes the key, and nulls inside a value are left out.
+class MacUserDefaults final : public UserDefaults {
+ public:
+  std::optional<Json> value(std::string_view key) const override;
+  void setValue(std::string_view key, Json value) override;
+  void removeValue(std::string_view key) override;
+};
+
+}  // namespace navora

@@ -1,0 +1,38 @@
+#pragma once
+
+#import <WebKit/WebKit.h>
+
+#include "platform/WebView.h"
+#include "support/Lifetime.h"
+
+@class NavoraNavigationForwarder;
+@class NavoraScriptMessageForwarder;
+
+namespace navora {
+
+class MacWebView final : public WebView {
+ public:
+  explicit MacWebView(const WebViewConfiguration& configuration);
+  ~MacWebView() override;
+  MacWebView(const MacWebView&) = delete;
+  MacWebView& operator=(const MacWebView&) = delete;
+
+  void setNavigationDelegate(NavigationDelegate* _Nullable delegate) override;
+  void setPageDialogDelegate(PageDialogDelegate* _Nullable delegate) override;
+
+  void load(const WebRequest& request) override;
+  void load(const PlatformRequest& request) override;
+  std::optional<Url> url() const override;
+  void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
+
+  WKWebView* _Nonnull nsView() const { return webView_; }
+
+ private:
+  NavoraNavigationForwarder* _Nonnull navigationForwarder_;
+  NavoraScriptMessageForwarder* _Nonnull messageForwarder_;
+  WKWebView* _Nonnull webView_;
+  // WebKit answers open evaluations while its view goes away, when nobody listens any more.
+  Lifetime lifetime_;
+};
+
+}  // namespace navora

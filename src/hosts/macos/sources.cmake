@@ -1,0 +1,27 @@
+# What the macOS host is made of and how it is compiled, for its own target and for the type check.
+set(navora_macos_source_directory "${CMAKE_CURRENT_LIST_DIR}")
+set(navora_macos_sources
+  Conversions.mm
+  FoundationJson.mm
+  Layout.mm
+  MacApplication.mm
+  MacDialogs.mm
+  MacDownload.mm
+  MacErrorView.mm
+  MacMainWindow.mm
+  MacNavigationDelegate.mm
+  MacPlatform.mm
+  MacResources.mm
+  MacScriptMessages.mm
+  MacSystem.mm
+  MacUserDefaults.mm
+  MacWebView.mm
+  MacWorkspace.mm
+  NavigationConversions.mm
+  main.mm)
+
+# Nullability is how Objective-C says what may be nil; -Wpedantic objects to it in C++.
+set(navora_macos_compile_options
+  -fobjc-arc -fobjc-weak -Wno-nullability-extension
+  -Werror=objc-method-access -Werror=undeclared-selector -Werror=incomplete-implementation
+  -Werror=protocol -Werror=objc-property-implementation)

@@ -1,0 +1,8 @@
+#pragma once
+
+#import <AppKit/NSApplication.h>
+#import <AppKit/NSControls.h>
+#import <AppKit/NSPanels.h>
+#import <AppKit/NSView.h>
+#import <AppKit/NSWindow.h>
+#import <Foundation/Foundation.h>

@@ -1,0 +1,53 @@
+#pragma once
+
+#import <AppKit/NSView.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef CGFloat NSFontWeight;
+FOUNDATION_EXPORT const NSFontWeight NSFontWeightSemibold;
+
+@interface NSFont : NSObject <NSCopying>
++ (NSFont*)systemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
+@end
+
+@interface NSColor : NSObject <NSCopying>
+@property(class, readonly, strong) NSColor* secondaryLabelColor;
+@end
+
+// On Apple processors; on Intel the values of centre and right are exchanged. See Apple developer
+// documentation, NSTextAlignment.
+typedef NS_ENUM(NSInteger, NSTextAlignment) {
+  NSTextAlignmentLeft = 0,
+  NSTextAlignmentCenter = 1,
+  NSTextAlignmentRight = 2,
+};
+
+@interface NSControl : NSView
+@property(nullable, weak) id target;
+@property(nullable) SEL action;
+@property(copy) NSString* stringValue;
+@property NSTextAlignment alignment;
+@property(nullable, strong) NSFont* font;
+@end
+
+@interface NSTextField : NSControl
++ (instancetype)labelWithString:(NSString*)stringValue;
++ (instancetype)wrappingLabelWithString:(NSString*)stringValue;
++ (instancetype)textFieldWithString:(NSString*)stringValue;
+@property(nullable, copy) NSColor* textColor;
+@end
+
+typedef NS_ENUM(NSUInteger, NSBezelStyle) {
+  NSBezelStyleRounded = 1,
+};
+
+@interface NSButton : NSControl
++ (instancetype)buttonWithTitle:(NSString*)title
+                         target:(nullable id)target
+                         action:(nullable SEL)action;
+@property NSBezelStyle bezelStyle;
+@property(copy) NSString* keyEquivalent;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,56 @@
+#pragma once
+
+#import <Foundation/NSURL.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef NSString* NSNotificationName;
+
+@interface NSNotification : NSObject <NSCopying>
+@property(readonly, copy) NSNotificationName name;
+@end
+
+@interface NSOperationQueue : NSObject
+@property(class, readonly, strong) NSOperationQueue* mainQueue;
+@end
+
+@interface NSNotificationCenter : NSObject
+@property(class, readonly, strong) NSNotificationCenter* defaultCenter;
+- (id<NSObject>)addObserverForName:(nullable NSNotificationName)name
+                            object:(nullable id)object
+                             queue:(nullable NSOperationQueue*)queue
+                        usingBlock:(void (^)(NSNotification* notification))block;
+- (void)removeObserver:(id)observer;
+@end
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+@property(readonly, copy) NSDictionary<NSString*, NSString*>* environment;
+@end
+
+@interface NSLocale : NSObject <NSCopying>
+@property(class, readonly, copy) NSArray<NSString*>* preferredLanguages;
+@end
+
+@interface NSTimeZone : NSObject <NSCopying>
+@property(class, readonly, copy) NSTimeZone* systemTimeZone;
++ (void)resetSystemTimeZone;
+@property(readonly, copy) NSString* name;
+@end
+
+FOUNDATION_EXPORT NSNotificationName const NSSystemTimeZoneDidChangeNotification;
+
+@interface NSBundle : NSObject
+@property(class, readonly, strong) NSBundle* mainBundle;
+- (nullable NSURL*)URLForResource:(nullable NSString*)name
+                    withExtension:(nullable NSString*)extension;
+@end
+
+@interface NSUserDefaults : NSObject
+@property(class, readonly, strong) NSUserDefaults* standardUserDefaults;
+- (nullable id)objectForKey:(NSString*)defaultName;
+- (void)setObject:(nullable id)value forKey:(NSString*)defaultName;
+- (void)removeObjectForKey:(NSString*)defaultName;
+@end
+
+NS_ASSUME_NONNULL_END

@@ -1,0 +1,36 @@
+#pragma once
+
+#import <Foundation/NSValues.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+typedef double NSTimeInterval;
+
+@interface NSURL : NSObject <NSCopying>
++ (nullable instancetype)URLWithString:(NSString*)string;
++ (NSURL*)fileURLWithPath:(NSString*)path;
+@property(nullable, readonly, copy) NSString* absoluteString;
+@property(nullable, readonly, copy) NSString* path;
+@end
+
+typedef NS_ENUM(NSUInteger, NSURLRequestCachePolicy) {
+  NSURLRequestUseProtocolCachePolicy = 0,
+  NSURLRequestReloadIgnoringLocalCacheData = 1,
+};
+
+@interface NSURLRequest : NSObject <NSCopying>
++ (instancetype)requestWithURL:(NSURL*)url
+                   cachePolicy:(NSURLRequestCachePolicy)cachePolicy
+               timeoutInterval:(NSTimeInterval)timeoutInterval;
+@property(nullable, readonly, copy) NSURL* URL;
+@end
+
+@interface NSURLResponse : NSObject <NSCopying>
+@property(nullable, readonly, copy) NSURL* URL;
+@end
+
+@interface NSHTTPURLResponse : NSURLResponse
+@property(readonly) NSInteger statusCode;
+@end
+
+NS_ASSUME_NONNULL_END

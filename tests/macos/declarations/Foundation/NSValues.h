@@ -1,0 +1,55 @@
+#pragma once
+
+#import <Foundation/NSCollections.h>
+#import <Foundation/NSString.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSURL;
+
+@interface NSNumber : NSObject <NSCopying>
++ (NSNumber*)numberWithBool:(BOOL)value;
++ (NSNumber*)numberWithInt:(int)value;
++ (NSNumber*)numberWithLongLong:(long long)value;
++ (NSNumber*)numberWithUnsignedLongLong:(unsigned long long)value;
++ (NSNumber*)numberWithDouble:(double)value;
+@property(readonly) double doubleValue;
+@end
+
+@interface NSData : NSObject <NSCopying>
+@property(readonly) NSUInteger length;
+@property(readonly) const void* bytes NS_RETURNS_INNER_POINTER;
++ (nullable instancetype)dataWithContentsOfURL:(NSURL*)url;
+@end
+
+typedef NSString* NSErrorDomain;
+typedef NSString* NSErrorUserInfoKey;
+
+@interface NSError : NSObject <NSCopying>
++ (instancetype)errorWithDomain:(NSErrorDomain)domain
+                           code:(NSInteger)code
+                       userInfo:(nullable NSDictionary<NSErrorUserInfoKey, id>*)userInfo;
+@property(readonly, copy) NSErrorDomain domain;
+@property(readonly) NSInteger code;
+@property(readonly, copy) NSString* localizedDescription;
+@end
+
+FOUNDATION_EXPORT NSErrorDomain const NSURLErrorDomain;
+enum : NSInteger {
+  NSURLErrorCancelled = -999,
+  NSURLErrorTimedOut = -1001,
+  NSURLErrorUnsupportedURL = -1002,
+};
+
+typedef NS_OPTIONS(NSUInteger, NSJSONWritingOptions) {
+  // Apple developer documentation, NSJSONWritingFragmentsAllowed: since macOS 10.15.
+  NSJSONWritingFragmentsAllowed = 1UL << 2,
+};
+
+@interface NSJSONSerialization : NSObject
++ (nullable NSData*)dataWithJSONObject:(id)object
+                               options:(NSJSONWritingOptions)options
+                                 error:(NSError* _Nullable* _Nullable)error;
+@end
+
+NS_ASSUME_NONNULL_END
