@@ -26,6 +26,10 @@ struct UrlComponents {
 // A URL or relative reference of RFC 3986. Immutable; copies share one text.
 class Url {
  public:
+  // No move operations: a Url that was moved from is a copy, never a broken value.
+  Url(const Url&) = default;
+  Url& operator=(const Url&) = default;
+
   // Reads a URL. Characters that no URL may hold are percent-encoded: white space and control
   // characters, everything outside of ASCII, " < > \ ^ ` { | }, square brackets outside of an
   // IP-literal host, a second "#", and a "%" without two hexadecimal digits (as "%25"). Nothing
@@ -70,7 +74,7 @@ class Url {
   struct Representation;
   explicit Url(std::shared_ptr<const Representation> representation);
 
-  // Never null: Url has copy operations only, so that a moved-from value stays whole.
+  // Never null.
   std::shared_ptr<const Representation> representation_;
 };
 

@@ -1,0 +1,36 @@
+#include <gtest/gtest.h>
+
+#include "support/PercentEncoding.h"
+
+namespace navora {
+namespace {
+
+TEST(PercentEncoding, KeepsOnlyAsciiLettersAndDigits) {
+  EXPECT_EQ(percentEncoded("azAZ09"), "azAZ09");
+  EXPECT_EQ(percentEncoded("-._~/?#&=+%"), "%2D%2E%5F%7E%2F%3F%23%26%3D%2B%25");
+  EXPECT_EQ(percentEncoded("\xC3\xA9"), "%C3%A9");
+  EXPECT_EQ(percentEncoded(std::string_view("\0", 1)), "%00");
+  EXPECT_EQ(percentEncoded(""), "");
+}
+
+TEST(PercentEncoding, KeepsWhatAPathSegmentMayHold) {
+  EXPECT_EQ(percentEncodedPathSegment("a-._~!$&'()*+,;=:@"), "a-._~!$&'()*+,;=:@");
+  EXPECT_EQ(percentEncodedPathSegment("/?#[]%20"), "%2F%3F%23%5B%5D%2520");
+}
+
+TEST(PercentDecoding, RestoresEncodedText) {
+  EXPECT_EQ(percentDecoded("a%2Fb%2fc+"), "a/b/c+");
+  EXPECT_EQ(percentDecoded("%F0%9F%98%80"), "\xF0\x9F\x98\x80");
+  EXPECT_EQ(percentDecoded("%2541"), "%41");
+  EXPECT_EQ(percentDecoded(""), "");
+  EXPECT_EQ(percentDecoded("%00"), std::string(1, '\0'));
+}
+
+TEST(PercentDecoding, RefusesBrokenTripletsAndInvalidUtf8) {
+  for (const std::string text : {"%", "%4", "a%4g", "%%41", "%FF", "%C0%AF", "%ED%A0%80", "\xFF"}) {
+    EXPECT_EQ(percentDecoded(text), std::nullopt) << text;
+  }
+}
+
+}  // namespace
+}  // namespace navora
