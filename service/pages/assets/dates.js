@@ -1,0 +1,29 @@
+// Dates and times as the user's chosen time zone shows them.
+import {timeZone} from './settings-store.js';
+
+const format = (date, options) => new Intl.DateTimeFormat('en-GB', {timeZone: timeZone(), ...options}).format(date);
+
+/** "2026-03-09" in the user's zone. */
+export const dayOf = (date) =>
+  new Intl.DateTimeFormat('en-CA', {timeZone: timeZone(), year: 'numeric', month: '2-digit', day: '2-digit'}).format(date);
+
+export const clock = (date) => format(date, {hour: '2-digit', minute: '2-digit', hourCycle: 'h23'});
+export const longDay = (date) => format(date, {weekday: 'long', day: 'numeric', month: 'long'});
+
+export function dayTitle(date) {
+  const day = dayOf(date);
+  if (day === dayOf(new Date())) return 'Today';
+  if (day === dayOf(new Date(Date.now() - 86400000))) return 'Yesterday';
+  return longDay(date);
+}
+
+export const shortMoment = (date) => {
+  const day = dayTitle(date);
+  return day === 'Today' ? clock(date) : `${day}, ${clock(date)}`;
+};
+
+/** The days of a calendar, which have no zone: handled as UTC midnights. */
+export const calendarDay = (text) => new Date(`${text}T00:00:00Z`);
+export const calendarText = (date) => date.toISOString().slice(0, 10);
+export const calendarTitle = (date, options) =>
+  new Intl.DateTimeFormat('en-GB', {timeZone: 'UTC', ...options}).format(date);
