@@ -1,0 +1,22 @@
+# Compiler settings shared by every target of ours: link `navora_warnings` to get them.
+add_library(navora_warnings INTERFACE)
+target_compile_options(navora_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
+
+if(NAVORA_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+find_program(NAVORA_CCACHE ccache)
+if(NAVORA_CCACHE)
+  # Precompiled headers are only cacheable when ccache may ignore their time stamps.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      "${CMAKE_COMMAND}" -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+      "${NAVORA_CCACHE}")
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:SHELL:-Xclang -fno-pch-timestamp>")
+  else()
+    add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>")
+  endif()
+endif()

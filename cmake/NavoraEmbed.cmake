@@ -1,0 +1,20 @@
+# Compiles text files into a target: each becomes `inline constexpr std::string_view NAME` in the
+# generated header HEADER, namespace navora::NAMESPACE. Used for the scripts that belong to a host's code.
+#
+#   navora_embed(TARGET HEADER NAMESPACE file...)
+function(navora_embed target header namespace)
+  set(output "${CMAKE_CURRENT_BINARY_DIR}/embedded/${header}")
+  set(content "#pragma once\n\n#include <string_view>\n\nnamespace navora::${namespace} {\n")
+  foreach(file IN LISTS ARGN)
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+    file(READ "${file}" text)
+    get_filename_component(name "${file}" NAME_WE)
+    string(SUBSTRING "${name}" 0 1 first)
+    string(TOLOWER "${first}" first)
+    string(SUBSTRING "${name}" 1 -1 rest)
+    string(APPEND content "inline constexpr std::string_view ${first}${rest} = R\"embedded(${text})embedded\";\n")
+  endforeach()
+  string(APPEND content "}\n")
+  file(CONFIGURE OUTPUT "${output}" CONTENT "${content}" @ONLY)
+  target_include_directories(${target} PRIVATE "${CMAKE_CURRENT_BINARY_DIR}/embedded")
+endfunction()
