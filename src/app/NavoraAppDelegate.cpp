@@ -1,0 +1,172 @@
+#include "app/NavoraAppDelegate.h"
+
+#include <string_view>
+#include <utility>
+
+#include "app/DesktopLocale.h"
+#include "app/DesktopTimeZone.h"
+#include "app/LocaleMessage.h"
+#include "app/PageScripts.h"
+#include "navigation/DesktopOrigin.h"
+#include "support/FatalError.h"
+
+namespace navora {
+namespace {
+
+constexpr std::string_view productName = "Навора";
+constexpr Size windowSize{1240, 820};
+constexpr Size minimumWindowSize{760, 560};
+
+// No message of ours comes near this size; a larger one is not worth parsing.
+constexpr std::size_t maximumMessageBytes = 1024 * 1024;
+
+}  // namespace
+
+NavoraAppDelegate::NavoraAppDelegate(Platform& platform)
+    : platform_(platform),
+      origin_(DesktopOrigin::configured(platform.system().environmentVariable("NAVORA_URL"))),
+      displayedLocale_(DesktopLocale::current()) {}
+
+NavoraAppDelegate::~NavoraAppDelegate() {
+  if (!webView_) return;
+  webView_->setNavigationDelegate(nullptr);
+  webView_->setPageDialogDelegate(nullptr);
+}
+
+void NavoraAppDelegate::applicationDidFinishLaunching() {
+  makeWindow();
+  observeSystem();
+  loadLogin();
+  showWindow();
+}
+
+bool NavoraAppDelegate::applicationShouldHandleReopen(bool) {
+  showWindow();
+  return true;
+}
+
+bool NavoraAppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
+  return false;
+}
+
+void NavoraAppDelegate::applicationDidBecomeActive() {
+  refreshAfterResume();
+}
+
+void NavoraAppDelegate::applicationWillTerminate() {}
+
+bool NavoraAppDelegate::windowShouldClose() {
+  window_->orderOut();
+  return false;
+}
+
+void NavoraAppDelegate::showWindow() {
+  if (!window_) fatalError("The main window is missing", "App", __LINE__);
+  if (window_->isMiniaturized()) window_->deminiaturize();
+  window_->makeKeyAndOrderFront();
+  platform_.application().activateIgnoringOtherApplications();
+}
+
+void NavoraAppDelegate::makeWindow() {
+  window_ = platform_.makeMainWindow(
+      {L(productName), windowSize, minimumWindowSize, "NavoraMainWindow"}, *this);
+  makeWebView();
+  makeNavigation();
+  window_->setContentView(webView_);
+  makeErrorView();
+}
+
+void NavoraAppDelegate::makeWebView() {
+  WebViewConfiguration configuration{origin_};
+  configuration.messageHandlerNames = {"navoraLocale", "navoraCaptureAppearance",
+                                       "navoraTimeZoneDetection", "navoraNotifications"};
+  configuration.userScripts = PageScripts::userScripts(
+      origin_, platform_.system().timeZoneIdentifier(), platform_.resources());
+  configuration.messageHandler = this;
+  webView_ = platform_.makeWebView(configuration);
+}
+
+void NavoraAppDelegate::makeNavigation() {
+  navigation_ =
+      std::make_unique<DesktopNavigation>(origin_, platform_.dialogs(), platform_.workspace());
+  navigation_->window = window_;
+  navigation_->onStart = [this] { errorView_->hide(); };
+  navigation_->onLoad = [this] { errorView_->hide(); };
+  navigation_->onFailure = [this](const PlatformError&) { errorView_->show(); };
+  webView_->setNavigationDelegate(navigation_.get());
+  webView_->setPageDialogDelegate(navigation_.get());
+}
+
+void NavoraAppDelegate::makeErrorView() {
+  errorView_ = std::make_unique<LoadFailureView>(
+      platform_, *window_,
+      LoadFailureView::Actions{[this] { reload(); }, [this] { openInBrowser(); }});
+}
+
+void NavoraAppDelegate::observeSystem() {
+  timeZoneObserver_ = platform_.system().observeTimeZoneChange([this] { refreshSystemTimeZone(); });
+  wakeObserver_ = platform_.system().observeWake([this] { refreshAfterResume(); });
+}
+
+void NavoraAppDelegate::loadLogin() {
+  webView_->load(WebRequest{origin_.appendingPathComponent("login")});
+}
+
+void NavoraAppDelegate::reload() {
+  if (restartPrepared_) return;
+  errorView_->hide();
+  webView_->load(
+      WebRequest{currentServiceUrl().value_or(origin_), CachePolicy::reloadIgnoringLocalCacheData});
+}
+
+void NavoraAppDelegate::openInBrowser() {
+  platform_.workspace().open(currentServiceUrl().value_or(origin_));
+}
+
+void NavoraAppDelegate::refreshAfterResume() {
+  if (!currentServiceUrl()) return;
+  refreshSystemTimeZone();
+  webView_->evaluateJavaScript("window.dispatchEvent(new Event('tolvin:resume'));");
+}
+
+void NavoraAppDelegate::refreshSystemTimeZone() {
+  if (!currentServiceUrl()) return;
+  webView_->evaluateJavaScript(DesktopTimeZone::script(platform_.system().timeZoneIdentifier()));
+}
+
+std::optional<Url> NavoraAppDelegate::currentServiceUrl() const {
+  auto url = webView_ ? webView_->url() : std::nullopt;
+  if (!url || !DesktopOrigin::contains(*url, origin_)) return std::nullopt;
+  return url;
+}
+
+void NavoraAppDelegate::didReceiveScriptMessage(const ScriptMessage& message) {
+  if (!message.frame.isMainFrame || !message.frame.requestUrl) return;
+  if (!DesktopOrigin::contains(*message.frame.requestUrl, origin_)) return;
+  if (message.body.size() > maximumMessageBytes) return;
+  const auto body = parseJson(message.body);
+  if (!body) return;
+
+  if (message.name == "navoraLocale") {
+    handleLocaleMessage(*body);
+  } else if (message.name == "navoraTimeZoneDetection") {
+    refreshSystemTimeZone();
+  }
+}
+
+void NavoraAppDelegate::handleLocaleMessage(const Json& body) {
+  const auto message = LocaleMessage::read(body);
+  if (!message) return;
+  DesktopLocale::requested = message->requested;
+  DesktopLocale::detected = message->detected;
+  if (DesktopLocale::current() == displayedLocale_) return;
+  displayedLocale_ = DesktopLocale::current();
+  rebuildInterface();
+}
+
+void NavoraAppDelegate::rebuildInterface() {
+  window_->setTitle(L(productName));
+  errorView_->refreshLocale();
+}
+
+}  // namespace navora

@@ -1,0 +1,85 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/LoadFailureView.h"
+#include "navigation/DesktopNavigation.h"
+#include "platform/Application.h"
+#include "platform/MainWindow.h"
+#include "platform/Platform.h"
+#include "platform/ScriptMessage.h"
+#include "platform/System.h"
+#include "platform/WebView.h"
+#include "support/Json.h"
+#include "support/Url.h"
+
+namespace navora {
+
+// Owns everything that lives as long as the application, builds the main window on the service
+// origin and wires the features to each other.
+class NavoraAppDelegate final : public ApplicationDelegate,
+                                public MainWindowDelegate,
+                                public ScriptMessageHandler {
+ public:
+  // The origin is fixed here, for the life of the process. The platform must outlive this object.
+  explicit NavoraAppDelegate(Platform& platform);
+  ~NavoraAppDelegate() override;
+
+  NavoraAppDelegate(const NavoraAppDelegate&) = delete;
+  NavoraAppDelegate& operator=(const NavoraAppDelegate&) = delete;
+
+  void applicationDidFinishLaunching() override;
+  bool applicationShouldHandleReopen(bool hasVisibleWindows) override;
+  bool applicationShouldTerminateAfterLastWindowClosed() override;
+  void applicationDidBecomeActive() override;
+  void applicationWillTerminate() override;
+
+  // Closing only hides the window.
+  bool windowShouldClose() override;
+
+  // Messages that do not come from the main frame of a page of the origin are dropped.
+  void didReceiveScriptMessage(const ScriptMessage& message) override;
+
+  // Brings the window to the front, whatever state it is in.
+  void showWindow();
+  // Loads the page again, past the local cache; the origin itself where no page of it is shown.
+  void reload();
+  // Opens what `reload` would load in the user's browser.
+  void openInBrowser();
+  // Publishes the current system time zone to the page.
+  void refreshSystemTimeZone();
+  // While an update restart is prepared, nothing may reload the page: it has put away what the user
+  // was doing.
+  bool restartPrepared() const { return restartPrepared_; }
+  void setRestartPrepared(bool prepared) { restartPrepared_ = prepared; }
+  // Lets the page catch up after the system woke or the application became active.
+  void refreshAfterResume();
+
+ private:
+  void makeWindow();
+  void makeWebView();
+  void makeNavigation();
+  void makeErrorView();
+  void observeSystem();
+  void loadLogin();
+
+  std::optional<Url> currentServiceUrl() const;
+  void handleLocaleMessage(const Json& body);
+  void rebuildInterface();
+
+  Platform& platform_;
+  const Url origin_;
+  std::string displayedLocale_;
+  bool restartPrepared_ = false;
+
+  std::shared_ptr<MainWindow> window_;
+  std::unique_ptr<DesktopNavigation> navigation_;
+  std::shared_ptr<WebView> webView_;
+  std::unique_ptr<LoadFailureView> errorView_;
+  std::unique_ptr<ObserverToken> timeZoneObserver_;
+  std::unique_ptr<ObserverToken> wakeObserver_;
+};
+
+}  // namespace navora

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace navora {
+
+class NavoraMain {
+ public:
+  // The program, without its toolkit: with the argument "--self-test" runs the built-in checks and
+  // returns 0 (a failing check ends the process), otherwise returns what `runApplication` does.
+  // `arguments` include the program's path.
+  static int main(const std::vector<std::string>& arguments,
+                  const std::function<int()>& runApplication);
+};
+
+}  // namespace navora

@@ -1,0 +1,159 @@
+#include "navigation/DesktopNavigation.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/DesktopLocale.h"
+#include "navigation/DesktopOrigin.h"
+#include "platform/WebView.h"
+
+namespace navora {
+namespace {
+
+constexpr std::string_view productName = "Навора";
+constexpr Size promptFieldSize{320, 24};
+
+// The part behind the last slash, so that no folder the server names gets into the suggestion.
+std::string lastPathComponent(const std::string& path) {
+  const auto end = path.find_last_not_of('/');
+  if (end == std::string::npos) return {};
+  const auto slash = path.find_last_of('/', end);
+  const auto begin = slash == std::string::npos ? 0 : slash + 1;
+  return path.substr(begin, end - begin + 1);
+}
+
+}  // namespace
+
+DesktopNavigation::DesktopNavigation(Url origin, Dialogs& dialogs, Workspace& workspace)
+    : origin_(std::move(origin)), dialogs_(dialogs), workspace_(workspace) {}
+
+DesktopNavigation::~DesktopNavigation() {
+  for (const auto& download : downloads_)
+    download->setDelegate(nullptr);
+}
+
+NavigationPolicy DesktopNavigation::decidePolicyForAction(WebView& webView,
+                                                          const NavigationAction& action) {
+  if (!action.url) return NavigationPolicy::cancel;
+  if (isOfOrigin(action.url)) return decideWithinOrigin(webView, action);
+  offerToBrowser(action);
+  return NavigationPolicy::cancel;
+}
+
+NavigationPolicy DesktopNavigation::decideWithinOrigin(WebView& webView,
+                                                       const NavigationAction& action) {
+  if (action.shouldPerformDownload) return NavigationPolicy::download;
+  if (action.targetFrame) return NavigationPolicy::allow;
+  // There is only one window: what asks for a new one is shown in it.
+  if (action.request) webView.load(*action.request);
+  return NavigationPolicy::cancel;
+}
+
+void DesktopNavigation::offerToBrowser(const NavigationAction& action) {
+  const bool asksForNewWindow = !action.targetFrame.has_value();
+  if (action.type != NavigationType::linkActivated && !asksForNewWindow) return;
+  if (!isTrusted(action.sourceFrame)) return;
+  if (DesktopOrigin::canOpenExternally(*action.url)) workspace_.open(*action.url);
+}
+
+NavigationPolicy DesktopNavigation::decidePolicyForResponse(const NavigationResponse& response) {
+  if (!isOfOrigin(response.url)) return NavigationPolicy::cancel;
+  return response.canShowMimeType ? NavigationPolicy::allow : NavigationPolicy::download;
+}
+
+void DesktopNavigation::didStartProvisionalNavigation() {
+  if (onStart) onStart();
+}
+
+void DesktopNavigation::didFinishNavigation() {
+  if (onLoad) onLoad();
+}
+
+void DesktopNavigation::didFailNavigation(const PlatformError& error) {
+  if (error.code == PlatformError::cancelledCode) return;
+  if (onFailure) onFailure(error);
+}
+
+void DesktopNavigation::webContentProcessDidTerminate() {
+  if (onFailure) onFailure({"Navora", 1, L("Окно приложения нужно перезагрузить.")});
+}
+
+void DesktopNavigation::navigationDidBecomeDownload(std::shared_ptr<Download> download) {
+  download->setDelegate(this);
+  downloads_.push_back(std::move(download));
+}
+
+void DesktopNavigation::runAlertPanel(const std::string& message, const FrameInfo& initiatedBy,
+                                      AlertCompletion completion) {
+  if (!isTrusted(initiatedBy)) return completion();
+  dialogs_.runAlert({L(productName), message, {}, std::nullopt},
+                    [completion = std::move(completion)](const AlertResult&) { completion(); });
+}
+
+void DesktopNavigation::runConfirmPanel(const std::string& message, const FrameInfo& initiatedBy,
+                                        ConfirmCompletion completion) {
+  if (!isTrusted(initiatedBy)) return completion(false);
+  dialogs_.runAlert({L(productName), message, {L("Продолжить"), L("Отмена")}, std::nullopt},
+                    [completion = std::move(completion)](const AlertResult& result) {
+                      completion(result.button == 0);
+                    });
+}
+
+void DesktopNavigation::runTextInputPanel(const std::string& prompt,
+                                          const std::optional<std::string>& defaultText,
+                                          const FrameInfo& initiatedBy,
+                                          PromptCompletion completion) {
+  if (!isTrusted(initiatedBy)) return completion(std::nullopt);
+  dialogs_.runAlert({L(productName),
+                     prompt,
+                     {L("Сохранить"), L("Отмена")},
+                     AlertDescription::TextField{promptFieldSize, defaultText.value_or("")}},
+                    [completion = std::move(completion)](const AlertResult& result) {
+                      if (result.button != 0) return completion(std::nullopt);
+                      completion(result.text);
+                    });
+}
+
+void DesktopNavigation::runOpenPanel(const OpenPanelParameters& parameters,
+                                     const FrameInfo& initiatedBy, OpenPanelCompletion completion) {
+  const auto parent = window.lock();
+  if (!isTrusted(initiatedBy) || !parent) return completion(std::nullopt);
+  dialogs_.beginOpenPanel(*parent, parameters, std::move(completion));
+}
+
+void DesktopNavigation::decideDestination(Download&, const std::string& suggestedFilename,
+                                          DestinationCompletion completion) {
+  const auto parent = window.lock();
+  if (!parent) return completion(std::nullopt);
+  dialogs_.beginSavePanel(*parent, lastPathComponent(suggestedFilename), std::move(completion));
+}
+
+bool DesktopNavigation::allowsRedirect(Download&, const std::optional<Url>& url) {
+  return isOfOrigin(url);
+}
+
+void DesktopNavigation::downloadDidFinish(Download& download) {
+  forget(download);
+}
+
+void DesktopNavigation::downloadDidFail(Download& download, const PlatformError& error) {
+  forget(download);
+  // A download that the user cancelled is reported too: the file they may be waiting for is not
+  // there.
+  dialogs_.runAlert({L("Не удалось скачать файл"), error.localizedDescription, {}, std::nullopt},
+                    [](const AlertResult&) {});
+}
+
+bool DesktopNavigation::isOfOrigin(const std::optional<Url>& url) const {
+  return url && DesktopOrigin::contains(*url, origin_);
+}
+
+bool DesktopNavigation::isTrusted(const FrameInfo& frame) const {
+  return frame.isMainFrame && isOfOrigin(frame.requestUrl);
+}
+
+void DesktopNavigation::forget(const Download& download) {
+  std::erase_if(downloads_, [&](const auto& candidate) { return candidate.get() == &download; });
+}
+
+}  // namespace navora

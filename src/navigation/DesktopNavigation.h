@@ -1,0 +1,78 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/Dialogs.h"
+#include "platform/Download.h"
+#include "platform/MainWindow.h"
+#include "platform/NavigationDelegate.h"
+#include "platform/PageDialogDelegate.h"
+#include "platform/Workspace.h"
+#include "support/Url.h"
+
+namespace navora {
+
+// Keeps the web view on the service origin: pages of the origin load in the view, foreign links
+// that the user clicks on the trusted page go to the user's browser, everything else is cancelled.
+// Gives dialogs and file choosers to the trusted main frame only, and sees downloads through.
+class DesktopNavigation final : public NavigationDelegate,
+                                public PageDialogDelegate,
+                                public DownloadDelegate {
+ public:
+  // The doors must outlive this object.
+  DesktopNavigation(Url origin, Dialogs& dialogs, Workspace& workspace);
+  ~DesktopNavigation() override;
+
+  DesktopNavigation(const DesktopNavigation&) = delete;
+  DesktopNavigation& operator=(const DesktopNavigation&) = delete;
+
+  // Optional; read at the moment of each event.
+  std::function<void()> onLoad;
+  std::function<void(const PlatformError&)> onFailure;
+  std::function<void()> onStart;
+
+  // The parent of file choosers; without it they give no files.
+  std::weak_ptr<MainWindow> window;
+
+  NavigationPolicy decidePolicyForAction(WebView& webView, const NavigationAction& action) override;
+  NavigationPolicy decidePolicyForResponse(const NavigationResponse& response) override;
+  void didStartProvisionalNavigation() override;
+  void didFinishNavigation() override;
+  void didFailNavigation(const PlatformError& error) override;
+  void webContentProcessDidTerminate() override;
+  void navigationDidBecomeDownload(std::shared_ptr<Download> download) override;
+
+  void runAlertPanel(const std::string& message, const FrameInfo& initiatedBy,
+                     AlertCompletion completion) override;
+  void runConfirmPanel(const std::string& message, const FrameInfo& initiatedBy,
+                       ConfirmCompletion completion) override;
+  void runTextInputPanel(const std::string& prompt, const std::optional<std::string>& defaultText,
+                         const FrameInfo& initiatedBy, PromptCompletion completion) override;
+  void runOpenPanel(const OpenPanelParameters& parameters, const FrameInfo& initiatedBy,
+                    OpenPanelCompletion completion) override;
+
+  void decideDestination(Download& download, const std::string& suggestedFilename,
+                         DestinationCompletion completion) override;
+  bool allowsRedirect(Download& download, const std::optional<Url>& url) override;
+  void downloadDidFinish(Download& download) override;
+  void downloadDidFail(Download& download, const PlatformError& error) override;
+
+ private:
+  bool isOfOrigin(const std::optional<Url>& url) const;
+  bool isTrusted(const FrameInfo& frame) const;
+  NavigationPolicy decideWithinOrigin(WebView& webView, const NavigationAction& action);
+  void offerToBrowser(const NavigationAction& action);
+  void forget(const Download& download);
+
+  const Url origin_;
+  Dialogs& dialogs_;
+  Workspace& workspace_;
+  // In the order they started; only keeps them alive until they end.
+  std::vector<std::shared_ptr<Download>> downloads_;
+};
+
+}  // namespace navora

@@ -1,0 +1,27 @@
+#pragma once
+
+namespace navora {
+
+// What the desktop tells the application.
+class ApplicationDelegate {
+ public:
+  virtual ~ApplicationDelegate() = default;
+
+  virtual void applicationDidFinishLaunching() = 0;
+  // The user starts the running application again; true lets the platform do its usual part too.
+  virtual bool applicationShouldHandleReopen(bool hasVisibleWindows) = 0;
+  virtual bool applicationShouldTerminateAfterLastWindowClosed() = 0;
+  virtual void applicationDidBecomeActive() = 0;
+  virtual void applicationWillTerminate() = 0;
+};
+
+// The running application, seen from the core.
+class Application {
+ public:
+  virtual ~Application() = default;
+
+  // Brings the application in front of all others.
+  virtual void activateIgnoringOtherApplications() = 0;
+};
+
+}  // namespace navora

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <memory>
+
+#include "platform/Application.h"
+#include "platform/Dialogs.h"
+#include "platform/ErrorView.h"
+#include "platform/MainWindow.h"
+#include "platform/Resources.h"
+#include "platform/System.h"
+#include "platform/UserDefaults.h"
+#include "platform/WebView.h"
+#include "platform/Workspace.h"
+
+namespace navora {
+
+// The way to every door of one host. The host makes one of these before the application delegate
+// and keeps it until after it.
+class Platform {
+ public:
+  virtual ~Platform() = default;
+
+  virtual Application& application() = 0;
+  virtual Dialogs& dialogs() = 0;
+  virtual Resources& resources() = 0;
+  virtual System& system() = 0;
+  virtual UserDefaults& userDefaults() = 0;
+  virtual Workspace& workspace() = 0;
+
+  // The delegate must outlive the window.
+  virtual std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
+                                                     MainWindowDelegate& delegate) = 0;
+  virtual std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) = 0;
+  // Over the content view of `window`, on top of everything added before.
+  virtual std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
+                                                   const ErrorViewDescription& description) = 0;
+};
+
+}  // namespace navora

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace navora {
+
+// Keeps a registration alive: releasing it ends the registration.
+class ObserverToken {
+ public:
+  virtual ~ObserverToken() = default;
+};
+
+// Facts about the machine and the user's session, read anew at every call.
+class System {
+ public:
+  virtual ~System() = default;
+
+  virtual std::optional<std::string> environmentVariable(const std::string& name) const = 0;
+  // Language tags, most wanted first.
+  virtual std::vector<std::string> preferredLanguages() const = 0;
+  // IANA identifier of the current time zone, as the system reports it.
+  virtual std::string timeZoneIdentifier() const = 0;
+
+  // Callbacks come on the main thread.
+  virtual std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) = 0;
+  virtual std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) = 0;
+};
+
+}  // namespace navora
