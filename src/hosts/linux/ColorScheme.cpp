@@ -1,0 +1,66 @@
+#include "hosts/linux/ColorScheme.h"
+
+#include <string_view>
+
+#include <gtk/gtk.h>
+
+namespace navora {
+namespace {
+
+constexpr const char* portalName = "org.freedesktop.portal.Desktop";
+constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
+constexpr const char* appearanceNamespace = "org.freedesktop.appearance";
+constexpr const char* schemeKey = "color-scheme";
+constexpr guint32 preferDark = 1;
+
+// The value comes wrapped in one variant, or in two from older portals.
+void apply(GVariantPtr value) {
+  while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT) != FALSE) {
+    value.reset(g_variant_get_variant(value.get()));
+  }
+  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) == FALSE) return;
+  g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
+               g_variant_get_uint32(value.get()) == preferDark ? TRUE : FALSE, nullptr);
+}
+
+}  // namespace
+
+ColorScheme::ColorScheme() : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
+  g_bus_get(G_BUS_TYPE_SESSION, cancellable_.get(), onBus, this);
+}
+
+ColorScheme::~ColorScheme() {
+  g_cancellable_cancel(cancellable_.get());
+  if (bus_) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
+}
+
+void ColorScheme::onBus(GObject*, GAsyncResult* result, gpointer self) {
+  auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
+  if (!bus) return;
+  auto& scheme = *static_cast<ColorScheme*>(self);
+  scheme.bus_ = bus;
+  scheme.subscription_ = g_dbus_connection_signal_subscribe(
+      bus.get(), portalName, settingsInterface, "SettingChanged", portalPath, appearanceNamespace,
+      G_DBUS_SIGNAL_FLAGS_NONE, onChanged, self, nullptr);
+  g_dbus_connection_call(bus.get(), portalName, portalPath, settingsInterface, "Read",
+                         g_variant_new("(ss)", appearanceNamespace, schemeKey),
+                         G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1,
+                         scheme.cancellable_.get(), onRead, self);
+}
+
+void ColorScheme::onRead(GObject* bus, GAsyncResult* result, gpointer) {
+  const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
+  if (reply) apply(GVariantPtr(g_variant_get_child_value(reply.get(), 0)));
+}
+
+void ColorScheme::onChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
+                            GVariant* parameters, gpointer) {
+  if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssv)")) == FALSE) return;
+  const char* key = nullptr;
+  g_variant_get_child(parameters, 1, "&s", &key);
+  if (std::string_view(key) == schemeKey)
+    apply(GVariantPtr(g_variant_get_child_value(parameters, 2)));
+}
+
+}  // namespace navora

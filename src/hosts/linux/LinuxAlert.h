@@ -1,0 +1,35 @@
+#pragma once
+
+#include <gtkmm/entry.h>
+#include <gtkmm/label.h>
+#include <gtkmm/messagedialog.h>
+#include <gtkmm/scrolledwindow.h>
+
+#include "platform/Dialogs.h"
+
+namespace navora {
+
+// One alert on the screen. Owns itself: it goes when it has been answered.
+class LinuxAlert {
+ public:
+  static void run(Gtk::Window* parent, const AlertDescription& alert,
+                  Dialogs::AlertCompletion completion);
+
+ private:
+  LinuxAlert(Gtk::Window* parent, const AlertDescription& alert,
+             Dialogs::AlertCompletion completion);
+
+  void addText(const std::string& text);
+  void addButtons(const std::vector<std::string>& titles);
+  void addTextField(const AlertDescription::TextField& field);
+  void answer(int response);
+
+  Gtk::MessageDialog dialog_;
+  Gtk::ScrolledWindow scroller_;
+  Gtk::Label text_;
+  Gtk::Entry entry_;
+  std::size_t buttonCount_;
+  Dialogs::AlertCompletion completion_;
+};
+
+}  // namespace navora

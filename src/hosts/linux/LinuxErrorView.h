@@ -1,0 +1,42 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <gtkmm/box.h>
+#include <gtkmm/button.h>
+#include <gtkmm/eventbox.h>
+#include <gtkmm/label.h>
+
+#include "platform/ErrorView.h"
+
+namespace navora {
+
+class LinuxMainWindow;
+
+class LinuxErrorView final : public ErrorView {
+ public:
+  // The window must outlive the view.
+  LinuxErrorView(LinuxMainWindow& window, const ErrorViewDescription& description);
+  ~LinuxErrorView() override;
+
+  void setDetail(const std::string& text) override;
+  void setHidden(bool hidden) override;
+  bool isHidden() const override;
+
+ private:
+  void addLabels(const ErrorViewDescription& description);
+  void addButton(Gtk::Button& button, const std::string& title,
+                 const std::function<void()>& action);
+
+  LinuxMainWindow& window_;
+  // Has a surface of its own, so that neither clicks nor pixels reach the page below.
+  Gtk::EventBox background_;
+  Gtk::Box stack_;
+  Gtk::Label title_;
+  Gtk::Label detail_;
+  Gtk::Button retry_;
+  Gtk::Button browser_;
+};
+
+}  // namespace navora

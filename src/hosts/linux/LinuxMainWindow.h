@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <gtkmm/overlay.h>
+#include <gtkmm/window.h>
+#include <sigc++/connection.h>
+
+#include "platform/MainWindow.h"
+#include "platform/UserDefaults.h"
+
+namespace navora {
+
+class LinuxWebView;
+
+class LinuxMainWindow final : public MainWindow {
+ public:
+  // Both references must outlive the window.
+  LinuxMainWindow(const MainWindowDescription& description, MainWindowDelegate& delegate,
+                  UserDefaults& defaults);
+  ~LinuxMainWindow() override;
+
+  void setTitle(const std::string& title) override;
+  void setContentView(std::shared_ptr<WebView> webView) override;
+  bool isMiniaturized() const override;
+  void deminiaturize() override;
+  void makeKeyAndOrderFront() override;
+  void orderOut() override;
+
+  bool isVisible() const { return window_.get_visible(); }
+  // Past the window manager's prevention of focus stealing.
+  void forceToFront();
+  void focusContent();
+
+  Gtk::Window& native() { return window_; }
+  Gtk::Overlay& overlay() { return overlay_; }
+
+ private:
+  void restoreSize(const MainWindowDescription& description);
+  void sizeChanged();
+  void saveSize();
+  void matchBackgroundToTheme();
+
+  UserDefaults& defaults_;
+  const std::string autosaveName_;
+  std::shared_ptr<LinuxWebView> webView_;
+  Gtk::Window window_;
+  Gtk::Overlay overlay_;
+  sigc::connection pendingSave_;
+};
+
+}  // namespace navora

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "hosts/linux/ColorScheme.h"
+#include "hosts/linux/LinuxApplication.h"
+#include "hosts/linux/LinuxDialogs.h"
+#include "hosts/linux/LinuxResources.h"
+#include "hosts/linux/LinuxSystem.h"
+#include "hosts/linux/LinuxUserDefaults.h"
+#include "hosts/linux/LinuxWorkspace.h"
+#include "hosts/linux/WebSession.h"
+#include "platform/Platform.h"
+
+namespace navora {
+
+// All doors of the Linux host. Nothing here touches the toolkit before the first window is made.
+class LinuxPlatform final : public Platform {
+ public:
+  LinuxApplication& application() override { return application_; }
+  Dialogs& dialogs() override { return dialogs_; }
+  Resources& resources() override { return resources_; }
+  System& system() override { return system_; }
+  UserDefaults& userDefaults() override { return userDefaults_; }
+  Workspace& workspace() override { return workspace_; }
+
+  std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
+                                             MainWindowDelegate& delegate) override;
+  std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
+  std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
+                                           const ErrorViewDescription& description) override;
+
+ private:
+  LinuxApplication application_;
+  LinuxDialogs dialogs_;
+  LinuxResources resources_;
+  LinuxSystem system_;
+  LinuxUserDefaults userDefaults_;
+  LinuxWorkspace workspace_;
+  std::optional<ColorScheme> colorScheme_;
+  std::optional<WebSession> webSession_;
+};
+
+}  // namespace navora

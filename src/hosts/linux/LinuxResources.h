@@ -1,0 +1,21 @@
+#pragma once
+
+#include <filesystem>
+
+#include "platform/Resources.h"
+
+namespace navora {
+
+// Resources in share/navora beside the folder of the executable, wherever that has been put.
+class LinuxResources final : public Resources {
+ public:
+  LinuxResources();
+  explicit LinuxResources(std::filesystem::path folder);
+
+  std::optional<std::string> read(std::string_view name, std::string_view extension) const override;
+
+ private:
+  std::filesystem::path folder_;
+};
+
+}  // namespace navora

@@ -1,0 +1,112 @@
+#include "hosts/linux/LinuxSystem.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include <gio/gio.h>
+
+#include "hosts/linux/GLibSupport.h"
+
+namespace navora {
+namespace {
+
+// Calls back when a file is replaced or changes.
+class FileObserver final : public ObserverToken {
+ public:
+  FileObserver(const std::filesystem::path& path, std::function<void()> callback)
+      : callback_(std::move(callback)) {
+    const auto file = GObjectPtr<GFile>::adopt(g_file_new_for_path(path.c_str()));
+    // None where the system has no means to watch files.
+    monitor_ = GObjectPtr<GFileMonitor>::adopt(
+        g_file_monitor_file(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
+    if (monitor_)
+      changed_ = SignalConnection(monitor_.get(), "changed", G_CALLBACK(onChanged), this);
+  }
+
+ private:
+  static void onChanged(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent event, gpointer self) {
+    // Every write is followed by one of these, when the new content is complete.
+    if (event == G_FILE_MONITOR_EVENT_CHANGES_DONE_HINT || event == G_FILE_MONITOR_EVENT_CREATED ||
+        event == G_FILE_MONITOR_EVENT_RENAMED || event == G_FILE_MONITOR_EVENT_MOVED_IN) {
+      static_cast<FileObserver*>(self)->callback_();
+    }
+  }
+
+  std::function<void()> callback_;
+  GObjectPtr<GFileMonitor> monitor_;
+  SignalConnection changed_;
+};
+
+// Calls back when the login manager says that the system is awake again.
+class WakeObserver final : public ObserverToken {
+ public:
+  explicit WakeObserver(std::function<void()> callback)
+      : callback_(std::move(callback)),
+        cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
+    g_bus_get(G_BUS_TYPE_SYSTEM, cancellable_.get(), onBus, this);
+  }
+
+  ~WakeObserver() override {
+    g_cancellable_cancel(cancellable_.get());
+    if (bus_) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
+  }
+
+ private:
+  static void onBus(GObject*, GAsyncResult* result, gpointer self) {
+    GError* failure = nullptr;
+    auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, &failure));
+    const GErrorPtr error(failure);
+    // Cancelled: the observer is gone. Otherwise this system has no such bus and reports no wake.
+    if (!bus) return;
+    auto& observer = *static_cast<WakeObserver*>(self);
+    observer.bus_ = bus;
+    observer.subscription_ = g_dbus_connection_signal_subscribe(
+        bus.get(), "org.freedesktop.login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+        "/org/freedesktop/login1", nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onPrepareForSleep, self,
+        nullptr);
+  }
+
+  static void onPrepareForSleep(GDBusConnection*, const char*, const char*, const char*,
+                                const char*, GVariant* parameters, gpointer self) {
+    gboolean goingToSleep = TRUE;
+    if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)")) == FALSE) return;
+    g_variant_get(parameters, "(b)", &goingToSleep);
+    if (goingToSleep == FALSE) static_cast<WakeObserver*>(self)->callback_();
+  }
+
+  std::function<void()> callback_;
+  GObjectPtr<GCancellable> cancellable_;
+  GObjectPtr<GDBusConnection> bus_;
+  guint subscription_ = 0;
+};
+
+}  // namespace
+
+LinuxSystem::LinuxSystem(SystemTimeZone timeZone) : timeZone_(std::move(timeZone)) {}
+
+std::optional<std::string> LinuxSystem::environmentVariable(const std::string& name) const {
+  const char* value = std::getenv(name.c_str());
+  if (value == nullptr) return std::nullopt;
+  return value;
+}
+
+std::vector<std::string> LinuxSystem::preferredLanguages() const {
+  std::vector<std::string> languages;
+  for (const char* const* name = g_get_language_names(); *name != nullptr; ++name)
+    languages.emplace_back(*name);
+  return languages;
+}
+
+std::string LinuxSystem::timeZoneIdentifier() const {
+  return timeZone_.identifier(environmentVariable("TZ"));
+}
+
+std::unique_ptr<ObserverToken> LinuxSystem::observeTimeZoneChange(std::function<void()> callback) {
+  return std::make_unique<FileObserver>(timeZone_.localTimeFile(), std::move(callback));
+}
+
+std::unique_ptr<ObserverToken> LinuxSystem::observeWake(std::function<void()> callback) {
+  return std::make_unique<WakeObserver>(std::move(callback));
+}
+
+}  // namespace navora

@@ -1,0 +1,111 @@
+#include "hosts/linux/LinuxWebView.h"
+
+#include <utility>
+
+#include "hosts/linux/LinuxRequest.h"
+#include "hosts/linux/PlatformErrors.h"
+
+namespace navora {
+namespace {
+
+void turnOffLocalCache(WebKitURIRequest* request) {
+  // Absent for addresses that are not fetched over HTTP.
+  if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request)) {
+    soup_message_headers_replace(headers, "Cache-Control", "no-cache");
+    soup_message_headers_replace(headers, "Pragma", "no-cache");
+  }
+}
+
+Json jsonFrom(JSCValue* value) {
+  const GCharPtr text(jsc_value_to_json(value, 0));
+  if (!text) return nullptr;
+  return parseJson(text.get()).value_or(nullptr);
+}
+
+// Engine settings that follow from what the application is.
+WebKitSettings* makeSettings() {
+  return webkit_settings_new_with_settings(
+      // The decision about every new window is ours, whether the user or a script asks for it.
+      "javascript-can-open-windows-automatically", TRUE,
+      // Moving the page with two fingers or a mouse's side buttons.
+      "enable-back-forward-navigation-gestures", TRUE,
+      // A note is no place for a page to draw outside of the window.
+      "enable-fullscreen", FALSE, nullptr);
+}
+
+}  // namespace
+
+WebKitWebView* LinuxWebView::makeView(WebSession& session, WebKitUserContentManager* manager) {
+  const auto settings = GObjectPtr<WebKitSettings>::adopt(makeSettings());
+  return WEBKIT_WEB_VIEW(g_object_ref_sink(
+      g_object_new(WEBKIT_TYPE_WEB_VIEW, "web-context", session.context(), "user-content-manager",
+                   manager, "settings", settings.get(), nullptr)));
+}
+
+LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& configuration)
+    : manager_(GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
+      bridge_(manager_.get(), configuration),
+      view_(GObjectPtr<WebKitWebView>::adopt(makeView(session, manager_.get()))),
+      evaluations_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
+      loadTimeout_(view_.get()),
+      navigationEvents_(*this, view_.get(), session.context(), bridge_.actions(), loadTimeout_),
+      pageDialogs_(view_.get(), bridge_) {
+  webkit_settings_set_enable_back_forward_navigation_gestures(
+      webkit_web_view_get_settings(view_.get()),
+      configuration.allowsBackForwardNavigationGestures ? TRUE : FALSE);
+}
+
+LinuxWebView::~LinuxWebView() {
+  g_cancellable_cancel(evaluations_.get());
+}
+
+void LinuxWebView::setNavigationDelegate(NavigationDelegate* delegate) {
+  navigationEvents_.setDelegate(delegate);
+}
+
+void LinuxWebView::setPageDialogDelegate(PageDialogDelegate* delegate) {
+  pageDialogs_.setDelegate(delegate);
+}
+
+void LinuxWebView::setBackgroundColor(const GdkRGBA& color) {
+  webkit_web_view_set_background_color(view_.get(), &color);
+}
+
+void LinuxWebView::load(const WebRequest& request) {
+  const auto native =
+      GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.string().c_str()));
+  if (request.cachePolicy == CachePolicy::reloadIgnoringLocalCacheData)
+    turnOffLocalCache(native.get());
+  loadTimeout_.setSeconds(request.timeoutSeconds);
+  webkit_web_view_load_request(view_.get(), native.get());
+}
+
+void LinuxWebView::load(const PlatformRequest& request) {
+  const auto& native = static_cast<const LinuxRequest&>(request);
+  loadTimeout_.setSeconds(WebRequest{*Url::parse("about:blank")}.timeoutSeconds);
+  webkit_web_view_load_request(view_.get(), native.get());
+}
+
+std::optional<Url> LinuxWebView::url() const {
+  const char* uri = webkit_web_view_get_uri(view_.get());
+  return uri == nullptr ? std::nullopt : Url::parse(uri);
+}
+
+void LinuxWebView::evaluateJavaScript(const std::string& script, EvaluationCompletion completion) {
+  const auto finish = [](GObject* source, GAsyncResult* result, gpointer data) {
+    const std::unique_ptr<EvaluationCompletion> callback(static_cast<EvaluationCompletion*>(data));
+    GError* failure = nullptr;
+    const auto value = GObjectPtr<JSCValue>::adopt(
+        webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &failure));
+    const GErrorPtr error(failure);
+    // Cancelled means that this object is gone, and with it those who asked.
+    if (!*callback || g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
+    if (error) return (*callback)(Unexpected(platformErrorFrom(*error)));
+    (*callback)(jsonFrom(value.get()));
+  };
+  webkit_web_view_evaluate_javascript(
+      view_.get(), script.c_str(), static_cast<gssize>(script.size()), nullptr, nullptr,
+      evaluations_.get(), finish, new EvaluationCompletion(std::move(completion)));
+}
+
+}  // namespace navora

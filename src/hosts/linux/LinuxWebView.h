@@ -1,0 +1,49 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include <webkit2/webkit2.h>
+
+#include "hosts/linux/GLibSupport.h"
+#include "hosts/linux/LoadTimeout.h"
+#include "hosts/linux/NavigationEvents.h"
+#include "hosts/linux/PageBridge.h"
+#include "hosts/linux/PageDialogs.h"
+#include "hosts/linux/WebSession.h"
+#include "platform/WebView.h"
+
+namespace navora {
+
+// The page in a WebKitGTK view.
+class LinuxWebView final : public WebView {
+ public:
+  LinuxWebView(WebSession& session, const WebViewConfiguration& configuration);
+  ~LinuxWebView() override;
+
+  void setNavigationDelegate(NavigationDelegate* delegate) override;
+  void setPageDialogDelegate(PageDialogDelegate* delegate) override;
+  void load(const WebRequest& request) override;
+  void load(const PlatformRequest& request) override;
+  std::optional<Url> url() const override;
+  void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
+
+  // Shown wherever the page has not painted yet.
+  void setBackgroundColor(const GdkRGBA& color);
+
+  GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
+
+ private:
+  static WebKitWebView* makeView(WebSession& session, WebKitUserContentManager* manager);
+
+  GObjectPtr<WebKitUserContentManager> manager_;
+  PageBridge bridge_;
+  GObjectPtr<WebKitWebView> view_;
+  GObjectPtr<GCancellable> evaluations_;
+  LoadTimeout loadTimeout_;
+  NavigationEvents navigationEvents_;
+  PageDialogs pageDialogs_;
+};
+
+}  // namespace navora

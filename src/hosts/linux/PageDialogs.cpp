@@ -1,0 +1,97 @@
+#include "hosts/linux/PageDialogs.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace navora {
+namespace {
+
+// Keeps the page waiting; the page goes on when the last copy is gone.
+std::shared_ptr<WebKitScriptDialog> holdOpen(WebKitScriptDialog* dialog) {
+  return {webkit_script_dialog_ref(dialog), [](WebKitScriptDialog* held) {
+            webkit_script_dialog_close(held);
+            webkit_script_dialog_unref(held);
+          }};
+}
+
+std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
+  std::vector<const char*> pointers;
+  for (const auto& text : texts)
+    pointers.push_back(text.c_str());
+  pointers.push_back(nullptr);
+  return pointers;
+}
+
+}  // namespace
+
+PageDialogs::PageDialogs(WebKitWebView* view, PageBridge& bridge) : view_(view), bridge_(bridge) {
+  signals_.emplace_back(view, "script-dialog", G_CALLBACK(onScriptDialog), this);
+  signals_.emplace_back(view, "run-file-chooser", G_CALLBACK(onRunFileChooser), this);
+}
+
+gboolean PageDialogs::onScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer self) {
+  static_cast<PageDialogs*>(self)->runDialog(dialog);
+  return TRUE;
+}
+
+gboolean PageDialogs::onRunFileChooser(WebKitWebView*, WebKitFileChooserRequest* request,
+                                       gpointer self) {
+  static_cast<PageDialogs*>(self)->runFileChooser(request);
+  return TRUE;
+}
+
+FrameInfo PageDialogs::topFrame() const {
+  const char* uri = webkit_web_view_get_uri(view_);
+  return {true, uri == nullptr ? std::nullopt : Url::parse(uri)};
+}
+
+void PageDialogs::runDialog(WebKitScriptDialog* dialog) {
+  const auto type = webkit_script_dialog_get_dialog_type(dialog);
+  if (type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
+    // The page is not asked whether it may be left, on any platform.
+    webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
+    return;
+  }
+  if (delegate_ == nullptr) return;
+
+  const auto message = bridge_.readDialogMessage(webkit_script_dialog_get_message(dialog));
+  const FrameInfo frame = message.fromTopFrame ? topFrame() : FrameInfo{};
+  const auto held = holdOpen(dialog);
+  switch (type) {
+    case WEBKIT_SCRIPT_DIALOG_ALERT:
+      return delegate_->runAlertPanel(message.text, frame, [held] {});
+    case WEBKIT_SCRIPT_DIALOG_CONFIRM:
+      return delegate_->runConfirmPanel(message.text, frame, [held](bool confirmed) {
+        webkit_script_dialog_confirm_set_confirmed(held.get(), confirmed ? TRUE : FALSE);
+      });
+    case WEBKIT_SCRIPT_DIALOG_PROMPT:
+      return delegate_->runTextInputPanel(
+          message.text, stringFrom(webkit_script_dialog_prompt_get_default_text(dialog)), frame,
+          [held](const std::optional<std::string>& text) {
+            if (text) webkit_script_dialog_prompt_set_text(held.get(), text->c_str());
+          });
+    case WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM:
+      return;
+  }
+}
+
+void PageDialogs::runFileChooser(WebKitFileChooserRequest* request) {
+  const auto action = bridge_.actions().takeFileChooser();
+  const OpenPanelParameters parameters{
+      webkit_file_chooser_request_get_select_multiple(request) != FALSE,
+      action && action->directories};
+  if (delegate_ == nullptr) return webkit_file_chooser_request_cancel(request);
+
+  const auto held = GObjectPtr<WebKitFileChooserRequest>::retain(request);
+  delegate_->runOpenPanel(parameters, action ? action->frame : FrameInfo{},
+                          [held](const std::optional<std::vector<std::filesystem::path>>& files) {
+                            if (!files || files->empty())
+                              return webkit_file_chooser_request_cancel(held.get());
+                            const std::vector<std::string> names(files->begin(), files->end());
+                            webkit_file_chooser_request_select_files(held.get(),
+                                                                     pointersTo(names).data());
+                          });
+}
+
+}  // namespace navora
