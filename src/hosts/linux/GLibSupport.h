@@ -84,7 +84,11 @@ class SignalConnection {
         handler_(g_signal_connect(instance, signal, callback, userData)) {}
 
   void disconnect() {
-    if (handler_ != 0) g_signal_handler_disconnect(instance_.get(), std::exchange(handler_, 0));
+    const gulong handler = std::exchange(handler_, 0);
+    // A destroyed widget has dropped its handlers already.
+    if (handler != 0 && g_signal_handler_is_connected(instance_.get(), handler) != FALSE) {
+      g_signal_handler_disconnect(instance_.get(), handler);
+    }
     instance_ = {};
   }
 
