@@ -8,28 +8,29 @@
 
 using navora::answeredOnce;
 
+namespace {
+
+void reportFailure(navora::NavigationDelegate* delegate, NSError* error) {
+  if (delegate != nullptr) delegate->didFailNavigation(navora::toPlatformError(error));
+}
+
+void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) {
+  // Without a delegate nobody holds the new object, which cancels the download.
+  const auto started = std::make_shared<navora::MacDownload>(download);
+  if (delegate != nullptr) delegate->navigationDidBecomeDownload(started);
+}
+
+}  // namespace
+
 @implementation NavoraNavigationForwarder
 
 - (void)reportUnsupportedUrl {
   NavoraNavigationForwarder* __weak weakSelf = self;
   dispatch_async(dispatch_get_main_queue(), ^{
-    [weakSelf reportFailure:[NSError errorWithDomain:NSURLErrorDomain
-                                                code:NSURLErrorUnsupportedURL
-                                            userInfo:nil]];
+    reportFailure(weakSelf.navigationDelegate, [NSError errorWithDomain:NSURLErrorDomain
+                                                                   code:NSURLErrorUnsupportedURL
+                                                               userInfo:nil]);
   });
-}
-
-- (void)reportFailure:(NSError*)error {
-  if (self.navigationDelegate == nullptr) return;
-  self.navigationDelegate->didFailNavigation(navora::toPlatformError(error));
-}
-
-- (void)reportDownload:(WKDownload*)download {
-  // Nobody holds the new object when there is no delegate, which cancels the download.
-  const auto started = std::make_shared<navora::MacDownload>(download);
-  if (self.navigationDelegate != nullptr) {
-    self.navigationDelegate->navigationDidBecomeDownload(started);
-  }
 }
 
 #pragma mark - WKNavigationDelegate
@@ -64,13 +65,13 @@ using navora::answeredOnce;
 - (void)webView:(WKWebView*)webView
     didFailProvisionalNavigation:(WKNavigation*)navigation
                        withError:(NSError*)error {
-  [self reportFailure:error];
+  reportFailure(self.navigationDelegate, error);
 }
 
 - (void)webView:(WKWebView*)webView
     didFailNavigation:(WKNavigation*)navigation
             withError:(NSError*)error {
-  [self reportFailure:error];
+  reportFailure(self.navigationDelegate, error);
 }
 
 - (void)webViewWebContentProcessDidTerminate:(WKWebView*)webView {
@@ -80,13 +81,13 @@ using navora::answeredOnce;
 - (void)webView:(WKWebView*)webView
      navigationAction:(WKNavigationAction*)navigationAction
     didBecomeDownload:(WKDownload*)download {
-  [self reportDownload:download];
+  reportDownload(self.navigationDelegate, download);
 }
 
 - (void)webView:(WKWebView*)webView
     navigationResponse:(WKNavigationResponse*)navigationResponse
      didBecomeDownload:(WKDownload*)download {
-  [self reportDownload:download];
+  reportDownload(self.navigationDelegate, download);
 }
 
 #pragma mark - WKUIDelegate

@@ -1,4 +1,4 @@
-// A delegate without a method that its protocol requires, and one that declares and forgets a method.
+// Delegates without a method that their protocol or their own interface requires.
 
 // clang-format off: expected messages stay on one line.
 
