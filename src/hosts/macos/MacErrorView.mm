@@ -94,7 +94,17 @@ MacErrorView::~MacErrorView() { [overlay_ removeFromSuperview]; }
 
 void MacErrorView::setDetail(const std::string& text) { detail_.stringValue = toNSString(text); }
 
-void MacErrorView::setHidden(bool hidden) { overlay_.hidden = hidden; }
+// While the overlay is shown the window itself has the keyboard, so that Return reaches the default
+// button and nothing is typed into the page below.
+void MacErrorView::setHidden(bool hidden) {
+  overlay_.hidden = hidden;
+  NSWindow* window = overlay_.window;
+  if (!hidden) {
+    [window makeFirstResponder:nil];
+  } else if (window.firstResponder == window) {
+    [window makeFirstResponder:window.initialFirstResponder];
+  }
+}
 
 bool MacErrorView::isHidden() const { return overlay_.hidden; }
 

@@ -61,7 +61,9 @@ void MacMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   NSView* container = [[NSView alloc] initWithFrame:NSZeroRect];
   window_.contentView = container;
   // Every view of this host is made by MacPlatform.
-  addFilling(static_cast<MacWebView&>(*webView_).nsView(), container);
+  NSView* page = static_cast<MacWebView&>(*webView_).nsView();
+  addFilling(page, container);
+  window_.initialFirstResponder = page;
 }
 
 bool MacMainWindow::isMiniaturized() const { return window_.miniaturized; }

@@ -7,6 +7,7 @@ NS_ASSUME_NONNULL_BEGIN
 @class NSLayoutDimension;
 @class NSLayoutXAxisAnchor;
 @class NSLayoutYAxisAnchor;
+@class NSWindow;
 
 @interface NSLayoutConstraint : NSObject
 + (void)activateConstraints:(NSArray<NSLayoutConstraint*>*)constraints;
@@ -31,6 +32,7 @@ typedef NS_ENUM(NSInteger, NSLayoutAttribute) {
 @interface NSView : NSResponder
 - (instancetype)initWithFrame:(NSRect)frameRect NS_DESIGNATED_INITIALIZER;
 @property NSRect frame;
+@property(nullable, readonly, weak) NSWindow* window;
 @property(getter=isHidden) BOOL hidden;
 @property BOOL translatesAutoresizingMaskIntoConstraints;
 @property(readonly, strong) NSLayoutXAxisAnchor* leadingAnchor;

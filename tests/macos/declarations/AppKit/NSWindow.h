@@ -35,6 +35,8 @@ typedef NSString* NSWindowFrameAutosaveName;
 @property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;
 @property(nullable, strong) __kindof NSView* contentView;
 @property(nullable, weak) NSView* initialFirstResponder;
+@property(nullable, readonly, weak) NSResponder* firstResponder;
+- (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
 @property(readonly, getter=isMiniaturized) BOOL miniaturized;
 // The property of this name is read-only; the setter reports whether the name was free. See Apple
 // developer documentation, -[NSWindow setFrameAutosaveName:].

@@ -42,7 +42,6 @@ enum : NSInteger {
 };
 
 typedef NS_OPTIONS(NSUInteger, NSJSONWritingOptions) {
-  // Apple developer documentation, NSJSONWritingFragmentsAllowed: since macOS 10.15.
   NSJSONWritingFragmentsAllowed = 1UL << 2,
 };
 
