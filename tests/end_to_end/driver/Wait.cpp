@@ -23,7 +23,7 @@ double timeoutFactor() {
 }
 
 std::chrono::milliseconds defaultTimeout() {
-  return std::chrono::milliseconds(static_cast<long>(20'000 * timeoutFactor()));
+  return std::chrono::milliseconds(static_cast<long>(30'000 * timeoutFactor()));
 }
 
 bool becomesTrue(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {

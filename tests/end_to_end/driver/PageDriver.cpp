@@ -1,0 +1,152 @@
+#include "end_to_end/driver/PageDriver.h"
+
+#include <cmath>
+
+#include "end_to_end/driver/Keyboard.h"
+#include "end_to_end/driver/VirtualDesktop.h"
+
+namespace navora::driver {
+
+namespace {
+
+// Gives the element's rectangle in the viewport, or a text that says why it cannot be hit.
+constexpr const char* locateScript = R"(
+  const element = document.querySelector(SELECTOR);
+  if (!element) return 'it does not exist';
+  element.scrollIntoView({block: 'center', inline: 'center', behavior: 'instant'});
+  const box = element.getBoundingClientRect();
+  if (box.width === 0 || box.height === 0) return 'it has no size';
+  const hit = document.elementFromPoint(box.x + box.width / 2, box.y + box.height / 2);
+  if (!hit) return 'it lies outside the view';
+  const own = element.contains(hit) || hit.contains(element) ||
+      [...(element.labels ?? [])].some((label) => label.contains(hit));
+  if (!own) return 'it is covered by ' + hit.outerHTML.slice(0, 120);
+  return [box.x, box.y, box.width, box.height];
+)";
+
+std::string withSelector(std::string script, const std::string& selector) {
+  const std::string placeholder = "SELECTOR";
+  return script.replace(script.find(placeholder), placeholder.size(), Json(selector).dump());
+}
+
+int rounded(const Json& number) {
+  return static_cast<int>(std::lround(number.get<double>()));
+}
+
+}  // namespace
+
+PageDriver::PageDriver(VirtualDesktop& desktop, std::string url, std::function<Rectangle()> area,
+                       std::string name)
+    : desktop_(desktop), http_(std::move(url)), area_(std::move(area)), name_(std::move(name)) {}
+
+PageDriver PageDriver::frame(const std::string& selector, const std::string& name) {
+  return {desktop_, http_.origin(), [this, selector] { return rectangle(selector); }, name};
+}
+
+PageDriver::Answer PageDriver::ask(const std::string& script, std::chrono::milliseconds timeout) {
+  const Json request{{"script", script}, {"timeout", timeout.count()}};
+  const HttpReply reply = http_.post("/__test/driver/" + name_ + "/evaluate", request.dump(),
+                                     timeout + std::chrono::seconds(5));
+  const Json answer = Json::parse(reply.body, nullptr, false);
+  if (reply.status == 200 && answer.is_object() && answer.value("ok", false)) {
+    return {answer.at("value"), {}};
+  }
+  const bool hasText = answer.is_object() && answer.contains("error");
+  return {std::nullopt, hasText ? answer["error"].dump() : reply.body};
+}
+
+Json PageDriver::evaluate(const std::string& script, std::chrono::milliseconds timeout) {
+  const Answer answer = ask(script, timeout);
+  if (!answer.value) {
+    throw DriverError("The page \"" + name_ + "\" failed: " + answer.error + "\nin " + script);
+  }
+  return *answer.value;
+}
+
+std::optional<Json> PageDriver::tryEvaluate(const std::string& script,
+                                            std::chrono::milliseconds timeout) {
+  return ask(script, timeout).value;
+}
+
+void PageDriver::waitUntilTrue(const std::string& expression, std::string_view description,
+                               std::chrono::milliseconds timeout) {
+  constexpr std::chrono::milliseconds perLook{1000};
+  std::string last = "nothing";
+  waitUntil(
+      [&] {
+        const Answer answer = ask("return !!(" + expression + ")", perLook);
+        last = answer.value ? answer.value->dump() : answer.error;
+        return answer.value == Json(true);
+      },
+      description.empty() ? "the page says " + expression : std::string(description), timeout,
+      [&] { return "The last answer to " + expression + " was " + last; });
+}
+
+bool PageDriver::exists(const std::string& selector) {
+  return evaluate(withSelector("return !!document.querySelector(SELECTOR)", selector));
+}
+
+std::string PageDriver::text(const std::string& selector) {
+  const std::string script =
+      withSelector("return document.querySelector(SELECTOR)?.innerText ?? null", selector);
+  return waitFor(
+      [&]() -> std::optional<std::string> {
+        const auto value = tryEvaluate(script);
+        return value && value->is_string() ? std::optional(value->get<std::string>())
+                                           : std::nullopt;
+      },
+      "the page has an element " + selector);
+}
+
+Point PageDriver::viewportOrigin() {
+  // Only mouse events tell a page where it is. The one that is asked for must be new: the window
+  // can have moved, and bars above the page come and go.
+  evaluate("window.__driverOffset = null");
+  const Point center = area_().center();
+  int step = 0;
+  Json offset;
+  waitUntil(
+      [&] {
+        desktop_.mouse().moveTo({center.x + step++ % 5, center.y});
+        offset = evaluate("return window.__driverOffset ?? null");
+        return offset.is_object();
+      },
+      "the page \"" + name_ + "\" sees the pointer move over the window");
+  return {rounded(offset.at("x")), rounded(offset.at("y"))};
+}
+
+Rectangle PageDriver::rectangle(const std::string& selector) {
+  const std::string script = withSelector(locateScript, selector);
+  std::string obstacle;
+  const auto locate = [&]() -> std::optional<Json> {
+    const Answer answer = ask(script, std::chrono::seconds(5));
+    if (answer.value && answer.value->is_array()) return answer.value;
+    obstacle = answer.value ? answer.value->get<std::string>() : answer.error;
+    return std::nullopt;
+  };
+  const Point origin = viewportOrigin();
+  const Json box = waitFor(locate, "the element " + selector + " can be hit", defaultTimeout(),
+                           [&] { return "It cannot: " + obstacle; });
+  return {origin.x + rounded(box.at(0)), origin.y + rounded(box.at(1)), rounded(box.at(2)),
+          rounded(box.at(3))};
+}
+
+void PageDriver::click(const std::string& selector, MouseButton button,
+                       std::string_view modifiers) {
+  const Point target = rectangle(selector).center();
+  const Keyboard::Hold held(desktop_.keyboard(), modifiers);
+  desktop_.mouse().click(target, button);
+}
+
+void PageDriver::type(const std::string& selector, std::string_view text) {
+  click(selector);
+  // Keys that come before the focus would go elsewhere.
+  const std::string focused = withSelector(
+      "(() => { const element = document.querySelector(SELECTOR);"
+      " return !!element && element.contains(document.activeElement); })()",
+      selector);
+  waitUntilTrue(focused, "the element " + selector + " has the focus");
+  desktop_.keyboard().type(text);
+}
+
+}  // namespace navora::driver

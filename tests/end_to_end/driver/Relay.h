@@ -1,0 +1,57 @@
+#pragma once
+
+#include <atomic>
+#include <list>
+#include <memory>
+#include <thread>
+
+namespace navora::driver {
+
+// A network cable on this machine: passes every connection to a port on to a server at another one,
+// byte for byte, and can be unplugged and plugged in again while the server lives on.
+class Relay {
+ public:
+  // Plugged in, on a free port of its own.
+  explicit Relay(int serverPort);
+  ~Relay();
+  Relay(const Relay&) = delete;
+  Relay& operator=(const Relay&) = delete;
+
+  int port() const { return port_; }
+  bool pluggedIn() const { return listener_ >= 0; }
+  // Existing connections end, new ones are refused.
+  void unplug();
+  void plugIn();
+
+ private:
+  // One passed-on connection, with a thread for each direction.
+  class Link {
+   public:
+    Link(int client, int server);
+    ~Link();
+    Link(const Link&) = delete;
+    Link& operator=(const Link&) = delete;
+    bool ended() const { return directions_ == 0; }
+
+   private:
+    void pass(int from, int to, int ending);
+
+    int client_;
+    int server_;
+    std::atomic<int> directions_ = 2;
+    std::thread requests_;
+    std::thread answers_;
+  };
+
+  int boundSocket() const;
+  void accept();
+
+  int serverPort_;
+  int port_ = 0;
+  int holder_ = -1;  // keeps the port ours while nobody listens
+  int listener_ = -1;
+  std::thread acceptor_;
+  std::list<std::unique_ptr<Link>> links_;  // of the accepting thread while it runs
+};
+
+}  // namespace navora::driver

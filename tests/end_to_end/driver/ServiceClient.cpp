@@ -1,0 +1,95 @@
+#include "end_to_end/driver/ServiceClient.h"
+
+namespace navora::driver {
+
+namespace {
+
+void requireSuccess(const HttpReply& reply, const std::string& what) {
+  if (reply.status >= 200 && reply.status < 300) return;
+  throw DriverError("The service answered " + std::to_string(reply.status) + " to " + what + ": " +
+                    reply.body);
+}
+
+RecordedRequest recorded(const Json& entry) {
+  RecordedRequest request;
+  request.sequence = entry.at("sequence");
+  request.method = entry.at("method");
+  request.target = entry.at("target");
+  request.body = entry.at("body");
+  for (const Json& header : entry.at("headers")) {
+    request.headers.emplace_back(header.at(0), header.at(1));
+  }
+  return request;
+}
+
+}  // namespace
+
+std::vector<RecordedRequest> ServiceClient::requests(const std::string& method,
+                                                     const std::string& path) {
+  const HttpReply reply = http_.get("/__test/requests");
+  requireSuccess(reply, "the question for its requests");
+  std::vector<RecordedRequest> found;
+  for (const Json& entry : Json::parse(reply.body)) {
+    RecordedRequest request = recorded(entry);
+    if ((method.empty() || request.method == method) && (path.empty() || request.path() == path)) {
+      found.push_back(std::move(request));
+    }
+  }
+  return found;
+}
+
+void ServiceClient::clearRequests() {
+  requireSuccess(http_.remove("/__test/requests"), "the clearing of its requests");
+}
+
+std::vector<RecordedRequest> ServiceClient::waitForRequests(const std::string& method,
+                                                            const std::string& path,
+                                                            std::size_t count,
+                                                            std::chrono::milliseconds timeout) {
+  std::vector<RecordedRequest> found;
+  waitUntil(
+      [&] {
+        found = requests(method, path);
+        return found.size() >= count;
+      },
+      "the service has received " + method + " " + path + " " + std::to_string(count) + " times",
+      timeout, [this] { return describe(requests()); });
+  return found;
+}
+
+void ServiceClient::post(const std::string& path, const Json& body) {
+  requireSuccess(http_.post(path, body.dump()), "POST " + path + " " + body.dump());
+}
+
+void ServiceClient::addFault(const std::string& method, const std::string& path, const Json& action,
+                             int times) {
+  Json rule{{"path", path}, {"times", times}, {"action", action}};
+  if (!method.empty()) rule["method"] = method;
+  post("/__test/faults", rule);
+}
+
+void ServiceClient::clearFaults() {
+  requireSuccess(http_.remove("/__test/faults"), "the clearing of its faults");
+}
+
+void ServiceClient::signEverybodyOut() {
+  post("/__test/sessions/clear", Json::object());
+}
+
+void ServiceClient::changeSettings(const Json& changes) {
+  post("/__test/settings", changes);
+}
+
+Json ServiceClient::addNotification(const Json& notification) {
+  const HttpReply reply = http_.post("/__test/notifications", notification.dump());
+  requireSuccess(reply, "a new notification");
+  return Json::parse(reply.body);
+}
+
+Json ServiceClient::telemetry() {
+  const HttpReply reply = http_.get("/__test/telemetry");
+  requireSuccess(reply, "the question for its telemetry");
+  return Json::parse(reply.body);
+}
+
+}  // namespace navora::driver
