@@ -42,7 +42,7 @@ bool mayServe(const Url& url) {
 
 std::optional<Url> rootOf(const Url& url) {
   UrlComponents components = url.components();
-  components.path.assign(1, '/');
+  components.path = std::string("/");
   components.query.reset();
   components.fragment.reset();
   return Url::fromComponents(components);

@@ -37,15 +37,16 @@ void TaskPromise::release() {
 }
 
 bool TaskPromise::endIfReleased() {
-  TaskPromise* released = nullptr;
-  for (TaskPromise* task = this; task; task = task->parent_) {
-    released = task->released_ ? task : released;
+  // At most one of a chain is released: the others belong to the frame above them.
+  TaskPromise* released = this;
+  while (released && !released->released_) {
+    released = released->parent_;
   }
   if (!released) {
     return false;
   }
   running_ = false;
-  // The topmost released frame takes those below with it, this one among them.
+  // Takes the frames below with it, this one among them.
   released->frame_.destroy();
   return true;
 }

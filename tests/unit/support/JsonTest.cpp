@@ -43,8 +43,9 @@ TEST(ParseJson, RefusesMillionsOfBracketsWithoutRecursion) {
 }
 
 TEST(ParseJson, DoesNotCountBracketsInStringsOrSiblings) {
-  EXPECT_TRUE(parseJson("\"" + std::string(1000, '[') + "\""));
-  EXPECT_TRUE(parseJson("[\"\\\"" + std::string(1000, '{') + "\\\\\"]"));
+  const std::string brackets(1000, '[');
+  EXPECT_TRUE(parseJson(std::string("\"").append(brackets).append("\"")));
+  EXPECT_TRUE(parseJson(std::string("[\"\\\"").append(brackets).append("\\\\\"]")));
   std::string siblings = "[[]";
   for (int index = 0; index < 1000; ++index) {
     siblings.append(",[]");

@@ -309,6 +309,22 @@ TEST_F(SelfDestruction, DoesNotGoOnAfterATaskThatHasFinishedAtOnce) {
   EXPECT_EQ(alive, 0);
 }
 
+TEST_F(SelfDestruction, EndsTheCoroutineAtItsNextWaitAfterItHasAwaitedATask) {
+  const auto parent = [](SelfDestruction& test) -> Task<> {
+    const Witness witness(test.alive);
+    co_await record(test.log, test.first, "child");
+    test.owner.reset();
+    EXPECT_EQ(test.alive, 1);
+    co_await test.second.answer();
+    test.log.push_back("never");
+  };
+  owner->task = parent(*this);
+  first.callback();
+  EXPECT_EQ(log, (std::vector<std::string>{"child begins", "child ends"}));
+  EXPECT_EQ(alive, 0);
+  EXPECT_EQ(second.calls, 0);
+}
+
 TEST_F(SelfDestruction, KeepsTheFramesOfAllWaitingTasksUntilTheRunningOneWaits) {
   // The innermost task uses a variable of the outermost frame after the owner's end.
   const auto inner = [](SelfDestruction& test, const std::string& borrowed) -> Task<> {
