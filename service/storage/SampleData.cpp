@@ -56,16 +56,31 @@ void addEvents(Storage& storage, const User& user) {
 }
 
 void addNotes(Storage& storage, const User& user) {
-  const std::vector<const char*> notes{
-      "Ideas for the garden wall\nClimbing roses on the left, the old bench under the pear tree, "
-      "a lamp that comes on at dusk. #garden",
-      "Ask Mara whether the second print run can be on the heavier paper. #studio",
-      "The sentence from this morning: a gate is a wall that has learned to trust."};
-  for (const char* note : notes) {
-    storage.captures.add(user.id, {note, "fallback", std::nullopt, std::nullopt}, 0);
+  constexpr Milliseconds hour = 3600000;
+  struct Entry {
+    Milliseconds age;
+    const char* text;
+  };
+  const std::vector<Entry> entries{
+      {50 * hour,
+       "Ideas for the garden wall\nClimbing roses on the left, the old bench under the pear tree, "
+       "a lamp that comes on at dusk. #garden"},
+      {27 * hour, "Ask Mara whether the second print run can be on the heavier paper. #studio"},
+      {hour / 3, "The sentence from this morning: a gate is a wall that has learned to trust."}};
+  for (const Entry& entry : entries) {
+    const auto note =
+        storage.captures.add(user.id, {entry.text, "fallback", std::nullopt, std::nullopt}, 0);
+    storage.database.run("UPDATE captures SET created_at = ? WHERE id = ?",
+                         currentTime() - entry.age, note->captureId);
   }
   storage.captures.finishDueJobs(currentTime());
-  storage.notifications.markAllRead(user.id);
+  // The notes are old news; what is new is a message.
+  storage.database.run("DELETE FROM notifications WHERE user_id = ?", user.id);
+  const Json circles = storage.circles.list(user.id);
+  storage.notifications.add(user.id, {{"kind", "message"},
+                                      {"roomId", circles[0]["rooms"][0]["id"]},
+                                      {"lead", "Ines in Weekend:"},
+                                      {"text", "Then I only need to know who drives."}});
 }
 
 }  // namespace

@@ -3,9 +3,14 @@ import {timeZone} from './settings-store.js';
 
 const format = (date, options) => new Intl.DateTimeFormat('en-GB', {timeZone: timeZone(), ...options}).format(date);
 
-/** "2026-03-09" in the user's zone. */
-export const dayOf = (date) =>
-  new Intl.DateTimeFormat('en-CA', {timeZone: timeZone(), year: 'numeric', month: '2-digit', day: '2-digit'}).format(date);
+/** "2026-03-09" in the user's zone. Put together from its parts: no locale's own order is sure. */
+export function dayOf(date) {
+  const parts = new Intl.DateTimeFormat('en-GB', {
+    timeZone: timeZone(), calendar: 'gregory', numberingSystem: 'latn', year: 'numeric', month: '2-digit', day: '2-digit',
+  }).formatToParts(date);
+  const part = (type) => parts.find((each) => each.type === type).value;
+  return `${part('year').padStart(4, '0')}-${part('month')}-${part('day')}`;
+}
 
 export const clock = (date) => format(date, {hour: '2-digit', minute: '2-digit', hourCycle: 'h23'});
 export const longDay = (date) => format(date, {weekday: 'long', day: 'numeric', month: 'long'});
