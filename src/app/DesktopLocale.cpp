@@ -87,17 +87,17 @@ std::optional<std::string> DesktopLocale::normalize(std::string_view tag) {
   return language;
 }
 
-std::string DesktopLocale::resolve(std::string_view requested,
+std::string DesktopLocale::resolve(std::string_view requestedLocale,
                                    const std::vector<std::string>& preferred,
-                                   const std::optional<std::string>& detected) {
-  if (requested != followSystem) {
-    if (auto explicitChoice = normalize(requested)) return *explicitChoice;
+                                   const std::optional<std::string>& detectedLocale) {
+  if (requestedLocale != followSystem) {
+    if (auto explicitChoice = normalize(requestedLocale)) return *explicitChoice;
   }
   for (const auto& language : preferred) {
     if (auto usable = normalize(language)) return *usable;
   }
-  if (detected) {
-    if (auto usable = normalize(*detected)) return *usable;
+  if (detectedLocale) {
+    if (auto usable = normalize(*detectedLocale)) return *usable;
   }
   return supported().front();
 }

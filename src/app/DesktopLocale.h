@@ -35,8 +35,9 @@ class DesktopLocale {
 
   // An explicit setting wins, then the first usable preferred language, then the detected one, then
   // the source language.
-  static std::string resolve(std::string_view requested, const std::vector<std::string>& preferred,
-                             const std::optional<std::string>& detected);
+  static std::string resolve(std::string_view requestedLocale,
+                             const std::vector<std::string>& preferred,
+                             const std::optional<std::string>& detectedLocale);
 
   // The language to show now.
   static std::string current();

@@ -1,7 +1,7 @@
 // Runs in the application's isolated world, in the top frame only: hands what the page world
 // announces to the application, together with the address that the engine itself reports here.
 ((origin, channel) => {
-  if (window.location.origin !== new URL(origin).origin) return;
+  if (window.location.origin !== new window.URL(origin).origin) return;
   // document.open() removes the listener and runs this script again; the same function is never
   // registered twice.
   globalThis.forwardAnnouncement ??= (event) => {

@@ -2,7 +2,7 @@
 // does not say which frame a script message, a dialog or a new window comes from; so the top frame
 // of the service's pages gets the bridge and marks what it asks for, and nothing else can.
 ((origin, handlerNames, dialogToken, channel) => {
-  if (window.location.origin !== new URL(origin).origin) return;
+  if (window.location.origin !== new window.URL(origin).origin) return;
   // document.open() runs this script again on the same window.
   if (Object.getOwnPropertyDescriptor(window, 'webkit')?.configurable === false) return;
 

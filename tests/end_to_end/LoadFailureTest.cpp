@@ -1,0 +1,119 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/TestPageTest.h"
+
+namespace navora::driver {
+namespace {
+
+constexpr const char* overlayTitle = "Navora is unavailable right now";
+
+class LoadFailureTest : public TestPageTest {
+ protected:
+  void reloadPage() {
+    page().tryEvaluate("setTimeout(() => location.reload()); return true", std::chrono::seconds(5));
+  }
+  void expectOverlay() { widget("label", overlayTitle); }
+  void expectNoOverlay() {
+    waitUntil([&] { return !hasWidget("label", overlayTitle); }, "the overlay goes away");
+  }
+};
+
+TEST_F(LoadFailureTest, CoversThePageWhenTheCableIsPulledAndRetriesWithReturn) {
+  signIn();
+  service().stop();
+  reloadPage();
+  expectOverlay();
+  EXPECT_TRUE(hasWidget("push button", "Try again"));
+  EXPECT_TRUE(hasWidget("push button", "Open in browser"));
+  desktop().display().screenshot().save(artifacts() / "overlay.png");
+
+  // Still out: the overlay comes back, as often as the user tries.
+  desktop().keyboard().chord("Return");
+  expectOverlay();
+  service().start();
+  desktop().keyboard().chord("Return");
+  expectNoOverlay();
+  page().waitUntilTrue("location.pathname === '/'", "the page is back");
+}
+
+TEST_F(LoadFailureTest, RetriesTheSubPageThatFailedPastTheLocalCache) {
+  openTestPage("landing.html");
+  service().stop();
+  reloadPage();
+  expectOverlay();
+  service().start();
+  serviceClient().clearRequests();
+  widget("push button", "Try again").press();
+  expectNoOverlay();
+  const auto requests = serviceClient().waitForRequests("GET", "/__test/pages/landing.html");
+  EXPECT_EQ(requests.front().header("Cache-Control"), "no-cache");
+}
+
+TEST_F(LoadFailureTest, OpensThePageInTheBrowserFromTheOverlay) {
+  desktop().openedUrls().clear();
+  openTestPage("landing.html");
+  service().stop();
+  reloadPage();
+  expectOverlay();
+  widget("push button", "Open in browser").press();
+  EXPECT_TRUE(desktop().openedUrls().waitForFirst().starts_with(
+      service().url("/__test/pages/landing.html")));
+}
+
+TEST_F(LoadFailureTest, RecoversFromACrashedPageProcess) {
+  openTestPage("landing.html");
+  application().killWebProcesses();
+  expectOverlay();
+  desktop().keyboard().chord("Return");
+  expectNoOverlay();
+  page().waitUntilTrue("document.querySelector('#landing') !== null", "the page is back");
+}
+
+struct Fault {
+  const char* name;
+  const char* action;
+};
+
+class FaultyServiceTest : public LoadFailureTest, public testing::WithParamInterface<Fault> {
+ protected:
+  bool startsApplication() const override { return false; }
+};
+
+TEST_P(FaultyServiceTest, ShowsTheOverlayAtLaunchAndRecovers) {
+  serviceClient().addFault("GET", "/login", Json::parse(GetParam().action), 1);
+  application().start();
+  application().waitForMainWindow();
+  expectOverlay();
+  widget("push button", "Try again").press();
+  expectNoOverlay();
+}
+
+INSTANTIATE_TEST_SUITE_P(Login, FaultyServiceTest,
+                         testing::Values(Fault{"DropsTheConnection", R"({"drop": "before"})"},
+                                         Fault{"AnswersGarbage", R"({"garbage": true})"},
+                                         Fault{"BreaksOffHalfway",
+                                               R"({"drop": "during", "bytes": 100})"}),
+                         [](const auto& fault) { return fault.param.name; });
+
+class ForeignRedirectTest : public LoadFailureTest {
+ protected:
+  bool startsApplication() const override { return false; }
+};
+
+TEST_F(ForeignRedirectTest, DropsARedirectOfTheFirstPageSilentlyAndSendsNothing) {
+  desktop().openedUrls().clear();
+  serviceClient().addFault("GET", "/login", {{"redirect", foreign().url("/login")}}, 1);
+  application().start();
+  application().waitForMainWindow();
+  serviceClient().waitForRequests("GET", "/login");
+  // A second launch shows the window; the application is alive, nothing foreign came in or out.
+  application().run({});
+  EXPECT_TRUE(foreign().requests().empty());
+  EXPECT_TRUE(desktop().openedUrls().all().empty());
+  EXPECT_FALSE(hasWidget("label", overlayTitle));
+}
+
+}  // namespace
+}  // namespace navora::driver

@@ -1,0 +1,76 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/TestPageTest.h"
+
+namespace navora::driver {
+namespace {
+
+class MainWindowTest : public TestPageTest {};
+
+TEST_F(MainWindowTest, StartsCentredInItsOwnSizeWithTheServicesLoginPage) {
+  const auto window = application().waitForMainWindow();
+  EXPECT_EQ(window.title, "Navora");
+  EXPECT_EQ(window.content.width, 1240);
+  EXPECT_EQ(window.content.height, 820);
+  EXPECT_NEAR(window.content.center().x, 800, 20);
+  EXPECT_NEAR(window.content.center().y, 500, 30);
+  EXPECT_EQ(page().path(), "/login");
+}
+
+TEST_F(MainWindowTest, IsHiddenByCloseAndShownByASecondLaunch) {
+  signIn();
+  page().evaluate("window.kept = 'the same page'");
+  desktop().display().close(application().waitForMainWindow().id);
+  application().waitUntilMainWindowHidden();
+  EXPECT_TRUE(application().running());
+
+  const auto outcome = application().run({});
+  EXPECT_EQ(outcome.status.code, 0);
+  const auto window = application().waitForMainWindow();
+  desktop().display().waitUntilActive(window.id);
+  EXPECT_EQ(page().evaluate("return window.kept"), "the same page");
+}
+
+TEST_F(MainWindowTest, IsBroughtBackFromMinimisedByASecondLaunch) {
+  const auto window = application().waitForMainWindow();
+  desktop().display().minimise(window.id);
+  waitUntil([&] { return desktop().display().window(window.id)->minimised; },
+            "the window is minimised");
+  application().run({});
+  desktop().display().waitUntilActive(window.id);
+}
+
+TEST_F(MainWindowTest, KeepsItsSizeAndStaysSignedInAcrossLaunchesButStartsCentred) {
+  signIn();
+  const auto window = application().waitForMainWindow();
+  desktop().display().resize(window.id, 900, 640);
+  waitUntil([&] { return application().waitForMainWindow().content.width == 900; },
+            "the window is resized");
+  application().restart();
+  const auto next = application().waitForMainWindow();
+  EXPECT_EQ(next.content.width, 900);
+  EXPECT_EQ(next.content.height, 640);
+  EXPECT_NEAR(next.content.center().x, 800, 20);
+  page().waitUntilTrue("location.pathname === '/'", "the session cookie survived");
+}
+
+TEST_F(MainWindowTest, CannotBeMadeSmallerThanItsLeastSize) {
+  const auto window = application().waitForMainWindow();
+  desktop().display().resize(window.id, 300, 200);
+  waitUntil([&] { return application().waitForMainWindow().content.width == 760; },
+            "the window has its least size");
+  EXPECT_EQ(application().waitForMainWindow().content.height, 560);
+}
+
+TEST_F(MainWindowTest, FollowsTheLanguageThatTheUserChoosesOnTheService) {
+  signIn();
+  serviceClient().changeSettings({{"locale", "ru"}});
+  page().evaluate("window.dispatchEvent(new Event('tolvin:localesaved'))");
+  waitUntil([&] { return application().waitForMainWindow().title == "Навора"; },
+            "the window's title is in Russian");
+}
+
+}  // namespace
+}  // namespace navora::driver

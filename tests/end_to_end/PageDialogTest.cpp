@@ -1,0 +1,127 @@
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/TestPageTest.h"
+#include "end_to_end/driver/Files.h"
+
+namespace navora::driver {
+namespace {
+
+class PageDialogTest : public TestPageTest {
+ protected:
+  void SetUp() override {
+    TestPageTest::SetUp();
+    if (!HasFatalFailure()) openTestPage("dialogs.html", "name=main");
+  }
+
+  void expectAnswer(const std::string& dialog, const std::string& answer) {
+    page().waitUntilTrue("document.body.dataset." + dialog + " !== undefined",
+                         "the page has the answer to its " + dialog);
+    EXPECT_EQ(page().evaluate("return document.body.dataset." + dialog), answer);
+  }
+};
+
+TEST_F(PageDialogTest, ShowsAnAlertWithThePagesTextAsItStands) {
+  page().click("#alert");
+  const auto alert = widget("alert", "Navora");
+  EXPECT_TRUE(hasWidget("label", "Plain <b>text</b> & more"));
+  widget("push button", "OK").press();
+  expectAnswer("alert", "undefined");
+  EXPECT_FALSE(hasWidget("alert"));
+}
+
+TEST_F(PageDialogTest, ConfirmsWithTheFirstButton) {
+  page().click("#confirm");
+  widget("alert", "Navora");
+  EXPECT_TRUE(hasWidget("label", "Go on?"));
+  widget("push button", "Continue").press();
+  expectAnswer("confirm", "true");
+}
+
+TEST_F(PageDialogTest, DeclinesAConfirmWithTheSecondButton) {
+  page().click("#confirm");
+  widget("push button", "Cancel").press();
+  expectAnswer("confirm", "false");
+}
+
+TEST_F(PageDialogTest, DeclinesAConfirmWithEscape) {
+  page().click("#confirm");
+  widget("push button", "Cancel");
+  desktop().keyboard().chord("Escape");
+  expectAnswer("confirm", "false");
+}
+
+TEST_F(PageDialogTest, ConfirmsWithReturn) {
+  page().click("#confirm");
+  widget("push button", "Continue");
+  desktop().keyboard().chord("Return");
+  expectAnswer("confirm", "true");
+}
+
+TEST_F(PageDialogTest, PromptsWithTheDefaultTextAndTakesWhatIsTyped) {
+  page().click("#prompt");
+  const auto entry = widget("text");
+  EXPECT_EQ(entry.text(), "Old name");
+  desktop().keyboard().type("Новое имя");
+  waitUntil([&] { return entry.text() == "Новое имя"; }, "the typed name replaces the old one");
+  widget("push button", "Save").press();
+  expectAnswer("prompt", "Новое имя");
+}
+
+TEST_F(PageDialogTest, AnswersACancelledPromptWithNothing) {
+  page().click("#prompt");
+  widget("push button", "Cancel").press();
+  expectAnswer("prompt", "null");
+}
+
+TEST_F(PageDialogTest, ChoosesAFile) {
+  const auto file = desktop().home() / "picture.png";
+  writeFile(file, "not really a picture");
+  page().click("#files");
+  widget("file chooser");
+  desktop().keyboard().type(file.string() + "\n");
+  expectAnswer("files", "picture.png");
+}
+
+TEST_F(PageDialogTest, CancelsAFileChooser) {
+  page().click("#files");
+  widget("file chooser");
+  widget("push button", "Cancel").press();
+  waitUntil([&] { return !hasWidget("file chooser"); }, "the file chooser goes away");
+  EXPECT_EQ(page().evaluate("return document.querySelector('#files').files.length"), 0);
+}
+
+class FrameDialogTest : public TestPageTest {
+ protected:
+  void SetUp() override {
+    TestPageTest::SetUp();
+    if (!HasFatalFailure()) openTestPage("dialog-frames.html");
+  }
+};
+
+TEST_F(FrameDialogTest, AnswersAlertConfirmAndPromptOfAFrameAtOnceWithNothingShown) {
+  PageDriver outer = page();
+  PageDriver inner = outer.frame("#frame", "inner");
+  for (const std::string dialog : {"alert", "confirm", "prompt"}) {
+    inner.click("#" + dialog);
+    inner.waitUntilTrue("document.body.dataset." + dialog + " !== undefined",
+                        "the frame has the answer to its " + dialog);
+    EXPECT_FALSE(hasWidget("alert"));
+  }
+  EXPECT_EQ(inner.evaluate("return document.body.dataset.alert"), "undefined");
+  EXPECT_EQ(inner.evaluate("return document.body.dataset.confirm"), "false");
+  EXPECT_EQ(inner.evaluate("return document.body.dataset.prompt"), "null");
+}
+
+TEST_F(FrameDialogTest, GivesAFrameNoFiles) {
+  PageDriver outer = page();
+  PageDriver inner = outer.frame("#frame", "inner");
+  inner.click("#files");
+  inner.waitUntilTrue("document.body.dataset.files === 'none'", "the frame's chooser is cancelled");
+  EXPECT_FALSE(hasWidget("file chooser"));
+}
+
+}  // namespace
+}  // namespace navora::driver

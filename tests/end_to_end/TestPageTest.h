@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+
+#include "end_to_end/driver/EndToEndTest.h"
+#include "end_to_end/driver/ForeignServer.h"
+
+namespace navora::driver {
+
+// Tests on pages of the service that are made for them, with a foreign server beside it whose log
+// shows whatever leaves the application.
+class TestPageTest : public EndToEndTest {
+ protected:
+  // Shows a page of tests/end_to_end/pages in the main window; "{{foreign}}" in it is the foreign
+  // server's origin, and `query` ("name=value") fills further places.
+  void openTestPage(const std::string& file, const std::string& query = {});
+
+  // Clicks a link that does leave the application and waits until it has: whatever an earlier
+  // action was going to open, it has opened by then. Gives what was opened before.
+  std::vector<std::string> openedBeforeMarker();
+
+  ForeignServer& foreign() { return foreign_; }
+
+ private:
+  ForeignServer foreign_;
+};
+
+}  // namespace navora::driver
