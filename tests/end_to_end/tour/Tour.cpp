@@ -1,0 +1,151 @@
+#include "end_to_end/tour/Tour.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+#include <utility>
+
+#include "end_to_end/driver/Accessibility.h"
+#include "end_to_end/driver/Wait.h"
+
+namespace navora::driver {
+namespace {
+
+constexpr const char* browserLink = "https://www.example.com/reading";
+
+std::string numbered(int step, const std::string& name) {
+  std::ostringstream text;
+  text << std::setw(2) << std::setfill('0') << step << "-" << name;
+  return text.str();
+}
+
+}  // namespace
+
+Tour::Tour(std::filesystem::path folder)
+    : folder_(std::move(folder)),
+      service_(ServiceProcess::Options{.arguments = {"--test-driver"}}),
+      client_(service_.controlUrl()),
+      application_(desktop_, service_.url()),
+      page_(desktop_, service_.controlUrl(),
+            [this] { return application_.waitForMainWindow().content; }) {
+  std::filesystem::remove_all(folder_);
+  std::filesystem::create_directories(folder_);
+}
+
+void Tour::play() {
+  application_.start();
+  signIn();
+  visitViews();
+  answerPageDialog();
+  followForeignLinks();
+  pullTheCable();
+  hideAndShow();
+  changeLanguage();
+  std::cout << step_ << " screenshots in " << folder_.string() << std::endl;
+}
+
+void Tour::signIn() {
+  page_.waitUntilTrue("location.pathname === '/login' && document.readyState === 'complete'");
+  record("login", "The window opens on the service's login page.");
+  page_.type("[name=name]", "demo");
+  page_.type("[name=password]", "demo\n");
+  page_.waitUntilTrue(
+      "location.pathname === '/' && document.querySelector('#captures > *') !== null",
+      "the today view");
+  record("today", "Signed in: the today view with the notes.");
+}
+
+void Tour::visitViews() {
+  showView("circles");
+  record("circles", "The circles with their rooms.");
+  showView("calendar");
+  record("calendar", "The calendar.");
+  showView("settings");
+  record("settings", "The settings, with the system's time zone.");
+  showView("today");
+}
+
+void Tour::answerPageDialog() {
+  page_.click("#captures button[aria-label='Delete note']");
+  auto cancel = desktop_.accessibility().waitFor({.role = "push button", .name = "Cancel"},
+                                                 application_.pid());
+  record("confirm", "The page asks before it deletes a note: a native dialog.");
+  cancel.press();
+  waitUntil([&] { return !hasWidget("push button", "Cancel"); }, "the dialog goes away");
+}
+
+void Tour::followForeignLinks() {
+  page_.evaluate(
+      "const link = document.createElement('a'); link.id = 'tour-link'; link.textContent = 'A "
+      "foreign link';"
+      "link.href = '" +
+      std::string(browserLink) + "'; document.querySelector('.view-header').append(link)");
+  page_.click("#tour-link");
+  const auto opened = desktop_.openedUrls().waitForFirst();
+  record("foreign-link",
+         "A foreign link goes to the browser (" + opened + "); the window stays where it was.");
+
+  page_.evaluate("location.href = '" + std::string(browserLink) +
+                 "'; document.querySelector('#tour-link').remove()");
+  page_.waitUntilTrue("location.pathname === '/'");
+  record("foreign-refused", "A script that leads the window to a foreign page is refused.");
+}
+
+void Tour::pullTheCable() {
+  service_.stop();
+  page_.tryEvaluate("setTimeout(() => location.reload()); return true");
+  desktop_.accessibility().waitFor({.role = "push button", .name = "Try again"},
+                                   application_.pid());
+  record("unreachable", "The service is unreachable: the window says so and offers to retry.");
+  service_.start();
+  desktop_.keyboard().chord("Return");
+  page_.waitUntilTrue("document.querySelector('#captures > *') !== null", "the today view is back");
+  record("retried", "Return retries: the page is back.");
+}
+
+void Tour::hideAndShow() {
+  desktop_.display().close(application_.waitForMainWindow().id);
+  application_.waitUntilMainWindowHidden();
+  record("hidden", "Closing hides the window; the application goes on.");
+  application_.run({});
+  desktop_.display().waitUntilActive(application_.waitForMainWindow().id);
+  record("shown-again", "A second launch shows it again.");
+}
+
+void Tour::changeLanguage() {
+  client_.changeSettings({{"locale", "ru"}, {"theme", "dark"}});
+  page_.tryEvaluate("setTimeout(() => location.reload()); return true");
+  waitUntil([&] { return application_.waitForMainWindow().title == "Навора"; },
+            "the window is in Russian");
+  page_.waitUntilTrue("document.querySelector('#captures > *') !== null", "the today view");
+  record("russian-dark", "The user's language and theme on the service are the window's, too.");
+}
+
+void Tour::showView(const std::string& name) {
+  page_.click("a[href='#" + name + "']");
+  page_.waitUntilTrue("location.hash === '#" + name + "'", "the view " + name);
+}
+
+bool Tour::hasWidget(const std::string& role, const std::string& name) {
+  return desktop_.accessibility()
+      .find({.role = role, .name = name}, application_.pid())
+      .has_value();
+}
+
+void Tour::record(const std::string& name, const std::string& description) {
+  const std::string file = numbered(++step_, name) + ".png";
+  // Painted means that two looks in a row show the same.
+  auto last = desktop_.display().screenshot();
+  waitUntil(
+      [&] {
+        auto next = desktop_.display().screenshot();
+        const bool still = next.differingPixels(std::exchange(last, next)) == 0;
+        return still;
+      },
+      "the screen comes to rest");
+  last.save(folder_ / file);
+  std::cout << file << "  " << description << std::endl;
+}
+
+}  // namespace navora::driver
