@@ -55,7 +55,10 @@ void EndToEndTest::SetUp() {
 }
 
 void EndToEndTest::TearDown() {
-  if (application_) reportCrash();
+  if (application_) {
+    const std::string crash = crashReport();
+    if (!crash.empty()) ADD_FAILURE() << crash;
+  }
   if (HasFailure()) saveArtifacts();
   page_.reset();
   application_.reset();
@@ -123,17 +126,16 @@ void EndToEndTest::saveArtifacts() {
   GTEST_LOG_(INFO) << "Saved in " << folder.string();
 }
 
-void EndToEndTest::reportCrash() {
+std::string EndToEndTest::crashReport() {
   const std::string errors = application_->errorText();
   if (errors.find("Sanitizer") != std::string::npos ||
       errors.find(": runtime error: ") != std::string::npos) {
-    ADD_FAILURE() << "A sanitizer found a mistake in the application:\n" << errors;
+    return "A sanitizer found a mistake in the application:\n" + errors;
   }
-  if (application_->started() && !application_->running()) {
-    const int signal = application_->process().exitStatus()->signal;
-    if (isCrash(signal))
-      ADD_FAILURE() << "The application crashed: signal " << signal << "\n" << errors;
-  }
+  if (!application_->started() || application_->running()) return {};
+  const int signal = application_->process().exitStatus()->signal;
+  if (!isCrash(signal)) return {};
+  return "The application crashed: signal " + std::to_string(signal) + "\n" + errors;
 }
 
 }  // namespace navora::driver

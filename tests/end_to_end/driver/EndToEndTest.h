@@ -58,11 +58,12 @@ class EndToEndTest : public testing::Test {
   // Where this test leaves what it wants to be looked at: a folder named after it below
   // NAVORA_TEST_ARTIFACTS or the build folder's "artifacts".
   std::filesystem::path artifacts() const;
+  // A screenshot, the windows, the widgets, the requests and the logs; done by itself on failure.
+  void saveArtifacts();
+  // How the application has crashed, or what a sanitizer said of it; empty when all is well.
+  std::string crashReport();
 
  private:
-  void saveArtifacts();
-  void reportCrash();
-
   static std::unique_ptr<VirtualDesktop> desktop_;
   std::unique_ptr<ServiceProcess> service_;
   std::unique_ptr<ServiceClient> serviceClient_;

@@ -1,0 +1,57 @@
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/EndToEndTest.h"
+
+namespace navora::driver {
+namespace {
+
+// The fixture with the sample browser in the application's place.
+class EndToEndFixtureTest : public EndToEndTest {
+ protected:
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.executable = SAMPLE_BROWSER};
+  }
+};
+
+TEST_F(EndToEndFixtureTest, SignsInThroughTheLoginPage) {
+  signIn();
+  const auto requests = serviceClient().waitForRequests("POST", "/login");
+  EXPECT_EQ(requests.front().body, "name=demo&password=demo");
+  EXPECT_EQ(page().evaluate("return (await fetch('/api/auth/me')).status"), Json(200));
+  serviceClient().signEverybodyOut();
+  EXPECT_EQ(page().evaluate("return (await fetch('/api/auth/me')).status"), Json(401));
+}
+
+TEST_F(EndToEndFixtureTest, EveryTestBeginsAsAfterTheInstallation) {
+  page().waitUntilTrue("location.pathname === '/login'");
+  for (const RecordedRequest& request : serviceClient().requests()) {
+    EXPECT_FALSE(request.header("Cookie").has_value()) << request.describe();
+  }
+}
+
+TEST_F(EndToEndFixtureTest, WidgetsAreThoseOfTheApplication) {
+  EXPECT_EQ(widget("label", "A bar above the page").text(), "A bar above the page");
+  EXPECT_FALSE(hasWidget("label", "Something else"));
+}
+
+TEST_F(EndToEndFixtureTest, SavesWhatThereIsToSee) {
+  std::filesystem::remove_all(artifacts());
+  saveArtifacts();
+  EXPECT_EQ(readFile(artifacts() / "screen.png").substr(1, 3), "PNG");
+  EXPECT_NE(readFile(artifacts() / "windows.txt").find("Driver browser"), std::string::npos);
+  EXPECT_NE(readFile(artifacts() / "widgets.txt").find("A bar above the page"), std::string::npos);
+  EXPECT_NE(readFile(artifacts() / "requests.txt").find("GET /login"), std::string::npos);
+  EXPECT_TRUE(std::filesystem::exists(artifacts() / "logs/navora-service.out"));
+}
+
+TEST_F(EndToEndFixtureTest, ACrashIsTold) {
+  EXPECT_TRUE(crashReport().empty());
+  application().process().signal(SIGSEGV);
+  application().process().wait();
+  EXPECT_NE(crashReport().find("signal 11"), std::string::npos);
+  // Another life, so that this test does not end with the crash that it caused.
+  launch();
+}
+
+}  // namespace
+}  // namespace navora::driver
