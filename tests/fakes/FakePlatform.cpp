@@ -1,0 +1,48 @@
+#include "fakes/FakePlatform.h"
+
+#include "support/FatalError.h"
+
+namespace navora {
+namespace {
+
+template <class Door>
+Door& present(Door* door, int line) {
+  if (!door) fatalError("The fake platform has made none", "FakePlatform", line);
+  return *door;
+}
+
+}  // namespace
+
+FakeMainWindow& FakePlatform::window() const {
+  return present(window_.lock().get(), __LINE__);
+}
+
+FakeWebView& FakePlatform::webView() const {
+  return present(webView_.lock().get(), __LINE__);
+}
+
+FakeErrorView& FakePlatform::errorView() const {
+  const auto& overlays = *window().overlays();
+  return present(overlays.empty() ? nullptr : overlays.back(), __LINE__);
+}
+
+std::shared_ptr<MainWindow> FakePlatform::makeMainWindow(const MainWindowDescription& description,
+                                                         MainWindowDelegate& delegate) {
+  auto window = std::make_shared<FakeMainWindow>(log_, description, delegate);
+  window_ = window;
+  return window;
+}
+
+std::shared_ptr<WebView> FakePlatform::makeWebView(const WebViewConfiguration& configuration) {
+  auto webView = std::make_shared<FakeWebView>(log_, configuration);
+  webView_ = webView;
+  return webView;
+}
+
+std::unique_ptr<ErrorView> FakePlatform::makeErrorView(MainWindow& window,
+                                                       const ErrorViewDescription& description) {
+  auto& ours = dynamic_cast<FakeMainWindow&>(window);
+  return std::make_unique<FakeErrorView>(log_, ours, description);
+}
+
+}  // namespace navora

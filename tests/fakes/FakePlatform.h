@@ -1,0 +1,54 @@
+#pragma once
+
+#include <memory>
+
+#include "fakes/EventLog.h"
+#include "fakes/FakeApplication.h"
+#include "fakes/FakeDialogs.h"
+#include "fakes/FakeErrorView.h"
+#include "fakes/FakeMainWindow.h"
+#include "fakes/FakeResources.h"
+#include "fakes/FakeSystem.h"
+#include "fakes/FakeWebView.h"
+#include "fakes/FakeWorkspace.h"
+#include "platform/MemoryUserDefaults.h"
+#include "platform/Platform.h"
+
+namespace navora {
+
+// A host without a desktop: all doors are fakes that share one log. The accessors give the fakes
+// themselves; window, view and overlay are the ones made last, and asking for one that is not there
+// is a fatal error.
+class FakePlatform final : public Platform {
+ public:
+  EventLog& log() { return log_; }
+  FakeMainWindow& window() const;
+  FakeWebView& webView() const;
+  FakeErrorView& errorView() const;
+
+  FakeApplication& application() override { return application_; }
+  FakeDialogs& dialogs() override { return dialogs_; }
+  FakeResources& resources() override { return resources_; }
+  FakeSystem& system() override { return system_; }
+  MemoryUserDefaults& userDefaults() override { return userDefaults_; }
+  FakeWorkspace& workspace() override { return workspace_; }
+
+  std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
+                                             MainWindowDelegate& delegate) override;
+  std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
+  std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
+                                           const ErrorViewDescription& description) override;
+
+ private:
+  EventLog log_;
+  FakeApplication application_{log_};
+  FakeDialogs dialogs_{log_};
+  FakeResources resources_;
+  FakeSystem system_{log_};
+  MemoryUserDefaults userDefaults_;
+  FakeWorkspace workspace_{log_};
+  std::weak_ptr<FakeMainWindow> window_;
+  std::weak_ptr<FakeWebView> webView_;
+};
+
+}  // namespace navora

@@ -1,0 +1,28 @@
+#include "fakes/FakeSystem.h"
+
+#include <utility>
+
+namespace navora {
+
+void FakeSystem::changeTimeZone(std::string identifier) {
+  timeZone = std::move(identifier);
+  timeZoneObservers_.notify();
+}
+
+std::optional<std::string> FakeSystem::environmentVariable(const std::string& name) const {
+  const auto variable = environment.find(name);
+  if (variable == environment.end()) return std::nullopt;
+  return variable->second;
+}
+
+std::unique_ptr<ObserverToken> FakeSystem::observeTimeZoneChange(std::function<void()> callback) {
+  log_.record("system.observeTimeZoneChange");
+  return timeZoneObservers_.add(std::move(callback));
+}
+
+std::unique_ptr<ObserverToken> FakeSystem::observeWake(std::function<void()> callback) {
+  log_.record("system.observeWake");
+  return wakeObservers_.add(std::move(callback));
+}
+
+}  // namespace navora

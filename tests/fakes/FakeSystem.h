@@ -1,0 +1,41 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "fakes/EventLog.h"
+#include "fakes/FakeObservers.h"
+#include "platform/System.h"
+
+namespace navora {
+
+// A machine whose facts and events are the test's.
+class FakeSystem final : public System {
+ public:
+  explicit FakeSystem(EventLog& log) : log_(log) {}
+
+  std::map<std::string, std::string> environment;
+  std::vector<std::string> languages;
+  std::string timeZone = "Europe/Moscow";
+
+  // The user or the system moves to another zone.
+  void changeTimeZone(std::string identifier);
+  void wake() { wakeObservers_.notify(); }
+
+  std::size_t timeZoneObserverCount() const { return timeZoneObservers_.count(); }
+  std::size_t wakeObserverCount() const { return wakeObservers_.count(); }
+
+  std::optional<std::string> environmentVariable(const std::string& name) const override;
+  std::vector<std::string> preferredLanguages() const override { return languages; }
+  std::string timeZoneIdentifier() const override { return timeZone; }
+  std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
+  std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;
+
+ private:
+  EventLog& log_;
+  FakeObservers timeZoneObservers_;
+  FakeObservers wakeObservers_;
+};
+
+}  // namespace navora

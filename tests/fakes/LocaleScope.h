@@ -1,0 +1,43 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "app/DesktopLocale.h"
+
+namespace navora {
+
+// Gives a test the interface language as a launch finds it, and puts it back at the end: nothing
+// requested, nothing detected, no preferred languages and no catalogs (everything shows in Russian)
+// until the test says otherwise.
+class LocaleScope {
+ public:
+  LocaleScope() { reset(); }
+  ~LocaleScope() { reset(); }
+  LocaleScope(const LocaleScope&) = delete;
+  LocaleScope& operator=(const LocaleScope&) = delete;
+
+  void prefer(std::vector<std::string> languages) { *languages_ = std::move(languages); }
+
+  // Replaces the catalog resource, as a new launch would.
+  void setCatalogs(std::optional<std::string> resource) {
+    DesktopLocale::configure([languages = languages_] { return *languages; },
+                             [resource = std::move(resource)] { return resource; });
+  }
+
+ private:
+  void reset() {
+    DesktopLocale::requested = "system";
+    DesktopLocale::detected.reset();
+    languages_->clear();
+    setCatalogs(std::nullopt);
+  }
+
+  std::shared_ptr<std::vector<std::string>> languages_ =
+      std::make_shared<std::vector<std::string>>();
+};
+
+}  // namespace navora
