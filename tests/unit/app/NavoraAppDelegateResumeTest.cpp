@@ -1,0 +1,105 @@
+#include <gmock/gmock.h>
+
+#include "app/DesktopTimeZone.h"
+#include "unit/app/AppDelegateTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* resumeScript = "window.dispatchEvent(new Event('tolvin:resume'));";
+
+class NavoraAppDelegateResumeTest : public AppDelegateTest {
+ protected:
+  Url page() const { return testUrl("https://navora.example/"); }
+  Url foreignPage() const { return testUrl("https://tolvin.example/"); }
+};
+
+TEST_F(NavoraAppDelegateResumeTest, PublishesTheTimeZoneBeforeTheResumeEventWhenItBecomesActive) {
+  launchShowing(page());
+  delegate->applicationDidBecomeActive();
+  EXPECT_THAT(webView().scripts(),
+              ElementsAre(DesktopTimeZone::script("Europe/Moscow"), resumeScript));
+}
+
+TEST_F(NavoraAppDelegateResumeTest, DoesTheSameWhenTheSystemWakes) {
+  launchShowing(page());
+  system().wake();
+  EXPECT_THAT(webView().scripts(),
+              ElementsAre(DesktopTimeZone::script("Europe/Moscow"), resumeScript));
+}
+
+TEST_F(NavoraAppDelegateResumeTest, PublishesTheZoneThatIsCurrentThen) {
+  launchShowing(page());
+  system().timeZone = "Asia/Tokyo";
+  delegate->applicationDidBecomeActive();
+  EXPECT_EQ(webView().scripts().front(), DesktopTimeZone::script("Asia/Tokyo"));
+}
+
+TEST_F(NavoraAppDelegateResumeTest, LoadsNothing) {
+  launchShowing(page());
+  delegate->applicationDidBecomeActive();
+  EXPECT_THAT(webView().loads(), testing::SizeIs(1)) << "the login page of the launch";
+}
+
+TEST_F(NavoraAppDelegateResumeTest, SendsNothingToAForeignPage) {
+  launchShowing(foreignPage());
+  delegate->applicationDidBecomeActive();
+  system().wake();
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(NavoraAppDelegateResumeTest, SendsNothingWhereNoPageIsShown) {
+  launchShowing(std::nullopt);
+  delegate->applicationDidBecomeActive();
+  system().wake();
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+// A desktop may activate an application while it is still starting.
+TEST_F(NavoraAppDelegateResumeTest, IsHarmlessBeforeTheWindowExists) {
+  create();
+  delegate->applicationDidBecomeActive();
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(NavoraAppDelegateResumeTest, PublishesAChangedTimeZoneWithoutTheResumeEvent) {
+  launchShowing(page());
+  system().changeTimeZone("America/New_York");
+  EXPECT_THAT(webView().scripts(), ElementsAre(DesktopTimeZone::script("America/New_York")));
+}
+
+TEST_F(NavoraAppDelegateResumeTest, PublishesTheIdentifierExactlyAsTheSystemReportsIt) {
+  launchShowing(page());
+  system().changeTimeZone("Nowhere/\"Quoted\"");
+  EXPECT_THAT(webView().scripts(),
+              ElementsAre("window.NavoraSystemTimeZone = \"Nowhere/\\\"Quoted\\\"\"; "
+                          "window.dispatchEvent(new CustomEvent('tolvin:systemtimezonechange'));"));
+}
+
+TEST_F(NavoraAppDelegateResumeTest, PublishesAlsoAZoneThatDidNotChange) {
+  launchShowing(page());
+  system().changeTimeZone("Europe/Moscow");
+  system().changeTimeZone("Europe/Moscow");
+  EXPECT_THAT(webView().scripts(), testing::SizeIs(2));
+}
+
+TEST_F(NavoraAppDelegateResumeTest, ChangesNothingInAForeignPageWhenTheTimeZoneChanges) {
+  launchShowing(foreignPage());
+  system().changeTimeZone("America/New_York");
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(NavoraAppDelegateResumeTest, StopsObservingTheSystemWhenItGoes) {
+  launchShowing(page());
+  EXPECT_EQ(system().timeZoneObserverCount(), 1U);
+  EXPECT_EQ(system().wakeObserverCount(), 1U);
+  delegate.reset();
+  EXPECT_EQ(system().timeZoneObserverCount(), 0U);
+  EXPECT_EQ(system().wakeObserverCount(), 0U);
+}
+
+}  // namespace
+}  // namespace navora

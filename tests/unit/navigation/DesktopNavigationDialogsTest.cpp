@@ -1,0 +1,197 @@
+#include <gmock/gmock.h>
+
+#include "unit/navigation/DesktopNavigationTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Files = std::vector<std::filesystem::path>;
+
+const std::vector<FrameInfo> untrustedFrames = {subframe("https://navora.example/"),
+                                                mainFrame("https://remote.example/"),
+                                                mainFrame("http://navora.example/"),
+                                                mainFrame("https://user@navora.example/"),
+                                                subframe("https://remote.example/"),
+                                                {true, std::nullopt},
+                                                {}};
+
+class DesktopNavigationDialogsTest : public DesktopNavigationTest {
+ protected:
+  void alert(const FrameInfo& frame) {
+    navigation->runAlertPanel("Done", frame, [this] { ++alertAnswers; });
+  }
+  void confirm(const FrameInfo& frame) {
+    navigation->runConfirmPanel("Delete it?", frame,
+                                [this](bool answer) { confirmAnswers.push_back(answer); });
+  }
+  void prompt(const FrameInfo& frame, const std::optional<std::string>& defaultText) {
+    navigation->runTextInputPanel("Name?", defaultText, frame,
+                                  [this](auto answer) { promptAnswers.push_back(answer); });
+  }
+  void chooseFiles(const FrameInfo& frame, const OpenPanelParameters& parameters = {}) {
+    navigation->runOpenPanel(parameters, frame,
+                             [this](auto files) { fileAnswers.push_back(files); });
+  }
+
+  int alertAnswers = 0;
+  std::vector<bool> confirmAnswers;
+  std::vector<std::optional<std::string>> promptAnswers;
+  std::vector<std::optional<Files>> fileAnswers;
+};
+
+TEST_F(DesktopNavigationDialogsTest, AnswerUntrustedFramesAtOnceWithoutADialog) {
+  for (const auto& frame : untrustedFrames) {
+    alert(frame);
+    confirm(frame);
+    prompt(frame, "default");
+    chooseFiles(frame);
+  }
+  const auto count = untrustedFrames.size();
+  EXPECT_EQ(alertAnswers, static_cast<int>(count));
+  EXPECT_EQ(confirmAnswers, std::vector<bool>(count, false));
+  EXPECT_EQ(promptAnswers, std::vector<std::optional<std::string>>(count));
+  EXPECT_EQ(fileAnswers, std::vector<std::optional<Files>>(count));
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(DesktopNavigationDialogsTest, AlertShowsThePagesMessageUnderTheProductsName) {
+  alert(trustedFrame);
+  EXPECT_THAT(dialogs().alerts.requests(),
+              ElementsAre(AlertDescription{"Навора", "Done", {}, std::nullopt}));
+}
+
+TEST_F(DesktopNavigationDialogsTest, AlertLetsThePageGoOnWhenItIsAnswered) {
+  alert(trustedFrame);
+  EXPECT_EQ(alertAnswers, 0);
+  dialogs().alerts.answer({});
+  EXPECT_EQ(alertAnswers, 1);
+}
+
+TEST_F(DesktopNavigationDialogsTest, AlertMayBeAnsweredBeforeItsCallReturns) {
+  dialogs().alerts.answerAhead({});
+  alert(trustedFrame);
+  EXPECT_EQ(alertAnswers, 1);
+}
+
+TEST_F(DesktopNavigationDialogsTest, ConfirmOffersToContinueFirst) {
+  confirm(trustedFrame);
+  EXPECT_THAT(dialogs().alerts.requests(),
+              ElementsAre(AlertDescription{
+                  "Навора", "Delete it?", {"Продолжить", "Отмена"}, std::nullopt}));
+}
+
+TEST_F(DesktopNavigationDialogsTest, ConfirmIsTrueForTheFirstButtonOnly) {
+  dialogs().alerts.answerAhead({0, ""});
+  confirm(trustedFrame);
+  dialogs().alerts.answerAhead({1, ""});
+  confirm(trustedFrame);
+  EXPECT_THAT(confirmAnswers, ElementsAre(true, false));
+}
+
+TEST_F(DesktopNavigationDialogsTest, ConfirmCanBeAnsweredLater) {
+  confirm(trustedFrame);
+  EXPECT_THAT(confirmAnswers, IsEmpty());
+  dialogs().alerts.answer({0, ""});
+  EXPECT_THAT(confirmAnswers, ElementsAre(true));
+}
+
+TEST_F(DesktopNavigationDialogsTest, PromptHasAFieldWithTheDefaultText) {
+  prompt(trustedFrame, "Untitled");
+  EXPECT_THAT(dialogs().alerts.requests(),
+              ElementsAre(AlertDescription{"Навора",
+                                           "Name?",
+                                           {"Сохранить", "Отмена"},
+                                           AlertDescription::TextField{{320, 24}, "Untitled"}}));
+}
+
+TEST_F(DesktopNavigationDialogsTest, PromptStartsEmptyWithoutADefaultText) {
+  prompt(trustedFrame, std::nullopt);
+  EXPECT_EQ(dialogs().alerts.requests().front().textField,
+            (AlertDescription::TextField{{320, 24}, ""}));
+}
+
+TEST_F(DesktopNavigationDialogsTest, PromptAnswersTheTextOfTheFieldWhenSaved) {
+  dialogs().alerts.answerAhead({0, "Круг"});
+  prompt(trustedFrame, "Untitled");
+  EXPECT_THAT(promptAnswers, ElementsAre("Круг"));
+}
+
+TEST_F(DesktopNavigationDialogsTest, PromptTellsAnEmptyTextFromACancellation) {
+  dialogs().alerts.answerAhead({0, ""});
+  prompt(trustedFrame, "Untitled");
+  dialogs().alerts.answerAhead({1, "Untitled"});
+  prompt(trustedFrame, "Untitled");
+  EXPECT_THAT(promptAnswers, ElementsAre("", std::nullopt));
+}
+
+TEST_F(DesktopNavigationDialogsTest, ShowTheirTextsInTheCurrentLanguageAndThePagesAsTheyAre) {
+  locale.setCatalogs(R"({"en": {"Навора": "Navora", "Продолжить": "Continue", "Отмена": "Cancel",
+                                "Сохранить": "Save", "Delete it?": "no", "Name?": "no"}})");
+  DesktopLocale::requested = "en";
+  confirm(trustedFrame);
+  prompt(trustedFrame, "Отмена");
+  EXPECT_THAT(
+      dialogs().alerts.requests(),
+      ElementsAre(AlertDescription{"Navora", "Delete it?", {"Continue", "Cancel"}, std::nullopt},
+                  AlertDescription{"Navora",
+                                   "Name?",
+                                   {"Save", "Cancel"},
+                                   AlertDescription::TextField{{320, 24}, "Отмена"}}));
+}
+
+TEST_F(DesktopNavigationDialogsTest, OpenPanelIsASheetOnTheWindowWithThePagesParameters) {
+  for (const bool multiple : {false, true}) {
+    for (const bool directories : {false, true})
+      chooseFiles(trustedFrame, {multiple, directories});
+  }
+  using Request = FakeDialogs::OpenPanelRequest;
+  EXPECT_THAT(
+      dialogs().openPanels.requests(),
+      ElementsAre(Request{window.get(), {false, false}}, Request{window.get(), {false, true}},
+                  Request{window.get(), {true, false}}, Request{window.get(), {true, true}}));
+}
+
+TEST_F(DesktopNavigationDialogsTest, OpenPanelGivesTheChosenFilesOrNone) {
+  chooseFiles(trustedFrame);
+  EXPECT_THAT(fileAnswers, IsEmpty());
+  dialogs().openPanels.answer(Files{"/home/a.txt", "/home/b.txt"});
+  chooseFiles(trustedFrame);
+  dialogs().openPanels.answer(std::nullopt);
+  EXPECT_THAT(fileAnswers, ElementsAre(Files{"/home/a.txt", "/home/b.txt"}, std::nullopt));
+}
+
+TEST_F(DesktopNavigationDialogsTest, OpenPanelGivesNoFilesWhenTheWindowIsGone) {
+  window.reset();
+  chooseFiles(trustedFrame);
+  EXPECT_THAT(fileAnswers, ElementsAre(std::nullopt));
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(DesktopNavigationDialogsTest, AlertsNeedNoWindow) {
+  window.reset();
+  dialogs().alerts.answerAhead({0, ""});
+  confirm(trustedFrame);
+  EXPECT_THAT(confirmAnswers, ElementsAre(true));
+}
+
+TEST_F(DesktopNavigationDialogsTest, DoNotKeepTheWindowAlive) {
+  const std::weak_ptr<MainWindow> observed = window;
+  window.reset();
+  EXPECT_TRUE(observed.expired());
+}
+
+// The page still waits for its answer when the application goes.
+TEST_F(DesktopNavigationDialogsTest, CanBeAnsweredAfterTheNavigationIsGone) {
+  confirm(trustedFrame);
+  chooseFiles(trustedFrame);
+  navigation.reset();
+  dialogs().alerts.answer({0, ""});
+  dialogs().openPanels.answer(Files{"/home/a.txt"});
+  EXPECT_THAT(confirmAnswers, ElementsAre(true));
+  EXPECT_THAT(fileAnswers, ElementsAre(Files{"/home/a.txt"}));
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,202 @@
+#include <gmock/gmock.h>
+
+#include "unit/navigation/DesktopNavigationTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const PlatformError connectionLost{"NSURLErrorDomain", -1005, "The connection was lost."};
+
+class DesktopNavigationDownloadsTest : public DesktopNavigationTest {
+ protected:
+  // A download that only the navigation holds.
+  FakeDownload& start(const std::string& name = "a") {
+    auto download = std::make_shared<FakeDownload>(log_(), name);
+    FakeDownload& fake = *download;
+    navigation->navigationDidBecomeDownload(std::move(download));
+    return fake;
+  }
+
+ private:
+  EventLog& log_() { return platform.log(); }
+};
+
+TEST_F(DesktopNavigationDownloadsTest, AreKeptAliveAndServedByTheNavigation) {
+  const FakeDownload& download = start();
+  EXPECT_EQ(download.delegate(), navigation.get());
+  EXPECT_THAT(log().take(), IsEmpty()) << "nothing is shown, nothing is cancelled";
+}
+
+struct SuggestedName {
+  std::string suggested;
+  std::string offered;
+};
+
+class DesktopNavigationSuggestedNameTest : public DesktopNavigationDownloadsTest,
+                                           public testing::WithParamInterface<SuggestedName> {};
+
+TEST_P(DesktopNavigationSuggestedNameTest, IsOfferedWithoutItsFolders) {
+  start().askDestination(GetParam().suggested);
+  EXPECT_THAT(dialogs().savePanels.requests(),
+              ElementsAre(FakeDialogs::SavePanelRequest{window.get(), GetParam().offered}));
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, DesktopNavigationSuggestedNameTest,
+                         testing::Values(SuggestedName{"summary.pdf", "summary.pdf"},
+                                         SuggestedName{"reports/2024/summary.pdf", "summary.pdf"},
+                                         SuggestedName{"/etc/passwd", "passwd"},
+                                         SuggestedName{"../../.profile", ".profile"},
+                                         SuggestedName{"a/", "a"}, SuggestedName{"a/b//", "b"},
+                                         SuggestedName{"a//b", "b"}, SuggestedName{"", ""},
+                                         SuggestedName{"/", ""}, SuggestedName{"///", ""},
+                                         SuggestedName{"..", ".."}, SuggestedName{"a/..", ".."},
+                                         SuggestedName{"C:\\data\\a.txt", "C:\\data\\a.txt"},
+                                         SuggestedName{"отчёты/итог.pdf", "итог.pdf"}));
+
+TEST_F(DesktopNavigationDownloadsTest, GoWhereTheUserSays) {
+  FakeDownload& download = start();
+  download.askDestination("summary.pdf");
+  EXPECT_EQ(download.destination(), std::nullopt);
+  dialogs().savePanels.answer("/home/user/other.pdf");
+  EXPECT_EQ(download.destination(), "/home/user/other.pdf");
+  EXPECT_THAT(dialogs().alerts.requests(), IsEmpty());
+}
+
+// A cancellation is reported like every other end without a file.
+TEST_F(DesktopNavigationDownloadsTest, AreReportedAsFailedWhenTheSavePanelIsDismissed) {
+  FakeDownload& download = start();
+  download.askDestination("summary.pdf");
+  log().take();
+  dialogs().savePanels.answer(std::nullopt);
+  EXPECT_THAT(log().take(),
+              ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, AreCancelledWhenTheWindowIsGoneBeforeTheSheet) {
+  FakeDownload& download = start();
+  window.reset();
+  download.askDestination("summary.pdf");
+  EXPECT_THAT(dialogs().savePanels.requests(), IsEmpty());
+  EXPECT_THAT(log().take(),
+              ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, FollowRedirectsWithinTheOrigin) {
+  FakeDownload& download = start();
+  EXPECT_TRUE(download.redirect(testUrl("https://navora.example/files/7")));
+  EXPECT_TRUE(download.redirect(testUrl("https://navora.example:443/files/7")));
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+class DesktopNavigationRedirectTest : public DesktopNavigationDownloadsTest,
+                                      public testing::WithParamInterface<const char*> {};
+
+TEST_P(DesktopNavigationRedirectTest, IsRefusedAndReported) {
+  const std::string url = GetParam();
+  EXPECT_FALSE(start().redirect(url.empty() ? std::nullopt : std::optional(testUrl(url))));
+  EXPECT_THAT(log().take(),
+              ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
+}
+
+INSTANTIATE_TEST_SUITE_P(OutOfTheOrigin, DesktopNavigationRedirectTest,
+                         testing::Values("https://storage.example/7", "http://navora.example/7",
+                                         "https://navora.example:444/7",
+                                         "https://user@navora.example/7",
+                                         "https://navora.example.remote.example/7",
+                                         "data:text/plain,7", ""));
+
+TEST_F(DesktopNavigationDownloadsTest, AreForgottenSilentlyWhenTheyFinish) {
+  start().finish();
+  EXPECT_THAT(log().take(), ElementsAre("download.release a"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, AreForgottenBeforeTheirFailureIsShown) {
+  start().fail(connectionLost);
+  EXPECT_THAT(log().take(),
+              ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, ShowTheSystemsTextForAFailure) {
+  start().fail(connectionLost);
+  EXPECT_THAT(dialogs().alerts.requests(),
+              ElementsAre(AlertDescription{
+                  "Не удалось скачать файл", "The connection was lost.", {}, std::nullopt}));
+  dialogs().alerts.answer({});
+}
+
+TEST_F(DesktopNavigationDownloadsTest, ShowAFailureInTheCurrentLanguage) {
+  locale.setCatalogs(R"({"en": {"Не удалось скачать файл": "The file could not be downloaded"}})");
+  DesktopLocale::requested = "en";
+  start().fail(connectionLost);
+  EXPECT_EQ(dialogs().alerts.requests().front().messageText, "The file could not be downloaded");
+}
+
+TEST_F(DesktopNavigationDownloadsTest, ShowAFailureAlsoWithoutAWindow) {
+  FakeDownload& download = start();
+  window.reset();
+  download.fail(connectionLost);
+  EXPECT_THAT(dialogs().alerts.requests(), testing::SizeIs(1));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, RunBesideEachOther) {
+  FakeDownload& first = start("first");
+  FakeDownload& second = start("second");
+  first.askDestination("1.txt");
+  second.askDestination("2.txt");
+  dialogs().savePanels.answer("/home/2.txt");
+  dialogs().savePanels.answer("/home/1.txt");
+  EXPECT_EQ(first.destination(), "/home/1.txt");
+  EXPECT_EQ(second.destination(), "/home/2.txt");
+}
+
+TEST_F(DesktopNavigationDownloadsTest, EndOneByOne) {
+  FakeDownload& first = start("first");
+  FakeDownload& second = start("second");
+  FakeDownload& third = start("third");
+  second.finish();
+  EXPECT_THAT(log().take(), ElementsAre("download.release second"));
+  first.fail(connectionLost);
+  EXPECT_THAT(log().take(),
+              ElementsAre("download.release first", "dialogs.alert Не удалось скачать файл"));
+  third.finish();
+  EXPECT_THAT(log().take(), ElementsAre("download.release third"));
+}
+
+// The same download reported twice, as by an action and by its response, is still one object.
+TEST_F(DesktopNavigationDownloadsTest, AreForgottenInEveryEntry) {
+  auto download = std::make_shared<FakeDownload>(log(), "a");
+  FakeDownload& fake = *download;
+  navigation->navigationDidBecomeDownload(download);
+  navigation->navigationDidBecomeDownload(std::move(download));
+  fake.finish();
+  EXPECT_THAT(log().take(), ElementsAre("download.release a"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, AreCancelledSilentlyWhenTheNavigationGoes) {
+  start("first");
+  start("second");
+  navigation.reset();
+  EXPECT_THAT(log().take(),
+              testing::UnorderedElementsAre("download.cancel first", "download.cancel second"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, HaveNoDelegateOnceTheNavigationIsGone) {
+  const auto download = std::make_shared<FakeDownload>(log(), "held");
+  navigation->navigationDidBecomeDownload(download);
+  navigation.reset();
+  EXPECT_EQ(download->delegate(), nullptr);
+}
+
+TEST_F(DesktopNavigationDownloadsTest, DoNotMindASavePanelAnsweredAfterTheNavigationIsGone) {
+  start().askDestination("summary.pdf");
+  navigation.reset();
+  log().take();
+  dialogs().savePanels.answer("/home/summary.pdf");
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,180 @@
+#include "unit/navigation/DesktopNavigationTest.h"
+
+#include <gmock/gmock.h>
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+NavigationAction actionTo(std::string_view url) {
+  NavigationAction action;
+  action.url = testUrl(url);
+  action.type = NavigationType::linkActivated;
+  action.sourceFrame = mainFrame("https://navora.example/");
+  action.targetFrame = mainFrame("https://navora.example/");
+  action.request = std::make_shared<FakeRequest>(*action.url);
+  return action;
+}
+
+TEST_F(DesktopNavigationTest, CancelsANavigationWithoutAUrl) {
+  auto action = actionTo("https://navora.example/");
+  action.url.reset();
+  for (const bool download : {false, true}) {
+    action.shouldPerformDownload = download;
+    EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+  }
+  action.targetFrame.reset();
+  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(DesktopNavigationTest, AllowsTheOriginInItsOtherSpellings) {
+  for (const char* url : {"https://navora.example", "https://navora.example:443/login",
+                          "HTTPS://NAVORA.EXAMPLE/today?day=1#note"}) {
+    EXPECT_EQ(navigation->decidePolicyForAction(webView, actionTo(url)), NavigationPolicy::allow)
+        << url;
+  }
+}
+
+TEST_F(DesktopNavigationTest, LoadsANewWindowsVeryRequestInTheSameView) {
+  auto action = actionTo("https://navora.example/circles");
+  action.targetFrame.reset();
+  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+  EXPECT_THAT(webView.requestLoads(), ElementsAre(action.request.get()));
+  EXPECT_THAT(log().take(), ElementsAre("webView.loadRequest https://navora.example/circles"));
+}
+
+TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowWhoeverAskedForIt) {
+  for (const FrameInfo& source : {subframe("https://navora.example/"), FrameInfo{}}) {
+    auto action = actionTo("https://navora.example/circles");
+    action.type = NavigationType::other;
+    action.sourceFrame = source;
+    action.targetFrame.reset();
+    EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+  }
+  EXPECT_THAT(webView.requestLoads(), testing::SizeIs(2));
+}
+
+TEST_F(DesktopNavigationTest, DownloadsWhatThePageMarkedAlsoWithoutATarget) {
+  auto action = actionTo("https://navora.example/export.zip");
+  action.shouldPerformDownload = true;
+  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::download);
+  action.targetFrame.reset();
+  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::download);
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(DesktopNavigationTest, NeverDownloadsFromAForeignOrigin) {
+  auto action = actionTo("https://remote.example/export.zip");
+  action.shouldPerformDownload = true;
+  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+}
+
+struct ResponseCase {
+  std::optional<std::string> url;
+  bool canShow;
+  NavigationPolicy policy;
+};
+
+class DesktopNavigationResponseTest : public DesktopNavigationTest,
+                                      public testing::WithParamInterface<ResponseCase> {};
+
+TEST_P(DesktopNavigationResponseTest, IsDecided) {
+  NavigationResponse response;
+  if (GetParam().url) response.url = testUrl(*GetParam().url);
+  response.canShowMimeType = GetParam().canShow;
+  EXPECT_EQ(navigation->decidePolicyForResponse(response), GetParam().policy);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Responses, DesktopNavigationResponseTest,
+    testing::Values(ResponseCase{"https://navora.example/today", true, NavigationPolicy::allow},
+                    ResponseCase{"https://navora.example/export.zip", false,
+                                 NavigationPolicy::download},
+                    ResponseCase{"https://navora.example:443/", true, NavigationPolicy::allow},
+                    ResponseCase{"https://remote.example/", true, NavigationPolicy::cancel},
+                    ResponseCase{"https://remote.example/a.zip", false, NavigationPolicy::cancel},
+                    ResponseCase{"http://navora.example/", true, NavigationPolicy::cancel},
+                    ResponseCase{"https://navora.example:444/", false, NavigationPolicy::cancel},
+                    ResponseCase{"https://user@navora.example/", true, NavigationPolicy::cancel},
+                    ResponseCase{"about:blank", true, NavigationPolicy::cancel},
+                    ResponseCase{std::nullopt, true, NavigationPolicy::cancel},
+                    ResponseCase{std::nullopt, false, NavigationPolicy::cancel}));
+
+class DesktopNavigationCallbacksTest : public DesktopNavigationTest {
+ protected:
+  void SetUp() override {
+    DesktopNavigationTest::SetUp();
+    navigation->onStart = [this] { calls.push_back("start"); };
+    navigation->onLoad = [this] { calls.push_back("load"); };
+    navigation->onFailure = [this](const PlatformError& error) { failures.push_back(error); };
+  }
+
+  std::vector<std::string> calls;
+  std::vector<PlatformError> failures;
+};
+
+TEST_F(DesktopNavigationCallbacksTest, ReportTheStartAndTheEndOfALoad) {
+  navigation->didStartProvisionalNavigation();
+  navigation->didFinishNavigation();
+  EXPECT_THAT(calls, ElementsAre("start", "load"));
+  EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(DesktopNavigationCallbacksTest, PassAFailureOnAsItCame) {
+  const PlatformError timedOut{"NSURLErrorDomain", -1001, "The request timed out."};
+  navigation->didFailNavigation(timedOut);
+  EXPECT_THAT(failures, ElementsAre(timedOut));
+  EXPECT_THAT(calls, IsEmpty());
+}
+
+TEST_F(DesktopNavigationCallbacksTest, IgnoreACancelledLoadOfAnyDomain) {
+  navigation->didFailNavigation({"NSURLErrorDomain", -999, "cancelled"});
+  navigation->didFailNavigation({"Other", -999, ""});
+  EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(DesktopNavigationCallbacksTest, ReportTheCodesNextToACancellation) {
+  navigation->didFailNavigation({"NSURLErrorDomain", -1000, ""});
+  navigation->didFailNavigation({"NSURLErrorDomain", -998, ""});
+  navigation->didFailNavigation({"NSURLErrorDomain", 999, ""});
+  EXPECT_THAT(failures, testing::SizeIs(3));
+}
+
+TEST_F(DesktopNavigationCallbacksTest, ReportACrashedPageAsAFailureOfOurOwn) {
+  navigation->webContentProcessDidTerminate();
+  EXPECT_THAT(failures,
+              ElementsAre(PlatformError{"Navora", 1, "Окно приложения нужно перезагрузить."}));
+  EXPECT_THAT(log().take(), IsEmpty()) << "nothing is reloaded";
+}
+
+TEST_F(DesktopNavigationCallbacksTest, ReportACrashInTheCurrentLanguage) {
+  locale.setCatalogs(R"({"en": {"Окно приложения нужно перезагрузить.": "Reload the window."}})");
+  DesktopLocale::requested = "en";
+  navigation->webContentProcessDidTerminate();
+  EXPECT_EQ(failures.front().localizedDescription, "Reload the window.");
+}
+
+TEST_F(DesktopNavigationCallbacksTest, AreOptional) {
+  navigation->onStart = nullptr;
+  navigation->onLoad = nullptr;
+  navigation->onFailure = nullptr;
+  navigation->didStartProvisionalNavigation();
+  navigation->didFinishNavigation();
+  navigation->didFailNavigation({"NSURLErrorDomain", -1009, ""});
+  navigation->webContentProcessDidTerminate();
+  EXPECT_THAT(calls, IsEmpty());
+  EXPECT_THAT(failures, IsEmpty());
+}
+
+TEST_F(DesktopNavigationCallbacksTest, AreReadAtTheMomentOfTheEvent) {
+  navigation->didFinishNavigation();
+  navigation->onLoad = [this] { calls.push_back("other"); };
+  navigation->didFinishNavigation();
+  EXPECT_THAT(calls, ElementsAre("load", "other"));
+}
+
+}  // namespace
+}  // namespace navora

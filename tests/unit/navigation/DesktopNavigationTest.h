@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "fakes/FakeDownload.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/LocaleScope.h"
+#include "fakes/TestUrl.h"
+#include "navigation/DesktopNavigation.h"
+
+namespace navora {
+
+// The navigation of a view on the production origin, with a window to put sheets on.
+class DesktopNavigationTest : public testing::Test {
+ protected:
+  class StayingOpen final : public MainWindowDelegate {
+   public:
+    bool windowShouldClose() override { return false; }
+  };
+
+  void SetUp() override {
+    navigation->window = window;
+    log().take();
+  }
+
+  EventLog& log() { return platform.log(); }
+  FakeDialogs& dialogs() { return platform.dialogs(); }
+
+  const Url origin = testUrl("https://navora.example");
+  const FrameInfo trustedFrame = mainFrame("https://navora.example/today");
+
+  LocaleScope locale;
+  FakePlatform platform;
+  StayingOpen windowDelegate;
+  std::shared_ptr<MainWindow> window = platform.makeMainWindow({}, windowDelegate);
+  FakeWebView webView{platform.log(), {origin}};
+  std::unique_ptr<DesktopNavigation> navigation =
+      std::make_unique<DesktopNavigation>(origin, platform.dialogs(), platform.workspace());
+};
+
+}  // namespace navora
