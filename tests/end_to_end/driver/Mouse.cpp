@@ -37,14 +37,22 @@ void Mouse::release(MouseButton button) {
 }
 
 void Mouse::click(Point point, MouseButton button) {
-  moveTo(point);
-  press(button);
-  release(button);
+  event(XCB_MOTION_NOTIFY, 0, point);
+  strike(button);
+  connection_.synchronize();
 }
 
 void Mouse::doubleClick(Point point) {
-  click(point);
-  click(point);
+  // In one go, so that on a busy machine the second click does not come too late.
+  event(XCB_MOTION_NOTIFY, 0, point);
+  strike(MouseButton::left);
+  strike(MouseButton::left);
+  connection_.synchronize();
+}
+
+void Mouse::strike(MouseButton button) {
+  event(XCB_BUTTON_PRESS, static_cast<std::uint8_t>(button));
+  event(XCB_BUTTON_RELEASE, static_cast<std::uint8_t>(button));
 }
 
 void Mouse::scroll(Point point, int notches) {

@@ -25,6 +25,7 @@ class Mouse {
   Point position();
 
  private:
+  void strike(MouseButton button);
   void event(std::uint8_t type, std::uint8_t detail, Point point = {});
 
   XConnection& connection_;
