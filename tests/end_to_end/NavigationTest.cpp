@@ -92,6 +92,15 @@ TEST_F(NavigationTest, OpensAControlClickedForeignLinkInTheBrowser) {
   expectOpenedInBrowser(foreign().url("/page"));
 }
 
+TEST_F(NavigationTest, OpensAForeignLinkFromTheContextMenuInTheBrowser) {
+  page().click("#foreign", MouseButton::right);
+  const auto open = widget("menu item", "Open Link");
+  EXPECT_FALSE(hasWidget("menu item", "Open Link in New Window"));
+  EXPECT_FALSE(hasWidget("menu item", "Download Linked File"));
+  open.press();
+  expectOpenedInBrowser(foreign().url("/page"));
+}
+
 TEST_F(NavigationTest, OpensAForeignWindowOpenInTheBrowser) {
   page().click("#open-foreign");
   expectOpenedInBrowser(foreign().url("/page"));

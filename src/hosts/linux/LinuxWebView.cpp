@@ -16,6 +16,11 @@ void turnOffLocalCache(WebKitURIRequest* request) {
   }
 }
 
+// None before the first load, and after a crash of the page's process.
+std::optional<Url> shownUrl(WebKitWebView* view) {
+  return Url::parse(stringFrom(webkit_web_view_get_uri(view)));
+}
+
 Json jsonFrom(JSCValue* value) {
   const GCharPtr text(jsc_value_to_json(value, 0));
   if (!text) return nullptr;
@@ -27,9 +32,7 @@ WebKitSettings* makeSettings() {
   return webkit_settings_new_with_settings(
       // The decision about every new window is ours, whether the user or a script asks for it.
       "javascript-can-open-windows-automatically", TRUE,
-      // Moving the page with two fingers or a mouse's side buttons.
-      "enable-back-forward-navigation-gestures", TRUE,
-      // A note is no place for a page to draw outside of the window.
+      // A page stays inside of its window.
       "enable-fullscreen", FALSE, nullptr);
 }
 
@@ -46,10 +49,12 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
     : manager_(GObjectPtr<WebKitUserContentManager>::adopt(webkit_user_content_manager_new())),
       bridge_(manager_.get(), configuration),
       view_(GObjectPtr<WebKitWebView>::adopt(makeView(session, manager_.get()))),
+      uriChanges_(view_.get(), "notify::uri", G_CALLBACK(onUriChanged), this),
       evaluations_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
       loadTimeout_(view_.get()),
       navigationEvents_(*this, view_.get(), session.context(), bridge_.actions(), loadTimeout_),
-      pageDialogs_(view_.get(), bridge_) {
+      pageDialogs_(view_.get(), bridge_),
+      contextMenu_(view_.get()) {
   webkit_settings_set_enable_back_forward_navigation_gestures(
       webkit_web_view_get_settings(view_.get()),
       configuration.allowsBackForwardNavigationGestures ? TRUE : FALSE);
@@ -72,11 +77,15 @@ void LinuxWebView::setBackgroundColor(const GdkRGBA& color) {
 }
 
 void LinuxWebView::load(const WebRequest& request) {
+  loadTimeout_.setSeconds(request.timeoutSeconds);
+  const bool pastCache = request.cachePolicy == CachePolicy::reloadIgnoringLocalCacheData;
+  if (pastCache && shownUrl(view_.get()) == request.url) {
+    // Loading the same address is a reload to the engine, which then sets its own cache headers.
+    return webkit_web_view_reload_bypass_cache(view_.get());
+  }
   const auto native =
       GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.string().c_str()));
-  if (request.cachePolicy == CachePolicy::reloadIgnoringLocalCacheData)
-    turnOffLocalCache(native.get());
-  loadTimeout_.setSeconds(request.timeoutSeconds);
+  if (pastCache) turnOffLocalCache(native.get());
   webkit_web_view_load_request(view_.get(), native.get());
 }
 
@@ -87,8 +96,12 @@ void LinuxWebView::load(const PlatformRequest& request) {
 }
 
 std::optional<Url> LinuxWebView::url() const {
-  const char* uri = webkit_web_view_get_uri(view_.get());
-  return uri == nullptr ? std::nullopt : Url::parse(uri);
+  if (auto shown = shownUrl(view_.get())) return shown;
+  return navigationEvents_.webProcessIsGone() ? lastUrl_ : std::nullopt;
+}
+
+void LinuxWebView::onUriChanged(WebKitWebView* view, GParamSpec*, gpointer self) {
+  if (auto shown = shownUrl(view)) static_cast<LinuxWebView*>(self)->lastUrl_ = *shown;
 }
 
 void LinuxWebView::evaluateJavaScript(const std::string& script, EvaluationCompletion completion) {

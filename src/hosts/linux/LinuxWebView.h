@@ -10,6 +10,7 @@
 #include "hosts/linux/LoadTimeout.h"
 #include "hosts/linux/NavigationEvents.h"
 #include "hosts/linux/PageBridge.h"
+#include "hosts/linux/PageContextMenu.h"
 #include "hosts/linux/PageDialogs.h"
 #include "hosts/linux/WebSession.h"
 #include "platform/WebView.h"
@@ -35,15 +36,21 @@ class LinuxWebView final : public WebView {
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
 
  private:
+  static void onUriChanged(WebKitWebView* view, GParamSpec*, gpointer self);
   static WebKitWebView* makeView(WebSession& session, WebKitUserContentManager* manager);
 
   GObjectPtr<WebKitUserContentManager> manager_;
   PageBridge bridge_;
   GObjectPtr<WebKitWebView> view_;
+  // The address shown last. The engine forgets it when the page's process crashes, but it is still
+  // the page that the user sees and wants back.
+  std::optional<Url> lastUrl_;
+  SignalConnection uriChanges_;
   GObjectPtr<GCancellable> evaluations_;
   LoadTimeout loadTimeout_;
   NavigationEvents navigationEvents_;
   PageDialogs pageDialogs_;
+  PageContextMenu contextMenu_;
 };
 
 }  // namespace navora

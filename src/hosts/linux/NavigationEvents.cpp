@@ -136,6 +136,8 @@ void NavigationEvents::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpoi
 void NavigationEvents::loadStarted() {
   loadFailed_ = false;
   stoppedByTimeout_ = false;
+  webProcessIsGone_ = false;
+  truncation_.cancel();
   timeout_.start([this] { timedOut(); });
   if (delegate_ != nullptr) delegate_->didStartProvisionalNavigation();
 }
@@ -154,7 +156,9 @@ void NavigationEvents::onMainResourceFinished(WebKitWebResource*, gpointer self)
 
 void NavigationEvents::loadFinished() {
   timeout_.stop();
-  if (!loadFailed_ && delegate_ != nullptr) delegate_->didFinishNavigation();
+  if (loadFailed_) return;
+  if (delegate_ != nullptr) delegate_->didFinishNavigation();
+  truncation_.check(view_, [this](const PlatformError& error) { fail(error); });
 }
 
 void NavigationEvents::timedOut() {
@@ -191,6 +195,7 @@ void NavigationEvents::onWebProcessTerminated(WebKitWebView*, WebKitWebProcessTe
   auto& events = eventsOf(self);
   events.timeout_.stop();
   events.actions_.clear();
+  events.webProcessIsGone_ = true;
   if (events.delegate_ != nullptr) events.delegate_->webContentProcessDidTerminate();
 }
 

@@ -8,6 +8,7 @@
 #include "hosts/linux/GLibSupport.h"
 #include "hosts/linux/LoadTimeout.h"
 #include "hosts/linux/PageActions.h"
+#include "hosts/linux/TruncatedPageCheck.h"
 #include "platform/NavigationDelegate.h"
 #include "platform/WebView.h"
 
@@ -25,6 +26,9 @@ class NavigationEvents {
   NavigationEvents& operator=(const NavigationEvents&) = delete;
 
   void setDelegate(NavigationDelegate* delegate) { delegate_ = delegate; }
+
+  // From a crash of the page's process until the next load starts.
+  bool webProcessIsGone() const { return webProcessIsGone_; }
 
  private:
   static gboolean onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
@@ -56,6 +60,8 @@ class NavigationEvents {
   // The current load was reported as failed; the engine calls it finished all the same.
   bool loadFailed_ = false;
   bool stoppedByTimeout_ = false;
+  bool webProcessIsGone_ = false;
+  TruncatedPageCheck truncation_;
   SignalConnection mainResource_;
   std::vector<SignalConnection> signals_;
 };

@@ -9,6 +9,7 @@
 #include <sys/random.h>
 
 #include "hosts/linux/BridgeScripts.h"
+#include "hosts/linux/ScriptWorld.h"
 #include "platform/ScriptMessage.h"
 #include "support/FatalError.h"
 #include "support/Json.h"
@@ -17,7 +18,6 @@
 namespace navora {
 namespace {
 
-constexpr const char* isolatedWorld = "navora";
 constexpr const char* bridgeHandler = "navoraBridge";
 constexpr const char* frameHandler = "navoraFrames";
 constexpr std::string_view announcementChannel = "navora-announcement";
@@ -90,7 +90,7 @@ PageBridge::PageBridge(WebKitUserContentManager* manager, const WebViewConfigura
                      this) {
   for (const char* name : {bridgeHandler, frameHandler}) {
     webkit_user_content_manager_register_script_message_handler_in_world(manager, name,
-                                                                         isolatedWorld);
+                                                                         isolatedScriptWorld);
   }
   addBridgeScripts(configuration);
   addUserScripts(configuration);
@@ -105,8 +105,8 @@ void PageBridge::addBridgeScripts(const WebViewConfiguration& configuration) {
               WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world);
   };
   addScript(std::string(scripts::frameWorld), WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-            WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, isolatedWorld);
-  addTop(scripts::bridgeWorld, {origin, announcementChannel}, isolatedWorld);
+            WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, isolatedScriptWorld);
+  addTop(scripts::bridgeWorld, {origin, announcementChannel}, isolatedScriptWorld);
   addTop(scripts::pageWorld,
          {origin, configuration.messageHandlerNames, dialogToken_, announcementChannel}, nullptr);
 }

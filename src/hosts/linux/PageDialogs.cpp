@@ -8,9 +8,14 @@ namespace navora {
 namespace {
 
 // Keeps the page waiting; the page goes on when the last copy is gone.
-std::shared_ptr<WebKitScriptDialog> holdOpen(WebKitScriptDialog* dialog) {
-  return {webkit_script_dialog_ref(dialog), [](WebKitScriptDialog* held) {
-            webkit_script_dialog_close(held);
+//
+// A dialog that is closed while the engine still emits its signal crashes the engine, which reads
+// the closed dialog afterwards (seen in WebKitGTK 2.50). One that is merely released by then is
+// closed by the engine itself, so the explicit close is for later only.
+std::shared_ptr<WebKitScriptDialog> holdOpen(WebKitScriptDialog* dialog,
+                                             std::shared_ptr<const bool> emitting) {
+  return {webkit_script_dialog_ref(dialog), [emitting](WebKitScriptDialog* held) {
+            if (!*emitting) webkit_script_dialog_close(held);
             webkit_script_dialog_unref(held);
           }};
 }
@@ -47,18 +52,22 @@ FrameInfo PageDialogs::topFrame() const {
 }
 
 void PageDialogs::runDialog(WebKitScriptDialog* dialog) {
-  const auto type = webkit_script_dialog_get_dialog_type(dialog);
-  if (type == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
+  if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
     // The page is not asked whether it may be left, on any platform.
     webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
     return;
   }
   if (delegate_ == nullptr) return;
+  const auto emitting = std::make_shared<bool>(true);
+  askDelegate(holdOpen(dialog, emitting));
+  *emitting = false;
+}
 
+void PageDialogs::askDelegate(const std::shared_ptr<WebKitScriptDialog>& held) {
+  WebKitScriptDialog* dialog = held.get();
   const auto message = bridge_.readDialogMessage(webkit_script_dialog_get_message(dialog));
   const FrameInfo frame = message.fromTopFrame ? topFrame() : FrameInfo{};
-  const auto held = holdOpen(dialog);
-  switch (type) {
+  switch (webkit_script_dialog_get_dialog_type(dialog)) {
     case WEBKIT_SCRIPT_DIALOG_ALERT:
       return delegate_->runAlertPanel(message.text, frame, [held] {});
     case WEBKIT_SCRIPT_DIALOG_CONFIRM:

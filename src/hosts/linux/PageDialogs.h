@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include <webkit2/webkit2.h>
@@ -29,6 +30,7 @@ class PageDialogs {
 
   FrameInfo topFrame() const;
   void runDialog(WebKitScriptDialog* dialog);
+  void askDelegate(const std::shared_ptr<WebKitScriptDialog>& held);
   void runFileChooser(WebKitFileChooserRequest* request);
 
   WebKitWebView* view_;

@@ -93,8 +93,11 @@ void Tour::followForeignLinks() {
 }
 
 void Tour::pullTheCable() {
+  page_.evaluate(
+      "(async () => { try { for (;;) await fetch('/login', {cache: 'no-store'}); } catch { "
+      "location.reload(); } "
+      "})()");
   service_.stop();
-  page_.tryEvaluate("setTimeout(() => location.reload()); return true");
   desktop_.accessibility().waitFor({.role = "push button", .name = "Try again"},
                                    application_.pid());
   record("unreachable", "The service is unreachable: the window says so and offers to retry.");
