@@ -1,6 +1,6 @@
 #include "end_to_end/tour/Tour.h"
 
-#include <algorithm>
+#include <chrono>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
@@ -13,6 +13,9 @@ namespace navora::driver {
 namespace {
 
 constexpr const char* browserLink = "https://www.example.com/reading";
+
+// How many times in a row the screen must look the same to count as finished.
+constexpr int looksAtRest = 12;
 
 std::string numbered(int step, const std::string& name) {
   std::ostringstream text;
@@ -138,13 +141,17 @@ bool Tour::hasWidget(const std::string& role, const std::string& name) {
 
 void Tour::record(const std::string& name, const std::string& description) {
   const std::string file = numbered(++step_, name) + ".png";
-  // Painted means that two looks in a row show the same.
+  // What the page has drawn reaches the screen a moment later.
+  page_.tryEvaluate(
+      "await new Promise((drawn) => requestAnimationFrame(() => requestAnimationFrame(drawn)))",
+      std::chrono::seconds(1));
   auto last = desktop_.display().screenshot();
+  int same = 0;
   waitUntil(
       [&] {
         auto next = desktop_.display().screenshot();
-        const bool still = next.differingPixels(std::exchange(last, next)) == 0;
-        return still;
+        same = next.differingPixels(std::exchange(last, next)) == 0 ? same + 1 : 0;
+        return same >= looksAtRest;
       },
       "the screen comes to rest");
   last.save(folder_ / file);
