@@ -11,7 +11,8 @@ class Download;
 class WebView;
 
 // What a web view asks and reports about its navigations. Called on the main thread; the answers
-// are given before anything is sent or shown.
+// are given before anything is sent or shown. From within a question the delegate may load another
+// page, which then replaces the one asked about.
 class NavigationDelegate {
  public:
   virtual ~NavigationDelegate() = default;

@@ -8,12 +8,12 @@
 
 namespace navora {
 
-/// A question that must be answered exactly once. The first answer counts and later ones are
-/// ignored; when nobody answers, the neutral answer is given as the last holder lets go.
-///
-/// WebKit raises an exception when one of its completion handlers is released without having been
-/// called, and another when it is called twice. The objects that answer may go away while a dialog
-/// is still open.
+// A question that must be answered exactly once. The first answer counts and later ones are
+// ignored; when nobody answers, the neutral answer is given as the last holder lets go.
+//
+// WebKit raises an exception when one of its completion handlers is released without having been
+// called, and another when it is called twice. The objects that answer may go away while a dialog
+// is still open.
 template <typename... Answer>
 class Question {
  public:
@@ -34,7 +34,7 @@ class Question {
   std::tuple<Answer...> neutral_;
 };
 
-/// `handler` as a callback that can be copied, called and dropped freely.
+// `handler` as a callback that can be copied, called and dropped freely.
 template <typename... Answer>
 std::function<void(Answer...)> answeredOnce(std::function<void(Answer...)> handler,
                                             std::type_identity_t<Answer>... neutral) {

@@ -15,15 +15,15 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace navora {
 
-/// Between the core's values and Foundation's. Foundation's side may be nil wherever a framework
-/// hands it out, whatever its headers promise.
+// Between the core's values and Foundation's. Foundation's side may be nil wherever a framework
+// hands it out, whatever its headers promise.
 
-/// Text that is not UTF-8 becomes the empty string.
+// Text that is not UTF-8 becomes the empty string.
 NSString* toNSString(std::string_view text);
-/// UTF-8; a surrogate without its partner is replaced. Nil gives the empty string.
+// UTF-8; a surrogate without its partner is replaced. Nil gives the empty string.
 std::string toString(NSString* _Nullable text);
 
-/// Nil when Foundation does not accept the address.
+// Nil when Foundation does not accept the address.
 NSURL* _Nullable toNSURL(const Url& url);
 std::optional<Url> toUrl(NSURL* _Nullable url);
 
@@ -31,7 +31,7 @@ NSURL* toFileURL(const std::filesystem::path& path);
 NSArray<NSURL*>* toFileURLs(const std::vector<std::filesystem::path>& paths);
 std::filesystem::path toPath(NSURL* fileUrl);
 
-/// With the code that the core relies on for loads which our own decisions stopped.
+// With the code that the core relies on for loads which our own decisions stopped.
 PlatformError toPlatformError(NSError* _Nullable error);
 
 }  // namespace navora

@@ -15,8 +15,8 @@ class MacApplication final : public Application {
   MacApplication(const MacApplication&) = delete;
   MacApplication& operator=(const MacApplication&) = delete;
 
-  /// Runs the event loop as an ordinary Dock application, with `delegate` told of its life cycle.
-  /// Quitting ends the process, so this normally does not return.
+  // Runs the event loop as an ordinary Dock application, with `delegate` told of its life cycle.
+  // Quitting ends the process, so this normally does not return.
   int run(ApplicationDelegate& delegate);
 
   void activateIgnoringOtherApplications() override;

@@ -4,7 +4,7 @@
 
 namespace navora {
 
-/// Alerts block until they are answered, panels are sheets that answer later.
+// Alerts block until they are answered, panels are sheets that answer later.
 class MacDialogs final : public Dialogs {
  public:
   void runAlert(const AlertDescription& alert, AlertCompletion completion) override;

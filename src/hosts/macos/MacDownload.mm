@@ -3,8 +3,8 @@
 #include "hosts/macos/AnsweredOnce.h"
 #include "hosts/macos/Conversions.h"
 
-/// The WebKit side of one download. Its reports to the core come last in every method, because the
-/// core lets go of the download, and with it of this object, when it has ended.
+// The WebKit side of one download. Its reports to the core come last in every method, because the
+// core lets go of the download, and with it of this object, when it has ended.
 @interface NavoraDownloadForwarder : NSObject <WKDownloadDelegate>
 @property(nonatomic, nullable) navora::MacDownload* download;
 @property(nonatomic, nullable) navora::DownloadDelegate* delegate;

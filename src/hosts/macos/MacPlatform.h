@@ -9,7 +9,7 @@
 
 namespace navora {
 
-/// All doors of this host. The doors to windows and views accept objects of this host only.
+// All doors of this host. The doors to windows and views accept objects of this host only.
 class MacPlatform final : public Platform {
  public:
   explicit MacPlatform(Application& application) : application_(application) {}

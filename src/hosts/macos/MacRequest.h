@@ -6,7 +6,7 @@
 
 namespace navora {
 
-/// A page's request as WebKit holds it.
+// A page's request as WebKit holds it.
 class MacRequest final : public PlatformRequest {
  public:
   explicit MacRequest(NSURLRequest* _Nullable request) : request_(request) {}

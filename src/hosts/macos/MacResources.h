@@ -4,7 +4,7 @@
 
 namespace navora {
 
-/// The resources of the application bundle.
+// The resources of the application bundle.
 class MacResources final : public Resources {
  public:
   std::optional<std::string> read(std::string_view name, std::string_view extension) const override;

@@ -4,7 +4,7 @@
 
 #include "platform/ScriptMessage.h"
 
-/// Hands the page's messages to the core. Its handler may be replaced by null at any time.
+// Hands the page's messages to the core. Its handler may be replaced by null at any time.
 @interface NavoraScriptMessageForwarder : NSObject <WKScriptMessageHandler>
 @property(nonatomic, nullable) navora::ScriptMessageHandler* handler;
 @end

@@ -4,8 +4,8 @@
 
 namespace navora {
 
-/// The standard user defaults. A value is kept as a property list, which has no null: setting null
-/// removes the key, and nulls inside a value are left out.
+// The standard user defaults. A value is kept as a property list, which has no null: setting null
+// removes the key, and nulls inside a value are left out.
 class MacUserDefaults final : public UserDefaults {
  public:
   std::optional<Json> value(std::string_view key) const override;

@@ -9,8 +9,8 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace navora {
 
-/// WebKit's view of navigations as the core's values. A frame that WebKit does not name is reported
-/// as unknown, never as the main one.
+// WebKit's view of navigations as the core's values. A frame that WebKit does not name is reported
+// as unknown, never as the main one.
 
 FrameInfo toFrameInfo(WKFrameInfo* _Nullable frame);
 NavigationAction toNavigationAction(WKNavigationAction* action);
