@@ -23,15 +23,23 @@ std::optional<std::string> zoneOfPath(const std::string& path) {
   return std::string(zone);
 }
 
+// The name itself or the path of a zone's file, after an optional colon. Any other file, such as
+// /etc/localtime, names no zone: it is the system's own, as everybody reads it.
+std::optional<std::string> zoneOfVariable(std::string_view value) {
+  if (value.starts_with(':')) value.remove_prefix(1);
+  if (value.empty()) return std::nullopt;
+  if (value.starts_with('/')) return zoneOfPath(std::string(value));
+  return std::string(value);
+}
+
 }  // namespace
 
 SystemTimeZone::SystemTimeZone(std::filesystem::path configuration)
     : configuration_(std::move(configuration)) {}
 
 std::string SystemTimeZone::identifier(const std::optional<std::string>& environment) const {
-  if (environment && !environment->empty()) {
-    const std::string zone = environment->front() == ':' ? environment->substr(1) : *environment;
-    return zoneOfPath(zone).value_or(zone);
+  if (environment) {
+    if (auto zone = zoneOfVariable(*environment)) return *zone;
   }
   if (auto zone = linkedZone()) return *zone;
   return namedZone().value_or("UTC");
