@@ -1,8 +1,11 @@
 #include "hosts/linux/ColorScheme.h"
 
 #include <string_view>
+#include <utility>
 
 #include <gtk/gtk.h>
+
+#include "hosts/linux/SharedBus.h"
 
 namespace navora {
 namespace {
@@ -12,7 +15,9 @@ constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
 constexpr const char* appearanceNamespace = "org.freedesktop.appearance";
 constexpr const char* schemeKey = "color-scheme";
+constexpr guint32 noPreference = 0;
 constexpr guint32 preferDark = 1;
+constexpr const char* darkProperty = "gtk-application-prefer-dark-theme";
 
 // The value comes wrapped in one variant, or in two from older portals.
 void apply(GVariantPtr value) {
@@ -20,14 +25,21 @@ void apply(GVariantPtr value) {
     value.reset(g_variant_get_variant(value.get()));
   }
   if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) == FALSE) return;
-  g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
-               g_variant_get_uint32(value.get()) == preferDark ? TRUE : FALSE, nullptr);
+  const guint32 scheme = g_variant_get_uint32(value.get());
+  GtkSettings* settings = gtk_settings_get_default();
+  if (scheme == noPreference) {
+    // What the user has told the toolkit itself.
+    gtk_settings_reset_property(settings, darkProperty);
+  } else {
+    g_object_set(settings, darkProperty, scheme == preferDark ? TRUE : FALSE, nullptr);
+  }
 }
 
 }  // namespace
 
 ColorScheme::ColorScheme() : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
-  g_bus_get(G_BUS_TYPE_SESSION, cancellable_.get(), onBus, this);
+  joinSharedBus(G_BUS_TYPE_SESSION, cancellable_.get(),
+                [this](GObjectPtr<GDBusConnection> bus) { follow(std::move(bus)); });
 }
 
 ColorScheme::~ColorScheme() {
@@ -35,18 +47,15 @@ ColorScheme::~ColorScheme() {
   if (bus_) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
 }
 
-void ColorScheme::onBus(GObject*, GAsyncResult* result, gpointer self) {
-  auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, nullptr));
-  if (!bus) return;
-  auto& scheme = *static_cast<ColorScheme*>(self);
-  scheme.bus_ = bus;
-  scheme.subscription_ = g_dbus_connection_signal_subscribe(
-      bus.get(), portalName, settingsInterface, "SettingChanged", portalPath, appearanceNamespace,
-      G_DBUS_SIGNAL_FLAGS_NONE, onChanged, self, nullptr);
-  g_dbus_connection_call(bus.get(), portalName, portalPath, settingsInterface, "Read",
+void ColorScheme::follow(GObjectPtr<GDBusConnection> bus) {
+  bus_ = std::move(bus);
+  subscription_ = g_dbus_connection_signal_subscribe(
+      bus_.get(), portalName, settingsInterface, "SettingChanged", portalPath, appearanceNamespace,
+      G_DBUS_SIGNAL_FLAGS_NONE, onChanged, nullptr, nullptr);
+  g_dbus_connection_call(bus_.get(), portalName, portalPath, settingsInterface, "Read",
                          g_variant_new("(ss)", appearanceNamespace, schemeKey),
-                         G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1,
-                         scheme.cancellable_.get(), onRead, self);
+                         G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(),
+                         onRead, nullptr);
 }
 
 void ColorScheme::onRead(GObject* bus, GAsyncResult* result, gpointer) {

@@ -17,10 +17,10 @@ class ColorScheme {
   ColorScheme& operator=(const ColorScheme&) = delete;
 
  private:
-  static void onBus(GObject*, GAsyncResult* result, gpointer self);
-  static void onRead(GObject* bus, GAsyncResult* result, gpointer self);
+  static void onRead(GObject* bus, GAsyncResult* result, gpointer);
   static void onChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
-                        GVariant* parameters, gpointer self);
+                        GVariant* parameters, gpointer);
+  void follow(GObjectPtr<GDBusConnection> bus);
 
   GObjectPtr<GCancellable> cancellable_;
   GObjectPtr<GDBusConnection> bus_;

@@ -6,6 +6,7 @@
 #include <gio/gio.h>
 
 #include "hosts/linux/GLibSupport.h"
+#include "hosts/linux/SharedBus.h"
 
 namespace navora {
 namespace {
@@ -28,7 +29,9 @@ class FileObserver final : public ObserverToken {
     // Every write is followed by one of these, when the new content is complete.
     if (event == G_FILE_MONITOR_EVENT_CHANGES_DONE_HINT || event == G_FILE_MONITOR_EVENT_CREATED ||
         event == G_FILE_MONITOR_EVENT_RENAMED || event == G_FILE_MONITOR_EVENT_MOVED_IN) {
-      static_cast<FileObserver*>(self)->callback_();
+      // A copy: the callback may release this observer.
+      const auto callback = static_cast<FileObserver*>(self)->callback_;
+      callback();
     }
   }
 
@@ -43,7 +46,8 @@ class WakeObserver final : public ObserverToken {
   explicit WakeObserver(std::function<void()> callback)
       : callback_(std::move(callback)),
         cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
-    g_bus_get(G_BUS_TYPE_SYSTEM, cancellable_.get(), onBus, this);
+    joinSharedBus(G_BUS_TYPE_SYSTEM, cancellable_.get(),
+                  [this](GObjectPtr<GDBusConnection> bus) { listen(std::move(bus)); });
   }
 
   ~WakeObserver() override {
@@ -52,17 +56,11 @@ class WakeObserver final : public ObserverToken {
   }
 
  private:
-  static void onBus(GObject*, GAsyncResult* result, gpointer self) {
-    GError* failure = nullptr;
-    auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, &failure));
-    const GErrorPtr error(failure);
-    // Cancelled: the observer is gone. Otherwise this system has no such bus and reports no wake.
-    if (!bus) return;
-    auto& observer = *static_cast<WakeObserver*>(self);
-    observer.bus_ = bus;
-    observer.subscription_ = g_dbus_connection_signal_subscribe(
-        bus.get(), "org.freedesktop.login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
-        "/org/freedesktop/login1", nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onPrepareForSleep, self,
+  void listen(GObjectPtr<GDBusConnection> bus) {
+    bus_ = std::move(bus);
+    subscription_ = g_dbus_connection_signal_subscribe(
+        bus_.get(), "org.freedesktop.login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
+        "/org/freedesktop/login1", nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onPrepareForSleep, this,
         nullptr);
   }
 
@@ -71,7 +69,10 @@ class WakeObserver final : public ObserverToken {
     gboolean goingToSleep = TRUE;
     if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)")) == FALSE) return;
     g_variant_get(parameters, "(b)", &goingToSleep);
-    if (goingToSleep == FALSE) static_cast<WakeObserver*>(self)->callback_();
+    if (goingToSleep != FALSE) return;
+    // A copy: the callback may release this observer.
+    const auto callback = static_cast<WakeObserver*>(self)->callback_;
+    callback();
   }
 
   std::function<void()> callback_;
