@@ -1,7 +1,7 @@
 #include "hosts/linux/LinuxResources.h"
 
 #include <fstream>
-#include <iterator>
+#include <system_error>
 #include <utility>
 
 #include "support/Text.h"
@@ -23,11 +23,15 @@ LinuxResources::LinuxResources(std::filesystem::path folder) : folder_(std::move
 
 std::optional<std::string> LinuxResources::read(std::string_view name,
                                                 std::string_view extension) const {
-  std::ifstream file(folder_ / (std::string(name) + "." + std::string(extension)),
-                     std::ios::binary);
-  if (!file) return std::nullopt;
-  std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  if (file.bad() || !isValidUtf8(text)) return std::nullopt;
+  const auto path = folder_ / (std::string(name) + "." + std::string(extension));
+  // Fails for a folder, which opens like a file.
+  std::error_code error;
+  const auto size = std::filesystem::file_size(path, error);
+  if (error) return std::nullopt;
+  std::string text(size, '\0');
+  std::ifstream file(path, std::ios::binary);
+  if (!file.read(text.data(), static_cast<std::streamsize>(size)) || !isValidUtf8(text))
+    return std::nullopt;
   return text;
 }
 
