@@ -15,11 +15,17 @@ bool wasCancelled(const GError& error) {
          g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE;
 }
 
+int codeOf(const GError& error) {
+  if (wasCancelled(error)) return PlatformError::cancelledCode;
+  if (g_error_matches(&error, G_IO_ERROR, G_IO_ERROR_TIMED_OUT) != FALSE)
+    return PlatformError::timedOutCode;
+  return error.code;
+}
+
 }  // namespace
 
 PlatformError platformErrorFrom(const GError& error) {
-  return {g_quark_to_string(error.domain),
-          wasCancelled(error) ? PlatformError::cancelledCode : error.code, error.message};
+  return {g_quark_to_string(error.domain), codeOf(error), error.message};
 }
 
 }  // namespace navora
