@@ -24,6 +24,8 @@ LinuxErrorView::LinuxErrorView(LinuxMainWindow& window, const ErrorViewDescripti
   addButton(retry_, description.retryTitle, description.onRetry);
   addButton(browser_, description.browserTitle, description.onOpenInBrowser);
   retry_.set_can_default(true);
+  // Otherwise Return would press whichever button has the focus.
+  browser_.set_receives_default(false);
   retry_.get_style_context()->add_class("suggested-action");
 
   background_.add(stack_);
