@@ -11,6 +11,30 @@ namespace {
 
 constexpr int lineCharacters = 60;
 constexpr int maximumTextHeight = 360;
+// A label lays its whole text out again and again, which for the longest texts of pages would stop
+// the application for a minute; a text view does it once, and first where it is looked at.
+constexpr std::size_t maximumLabelBytes = 2000;
+constexpr int longTextWidth = 480;
+
+// Laying out a word takes time with the square of its length: a line is broken at the first space
+// after so many bytes, or anywhere after twice as many.
+constexpr std::size_t wantedLineBytes = 2000;
+
+std::string withShortLines(const std::string& text) {
+  std::string result;
+  std::size_t lineBytes = 0;
+  for (const char byte : text) {
+    const bool startsCharacter = (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+    const std::size_t limit = byte == ' ' ? wantedLineBytes : 2 * wantedLineBytes;
+    if (startsCharacter && byte != '\n' && lineBytes >= limit) {
+      result += '\n';
+      lineBytes = 0;
+    }
+    result += byte;
+    lineBytes = byte == '\n' ? 0 : lineBytes + 1;
+  }
+  return result;
+}
 
 Gtk::ButtonsType buttonsFor(const AlertDescription& alert) {
   return alert.buttons.empty() ? Gtk::BUTTONS_OK : Gtk::BUTTONS_NONE;
@@ -40,6 +64,17 @@ LinuxAlert::LinuxAlert(Gtk::Window* parent, const AlertDescription& alert,
 
 // A page may say a lot: long texts scroll, so that the buttons stay on the screen.
 void LinuxAlert::addText(const std::string& text) {
+  scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+  if (text.size() > maximumLabelBytes) {
+    addLongText(text);
+  } else {
+    addShortText(text);
+  }
+  scroller_.show_all();
+  dialog_.get_message_area()->pack_start(scroller_, Gtk::PACK_EXPAND_WIDGET);
+}
+
+void LinuxAlert::addShortText(const std::string& text) {
   text_.set_text(text);
   text_.set_line_wrap(true);
   text_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
@@ -47,12 +82,18 @@ void LinuxAlert::addText(const std::string& text) {
   text_.set_width_chars(std::min<int>(lineCharacters, static_cast<int>(text_.get_text().size())));
   text_.set_selectable(true);
   text_.set_can_focus(false);
-  scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
   scroller_.set_propagate_natural_height(true);
   scroller_.set_max_content_height(maximumTextHeight);
   scroller_.add(text_);
-  scroller_.show_all();
-  dialog_.get_message_area()->pack_start(scroller_, Gtk::PACK_EXPAND_WIDGET);
+}
+
+void LinuxAlert::addLongText(const std::string& text) {
+  longText_.get_buffer()->set_text(withShortLines(text));
+  longText_.set_editable(false);
+  longText_.set_can_focus(false);
+  longText_.set_wrap_mode(Gtk::WRAP_WORD_CHAR);
+  scroller_.set_size_request(longTextWidth, maximumTextHeight);
+  scroller_.add(longText_);
 }
 
 void LinuxAlert::addButtons(const std::vector<std::string>& titles) {

@@ -4,6 +4,7 @@
 #include <gtkmm/label.h>
 #include <gtkmm/messagedialog.h>
 #include <gtkmm/scrolledwindow.h>
+#include <gtkmm/textview.h>
 
 #include "platform/Dialogs.h"
 
@@ -20,6 +21,8 @@ class LinuxAlert {
              Dialogs::AlertCompletion completion);
 
   void addText(const std::string& text);
+  void addShortText(const std::string& text);
+  void addLongText(const std::string& text);
   void addButtons(const std::vector<std::string>& titles);
   void addTextField(const AlertDescription::TextField& field);
   void answer(int response);
@@ -27,6 +30,7 @@ class LinuxAlert {
   Gtk::MessageDialog dialog_;
   Gtk::ScrolledWindow scroller_;
   Gtk::Label text_;
+  Gtk::TextView longText_;
   Gtk::Entry entry_;
   std::size_t buttonCount_;
   Dialogs::AlertCompletion completion_;
