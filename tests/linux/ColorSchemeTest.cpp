@@ -1,0 +1,226 @@
+#include <functional>
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <gtk/gtk.h>
+
+#include "end_to_end/driver/BusConnection.h"
+#include "hosts/linux/ColorScheme.h"
+#include "linux/MainLoop.h"
+#include "linux/TestDesktop.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
+constexpr const char* settingsInterface = "org.freedesktop.portal.Settings";
+constexpr const char* appearance = "org.freedesktop.appearance";
+
+// Stands for the desktop's settings portal; answers from the main loop of the test.
+class SettingsPortal {
+ public:
+  // Makes the value that "Read" answers with; null answers with an error.
+  explicit SettingsPortal(std::function<GVariant*()> value)
+      : value_(std::move(value)), bus_(TestDesktop::sessionBusAddress()) {
+    static const GDBusInterfaceVTable table{&SettingsPortal::onCall, nullptr, nullptr, {}};
+    node_ = g_dbus_node_info_new_for_xml(
+        "<node><interface name='org.freedesktop.portal.Settings'><method name='Read'>"
+        "<arg type='s' direction='in'/><arg type='s' direction='in'/>"
+        "<arg type='v' direction='out'/></method></interface></node>",
+        nullptr);
+    g_dbus_connection_register_object(bus_.get(), portalPath, node_->interfaces[0], &table, this,
+                                      nullptr, nullptr);
+    bus_.ownName("org.freedesktop.portal.Desktop");
+  }
+  ~SettingsPortal() { g_dbus_node_info_unref(node_); }
+  SettingsPortal(const SettingsPortal&) = delete;
+  SettingsPortal& operator=(const SettingsPortal&) = delete;
+
+  void announce(const char* settingNamespace, const char* key, GVariant* value) {
+    bus_.emitSignal(portalPath, settingsInterface, "SettingChanged",
+                    g_variant_new("(ssv)", settingNamespace, key, value));
+  }
+  int reads() const { return reads_; }
+
+ private:
+  static void onCall(GDBusConnection*, const char*, const char*, const char*, const char*,
+                     GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
+    auto& portal = *static_cast<SettingsPortal*>(self);
+    ++portal.reads_;
+    const char* settingNamespace = nullptr;
+    const char* key = nullptr;
+    g_variant_get(parameters, "(&s&s)", &settingNamespace, &key);
+    EXPECT_STREQ(settingNamespace, appearance);
+    EXPECT_STREQ(key, "color-scheme");
+    if (GVariant* value = portal.value_()) {
+      g_dbus_method_invocation_return_value(invocation, g_variant_new("(v)", value));
+    } else {
+      g_dbus_method_invocation_return_dbus_error(
+          invocation, "org.freedesktop.portal.Error.NotFound", "No such setting");
+    }
+  }
+
+  std::function<GVariant*()> value_;
+  int reads_ = 0;
+  GDBusNodeInfo* node_ = nullptr;
+  driver::BusConnection bus_;
+};
+
+GVariant* number(guint32 value) {
+  return g_variant_new_uint32(value);
+}
+
+// Tells when everything that the portal announced has been handed out: signals of one sender keep
+// their order, and all observers of this process share one connection.
+class SettingsListener {
+ public:
+  SettingsListener()
+      : bus_(GObjectPtr<GDBusConnection>::adopt(
+            g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr))),
+        subscription_(g_dbus_connection_signal_subscribe(
+            bus_.get(), nullptr, settingsInterface, "SettingChanged", portalPath, "marker",
+            G_DBUS_SIGNAL_FLAGS_NONE, &SettingsListener::onMarker, this, nullptr)) {}
+  ~SettingsListener() { g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_); }
+  SettingsListener(const SettingsListener&) = delete;
+  SettingsListener& operator=(const SettingsListener&) = delete;
+
+  testing::AssertionResult waitForMarker(SettingsPortal& portal) const {
+    portal.announce("marker", "marker", number(0));
+    const auto heard = waitUntil([this] { return heard_; });
+    runPendingEvents();
+    return heard;
+  }
+
+ private:
+  static void onMarker(GDBusConnection*, const char*, const char*, const char*, const char*,
+                       GVariant*, gpointer self) {
+    static_cast<SettingsListener*>(self)->heard_ = true;
+  }
+
+  bool heard_ = false;
+  GObjectPtr<GDBusConnection> bus_;
+  guint subscription_;
+};
+
+class ColorSchemeTest : public testing::Test {
+ protected:
+  void TearDown() override { setDark(false); }
+
+  static bool isDark() {
+    gboolean dark = FALSE;
+    g_object_get(gtk_settings_get_default(), "gtk-application-prefer-dark-theme", &dark, nullptr);
+    return dark != FALSE;
+  }
+  static void setDark(bool dark) {
+    g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
+                 dark ? TRUE : FALSE, nullptr);
+  }
+  // The observer joins the bus in its own time.
+  testing::AssertionResult announceUntilDark(SettingsPortal& portal, bool dark) {
+    return waitUntil([&] {
+      if (isDark() == dark) return true;
+      portal.announce(appearance, "color-scheme", number(dark ? 1 : 2));
+      return false;
+    });
+  }
+};
+
+TEST_F(ColorSchemeTest, ReadsTheDesktopsChoice) {
+  SettingsPortal portal([] { return number(1); });
+  const ColorScheme scheme;
+  EXPECT_TRUE(waitUntil(isDark));
+}
+
+TEST_F(ColorSchemeTest, ReadsTheChoiceInTwoWrappings) {
+  SettingsPortal portal([] { return g_variant_new_variant(number(1)); });
+  const ColorScheme scheme;
+  EXPECT_TRUE(waitUntil(isDark));
+}
+
+TEST_F(ColorSchemeTest, LightIsAChoiceToo) {
+  setDark(true);
+  SettingsPortal portal([] { return number(2); });
+  const ColorScheme scheme;
+  EXPECT_TRUE(waitUntil([] { return !isDark(); }));
+}
+
+TEST_F(ColorSchemeTest, FollowsChanges) {
+  SettingsPortal portal([] { return number(2); });
+  const ColorScheme scheme;
+  ASSERT_TRUE(announceUntilDark(portal, true));
+  portal.announce(appearance, "color-scheme", g_variant_new_variant(number(2)));
+  ASSERT_TRUE(waitUntil([] { return !isDark(); }));
+  portal.announce(appearance, "color-scheme", number(1));
+  ASSERT_TRUE(waitUntil(isDark));
+}
+
+TEST_F(ColorSchemeTest, OtherSettingsAndOtherTypesChangeNothing) {
+  SettingsPortal portal([] { return number(1); });
+  const ColorScheme scheme;
+  const SettingsListener listener;
+  ASSERT_TRUE(waitUntil(isDark));
+  portal.announce(appearance, "contrast", number(0));
+  portal.announce("org.navora.other", "color-scheme", number(0));
+  portal.announce(appearance, "color-scheme", g_variant_new_string("light"));
+  portal.announce(appearance, "color-scheme", g_variant_new_int32(2));
+  ASSERT_TRUE(listener.waitForMarker(portal));
+  EXPECT_TRUE(isDark());
+}
+
+TEST_F(ColorSchemeTest, AnAnswerOfAnotherTypeOrAnErrorIsIgnored) {
+  for (const std::function<GVariant*()>& answer :
+       {std::function<GVariant*()>([] { return g_variant_new_string("dark"); }),
+        std::function<GVariant*()>([] { return g_variant_new_boolean(TRUE); }),
+        std::function<GVariant*()>([]() -> GVariant* { return nullptr; })}) {
+    setDark(false);
+    SettingsPortal portal(answer);
+    const ColorScheme scheme;
+    ASSERT_TRUE(waitUntil([&] { return portal.reads() > 0; }));
+    EXPECT_FALSE(isDark());
+    // Still listening.
+    ASSERT_TRUE(announceUntilDark(portal, true));
+  }
+}
+
+TEST_F(ColorSchemeTest, WithoutAPreferenceTheUsersOwnSettingHolds) {
+  // Takes the setting back to what the configuration file of the toolkit says: light, here.
+  setDark(true);
+  SettingsPortal portal([] { return number(0); });
+  const ColorScheme scheme;
+  EXPECT_TRUE(waitUntil([] { return !isDark(); }));
+}
+
+TEST_F(ColorSchemeTest, WithoutAPortalTheThemeKeepsItsLookUntilOneComes) {
+  const ColorScheme scheme;
+  runPendingEvents();
+  EXPECT_FALSE(isDark());
+  SettingsPortal portal([] { return number(2); });
+  EXPECT_TRUE(announceUntilDark(portal, true));
+}
+
+TEST_F(ColorSchemeTest, OneThatIsGoneHearsNothing) {
+  SettingsPortal portal([] { return number(2); });
+  {
+    const ColorScheme scheme;
+    ASSERT_TRUE(announceUntilDark(portal, true));
+  }
+  const SettingsListener listener;
+  portal.announce(appearance, "color-scheme", number(2));
+  ASSERT_TRUE(listener.waitForMarker(portal));
+  EXPECT_TRUE(isDark());
+}
+
+TEST_F(ColorSchemeTest, MayGoBeforeTheBusAnswers) {
+  SettingsPortal portal([] { return number(1); });
+  {
+    const ColorScheme gone;
+  }
+  const SettingsListener listener;
+  ASSERT_TRUE(listener.waitForMarker(portal));
+  EXPECT_FALSE(isDark());
+  EXPECT_EQ(portal.reads(), 0);
+}
+
+}  // namespace
+}  // namespace navora
