@@ -1,0 +1,51 @@
+#include "bench/BenchmarkDesktop.h"
+
+#include <string>
+
+#include "end_to_end/driver/Files.h"
+#include "end_to_end/driver/Wait.h"
+
+namespace navora::bench {
+
+namespace {
+
+constexpr const char* windowSizes = R"(
+  <applications>
+    <application class="Surf">
+      <size>
+        <width>1240</width>
+        <height>820</height>
+      </size>
+    </application>
+  </applications>
+)";
+
+driver::VirtualDesktop::Options withoutWindowManager(bool accessibility) {
+  driver::VirtualDesktop::Options options;
+  options.accessibility = accessibility;
+  options.windowManager = false;
+  return options;
+}
+
+void writeConfiguration(const std::filesystem::path& from, const std::filesystem::path& to) {
+  std::string text = driver::readFile(from);
+  const std::size_t end = text.rfind("</openbox_config>");
+  if (end == std::string::npos) throw driver::DriverError("No configuration of the window manager");
+  driver::writeFile(to, text.insert(end, windowSizes));
+}
+
+}  // namespace
+
+BenchmarkDesktop::BenchmarkDesktop(bool accessibility)
+    : desktop_(withoutWindowManager(accessibility)) {
+  const std::filesystem::path configuration = desktop_.root() / "openbox-benchmark.xml";
+  writeConfiguration(desktop_.root() / "openbox.xml", configuration);
+  windowManager_ = desktop_.start({"openbox", "--sm-disable", "--config-file", configuration});
+  driver::XConnection& connection = desktop_.display().connection();
+  driver::waitUntil(
+      [&] { return connection.hasProperty(connection.root(), "_NET_SUPPORTING_WM_CHECK"); },
+      "the window manager is ready", driver::defaultTimeout(),
+      [this] { return windowManager_->errorText(); });
+}
+
+}  // namespace navora::bench

@@ -1,0 +1,83 @@
+#include "bench/ProcessFamily.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "end_to_end/driver/Files.h"
+#include "end_to_end/driver/ProcessTable.h"
+
+namespace navora::bench {
+
+namespace {
+
+std::filesystem::path folderOf(pid_t pid) {
+  return std::filesystem::path("/proc") / std::to_string(pid);
+}
+
+// The number of a line "Name:   number"; 0 when there is none, as when the process has ended.
+std::int64_t field(const std::string& text, std::string_view name) {
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    if (line.starts_with(name)) return std::stoll(line.substr(name.size()));
+  }
+  return 0;
+}
+
+MemoryUse memoryOf(pid_t pid) {
+  const std::string text = driver::readFile(folderOf(pid) / "smaps_rollup");
+  return {field(text, "Pss:"), field(text, "Pss_Anon:")};
+}
+
+std::int64_t wakeUpsOf(pid_t pid) {
+  std::int64_t sum = 0;
+  std::error_code gone;
+  for (const auto& thread : std::filesystem::directory_iterator(folderOf(pid) / "task", gone)) {
+    sum += field(driver::readFile(thread.path() / "status"), "voluntary_ctxt_switches:");
+  }
+  return sum;
+}
+
+}  // namespace
+
+MemoryUse& MemoryUse::operator+=(const MemoryUse& other) {
+  proportional += other.proportional;
+  anonymous += other.anonymous;
+  return *this;
+}
+
+std::vector<pid_t> ProcessFamily::members() const {
+  std::vector<pid_t> found{program_};
+  for (const driver::ProcessInfo& process : driver::descendantsOf(program_)) {
+    found.push_back(process.pid);
+  }
+  return found;
+}
+
+bool ProcessFamily::sandboxed() const {
+  const auto descendants = driver::descendantsOf(program_);
+  return std::any_of(descendants.begin(), descendants.end(),
+                     [](const driver::ProcessInfo& process) { return process.name == "bwrap"; });
+}
+
+FamilyMemory ProcessFamily::memory() const {
+  FamilyMemory sum;
+  sum.program = memoryOf(program_);
+  for (pid_t pid : members())
+    sum.all += memoryOf(pid);
+  return sum;
+}
+
+FamilyActivity ProcessFamily::activity() const {
+  FamilyActivity sum;
+  sum.programWakeUps = wakeUpsOf(program_);
+  for (pid_t pid : members()) {
+    sum.processorTicks += driver::processorTicks(pid).value_or(0);
+    sum.familyWakeUps += wakeUpsOf(pid);
+  }
+  return sum;
+}
+
+}  // namespace navora::bench
