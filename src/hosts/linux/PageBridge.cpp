@@ -22,8 +22,9 @@ constexpr const char* bridgeHandler = "navoraBridge";
 constexpr const char* frameHandler = "navoraFrames";
 constexpr std::string_view announcementChannel = "navora-announcement";
 
-// More than any message that the core accepts; what is larger is not even parsed.
-constexpr std::size_t maximumEnvelopeBytes = 4 * 1024 * 1024;
+// More than any message that the core accepts, even when each of its characters has been escaped
+// twice on the way here; what is larger is not even parsed.
+constexpr std::size_t maximumEnvelopeBytes = 8 * 1024 * 1024;
 
 std::string randomToken() {
   std::array<unsigned char, 32> bytes{};
