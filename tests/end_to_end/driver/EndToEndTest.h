@@ -49,6 +49,7 @@ class EndToEndTest : public testing::Test {
 
   VirtualDesktop& desktop() { return *desktop_; }
   ServiceProcess& service() { return *service_; }
+  const ServiceProcess& service() const { return *service_; }
   ServiceClient& serviceClient() { return *serviceClient_; }
   ApplicationProcess& application() { return *application_; }
   PageDriver& page() { return *page_; }
