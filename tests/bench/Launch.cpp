@@ -95,12 +95,10 @@ FamilyMemory Launch::settledMemory() const {
 }
 
 FamilyActivity Launch::activity(std::chrono::seconds duration) const {
-  const FamilyActivity before = family_.activity();
+  const ActivityCounters start = family_.counters();
   std::this_thread::sleep_for(duration);
-  const FamilyActivity after = family_.activity();
   if (!process_->running()) throw driver::DriverError(process_->name() + " ended while idle");
-  return {after.processorTicks - before.processorTicks,
-          after.programWakeUps - before.programWakeUps, after.familyWakeUps - before.familyWakeUps};
+  return family_.activitySince(start);
 }
 
 }  // namespace navora::bench

@@ -31,11 +31,23 @@ MemoryUse memoryOf(pid_t pid) {
   return {field(text, "Pss:"), field(text, "Pss_Anon:")};
 }
 
-std::int64_t wakeUpsOf(pid_t pid) {
-  std::int64_t sum = 0;
+std::map<pid_t, std::int64_t> switchesOf(pid_t pid) {
+  std::map<pid_t, std::int64_t> found;
   std::error_code gone;
   for (const auto& thread : std::filesystem::directory_iterator(folderOf(pid) / "task", gone)) {
-    sum += field(driver::readFile(thread.path() / "status"), "voluntary_ctxt_switches:");
+    const std::string status = driver::readFile(thread.path() / "status");
+    found[std::stoi(thread.path().filename())] = field(status, "voluntary_ctxt_switches:");
+  }
+  return found;
+}
+
+// Counters begin at 0, so what was not there before counts in full.
+std::int64_t growth(const std::map<pid_t, std::int64_t>& now,
+                    const std::map<pid_t, std::int64_t>& before) {
+  std::int64_t sum = 0;
+  for (const auto& [id, count] : now) {
+    const auto earlier = before.find(id);
+    sum += count - (earlier == before.end() ? 0 : earlier->second);
   }
   return sum;
 }
@@ -70,14 +82,28 @@ FamilyMemory ProcessFamily::memory() const {
   return sum;
 }
 
-FamilyActivity ProcessFamily::activity() const {
-  FamilyActivity sum;
-  sum.programWakeUps = wakeUpsOf(program_);
+ActivityCounters ProcessFamily::counters() const {
+  ActivityCounters counters;
   for (pid_t pid : members()) {
-    sum.processorTicks += driver::processorTicks(pid).value_or(0);
-    sum.familyWakeUps += wakeUpsOf(pid);
+    counters.switches[pid] = switchesOf(pid);
+    if (const auto ticks = driver::processorTicks(pid)) counters.processorTicks[pid] = *ticks;
   }
-  return sum;
+  return counters;
+}
+
+FamilyActivity ProcessFamily::activitySince(const ActivityCounters& start) const {
+  const ActivityCounters now = counters();
+  FamilyActivity activity;
+  activity.processorTicks = growth(now.processorTicks, start.processorTicks);
+  for (const auto& [pid, switches] : now.switches) {
+    const auto earlier = start.switches.find(pid);
+    const std::int64_t count =
+        growth(switches,
+               earlier == start.switches.end() ? std::map<pid_t, std::int64_t>() : earlier->second);
+    if (pid == program_) activity.programWakeUps = count;
+    activity.familyWakeUps += count;
+  }
+  return activity;
 }
 
 }  // namespace navora::bench

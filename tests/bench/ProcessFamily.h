@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <vector>
 
 #include <sys/types.h>
@@ -20,11 +21,17 @@ struct FamilyMemory {
   MemoryUse all;      // and with everything that it started
 };
 
-// Since the start of the processes.
+// During some time. Processes that end in it are left out.
 struct FamilyActivity {
   std::int64_t processorTicks = 0;  // of all processes
   std::int64_t programWakeUps = 0;  // voluntary context switches of all its threads
   std::int64_t familyWakeUps = 0;
+};
+
+// What the living processes have done so far.
+struct ActivityCounters {
+  std::map<pid_t, std::int64_t> processorTicks;             // by process
+  std::map<pid_t, std::map<pid_t, std::int64_t>> switches;  // by process and thread
 };
 
 // A program and the processes that descend from it: the engine's, and those of its sandbox.
@@ -35,7 +42,8 @@ class ProcessFamily {
   std::vector<pid_t> members() const;
   bool sandboxed() const;
   FamilyMemory memory() const;
-  FamilyActivity activity() const;
+  ActivityCounters counters() const;
+  FamilyActivity activitySince(const ActivityCounters& start) const;
 
  private:
   pid_t program_;
