@@ -1,0 +1,153 @@
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+#include <xcb/xcb.h>
+
+#include "end_to_end/TestPageTest.h"
+#include "end_to_end/driver/LogindStandIn.h"
+
+namespace navora::driver {
+namespace {
+
+// A window of another program, which takes the focus.
+class OtherWindow {
+ public:
+  explicit OtherWindow(Display& display) : display_(display), connection_(display.name()) {
+    id_ = xcb_generate_id(connection_.get());
+    const std::uint32_t background = connection_.screen().white_pixel;
+    xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, id_, connection_.root(), 0, 0, 120,
+                      80, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
+                      &background);
+    constexpr char names[] = "other\0Other";
+    xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, id_, XCB_ATOM_WM_CLASS,
+                        XCB_ATOM_STRING, 8, sizeof(names), names);
+    xcb_map_window(connection_.get(), id_);
+    connection_.synchronize();
+    display_.waitForWindow([this](const WindowInfo& window) { return window.id == id_; },
+                           "the other window is shown");
+    display_.activate(id_);
+    display_.waitUntilActive(id_);
+  }
+
+ private:
+  Display& display_;
+  XConnection connection_;
+  WindowId id_ = 0;
+};
+
+class SystemEventsTest : public TestPageTest {
+ protected:
+  static constexpr const char* zone = "Asia/Tokyo";
+
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.environment = {{"TZ", zone}}};
+  }
+
+  void SetUp() override {
+    TestPageTest::SetUp();
+    if (HasFatalFailure()) return;
+    openTestPage("bridge.html");
+    page().waitUntilTrue("window.events.length > 0", "the time zone was announced");
+    page().evaluate("window.events = []; window.NavoraSystemTimeZone = 'old'");
+  }
+
+  void activateMainWindow() {
+    const auto window = application().waitForMainWindow();
+    desktop().display().activate(window.id);
+    desktop().display().waitUntilActive(window.id);
+  }
+
+  void waitForResumes(int count) {
+    page().waitUntilTrue("window.events.filter((event) => event.startsWith('resume')).length >= " +
+                             std::to_string(count),
+                         "the page was told to resume");
+  }
+
+  // So many resumes, each behind a publication of the time zone, and nothing else.
+  void expectResumes(int count) {
+    waitForResumes(count);
+    page().evaluate("await roundTrip()");
+    Json expected = Json::array();
+    for (int index = 0; index < count; ++index) {
+      expected.push_back(std::string("systemtimezonechange ") + zone);
+      expected.push_back(std::string("resume ") + zone);
+    }
+    expected.push_back(std::string("systemtimezonechange ") + zone);
+    EXPECT_EQ(page().evaluate("return window.events"), expected);
+  }
+};
+
+TEST_F(SystemEventsTest, TellsThePageOnceAboutEveryWakeAndNothingAboutSleep) {
+  LogindStandIn logind(desktop().systemBusAddress());
+  logind.announceSleep();
+  logind.announceWake();
+  waitForResumes(1);
+  logind.announceSleep();
+  logind.announceSleep();
+  logind.announceWake();
+  expectResumes(2);
+}
+
+TEST_F(SystemEventsTest, TellsThePageOnceThatTheApplicationIsActiveAgain) {
+  const OtherWindow other(desktop().display());
+  activateMainWindow();
+  expectResumes(1);
+}
+
+TEST_F(SystemEventsTest, TellsAPageWhoseWindowWasHiddenThatItIsShownAgain) {
+  desktop().display().close(application().waitForMainWindow().id);
+  application().waitUntilMainWindowHidden();
+  application().run({});
+  desktop().display().waitUntilActive(application().waitForMainWindow().id);
+  expectResumes(1);
+}
+
+TEST_F(SystemEventsTest, TellsNothingToAPageThatIsActiveAlready) {
+  activateMainWindow();
+  activateMainWindow();
+  LogindStandIn logind(desktop().systemBusAddress());
+  logind.announceWake();
+  expectResumes(1);
+}
+
+TEST_F(SystemEventsTest, TellsNothingWhenOneOfItsOwnDialogsHasTheFocus) {
+  page().evaluate("setTimeout(() => alert('Read this')); return true");
+  widget("push button", "OK").press();
+  waitUntil([&] { return !hasWidget("alert"); }, "the alert goes away");
+  expectResumes(0);
+}
+
+struct Zone {
+  const char* name;
+  const char* variable;
+  const char* published;
+};
+
+class TimeZoneVariableTest : public TestPageTest, public testing::WithParamInterface<Zone> {
+ protected:
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.environment = {{"TZ", GetParam().variable}}};
+  }
+};
+
+TEST_P(TimeZoneVariableTest, IsPublishedBeforeThePagesFirstScriptAndWithEveryRefresh) {
+  openTestPage("bridge.html");
+  EXPECT_EQ(page().evaluate("return window.zoneAtFirstScript"), GetParam().published);
+  page().waitUntilTrue("window.events.length > 0", "the time zone was announced");
+  page().evaluate("window.NavoraSystemTimeZone = 'old'; await roundTrip()");
+  EXPECT_EQ(page().evaluate("return window.NavoraSystemTimeZone"), GetParam().published);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Variable, TimeZoneVariableTest,
+    testing::Values(Zone{"Name", "Pacific/Auckland", "Pacific/Auckland"},
+                    Zone{"NameAfterAColon", ":America/New_York", "America/New_York"},
+                    Zone{"PathOfAZone", ":/usr/share/zoneinfo/Europe/Berlin", "Europe/Berlin"},
+                    Zone{"UnknownName", "Nowhere/Invented", "Nowhere/Invented"},
+                    Zone{"TextThatIsNoScript", "A'\\\"`</script><!--\xE2\x80\xA8",
+                         "A'\\\"`</script><!--\xE2\x80\xA8"}),
+    [](const auto& zone) { return zone.param.name; });
+
+}  // namespace
+}  // namespace navora::driver
