@@ -33,6 +33,7 @@ std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
 PageDialogs::PageDialogs(WebKitWebView* view, PageBridge& bridge) : view_(view), bridge_(bridge) {
   signals_.emplace_back(view, "script-dialog", G_CALLBACK(onScriptDialog), this);
   signals_.emplace_back(view, "run-file-chooser", G_CALLBACK(onRunFileChooser), this);
+  signals_.emplace_back(view, "print", G_CALLBACK(onPrint), this);
 }
 
 gboolean PageDialogs::onScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer self) {
@@ -43,6 +44,12 @@ gboolean PageDialogs::onScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog,
 gboolean PageDialogs::onRunFileChooser(WebKitWebView*, WebKitFileChooserRequest* request,
                                        gpointer self) {
   static_cast<PageDialogs*>(self)->runFileChooser(request);
+  return TRUE;
+}
+
+// The engine's own dialog would come up for every frame that asks, and it does not say which one
+// does. Pages are not printed on any platform.
+gboolean PageDialogs::onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer) {
   return TRUE;
 }
 

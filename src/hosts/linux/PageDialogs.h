@@ -27,6 +27,7 @@ class PageDialogs {
   static gboolean onScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer self);
   static gboolean onRunFileChooser(WebKitWebView*, WebKitFileChooserRequest* request,
                                    gpointer self);
+  static gboolean onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer);
 
   FrameInfo topFrame() const;
   void runDialog(WebKitScriptDialog* dialog);
