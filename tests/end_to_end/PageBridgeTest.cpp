@@ -201,15 +201,6 @@ TEST_F(PageMessageTest, PublishesTheTimeZoneBeforeThePagesFirstScriptAndAgainAft
   EXPECT_EQ(page().evaluate("return window.NavoraSystemTimeZone"), zone);
 }
 
-TEST_F(PageMessageTest, SpeaksOnceToADocumentThatThePageWritesAnew) {
-  page().evaluate(
-      "document.open(); document.write('<!doctype html><title>Anew</title>');"
-      "document.close(); await roundTrip(); window.events = []; window.watch();"
-      "post('navoraTimeZoneDetection', {}); post('navoraTimeZoneDetection', {});");
-  chooseRussian();
-  EXPECT_EQ(page().evaluate("return window.events.length"), 2);
-}
-
 TEST_F(PageMessageTest, AsksForTheSettingsOnceFromADocumentThatThePageWritesAnew) {
   page().evaluate(
       "document.open(); document.write('<!doctype html><title>Anew</title>');"
