@@ -46,8 +46,7 @@ BenchmarkDesktop::BenchmarkDesktop(bool accessibility)
       [&] { return connection.hasProperty(connection.root(), "_NET_SUPPORTING_WM_CHECK"); },
       "the window manager is ready", driver::defaultTimeout(),
       [this] { return windowManager_->errorText(); });
-  // The engine draws the caret of a text field at every refresh of the display once the pointer has
-  // moved over the page, if carets do not blink, as on this desktop. No page is idle then.
+  // Off the windows: what a page does under the pointer is not measured.
   desktop_.mouse().moveTo({0, 0});
 }
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "end_to_end/driver/Display.h"
+
+namespace navora::bench {
+
+// A small window that takes the keyboard's focus, as when the person at the desktop turns to
+// another program.
+class OtherWindow {
+ public:
+  explicit OtherWindow(driver::Display& display);
+  ~OtherWindow();
+  OtherWindow(const OtherWindow&) = delete;
+  OtherWindow& operator=(const OtherWindow&) = delete;
+
+ private:
+  driver::XConnection& connection_;
+  xcb_window_t window_;
+};
+
+}  // namespace navora::bench
