@@ -147,6 +147,20 @@ TEST_F(HostilePageTest, DropsALinkThatIsRedirectedAbroad) {
   expectNothingForeign();
 }
 
+TEST_F(HostilePageTest, AsksForNoPasswordThatAServerDemands) {
+  const std::pair<std::string, std::string> demand{"WWW-Authenticate", "Basic realm=\"Sign in\""};
+  foreign().serve("/picture", {.body = "", .status = 401, .headers = {demand}});
+  serviceClient().addFault("GET", "/secret",
+                           {{"status", 401}, {"headers", Json::array({demand})}, {"body", "no"}});
+  EXPECT_EQ(page().evaluate("return (await fetch('/secret')).status"), 401);
+  EXPECT_EQ(page().evaluate("const image = new Image();"
+                            "const failed = new Promise((resolve) => { image.onerror = resolve; });"
+                            "image.src = '" +
+                            foreign().url("/picture") + "'; return (await failed).type"),
+            "error");
+  EXPECT_FALSE(hasWidget("password text"));
+}
+
 class HostileFrameTest : public HostilePageTest, public testing::WithParamInterface<const char*> {
  protected:
   std::string frameKind() const override { return GetParam(); }

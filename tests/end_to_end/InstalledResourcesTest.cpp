@@ -34,11 +34,6 @@ class InstalledResourcesTest : public TestPageTest {
   }
   std::filesystem::path catalog() const { return resource("i18n-catalog.json"); }
 
-  void openBridgePage() {
-    openTestPage("bridge.html");
-    page().waitUntilTrue("window.events.length > 0", "the time zone was announced");
-  }
-
   void expectWorkingBridge() {
     EXPECT_NE(page().evaluate("return window.zoneAtFirstScript ?? null"), Json());
     page().evaluate("await roundTrip()");

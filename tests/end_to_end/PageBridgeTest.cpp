@@ -18,14 +18,6 @@ class PageMessageTest : public TestPageTest {
     openBridgePage();
   }
 
-  void openBridgePage() {
-    openTestPage("bridge.html");
-    page().waitUntilTrue("window.events.length > 0", "the time zone was announced");
-  }
-
-  // The application has handled everything that the page sent before.
-  void settle() { page().evaluate("await roundTrip()"); }
-
   // The application itself is asked, behind everything that it has handled.
   bool isRussian() { return hasWidget("frame", "Навора"); }
   bool isEnglish() { return hasWidget("frame", "Navora"); }
@@ -195,10 +187,25 @@ TEST_F(PageMessageTest, IgnoresAnnouncementsThatAreNone) {
 TEST_F(PageMessageTest, PublishesTheTimeZoneBeforeThePagesFirstScriptAndAgainAfterTheMessage) {
   const std::string zone = page().evaluate("return window.zoneAtFirstScript");
   EXPECT_FALSE(zone.empty());
-  EXPECT_EQ(page().evaluate("return window.events"), Json::array({"systemtimezonechange " + zone}));
+  const Json events = page().evaluate("return window.events");
+  // One for the message that was sent before the page's first script, unless the answer was there
+  // before it, too, and one for the message of the test.
+  EXPECT_GE(events.size(), 1u);
+  EXPECT_LE(events.size(), 2u);
+  for (const auto& event : events)
+    EXPECT_EQ(event, "systemtimezonechange " + zone);
   page().evaluate("window.NavoraSystemTimeZone = 'changed by the page'");
   settle();
   EXPECT_EQ(page().evaluate("return window.NavoraSystemTimeZone"), zone);
+}
+
+TEST_F(PageMessageTest, SpeaksOnceToADocumentThatThePageWritesAnew) {
+  page().evaluate(
+      "document.open(); document.write('<!doctype html><title>Anew</title>');"
+      "document.close(); await roundTrip(); window.events = []; window.watch();"
+      "post('navoraTimeZoneDetection', {}); post('navoraTimeZoneDetection', {});");
+  chooseRussian();
+  EXPECT_EQ(page().evaluate("return window.events.length"), 2);
 }
 
 TEST_F(PageMessageTest, AsksForTheSettingsOnceFromADocumentThatThePageWritesAnew) {

@@ -47,8 +47,7 @@ class SystemEventsTest : public TestPageTest {
   void SetUp() override {
     TestPageTest::SetUp();
     if (HasFatalFailure()) return;
-    openTestPage("bridge.html");
-    page().waitUntilTrue("window.events.length > 0", "the time zone was announced");
+    openBridgePage();
     page().evaluate("window.events = []; window.NavoraSystemTimeZone = 'old'");
   }
 
@@ -132,9 +131,8 @@ class TimeZoneVariableTest : public TestPageTest, public testing::WithParamInter
 };
 
 TEST_P(TimeZoneVariableTest, IsPublishedBeforeThePagesFirstScriptAndWithEveryRefresh) {
-  openTestPage("bridge.html");
+  openBridgePage();
   EXPECT_EQ(page().evaluate("return window.zoneAtFirstScript"), GetParam().published);
-  page().waitUntilTrue("window.events.length > 0", "the time zone was announced");
   page().evaluate("window.NavoraSystemTimeZone = 'old'; await roundTrip()");
   EXPECT_EQ(page().evaluate("return window.NavoraSystemTimeZone"), GetParam().published);
 }

@@ -13,6 +13,12 @@ void TestPageTest::openTestPage(const std::string& file, const std::string& quer
                        "the test page " + file);
 }
 
+void TestPageTest::openBridgePage() {
+  openTestPage("bridge.html");
+  // The answer to the first message can come before the page's own first script listens for it.
+  settle();
+}
+
 std::vector<std::string> TestPageTest::openedBeforeMarker() {
   const std::string marker = foreign_.url("/marker");
   page().click("#marker");

@@ -15,6 +15,11 @@ class TestPageTest : public EndToEndTest {
   // server's origin, and `query` ("name=value") fills further places.
   void openTestPage(const std::string& file, const std::string& query = {});
 
+  // The same for bridge.html, with everything behind it that the application says to a new page.
+  void openBridgePage();
+  // The application has handled every message that the bridge page sent before.
+  void settle() { page().evaluate("await roundTrip()"); }
+
   // Clicks a link that does leave the application and waits until it has: whatever an earlier
   // action was going to open, it has opened by then. Gives what was opened before.
   std::vector<std::string> openedBeforeMarker();

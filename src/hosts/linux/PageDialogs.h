@@ -28,6 +28,7 @@ class PageDialogs {
   static gboolean onRunFileChooser(WebKitWebView*, WebKitFileChooserRequest* request,
                                    gpointer self);
   static gboolean onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer);
+  static gboolean onAuthenticate(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer);
 
   FrameInfo topFrame() const;
   void runDialog(WebKitScriptDialog* dialog);
