@@ -45,6 +45,8 @@ bool NavoraAppDelegate::applicationShouldHandleReopen(bool) {
   return true;
 }
 
+void NavoraAppDelegate::applicationDidReceiveCaptureRequest() {}
+
 bool NavoraAppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
   return false;
 }

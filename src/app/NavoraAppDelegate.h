@@ -32,6 +32,7 @@ class NavoraAppDelegate final : public ApplicationDelegate,
 
   void applicationDidFinishLaunching() override;
   bool applicationShouldHandleReopen(bool hasVisibleWindows) override;
+  void applicationDidReceiveCaptureRequest() override;
   bool applicationShouldTerminateAfterLastWindowClosed() override;
   void applicationDidBecomeActive() override;
   void applicationWillTerminate() override;

@@ -10,6 +10,8 @@ class ApplicationDelegate {
   virtual void applicationDidFinishLaunching() = 0;
   // The user starts the running application again; true lets the platform do its usual part too.
   virtual bool applicationShouldHandleReopen(bool hasVisibleWindows) = 0;
+  // Another launch asks the running application for the quick capture panel.
+  virtual void applicationDidReceiveCaptureRequest() = 0;
   virtual bool applicationShouldTerminateAfterLastWindowClosed() = 0;
   virtual void applicationDidBecomeActive() = 0;
   virtual void applicationWillTerminate() = 0;

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "platform/Geometry.h"
+#include "platform/WindowAppearance.h"
 
 namespace navora {
 
@@ -35,6 +36,9 @@ class MainWindow {
   virtual void setTitle(const std::string& title) = 0;
   // Fills the window with the view.
   virtual void setContentView(std::shared_ptr<WebView> webView) = 0;
+  // Gives the view the keyboard focus within the window.
+  virtual void makeContentViewFirstResponder() = 0;
+  virtual void setAppearance(WindowAppearance appearance) = 0;
   virtual bool isMiniaturized() const = 0;
   virtual void deminiaturize() = 0;
   virtual void makeKeyAndOrderFront() = 0;

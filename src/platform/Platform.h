@@ -3,8 +3,12 @@
 #include <memory>
 
 #include "platform/Application.h"
+#include "platform/CapturePanel.h"
 #include "platform/Dialogs.h"
 #include "platform/ErrorView.h"
+#include "platform/HotKeys.h"
+#include "platform/HttpSession.h"
+#include "platform/MainQueue.h"
 #include "platform/MainWindow.h"
 #include "platform/Resources.h"
 #include "platform/System.h"
@@ -22,6 +26,8 @@ class Platform {
 
   virtual Application& application() = 0;
   virtual Dialogs& dialogs() = 0;
+  virtual HotKeys& hotKeys() = 0;
+  virtual MainQueue& mainQueue() = 0;
   virtual Resources& resources() = 0;
   virtual System& system() = 0;
   virtual UserDefaults& userDefaults() = 0;
@@ -34,6 +40,11 @@ class Platform {
   // Over the content view of `window`, on top of everything added before.
   virtual std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                                    const ErrorViewDescription& description) = 0;
+  // The delegate must outlive the panel.
+  virtual std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
+                                                         CapturePanelDelegate& delegate) = 0;
+  virtual std::unique_ptr<HttpSession> makeHttpSession(
+      const HttpSessionConfiguration& configuration) = 0;
 };
 
 }  // namespace navora

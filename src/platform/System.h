@@ -6,13 +6,10 @@
 #include <string>
 #include <vector>
 
-namespace navora {
+#include "platform/ObserverToken.h"
+#include "support/Date.h"
 
-// Keeps a registration alive: releasing it ends the registration.
-class ObserverToken {
- public:
-  virtual ~ObserverToken() = default;
-};
+namespace navora {
 
 // Facts about the machine and the user's session, read anew at every call.
 class System {
@@ -24,6 +21,9 @@ class System {
   virtual std::vector<std::string> preferredLanguages() const = 0;
   // IANA identifier of the current time zone, as the system reports it.
   virtual std::string timeZoneIdentifier() const = 0;
+  virtual Date now() const = 0;
+  // A fresh random UUID (version 4) in its textual form, lower case.
+  virtual std::string randomUuid() const = 0;
 
   // Callbacks come on the main thread.
   virtual std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) = 0;

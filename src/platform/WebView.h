@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/HttpCookie.h"
 #include "platform/PlatformError.h"
 #include "platform/WebRequest.h"
 #include "support/Expected.h"
@@ -47,6 +48,7 @@ class WebView {
  public:
   using EvaluationResult = Expected<Json, PlatformError>;
   using EvaluationCompletion = std::function<void(EvaluationResult)>;
+  using CookiesCompletion = std::function<void(std::vector<HttpCookie>)>;
 
   virtual ~WebView() = default;
 
@@ -65,6 +67,10 @@ class WebView {
   // unless the view goes first. An undefined result reads as null.
   virtual void evaluateJavaScript(const std::string& script,
                                   EvaluationCompletion completion = {}) = 0;
+
+  // Every cookie in the view's store, whichever host it is for. The completion is called once,
+  // later, unless the view goes first; without a readable store the list is empty.
+  virtual void allCookies(CookiesCompletion completion) = 0;
 };
 
 }  // namespace navora

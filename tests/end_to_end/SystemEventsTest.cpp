@@ -1,5 +1,6 @@
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 #include <xcb/xcb.h>
@@ -63,17 +64,23 @@ class SystemEventsTest : public TestPageTest {
                          "the page was told to resume");
   }
 
-  // So many resumes, each behind a publication of the time zone, and nothing else.
+  // So many resumes and no more, each right behind a publication of the time zone.
   void expectResumes(int count) {
     waitForResumes(count);
-    page().evaluate("await roundTrip()");
-    Json expected = Json::array();
-    for (int index = 0; index < count; ++index) {
-      expected.push_back(std::string("systemtimezonechange ") + zone);
-      expected.push_back(std::string("resume ") + zone);
+    settle();
+    const std::string publication = std::string("systemtimezonechange ") + zone;
+    const std::vector<std::string> events = page().evaluate("return window.events");
+    int resumes = 0;
+    std::string previous;
+    for (const std::string& event : events) {
+      if (event != publication) {
+        EXPECT_EQ(event, std::string("resume ") + zone);
+        EXPECT_EQ(previous, publication);
+        ++resumes;
+      }
+      previous = event;
     }
-    expected.push_back(std::string("systemtimezonechange ") + zone);
-    EXPECT_EQ(page().evaluate("return window.events"), expected);
+    EXPECT_EQ(resumes, count);
   }
 };
 
