@@ -9,8 +9,8 @@
 namespace navora {
 
 // Stops by location from 0 to 1. The line runs through the middle of the painted path's bounds in
-// the direction of `angle` (degrees, counter-clockwise from the x axis) and is as long as the bounds
-// need for their outermost corners to get the end colours.
+// the direction of `angle` (degrees, counter-clockwise from the x axis) and is as long as the
+// bounds need for their outermost corners to get the end colours.
 struct LinearGradient {
   struct Stop {
     double location = 0;

@@ -51,9 +51,9 @@ class CapturePanelDelegate : public CaptureEditorDelegate {
   virtual void systemAppearanceDidChange(bool dark) = 0;
 };
 
-// The floating panel of the quick capture: no title bar, over all windows of every work space, movable
-// by its background. It takes the keyboard focus without activating the application. It is made
-// hidden and lives as long as its controller.
+// The floating panel of the quick capture: no title bar, over all windows of every work space,
+// movable by its background. It takes the keyboard focus without activating the application. It is
+// made hidden and lives as long as its controller.
 class CapturePanel {
  public:
   static constexpr double messageFontSize = 12;

@@ -1,6 +1,6 @@
-#include "platform/CapturePanel.h"
-
 #include <algorithm>
+
+#include "platform/CapturePanel.h"
 
 namespace navora {
 

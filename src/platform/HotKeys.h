@@ -29,7 +29,8 @@ class HotKeys {
 
   virtual ~HotKeys() = default;
 
-  // `onPressed` may be called outside of the normal flow of events: it must do no more than schedule.
+  // `onPressed` may be called outside of the normal flow of events: it must do no more than
+  // schedule.
   virtual Status installEventHandler(std::function<void()> onPressed) = 0;
   virtual void removeEventHandler() = 0;
   // Fails if another application has taken the combination.

@@ -35,6 +35,15 @@ void FakeMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   contentView_ = std::move(webView);
 }
 
+void FakeMainWindow::makeContentViewFirstResponder() {
+  log_.record("window.makeContentViewFirstResponder");
+}
+
+void FakeMainWindow::setAppearance(WindowAppearance appearance) {
+  log_.record("window.setAppearance");
+  appearance_ = appearance;
+}
+
 void FakeMainWindow::deminiaturize() {
   log_.record("window.deminiaturize");
   miniaturized_ = false;

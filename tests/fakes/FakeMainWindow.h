@@ -24,6 +24,7 @@ class FakeMainWindow final : public MainWindow {
   const std::string& title() const { return title_; }
   const std::shared_ptr<WebView>& contentView() const { return contentView_; }
   bool isVisible() const { return visible_; }
+  WindowAppearance appearance() const { return appearance_; }
   const std::shared_ptr<Overlays>& overlays() const { return overlays_; }
 
   // What the user does. Miniaturizing keeps the window from being visible.
@@ -32,6 +33,8 @@ class FakeMainWindow final : public MainWindow {
 
   void setTitle(const std::string& title) override;
   void setContentView(std::shared_ptr<WebView> webView) override;
+  void makeContentViewFirstResponder() override;
+  void setAppearance(WindowAppearance appearance) override;
   bool isMiniaturized() const override { return miniaturized_; }
   void deminiaturize() override;
   void makeKeyAndOrderFront() override;
@@ -43,6 +46,7 @@ class FakeMainWindow final : public MainWindow {
   MainWindowDelegate& delegate_;
   std::string title_;
   std::shared_ptr<WebView> contentView_;
+  WindowAppearance appearance_ = WindowAppearance::system;
   bool visible_ = false;
   bool miniaturized_ = false;
   std::shared_ptr<Overlays> overlays_ = std::make_shared<Overlays>();

@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "platform/System.h"
+#include "platform/ObserverToken.h"
 
 namespace navora {
 

@@ -26,6 +26,10 @@ FakeErrorView& FakePlatform::errorView() const {
   return present(overlays.empty() ? nullptr : overlays.back(), __LINE__);
 }
 
+FakeCapturePanel& FakePlatform::capturePanel() const {
+  return present(captureDesktop_.panel, __LINE__);
+}
+
 std::shared_ptr<MainWindow> FakePlatform::makeMainWindow(const MainWindowDescription& description,
                                                          MainWindowDelegate& delegate) {
   auto window = std::make_shared<FakeMainWindow>(log_, description, delegate);
@@ -43,6 +47,16 @@ std::unique_ptr<ErrorView> FakePlatform::makeErrorView(MainWindow& window,
                                                        const ErrorViewDescription& description) {
   auto& ours = dynamic_cast<FakeMainWindow&>(window);
   return std::make_unique<FakeErrorView>(log_, ours, description);
+}
+
+std::unique_ptr<CapturePanel> FakePlatform::makeCapturePanel(Size contentSize,
+                                                             CapturePanelDelegate& delegate) {
+  return std::make_unique<FakeCapturePanel>(log_, captureDesktop_, contentSize, delegate);
+}
+
+std::unique_ptr<HttpSession> FakePlatform::makeHttpSession(
+    const HttpSessionConfiguration& configuration) {
+  return std::make_unique<FakeHttpSession>(network_, configuration);
 }
 
 }  // namespace navora

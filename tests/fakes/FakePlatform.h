@@ -4,8 +4,12 @@
 
 #include "fakes/EventLog.h"
 #include "fakes/FakeApplication.h"
+#include "fakes/FakeCapturePanel.h"
 #include "fakes/FakeDialogs.h"
 #include "fakes/FakeErrorView.h"
+#include "fakes/FakeHotKeys.h"
+#include "fakes/FakeHttpSession.h"
+#include "fakes/FakeMainQueue.h"
 #include "fakes/FakeMainWindow.h"
 #include "fakes/FakeResources.h"
 #include "fakes/FakeSystem.h"
@@ -25,9 +29,14 @@ class FakePlatform final : public Platform {
   FakeMainWindow& window() const;
   FakeWebView& webView() const;
   FakeErrorView& errorView() const;
+  FakeCapturePanel& capturePanel() const;
+  FakeCapturePanel::Desktop& captureDesktop() { return captureDesktop_; }
+  FakeHttpSession::Network& network() { return *network_; }
 
   FakeApplication& application() override { return application_; }
   FakeDialogs& dialogs() override { return dialogs_; }
+  FakeHotKeys& hotKeys() override { return hotKeys_; }
+  FakeMainQueue& mainQueue() override { return mainQueue_; }
   FakeResources& resources() override { return resources_; }
   FakeSystem& system() override { return system_; }
   MemoryUserDefaults& userDefaults() override { return userDefaults_; }
@@ -38,15 +47,23 @@ class FakePlatform final : public Platform {
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                            const ErrorViewDescription& description) override;
+  std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
+                                                 CapturePanelDelegate& delegate) override;
+  std::unique_ptr<HttpSession> makeHttpSession(
+      const HttpSessionConfiguration& configuration) override;
 
  private:
   EventLog log_;
   FakeApplication application_{log_};
   FakeDialogs dialogs_{log_};
+  FakeHotKeys hotKeys_{log_};
+  FakeMainQueue mainQueue_;
   FakeResources resources_;
   FakeSystem system_{log_};
   MemoryUserDefaults userDefaults_;
   FakeWorkspace workspace_{log_};
+  FakeCapturePanel::Desktop captureDesktop_;
+  std::shared_ptr<FakeHttpSession::Network> network_ = std::make_shared<FakeHttpSession::Network>();
   std::weak_ptr<FakeMainWindow> window_;
   std::weak_ptr<FakeWebView> webView_;
 };

@@ -15,6 +15,12 @@ std::optional<std::string> FakeSystem::environmentVariable(const std::string& na
   return variable->second;
 }
 
+std::string FakeSystem::randomUuid() const {
+  const std::string number = std::to_string(nextUuid++);
+  const std::string prefix = "00000000-0000-4000-8000-abcdef000000";
+  return prefix.substr(0, prefix.size() - number.size()) + number;
+}
+
 std::unique_ptr<ObserverToken> FakeSystem::observeTimeZoneChange(std::function<void()> callback) {
   log_.record("system.observeTimeZoneChange");
   return timeZoneObservers_.add(std::move(callback));

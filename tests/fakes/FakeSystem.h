@@ -18,6 +18,10 @@ class FakeSystem final : public System {
   std::map<std::string, std::string> environment;
   std::vector<std::string> languages;
   std::string timeZone = "Europe/Moscow";
+  Date time = dateFromSecondsSince1970(1'700'000'000);
+
+  // The number in the UUID that is made next; every UUID has its own.
+  mutable int nextUuid = 1;
 
   // The user or the system moves to another zone.
   void changeTimeZone(std::string identifier);
@@ -29,6 +33,8 @@ class FakeSystem final : public System {
   std::optional<std::string> environmentVariable(const std::string& name) const override;
   std::vector<std::string> preferredLanguages() const override { return languages; }
   std::string timeZoneIdentifier() const override { return timeZone; }
+  Date now() const override { return time; }
+  std::string randomUuid() const override;
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;
 

@@ -58,4 +58,15 @@ void FakeWebView::evaluateJavaScript(const std::string& script, EvaluationComple
   evaluations_.push_back(std::move(completion));
 }
 
+void FakeWebView::allCookies(CookiesCompletion completion) {
+  cookieQuestions_.push_back(std::move(completion));
+}
+
+void FakeWebView::answerCookies() {
+  if (cookieQuestions_.empty()) fatalError("Nobody asked for cookies", "FakeWebView", __LINE__);
+  const auto completion = std::move(cookieQuestions_.front());
+  cookieQuestions_.pop_front();
+  completion(cookies);
+}
+
 }  // namespace navora

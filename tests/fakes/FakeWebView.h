@@ -39,6 +39,12 @@ class FakeWebView final : public WebView {
   void setUrl(std::optional<Url> url) { url_ = std::move(url); }
   // The page posts a message. One for a handler without a registration cannot be posted.
   void post(const std::string& handler, const std::string& body, const FrameInfo& frame);
+  // What the store holds; every question is answered with it later.
+  std::vector<HttpCookie> cookies;
+  // Answers the oldest question for the cookies.
+  void answerCookies();
+  std::size_t cookieQuestions() const { return cookieQuestions_.size(); }
+  std::size_t evaluationsUnderWay() const { return evaluations_.size(); }
   // Ends the oldest evaluation that is still under way.
   void finishEvaluation(EvaluationResult result);
 
@@ -48,6 +54,7 @@ class FakeWebView final : public WebView {
   void load(const PlatformRequest& request) override;
   std::optional<Url> url() const override { return url_; }
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
+  void allCookies(CookiesCompletion completion) override;
 
  private:
   EventLog& log_;
@@ -58,6 +65,7 @@ class FakeWebView final : public WebView {
   std::vector<const PlatformRequest*> requestLoads_;
   std::vector<std::string> scripts_;
   std::deque<EvaluationCompletion> evaluations_;
+  std::deque<CookiesCompletion> cookieQuestions_;
   std::optional<Url> url_;
 };
 

@@ -1,0 +1,37 @@
+#include "fakes/FakeCaptureEditor.h"
+
+#include <algorithm>
+
+#include "support/FatalError.h"
+
+namespace navora {
+
+void FakeCaptureEditor::type(const std::string& text) {
+  if (!editable_) fatalError("The editor is read-only", "FakeCaptureEditor", __LINE__);
+  text_ = text;
+  delegate_.editorTextDidChange();
+}
+
+void FakeCaptureEditor::loseFocus() {
+  focused_ = false;
+  delegate_.editorDidChangeFocus(false);
+}
+
+void FakeCaptureEditor::clear() {
+  log_.record("editor.clear");
+  text_.clear();
+}
+
+void FakeCaptureEditor::makeFirstResponder() {
+  log_.record("editor.makeFirstResponder");
+  if (focused_) return;
+  focused_ = true;
+  delegate_.editorDidChangeFocus(true);
+}
+
+double FakeCaptureEditor::textHeight() {
+  const auto lines = 1 + std::ranges::count(text_, '\n');
+  return static_cast<double>(lines) * style_.lineHeight;
+}
+
+}  // namespace navora

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <string>
+
+#include "fakes/EventLog.h"
+#include "platform/CaptureEditorView.h"
+
+namespace navora {
+
+// An editor in which the test types. A line is as high as the style says, and never wraps.
+class FakeCaptureEditor final : public CaptureEditorView {
+ public:
+  FakeCaptureEditor(EventLog& log, CaptureEditorDelegate& delegate)
+      : log_(log), delegate_(delegate) {}
+
+  bool isEditable() const { return editable_; }
+  bool isFocused() const { return focused_; }
+  const CaptureEditorStyle& style() const { return style_; }
+  const std::string& placeholder() const { return placeholder_; }
+  const std::string& accessibilityLabel() const { return accessibilityLabel_; }
+
+  // The user replaces the text. One that is not editable cannot be typed in: a fatal error.
+  void type(const std::string& text);
+  // Whether the application took the key from the editor.
+  bool press(const KeyEvent& event, bool composing = false) const {
+    return delegate_.editorKeyDown(event, composing);
+  }
+  bool pressEquivalent(const KeyEvent& event, bool composing = false) const {
+    return delegate_.editorKeyEquivalent(event, composing);
+  }
+  void loseFocus();
+
+  std::string text() const override { return text_; }
+  void clear() override;
+  void setEditable(bool editable) override { editable_ = editable; }
+  void setStyle(const CaptureEditorStyle& style) override { style_ = style; }
+  void setPlaceholder(const std::string& text) override { placeholder_ = text; }
+  void setAccessibilityLabel(const std::string& label) override { accessibilityLabel_ = label; }
+  void makeFirstResponder() override;
+  void moveCaretToEnd() override { log_.record("editor.moveCaretToEnd"); }
+  double textHeight() override;
+
+ private:
+  EventLog& log_;
+  CaptureEditorDelegate& delegate_;
+  std::string text_;
+  bool editable_ = true;
+  bool focused_ = false;
+  CaptureEditorStyle style_;
+  std::string placeholder_;
+  std::string accessibilityLabel_;
+};
+
+}  // namespace navora
