@@ -36,6 +36,7 @@ NavoraAppDelegate::~NavoraAppDelegate() {
 void NavoraAppDelegate::applicationDidFinishLaunching() {
   makeWindow();
   observeSystem();
+  makeQuickCapture();
   loadLogin();
   showWindow();
 }
@@ -45,7 +46,9 @@ bool NavoraAppDelegate::applicationShouldHandleReopen(bool) {
   return true;
 }
 
-void NavoraAppDelegate::applicationDidReceiveCaptureRequest() {}
+void NavoraAppDelegate::applicationDidReceiveCaptureRequest() {
+  quickCapture();
+}
 
 bool NavoraAppDelegate::applicationShouldTerminateAfterLastWindowClosed() {
   return false;
@@ -55,7 +58,9 @@ void NavoraAppDelegate::applicationDidBecomeActive() {
   refreshAfterResume();
 }
 
-void NavoraAppDelegate::applicationWillTerminate() {}
+void NavoraAppDelegate::applicationWillTerminate() {
+  captureShortcut_.reset();
+}
 
 bool NavoraAppDelegate::windowShouldClose() {
   window_->orderOut();
@@ -93,7 +98,7 @@ void NavoraAppDelegate::makeNavigation() {
       std::make_unique<DesktopNavigation>(origin_, platform_.dialogs(), platform_.workspace());
   navigation_->window = window_;
   navigation_->onStart = [this] { errorView_->hide(); };
-  navigation_->onLoad = [this] { errorView_->hide(); };
+  navigation_->onLoad = [this] { pageDidLoad(); };
   navigation_->onFailure = [this](const PlatformError&) { errorView_->show(); };
   webView_->setNavigationDelegate(navigation_.get());
   webView_->setPageDialogDelegate(navigation_.get());
@@ -110,8 +115,32 @@ void NavoraAppDelegate::observeSystem() {
   wakeObserver_ = platform_.system().observeWake([this] { refreshAfterResume(); });
 }
 
+void NavoraAppDelegate::makeQuickCapture() {
+  captureFocus_ =
+      std::make_unique<CaptureFocus>(*webView_, *window_, platform_.mainQueue(), origin_);
+  quickCapturePanel_ = std::make_unique<DesktopQuickCapture>(platform_, webView_, origin_);
+  quickCapturePanel_->onLogin = [this] {
+    showWindow();
+    const auto url = webView_->url();
+    if (!url || url->path() != "/login") loadLogin();
+  };
+  captureShortcut_ = std::make_unique<CaptureShortcut>(
+      platform_.hotKeys(), platform_.mainQueue(), platform_.system(), [this] { quickCapture(); });
+}
+
+void NavoraAppDelegate::quickCapture() {
+  if (!restartPrepared_) quickCapturePanel_->show();
+}
+
 void NavoraAppDelegate::loadLogin() {
   webView_->load(WebRequest{origin_.appendingPathComponent("login")});
+}
+
+void NavoraAppDelegate::pageDidLoad() {
+  errorView_->hide();
+  const auto url = webView_->url();
+  if (url && url->path() == "/") quickCapturePanel_->resumeAfterLogin();
+  if (captureFocus_->capturePending || captureFocus_->pendingDestination) captureFocus_->start();
 }
 
 void NavoraAppDelegate::reload() {
@@ -151,6 +180,8 @@ void NavoraAppDelegate::didReceiveScriptMessage(const ScriptMessage& message) {
 
   if (message.name == "navoraLocale") {
     handleLocaleMessage(*body);
+  } else if (message.name == "navoraCaptureAppearance") {
+    handleAppearanceMessage(*body);
   } else if (message.name == "navoraTimeZoneDetection") {
     refreshSystemTimeZone();
   }
@@ -166,8 +197,16 @@ void NavoraAppDelegate::handleLocaleMessage(const Json& body) {
   rebuildInterface();
 }
 
+void NavoraAppDelegate::handleAppearanceMessage(const Json& body) {
+  const auto appearance = CaptureAppearance::read(body);
+  if (!appearance) return;
+  quickCapturePanel_->syncAppearance(body);
+  window_->setAppearance(appearance->windowAppearance());
+}
+
 void NavoraAppDelegate::rebuildInterface() {
   window_->setTitle(L(productName));
+  quickCapturePanel_->refreshLocale();
   errorView_->refreshLocale();
 }
 

@@ -4,7 +4,10 @@
 #include <optional>
 #include <string>
 
+#include "app/CaptureFocus.h"
+#include "app/CaptureShortcut.h"
 #include "app/LoadFailureView.h"
+#include "capture/DesktopQuickCapture.h"
 #include "navigation/DesktopNavigation.h"
 #include "platform/Application.h"
 #include "platform/MainWindow.h"
@@ -47,12 +50,14 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void showWindow();
   // Loads the page again, past the local cache; the origin itself where no page of it is shown.
   void reload();
+  // Opens the quick capture panel.
+  void quickCapture();
   // Opens what `reload` would load in the user's browser.
   void openInBrowser();
   // Publishes the current system time zone to the page.
   void refreshSystemTimeZone();
-  // While an update restart is prepared, nothing may reload the page: it has put away what the user
-  // was doing.
+  // While an update restart is prepared, nothing may reload the page or open the panel: what the
+  // user was doing has been put away.
   bool restartPrepared() const { return restartPrepared_; }
   void setRestartPrepared(bool prepared) { restartPrepared_ = prepared; }
   // Lets the page catch up after the system woke or the application became active.
@@ -64,10 +69,13 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void makeNavigation();
   void makeErrorView();
   void observeSystem();
+  void makeQuickCapture();
   void loadLogin();
+  void pageDidLoad();
 
   std::optional<Url> currentServiceUrl() const;
   void handleLocaleMessage(const Json& body);
+  void handleAppearanceMessage(const Json& body);
   void rebuildInterface();
 
   Platform& platform_;
@@ -79,8 +87,11 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   std::unique_ptr<DesktopNavigation> navigation_;
   std::shared_ptr<WebView> webView_;
   std::unique_ptr<LoadFailureView> errorView_;
+  std::unique_ptr<CaptureFocus> captureFocus_;
   std::unique_ptr<ObserverToken> timeZoneObserver_;
   std::unique_ptr<ObserverToken> wakeObserver_;
+  std::unique_ptr<DesktopQuickCapture> quickCapturePanel_;
+  std::unique_ptr<CaptureShortcut> captureShortcut_;
 };
 
 }  // namespace navora

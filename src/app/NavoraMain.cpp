@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/DesktopLocale.h"
+#include "capture/QuickCapturePolicy.h"
 #include "navigation/DesktopOrigin.h"
 
 namespace navora {
@@ -10,6 +11,7 @@ namespace {
 
 void runSelfTests() {
   DesktopOrigin::selfTest();
+  QuickCapturePolicy::selfTest();
   DesktopLocale::selfTest();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <string>
 
 namespace navora {
 
@@ -15,5 +16,8 @@ constexpr double secondsSince1970(Date date) {
 constexpr Date dateFromSecondsSince1970(double seconds) {
   return Date(std::chrono::duration<double>(seconds));
 }
+
+// Whole seconds in UTC, as "2026-11-21T04:14:12Z".
+std::string iso8601(Date date);
 
 }  // namespace navora

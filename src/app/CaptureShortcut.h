@@ -1,0 +1,45 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/HotKeys.h"
+#include "platform/MainQueue.h"
+#include "platform/System.h"
+#include "support/Lifetime.h"
+
+namespace navora {
+
+// Command+Shift+Space opens the quick capture: from any application through a system-wide hot key,
+// and in the application's own windows through a monitor, which keeps the key from the page.
+class CaptureShortcut {
+ public:
+  // Both doors must outlive this object. `onPressed` is called on the main thread.
+  CaptureShortcut(HotKeys& hotKeys, MainQueue& queue, const System& system,
+                  std::function<void()> onPressed);
+  ~CaptureShortcut();
+
+  CaptureShortcut(const CaptureShortcut&) = delete;
+  CaptureShortcut& operator=(const CaptureShortcut&) = delete;
+
+  // Another application has the combination: it works in the application's own windows only.
+  bool isTaken() const { return taken_; }
+
+ private:
+  void installEventHandler();
+  void registerHotKey();
+  void debug(const std::string& line) const;
+
+  HotKeys& hotKeys_;
+  MainQueue& queue_;
+  const std::function<void()> onPressed_;
+  const bool debugging_;
+  bool installed_ = false;
+  bool registered_ = false;
+  bool taken_ = false;
+  std::unique_ptr<ObserverToken> localMonitor_;
+  Lifetime lifetime_;
+};
+
+}  // namespace navora

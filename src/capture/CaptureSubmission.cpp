@@ -1,0 +1,134 @@
+#include "capture/CaptureSubmission.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "app/DesktopLocale.h"
+#include "capture/QuickCapturePolicy.h"
+#include "navigation/DesktopOrigin.h"
+#include "support/Text.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* modelScript = R"((() => {
+  const provider = document.querySelector('#ai-provider');
+  const model = document.querySelector('#ai-model');
+  const result = {};
+  if (provider?.options.length) {
+    result.provider = provider.value || 'fallback';
+    if (['openrouter','openai','gemini'].includes(result.provider) && model?.value) result.model = model.value;
+  }
+  return result;
+})())";
+
+std::string uppercased(std::string text) {
+  std::ranges::transform(text, text.begin(), [](char character) {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                                : character;
+  });
+  return text;
+}
+
+bool isObjectOfStrings(const Json& value) {
+  return value.is_object() &&
+         std::ranges::all_of(value, [](const Json& member) { return member.is_string(); });
+}
+
+bool isRefusal(int status) {
+  return status >= 400 && status <= 499 && status != 409;
+}
+
+CaptureError unconfirmedBy(const Json& reply) {
+  const Json* error = objectMember(reply, "error");
+  if (const auto text = error ? stringMember(*error, "message") : std::nullopt) {
+    return CaptureError::message([text = *text] { return text; });
+  }
+  return CaptureError::message(
+      [] { return L("Сервер не подтвердил сохранение. Черновик остался здесь."); });
+}
+
+}  // namespace
+
+CaptureSubmission::CaptureSubmission(CaptureClient& client, const System& system,
+                                     std::weak_ptr<WebView> webView, Url origin)
+    : client_(client), system_(system), webView_(std::move(webView)), origin_(std::move(origin)) {}
+
+bool CaptureSubmission::maySend(const std::string& text) const {
+  return !unconfirmed_ || (attempt_ && attempt_->raw == text);
+}
+
+Task<CaptureSubmission::Result> CaptureSubmission::send(std::string text,
+                                                        CaptureClient::Trace trace) {
+  const bool wasUnconfirmed = unconfirmed_;
+  const auto cookie = co_await client_.cookieHeader();
+  if (!cookie) co_return Unexpected(cookie.error());
+  const auto account = co_await signedInAccount(*cookie, trace);
+  if (!account) co_return Unexpected(account.error());
+  if (attempt_ && attempt_->account != *account) {
+    co_return Unexpected(CaptureError{CaptureError::Kind::changedAccount});
+  }
+  if (!attempt_ || attempt_->raw != text) {
+    auto made = co_await makeAttempt(text, *account, trace.flowId);
+    if (!made) co_return Unexpected(CaptureError{CaptureError::Kind::network});
+    attempt_ = std::move(made);
+  }
+  // From here on the service may have the note, whatever becomes of the answer.
+  unconfirmed_ = true;
+  const auto reply = co_await client_.post("/api/captures", *cookie, trace.sessionId, *attempt_);
+  if (!reply) co_return Unexpected(reply.error());
+  co_return judge(*reply, wasUnconfirmed);
+}
+
+Task<Expected<std::string, CaptureError>> CaptureSubmission::signedInAccount(
+    std::string cookie, CaptureClient::Trace trace) {
+  const auto reply = co_await client_.get("/api/auth/me", std::move(cookie), std::move(trace));
+  if (!reply) co_return Unexpected(reply.error());
+  const Json* user = reply->status == 200 ? objectMember(reply->body, "user") : nullptr;
+  auto id = user ? stringMember(*user, "id") : std::nullopt;
+  if (!id) co_return Unexpected(CaptureError{CaptureError::Kind::login});
+  co_return *std::move(id);
+}
+
+Task<std::optional<CaptureAttempt>> CaptureSubmission::makeAttempt(std::string text,
+                                                                   std::string account,
+                                                                   std::string flowId) {
+  Json body{{"raw", text}};
+  const Json model = co_await chosenModel();
+  for (const char* key : {"provider", "model"}) {
+    if (const auto value = stringMember(model, key)) body[key] = *value;
+  }
+  if (!isValidUtf8(text)) co_return std::nullopt;
+  // A page can make texts that are no valid UTF-8; they must not make the note unsendable.
+  const std::string written = body.dump(-1, ' ', false, Json::error_handler_t::replace);
+  co_return CaptureAttempt{std::move(text), "mac-" + uppercased(system_.randomUuid()),
+                           std::move(account), written, std::move(flowId)};
+}
+
+Task<Json> CaptureSubmission::chosenModel() {
+  const auto webView = webView_.lock();
+  const auto url = webView ? webView->url() : std::nullopt;
+  if (!url || !DesktopOrigin::contains(*url, origin_)) co_return Json::object();
+  const auto result = co_await awaitCallback<WebView::EvaluationResult>(
+      [webView](Callback<WebView::EvaluationResult> done) {
+        webView->evaluateJavaScript(modelScript, std::move(done));
+      });
+  co_return result&& isObjectOfStrings(*result) ? *result : Json::object();
+}
+
+CaptureSubmission::Result CaptureSubmission::judge(const CaptureClient::Reply& reply,
+                                                   bool wasUnconfirmed) {
+  if (!wasUnconfirmed && isRefusal(reply.status)) {
+    // A first sending that is refused outright has stored nothing.
+    unconfirmed_ = false;
+    return Unexpected(unconfirmedBy(reply.body));
+  }
+  if (reply.status != 202 || !QuickCapturePolicy::confirmed(reply.body, origin_)) {
+    return Unexpected(unconfirmedBy(reply.body));
+  }
+  attempt_.reset();
+  unconfirmed_ = false;
+  return Receipt{*stringMember(reply.body, "captureId"), *stringMember(reply.body, "jobId")};
+}
+
+}  // namespace navora

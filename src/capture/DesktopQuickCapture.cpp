@@ -1,0 +1,163 @@
+#include "capture/DesktopQuickCapture.h"
+
+#include <utility>
+
+#include "capture/CapturePanelGeometry.h"
+#include "capture/CaptureTexts.h"
+#include "capture/QuickCapturePolicy.h"
+#include "support/Text.h"
+
+namespace navora {
+
+DesktopQuickCapture::DesktopQuickCapture(Platform& platform, std::weak_ptr<WebView> webView,
+                                         Url origin)
+    : platform_(platform),
+      client_(platform, webView, origin),
+      submission_(client_, platform.system(), webView, origin),
+      telemetry_(client_, platform.mainQueue(), platform.system()),
+      palette_(surface_.palette),
+      messageText_(CaptureTexts::hint),
+      panel_(platform.makeCapturePanel(CapturePanelGeometry::initialSize, *this)) {
+  telemetry_.attemptFlowId = [this]() -> std::optional<std::string> {
+    if (!submission_.attempt()) return std::nullopt;
+    return submission_.attempt()->flowId;
+  };
+  setSubmitEnabled(false);
+  restoreAppearance();
+  refreshLocale();
+}
+
+DesktopQuickCapture::~DesktopQuickCapture() = default;
+
+void DesktopQuickCapture::show() {
+  refreshLocale();
+  if (panel_->isVisible()) {
+    panel_->makeKeyAndOrderFront();
+    panel_->editor().makeFirstResponder();
+    return;
+  }
+  if (telemetry_.inputCount() == 0 && panel_->editor().text().empty() && !submission_.attempt()) {
+    telemetry_.restartClock();
+  }
+  telemetry_.record("native_opened");
+  previousApplication_ = platform_.workspace().frontmostApplication();
+  place();
+  updateLayout();
+  panel_->makeKeyAndOrderFront();
+  panel_->editor().makeFirstResponder();
+  panel_->editor().moveCaretToEnd();
+}
+
+void DesktopQuickCapture::place() {
+  Workspace& workspace = platform_.workspace();
+  const auto screen = CapturePanelGeometry::screen(workspace.screens(), workspace.mainScreen(),
+                                                   workspace.mouseLocation());
+  if (screen) panel_->setFrame(CapturePanelGeometry::openingFrame(screen->visibleFrame));
+}
+
+void DesktopQuickCapture::hide(bool restoreFocus) {
+  if (!panel_->isVisible()) {
+    panel_->orderOut();
+    return;
+  }
+  const std::string draft = panel_->editor().text();
+  if (!busy_ && !draft.empty()) {
+    telemetry_.record("native_abandoned", {{"inputChars", reportedLength(draft)}});
+  }
+  panel_->orderOut();
+  if (restoreFocus && previousApplication_ && !previousApplication_->isTerminated()) {
+    previousApplication_->activate();
+  }
+}
+
+bool DesktopQuickCapture::preventsRestart() const {
+  return busy_ || submission_.isUnconfirmed() || !trimmedText().empty();
+}
+
+void DesktopQuickCapture::hideForRestart() {
+  panel_->orderOut();
+}
+
+void DesktopQuickCapture::refreshLocale() {
+  panel_->setTitle(CaptureTexts::title());
+  panel_->editor().setAccessibilityLabel(CaptureTexts::editorLabel());
+  refreshPlaceholder();
+  panel_->setSubmitToolTip(CaptureTexts::submitToolTip());
+  panel_->setSubmitAccessibilityLabel(CaptureTexts::submitLabel());
+  panel_->setMessage(messageText_());
+  updateLayout();
+}
+
+void DesktopQuickCapture::setMessage(CaptureMessage message) {
+  messageText_ = std::move(message);
+  panel_->setMessage(messageText_());
+}
+
+bool DesktopQuickCapture::editorKeyDown(const KeyEvent& event, bool composing) {
+  if (!composing && event.keyCode == KeyEvent::escapeKey) {
+    hide(true);
+    return true;
+  }
+  return editorKeyEquivalent(event, composing);
+}
+
+bool DesktopQuickCapture::editorKeyEquivalent(const KeyEvent& event, bool composing) {
+  if (!QuickCapturePolicy::shouldSubmit(event.keyCode, event.modifiers, composing)) return false;
+  submit();
+  return true;
+}
+
+void DesktopQuickCapture::editorTextDidChange() {
+  const std::string text = trimmedText();
+  const bool tooLong = utf16Length(text) > QuickCapturePolicy::maximumTextLength;
+  telemetry_.record("native_input", {{"inputChars", reportedLength(text)},
+                                     {"inputCount", telemetry_.countInput()}});
+  if (text.empty() && !submission_.isUnconfirmed()) submission_.forgetAttempt();
+  setSubmitEnabled(!busy_ && QuickCapturePolicy::validText(text));
+  if (tooLong) {
+    setMessage(CaptureTexts::tooLong);
+  } else if (!busy_ && !submission_.isUnconfirmed()) {
+    setMessage(CaptureTexts::hint);
+  }
+  updateLayout();
+}
+
+void DesktopQuickCapture::editorDidChangeFocus(bool focused) {
+  surface_.focused = focused;
+  panel_->redrawSurface();
+}
+
+void DesktopQuickCapture::panelDidResignKey() {
+  hide(false);
+}
+
+void DesktopQuickCapture::submitButtonPressed() {
+  submit();
+}
+
+std::string DesktopQuickCapture::trimmedText() const {
+  return trimmed(panel_->editor().text());
+}
+
+void DesktopQuickCapture::setSubmitEnabled(bool enabled) {
+  submitButton_.enabled = enabled;
+  panel_->setSubmitEnabled(enabled);
+  panel_->redrawSubmitButton();
+}
+
+void DesktopQuickCapture::updateLayout() {
+  CapturePanelLayout layout{.padding = palette_.padding};
+  layout.editorHeight = CapturePanelGeometry::editorHeight(
+      panel_->editor().textHeight(), palette_.fontSize, panel_->screenVisibleFrame());
+  const Rectangle frame = panel_->frame();
+  const double messageWidth = CapturePanelGeometry::messageWidth(frame.width, palette_.padding);
+  layout.messageHeight =
+      CapturePanelGeometry::messageHeight(panel_->messageTextHeight(messageWidth));
+  panel_->setLayout(layout);
+  panel_->setFrame(CapturePanelGeometry::withHeight(
+      frame, CapturePanelGeometry::panelHeight(layout.editorHeight, layout.messageHeight,
+                                               layout.padding)));
+  panel_->redrawSurface();
+}
+
+}  // namespace navora

@@ -1,0 +1,97 @@
+// What the user sees of a submission.
+#include <utility>
+
+#include "capture/CaptureTexts.h"
+#include "capture/DesktopQuickCapture.h"
+#include "capture/QuickCapturePolicy.h"
+
+namespace navora {
+namespace {
+
+constexpr double busyOpacity = 0.65;
+
+const char* reasonOf(CaptureError::Kind kind) {
+  switch (kind) {
+    case CaptureError::Kind::message:
+      return "unconfirmed";
+    case CaptureError::Kind::login:
+      return "login";
+    case CaptureError::Kind::changedAccount:
+      return "account_changed";
+    case CaptureError::Kind::network:
+      break;
+  }
+  return "network";
+}
+
+}  // namespace
+
+void DesktopQuickCapture::submit() {
+  const std::string text = trimmedText();
+  if (busy_ || !QuickCapturePolicy::validText(text)) return;
+  if (!submission_.maySend(text)) {
+    setMessage(CaptureTexts::unconfirmedText);
+    updateLayout();
+    return;
+  }
+  beginBusy();
+  telemetry_.record("native_submit", {{"inputChars", reportedLength(text)},
+                                      {"durationMs", telemetry_.millisecondsSinceStart()}});
+  sending_ = send(text);
+}
+
+void DesktopQuickCapture::beginBusy() {
+  busy_ = true;
+  panel_->editor().setEditable(false);
+  setSubmitEnabled(false);
+  panel_->setSubmitOpacity(busyOpacity);
+  setMessage(CaptureTexts::saving);
+  updateLayout();
+}
+
+void DesktopQuickCapture::endBusy() {
+  busy_ = false;
+  // A text that may have been stored must stay as it is: only the same text can be sent again.
+  panel_->editor().setEditable(!submission_.isUnconfirmed());
+  setSubmitEnabled(QuickCapturePolicy::validText(trimmedText()));
+  panel_->setSubmitOpacity(1);
+  updateLayout();
+}
+
+Task<> DesktopQuickCapture::send(std::string text) {
+  const auto result = co_await submission_.send(
+      std::move(text), CaptureClient::Trace{telemetry_.sessionId(), telemetry_.flowId()});
+  if (result) {
+    noteAccepted(*result);
+  } else {
+    noteFailed(result.error());
+  }
+  endBusy();
+}
+
+void DesktopQuickCapture::noteAccepted(const CaptureSubmission::Receipt& receipt) {
+  telemetry_.record("native_accepted",
+                    {{"captureId", receipt.captureId}, {"jobId", receipt.jobId}});
+  panel_->editor().clear();
+  telemetry_.startNewFlow();
+  setMessage(CaptureTexts::hint);
+  hide(true);
+}
+
+void DesktopQuickCapture::noteFailed(const CaptureError& error) {
+  telemetry_.record("native_failed", {{"reason", reasonOf(error.kind)}});
+  setMessage(CaptureTexts::failure(error, submission_.isUnconfirmed()));
+  if (error.kind != CaptureError::Kind::login) return;
+  awaitingLogin_ = true;
+  hide(false);
+  if (onLogin) onLogin();
+}
+
+void DesktopQuickCapture::resumeAfterLogin() {
+  if (!awaitingLogin_) return;
+  awaitingLogin_ = false;
+  setMessage(CaptureTexts::loginDone);
+  show();
+}
+
+}  // namespace navora

@@ -1,0 +1,63 @@
+#include "capture/QuickCapturePolicy.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "navigation/DesktopOrigin.h"
+#include "platform/KeyEvent.h"
+#include "support/Text.h"
+
+namespace navora {
+namespace {
+
+constexpr std::string_view jobPathPrefix = "/api/jobs/";
+
+bool isHexDigit(char character) {
+  return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
+         (character >= 'A' && character <= 'F');
+}
+
+bool isUuid(std::string_view text) {
+  if (text.size() != 36) return false;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const bool isDashPlace = index == 8 || index == 13 || index == 18 || index == 23;
+    if (isDashPlace ? text[index] != '-' : !isHexDigit(text[index])) return false;
+  }
+  return true;
+}
+
+bool isStatusUrlOf(const Url& url, std::string_view jobId, const Url& origin) {
+  if (!DesktopOrigin::contains(url, origin)) return false;
+  if (url.query() || url.fragment()) return false;
+  return url.path() == std::string(jobPathPrefix) + std::string(jobId);
+}
+
+}  // namespace
+
+bool QuickCapturePolicy::shouldSubmit(std::uint16_t keyCode, std::uint32_t modifiers,
+                                      bool composing) {
+  if (composing) return false;
+  if (keyCode != KeyEvent::returnKey && keyCode != KeyEvent::keypadEnterKey) return false;
+  return (modifiers & (KeyEvent::command | KeyEvent::control)) != 0;
+}
+
+bool QuickCapturePolicy::validText(std::string_view text) {
+  return !text.empty() && utf16Length(text) <= maximumTextLength;
+}
+
+bool QuickCapturePolicy::confirmed(const Json& reply, const Url& origin) {
+  const auto captureId = stringMember(reply, "captureId");
+  const auto jobId = stringMember(reply, "jobId");
+  const auto statusUrl = stringMember(reply, "statusUrl");
+  if (!captureId || !isUuid(*captureId)) return false;
+  if (!jobId || !isUuid(*jobId)) return false;
+  if (!statusUrl) return false;
+  const auto url = origin.resolve(*statusUrl);
+  return url && isStatusUrlOf(*url, *jobId, origin);
+}
+
+std::size_t reportedLength(std::string_view text) {
+  return std::min(utf16Length(text), QuickCapturePolicy::maximumTextLength);
+}
+
+}  // namespace navora
