@@ -112,6 +112,7 @@ class Service::Parts {
   ~Parts() {
     front_.reset();
     if (!thread_.joinable()) return;
+    storage_.captures.changes().close();
     server_.stop();
     thread_.join();
   }
@@ -151,7 +152,7 @@ class Service::Parts {
   }
 
   Storage storage_;
-  TelemetryCounts telemetry_;
+  TelemetryLog telemetry_;
   httplib::Server server_;
   Pages pages_;
   Api api_;

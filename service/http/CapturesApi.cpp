@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <charconv>
+#include <chrono>
 #include <utility>
 
 #include "http/Routes.h"
@@ -12,6 +14,7 @@ namespace {
 constexpr std::size_t rawLimit = 10000;
 constexpr std::size_t keyLimit = 200;
 constexpr std::size_t fileNameLimit = 120;
+constexpr std::chrono::seconds longPoll(20);
 
 bool isIdempotencyKey(const std::string& key) {
   return !key.empty() && key.size() <= keyLimit &&
@@ -96,7 +99,19 @@ void addAttachmentRoutes(Api& api, Storage& storage) {
 void addCaptureRoutes(Api& api, Storage& storage, Milliseconds jobDelay,
                       std::function<void()> jobAdded) {
   api.get("/api/captures", [&storage](ApiCall& call) {
-    call.reply({{"captures", storage.captures.list(call.user.id)}});
+    // Read before the notes: a change in between is reported once more rather than lost.
+    const auto version = storage.captures.changes().version(call.user.id);
+    call.reply({{"captures", storage.captures.list(call.user.id)}, {"version", version}});
+  });
+  api.get("/api/captures/changes", [&storage](ApiCall& call) {
+    const std::string after = call.request.get_param_value("after");
+    CaptureChanges::Version known = 0;
+    const auto [end, error] = std::from_chars(after.data(), after.data() + after.size(), known);
+    if (error != std::errc() || end != after.data() + after.size()) {
+      call.fail(400, "invalid_version", "Name the version that you know.");
+      return;
+    }
+    call.reply({{"version", storage.captures.changes().wait(call.user.id, known, longPoll)}});
   });
   api.post("/api/captures", [&storage, jobDelay, jobAdded](ApiCall& call) {
     const auto capture = readCapture(call);

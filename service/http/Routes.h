@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
@@ -10,15 +11,24 @@
 
 namespace navora::service {
 
-/// How many telemetry events arrived since start, by name.
-class TelemetryCounts {
+/// The telemetry events that arrived since start, the last ones of very many.
+class TelemetryLog {
  public:
-  void add(const std::string& event);
-  std::map<std::string, std::size_t> read() const;
+  static constexpr std::size_t mostEvents = 10000;
+
+  /// `event` is an object whose "event" is its name.
+  void add(const User& user, const Json& event);
+
+  /// How many there were, by name.
+  std::map<std::string, std::size_t> counts() const;
+
+  /// Each as it came, with the user's name as "account", oldest first.
+  Json events() const;
 
  private:
   mutable std::mutex mutex_;
   std::map<std::string, std::size_t> counts_;
+  std::deque<Json> events_;
 };
 
 void addSettingsRoutes(Api& api, Storage& storage);
@@ -26,7 +36,7 @@ void addNotificationRoutes(Api& api, Storage& storage);
 void addCirclesRoutes(Api& api, Storage& storage);
 void addCalendarRoutes(Api& api, Storage& storage);
 void addExportRoutes(Api& api, Storage& storage);
-void addTelemetryRoutes(Api& api, TelemetryCounts& counts);
+void addTelemetryRoutes(Api& api, TelemetryLog& log);
 
 /// `jobDelay`: how long the processing of a note takes. `jobAdded` is called after each new job.
 void addCaptureRoutes(Api& api, Storage& storage, Milliseconds jobDelay,

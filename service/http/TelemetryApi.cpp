@@ -7,18 +7,26 @@ constexpr std::size_t batchLimit = 100;
 
 }  // namespace
 
-void TelemetryCounts::add(const std::string& event) {
+void TelemetryLog::add(const User& user, const Json& event) {
   const std::lock_guard lock(mutex_);
-  ++counts_[event];
+  ++counts_[event["event"].get<std::string>()];
+  events_.push_back(event);
+  events_.back()["account"] = user.name;
+  if (events_.size() > mostEvents) events_.pop_front();
 }
 
-std::map<std::string, std::size_t> TelemetryCounts::read() const {
+std::map<std::string, std::size_t> TelemetryLog::counts() const {
   const std::lock_guard lock(mutex_);
   return counts_;
 }
 
-void addTelemetryRoutes(Api& api, TelemetryCounts& counts) {
-  api.post("/api/telemetry", [&counts](ApiCall& call) {
+Json TelemetryLog::events() const {
+  const std::lock_guard lock(mutex_);
+  return Json(events_);
+}
+
+void addTelemetryRoutes(Api& api, TelemetryLog& log) {
+  api.post("/api/telemetry", [&log](ApiCall& call) {
     const auto body = call.object();
     if (!body) return;
     const Json events = body->value("events", Json());
@@ -31,7 +39,7 @@ void addTelemetryRoutes(Api& api, TelemetryCounts& counts) {
       return;
     }
     for (const Json& event : events)
-      counts.add(event["event"].get<std::string>());
+      log.add(call.user, event);
     call.reply({{"accepted", events.size()}}, 202);
   });
 }

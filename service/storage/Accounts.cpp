@@ -56,4 +56,10 @@ void Accounts::signEverybodyOut() {
   transaction.commit();
 }
 
+void Accounts::moveSessions(const User& user) {
+  Database::Transaction transaction(database_);
+  database_.run("UPDATE sessions SET user_id = ?", user.id);
+  transaction.commit();
+}
+
 }  // namespace navora::service

@@ -32,6 +32,8 @@ class Accounts {
   std::optional<User> sessionUser(const std::string& token);
   void signOut(const std::string& token);
   void signEverybodyOut();
+  /// Makes every session one of this user.
+  void moveSessions(const User& user);
 
  private:
   Database& database_;

@@ -1,5 +1,7 @@
 #include "storage/Captures.h"
 
+#include <set>
+
 #include "jobs/NoteDigest.h"
 #include "support/Identifiers.h"
 
@@ -17,11 +19,14 @@ std::optional<AcceptedCapture> Captures::add(const std::string& userId, const Ne
   Database::Transaction transaction(database_);
   if (capture.idempotencyKey) {
     Statement earlier = database_.prepare(
-        "SELECT raw, capture_id, job_id FROM idempotency_keys WHERE user_id = ? AND key = ?",
-        userId, *capture.idempotencyKey);
+        "SELECT idempotency_keys.raw, capture_id, job_id, "
+        "captures.id IS NULL OR (provider IS ? AND model IS ?) "
+        "FROM idempotency_keys LEFT JOIN captures ON captures.id = capture_id "
+        "WHERE idempotency_keys.user_id = ? AND key = ?",
+        capture.provider, capture.model, userId, *capture.idempotencyKey);
     if (earlier.step()) {
       transaction.commit();
-      if (earlier.text(0) != capture.raw) return std::nullopt;
+      if (earlier.text(0) != capture.raw || earlier.integer(3) == 0) return std::nullopt;
       return AcceptedCapture{earlier.text(1), earlier.text(2)};
     }
   }
@@ -39,6 +44,7 @@ std::optional<AcceptedCapture> Captures::add(const std::string& userId, const Ne
         userId, *capture.idempotencyKey, capture.raw, accepted.captureId, accepted.jobId);
   }
   transaction.commit();
+  changes_.raise(userId);
   return accepted;
 }
 
@@ -77,12 +83,24 @@ Json Captures::attachments(const std::string& captureId) {
   return found;
 }
 
+std::map<std::string, std::string> Captures::idempotencyKeys(const std::string& userId) {
+  Database::Transaction transaction(database_);
+  std::map<std::string, std::string> keys;
+  Statement row =
+      database_.prepare("SELECT capture_id, key FROM idempotency_keys WHERE user_id = ?", userId);
+  while (row.step())
+    keys[row.text(0)] = row.text(1);
+  transaction.commit();
+  return keys;
+}
+
 bool Captures::remove(const std::string& userId, const std::string& id) {
   Database::Transaction transaction(database_);
   const bool removed =
       database_.run("DELETE FROM captures WHERE id = ? AND user_id = ?", id, userId) > 0;
   if (removed) notifications_.resolveCapture(userId, id);
   transaction.commit();
+  if (removed) changes_.raise(userId);
   return removed;
 }
 
@@ -119,6 +137,7 @@ std::optional<Json> Captures::attach(const std::string& userId, const std::strin
     added = Json{{"id", id}, {"name", attachment.name}, {"size", attachment.content.size()}};
   }
   transaction.commit();
+  if (added) changes_.raise(userId);
   return added;
 }
 
@@ -141,18 +160,21 @@ std::optional<Milliseconds> Captures::finishDueJobs(Milliseconds now) {
       "SELECT id FROM jobs WHERE state = 'running' AND due_at <= ? ORDER BY due_at, rowid", now);
   while (row.step())
     due.push_back(row.text(0));
+  std::set<std::string> users;
   for (const std::string& jobId : due)
-    finishJob(jobId);
+    users.insert(finishJob(jobId));
 
   std::optional<Milliseconds> next;
   Statement waiting =
       database_.prepare("SELECT due_at FROM jobs WHERE state = 'running' ORDER BY due_at LIMIT 1");
   if (waiting.step()) next = waiting.integer(0);
   transaction.commit();
+  for (const std::string& userId : users)
+    changes_.raise(userId);
   return next;
 }
 
-void Captures::finishJob(const std::string& jobId) {
+std::string Captures::finishJob(const std::string& jobId) {
   Statement row = database_.prepare(
       "SELECT captures.id, user_id, raw FROM jobs JOIN captures ON captures.id = capture_id "
       "WHERE jobs.id = ?",
@@ -166,6 +188,7 @@ void Captures::finishJob(const std::string& jobId) {
                                    {"lead", "Your note is ready:"},
                                    {"text", digest.title},
                                    {"data", {{"pushTitle", "Note processed"}}}});
+  return row.text(1);
 }
 
 }  // namespace navora::service

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "storage/CaptureChanges.h"
 #include "storage/Database.h"
 #include "storage/Notifications.h"
 #include "support/Json.h"
@@ -34,13 +36,16 @@ class Captures {
   Captures(Database& database, Notifications& notifications)
       : database_(database), notifications_(notifications) {}
 
-  /// Stores a note and its job, which is due at `dueAt`. The same key with the same text gives the
-  /// same capture and job again; the same key with another text gives nothing.
+  /// Stores a note and its job, which is due at `dueAt`. The same key with the same note gives the
+  /// same capture and job again; the same key with another text, provider or model gives nothing.
   std::optional<AcceptedCapture> add(const std::string& userId, const NewCapture& capture,
                                      Milliseconds dueAt);
 
   /// All notes, newest first, as JSON objects with their job's state and their attachments.
   Json list(const std::string& userId);
+
+  /// From the id of a note to the idempotency key that it came with, where there was one.
+  std::map<std::string, std::string> idempotencyKeys(const std::string& userId);
 
   /// False when the user has no such note.
   bool remove(const std::string& userId, const std::string& id);
@@ -56,12 +61,17 @@ class Captures {
   /// Returns when the next job is due, if one is waiting.
   std::optional<Milliseconds> finishDueJobs(Milliseconds now);
 
+  /// Raised after every change of a note, its job or its attachments.
+  CaptureChanges& changes() { return changes_; }
+
  private:
   Json attachments(const std::string& captureId);
-  void finishJob(const std::string& jobId);
+  /// Returns whose note it was.
+  std::string finishJob(const std::string& jobId);
 
   Database& database_;
   Notifications& notifications_;
+  CaptureChanges changes_;
 };
 
 }  // namespace navora::service

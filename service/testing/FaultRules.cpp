@@ -42,6 +42,13 @@ class Members {
 
   void requireTrue(const char* name) { valid_ = valid_ && object_[name] == true; }
 
+  bool flag(const char* name) {
+    if (!has(name)) return false;
+    if (object_[name].is_boolean()) return object_[name].get<bool>();
+    valid_ = false;
+    return false;
+  }
+
   HeaderList headers(const char* name) {
     HeaderList list;
     if (!has(name)) return list;
@@ -67,7 +74,11 @@ std::chrono::milliseconds duration(Members& members, const char* name) {
 
 Fault redirect(Members& members) {
   const int status = members.has("status") ? static_cast<int>(members.number("status", 399)) : 302;
-  return AnswerFault{status, {{"Location", members.text("redirect", "")}}, "", "text/plain"};
+  return AnswerFault{status,
+                     {{"Location", members.text("redirect", "")}},
+                     "",
+                     "text/plain",
+                     members.flag("process")};
 }
 
 Fault answer(Members& members) {
@@ -75,7 +86,7 @@ Fault answer(Members& members) {
   HeaderList headers = members.headers("headers");
   std::string body = members.text("body", "");
   return AnswerFault{status, std::move(headers), std::move(body),
-                     members.text("contentType", "application/json")};
+                     members.text("contentType", "application/json"), members.flag("process")};
 }
 
 std::optional<Fault> drop(Members& members) {
@@ -93,12 +104,12 @@ std::optional<Fault> valid(const Members& members, std::optional<Fault> fault) {
 std::optional<Fault> parseFault(const Json& json) {
   const auto has = [&](const char* name) { return json.is_object() && json.contains(name); };
   if (has("redirect")) {
-    Members members(json, {"redirect", "status"});
+    Members members(json, {"redirect", "status", "process"});
     Fault fault = redirect(members);
     return valid(members, std::move(fault));
   }
   if (has("status")) {
-    Members members(json, {"status", "headers", "body", "contentType"});
+    Members members(json, {"status", "headers", "body", "contentType", "process"});
     Fault fault = answer(members);
     return valid(members, std::move(fault));
   }
@@ -113,8 +124,9 @@ std::optional<Fault> parseFault(const Json& json) {
     return valid(members, std::move(fault));
   }
   if (has("oversize")) {
-    Members members(json, {"oversize"});
-    Fault fault = OversizeFault{members.number("oversize", sizeLimit)};
+    Members members(json, {"oversize", "process"});
+    const std::size_t bytes = members.number("oversize", sizeLimit);
+    Fault fault = OversizeFault{bytes, members.flag("process")};
     return valid(members, std::move(fault));
   }
   if (has("slow")) {

@@ -20,6 +20,7 @@ struct AnswerFault {
   HeaderList headers;
   std::string body;
   std::string contentType;
+  bool processed;  ///< Only after the service has done what was asked.
 };
 struct DelayFault {
   std::chrono::milliseconds duration;
@@ -32,6 +33,7 @@ struct DropFault {
 };
 struct OversizeFault {
   std::size_t bytes;
+  bool processed;
 };
 struct GarbageFault {};
 struct SlowFault {

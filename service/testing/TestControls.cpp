@@ -56,7 +56,7 @@ std::uint64_t numberMember(const Json& object, const char* name, std::uint64_t f
 
 }  // namespace
 
-TestControls::TestControls(Storage& storage, const TelemetryCounts& telemetry,
+TestControls::TestControls(Storage& storage, const TelemetryLog& telemetry,
                            std::string defaultAccount)
     : storage_(storage), telemetry_(telemetry), defaultAccount_(std::move(defaultAccount)) {}
 
@@ -69,7 +69,11 @@ std::string TestControls::answer(const WireRequest& request, const Connection& c
   if (path == "/__test/faults") return faultRules(request);
   if (path == "/__test/driver.js" && get) return driverScript();
   if (path.starts_with(driverPrefix)) return driver(request, connection);
-  if (path == "/__test/telemetry" && get) return reply(telemetry_.read());
+  if (path == "/__test/telemetry" && get) return reply(telemetry_.counts());
+  if (path == "/__test/telemetry/events" && get) return reply(telemetry_.events());
+  if (path == "/__test/captures" && get) return captures(request);
+  if (path == "/__test/cookies" && post) return setCookies(request);
+  if (path == "/__test/sessions/account" && post) return moveSessions(request);
   if (path == "/__test/sessions/clear" && post) {
     storage_.accounts.signEverybodyOut();
     return empty(204);
@@ -156,13 +160,47 @@ std::string TestControls::evaluate(const std::string& name, const Json& body,
   return answer ? reply(*answer) : failure(504, "No page answered in time.");
 }
 
+User TestControls::namedUser(const WireRequest& request) {
+  const auto parameters = queryParameters(request.query());
+  const auto named = parameters.find("account");
+  return storage_.accounts.user(named == parameters.end() ? defaultAccount_ : named->second);
+}
+
+std::string TestControls::captures(const WireRequest& request) {
+  const User user = namedUser(request);
+  const auto keys = storage_.captures.idempotencyKeys(user.id);
+  Json list = storage_.captures.list(user.id);
+  for (Json& capture : list) {
+    const auto key = keys.find(capture["id"].get<std::string>());
+    capture["idempotencyKey"] = key == keys.end() ? Json() : Json(key->second);
+  }
+  return reply(list);
+}
+
+std::string TestControls::moveSessions(const WireRequest& request) {
+  const User user = namedUser(request);
+  storage_.accounts.moveSessions(user);
+  return reply({{"id", user.id}, {"name", user.name}});
+}
+
+std::string TestControls::setCookies(const WireRequest& request) {
+  const Json cookies = body(request);
+  const bool texts =
+      cookies.is_array() && std::all_of(cookies.begin(), cookies.end(), [](const Json& cookie) {
+        return cookie.is_string() &&
+               cookie.get<std::string>().find_first_of("\r\n") == std::string::npos;
+      });
+  if (!texts) return failure(422, "Send a JSON array of cookies, a line each.");
+  HeaderList headers{{"Cache-Control", "no-store"}};
+  for (const Json& cookie : cookies)
+    headers.emplace_back("Set-Cookie", cookie.get<std::string>());
+  return answerBytes(204, "", "", headers);
+}
+
 std::string TestControls::changeUser(const WireRequest& request) {
   const Json content = body(request);
   if (!content.is_object()) return failure(422, "Send a JSON object.");
-  const auto parameters = queryParameters(request.query());
-  const auto named = parameters.find("account");
-  const User user =
-      storage_.accounts.user(named == parameters.end() ? defaultAccount_ : named->second);
+  const User user = namedUser(request);
   if (request.path() == "/__test/notifications") {
     return reply(storage_.notifications.add(user.id, content), 201);
   }

@@ -15,7 +15,7 @@ namespace navora::service {
 /// scripts run in pages, and changes behind the user's back.
 class TestControls {
  public:
-  TestControls(Storage& storage, const TelemetryCounts& telemetry, std::string defaultAccount);
+  TestControls(Storage& storage, const TelemetryLog& telemetry, std::string defaultAccount);
 
   RequestLog& log() { return log_; }
   FaultRules& faults() { return faults_; }
@@ -32,9 +32,15 @@ class TestControls {
                          const Connection& connection);
   std::string evaluate(const std::string& name, const Json& body, const Connection& connection);
   std::string changeUser(const WireRequest& request);
+  std::string captures(const WireRequest& request);
+  std::string moveSessions(const WireRequest& request);
+  std::string setCookies(const WireRequest& request);
+
+  /// Whom "?account=NAME" names, or the first account.
+  User namedUser(const WireRequest& request);
 
   Storage& storage_;
-  const TelemetryCounts& telemetry_;
+  const TelemetryLog& telemetry_;
   std::string defaultAccount_;
   RequestLog log_;
   FaultRules faults_;

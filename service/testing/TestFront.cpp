@@ -18,6 +18,7 @@ struct FaultPerformer {
   std::function<std::optional<std::string>()> properAnswer;
 
   void operator()(const AnswerFault& fault) const {
+    if (fault.processed) properAnswer();
     const bool headOnly = request.method == "HEAD";
     connection.send(
         answerBytes(fault.status, fault.contentType, headOnly ? "" : fault.body, fault.headers));
@@ -43,6 +44,7 @@ struct FaultPerformer {
   }
 
   void operator()(const OversizeFault& fault) const {
+    if (fault.processed) properAnswer();
     const std::string before = R"({"padding":")";
     const std::string after = R"("})";
     std::string body = before;

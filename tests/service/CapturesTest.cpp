@@ -84,6 +84,22 @@ TEST_F(Captures, SameKeyWithAnotherTextIsAConflict) {
   EXPECT_EQ(notes().size(), 1U);
 }
 
+TEST_F(Captures, SameKeyWithAnotherProviderOrModelIsAConflict) {
+  const Json note{{"raw", "x"}, {"provider", "openai"}, {"model", "fast"}};
+  const Json first = post(note, "mac-1").json();
+  EXPECT_EQ(post({{"raw", "x"}, {"provider", "gemini"}, {"model", "fast"}}, "mac-1").status, 409);
+  EXPECT_EQ(post({{"raw", "x"}, {"provider", "openai"}}, "mac-1").status, 409);
+  EXPECT_EQ(post(note, "mac-1").json(), first);
+  EXPECT_EQ(notes().size(), 1U);
+}
+
+TEST_F(Captures, KeyOfADeletedNoteStillNamesIt) {
+  const Json first = post({{"raw", "x"}}, "mac-1").json();
+  client->request("DELETE", "/api/captures/" + first["captureId"].get<std::string>());
+  EXPECT_EQ(post({{"raw", "x"}}, "mac-1").json(), first);
+  EXPECT_EQ(notes().size(), 0U);
+}
+
 TEST_F(Captures, WithoutAKeyEveryPostIsANote) {
   post({{"raw", "x"}});
   post({{"raw", "x"}});

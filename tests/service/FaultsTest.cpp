@@ -123,6 +123,19 @@ TEST_F(Faults, OversizeHasExactlyTheSizeAndIsJson) {
   }
 }
 
+TEST_F(Faults, AnswerCanComeAfterTheRequestWasProcessed) {
+  const Json actions = Json::array({{{"status", 500}, {"process", true}},
+                                    {{"redirect", "/login"}, {"process", true}},
+                                    {{"oversize", 100}, {"process", true}}});
+  for (std::size_t index = 0; index < actions.size(); ++index) {
+    add(actions[index], "/api/captures", {{"method", "POST"}});
+    const Reply reply = client->sendJson("POST", "/api/captures", {{"raw", "x"}});
+    EXPECT_NE(reply.status, 202);
+    EXPECT_NE(reply.status, 0);
+    EXPECT_EQ(client->get("/api/captures").json()["captures"].size(), index + 1);
+  }
+}
+
 TEST_F(Faults, RedirectPointsAnywhere) {
   add({{"redirect", "http://127.0.0.1:9/x"}});
   EXPECT_EQ(me().status, 302);
@@ -173,6 +186,8 @@ TEST_F(Faults, RulesThatDescribeNoSingleFaultAreRefused) {
       {{"path", "/x"}, {"action", {{"slow", {{"bytes", 0}, {"interval", 1}}}}}},
       {{"path", "/x"}, {"action", {{"slow", 3}}}},
       {{"path", "/x"}, {"action", {{"delay", -1}}}},
+      {{"path", "/x"}, {"action", {{"status", 500}, {"process", 1}}}},
+      {{"path", "/x"}, {"action", {{"hang", true}, {"process", true}}}},
       {{"path", "/x"}, {"action", {{"explode", true}}}},
       {{"path", "/x"}, {"times", 0}, {"action", {{"hang", true}}}},
       {{"path", "/x"}, {"action", {{"hang", true}}}, {"more", 1}},

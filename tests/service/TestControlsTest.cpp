@@ -13,6 +13,8 @@ TEST_F(TestControls, AreAbsentWithoutTheOption) {
       {"POST", "/__test/faults"},         {"DELETE", "/__test/faults"},
       {"GET", "/__test/driver.js"},       {"POST", "/__test/driver/main/evaluate"},
       {"POST", "/__test/sessions/clear"}, {"POST", "/__test/settings"},
+      {"GET", "/__test/captures"},        {"GET", "/__test/telemetry/events"},
+      {"POST", "/__test/cookies"},        {"POST", "/__test/sessions/account"},
       {"POST", "/__test/notifications"},  {"GET", "/__test/pages/a.html"}};
   for (const auto& [method, path] : requests) {
     EXPECT_EQ(client->request(method, path, "{}").status, 404) << method << " " << path;
@@ -77,6 +79,63 @@ TEST_F(TestControls, EverybodyCanBeSignedOut) {
   client->signIn();
   EXPECT_EQ(client->request("POST", "/__test/sessions/clear").status, 204);
   EXPECT_EQ(client->get("/api/auth/me").status, 401);
+}
+
+TEST_F(TestControls, NotesAreListedWithTheirKeys) {
+  start({"--test", "--account", "ann:1", "--account", "bo:2"});
+  client->signIn("bo", "2");
+  client->sendJson("POST", "/api/captures", {{"raw", "one"}}, {{"Idempotency-Key", "mac-1"}});
+  client->sendJson("POST", "/api/captures", {{"raw", "two"}});
+  const Json notes = client->get("/__test/captures?account=bo").json();
+  ASSERT_EQ(notes.size(), 2U);
+  EXPECT_EQ(notes[0]["raw"], "two");
+  EXPECT_TRUE(notes[0]["idempotencyKey"].is_null());
+  EXPECT_EQ(notes[1]["raw"], "one");
+  EXPECT_EQ(notes[1]["idempotencyKey"], "mac-1");
+  EXPECT_EQ(client->get("/__test/captures").json(), Json::array());
+}
+
+TEST_F(TestControls, SessionsCanBecomeAnotherAccounts) {
+  start({"--test"});
+  client->signIn();
+  const Json before = client->get("/api/auth/me").json()["user"];
+  const Json other = client->request("POST", "/__test/sessions/account?account=other").json();
+  const Json after = client->get("/api/auth/me").json()["user"];
+  EXPECT_EQ(after, other);
+  EXPECT_EQ(after["name"], "other");
+  EXPECT_NE(after["id"], before["id"]);
+  client->request("POST", "/__test/sessions/account?account=demo");
+  EXPECT_EQ(client->get("/api/auth/me").json()["user"], before);
+}
+
+TEST_F(TestControls, CookiesAreSetAsTheyAreWritten) {
+  start({"--test"});
+  const Json cookies = Json::array({"tolvin_session=a; Path=/api", "b=c; Secure; Max-Age=0"});
+  const Reply reply = client->sendJson("POST", "/__test/cookies", cookies);
+  EXPECT_EQ(reply.status, 204);
+  std::vector<std::string> set;
+  for (const auto& [name, value] : reply.headers) {
+    if (name == "Set-Cookie") set.push_back(value);
+  }
+  EXPECT_EQ(Json(set), cookies);
+  const Json wrong = Json::array({"a=b\r\nX-More: c"});
+  EXPECT_EQ(client->sendJson("POST", "/__test/cookies", wrong).status, 422);
+  EXPECT_EQ(client->sendJson("POST", "/__test/cookies", {{"a", "b"}}).status, 422);
+}
+
+TEST_F(TestControls, TelemetryEventsAreKeptAsTheyCame) {
+  start({"--test"});
+  client->signIn();
+  const Json events = Json::array({{{"event", "native_opened"}, {"seq", 1}},
+                                   {{"event", "native_input"}, {"inputChars", 4}, {"seq", 2}}});
+  EXPECT_EQ(client->sendJson("POST", "/api/telemetry", {{"events", events}}).status, 202);
+  Json kept = client->get("/__test/telemetry/events").json();
+  ASSERT_EQ(kept.size(), 2U);
+  for (Json& event : kept) {
+    EXPECT_EQ(event["account"], "demo");
+    event.erase("account");
+  }
+  EXPECT_EQ(kept, events);
 }
 
 TEST_F(TestControls, SettingsCanBeChangedBeyondTheirRules) {

@@ -1,5 +1,7 @@
 #include "end_to_end/driver/ServiceClient.h"
 
+#include "end_to_end/driver/PageDriver.h"
+
 namespace navora::driver {
 
 namespace {
@@ -86,10 +88,35 @@ Json ServiceClient::addNotification(const Json& notification) {
   return Json::parse(reply.body);
 }
 
-Json ServiceClient::telemetry() {
-  const HttpReply reply = http_.get("/__test/telemetry");
-  requireSuccess(reply, "the question for its telemetry");
+Json ServiceClient::ask(const std::string& path) {
+  const HttpReply reply = http_.get(path);
+  requireSuccess(reply, "GET " + path);
   return Json::parse(reply.body);
+}
+
+Json ServiceClient::telemetry() {
+  return ask("/__test/telemetry");
+}
+
+Json ServiceClient::telemetryEvents() {
+  return ask("/__test/telemetry/events");
+}
+
+Json ServiceClient::captures(const std::string& account) {
+  return ask("/__test/captures" + (account.empty() ? "" : "?account=" + account));
+}
+
+std::string ServiceClient::switchAccount(const std::string& account) {
+  const HttpReply reply = http_.post("/__test/sessions/account?account=" + account, "{}");
+  requireSuccess(reply, "the switch to the account " + account);
+  return Json::parse(reply.body).at("id");
+}
+
+void ServiceClient::setCookies(PageDriver& page, const std::vector<std::string>& cookies) {
+  const Json status =
+      page.evaluate("const body = JSON.stringify(" + Json(cookies).dump() +
+                    ");\nreturn (await fetch('/__test/cookies', {method: 'POST', body})).status");
+  if (status != 204) throw DriverError("The service did not set the cookies: " + status.dump());
 }
 
 }  // namespace navora::driver

@@ -14,6 +14,8 @@ namespace navora::driver {
 
 using Json = nlohmann::json;
 
+class PageDriver;
+
 // The test controls of the development service. What goes through here is not in its request log.
 class ServiceClient {
  public:
@@ -32,7 +34,8 @@ class ServiceClient {
   // What the service does in place of its proper answer: {"status": 503}, {"delay": ms},
   // {"hang": true}, {"drop": "before"} or "after", {"drop": "during", "bytes": n},
   // {"oversize": bytes}, {"redirect": url}, {"garbage": true}, {"slow": {"bytes", "interval"}}.
-  // `times` -1 means for ever; an empty method means every method.
+  // With "process": true beside "status", "redirect" or "oversize" the service does first what it
+  // was asked to. `times` -1 means for ever; an empty method means every method.
   void addFault(const std::string& method, const std::string& path, const Json& action,
                 int times = -1);
   void clearFaults();
@@ -43,9 +46,22 @@ class ServiceClient {
   void changeSettings(const Json& changes);
   // Raises a notification for that account and gives it as the service stores it.
   Json addNotification(const Json& notification);
+  // How many telemetry events came, by name, and the events themselves, oldest first.
   Json telemetry();
+  Json telemetryEvents();
+
+  // The notes of an account, newest first, each with its "idempotencyKey" or null. An empty name is
+  // the demonstration account's.
+  Json captures(const std::string& account = {});
+  // Makes every session one of this account, which need not exist: the cookies stay as they are,
+  // and the service knows them as somebody else's. Gives the account's id.
+  std::string switchAccount(const std::string& account);
+  // Has the service set cookies in the browser of a page of its own, each in the form of a
+  // Set-Cookie header: "tolvin_session=x; Path=/api; Max-Age=60".
+  void setCookies(PageDriver& page, const std::vector<std::string>& cookies);
 
  private:
+  Json ask(const std::string& path);
   void post(const std::string& path, const Json& body);
 
   HttpClient http_;
