@@ -14,8 +14,8 @@ import re
 import subprocess
 import sys
 
-# Lines of clang's AST dump: a class or protocol, what it builds on, and its methods.
-TYPE = re.compile(r"^[|`]?-?ObjC(Interface|Protocol|Implementation)Decl .* (\w+)$")
+# Lines of clang's AST dump: a class, protocol or category, what it builds on, and its methods.
+TYPE = re.compile(r"^[|`]?-?ObjC(Interface|Protocol|Category|Implementation)Decl .* (\w+)$")
 PARENT = re.compile(r"^[| ]*[|`]-(?:super )?ObjC(?:Interface|Protocol) 0x\w+ '(\w+)'")
 METHOD = re.compile(r"^[| ]*[|`]-ObjCMethodDecl .*?(implicit )?([-+] [\w:]+) '")
 

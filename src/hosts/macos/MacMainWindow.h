@@ -17,6 +17,8 @@ class MacMainWindow final : public MainWindow {
 
   void setTitle(const std::string& title) override;
   void setContentView(std::shared_ptr<WebView> webView) override;
+  void makeContentViewFirstResponder() override;
+  void setAppearance(WindowAppearance appearance) override;
   bool isMiniaturized() const override;
   void deminiaturize() override;
   void makeKeyAndOrderFront() override;

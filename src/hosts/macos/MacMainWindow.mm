@@ -1,5 +1,6 @@
 #include "hosts/macos/MacMainWindow.h"
 
+#include "hosts/macos/AppKitConversions.h"
 #include "hosts/macos/Conversions.h"
 #include "hosts/macos/Layout.h"
 #include "hosts/macos/MacWebView.h"
@@ -64,6 +65,14 @@ void MacMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   NSView* page = static_cast<MacWebView&>(*webView_).nsView();
   addFilling(page, container);
   window_.initialFirstResponder = page;
+}
+
+void MacMainWindow::makeContentViewFirstResponder() {
+  [window_ makeFirstResponder:window_.initialFirstResponder];
+}
+
+void MacMainWindow::setAppearance(WindowAppearance appearance) {
+  window_.appearance = toNSAppearance(appearance);
 }
 
 bool MacMainWindow::isMiniaturized() const { return window_.miniaturized; }

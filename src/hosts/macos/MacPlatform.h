@@ -1,6 +1,8 @@
 #pragma once
 
 #include "hosts/macos/MacDialogs.h"
+#include "hosts/macos/MacHotKeys.h"
+#include "hosts/macos/MacMainQueue.h"
 #include "hosts/macos/MacResources.h"
 #include "hosts/macos/MacSystem.h"
 #include "hosts/macos/MacUserDefaults.h"
@@ -16,6 +18,8 @@ class MacPlatform final : public Platform {
 
   Application& application() override { return application_; }
   Dialogs& dialogs() override { return dialogs_; }
+  HotKeys& hotKeys() override { return hotKeys_; }
+  MainQueue& mainQueue() override { return mainQueue_; }
   Resources& resources() override { return resources_; }
   System& system() override { return system_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
@@ -26,10 +30,16 @@ class MacPlatform final : public Platform {
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                            const ErrorViewDescription& description) override;
+  std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
+                                                 CapturePanelDelegate& delegate) override;
+  std::unique_ptr<HttpSession> makeHttpSession(
+      const HttpSessionConfiguration& configuration) override;
 
  private:
   Application& application_;
   MacDialogs dialogs_;
+  MacHotKeys hotKeys_;
+  MacMainQueue mainQueue_;
   MacResources resources_;
   MacSystem system_;
   MacUserDefaults userDefaults_;

@@ -1,6 +1,8 @@
 #include "hosts/macos/MacPlatform.h"
 
+#include "hosts/macos/MacCapturePanel.h"
 #include "hosts/macos/MacErrorView.h"
+#include "hosts/macos/MacHttpSession.h"
 #include "hosts/macos/MacMainWindow.h"
 #include "hosts/macos/MacWebView.h"
 
@@ -19,6 +21,16 @@ std::unique_ptr<ErrorView> MacPlatform::makeErrorView(MainWindow& window,
                                                       const ErrorViewDescription& description) {
   NSWindow* nsWindow = static_cast<MacMainWindow&>(window).nsWindow();
   return std::make_unique<MacErrorView>(nsWindow.contentView, description);
+}
+
+std::unique_ptr<CapturePanel> MacPlatform::makeCapturePanel(Size contentSize,
+                                                            CapturePanelDelegate& delegate) {
+  return std::make_unique<MacCapturePanel>(contentSize, delegate);
+}
+
+std::unique_ptr<HttpSession> MacPlatform::makeHttpSession(
+    const HttpSessionConfiguration& configuration) {
+  return std::make_unique<MacHttpSession>(configuration);
 }
 
 }  // namespace navora

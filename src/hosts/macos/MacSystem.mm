@@ -52,6 +52,12 @@ std::string MacSystem::timeZoneIdentifier() const {
   return toString([NSTimeZone systemTimeZone].name);
 }
 
+Date MacSystem::now() const { return std::chrono::system_clock::now(); }
+
+std::string MacSystem::randomUuid() const {
+  return toString([NSUUID UUID].UUIDString.lowercaseString);
+}
+
 std::unique_ptr<ObserverToken> MacSystem::observeTimeZoneChange(std::function<void()> callback) {
   return std::make_unique<MacObserverToken>([NSNotificationCenter defaultCenter],
                                             NSSystemTimeZoneDidChangeNotification,

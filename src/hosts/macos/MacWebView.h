@@ -24,6 +24,7 @@ class MacWebView final : public WebView {
   void load(const PlatformRequest& request) override;
   std::optional<Url> url() const override;
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
+  void allCookies(CookiesCompletion completion) override;
 
   WKWebView* _Nonnull nsView() const { return webView_; }
 

@@ -55,6 +55,20 @@ WebView::EvaluationResult toEvaluationResult(id _Nullable result, NSError* _Null
   return toJson(result).value_or(Json());
 }
 
+HttpCookie toHttpCookie(NSHTTPCookie* cookie) {
+  NSDate* expires = cookie.expiresDate;
+  return HttpCookie{
+      .name = toString(cookie.name),
+      .value = toString(cookie.value),
+      .domain = toString(cookie.domain),
+      .path = toString(cookie.path),
+      .isSecure = cookie.secure == YES,
+      .expires = expires == nil
+                     ? std::nullopt
+                     : std::optional(dateFromSecondsSince1970(expires.timeIntervalSince1970)),
+  };
+}
+
 }  // namespace
 
 MacWebView::MacWebView(const WebViewConfiguration& configuration)
@@ -122,6 +136,16 @@ void MacWebView::evaluateJavaScript(const std::string& script, EvaluationComplet
              completionHandler:^(id _Nullable result, NSError* _Nullable error) {
                guarded(toEvaluationResult(result, error));
              }];
+}
+
+void MacWebView::allCookies(CookiesCompletion completion) {
+  const CookiesCompletion guarded = lifetime_.guard(std::move(completion));
+  WKHTTPCookieStore* store = webView_.configuration.websiteDataStore.httpCookieStore;
+  [store getAllCookies:^(NSArray<NSHTTPCookie*>* cookies) {
+    std::vector<HttpCookie> result;
+    for (NSHTTPCookie* cookie in cookies) result.push_back(toHttpCookie(cookie));
+    guarded(std::move(result));
+  }];
 }
 
 }  // namespace navora

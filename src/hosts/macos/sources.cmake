@@ -1,13 +1,26 @@
 # What the macOS host is made of and how it is compiled, for its own target and for the type check.
 set(navora_macos_source_directory "${CMAKE_CURRENT_LIST_DIR}")
 set(navora_macos_sources
+  AppKitConversions.mm
+  CaptureEditor.mm
+  CapturePanel.mm
+  CapturePanelConstraints.mm
+  CaptureSubmitButton.mm
+  CaptureSurface.mm
+  CaptureTransport.mm
   Conversions.mm
+  CoreGraphicsCanvas.mm
   FoundationJson.mm
   Layout.mm
   MacApplication.mm
+  MacCaptureEditor.mm
+  MacCapturePanel.mm
   MacDialogs.mm
   MacDownload.mm
   MacErrorView.mm
+  MacHotKeys.mm
+  MacHttpSession.mm
+  MacMainQueue.mm
   MacMainWindow.mm
   MacNavigationDelegate.mm
   MacPlatform.mm
@@ -18,6 +31,7 @@ set(navora_macos_sources
   MacWebView.mm
   MacWorkspace.mm
   NavigationConversions.mm
+  SystemAppearance.mm
   main.mm)
 
 # Nullability is how Objective-C says what may be nil; -Wpedantic objects to it in C++.

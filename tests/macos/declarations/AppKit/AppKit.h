@@ -2,7 +2,10 @@
 
 #import <AppKit/NSApplication.h>
 #import <AppKit/NSControls.h>
+#import <AppKit/NSDrawing.h>
+#import <AppKit/NSEvent.h>
 #import <AppKit/NSPanels.h>
+#import <AppKit/NSText.h>
 #import <AppKit/NSView.h>
 #import <AppKit/NSWindow.h>
 #import <Foundation/Foundation.h>

@@ -5,14 +5,15 @@
 NS_ASSUME_NONNULL_BEGIN
 
 typedef CGFloat NSFontWeight;
+FOUNDATION_EXPORT const NSFontWeight NSFontWeightRegular;
 FOUNDATION_EXPORT const NSFontWeight NSFontWeightSemibold;
 
 @interface NSFont : NSObject <NSCopying>
+// Nil when the font is not installed.
++ (nullable NSFont*)fontWithName:(NSString*)fontName size:(CGFloat)fontSize;
++ (NSFont*)systemFontOfSize:(CGFloat)fontSize;
++ (NSFont*)monospacedSystemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
 + (NSFont*)systemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
-@end
-
-@interface NSColor : NSObject <NSCopying>
-@property(class, readonly, strong) NSColor* secondaryLabelColor;
 @end
 
 // On Apple processors; on Intel the values of centre and right are exchanged. See Apple developer
@@ -24,6 +25,7 @@ typedef NS_ENUM(NSInteger, NSTextAlignment) {
 };
 
 @interface NSControl : NSView
+@property(getter=isEnabled) BOOL enabled;
 @property(nullable, weak) id target;
 @property(nullable) SEL action;
 @property(copy) NSString* stringValue;
@@ -46,6 +48,8 @@ typedef NS_ENUM(NSUInteger, NSBezelStyle) {
 + (instancetype)buttonWithTitle:(NSString*)title
                          target:(nullable id)target
                          action:(nullable SEL)action;
+@property(copy) NSString* title;
+@property(getter=isBordered) BOOL bordered;
 @property NSBezelStyle bezelStyle;
 @property(copy) NSString* keyEquivalent;
 @end

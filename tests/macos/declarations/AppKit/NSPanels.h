@@ -19,6 +19,7 @@ enum : NSModalResponse { NSAlertFirstButtonReturn = 1000 };
 @end
 
 @interface NSPanel : NSWindow
+@property(getter=isFloatingPanel) BOOL floatingPanel;
 @end
 
 @interface NSSavePanel : NSPanel

@@ -11,17 +11,34 @@ typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
   NSWindowStyleMaskClosable = 1 << 1,
   NSWindowStyleMaskMiniaturizable = 1 << 2,
   NSWindowStyleMaskResizable = 1 << 3,
+  // For panels only.
+  NSWindowStyleMaskNonactivatingPanel = 1 << 7,
 };
 
 typedef NS_ENUM(NSUInteger, NSBackingStoreType) {
   NSBackingStoreBuffered = 2,
 };
 
+typedef NS_ENUM(NSInteger, NSWindowTitleVisibility) {
+  NSWindowTitleVisible = 0,
+  NSWindowTitleHidden = 1,
+};
+
+typedef NS_OPTIONS(NSUInteger, NSWindowCollectionBehavior) {
+  NSWindowCollectionBehaviorCanJoinAllSpaces = 1 << 0,
+  NSWindowCollectionBehaviorFullScreenAuxiliary = 1 << 8,
+};
+
+// The value of kCGFloatingWindowLevel. See Apple developer documentation, NSWindow.Level.
+typedef NSInteger NSWindowLevel;
+static const NSWindowLevel NSFloatingWindowLevel = 3;
+
 typedef NSString* NSWindowFrameAutosaveName;
 
 @protocol NSWindowDelegate <NSObject>
 @optional
 - (BOOL)windowShouldClose:(NSWindow*)sender;
+- (void)windowDidResignKey:(NSNotification*)notification;
 @end
 
 @interface NSWindow : NSResponder
@@ -30,6 +47,22 @@ typedef NSString* NSWindowFrameAutosaveName;
                             backing:(NSBackingStoreType)backingStoreType
                               defer:(BOOL)flag NS_DESIGNATED_INITIALIZER;
 @property(copy) NSString* title;
+@property NSWindowTitleVisibility titleVisibility;
+@property NSWindowLevel level;
+@property(getter=isOpaque) BOOL opaque;
+@property(nullable, copy) NSColor* backgroundColor;
+@property BOOL hasShadow;
+@property BOOL hidesOnDeactivate;
+@property NSWindowCollectionBehavior collectionBehavior;
+@property(getter=isMovableByWindowBackground) BOOL movableByWindowBackground;
+// Of the protocol NSAppearanceCustomization. Nil follows the application.
+@property(nullable, strong) NSAppearance* appearance;
+@property(readonly) BOOL canBecomeKeyWindow;
+@property(readonly) BOOL canBecomeMainWindow;
+@property(readonly, getter=isVisible) BOOL visible;
+@property(readonly) NSRect frame;
+- (void)setFrame:(NSRect)frameRect display:(BOOL)flag;
+@property(nullable, readonly, strong) NSScreen* screen;
 @property NSSize minSize;
 @property(nullable, weak) id<NSWindowDelegate> delegate;
 @property(getter=isReleasedWhenClosed) BOOL releasedWhenClosed;

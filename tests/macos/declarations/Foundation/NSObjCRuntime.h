@@ -5,6 +5,15 @@
 typedef long NSInteger;
 typedef unsigned long NSUInteger;
 
+struct NSRange {
+  NSUInteger location;
+  NSUInteger length;
+};
+typedef struct NSRange NSRange;
+static inline NSRange NSMakeRange(NSUInteger location, NSUInteger length) {
+  return NSRange{location, length};
+}
+
 #define FOUNDATION_EXPORT extern "C"
 #define NS_ASSUME_NONNULL_BEGIN _Pragma("clang assume_nonnull begin")
 #define NS_ASSUME_NONNULL_END _Pragma("clang assume_nonnull end")

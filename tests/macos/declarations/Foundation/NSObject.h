@@ -4,7 +4,14 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class NSCoder;
+@class NSDictionary<__covariant KeyType, __covariant ObjectType>;
 @class NSString;
+
+typedef NSString* NSKeyValueChangeKey;
+typedef NS_OPTIONS(NSUInteger, NSKeyValueObservingOptions) {
+  NSKeyValueObservingOptionNew = 0x01,
+};
 
 @protocol NSObject
 - (BOOL)isEqual:(nullable id)object;
@@ -23,6 +30,19 @@ __attribute__((objc_root_class))
 + (Class)class;
 - (id)copy;
 - (id)mutableCopy;
+
+// Of the informal protocol NSKeyValueObserving; named here so that overrides are found.
+- (void)addObserver:(NSObject*)observer
+         forKeyPath:(NSString*)keyPath
+            options:(NSKeyValueObservingOptions)options
+            context:(nullable void*)context;
+- (void)removeObserver:(NSObject*)observer
+            forKeyPath:(NSString*)keyPath
+               context:(nullable void*)context;
+- (void)observeValueForKeyPath:(nullable NSString*)keyPath
+                      ofObject:(nullable id)object
+                        change:(nullable NSDictionary<NSKeyValueChangeKey, id>*)change
+                       context:(nullable void*)context;
 @end
 
 struct NSFastEnumerationState {

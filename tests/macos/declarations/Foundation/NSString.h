@@ -17,6 +17,9 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy;
 - (BOOL)isEqualToString:(NSString*)string;
 @property(readonly) double doubleValue;
+@property(readonly, copy) NSString* lowercaseString;
+- (NSString*)stringByReplacingOccurrencesOfString:(NSString*)target
+                                       withString:(NSString*)replacement;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -28,6 +28,16 @@ typedef NSString* NSNotificationName;
 @property(readonly, copy) NSDictionary<NSString*, NSString*>* environment;
 @end
 
+@interface NSUUID : NSObject <NSCopying>
++ (instancetype)UUID;
+// Upper case. See Apple developer documentation, NSUUID.
+@property(readonly, copy) NSString* UUIDString;
+@end
+
+@interface NSUndoManager : NSObject
+- (void)removeAllActions;
+@end
+
 @interface NSLocale : NSObject <NSCopying>
 @property(class, readonly, copy) NSArray<NSString*>* preferredLanguages;
 @end

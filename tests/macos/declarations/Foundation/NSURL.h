@@ -25,6 +25,22 @@ typedef NS_ENUM(NSUInteger, NSURLRequestCachePolicy) {
 @property(nullable, readonly, copy) NSURL* URL;
 @end
 
+@interface NSMutableURLRequest : NSURLRequest
+@property(copy) NSString* HTTPMethod;
+@property(nullable, copy) NSData* HTTPBody;
+- (void)setValue:(nullable NSString*)value forHTTPHeaderField:(NSString*)field;
+@end
+
+@interface NSHTTPCookie : NSObject
+@property(readonly, copy) NSString* name;
+@property(readonly, copy) NSString* value;
+// With a leading dot for a cookie of the domain and its sub-domains.
+@property(readonly, copy) NSString* domain;
+@property(readonly, copy) NSString* path;
+@property(readonly, getter=isSecure) BOOL secure;
+@property(nullable, readonly, copy) NSDate* expiresDate;
+@end
+
 @interface NSURLResponse : NSObject <NSCopying>
 @property(nullable, readonly, copy) NSURL* URL;
 @end

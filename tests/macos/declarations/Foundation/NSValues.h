@@ -19,7 +19,12 @@ NS_ASSUME_NONNULL_BEGIN
 @interface NSData : NSObject <NSCopying>
 @property(readonly) NSUInteger length;
 @property(readonly) const void* bytes NS_RETURNS_INNER_POINTER;
++ (instancetype)dataWithBytes:(nullable const void*)bytes length:(NSUInteger)length;
 + (nullable instancetype)dataWithContentsOfURL:(NSURL*)url;
+@end
+
+@interface NSDate : NSObject <NSCopying>
+@property(readonly) double timeIntervalSince1970;
 @end
 
 typedef NSString* NSErrorDomain;

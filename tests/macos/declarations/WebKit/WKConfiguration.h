@@ -7,8 +7,13 @@ NS_ASSUME_NONNULL_BEGIN
 @class WKFrameInfo;
 @class WKUserContentController;
 
+@interface WKHTTPCookieStore : NSObject
+- (void)getAllCookies:(void (^)(NSArray<NSHTTPCookie*>* cookies))completionHandler;
+@end
+
 @interface WKWebsiteDataStore : NSObject
 + (WKWebsiteDataStore*)defaultDataStore;
+@property(readonly, strong) WKHTTPCookieStore* httpCookieStore;
 @end
 
 typedef NS_ENUM(NSInteger, WKUserScriptInjectionTime) {

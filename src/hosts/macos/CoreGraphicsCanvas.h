@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/Canvas.h"
+
+namespace navora {
+
+// Paints on the view whose -drawRect: is running. That view must not be flipped.
+class CoreGraphicsCanvas final : public Canvas {
+ public:
+  void fillRoundedRectangle(const Rectangle& rectangle, double radius,
+                            const LinearGradient& gradient) override;
+  void strokeRoundedRectangle(const Rectangle& rectangle, double radius, Color color,
+                              const StrokeStyle& style) override;
+  void fillOval(const Rectangle& rectangle, Color color) override;
+  void strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) override;
+};
+
+}  // namespace navora

@@ -1,0 +1,65 @@
+#pragma once
+
+#import <Foundation/NSSystem.h>
+
+NS_ASSUME_NONNULL_BEGIN
+
+@class NSHTTPCookieStorage;
+@class NSURLCache;
+@class NSURLSession;
+
+@interface NSURLSessionConfiguration : NSObject <NSCopying>
+@property(class, readonly, strong) NSURLSessionConfiguration* ephemeralSessionConfiguration;
+@property(nullable, strong) NSHTTPCookieStorage* HTTPCookieStorage;
+@property BOOL HTTPShouldSetCookies;
+@property(nullable, strong) NSURLCache* URLCache;
+@property NSURLRequestCachePolicy requestCachePolicy;
+@property NSTimeInterval timeoutIntervalForRequest;
+@property NSTimeInterval timeoutIntervalForResource;
+@end
+
+@interface NSURLSessionTask : NSObject
+// Unique within its session.
+@property(readonly) NSUInteger taskIdentifier;
+@property(nullable, readonly, copy) NSURLResponse* response;
+- (void)resume;
+- (void)cancel;
+@end
+
+@interface NSURLSessionDataTask : NSURLSessionTask
+@end
+
+@protocol NSURLSessionDelegate <NSObject>
+@end
+
+@protocol NSURLSessionTaskDelegate <NSURLSessionDelegate>
+@optional
+// Nil as the new request makes the redirecting answer the response of the task. See Apple developer
+// documentation, NSURLSessionTaskDelegate.
+- (void)URLSession:(NSURLSession*)session
+                          task:(NSURLSessionTask*)task
+    willPerformHTTPRedirection:(NSHTTPURLResponse*)response
+                    newRequest:(NSURLRequest*)request
+             completionHandler:(void (^)(NSURLRequest* _Nullable))completionHandler;
+- (void)URLSession:(NSURLSession*)session
+                    task:(NSURLSessionTask*)task
+    didCompleteWithError:(nullable NSError*)error;
+@end
+
+@protocol NSURLSessionDataDelegate <NSURLSessionTaskDelegate>
+@optional
+- (void)URLSession:(NSURLSession*)session
+          dataTask:(NSURLSessionDataTask*)dataTask
+    didReceiveData:(NSData*)data;
+@end
+
+@interface NSURLSession : NSObject
+// The session keeps its delegate until it is invalidated.
++ (NSURLSession*)sessionWithConfiguration:(NSURLSessionConfiguration*)configuration
+                                 delegate:(nullable id<NSURLSessionDelegate>)delegate
+                            delegateQueue:(nullable NSOperationQueue*)queue;
+- (NSURLSessionDataTask*)dataTaskWithRequest:(NSURLRequest*)request;
+- (void)invalidateAndCancel;
+@end
+
+NS_ASSUME_NONNULL_END
