@@ -40,11 +40,11 @@ Url CaptureClient::resolved(const std::string& path) const {
 
 Task<Expected<std::string, CaptureError>> CaptureClient::cookieHeader() {
   const auto webView = webView_.lock();
-  if (!webView) co_return Unexpected(CaptureError{CaptureError::Kind::login});
+  if (!webView) co_return Unexpected(CaptureError::login());
   const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
-      [webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
+      [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
   auto header = captureCookieHeader(cookies, origin_, platform_.system().now());
-  if (!header) co_return Unexpected(CaptureError{CaptureError::Kind::login});
+  if (!header) co_return Unexpected(CaptureError::login());
   co_return *std::move(header);
 }
 
@@ -71,40 +71,44 @@ Task<HttpSession::Result> CaptureClient::send(HttpRequest request) {
 Task<Expected<CaptureClient::Reply, CaptureError>> CaptureClient::get(std::string path,
                                                                       std::string cookie,
                                                                       Trace trace) {
-  co_return read(co_await send(request(path, cookie, trace)));
+  const auto result = co_await send(request(path, cookie, trace));
+  co_return read(result);
 }
 
 Task<Expected<CaptureClient::Reply, CaptureError>> CaptureClient::post(std::string path,
                                                                        std::string cookie,
                                                                        std::string sessionId,
                                                                        CaptureAttempt attempt) {
-  HttpRequest posted = request(path, cookie, {std::move(sessionId), attempt.flowId});
+  const Trace trace{std::move(sessionId), attempt.flowId};
+  HttpRequest posted = request(path, cookie, trace);
   posted.method = "POST";
   posted.body = attempt.body;
-  posted.headers.insert(posted.headers.end(), {{"Content-Type", "application/json"},
-                                               {"Prefer", "respond-async"},
-                                               {"Idempotency-Key", attempt.key}});
-  co_return read(co_await send(std::move(posted)));
+  posted.headers.emplace_back("Content-Type", "application/json");
+  posted.headers.emplace_back("Prefer", "respond-async");
+  posted.headers.emplace_back("Idempotency-Key", attempt.key);
+  const auto result = co_await send(std::move(posted));
+  co_return read(result);
 }
 
 Task<> CaptureClient::postTelemetry(std::string cookie, std::string body) {
   HttpRequest request{resolved("/api/telemetry"), "POST"};
-  request.headers = {{"Cookie", std::move(cookie)}, {"Content-Type", "application/json"}};
+  request.headers.emplace_back("Cookie", std::move(cookie));
+  request.headers.emplace_back("Content-Type", "application/json");
   request.body = std::move(body);
   (void)co_await send(std::move(request));
 }
 
 Expected<CaptureClient::Reply, CaptureError> CaptureClient::read(
     const HttpSession::Result& result) const {
-  if (!result) return Unexpected(CaptureError{CaptureError::Kind::network});
+  if (!result) return Unexpected(CaptureError::network());
   const HttpResponse& response = *result;
   if (!response.url || !DesktopOrigin::contains(*response.url, origin_) || response.bodyTooLarge ||
       response.body.size() > maximumReplyBytes) {
     return Unexpected(untrustedReply());
   }
-  if (response.status == 401) return Unexpected(CaptureError{CaptureError::Kind::login});
+  if (response.status == 401) return Unexpected(CaptureError::login());
   auto body = parseJson(response.body);
-  if (!body) return Unexpected(CaptureError{CaptureError::Kind::network});
+  if (!body) return Unexpected(CaptureError::network());
   if (!body->is_object()) {
     return Unexpected(CaptureError::message(
         [] { return L("Сервер не подтвердил сохранение. Повторите отправку."); }));

@@ -26,6 +26,9 @@ struct CaptureError {
   CaptureMessage text = {};
 
   static CaptureError message(CaptureMessage text) { return {Kind::message, std::move(text)}; }
+  static CaptureError login() { return {Kind::login}; }
+  static CaptureError changedAccount() { return {Kind::changedAccount}; }
+  static CaptureError network() { return {Kind::network}; }
 };
 
 }  // namespace navora

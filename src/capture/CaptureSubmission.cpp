@@ -66,11 +66,11 @@ Task<CaptureSubmission::Result> CaptureSubmission::send(std::string text,
   const auto account = co_await signedInAccount(*cookie, trace);
   if (!account) co_return Unexpected(account.error());
   if (attempt_ && attempt_->account != *account) {
-    co_return Unexpected(CaptureError{CaptureError::Kind::changedAccount});
+    co_return Unexpected(CaptureError::changedAccount());
   }
   if (!attempt_ || attempt_->raw != text) {
     auto made = co_await makeAttempt(text, *account, trace.flowId);
-    if (!made) co_return Unexpected(CaptureError{CaptureError::Kind::network});
+    if (!made) co_return Unexpected(CaptureError::network());
     attempt_ = std::move(made);
   }
   // From here on the service may have the note, whatever becomes of the answer.
@@ -86,23 +86,28 @@ Task<Expected<std::string, CaptureError>> CaptureSubmission::signedInAccount(
   if (!reply) co_return Unexpected(reply.error());
   const Json* user = reply->status == 200 ? objectMember(reply->body, "user") : nullptr;
   auto id = user ? stringMember(*user, "id") : std::nullopt;
-  if (!id) co_return Unexpected(CaptureError{CaptureError::Kind::login});
+  if (!id) co_return Unexpected(CaptureError::login());
   co_return *std::move(id);
 }
 
 Task<std::optional<CaptureAttempt>> CaptureSubmission::makeAttempt(std::string text,
                                                                    std::string account,
                                                                    std::string flowId) {
-  Json body{{"raw", text}};
+  Json body;
+  body["raw"] = text;
   const Json model = co_await chosenModel();
   for (const char* key : {"provider", "model"}) {
     if (const auto value = stringMember(model, key)) body[key] = *value;
   }
   if (!isValidUtf8(text)) co_return std::nullopt;
   // A page can make texts that are no valid UTF-8; they must not make the note unsendable.
-  const std::string written = body.dump(-1, ' ', false, Json::error_handler_t::replace);
-  co_return CaptureAttempt{std::move(text), "mac-" + uppercased(system_.randomUuid()),
-                           std::move(account), written, std::move(flowId)};
+  CaptureAttempt attempt;
+  attempt.raw = std::move(text);
+  attempt.key = "mac-" + uppercased(system_.randomUuid());
+  attempt.account = std::move(account);
+  attempt.body = body.dump(-1, ' ', false, Json::error_handler_t::replace);
+  attempt.flowId = std::move(flowId);
+  co_return attempt;
 }
 
 Task<Json> CaptureSubmission::chosenModel() {
@@ -110,7 +115,7 @@ Task<Json> CaptureSubmission::chosenModel() {
   const auto url = webView ? webView->url() : std::nullopt;
   if (!url || !DesktopOrigin::contains(*url, origin_)) co_return Json::object();
   const auto result = co_await awaitCallback<WebView::EvaluationResult>(
-      [webView](Callback<WebView::EvaluationResult> done) {
+      [&webView](Callback<WebView::EvaluationResult> done) {
         webView->evaluateJavaScript(modelScript, std::move(done));
       });
   co_return result&& isObjectOfStrings(*result) ? *result : Json::object();

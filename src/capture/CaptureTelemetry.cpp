@@ -65,7 +65,8 @@ Task<> CaptureTelemetry::flush() {
         [this, &timer](Callback<void> done) { timer = queue_.after(flushDelay, std::move(done)); });
     const std::deque<Json> batch = std::exchange(events_, {});
     if (const auto cookie = co_await client_.cookieHeader()) {
-      const Json body{{"events", batch}};
+      Json body;
+      body["events"] = batch;
       co_await client_.postTelemetry(*cookie,
                                      body.dump(-1, ' ', false, Json::error_handler_t::replace));
     }

@@ -59,8 +59,8 @@ void DesktopQuickCapture::endBusy() {
 }
 
 Task<> DesktopQuickCapture::send(std::string text) {
-  const auto result = co_await submission_.send(
-      std::move(text), CaptureClient::Trace{telemetry_.sessionId(), telemetry_.flowId()});
+  CaptureClient::Trace trace{telemetry_.sessionId(), telemetry_.flowId()};
+  const auto result = co_await submission_.send(std::move(text), std::move(trace));
   if (result) {
     noteAccepted(*result);
   } else {

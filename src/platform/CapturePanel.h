@@ -39,6 +39,7 @@ struct CapturePanelLayout {
   bool operator==(const CapturePanelLayout&) const = default;
 };
 
+// Nothing of it is called while the panel is being made or destroyed.
 class CapturePanelDelegate : public CaptureEditorDelegate {
  public:
   // The user gave the focus to something else. Not called for a panel that was ordered out.

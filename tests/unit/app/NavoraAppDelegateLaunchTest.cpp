@@ -6,8 +6,10 @@
 namespace navora {
 namespace {
 
+using testing::Each;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::StartsWith;
 
 class NavoraAppDelegateLaunchTest : public AppDelegateTest {};
 
@@ -22,7 +24,8 @@ TEST_F(NavoraAppDelegateLaunchTest, StartsUpInOrder) {
               ElementsAre("window.make", "webView.make", "webView.setNavigationDelegate",
                           "webView.setPageDialogDelegate", "window.setContentView",
                           "errorView.make", "system.observeTimeZoneChange", "system.observeWake",
-                          "webView.load https://navora.example/login",
+                          "panel.make", "hotKeys.addLocalMonitor", "hotKeys.installEventHandler",
+                          "hotKeys.register", "webView.load https://navora.example/login",
                           "window.makeKeyAndOrderFront", "application.activate"));
 }
 
@@ -187,7 +190,8 @@ TEST_F(NavoraAppDelegateLaunchTest, TerminatesWithoutTouchingTheWindow) {
   launch();
   log().take();
   delegate->applicationWillTerminate();
-  EXPECT_THAT(log().take(), IsEmpty());
+  EXPECT_TRUE(window().isVisible());
+  EXPECT_THAT(log().take(), Each(StartsWith("hotKeys.")));
 }
 
 using NavoraAppDelegateLaunchDeathTest = NavoraAppDelegateLaunchTest;

@@ -34,9 +34,10 @@ Outcome run(const Arguments& arguments) {
 }
 
 const Outcome applicationRan{applicationStatus, 1, "", ""};
-const Outcome selfTestsPassed{
-    0, 0, "PASS: desktop navigation policy (17 checks)\nPASS: native locale policy (3 checks)\n",
-    ""};
+const Outcome selfTestsPassed{0, 0,
+                              "PASS: desktop navigation policy (17 checks)\nPASS: quick capture "
+                              "policy (11 checks)\nPASS: native locale policy (3 checks)\n",
+                              ""};
 
 void PrintTo(const Outcome& outcome, std::ostream* stream) {
   *stream << "status " << outcome.status << ", " << outcome.applicationRuns << " runs, \""

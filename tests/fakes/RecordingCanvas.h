@@ -1,0 +1,65 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/Canvas.h"
+
+namespace navora {
+
+// Remembers what was painted on it.
+class RecordingCanvas final : public Canvas {
+ public:
+  struct GradientFill {
+    Rectangle rectangle;
+    double radius = 0;
+    LinearGradient gradient;
+    bool operator==(const GradientFill&) const = default;
+  };
+  struct RectangleStroke {
+    Rectangle rectangle;
+    double radius = 0;
+    Color color{};
+    StrokeStyle style;
+    bool operator==(const RectangleStroke&) const = default;
+  };
+  struct OvalFill {
+    Rectangle rectangle;
+    Color color{};
+    bool operator==(const OvalFill&) const = default;
+  };
+  struct LineStroke {
+    Polyline points;
+    Color color{};
+    StrokeStyle style;
+    bool operator==(const LineStroke&) const = default;
+  };
+
+  std::vector<GradientFill> gradientFills;
+  std::vector<RectangleStroke> rectangleStrokes;
+  std::vector<OvalFill> ovalFills;
+  std::vector<LineStroke> lineStrokes;
+  // The kinds, in the order of painting.
+  std::vector<std::string> order;
+
+  void fillRoundedRectangle(const Rectangle& rectangle, double radius,
+                            const LinearGradient& gradient) override {
+    order.push_back("fill rectangle");
+    gradientFills.push_back({rectangle, radius, gradient});
+  }
+  void strokeRoundedRectangle(const Rectangle& rectangle, double radius, Color color,
+                              const StrokeStyle& style) override {
+    order.push_back("stroke rectangle");
+    rectangleStrokes.push_back({rectangle, radius, color, style});
+  }
+  void fillOval(const Rectangle& rectangle, Color color) override {
+    order.push_back("fill oval");
+    ovalFills.push_back({rectangle, color});
+  }
+  void strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) override {
+    order.push_back("stroke line");
+    lineStrokes.push_back({points, color, style});
+  }
+};
+
+}  // namespace navora

@@ -1,0 +1,129 @@
+#include <gmock/gmock.h>
+
+#include "platform/NavigationDelegate.h"
+#include "unit/app/AppDelegateTest.h"
+#include "unit/capture/AppearanceDictionary.h"
+
+namespace navora {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::Not;
+
+constexpr const char* home = "https://navora.example/";
+
+class NavoraAppDelegateCaptureTest : public AppDelegateTest {
+ protected:
+  FakeCapturePanel& panel() { return platform.capturePanel(); }
+
+  void finishLoading(const char* url) {
+    webView().setUrl(testUrl(url));
+    webView().navigationDelegate()->didFinishNavigation();
+  }
+  // A note cannot be sent because nobody is signed in.
+  void submitSignedOut() {
+    delegate->quickCapture();
+    panel().editor().type("Note");
+    panel().clickSubmit();
+    log().take();
+    webView().answerCookies();
+  }
+};
+
+TEST_F(NavoraAppDelegateCaptureTest, OpensThePanelOnEveryRoute) {
+  launch();
+  const auto expectOpened = [&] {
+    EXPECT_TRUE(panel().isVisible());
+    panel().editor().press({KeyEvent::escapeKey, 0});
+    EXPECT_FALSE(panel().isVisible());
+  };
+  delegate->quickCapture();
+  expectOpened();
+  delegate->applicationDidReceiveCaptureRequest();
+  expectOpened();
+  platform.hotKeys().press();
+  platform.mainQueue().runDue();
+  expectOpened();
+  EXPECT_TRUE(
+      platform.hotKeys().pressLocally({KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
+  expectOpened();
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, OpensNothingWhileARestartIsPrepared) {
+  launch();
+  delegate->setRestartPrepared(true);
+  delegate->quickCapture();
+  delegate->applicationDidReceiveCaptureRequest();
+  platform.hotKeys().press();
+  platform.mainQueue().runDue();
+  EXPECT_TRUE(
+      platform.hotKeys().pressLocally({KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
+  EXPECT_FALSE(panel().isVisible());
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, ShowsTheLoginPageWhenANoteNeedsOne) {
+  launchShowing(testUrl(home));
+  submitSignedOut();
+  EXPECT_THAT(log().take(),
+              ElementsAre("panel.orderOut", "window.makeKeyAndOrderFront", "application.activate",
+                          "webView.load https://navora.example/login"));
+  EXPECT_EQ(webView().loads().back().timeoutSeconds, 60);
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, DoesNotReloadTheLoginPageThatIsThere) {
+  launchShowing(testUrl("https://navora.example/login?next=1"));
+  submitSignedOut();
+  EXPECT_THAT(log().take(),
+              ElementsAre("panel.orderOut", "window.makeKeyAndOrderFront", "application.activate"));
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, BringsTheDraftBackOnThePageBehindTheLogin) {
+  launchShowing(testUrl(home));
+  submitSignedOut();
+  finishLoading("https://navora.example/login");
+  finishLoading("https://navora.example/welcome");
+  EXPECT_FALSE(panel().isVisible());
+  finishLoading("https://navora.example/#today");
+  EXPECT_TRUE(panel().isVisible());
+  EXPECT_EQ(panel().editor().text(), "Note");
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, BringsNothingBackWithoutALogin) {
+  launch();
+  finishLoading(home);
+  EXPECT_FALSE(panel().isVisible());
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, TakesThePagesLookForPanelAndWindow) {
+  launchShowing(testUrl(home));
+  Json look = appearanceDictionary();
+  look["theme"] = "dark";
+  webView().post("navoraCaptureAppearance", look.dump(), mainFrame(home));
+  EXPECT_EQ(panel().editor().style().fontSize, 14);
+  EXPECT_EQ(window().appearance(), WindowAppearance::dark);
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, TakesNoLookThatItCannotReadOrTrust) {
+  launchShowing(testUrl(home));
+  const auto style = panel().editor().style();
+  Json wrong = appearanceDictionary();
+  wrong.erase("ink");
+  webView().post("navoraCaptureAppearance", wrong.dump(), mainFrame(home));
+  webView().post("navoraCaptureAppearance", "[]", mainFrame(home));
+  const std::string good = appearanceDictionary().dump();
+  webView().post("navoraCaptureAppearance", good, subframe(home));
+  webView().post("navoraCaptureAppearance", good, mainFrame("https://remote.example/"));
+  EXPECT_EQ(panel().editor().style(), style);
+  EXPECT_THAT(log().take(), Not(Contains("window.setAppearance")));
+}
+
+TEST_F(NavoraAppDelegateCaptureTest, TakesTheShortcutBackWhenItEnds) {
+  launchShowing(testUrl(home));
+  delegate->applicationWillTerminate();
+  EXPECT_THAT(log().take(), ElementsAre("hotKeys.unregister", "hotKeys.removeEventHandler",
+                                        "hotKeys.removeLocalMonitor"));
+}
+
+}  // namespace
+}  // namespace navora

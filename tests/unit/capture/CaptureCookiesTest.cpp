@@ -1,0 +1,83 @@
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "capture/CaptureCookies.h"
+#include "fakes/TestUrl.h"
+
+namespace navora {
+namespace {
+
+const Date now = dateFromSecondsSince1970(1'700'000'000);
+
+HttpCookie session() {
+  return {"tolvin_session", "abc", "navora.example", "/", true, std::nullopt};
+}
+
+std::optional<std::string> header(const std::vector<HttpCookie>& cookies,
+                                  const char* origin = "https://navora.example/") {
+  return captureCookieHeader(cookies, testUrl(origin), now);
+}
+
+std::optional<std::string> headerWith(const std::function<void(HttpCookie&)>& change,
+                                      const char* origin = "https://navora.example/") {
+  HttpCookie cookie = session();
+  change(cookie);
+  return header({cookie}, origin);
+}
+
+TEST(CaptureCookies, TakesTheSessionAndNothingElse) {
+  HttpCookie other = session();
+  other.name = "other";
+  HttpCookie upperCase = session();
+  upperCase.name = "Tolvin_Session";
+  EXPECT_EQ(header({other, session(), upperCase}), "tolvin_session=abc");
+  EXPECT_EQ(header({other, upperCase}), std::nullopt);
+  EXPECT_EQ(header({}), std::nullopt);
+}
+
+TEST(CaptureCookies, TakesEveryUsableSession) {
+  HttpCookie second = session();
+  second.value = "def";
+  EXPECT_EQ(header({session(), second}), "tolvin_session=abc; tolvin_session=def");
+}
+
+TEST(CaptureCookies, NeedsExactlyTheOriginsHost) {
+  for (const char* domain :
+       {"navora.example", ".navora.example", "NAVORA.Example", "..navora.example."})
+    EXPECT_TRUE(headerWith([&](HttpCookie& cookie) { cookie.domain = domain; })) << domain;
+  for (const char* domain :
+       {"example", ".example", "www.navora.example", "navora.example.com", "", "."})
+    EXPECT_FALSE(headerWith([&](HttpCookie& cookie) { cookie.domain = domain; })) << domain;
+}
+
+TEST(CaptureCookies, NeedsTheRootPath) {
+  for (const char* path : {"", "/api", "//", "/x/.."})
+    EXPECT_FALSE(headerWith([&](HttpCookie& cookie) { cookie.path = path; })) << path;
+}
+
+TEST(CaptureCookies, KeepsSecureCookiesToHttps) {
+  const auto onLoopback = [](bool secure) {
+    return headerWith(
+        [&](HttpCookie& cookie) {
+          cookie.domain = "127.0.0.1";
+          cookie.isSecure = secure;
+        },
+        "http://127.0.0.1:8878/");
+  };
+  EXPECT_FALSE(onLoopback(true));
+  EXPECT_TRUE(onLoopback(false));
+}
+
+TEST(CaptureCookies, DropsExpiredCookies) {
+  const auto expiringIn = [](double seconds) {
+    return headerWith(
+        [&](HttpCookie& cookie) { cookie.expires = now + std::chrono::duration<double>(seconds); });
+  };
+  EXPECT_TRUE(expiringIn(0.1));
+  EXPECT_FALSE(expiringIn(0));
+  EXPECT_FALSE(expiringIn(-1));
+}
+
+}  // namespace
+}  // namespace navora

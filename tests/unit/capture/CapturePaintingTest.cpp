@@ -1,0 +1,85 @@
+#include <gmock/gmock.h>
+
+#include "capture/CaptureSubmitButton.h"
+#include "capture/CaptureSurface.h"
+#include "fakes/RecordingCanvas.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+
+RecordingCanvas painted(const CaptureSurface& surface) {
+  RecordingCanvas canvas;
+  surface.paint(canvas, {800, 165});
+  return canvas;
+}
+
+RecordingCanvas painted(const CaptureSubmitButton& button) {
+  RecordingCanvas canvas;
+  button.paint(canvas, {38, 38});
+  return canvas;
+}
+
+TEST(CaptureSurface, StartsDarkAndUnfocused) {
+  EXPECT_EQ(CaptureSurface().palette, CaptureAppearance::fallback(true));
+  EXPECT_FALSE(CaptureSurface().focused);
+}
+
+TEST(CaptureSurface, FillsTheCardWithTheGradientAndStrokesItsBorder) {
+  const CaptureSurface surface;
+  const auto canvas = painted(surface);
+  const Rectangle card{0.5, 0.5, 799, 164};
+  const auto& palette = surface.palette;
+  EXPECT_THAT(canvas.order, ElementsAre("fill rectangle", "stroke rectangle"));
+  EXPECT_THAT(
+      canvas.gradientFills,
+      ElementsAre(RecordingCanvas::GradientFill{
+          card,
+          23,
+          {{{0, palette.surface}, {0.76, palette.surfaceEnd}, {1, palette.surfaceEnd}}, 305}}));
+  EXPECT_THAT(canvas.rectangleStrokes, ElementsAre(RecordingCanvas::RectangleStroke{
+                                           card, 23, palette.border, {.lineWidth = 1}}));
+}
+
+TEST(CaptureSurface, ChangesOnlyTheBorderWithTheFocus) {
+  CaptureSurface surface;
+  const auto plain = painted(surface);
+  surface.focused = true;
+  const auto focused = painted(surface);
+  EXPECT_EQ(focused.gradientFills, plain.gradientFills);
+  EXPECT_EQ(focused.rectangleStrokes[0].color, surface.palette.focus);
+}
+
+TEST(CaptureSurface, CanHaveSquareCorners) {
+  CaptureSurface surface;
+  surface.palette.radius = 0;
+  EXPECT_EQ(painted(surface).gradientFills[0].radius, 0);
+}
+
+TEST(CaptureSubmitButton, PaintsACircleWithAnArrow) {
+  const CaptureSubmitButton button;
+  const auto canvas = painted(button);
+  const StrokeStyle pen{.lineWidth = 2.7, .roundCaps = true, .roundJoins = true};
+  const Color ink = button.palette.buttonInk;
+  EXPECT_THAT(canvas.order, ElementsAre("fill oval", "stroke line", "stroke line"));
+  EXPECT_THAT(canvas.ovalFills,
+              ElementsAre(RecordingCanvas::OvalFill{{0, 0, 38, 38}, button.palette.button}));
+  EXPECT_THAT(canvas.lineStrokes,
+              ElementsAre(RecordingCanvas::LineStroke{{{12, 19}, {26, 19}}, ink, pen},
+                          RecordingCanvas::LineStroke{{{20, 25}, {26, 19}, {20, 13}}, ink, pen}));
+}
+
+TEST(CaptureSubmitButton, ShowsTheHoverColourOnlyWhileEnabled) {
+  CaptureSubmitButton button;
+  const auto fill = [&] { return painted(button).ovalFills[0].color; };
+  button.enabled = true;
+  EXPECT_EQ(fill(), button.palette.button);
+  button.hovered = true;
+  EXPECT_EQ(fill(), button.palette.buttonHover);
+  button.enabled = false;
+  EXPECT_EQ(fill(), button.palette.button);
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,99 @@
+#include <gtest/gtest.h>
+
+#include "fakes/RecordingCanvas.h"
+#include "unit/capture/AppearanceDictionary.h"
+#include "unit/capture/QuickCaptureTest.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* key = "NavoraCaptureAppearance";
+
+class DesktopQuickCaptureAppearanceTest : public QuickCaptureTest {
+ protected:
+  void expectLook(const CaptureAppearance& look) {
+    EXPECT_EQ(panel().appearance(), look.windowAppearance());
+    EXPECT_EQ(editor().style(), look.editorStyle());
+    EXPECT_EQ(panel().messageColor(), look.muted);
+    EXPECT_EQ(panel().layout().padding, look.padding);
+    RecordingCanvas canvas;
+    panel().delegate().paintSurface(canvas, {800, 165});
+    panel().delegate().paintSubmitButton(canvas, {38, 38});
+    EXPECT_EQ(canvas.gradientFills[0].gradient.stops[0].color, look.surface);
+    EXPECT_EQ(canvas.gradientFills[0].radius, look.radius);
+    EXPECT_EQ(canvas.ovalFills[0].color, look.button);
+  }
+};
+
+TEST_F(DesktopQuickCaptureAppearanceTest, StartsWithTheFallbackOfTheSystem) {
+  make();
+  expectLook(CaptureAppearance::fallback(false));
+  capture.reset();
+  platform.captureDesktop().dark = true;
+  make();
+  expectLook(CaptureAppearance::fallback(true));
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, TakesThePagesLookAndKeepsItForTheNextLaunch) {
+  make();
+  capture->syncAppearance(appearanceDictionary());
+  expectLook(*CaptureAppearance::read(appearanceDictionary()));
+  EXPECT_EQ(editor().placeholder(), "Write");
+  EXPECT_EQ(platform.userDefaults().value(key), appearanceDictionary());
+  capture.reset();
+  make();
+  expectLook(*CaptureAppearance::read(appearanceDictionary()));
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, KeepsItsLookWhenThePageSendsNonsense) {
+  make();
+  capture->syncAppearance(appearanceDictionary());
+  Json wrong = appearanceDictionary();
+  wrong["radius"] = 49;
+  wrong["surface"] = "#ffffff";
+  for (const Json& body : {wrong, Json(), Json::array(), Json("dark"), Json::object()})
+    capture->syncAppearance(body);
+  expectLook(*CaptureAppearance::read(appearanceDictionary()));
+  EXPECT_EQ(platform.userDefaults().value(key), appearanceDictionary());
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, IgnoresAStoredLookThatIsNoLongerValid) {
+  platform.userDefaults().setValue(key, Json{{"dark", true}});
+  make();
+  expectLook(CaptureAppearance::fallback(false));
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, FollowsTheSystemUntilThePageReportsAgain) {
+  make();
+  capture->syncAppearance(appearanceDictionary());
+  panel().delegate().systemAppearanceDidChange(true);
+  expectLook(CaptureAppearance::read(appearanceDictionary())->followingSystemAppearance(true));
+  EXPECT_EQ(platform.userDefaults().value(key), appearanceDictionary());
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, FollowsASystemThatChangedSinceTheLastLaunch) {
+  platform.userDefaults().setValue(key, appearanceDictionary());
+  platform.captureDesktop().dark = true;
+  make();
+  expectLook(CaptureAppearance::read(appearanceDictionary())->followingSystemAppearance(true));
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, LaysThePanelOutForItsNewLook) {
+  open();
+  const double top = panel().frame().maxY();
+  capture->syncAppearance(appearanceDictionary());
+  // An editor of 3.4 times 14 points, padding of 13.5 points.
+  EXPECT_EQ(panel().frame().height, 48 + 27 + 21 + 38);
+  EXPECT_EQ(panel().frame().maxY(), top);
+}
+
+TEST_F(DesktopQuickCaptureAppearanceTest, TranslatesItsOwnPlaceholderWhenThePageHasNone) {
+  make();
+  Json plain = appearanceDictionary();
+  plain["placeholder"] = "";
+  capture->syncAppearance(plain);
+  EXPECT_EQ(editor().placeholder(), "Какая мысль зацепила?");
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "capture/DesktopQuickCapture.h"
+#include "fakes/FakePlatform.h"
+#include "fakes/LocaleScope.h"
+#include "fakes/TestUrl.h"
+
+namespace navora {
+
+// The panel on a fake platform, beside a web view that shows the service to a user who is signed
+// in.
+class QuickCaptureTest : public testing::Test {
+ protected:
+  static constexpr const char* origin = "https://navora.example/";
+  static constexpr const char* jobId = "7c9e6679-7425-40de-944b-e07fc1f90ae7";
+  static constexpr const char* captureId = "0f8fad5b-d9cb-469f-a165-70867728950e";
+
+  QuickCaptureTest()
+      : webView(
+            std::make_shared<FakeWebView>(platform.log(), WebViewConfiguration{testUrl(origin)})) {
+    webView->setUrl(testUrl(origin));
+    webView->cookies = {{"tolvin_session", "abc", "navora.example", "/", true, std::nullopt}};
+    platform.workspace().frontmost =
+        std::make_shared<FakeRunningApplication>(platform.log(), "Letters");
+  }
+
+  void make() {
+    capture = std::make_unique<DesktopQuickCapture>(platform, webView, testUrl(origin));
+  }
+  // The panel is open with this draft; the log is empty.
+  void open(const std::string& draft = {}) {
+    if (!capture) make();
+    capture->show();
+    if (!draft.empty()) editor().type(draft);
+    log().take();
+  }
+
+  FakeCapturePanel& panel() { return platform.capturePanel(); }
+  FakeCaptureEditor& editor() { return panel().editor(); }
+  FakeHttpSession::Network& network() { return platform.network(); }
+  FakeMainQueue& queue() { return platform.mainQueue(); }
+  EventLog& log() { return platform.log(); }
+
+  const HttpRequest& lastRequest() { return network().requests.back(); }
+  Json lastBody() { return Json::parse(lastRequest().body); }
+
+  // The parts of a submission, one after the other.
+  void answerCookies() { webView->answerCookies(); }
+  void answerAccount(const std::string& id = "user-1") {
+    network().answer(200, Json{{"user", {{"id", id}}}}.dump());
+  }
+  void answerModel(const Json& model = Json::object()) { webView->finishEvaluation(model); }
+  void answerConfirmation() { network().answer(202, confirmation().dump()); }
+  static Json confirmation() {
+    return {{"captureId", captureId},
+            {"jobId", jobId},
+            {"statusUrl", std::string("/api/jobs/") + jobId}};
+  }
+
+  // Up to where the note is on its way.
+  void submitUntilPost() {
+    capture->submit();
+    answerCookies();
+    answerAccount();
+    answerModel();
+  }
+  // Again, after a first try whose attempt is still there.
+  void resubmitUntilPost() {
+    capture->submit();
+    answerCookies();
+    answerAccount();
+  }
+
+  // Sends the telemetry that waits and gives it.
+  std::vector<Json> flushTelemetry() {
+    queue().advance(std::chrono::seconds(2));
+    answerCookies();
+    const Json body = lastBody();
+    network().answer(204, "");
+    return body.at("events");
+  }
+  std::vector<std::string> telemetryNames() {
+    std::vector<std::string> names;
+    for (const Json& event : flushTelemetry())
+      names.push_back(event.at("event"));
+    return names;
+  }
+
+  LocaleScope locale;
+  FakePlatform platform;
+  std::shared_ptr<FakeWebView> webView;
+  std::unique_ptr<DesktopQuickCapture> capture;
+};
+
+}  // namespace navora
