@@ -6,10 +6,13 @@ import {onSettings, saveSettings} from './settings-store.js';
 
 const textLimit = 10000;
 const draftKey = 'navora.draft';
+const pause = 500;  // after an answer that nothing has changed
+const patience = 2000;  // after a failure
 let captures = [];
 let opened = null;
 let attempt = null;  // {text, key} of a submission that has no confirmed outcome
 let sending = false;
+let known = null;  // the version of the notes that are shown
 let following = null;
 
 const editor = () => byId('capture-input');
@@ -46,6 +49,7 @@ async function submit() {
   const model = byId('ai-model').value;
   const note = {raw: text, provider, ...(provider !== 'fallback' && model ? {model} : {})};
   sending = true;
+  byId('capture-form').setAttribute('aria-busy', 'true');
   byId('capture-submit').disabled = true;
   editor().setAttribute('contenteditable', 'false');
   say('Saving…');
@@ -59,6 +63,7 @@ async function submit() {
     problem = error.message;
   }
   sending = false;
+  byId('capture-form').removeAttribute('aria-busy');
   makeEditable();
   editor().focus();
   updateEditor();
@@ -144,25 +149,39 @@ function render() {
   byId('captures').replaceChildren(...content);
 }
 
-/** Asks after the running jobs until each is done, then shows what came of them. */
-function followJobs() {
-  clearTimeout(following);
-  const running = captures.filter((capture) => capture.state !== 'done');
-  if (!running.length) return;
-  following = setTimeout(async () => {
-    const jobs = await Promise.all(running.map((capture) => get(`/api/jobs/${capture.jobId}`).catch(() => null)));
-    if (jobs.some((job) => job?.state === 'done')) {
-      await Promise.all([refreshCaptures(), refreshNotifications()]).catch(() => {});
-    } else {
-      followJobs();
+/** Shows what other pages and applications change, and what becomes of the jobs, while somebody looks. */
+async function followChanges() {
+  if (following || document.hidden || known === null) return;
+  following = new AbortController();
+  try {
+    while (!document.hidden) {
+      const version = await nextVersion(following.signal);
+      if (version === known) await new Promise((resume) => setTimeout(resume, pause));
+      else await Promise.all([refreshCaptures(), refreshNotifications()]);
     }
-  }, 500);
+  } catch {
+    // Asked again later, or when the page is looked at again.
+    if (!document.hidden) setTimeout(followChanges, patience);
+  } finally {
+    following = null;
+  }
+}
+
+/** The service answers when something changes, and now and then when nothing does. */
+async function nextVersion(signal) {
+  // Not through the other calls: a page that nobody touches stays where it is when the session ends.
+  const response = await fetch(`/api/captures/changes?after=${known}`, {credentials: 'same-origin', cache: 'no-store', signal});
+  if (response.status === 401) known = null;
+  if (!response.ok) throw new Error(`status ${response.status}`);
+  return (await response.json()).version;
 }
 
 export async function refreshCaptures() {
-  captures = (await get('/api/captures')).captures;
+  const answer = await get('/api/captures');
+  captures = answer.captures;
+  known = answer.version;
   render();
-  followJobs();
+  followChanges();
 }
 
 export function openCapture(id) {
@@ -199,6 +218,10 @@ export function startToday() {
       saveSettings({provider: byId('ai-provider').value, model: byId('ai-model').value}).catch((error) => toast(error.message));
     });
   }
+  document.addEventListener('visibilitychange', () => {
+    if (document.hidden) following?.abort();
+    else followChanges();
+  });
   onSettings((settings) => {
     byId('ai-provider').value = settings.provider;
     byId('ai-model').value = settings.model;
