@@ -1,10 +1,27 @@
-// A window with one web view and nothing else around it but a bar above, for the driver's own tests
-// of what it does with pages. It has the size of an application's main window.
+// A window with one web view and nothing else around it but a bar above, for tests of pages and of
+// what the driver does with them. It has the size of an application's main window. SIGHUP switches
+// its desktop between light and dark.
+#include <csignal>
+
+#include <glib-unix.h>
 #include <gtk/gtk.h>
 #include <webkit2/webkit2.h>
 
+namespace {
+
+gboolean switchColorScheme(gpointer) {
+  GtkSettings* settings = gtk_settings_get_default();
+  gboolean dark = FALSE;
+  g_object_get(settings, "gtk-application-prefer-dark-theme", &dark, nullptr);
+  g_object_set(settings, "gtk-application-prefer-dark-theme", !dark, nullptr);
+  return G_SOURCE_CONTINUE;
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
   gtk_init(&argc, &argv);
+  g_unix_signal_add(SIGHUP, switchColorScheme, nullptr);
   const char* url = argc > 1 ? argv[1] : g_getenv("NAVORA_URL");
   GtkWidget* window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
   gtk_window_set_default_size(GTK_WINDOW(window), 900, 650);
