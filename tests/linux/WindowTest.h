@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "hosts/linux/ColorScheme.h"
 #include "hosts/linux/LinuxMainWindow.h"
 #include "linux/MainLoop.h"
 #include "linux/TestDesktop.h"
@@ -29,7 +30,7 @@ class WindowTest : public testing::Test {
   }
 
   std::unique_ptr<LinuxMainWindow> makeWindow() {
-    return std::make_unique<LinuxMainWindow>(description(), delegate_, defaults_);
+    return std::make_unique<LinuxMainWindow>(description(), delegate_, defaults_, colorScheme_);
   }
   static testing::AssertionResult show(LinuxMainWindow& window) {
     window.makeKeyAndOrderFront();
@@ -41,6 +42,7 @@ class WindowTest : public testing::Test {
   driver::Mouse& mouse_ = TestDesktop::current().mouse();
   Delegate delegate_;
   MemoryUserDefaults defaults_;
+  ColorScheme colorScheme_;
 };
 
 }  // namespace navora

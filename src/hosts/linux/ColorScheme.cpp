@@ -19,25 +19,22 @@ constexpr guint32 noPreference = 0;
 constexpr guint32 preferDark = 1;
 constexpr const char* darkProperty = "gtk-application-prefer-dark-theme";
 
-// The value comes wrapped in one variant, or in two from older portals.
-void apply(GVariantPtr value) {
-  while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT) != FALSE) {
-    value.reset(g_variant_get_variant(value.get()));
-  }
-  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) == FALSE) return;
-  const guint32 scheme = g_variant_get_uint32(value.get());
+// What the user has told the toolkit itself.
+bool themeIsDark() {
   GtkSettings* settings = gtk_settings_get_default();
-  if (scheme == noPreference) {
-    // What the user has told the toolkit itself.
-    gtk_settings_reset_property(settings, darkProperty);
-  } else {
-    g_object_set(settings, darkProperty, scheme == preferDark ? TRUE : FALSE, nullptr);
-  }
+  gtk_settings_reset_property(settings, darkProperty);
+  gboolean preferred = FALSE;
+  char* name = nullptr;
+  g_object_get(settings, darkProperty, &preferred, "gtk-theme-name", &name, nullptr);
+  const GCharPtr theme(name);
+  return preferred != FALSE || stringFrom(theme.get()).ends_with("-dark");
 }
 
 }  // namespace
 
-ColorScheme::ColorScheme() : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
+ColorScheme::ColorScheme()
+    : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
+      systemIsDark_(themeIsDark()) {
   joinSharedBus(G_BUS_TYPE_SESSION, cancellable_.get(),
                 [this](GObjectPtr<GDBusConnection> bus) { follow(std::move(bus)); });
 }
@@ -51,25 +48,58 @@ void ColorScheme::follow(GObjectPtr<GDBusConnection> bus) {
   bus_ = std::move(bus);
   subscription_ = g_dbus_connection_signal_subscribe(
       bus_.get(), portalName, settingsInterface, "SettingChanged", portalPath, appearanceNamespace,
-      G_DBUS_SIGNAL_FLAGS_NONE, onChanged, nullptr, nullptr);
+      G_DBUS_SIGNAL_FLAGS_NONE, onChanged, this, nullptr);
   g_dbus_connection_call(bus_.get(), portalName, portalPath, settingsInterface, "Read",
                          g_variant_new("(ss)", appearanceNamespace, schemeKey),
                          G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, -1, cancellable_.get(),
-                         onRead, nullptr);
+                         onRead, this);
 }
 
-void ColorScheme::onRead(GObject* bus, GAsyncResult* result, gpointer) {
+// The value comes wrapped in one variant, or in two from older portals.
+void ColorScheme::readPreference(GVariantPtr value) {
+  while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT) != FALSE) {
+    value.reset(g_variant_get_variant(value.get()));
+  }
+  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) == FALSE) return;
+  const guint32 scheme = g_variant_get_uint32(value.get());
+  preference_ = scheme == noPreference ? std::nullopt : std::optional(scheme == preferDark);
+  const bool wasDark = std::exchange(systemIsDark_, preference_ ? *preference_ : themeIsDark());
+  applyAppearance();
+  if (systemIsDark_ != wasDark && onSystemChange) onSystemChange(systemIsDark_);
+}
+
+void ColorScheme::setAppearance(WindowAppearance appearance) {
+  appearance_ = appearance;
+  applyAppearance();
+}
+
+void ColorScheme::applyAppearance() {
+  GtkSettings* settings = gtk_settings_get_default();
+  if (appearance_ == WindowAppearance::system && !preference_) {
+    gtk_settings_reset_property(settings, darkProperty);
+    return;
+  }
+  const bool dark = appearance_ == WindowAppearance::system ? *preference_
+                                                            : appearance_ == WindowAppearance::dark;
+  g_object_set(settings, darkProperty, dark ? TRUE : FALSE, nullptr);
+}
+
+void ColorScheme::onRead(GObject* bus, GAsyncResult* result, gpointer self) {
   const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-  if (reply) apply(GVariantPtr(g_variant_get_child_value(reply.get(), 0)));
+  // No reply after the end of the scheme either, which cancels the call.
+  if (!reply) return;
+  static_cast<ColorScheme*>(self)->readPreference(
+      GVariantPtr(g_variant_get_child_value(reply.get(), 0)));
 }
 
 void ColorScheme::onChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
-                            GVariant* parameters, gpointer) {
+                            GVariant* parameters, gpointer self) {
   if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(ssv)")) == FALSE) return;
   const char* key = nullptr;
   g_variant_get_child(parameters, 1, "&s", &key);
-  if (std::string_view(key) == schemeKey)
-    apply(GVariantPtr(g_variant_get_child_value(parameters, 2)));
+  if (std::string_view(key) != schemeKey) return;
+  static_cast<ColorScheme*>(self)->readPreference(
+      GVariantPtr(g_variant_get_child_value(parameters, 2)));
 }
 
 }  // namespace navora

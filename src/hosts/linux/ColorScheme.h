@@ -1,13 +1,18 @@
 #pragma once
 
+#include <functional>
+#include <optional>
+
 #include <gio/gio.h>
 
 #include "hosts/linux/GLibSupport.h"
+#include "platform/WindowAppearance.h"
 
 namespace navora {
 
 // Lets the application follow the desktop's choice between light and dark, which GTK 3 does not
-// read by itself. A desktop without the settings portal keeps the look of its theme.
+// read by itself, or look otherwise while the page does. A desktop without the settings portal
+// keeps the look of its theme.
 class ColorScheme {
  public:
   ColorScheme();
@@ -16,15 +21,29 @@ class ColorScheme {
   ColorScheme(const ColorScheme&) = delete;
   ColorScheme& operator=(const ColorScheme&) = delete;
 
+  // Whether the desktop is dark, whatever the application looks like.
+  bool systemIsDark() const { return systemIsDark_; }
+  // Called after that has changed.
+  std::function<void(bool dark)> onSystemChange;
+
+  // How the application looks. GTK 3 knows one look for all windows of a process.
+  void setAppearance(WindowAppearance appearance);
+
  private:
-  static void onRead(GObject* bus, GAsyncResult* result, gpointer);
+  static void onRead(GObject* bus, GAsyncResult* result, gpointer self);
   static void onChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
-                        GVariant* parameters, gpointer);
+                        GVariant* parameters, gpointer self);
+  void readPreference(GVariantPtr value);
+  void applyAppearance();
   void follow(GObjectPtr<GDBusConnection> bus);
 
   GObjectPtr<GCancellable> cancellable_;
   GObjectPtr<GDBusConnection> bus_;
   guint subscription_ = 0;
+  // What the desktop says; nothing when it leaves the choice to the theme.
+  std::optional<bool> preference_;
+  WindowAppearance appearance_ = WindowAppearance::system;
+  bool systemIsDark_ = false;
 };
 
 }  // namespace navora

@@ -81,7 +81,14 @@ void LinuxApplication::activeWindowChanged() {
   }
 }
 
+void LinuxApplication::watchPanel(Gtk::Window& panel) {
+  panel_ = &panel;
+  panel.property_is_active().signal_changed().connect(
+      [this] { Glib::signal_idle().connect_once([this] { settleActivity(); }); });
+}
+
 void LinuxApplication::settleActivity() {
+  if (panel_ != nullptr && panel_->is_active()) return;
   const bool wasActive = active_;
   active_ = hasActiveWindow();
   if (active_ && !wasActive) delegate_->applicationDidBecomeActive();

@@ -25,6 +25,8 @@ class LinuxApplication final : public Application {
 
   // From now on follows whether one of the application's windows is the active one.
   void watch(LinuxMainWindow& window);
+  // The capture panel takes the keyboard without making the application the active one.
+  void watchPanel(Gtk::Window& panel);
 
   void activateIgnoringOtherApplications() override;
 
@@ -38,6 +40,7 @@ class LinuxApplication final : public Application {
   Glib::RefPtr<Gtk::Application> application_;
   ApplicationDelegate* delegate_ = nullptr;
   LinuxMainWindow* window_ = nullptr;
+  Gtk::Window* panel_ = nullptr;
   bool launched_ = false;
   bool active_ = false;
 };

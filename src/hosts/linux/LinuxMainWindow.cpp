@@ -13,6 +13,7 @@
 #include <optional>
 #include <utility>
 
+#include "hosts/linux/ColorScheme.h"
 #include "hosts/linux/LinuxWebView.h"
 #include "support/Json.h"
 
@@ -54,8 +55,9 @@ guint32 presentTime(Gtk::Window& window) {
 }  // namespace
 
 LinuxMainWindow::LinuxMainWindow(const MainWindowDescription& description,
-                                 MainWindowDelegate& delegate, UserDefaults& defaults)
-    : defaults_(defaults), autosaveName_(description.frameAutosaveName) {
+                                 MainWindowDelegate& delegate, UserDefaults& defaults,
+                                 ColorScheme& colorScheme)
+    : defaults_(defaults), colorScheme_(colorScheme), autosaveName_(description.frameAutosaveName) {
   window_.set_title(description.title);
   window_.set_icon_name(iconName);
   window_.set_position(Gtk::WIN_POS_CENTER);
@@ -127,6 +129,14 @@ void LinuxMainWindow::matchBackgroundToTheme() {
   if (webView_ && window_.get_style_context()->lookup_color("theme_bg_color", color)) {
     webView_->setBackgroundColor(*color.gobj());
   }
+}
+
+void LinuxMainWindow::makeContentViewFirstResponder() {
+  focusContent();
+}
+
+void LinuxMainWindow::setAppearance(WindowAppearance appearance) {
+  colorScheme_.setAppearance(appearance);
 }
 
 bool LinuxMainWindow::isMiniaturized() const {

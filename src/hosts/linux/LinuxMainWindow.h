@@ -12,17 +12,21 @@
 
 namespace navora {
 
+class ColorScheme;
 class LinuxWebView;
 
 class LinuxMainWindow final : public MainWindow {
  public:
-  // Both references must outlive the window.
+  // All references must outlive the window.
   LinuxMainWindow(const MainWindowDescription& description, MainWindowDelegate& delegate,
-                  UserDefaults& defaults);
+                  UserDefaults& defaults, ColorScheme& colorScheme);
   ~LinuxMainWindow() override;
 
   void setTitle(const std::string& title) override;
   void setContentView(std::shared_ptr<WebView> webView) override;
+  void makeContentViewFirstResponder() override;
+  // The toolkit knows one appearance for all of the process.
+  void setAppearance(WindowAppearance appearance) override;
   bool isMiniaturized() const override;
   void deminiaturize() override;
   void makeKeyAndOrderFront() override;
@@ -43,6 +47,7 @@ class LinuxMainWindow final : public MainWindow {
   void matchBackgroundToTheme();
 
   UserDefaults& defaults_;
+  ColorScheme& colorScheme_;
   const std::string autosaveName_;
   std::shared_ptr<LinuxWebView> webView_;
   Gtk::Window window_;

@@ -1,6 +1,8 @@
 #include "hosts/linux/LinuxPlatform.h"
 
+#include "hosts/linux/LinuxCapturePanel.h"
 #include "hosts/linux/LinuxErrorView.h"
+#include "hosts/linux/LinuxHttpSession.h"
 #include "hosts/linux/LinuxMainWindow.h"
 #include "hosts/linux/LinuxWebView.h"
 
@@ -9,7 +11,8 @@ namespace navora {
 std::shared_ptr<MainWindow> LinuxPlatform::makeMainWindow(const MainWindowDescription& description,
                                                           MainWindowDelegate& delegate) {
   colorScheme_.emplace();
-  auto window = std::make_shared<LinuxMainWindow>(description, delegate, userDefaults_);
+  auto window =
+      std::make_shared<LinuxMainWindow>(description, delegate, userDefaults_, *colorScheme_);
   application_.watch(*window);
   dialogs_.setParent(&window->native());
   return window;
@@ -23,6 +26,18 @@ std::shared_ptr<WebView> LinuxPlatform::makeWebView(const WebViewConfiguration& 
 std::unique_ptr<ErrorView> LinuxPlatform::makeErrorView(MainWindow& window,
                                                         const ErrorViewDescription& description) {
   return std::make_unique<LinuxErrorView>(static_cast<LinuxMainWindow&>(window), description);
+}
+
+std::unique_ptr<CapturePanel> LinuxPlatform::makeCapturePanel(Size contentSize,
+                                                              CapturePanelDelegate& delegate) {
+  auto panel = std::make_unique<LinuxCapturePanel>(contentSize, delegate, *colorScheme_);
+  application_.watchPanel(panel->native());
+  return panel;
+}
+
+std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(
+    const HttpSessionConfiguration& configuration) {
+  return std::make_unique<LinuxHttpSession>(configuration);
 }
 
 }  // namespace navora

@@ -6,6 +6,8 @@
 #include "hosts/linux/ColorScheme.h"
 #include "hosts/linux/LinuxApplication.h"
 #include "hosts/linux/LinuxDialogs.h"
+#include "hosts/linux/LinuxHotKeys.h"
+#include "hosts/linux/LinuxMainQueue.h"
 #include "hosts/linux/LinuxResources.h"
 #include "hosts/linux/LinuxSystem.h"
 #include "hosts/linux/LinuxUserDefaults.h"
@@ -20,6 +22,8 @@ class LinuxPlatform final : public Platform {
  public:
   LinuxApplication& application() override { return application_; }
   Dialogs& dialogs() override { return dialogs_; }
+  HotKeys& hotKeys() override { return hotKeys_; }
+  MainQueue& mainQueue() override { return mainQueue_; }
   Resources& resources() override { return resources_; }
   System& system() override { return system_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
@@ -30,10 +34,16 @@ class LinuxPlatform final : public Platform {
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                            const ErrorViewDescription& description) override;
+  std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
+                                                 CapturePanelDelegate& delegate) override;
+  std::unique_ptr<HttpSession> makeHttpSession(
+      const HttpSessionConfiguration& configuration) override;
 
  private:
   LinuxApplication application_;
   LinuxDialogs dialogs_;
+  LinuxHotKeys hotKeys_;
+  LinuxMainQueue mainQueue_;
   LinuxResources resources_;
   LinuxSystem system_;
   LinuxUserDefaults userDefaults_;

@@ -102,6 +102,14 @@ std::string LinuxSystem::timeZoneIdentifier() const {
   return timeZone_.identifier(environmentVariable("TZ"));
 }
 
+Date LinuxSystem::now() const {
+  return std::chrono::system_clock::now();
+}
+
+std::string LinuxSystem::randomUuid() const {
+  return GCharPtr(g_uuid_string_random()).get();
+}
+
 std::unique_ptr<ObserverToken> LinuxSystem::observeTimeZoneChange(std::function<void()> callback) {
   return std::make_unique<FileObserver>(timeZone_.localTimeFile(), std::move(callback));
 }

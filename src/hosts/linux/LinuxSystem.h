@@ -12,6 +12,8 @@ class LinuxSystem final : public System {
   std::optional<std::string> environmentVariable(const std::string& name) const override;
   std::vector<std::string> preferredLanguages() const override;
   std::string timeZoneIdentifier() const override;
+  Date now() const override;
+  std::string randomUuid() const override;
 
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   // Through the login manager, where there is one.

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cairo.h>
+
+#include "platform/Canvas.h"
+#include "platform/Geometry.h"
+
+namespace navora {
+
+// Paints on a cairo context whose y axis points downwards.
+class CairoCanvas final : public Canvas {
+ public:
+  // The context must outlive the canvas, and gets its state back with it. `bounds` is the size of
+  // the view that begins at the context's origin.
+  CairoCanvas(cairo_t* context, Size bounds);
+  ~CairoCanvas() override;
+  CairoCanvas(const CairoCanvas&) = delete;
+  CairoCanvas& operator=(const CairoCanvas&) = delete;
+
+  void fillRoundedRectangle(const Rectangle& rectangle, double radius,
+                            const LinearGradient& gradient) override;
+  void strokeRoundedRectangle(const Rectangle& rectangle, double radius, Color color,
+                              const StrokeStyle& style) override;
+  void fillOval(const Rectangle& rectangle, Color color) override;
+  void strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) override;
+
+ private:
+  void addRoundedRectangle(const Rectangle& rectangle, double radius);
+  void stroke(Color color, const StrokeStyle& style);
+
+  cairo_t* context_;
+};
+
+}  // namespace navora

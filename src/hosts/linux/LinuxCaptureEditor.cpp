@@ -1,0 +1,214 @@
+#include "hosts/linux/LinuxCaptureEditor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <locale>
+#include <sstream>
+
+#include <gdk/gdkkeysyms.h>
+
+#include "platform/CapturePanel.h"
+
+namespace navora {
+namespace {
+
+constexpr int textInset = static_cast<int>(CapturePanelLayout::editorInset);
+
+std::string cssColor(Color color) {
+  std::ostringstream css;
+  css.imbue(std::locale::classic());
+  const auto channel = [](double value) { return static_cast<int>(std::lround(value * 255)); };
+  css << "rgba(" << channel(color.red) << ", " << channel(color.green) << ", "
+      << channel(color.blue) << ", " << color.alpha << ")";
+  return css.str();
+}
+
+std::string cssFamily(FontFamily family) {
+  switch (family) {
+    case FontFamily::serif:
+      return "font-family: serif;";
+    case FontFamily::mono:
+      return "font-family: monospace;";
+    case FontFamily::sans:
+      break;
+  }
+  // The desktop's own font.
+  return "";
+}
+
+std::string cssFrom(const CaptureEditorStyle& style) {
+  std::ostringstream css;
+  css.imbue(std::locale::classic());
+  css << "textview { background: none; font-size: " << style.fontSize << "px; "
+      << cssFamily(style.family) << " }"
+      << "textview text { background: none; color: " << cssColor(style.ink)
+      << "; caret-color: " << cssColor(style.caret) << "; }"
+      << "scrolledwindow, viewport { background: none; border: none; }"
+      << "undershoot, overshoot { background: none; }";
+  return css.str();
+}
+
+void applyTo(Gtk::Widget& widget, const Glib::RefPtr<Gtk::CssProvider>& css) {
+  widget.get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+}  // namespace
+
+LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
+    : delegate_(delegate),
+      buffer_(view_.get_buffer()),
+      undo_(buffer_),
+      css_(Gtk::CssProvider::create()) {
+  scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+  scroller_.set_overlay_scrolling(true);
+  scroller_.set_shadow_type(Gtk::SHADOW_NONE);
+  scroller_.add(view_);
+  applyTo(scroller_, css_);
+  applyTo(view_, css_);
+
+  view_.set_wrap_mode(Gtk::WRAP_WORD_CHAR);
+  view_.set_top_margin(textInset);
+  view_.set_bottom_margin(textInset);
+  // Tab leads to the button, as it would in any form.
+  view_.set_accepts_tab(false);
+
+  buffer_->signal_changed().connect([this] {
+    if (!clearing_) delegate_.editorTextDidChange();
+  });
+  preedit_ = SignalConnection(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
+  view_.signal_focus_in_event().connect([this](GdkEventFocus*) {
+    delegate_.editorDidChangeFocus(true);
+    return false;
+  });
+  view_.signal_focus_out_event().connect([this](GdkEventFocus*) {
+    delegate_.editorDidChangeFocus(false);
+    return false;
+  });
+  view_.signal_draw().connect(
+      [this](const Cairo::RefPtr<Cairo::Context>& context) { return drawPlaceholder(context); });
+  scroller_.show_all();
+}
+
+LinuxCaptureEditor::~LinuxCaptureEditor() {
+  // The last change of a dying buffer is nobody's.
+  clearing_ = true;
+}
+
+void LinuxCaptureEditor::onPreeditChanged(GtkTextView*, const char* text, gpointer self) {
+  auto& editor = *static_cast<LinuxCaptureEditor*>(self);
+  editor.composing_ = !stringFrom(text).empty();
+  editor.view_.queue_draw();
+}
+
+std::string LinuxCaptureEditor::text() const {
+  return buffer_->get_text(true);
+}
+
+bool LinuxCaptureEditor::isEmpty() const {
+  return buffer_->get_char_count() == 0;
+}
+
+void LinuxCaptureEditor::clear() {
+  clearing_ = true;
+  buffer_->set_text("");
+  clearing_ = false;
+  undo_.forget();
+}
+
+void LinuxCaptureEditor::setEditable(bool editable) {
+  view_.set_editable(editable);
+}
+
+void LinuxCaptureEditor::setStyle(const CaptureEditorStyle& style) {
+  style_ = style;
+  css_->load_from_data(cssFrom(style));
+  fillLinesTo(style.lineHeight);
+}
+
+// The font's own line and what is missing, shared between above and below.
+void LinuxCaptureEditor::fillLinesTo(double lineHeight) {
+  int height = 0;
+  int width = 0;
+  view_.create_pango_layout("Ag")->get_pixel_size(width, height);
+  lineExtra_ = std::max(0, static_cast<int>(std::lround(lineHeight)) - height);
+  const int above = lineExtra_ / 2;
+  view_.set_pixels_above_lines(above);
+  view_.set_pixels_below_lines(lineExtra_ - above);
+  view_.set_pixels_inside_wrap(lineExtra_);
+}
+
+void LinuxCaptureEditor::setPlaceholder(const std::string& text) {
+  placeholder_ = text;
+  view_.queue_draw();
+}
+
+void LinuxCaptureEditor::setAccessibilityLabel(const std::string& label) {
+  view_.get_accessible()->set_name(label);
+}
+
+void LinuxCaptureEditor::makeFirstResponder() {
+  view_.grab_focus();
+}
+
+void LinuxCaptureEditor::moveCaretToEnd() {
+  buffer_->place_cursor(buffer_->end());
+  view_.scroll_to(buffer_->get_insert());
+}
+
+bool LinuxCaptureEditor::handleKey(const GdkEventKey& event) {
+  const guint state = event.state & gtk_accelerator_get_default_mod_mask();
+  const guint key = gdk_keyval_to_lower(event.keyval);
+  const bool isRedo = (key == GDK_KEY_z && state == (GDK_CONTROL_MASK | GDK_SHIFT_MASK)) ||
+                      (key == GDK_KEY_y && state == GDK_CONTROL_MASK);
+  const bool isUndo = key == GDK_KEY_z && state == GDK_CONTROL_MASK;
+  if (!isUndo && !isRedo) return false;
+  if (!view_.get_editable()) return true;
+  isUndo ? undo_.undo() : undo_.redo();
+  view_.scroll_to(buffer_->get_insert());
+  return true;
+}
+
+int LinuxCaptureEditor::textWidth() const {
+  const int width = scroller_.get_allocated_width();
+  int wanted = 0;
+  int height = 0;
+  scroller_.get_size_request(wanted, height);
+  return std::max({1, wanted > 0 ? wanted : width});
+}
+
+double LinuxCaptureEditor::textHeight() {
+  const auto layout = view_.create_pango_layout("");
+  layout->set_width(textWidth() * PANGO_SCALE);
+  layout->set_wrap(Pango::WRAP_WORD_CHAR);
+  // A longer piece is laid out only while the shorter one does not settle the question.
+  const int length = buffer_->get_char_count();
+  for (int measured = 2000;; measured *= 2) {
+    const bool whole = measured >= length;
+    const auto end = whole ? buffer_->end() : buffer_->get_iter_at_offset(measured);
+    layout->set_text(buffer_->get_text(buffer_->begin(), end, true));
+    int width = 0;
+    int height = 0;
+    layout->get_pixel_size(width, height);
+    const double total = height + layout->get_line_count() * lineExtra_;
+    if (whole || total > tallestMeasure_) return total;
+  }
+}
+
+bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context) {
+  if (!isEmpty() || composing_ || placeholder_.empty()) return false;
+  Gdk::Rectangle caret;
+  view_.get_iter_location(buffer_->begin(), caret);
+  int x = 0;
+  int y = 0;
+  view_.buffer_to_window_coords(Gtk::TEXT_WINDOW_WIDGET, 0, caret.get_y(), x, y);
+  const auto layout = view_.create_pango_layout(placeholder_);
+  layout->set_width(view_.get_allocated_width() * PANGO_SCALE);
+  layout->set_ellipsize(Pango::ELLIPSIZE_END);
+  const Color color = style_.placeholder;
+  context->set_source_rgba(color.red, color.green, color.blue, color.alpha);
+  context->move_to(x, y);
+  layout->show_in_cairo_context(context);
+  return false;
+}
+
+}  // namespace navora

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <gtkmm/cssprovider.h>
+#include <gtkmm/scrolledwindow.h>
+#include <gtkmm/textview.h>
+
+#include "hosts/linux/GLibSupport.h"
+#include "hosts/linux/TextUndo.h"
+#include "platform/CaptureEditorView.h"
+
+namespace navora {
+
+class LinuxCaptureEditor final : public CaptureEditorView {
+ public:
+  // The delegate must outlive the editor.
+  explicit LinuxCaptureEditor(CaptureEditorDelegate& delegate);
+  ~LinuxCaptureEditor() override;
+
+  Gtk::ScrolledWindow& widget() { return scroller_; }
+  Gtk::TextView& textView() { return view_; }
+  bool isComposing() const { return composing_; }
+  // A key that nobody else wanted; whether the editor knew it.
+  bool handleKey(const GdkEventKey& event);
+  // Text beyond this height needs no measuring.
+  void setTallestMeasure(double height) { tallestMeasure_ = height; }
+
+  std::string text() const override;
+  void clear() override;
+  void setEditable(bool editable) override;
+  void setStyle(const CaptureEditorStyle& style) override;
+  void setPlaceholder(const std::string& text) override;
+  void setAccessibilityLabel(const std::string& label) override;
+  void makeFirstResponder() override;
+  void moveCaretToEnd() override;
+  double textHeight() override;
+
+ private:
+  static void onPreeditChanged(GtkTextView*, const char* text, gpointer self);
+  bool drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context);
+  bool isEmpty() const;
+  void fillLinesTo(double lineHeight);
+  int textWidth() const;
+
+  CaptureEditorDelegate& delegate_;
+  Gtk::ScrolledWindow scroller_;
+  Gtk::TextView view_;
+  Glib::RefPtr<Gtk::TextBuffer> buffer_;
+  TextUndo undo_;
+  Glib::RefPtr<Gtk::CssProvider> css_;
+  CaptureEditorStyle style_;
+  std::string placeholder_;
+  double tallestMeasure_ = 4000;
+  // Added to every line, so that it is as high as the style wants.
+  int lineExtra_ = 0;
+  bool composing_ = false;
+  bool clearing_ = false;
+  SignalConnection preedit_;
+};
+
+}  // namespace navora

@@ -1,0 +1,306 @@
+#include "hosts/linux/LinuxCapturePanel.h"
+
+#include <cmath>
+#include <memory>
+
+#include <gdkmm/display.h>
+#include <gdkmm/monitor.h>
+#include <gdkmm/screen.h>
+#include <glibmm/main.h>
+
+#ifdef GDK_WINDOWING_X11
+#include <gdk/gdkx.h>
+#endif
+
+#include "hosts/linux/ActiveWindow.h"
+#include "hosts/linux/CairoCanvas.h"
+#include "hosts/linux/ColorScheme.h"
+#include "hosts/linux/LinuxKeyEvents.h"
+#include "hosts/linux/ModifierNames.h"
+#include "hosts/linux/ScreenGeometry.h"
+
+namespace navora {
+namespace {
+
+constexpr unsigned focusCheckMilliseconds = 50;
+
+int pixels(double length) {
+  return static_cast<int>(std::lround(length));
+}
+
+Pango::AttrList messageAttributes(Color color) {
+  const auto channel = [](double value) {
+    return static_cast<guint16>(std::lround(value * 65535));
+  };
+  Pango::AttrList attributes;
+  auto size = Pango::Attribute::create_attr_size_absolute(
+      static_cast<int>(CapturePanel::messageFontSize * PANGO_SCALE));
+  auto ink = Pango::Attribute::create_attr_foreground(channel(color.red), channel(color.green),
+                                                      channel(color.blue));
+  attributes.insert(size);
+  attributes.insert(ink);
+  return attributes;
+}
+
+}  // namespace
+
+LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& delegate,
+                                     ColorScheme& colorScheme)
+    : delegate_(delegate),
+      colorScheme_(colorScheme),
+      frame_{0, 0, pixels(contentSize.width), pixels(contentSize.height)},
+      editor_(delegate),
+      button_(delegate) {
+  makeFloating();
+  useAlphaVisual();
+  message_.set_line_wrap(true);
+  message_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+  message_.set_xalign(0);
+  message_.set_yalign(0.5);
+  message_.show();
+  content_.add(editor_.widget());
+  content_.add(message_);
+  content_.add(button_.widget());
+  window_.add(content_);
+  content_.show();
+  placeChildren();
+  connectEvents();
+  gtk_widget_realize(GTK_WIDGET(window_.gobj()));
+  colorScheme_.onSystemChange = [this](bool dark) { delegate_.systemAppearanceDidChange(dark); };
+}
+
+LinuxCapturePanel::~LinuxCapturePanel() {
+  colorScheme_.onSystemChange = nullptr;
+  focusCheck_.disconnect();
+}
+
+void LinuxCapturePanel::makeFloating() {
+  window_.set_decorated(false);
+  window_.set_resizable(false);
+  window_.set_keep_above(true);
+  window_.stick();
+  window_.set_type_hint(Gdk::WINDOW_TYPE_HINT_UTILITY);
+  window_.set_skip_taskbar_hint(true);
+  window_.set_skip_pager_hint(true);
+  window_.set_app_paintable(true);
+  window_.set_gravity(Gdk::GRAVITY_NORTH_WEST);
+}
+
+void LinuxCapturePanel::useAlphaVisual() {
+  if (const auto visual = window_.get_screen()->get_rgba_visual()) {
+    gtk_widget_set_visual(GTK_WIDGET(window_.gobj()), visual->gobj());
+  }
+  window_.get_screen()->signal_composited_changed().connect(
+      sigc::mem_fun(*this, &LinuxCapturePanel::redrawSurface));
+}
+
+void LinuxCapturePanel::connectEvents() {
+  window_.add_events(Gdk::BUTTON_PRESS_MASK);
+  window_.signal_draw().connect(sigc::mem_fun(*this, &LinuxCapturePanel::paint), false);
+  window_.signal_key_press_event().connect(
+      [this](GdkEventKey* event) { return keyPressed(*event); }, false);
+  window_.signal_button_press_event().connect(
+      [this](GdkEventButton* event) { return buttonPressed(*event); });
+  window_.signal_focus_out_event().connect([this](GdkEventFocus*) {
+    focusLeft();
+    return false;
+  });
+  window_.signal_configure_event().connect(
+      [this](GdkEventConfigure*) {
+        window_.get_position(frame_.x, frame_.y);
+        return false;
+      },
+      false);
+  // Whoever asks the window manager to close it wants it out of the way.
+  window_.signal_delete_event().connect([this](GdkEventAny*) {
+    delegate_.editorKeyDown({KeyEvent::escapeKey, 0}, false);
+    return true;
+  });
+}
+
+bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
+  if (delegate_.editorKeyDown(keyEventFrom(event), editor_.isComposing())) return true;
+  return !editor_.isComposing() && editor_.handleKey(event);
+}
+
+bool LinuxCapturePanel::buttonPressed(const GdkEventButton& event) {
+  if (event.type != GDK_BUTTON_PRESS || event.button != GDK_BUTTON_PRIMARY) return false;
+  window_.begin_move_drag(static_cast<int>(event.button), static_cast<int>(event.x_root),
+                          static_cast<int>(event.y_root), event.time);
+  return true;
+}
+
+// A key grab, of the hot key or of a menu, takes the focus away as well, and gives it back.
+void LinuxCapturePanel::focusLeft() {
+  focusCheck_.disconnect();
+  if (!isVisible()) return;
+  focusCheck_ = Glib::signal_timeout().connect(
+      [this] {
+        checkFocus();
+        return false;
+      },
+      focusCheckMilliseconds);
+}
+
+void LinuxCapturePanel::checkFocus() {
+  if (!isVisible() || window_.has_toplevel_focus()) return;
+  if (anotherWindowIsActive(window_.get_window()->gobj())) {
+    delegate_.panelDidResignKey();
+  } else {
+    focusLeft();
+  }
+}
+
+void LinuxCapturePanel::setTitle(const std::string& title) {
+  window_.set_title(title);
+}
+
+void LinuxCapturePanel::setAppearance(WindowAppearance appearance) {
+  colorScheme_.setAppearance(appearance);
+}
+
+bool LinuxCapturePanel::systemIsDark() const {
+  return colorScheme_.systemIsDark();
+}
+
+Size LinuxCapturePanel::size() const {
+  return {static_cast<double>(frame_.width), static_cast<double>(frame_.height)};
+}
+
+Rectangle LinuxCapturePanel::frame() const {
+  return ScreenGeometry().toCore(frame_);
+}
+
+void LinuxCapturePanel::setFrame(const Rectangle& frame) {
+  const GdkRectangle wanted = ScreenGeometry().toGdk(frame);
+  const bool moved = wanted.x != frame_.x || wanted.y != frame_.y;
+  const bool resized = wanted.width != frame_.width || wanted.height != frame_.height;
+  frame_ = wanted;
+  if (moved) window_.move(frame_.x, frame_.y);
+  if (resized) placeChildren();
+}
+
+std::optional<Rectangle> LinuxCapturePanel::screenVisibleFrame() const {
+  const auto monitor = Gdk::Display::get_default()->get_monitor_at_point(
+      frame_.x + frame_.width / 2, frame_.y + frame_.height / 2);
+  if (!monitor) return std::nullopt;
+  Gdk::Rectangle area;
+  monitor->get_workarea(area);
+  return ScreenGeometry().toCore(*area.gobj());
+}
+
+void LinuxCapturePanel::makeKeyAndOrderFront() {
+  guint32 time = GDK_CURRENT_TIME;
+#ifdef GDK_WINDOWING_X11
+  GdkWindow* surface = window_.get_window()->gobj();
+  if (GDK_IS_X11_WINDOW(surface)) {
+    // Otherwise the window manager takes the panel for one that nobody asked for.
+    time = gdk_x11_get_server_time(surface);
+    gdk_x11_window_set_user_time(surface, time);
+  }
+#endif
+  if (!isVisible()) window_.move(frame_.x, frame_.y);
+  window_.present(time);
+}
+
+void LinuxCapturePanel::orderOut() {
+  focusCheck_.disconnect();
+  window_.hide();
+}
+
+void LinuxCapturePanel::setMessage(const std::string& text) {
+  message_.set_text(withModifierNames(text));
+}
+
+void LinuxCapturePanel::setMessageColor(Color color) {
+  auto attributes = messageAttributes(color);
+  message_.set_attributes(attributes);
+}
+
+double LinuxCapturePanel::messageTextHeight(double width) {
+  const auto layout = message_.create_pango_layout(message_.get_text());
+  auto attributes = message_.get_attributes();
+  layout->set_attributes(attributes);
+  layout->set_width(pixels(width) * PANGO_SCALE);
+  layout->set_wrap(Pango::WRAP_WORD_CHAR);
+  int lineWidth = 0;
+  int height = 0;
+  layout->get_pixel_size(lineWidth, height);
+  return height;
+}
+
+void LinuxCapturePanel::setSubmitEnabled(bool enabled) {
+  button_.widget().set_sensitive(enabled);
+}
+
+void LinuxCapturePanel::setSubmitOpacity(double opacity) {
+  button_.widget().set_opacity(opacity);
+}
+
+void LinuxCapturePanel::setSubmitToolTip(const std::string& text) {
+  button_.widget().set_tooltip_text(withModifierNames(text));
+}
+
+void LinuxCapturePanel::setSubmitAccessibilityLabel(const std::string& label) {
+  button_.setAccessibilityLabel(label);
+}
+
+void LinuxCapturePanel::setLayout(const CapturePanelLayout& layout) {
+  if (layout == layout_) return;
+  layout_ = layout;
+  placeChildren();
+}
+
+void LinuxCapturePanel::placeChildren() {
+  const auto frames = layout_.framesIn(size());
+  const auto place = [this](Gtk::Widget& widget, const Rectangle& frame) {
+    widget.set_size_request(pixels(frame.width), pixels(frame.height));
+    content_.move(widget, pixels(frame.x), pixels(size().height - frame.maxY()));
+  };
+  place(editor_.widget(), frames.editor);
+  place(message_, frames.message);
+  place(button_.widget(), frames.button);
+  content_.set_size_request(frame_.width, frame_.height);
+  shapeWithoutCompositor();
+}
+
+void LinuxCapturePanel::redrawSurface() {
+  shapeWithoutCompositor();
+  window_.queue_draw();
+}
+
+void LinuxCapturePanel::redrawSubmitButton() {
+  button_.widget().queue_draw();
+}
+
+bool LinuxCapturePanel::paint(const Cairo::RefPtr<Cairo::Context>& context) {
+  context->save();
+  context->set_operator(Cairo::OPERATOR_SOURCE);
+  context->set_source_rgba(0, 0, 0, 0);
+  context->paint();
+  context->restore();
+  CairoCanvas canvas(context->cobj(), size());
+  delegate_.paintSurface(canvas, size());
+  return false;
+}
+
+// Without a compositor what is transparent shows black: the window is cut to what is painted.
+void LinuxCapturePanel::shapeWithoutCompositor() {
+  const auto surface = window_.get_window();
+  if (!surface) return;
+  if (window_.get_screen()->is_composited()) {
+    gdk_window_shape_combine_region(surface->gobj(), nullptr, 0, 0);
+    return;
+  }
+  const auto image = Cairo::ImageSurface::create(Cairo::FORMAT_A8, frame_.width, frame_.height);
+  const auto context = Cairo::Context::create(image);
+  {
+    CairoCanvas canvas(context->cobj(), size());
+    delegate_.paintSurface(canvas, size());
+  }
+  const std::unique_ptr<cairo_region_t, decltype(&cairo_region_destroy)> region(
+      gdk_cairo_region_create_from_surface(image->cobj()), cairo_region_destroy);
+  gdk_window_shape_combine_region(surface->gobj(), region.get(), 0, 0);
+}
+
+}  // namespace navora

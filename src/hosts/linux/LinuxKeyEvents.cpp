@@ -1,0 +1,49 @@
+#include "hosts/linux/LinuxKeyEvents.h"
+
+#include <gdk/gdkkeysyms.h>
+
+namespace navora {
+namespace {
+
+std::uint16_t keyCodeFrom(guint keyval) {
+  switch (keyval) {
+    case GDK_KEY_Return:
+    case GDK_KEY_ISO_Enter:
+      return KeyEvent::returnKey;
+    case GDK_KEY_KP_Enter:
+      return KeyEvent::keypadEnterKey;
+    case GDK_KEY_Escape:
+      return KeyEvent::escapeKey;
+    case GDK_KEY_space:
+    // What some layouts make of the space bar together with Shift or the third level.
+    case GDK_KEY_nobreakspace:
+      return KeyEvent::spaceKey;
+    default:
+      return KeyEvent::otherKey;
+  }
+}
+
+KeyEvent translated(const GdkEventKey& event, std::uint32_t control, std::uint32_t super) {
+  KeyEvent key{keyCodeFrom(event.keyval), 0};
+  const auto add = [&](guint mask, std::uint32_t modifier) {
+    if ((event.state & mask) != 0) key.modifiers |= modifier;
+  };
+  add(GDK_SHIFT_MASK, KeyEvent::shift);
+  add(GDK_LOCK_MASK, KeyEvent::capsLock);
+  add(GDK_CONTROL_MASK, control);
+  add(GDK_MOD1_MASK, KeyEvent::option);
+  add(GDK_SUPER_MASK, super);
+  return key;
+}
+
+}  // namespace
+
+KeyEvent keyEventFrom(const GdkEventKey& event) {
+  return translated(event, KeyEvent::control, KeyEvent::command);
+}
+
+KeyEvent shortcutEventFrom(const GdkEventKey& event) {
+  return translated(event, KeyEvent::command, KeyEvent::control);
+}
+
+}  // namespace navora
