@@ -14,6 +14,7 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using InjectionTime = UserScript::InjectionTime;
 
 class LinuxWebViewTest : public WebViewTest {};
@@ -221,6 +222,48 @@ TEST_F(LinuxWebViewTest, ARefusedLoadIsCancelledAndCanBeTakenUpAgain) {
   EXPECT_EQ(evaluate("document.title"), "Taken up");
   for (const auto& failure : navigation_.failures)
     EXPECT_EQ(failure.code, PlatformError::cancelledCode);
+}
+
+TEST_F(LinuxWebViewTest, ReadsEveryCookieOfTheStore) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  WebKitCookieManager* store = webkit_web_context_get_cookie_manager(session().context());
+  const auto add = [&](SoupCookie* cookie) {
+    bool added = false;
+    webkit_cookie_manager_add_cookie(
+        store, cookie, nullptr,
+        [](GObject*, GAsyncResult*, gpointer done) { *static_cast<bool*>(done) = true; }, &added);
+    soup_cookie_free(cookie);
+    return waitUntil([&] { return added; });
+  };
+  SoupCookie* lasting = soup_cookie_new("lasting", "a=b%20c", ".navora.example", "/app", -1);
+  soup_cookie_set_secure(lasting, TRUE);
+  soup_cookie_set_http_only(lasting, TRUE);
+  GDateTime* expiry = g_date_time_new_from_unix_utc(4'000'000'000);
+  soup_cookie_set_expires(lasting, expiry);
+  g_date_time_unref(expiry);
+  ASSERT_TRUE(add(lasting));
+  ASSERT_TRUE(add(soup_cookie_new("passing", "1", "127.0.0.1", "/", -1)));
+
+  std::optional<std::vector<HttpCookie>> cookies;
+  view_->allCookies([&](std::vector<HttpCookie> all) { cookies = std::move(all); });
+  EXPECT_EQ(cookies, std::nullopt) << "before the call returned";
+  ASSERT_TRUE(waitUntil([&] { return cookies.has_value(); }));
+  EXPECT_THAT(*cookies, IsSupersetOf({HttpCookie{"lasting", "a=b%20c", ".navora.example", "/app",
+                                                 true, dateFromSecondsSince1970(4e9)},
+                                      HttpCookie{"passing", "1", "127.0.0.1", "/", false, {}}}));
+}
+
+TEST_F(LinuxWebViewTest, TellsNoCookiesAfterItsEnd) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  bool told = false;
+  view_->allCookies([&](const std::vector<HttpCookie>&) { told = true; });
+  view_.reset();
+  makeView();
+  // A later question about the same store is answered later.
+  bool toldOther = false;
+  view_->allCookies([&](const std::vector<HttpCookie>&) { toldOther = true; });
+  ASSERT_TRUE(waitUntil([&] { return toldOther; }));
+  EXPECT_FALSE(told);
 }
 
 }  // namespace

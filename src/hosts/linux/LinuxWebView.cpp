@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "hosts/linux/LinuxCookies.h"
 #include "hosts/linux/LinuxRequest.h"
 #include "hosts/linux/PlatformErrors.h"
 
@@ -50,7 +51,7 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
       bridge_(manager_.get(), configuration),
       view_(GObjectPtr<WebKitWebView>::adopt(makeView(session, manager_.get()))),
       uriChanges_(view_.get(), "notify::uri", G_CALLBACK(onUriChanged), this),
-      evaluations_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
+      questions_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
       loadTimeout_(view_.get()),
       navigationEvents_(*this, view_.get(), session.context(), bridge_.actions(), loadTimeout_),
       pageDialogs_(view_.get(), bridge_),
@@ -61,7 +62,7 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
 }
 
 LinuxWebView::~LinuxWebView() {
-  g_cancellable_cancel(evaluations_.get());
+  g_cancellable_cancel(questions_.get());
 }
 
 void LinuxWebView::setNavigationDelegate(NavigationDelegate* delegate) {
@@ -118,7 +119,13 @@ void LinuxWebView::evaluateJavaScript(const std::string& script, EvaluationCompl
   };
   webkit_web_view_evaluate_javascript(
       view_.get(), script.c_str(), static_cast<gssize>(script.size()), nullptr, nullptr,
-      evaluations_.get(), finish, new EvaluationCompletion(std::move(completion)));
+      questions_.get(), finish, new EvaluationCompletion(std::move(completion)));
+}
+
+void LinuxWebView::allCookies(CookiesCompletion completion) {
+  WebKitCookieManager* store =
+      webkit_web_context_get_cookie_manager(webkit_web_view_get_context(view_.get()));
+  readAllCookies(store, questions_.get(), std::move(completion));
 }
 
 }  // namespace navora

@@ -29,6 +29,7 @@ class LinuxWebView final : public WebView {
   void load(const PlatformRequest& request) override;
   std::optional<Url> url() const override;
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
+  void allCookies(CookiesCompletion completion) override;
 
   // Shown wherever the page has not painted yet.
   void setBackgroundColor(const GdkRGBA& color);
@@ -46,7 +47,8 @@ class LinuxWebView final : public WebView {
   // the page that the user sees and wants back.
   std::optional<Url> lastUrl_;
   SignalConnection uriChanges_;
-  GObjectPtr<GCancellable> evaluations_;
+  // What was asked of the engine and has not been answered yet.
+  GObjectPtr<GCancellable> questions_;
   LoadTimeout loadTimeout_;
   NavigationEvents navigationEvents_;
   PageDialogs pageDialogs_;
