@@ -1,0 +1,35 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <libsoup/soup.h>
+
+#include "hosts/linux/GLibSupport.h"
+#include "platform/HttpSession.h"
+
+namespace navora {
+
+class HttpTransfer;
+
+// Requests over libsoup. Proxies are those of the desktop, except for this machine itself.
+class LinuxHttpSession final : public HttpSession {
+ public:
+  explicit LinuxHttpSession(const HttpSessionConfiguration& configuration);
+  ~LinuxHttpSession() override;
+  LinuxHttpSession(const LinuxHttpSession&) = delete;
+  LinuxHttpSession& operator=(const LinuxHttpSession&) = delete;
+
+  void send(const HttpRequest& request, Completion completion) override;
+
+ private:
+  SoupSession* sessionFor(const Url& url);
+
+  const HttpSessionConfiguration configuration_;
+  // Made when they are needed.
+  GObjectPtr<SoupSession> direct_;
+  GObjectPtr<SoupSession> proxied_;
+  std::vector<std::shared_ptr<HttpTransfer>> transfers_;
+};
+
+}  // namespace navora
