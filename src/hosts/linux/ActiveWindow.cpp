@@ -1,34 +1,40 @@
 #include "hosts/linux/ActiveWindow.h"
 
-#ifdef GDK_WINDOWING_X11
+#include <memory>
+
 #include <X11/Xatom.h>
 #include <gdk/gdkx.h>
-#endif
 
 namespace navora {
+namespace {
+
+struct XDeleter {
+  void operator()(unsigned char* data) const { XFree(data); }
+};
+
+}  // namespace
+
+std::optional<unsigned long> activeWindow() {
+  GdkDisplay* gdkDisplay = gdk_display_get_default();
+  if (!GDK_IS_X11_DISPLAY(gdkDisplay)) return std::nullopt;
+  Display* display = GDK_DISPLAY_XDISPLAY(gdkDisplay);
+  Atom type = None;
+  int format = 0;
+  unsigned long count = 0;
+  unsigned long rest = 0;
+  unsigned char* data = nullptr;
+  XGetWindowProperty(display, DefaultRootWindow(display),
+                     gdk_x11_get_xatom_by_name_for_display(gdkDisplay, "_NET_ACTIVE_WINDOW"), 0, 1,
+                     False, XA_WINDOW, &type, &format, &count, &rest, &data);
+  const std::unique_ptr<unsigned char, XDeleter> owner(data);
+  if (data == nullptr || type != XA_WINDOW || format != 32 || count != 1) return std::nullopt;
+  const Window window = *reinterpret_cast<const Window*>(data);
+  return window == None ? std::nullopt : std::optional<unsigned long>(window);
+}
 
 bool anotherWindowIsActive(GdkWindow* window) {
-#ifdef GDK_WINDOWING_X11
-  if (GDK_IS_X11_WINDOW(window)) {
-    GdkDisplay* display = gdk_window_get_display(window);
-    Display* connection = GDK_DISPLAY_XDISPLAY(display);
-    const Atom property = gdk_x11_get_xatom_by_name_for_display(display, "_NET_ACTIVE_WINDOW");
-    Atom type = None;
-    int format = 0;
-    unsigned long count = 0;
-    unsigned long rest = 0;
-    unsigned char* data = nullptr;
-    const int status = XGetWindowProperty(connection, DefaultRootWindow(connection), property, 0, 1,
-                                          False, XA_WINDOW, &type, &format, &count, &rest, &data);
-    Window active = None;
-    if (status == Success && data != nullptr && format == 32 && count == 1)
-      active = *reinterpret_cast<Window*>(data);
-    if (data != nullptr) XFree(data);
-    return active != gdk_x11_window_get_xid(window);
-  }
-#endif
-  (void)window;
-  return true;
+  if (!GDK_IS_X11_WINDOW(window)) return true;
+  return activeWindow() != gdk_x11_window_get_xid(window);
 }
 
 }  // namespace navora

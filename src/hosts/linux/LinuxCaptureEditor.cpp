@@ -48,6 +48,16 @@ std::string cssFrom(const CaptureEditorStyle& style) {
   return css.str();
 }
 
+Pango::FontDescription fontFrom(const CaptureEditorStyle& style) {
+  char* name = nullptr;
+  g_object_get(gtk_settings_get_default(), "gtk-font-name", &name, nullptr);
+  Pango::FontDescription font(stringFrom(GCharPtr(name).get()));
+  if (style.family == FontFamily::serif) font.set_family("serif");
+  if (style.family == FontFamily::mono) font.set_family("monospace");
+  font.set_absolute_size(style.fontSize * PANGO_SCALE);
+  return font;
+}
+
 void applyTo(Gtk::Widget& widget, const Glib::RefPtr<Gtk::CssProvider>& css) {
   widget.get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
@@ -122,14 +132,22 @@ void LinuxCaptureEditor::setEditable(bool editable) {
 void LinuxCaptureEditor::setStyle(const CaptureEditorStyle& style) {
   style_ = style;
   css_->load_from_data(cssFrom(style));
+  font_ = fontFrom(style);
   fillLinesTo(style.lineHeight);
+}
+
+// In the font of the style: a hidden widget takes over a new style only when it is shown.
+Glib::RefPtr<Pango::Layout> LinuxCaptureEditor::layoutOf(const Glib::ustring& text) {
+  const auto layout = view_.create_pango_layout(text);
+  layout->set_font_description(font_);
+  return layout;
 }
 
 // The font's own line and what is missing, shared between above and below.
 void LinuxCaptureEditor::fillLinesTo(double lineHeight) {
   int height = 0;
   int width = 0;
-  view_.create_pango_layout("Ag")->get_pixel_size(width, height);
+  layoutOf("Ag")->get_pixel_size(width, height);
   lineExtra_ = std::max(0, static_cast<int>(std::lround(lineHeight)) - height);
   const int above = lineExtra_ / 2;
   view_.set_pixels_above_lines(above);
@@ -177,7 +195,7 @@ int LinuxCaptureEditor::textWidth() const {
 }
 
 double LinuxCaptureEditor::textHeight() {
-  const auto layout = view_.create_pango_layout("");
+  const auto layout = layoutOf("");
   layout->set_width(textWidth() * PANGO_SCALE);
   layout->set_wrap(Pango::WRAP_WORD_CHAR);
   // A longer piece is laid out only while the shorter one does not settle the question.
@@ -201,7 +219,7 @@ bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& co
   int x = 0;
   int y = 0;
   view_.buffer_to_window_coords(Gtk::TEXT_WINDOW_WIDGET, 0, caret.get_y(), x, y);
-  const auto layout = view_.create_pango_layout(placeholder_);
+  const auto layout = layoutOf(placeholder_);
   layout->set_width(view_.get_allocated_width() * PANGO_SCALE);
   layout->set_ellipsize(Pango::ELLIPSIZE_END);
   const Color color = style_.placeholder;

@@ -38,6 +38,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   static void onPreeditChanged(GtkTextView*, const char* text, gpointer self);
   bool drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context);
   bool isEmpty() const;
+  Glib::RefPtr<Pango::Layout> layoutOf(const Glib::ustring& text);
   void fillLinesTo(double lineHeight);
   int textWidth() const;
 
@@ -48,6 +49,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   TextUndo undo_;
   Glib::RefPtr<Gtk::CssProvider> css_;
   CaptureEditorStyle style_;
+  Pango::FontDescription font_;
   std::string placeholder_;
   double tallestMeasure_ = 4000;
   // Added to every line, so that it is as high as the style wants.

@@ -201,6 +201,8 @@ void LinuxCapturePanel::makeKeyAndOrderFront() {
 #endif
   if (!isVisible()) window_.move(frame_.x, frame_.y);
   window_.present(time);
+  // Window managers do not give the keyboard to a new utility window by themselves.
+  window_.get_window()->focus(time);
 }
 
 void LinuxCapturePanel::orderOut() {

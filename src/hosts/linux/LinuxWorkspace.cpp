@@ -3,8 +3,22 @@
 #include <gdk/gdk.h>
 
 #include "hosts/linux/GLibSupport.h"
+#include "hosts/linux/LinuxRunningApplication.h"
+#include "hosts/linux/ScreenGeometry.h"
 
 namespace navora {
+namespace {
+
+Screen screenFrom(GdkMonitor* monitor) {
+  const ScreenGeometry geometry;
+  GdkRectangle frame{};
+  GdkRectangle workArea{};
+  gdk_monitor_get_geometry(monitor, &frame);
+  gdk_monitor_get_workarea(monitor, &workArea);
+  return {geometry.toCore(frame), geometry.toCore(workArea)};
+}
+
+}  // namespace
 
 void LinuxWorkspace::open(const Url& url) {
   const auto context = GObjectPtr<GdkAppLaunchContext>::adopt(
@@ -13,6 +27,35 @@ void LinuxWorkspace::open(const Url& url) {
   // an application for this address has nothing to open it with, and nothing to report.
   g_app_info_launch_default_for_uri_async(url.string().c_str(), G_APP_LAUNCH_CONTEXT(context.get()),
                                           nullptr, nullptr, nullptr);
+}
+
+std::shared_ptr<RunningApplication> LinuxWorkspace::frontmostApplication() {
+  return LinuxRunningApplication::frontmost();
+}
+
+std::vector<Screen> LinuxWorkspace::screens() const {
+  GdkDisplay* display = gdk_display_get_default();
+  std::vector<Screen> screens;
+  for (int index = 0; index < gdk_display_get_n_monitors(display); ++index)
+    screens.push_back(screenFrom(gdk_display_get_monitor(display, index)));
+  return screens;
+}
+
+std::optional<Screen> LinuxWorkspace::mainScreen() const {
+  GdkDisplay* display = gdk_display_get_default();
+  GdkMonitor* monitor = gdk_display_get_primary_monitor(display);
+  if (monitor == nullptr) monitor = gdk_display_get_monitor(display, 0);
+  return monitor == nullptr ? std::nullopt : std::optional(screenFrom(monitor));
+}
+
+Point LinuxWorkspace::mouseLocation() const {
+  GdkSeat* seat = gdk_display_get_default_seat(gdk_display_get_default());
+  int x = 0;
+  int y = 0;
+  gdk_device_get_position(gdk_seat_get_pointer(seat), nullptr, &x, &y);
+  // The pixel's middle: the core's edges lie between pixels.
+  const Point corner = ScreenGeometry().toCore(x, y);
+  return {corner.x + 0.5, corner.y - 0.5};
 }
 
 }  // namespace navora
