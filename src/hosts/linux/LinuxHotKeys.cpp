@@ -4,6 +4,7 @@
 
 #include <gtk/gtk.h>
 
+#include "app/DesktopLocale.h"
 #include "hosts/linux/LinuxKeyEvents.h"
 
 namespace navora {
@@ -40,7 +41,7 @@ LinuxHotKeys::LinuxHotKeys() = default;
 LinuxHotKeys::~LinuxHotKeys() = default;
 
 HotKeys::Status LinuxHotKeys::installEventHandler(std::function<void()> onPressed) {
-  if (!KeyGrab::isSupported()) return unsupported;
+  if (!KeyGrab::isSupported() && !GlobalShortcutsPortal::isAvailable()) return unsupported;
   onPressed_ = std::move(onPressed);
   return 0;
 }
@@ -50,9 +51,16 @@ void LinuxHotKeys::removeEventHandler() {
 }
 
 HotKeys::Status LinuxHotKeys::registerHotKey(const HotKey& hotKey) {
-  grab_ = std::make_unique<KeyGrab>(hotKey, [this] {
+  // Before the new one exists: both may be the same keys.
+  unregisterHotKey();
+  const auto onPressed = [this] {
     if (onPressed_) onPressed_();
-  });
+  };
+  if (!KeyGrab::isSupported()) {
+    portal_ = std::make_unique<GlobalShortcutsPortal>(hotKey, L("Новая запись"), onPressed);
+    return 0;
+  }
+  grab_ = std::make_unique<KeyGrab>(hotKey, onPressed);
   const Status status = grab_->status();
   if (status != 0) grab_.reset();
   return status;
@@ -60,6 +68,7 @@ HotKeys::Status LinuxHotKeys::registerHotKey(const HotKey& hotKey) {
 
 void LinuxHotKeys::unregisterHotKey() {
   grab_.reset();
+  portal_.reset();
 }
 
 std::unique_ptr<ObserverToken> LinuxHotKeys::addLocalKeyDownMonitor(

@@ -2,15 +2,17 @@
 
 #include <memory>
 
+#include "hosts/linux/GlobalShortcutsPortal.h"
 #include "hosts/linux/KeyGrab.h"
 #include "platform/HotKeys.h"
 
 namespace navora {
 
-// Through a key grab of the X server.
+// Through a key grab of the X server or, where there is none, the desktop's portal. The portal asks
+// the user, so a registration there succeeds before it is known whether the combination will work.
 class LinuxHotKeys final : public HotKeys {
  public:
-  // What a registration answers on a display that knows no grabs.
+  // The status on a desktop with neither.
   static constexpr Status unsupported = -1;
 
   LinuxHotKeys();
@@ -28,6 +30,7 @@ class LinuxHotKeys final : public HotKeys {
  private:
   std::function<void()> onPressed_;
   std::unique_ptr<KeyGrab> grab_;
+  std::unique_ptr<GlobalShortcutsPortal> portal_;
 };
 
 }  // namespace navora
