@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <csignal>
+#include <cstdlib>
 
 #include <glib-unix.h>
 #include <glibmm/main.h>
@@ -13,6 +14,10 @@ namespace navora {
 namespace {
 
 constexpr const char* applicationId = "example.navora.Navora";
+// What a second launch asks of the first one on the session bus.
+constexpr const char* captureAction = "capture";
+// The launch goes on instead of ending with an exit status.
+constexpr int carryOn = -1;
 
 // The session manager and the terminal end programs with signals; they end like by the user's wish.
 void quitOnSignals(Gtk::Application& application) {
@@ -38,14 +43,29 @@ bool hasActiveWindow() {
 LinuxApplication::LinuxApplication() : application_(Gtk::Application::create(applicationId)) {
   application_->signal_startup().connect([this] { startUp(); });
   application_->signal_activate().connect([this] { activate(); });
+  application_->add_action(captureAction,
+                           [this] { delegate_->applicationDidReceiveCaptureRequest(); });
+  application_->signal_handle_local_options().connect(
+      [this](const Glib::RefPtr<Glib::VariantDict>&) { return handOver(); }, false);
   application_->signal_shutdown().connect([this] { shutDown(); });
 }
 
 LinuxApplication::~LinuxApplication() = default;
 
-int LinuxApplication::run(ApplicationDelegate& delegate) {
+int LinuxApplication::run(ApplicationDelegate& delegate, Purpose purpose) {
   delegate_ = &delegate;
+  purpose_ = purpose;
   return application_->run();
+}
+
+int LinuxApplication::handOver() {
+  if (purpose_ != Purpose::capture) return carryOn;
+  GApplication* application = G_APPLICATION(application_->gobj());
+  // A failure is reported by what follows.
+  if (g_application_register(application, nullptr, nullptr) == FALSE) return carryOn;
+  if (g_application_get_is_remote(application) == FALSE) return carryOn;
+  g_action_group_activate_action(G_ACTION_GROUP(application), captureAction, nullptr);
+  return EXIT_SUCCESS;
 }
 
 void LinuxApplication::startUp() {
@@ -58,6 +78,7 @@ void LinuxApplication::activate() {
   // The first activation belongs to the launch, which has shown the window already.
   if (!launched_) {
     launched_ = true;
+    if (purpose_ == Purpose::capture) delegate_->applicationDidReceiveCaptureRequest();
     return;
   }
   delegate_->applicationShouldHandleReopen(window_ != nullptr && window_->isVisible());

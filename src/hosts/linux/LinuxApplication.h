@@ -19,9 +19,16 @@ class LinuxApplication final : public Application {
   LinuxApplication(const LinuxApplication&) = delete;
   LinuxApplication& operator=(const LinuxApplication&) = delete;
 
+  // What a launch is for.
+  enum class Purpose {
+    application,
+    // The quick capture panel, of the running instance if there is one.
+    capture
+  };
+
   // Runs until the application quits; returns the exit status. In a second instance the delegate is
   // never called.
-  int run(ApplicationDelegate& delegate);
+  int run(ApplicationDelegate& delegate, Purpose purpose = Purpose::application);
 
   // From now on follows whether one of the application's windows is the active one.
   void watch(LinuxMainWindow& window);
@@ -31,6 +38,9 @@ class LinuxApplication final : public Application {
   void activateIgnoringOtherApplications() override;
 
  private:
+  // Leaves what this launch is for to the running instance, if that is all; returns the exit status
+  // then.
+  int handOver();
   void startUp();
   void activate();
   void shutDown();
@@ -41,6 +51,7 @@ class LinuxApplication final : public Application {
   ApplicationDelegate* delegate_ = nullptr;
   LinuxMainWindow* window_ = nullptr;
   Gtk::Window* panel_ = nullptr;
+  Purpose purpose_ = Purpose::application;
   bool launched_ = false;
   bool active_ = false;
 };

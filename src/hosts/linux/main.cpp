@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -8,17 +9,22 @@
 
 namespace {
 
-int runApplication() {
+using Purpose = navora::LinuxApplication::Purpose;
+
+int runApplication(Purpose purpose) {
   navora::LinuxPlatform platform;
   navora::DesktopLocale::configure(
       [&] { return platform.system().preferredLanguages(); },
       [&] { return platform.resources().read("i18n-catalog", "json"); });
   navora::NavoraAppDelegate delegate(platform);
-  return platform.application().run(delegate);
+  return platform.application().run(delegate, purpose);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc), runApplication);
+  const std::vector<std::string> arguments(argv, argv + argc);
+  const bool capture = std::ranges::find(arguments, "--capture") != arguments.end();
+  return navora::NavoraMain::main(
+      arguments, [&] { return runApplication(capture ? Purpose::capture : Purpose::application); });
 }
