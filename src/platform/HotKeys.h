@@ -37,7 +37,9 @@ class HotKeys {
   virtual Status registerHotKey(const HotKey& hotKey) = 0;
   virtual void unregisterHotKey() = 0;
 
-  // Sees every key press in the application's own windows before they do; true swallows it.
+  // Sees every key press in the application's own windows before they do; true swallows it. As in a
+  // registration, a desktop's other main modifier comes as Command: Control on Linux, whose Super
+  // comes as Control.
   virtual std::unique_ptr<ObserverToken> addLocalKeyDownMonitor(
       std::function<bool(const KeyEvent&)> monitor) = 0;
 };
