@@ -221,6 +221,20 @@ TEST_F(LinuxHttpSessionTest, ReadsChunksToTheirEnd) {
   EXPECT_EQ(result->body, "one two");
 }
 
+TEST_F(LinuxHttpSessionTest, UsesAConnectionAgainAfterAWholeAnswer) {
+  const RawServer server([](Connection& connection) {
+    while (!connection.readRequest().empty()) {
+      connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\none\r\n0\r\n\r\n");
+    }
+  });
+  for (int count = 0; count < 3; ++count) {
+    const auto result = get(server);
+    ASSERT_TRUE(result) << describe(result);
+    EXPECT_EQ(result->body, "one");
+  }
+  EXPECT_EQ(server.connections(), 1);
+}
+
 TEST_F(LinuxHttpSessionTest, FailsWithoutAServer) {
   std::optional<Url> url;
   {

@@ -1,6 +1,7 @@
 #include "hosts/linux/HttpTransfer.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <utility>
 
@@ -46,8 +47,9 @@ bool isCutOff(SoupMessage* message, GInputStream* stream) {
   }
   const auto cancelled = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
   g_cancellable_cancel(cancelled.get());
-  char byte = 0;
-  return g_input_stream_read(stream, &byte, 1, cancelled.get(), nullptr) != 0;
+  // Long enough for a line: after the last chunk its stream reads lines into it.
+  std::array<char, 64> unused{};
+  return g_input_stream_read(stream, unused.data(), unused.size(), cancelled.get(), nullptr) != 0;
 }
 
 }  // namespace
