@@ -4,7 +4,7 @@
 #include <ostream>
 #include <utility>
 
-#include "bench/OtherWindow.h"
+#include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/ProcessTable.h"
 #include "end_to_end/driver/ServiceClient.h"
 
@@ -109,7 +109,7 @@ LaunchComparison::Figures LaunchComparison::measureIdle(const Program& program) 
   launch.settledMemory();
   // The page has a text field with the focus. The engine draws its caret many times a second, which
   // would hide what the program itself does.
-  const OtherWindow other(desktop_.desktop().display());
+  const driver::OtherWindow other(desktop_.desktop().display());
   launch.settledMemory();
 
   const FamilyActivity activity = launch.activity(options_.idleTime);

@@ -15,6 +15,7 @@ using Arguments = std::vector<std::string>;
 
 constexpr const char* everyLine =
     "PASS: desktop navigation policy (17 checks)\n"
+    "PASS: quick capture policy (11 checks)\n"
     "PASS: native locale policy (3 checks)\n";
 
 constexpr ChildProcess::ExitStatus success{0, 0};

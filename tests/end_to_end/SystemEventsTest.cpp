@@ -3,39 +3,13 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <xcb/xcb.h>
 
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/LogindStandIn.h"
+#include "end_to_end/driver/OtherWindow.h"
 
 namespace navora::driver {
 namespace {
-
-// A window of another program, which takes the focus.
-class OtherWindow {
- public:
-  explicit OtherWindow(Display& display) : display_(display), connection_(display.name()) {
-    id_ = xcb_generate_id(connection_.get());
-    const std::uint32_t background = connection_.screen().white_pixel;
-    xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, id_, connection_.root(), 0, 0, 120,
-                      80, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_BACK_PIXEL,
-                      &background);
-    constexpr char names[] = "other\0Other";
-    xcb_change_property(connection_.get(), XCB_PROP_MODE_REPLACE, id_, XCB_ATOM_WM_CLASS,
-                        XCB_ATOM_STRING, 8, sizeof(names), names);
-    xcb_map_window(connection_.get(), id_);
-    connection_.synchronize();
-    display_.waitForWindow([this](const WindowInfo& window) { return window.id == id_; },
-                           "the other window is shown");
-    display_.activate(id_);
-    display_.waitUntilActive(id_);
-  }
-
- private:
-  Display& display_;
-  XConnection connection_;
-  WindowId id_ = 0;
-};
 
 class SystemEventsTest : public TestPageTest {
  protected:

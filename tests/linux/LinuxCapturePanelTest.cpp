@@ -230,6 +230,13 @@ TEST_F(LinuxCapturePanelTest, CutsItsCornersWithoutACompositor) {
            card.pixel({300, 5}) == driver::PixelColor{255, 0, 0} &&
            card.pixel({599, 164}) == driver::PixelColor{0, 0, 255};
   }));
+  panel_->setLayout({.padding = 24, .editorHeight = 158, .messageHeight = 14});
+  panel_->setFrame({200, 200, 600, 265});
+  EXPECT_TRUE(waitUntil([&] {
+    const auto card = shot();
+    return card.height() == 265 && card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
+           card.pixel({599, 264}) == driver::PixelColor{0, 0, 255};
+  }));
 }
 
 TEST_F(LinuxCapturePanelTest, IsMovedByItsBackground) {

@@ -282,7 +282,10 @@ bool LinuxCapturePanel::paint(const Cairo::RefPtr<Cairo::Context>& context) {
   context->paint();
   context->restore();
   CairoCanvas canvas(context->cobj(), size());
-  delegate_.paintSurface(canvas, size());
+  // Without a compositor the smoothed edge would mix with black; each further coat mixes it less.
+  const int coats = window_.get_screen()->is_composited() ? 1 : 4;
+  for (int coat = 0; coat < coats; ++coat)
+    delegate_.paintSurface(canvas, size());
   return false;
 }
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "end_to_end/driver/Accessibility.h"
+#include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/Wait.h"
 
 namespace navora::driver {
@@ -40,11 +41,13 @@ void Tour::play() {
   application_.start();
   signIn();
   visitViews();
+  captureNote();
   answerPageDialog();
   followForeignLinks();
   pullTheCable();
   hideAndShow();
   changeLanguage();
+  captureInTheDark();
   std::cout << step_ << " screenshots in " << folder_.string() << std::endl;
 }
 
@@ -67,6 +70,47 @@ void Tour::visitViews() {
   showView("settings");
   record("settings", "The settings, with the system's time zone.");
   showView("today");
+}
+
+void Tour::openPanel() {
+  desktop_.keyboard().chord("Control+Shift+space");
+  waitUntil(
+      [&] {
+        const auto editor =
+            desktop_.accessibility().find({.role = "text", .name = {}}, application_.pid());
+        return editor && editor->has(AccessibleState::focused);
+      },
+      "the capture panel is open");
+}
+
+void Tour::waitUntilPanelHidden() {
+  waitUntil([&] { return !hasWidget("text", {}); }, "the capture panel is gone");
+}
+
+void Tour::captureNote() {
+  const std::string note = "Bread, coffee and a present for Ann";
+  const OtherWindow other(desktop_.display());
+  openPanel();
+  record("capture", "The hot key opens the capture panel over any program.");
+  desktop_.keyboard().type(note);
+  record("capture-written", "A note is written; Ctrl+Enter sends it.");
+  desktop_.keyboard().chord("Control+Return");
+  waitUntilPanelHidden();
+  desktop_.display().waitUntilActive(other.id());
+  page_.waitUntilTrue("document.querySelector('#captures').innerText.includes('" + note + "')",
+                      "the note appears in the today view");
+  record("captured", "The note is stored, the other program has the keyboard back.");
+}
+
+void Tour::captureInTheDark() {
+  const OtherWindow other(desktop_.display());
+  service_.stop();
+  openPanel();
+  desktop_.keyboard().type("Молоко\nХлеб\nКофе\nПозвонить Анне и спросить, когда она приедет");
+  desktop_.keyboard().chord("Control+Return");
+  const std::string text = "Нет связи с сервером. Черновик сохранён — попробуйте ещё раз.";
+  desktop_.accessibility().waitFor({.role = "label", .name = text}, application_.pid());
+  record("capture-offline", "The service is unreachable: the draft stays, in the page's look.");
 }
 
 void Tour::answerPageDialog() {

@@ -23,6 +23,11 @@ class Tour {
  private:
   void signIn();
   void visitViews();
+  void captureNote();
+  void captureInTheDark();
+  // With the hot key, from another program, and waits until the panel takes keys.
+  void openPanel();
+  void waitUntilPanelHidden();
   void answerPageDialog();
   void followForeignLinks();
   void pullTheCable();

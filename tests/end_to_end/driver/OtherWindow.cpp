@@ -1,6 +1,6 @@
-#include "bench/OtherWindow.h"
+#include "end_to_end/driver/OtherWindow.h"
 
-namespace navora::bench {
+namespace navora::driver {
 
 namespace {
 
@@ -8,14 +8,14 @@ constexpr std::uint16_t size = 60;
 
 }  // namespace
 
-OtherWindow::OtherWindow(driver::Display& display)
+OtherWindow::OtherWindow(Display& display)
     : connection_(display.connection()), window_(xcb_generate_id(connection_.get())) {
   xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, window_, connection_.root(), 0, 0,
                     size, size, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
   connection_.setTextProperty(window_, "WM_CLASS", "other");
   xcb_map_window(connection_.get(), window_);
   connection_.synchronize();
-  driver::waitUntil(
+  waitUntil(
       [&] {
         const auto info = display.window(window_);
         return info && info->mapped;
@@ -30,4 +30,4 @@ OtherWindow::~OtherWindow() {
   connection_.synchronize();
 }
 
-}  // namespace navora::bench
+}  // namespace navora::driver

@@ -2,20 +2,22 @@
 
 #include "end_to_end/driver/Display.h"
 
-namespace navora::bench {
+namespace navora::driver {
 
 // A small window that takes the keyboard's focus, as when the person at the desktop turns to
 // another program.
 class OtherWindow {
  public:
-  explicit OtherWindow(driver::Display& display);
+  explicit OtherWindow(Display& display);
   ~OtherWindow();
   OtherWindow(const OtherWindow&) = delete;
   OtherWindow& operator=(const OtherWindow&) = delete;
 
+  WindowId id() const { return window_; }
+
  private:
-  driver::XConnection& connection_;
+  XConnection& connection_;
   xcb_window_t window_;
 };
 
-}  // namespace navora::bench
+}  // namespace navora::driver

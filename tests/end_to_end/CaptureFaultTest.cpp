@@ -1,0 +1,152 @@
+#include <algorithm>
+
+#include <gmock/gmock.h>
+
+#include "end_to_end/CaptureTest.h"
+
+namespace navora::driver {
+namespace {
+
+constexpr const char* account = "/api/auth/me";
+constexpr const char* captures = "/api/captures";
+
+const std::string offlineText = "Can’t reach the server. Your draft is safe — try again.";
+
+// What the service does at one stage of a submission.
+struct Fault {
+  const char* name;
+  const char* method;
+  const char* path;
+  Json action;
+  // The text may be changed afterwards: nothing can have been stored.
+  bool editable = false;
+};
+
+class CaptureFaultTest : public CaptureTest, public testing::WithParamInterface<Fault> {};
+
+// The draft is there, or the service holds exactly one note of it, whatever happens; and the next
+// try brings it there.
+TEST_P(CaptureFaultTest, LosesNoTextAndStoresItOnce) {
+  const Fault& fault = GetParam();
+  serviceClient().addFault(fault.method, fault.path, fault.action);
+  sendNote("Precious");
+  waitUntil(
+      [&] {
+        return panel() && widget("push button", "Save note").has(AccessibleState::sensitive) &&
+               !serviceClient().requests(fault.method, fault.path).empty();
+      },
+      "the submission has failed", std::chrono::seconds(45));
+  EXPECT_EQ(draft(), "Precious");
+  EXPECT_EQ(isEditable(), fault.editable);
+  EXPECT_LE(storedNotes().size(), 1u);
+
+  serviceClient().clearFaults();
+  const auto before = posts();
+  desktop().keyboard().chord(sendKey);
+  waitUntilPanelHidden();
+  EXPECT_THAT(storedNotes(), testing::ElementsAre("Precious"));
+  for (const auto& request : before) {
+    EXPECT_EQ(request.body, posts().back().body);
+    EXPECT_EQ(request.header("Idempotency-Key"), posts().back().header("Idempotency-Key"));
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    At, CaptureFaultTest,
+    testing::Values(
+        Fault{"AccountDroppedBefore", "GET", account, {{"drop", "before"}}, true},
+        Fault{"AccountDroppedDuring", "GET", account, {{"drop", "during"}, {"bytes", 5}}, true},
+        Fault{"AccountGarbage", "GET", account, {{"garbage", true}}, true},
+        Fault{"AccountBroken", "GET", account, {{"status", 503}, {"body", "no"}}, true},
+        Fault{"AccountTooLarge", "GET", account, {{"oversize", 1'048'577}}, true},
+        Fault{"PostDroppedBefore", "POST", captures, {{"drop", "before"}}},
+        Fault{"PostDroppedDuring", "POST", captures, {{"drop", "during"}, {"bytes", 60}}},
+        Fault{"PostDroppedAfter", "POST", captures, {{"drop", "after"}}},
+        Fault{"PostGarbage", "POST", captures, {{"garbage", true}}},
+        Fault{"PostBroken", "POST", captures, {{"status", 500}, {"body", "{}"}}},
+        Fault{"PostStoredButBroken",
+              "POST",
+              captures,
+              {{"process", true}, {"status", 502}, {"body", "{}"}}},
+        Fault{"PostTooLarge", "POST", captures, {{"process", true}, {"oversize", 1'048'577}}},
+        Fault{"PostConflict", "POST", captures, {{"status", 409}, {"body", "{}"}}},
+        Fault{"PostRefused", "POST", captures, {{"status", 422}, {"body", "{}"}}, true},
+        Fault{"PostRedirected",
+              "POST",
+              captures,
+              {{"process", true}, {"redirect", "https://www.example.com/"}}}),
+    [](const auto& fault) { return fault.param.name; });
+
+class CaptureFailureTest : public CaptureTest {};
+
+TEST_F(CaptureFailureTest, SaysThatItIsOfflineAndLetsTheUserGoOnWriting) {
+  service().stop();
+  sendNote("Offline");
+  waitForMessage(offlineText);
+  EXPECT_TRUE(isEditable());
+  desktop().keyboard().type(", still");
+  waitForDraft("Offline, still");
+  desktop().keyboard().chord("Escape");
+  waitUntilPanelHidden();
+  openPanel();
+  EXPECT_EQ(draft(), "Offline, still");
+}
+
+TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
+  serviceClient().addFault("POST", captures,
+                           {{"status", 422}, {"body", R"({"error": {"message": "Too dull"}})"}}, 1);
+  sendNote("Dull");
+  waitForMessage("Too dull");
+  desktop().keyboard().type("er");
+  waitForDraft("Duller");
+  desktop().keyboard().chord(sendKey);
+  waitForStoredNotes({"Duller"});
+  EXPECT_NE(posts()[0].header("Idempotency-Key"), posts()[1].header("Idempotency-Key"));
+}
+
+TEST_F(CaptureFailureTest, SendsADraftOnlyForWhomeverItWasWrittenBy) {
+  serviceClient().addFault("POST", captures, {{"drop", "before"}}, 1);
+  sendNote("Mine");
+  waitUntil([&] { return !posts().empty(); }, "the note was sent");
+  waitUntil([&] { return widget("push button", "Save note").has(AccessibleState::sensitive); },
+            "the first try has failed");
+  serviceClient().switchAccount("somebody");
+  desktop().keyboard().chord(sendKey);
+  waitUntil([&] { return serviceClient().requests("GET", account).size() == 2; },
+            "the account was asked for again");
+  waitUntil([&] { return widget("push button", "Save note").has(AccessibleState::sensitive); },
+            "the second try has failed");
+  EXPECT_EQ(draft(), "Mine");
+  EXPECT_EQ(posts().size(), 1u);
+  serviceClient().switchAccount("demo");
+  desktop().keyboard().chord(sendKey);
+  waitUntilPanelHidden();
+  EXPECT_THAT(storedNotes(), testing::ElementsAre("Mine"));
+  EXPECT_THAT(storedNotes("somebody"), testing::IsEmpty());
+}
+
+TEST_F(CaptureFailureTest, LeadsToTheLoginAndComesBackWithTheDraft) {
+  serviceClient().signEverybodyOut();
+  sendNote("Before the login");
+  desktop().display().waitUntilActive(application().waitForMainWindow().id);
+  EXPECT_FALSE(panel());
+  signIn();
+  waitUntil([&] { return panel() && panel()->active; }, "the panel comes back");
+  EXPECT_EQ(draft(), "Before the login");
+  EXPECT_THAT(storedNotes(), testing::IsEmpty());
+  desktop().keyboard().chord(sendKey);
+  waitForStoredNotes({"Before the login"});
+}
+
+// Cookies of the right name that are not the session of this very service.
+TEST_F(CaptureFailureTest, SendsNoCookieOfAnotherPathOrTime) {
+  serviceClient().setCookies(
+      page(), {"tolvin_session=; Path=/; Max-Age=0", "tolvin_session=x; Path=/api; Max-Age=600"});
+  sendNote("No session");
+  desktop().display().waitUntilActive(application().waitForMainWindow().id);
+  EXPECT_THAT(serviceClient().requests("GET", account), testing::IsEmpty());
+  EXPECT_FALSE(panel());
+}
+
+}  // namespace
+}  // namespace navora::driver
