@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <memory>
@@ -28,6 +29,15 @@ TEST(LinuxSystemTest, ReadsTheEnvironmentAnew) {
   EXPECT_EQ(system.environmentVariable("NAVORA_TEST_SET"), "one");
   const EnvironmentVariable second("NAVORA_TEST_SET", "");
   EXPECT_EQ(system.environmentVariable("NAVORA_TEST_SET"), "");
+}
+
+TEST(LinuxSystemTest, TellsTheTimeOfTheMachine) {
+  const LinuxSystem system;
+  const Date before = std::chrono::system_clock::now();
+  const Date told = system.now();
+  const Date after = std::chrono::system_clock::now();
+  EXPECT_LE(before, told);
+  EXPECT_LE(told, after);
 }
 
 std::vector<std::string>::difference_type placeOf(const std::vector<std::string>& list,

@@ -1,5 +1,7 @@
 #include <filesystem>
 #include <memory>
+#include <regex>
+#include <set>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -65,6 +67,19 @@ class SystemContractTest : public testing::Test {
 
 using Machines = testing::Types<FakeMachine, LinuxMachine>;
 TYPED_TEST_SUITE(SystemContractTest, Machines);
+
+TYPED_TEST(SystemContractTest, MakesRandomIdentifiersInLowerCase) {
+  std::set<std::string> identifiers;
+  for (int count = 0; count < 100; ++count) {
+    const std::string identifier = this->system().randomUuid();
+    // Version 4, variant 1.
+    EXPECT_TRUE(std::regex_match(
+        identifier,
+        std::regex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}")))
+        << identifier;
+    EXPECT_TRUE(identifiers.insert(identifier).second) << identifier << " came twice";
+  }
+}
 
 TYPED_TEST(SystemContractTest, TellsTheZoneOfTheMoment) {
   EXPECT_EQ(this->system().timeZoneIdentifier(), "Europe/Moscow");

@@ -122,6 +122,8 @@ void KeyGrab::ungrab() {
   for (const auto& [code, modifiers] : std::exchange(grabbed_, {}))
     XUngrabKey(display(), code, modifiers, DefaultRootWindow(display()));
   gdk_x11_display_error_trap_pop_ignored(gdkDisplay());
+  // Another program may want them at once.
+  gdk_display_flush(gdkDisplay());
 }
 
 bool KeyGrab::matches(int keyCode, unsigned state) const {
@@ -134,12 +136,13 @@ GdkFilterReturn KeyGrab::onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
   auto& grab = *static_cast<KeyGrab*>(self);
   const auto& key = static_cast<const XEvent*>(event)->xkey;
   if (key.type == KeyRelease) {
-    grab.held_ = false;
+    // The modifiers may go first and come back.
+    if (grab.heldKeyCode_ == key.keycode) grab.heldKeyCode_.reset();
     return GDK_FILTER_CONTINUE;
   }
   if (key.type != KeyPress || !grab.matches(static_cast<int>(key.keycode), key.state))
     return GDK_FILTER_CONTINUE;
-  if (!std::exchange(grab.held_, true)) grab.onPressed_();
+  if (std::exchange(grab.heldKeyCode_, key.keycode) != key.keycode) grab.onPressed_();
   return GDK_FILTER_REMOVE;
 }
 

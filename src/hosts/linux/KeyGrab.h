@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 #include <gdk/gdk.h>
@@ -42,7 +43,8 @@ class KeyGrab {
   const std::function<void()> onPressed_;
   std::vector<Combination> grabbed_;
   int status_ = 0;
-  bool held_ = false;
+  // Of the press that was reported last and has not ended.
+  std::optional<unsigned> heldKeyCode_;
   gulong keymapHandler_ = 0;
 };
 

@@ -14,7 +14,10 @@ constexpr long sourceIsPager = 2;
 
 std::shared_ptr<LinuxRunningApplication> LinuxRunningApplication::frontmost() {
   const auto window = activeWindow();
-  return window ? std::make_shared<LinuxRunningApplication>(*window) : nullptr;
+  if (!window) return nullptr;
+  // Some window managers go on naming the last active window after its end.
+  auto application = std::make_shared<LinuxRunningApplication>(*window);
+  return application->isTerminated() ? nullptr : application;
 }
 
 bool LinuxRunningApplication::isTerminated() const {
