@@ -46,9 +46,9 @@ class TaskResult<void> {
 // the coroutine is running just then (its own work led to its owner's end), it ends at its next
 // co_await or return; until then it must not touch what has gone.
 //
-// g++ 12 destroys some temporaries of an expression with co_await twice: aggregates that are made in
-// it with braces, and lambdas that own what they capture. Name them before, and capture by
-// reference. The rule can go with that compiler.
+// g++ 12 destroys some temporaries of an expression with co_await twice: aggregates made in it with
+// braces, and lambdas that own what they capture. Name them before, and capture by reference. The
+// rule can go with that compiler.
 //
 // An exception must not leave the coroutine: that is a fatal error. A coroutine keeps the
 // references and views that it was given, not what they refer to, and uses a lambda's captures only

@@ -1,0 +1,177 @@
+// Times what the user of the quick capture waits for: from the hot key to a panel that takes keys,
+// and from Ctrl+Return to the panel's end. Prints figures and judges nothing.
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <functional>
+#include <iomanip>
+#include <iostream>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <sched.h>
+#include <xcb/xcb.h>
+
+#include "end_to_end/driver/ApplicationProcess.h"
+#include "end_to_end/driver/OtherWindow.h"
+#include "end_to_end/driver/PageDriver.h"
+#include "end_to_end/driver/ServiceProcess.h"
+#include "end_to_end/driver/VirtualDesktop.h"
+
+namespace navora::bench {
+namespace {
+
+using driver::WindowId;
+using driver::WindowInfo;
+using Clock = std::chrono::steady_clock;
+using Milliseconds = std::chrono::duration<double, std::milli>;
+
+constexpr int openings = 200;
+constexpr int submissions = 30;
+constexpr int coldStarts = 10;
+
+void report(const std::string& label, std::vector<double> times) {
+  std::ranges::sort(times);
+  const auto at = [&](double share) {
+    return times[std::min(times.size() - 1,
+                          static_cast<std::size_t>(share * static_cast<double>(times.size())))];
+  };
+  std::cout << std::left << std::setw(46) << label << std::right << std::fixed
+            << std::setprecision(1) << " median " << std::setw(7) << at(0.5) << " ms   99 % "
+            << std::setw(7) << at(0.99) << " ms   n " << times.size() << std::endl;
+}
+
+class CaptureBenchmark {
+ public:
+  CaptureBenchmark()
+      : service_(driver::ServiceProcess::Options{.arguments = {"--test-driver"}}),
+        application_(desktop_, service_.url()),
+        page_(desktop_, service_.controlUrl(),
+              [this] { return application_.waitForMainWindow().content; }) {}
+
+  void run() {
+    application_.start();
+    signIn();
+    const driver::OtherWindow other(desktop_.display());
+    other_ = other.id();
+    measureOpening();
+    measureSubmission();
+    measureColdDialog();
+  }
+
+ private:
+  void signIn() {
+    page_.waitUntilTrue("location.pathname === '/login' && document.readyState === 'complete'");
+    page_.type("[name=name]", "demo");
+    page_.type("[name=password]", "demo\n");
+    page_.waitUntilTrue("location.pathname === '/' && document.readyState === 'complete'");
+  }
+
+  // The window that the keyboard goes to.
+  WindowId focus() {
+    xcb_connection_t* connection = desktop_.display().connection().get();
+    auto* reply = xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr);
+    const WindowId focus = reply != nullptr ? reply->focus : 0;
+    free(reply);
+    return focus;
+  }
+  // Asks the server without a pause: a pause would be longer than what is measured.
+  double timeUntil(const std::function<bool()>& condition, Clock::time_point start) {
+    while (!condition()) {
+      if (Clock::now() - start > std::chrono::seconds(20))
+        throw driver::DriverError("What is measured does not happen");
+      sched_yield();
+    }
+    return Milliseconds(Clock::now() - start).count();
+  }
+  double press(const std::string& key, const std::function<bool()>& condition) {
+    const auto start = Clock::now();
+    desktop_.keyboard().press(key);
+    const double time = timeUntil(condition, start);
+    desktop_.keyboard().release(key);
+    return time;
+  }
+  void waitForOther() {
+    driver::waitUntil([&] { return focus() == other_; }, "the other window has the keyboard");
+  }
+  std::optional<WindowId> ownFocus() {
+    const WindowId window = focus();
+    return window == other_ || window <= 1 ? std::nullopt : std::optional(window);
+  }
+
+  void open() {
+    const driver::Keyboard::Hold held(desktop_.keyboard(), "Control+Shift");
+    opening_.push_back(press("space", [&] { return ownFocus().has_value(); }));
+  }
+
+  void measureOpening() {
+    for (int count = 0; count < openings; ++count) {
+      open();
+      desktop_.keyboard().chord("Escape");
+      waitForOther();
+    }
+    report("hot key to a panel that has the keyboard", opening_);
+  }
+
+  void measureSubmission() {
+    std::vector<double> times;
+    for (int count = 0; count < submissions; ++count) {
+      open();
+      const std::string note = "Note " + std::to_string(count);
+      desktop_.keyboard().type(note);
+      const driver::Keyboard::Hold held(desktop_.keyboard(), "Control");
+      times.push_back(press("Return", [&] { return focus() == other_; }));
+      waitForOther();
+    }
+    report("Ctrl+Return to the other program's focus", times);
+    report("of it, the two requests when the page makes them", serviceTimes());
+  }
+
+  // The same two requests, from the page.
+  std::vector<double> serviceTimes() {
+    std::vector<double> times;
+    for (int count = 0; count < submissions; ++count) {
+      times.push_back(page_.evaluate(
+          "const start = performance.now();"
+          "await (await fetch('/api/auth/me')).json();"
+          "await (await fetch('/api/captures', {method: 'POST', body: JSON.stringify({raw: 'x'}),"
+          "  headers: {'Content-Type': 'application/json', 'Idempotency-Key': 'benchmark-" +
+          std::to_string(count) +
+          "'}})).json();"
+          "return performance.now() - start"));
+    }
+    return times;
+  }
+
+  void measureColdDialog() {
+    std::vector<double> times;
+    for (int count = 0; count < coldStarts; ++count) {
+      const auto start = Clock::now();
+      const auto dialog = desktop_.start({"/usr/bin/zenity", "--entry"});
+      times.push_back(timeUntil([&] { return ownFocus().has_value(); }, start));
+      dialog->terminate();
+      waitForOther();
+    }
+    report("for comparison: start of zenity --entry", times);
+  }
+
+  driver::VirtualDesktop desktop_;
+  driver::ServiceProcess service_;
+  driver::ApplicationProcess application_;
+  driver::PageDriver page_;
+  WindowId other_ = 0;
+  std::vector<double> opening_;
+};
+
+}  // namespace
+}  // namespace navora::bench
+
+int main() {
+  try {
+    navora::bench::CaptureBenchmark().run();
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << std::endl;
+    return 1;
+  }
+}
