@@ -18,7 +18,8 @@ GObjectPtr<SoupSession> makeSession() {
   return session;
 }
 
-bool isThisMachine(const std::string& host) {
+bool isThisMachine(const std::string& name) {
+  const std::string host = GCharPtr(g_ascii_strdown(name.c_str(), -1)).get();
   if (host == "localhost" || host.ends_with(".localhost")) return true;
   const auto address =
       GObjectPtr<GInetAddress>::adopt(g_inet_address_new_from_string(host.c_str()));
