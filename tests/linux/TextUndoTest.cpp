@@ -66,6 +66,67 @@ TEST_F(TextUndoTest, TakesAReplacementBackAtOnce) {
   EXPECT_EQ(text(), "two");
 }
 
+TEST_F(TextUndoTest, TakesTypingOverASelectionBackAtOnce) {
+  type("one");
+  buffer_->select_range(buffer_->begin(), buffer_->end());
+  buffer_->begin_user_action();
+  buffer_->erase_selection();
+  buffer_->insert_at_cursor("t");
+  buffer_->end_user_action();
+  type("wo");
+  undo_.undo();
+  EXPECT_EQ(text(), "one");
+  undo_.redo();
+  EXPECT_EQ(text(), "two");
+}
+
+TEST_F(TextUndoTest, TakesDeletingBackByWordsInBothDirections) {
+  const auto erase = [&](int offset) {
+    buffer_->begin_user_action();
+    buffer_->erase(buffer_->get_iter_at_offset(offset), buffer_->get_iter_at_offset(offset + 1));
+    buffer_->end_user_action();
+  };
+  buffer_->set_text("one two");
+  for (const int offset : {6, 5, 4, 3, 2})
+    erase(offset);
+  ASSERT_EQ(text(), "on");
+  undo_.undo();
+  EXPECT_EQ(text(), "one ");
+  undo_.undo();
+  EXPECT_EQ(text(), "one two");
+  for (int count = 0; count < 5; ++count)
+    erase(0);
+  ASSERT_EQ(text(), "wo");
+  undo_.undo();
+  EXPECT_EQ(text(), "two");
+  undo_.undo();
+  EXPECT_EQ(text(), "one two");
+}
+
+TEST_F(TextUndoTest, KeepsWhatWasPastedApartFromWhatIsTypedBehindIt) {
+  buffer_->begin_user_action();
+  buffer_->insert_at_cursor("pasted");
+  buffer_->end_user_action();
+  type("s");
+  undo_.undo();
+  EXPECT_EQ(text(), "pasted");
+  undo_.undo();
+  EXPECT_EQ(text(), "");
+}
+
+TEST_F(TextUndoTest, IsOneUserActionForTheBuffer) {
+  type("one");
+  buffer_->select_range(buffer_->begin(), buffer_->end());
+  buffer_->begin_user_action();
+  buffer_->erase_selection();
+  buffer_->insert_at_cursor("two");
+  buffer_->end_user_action();
+  int actions = 0;
+  buffer_->signal_end_user_action().connect([&] { ++actions; });
+  undo_.undo();
+  EXPECT_EQ(actions, 1);
+}
+
 TEST_F(TextUndoTest, PutsTheCaretWhereTheChangeWas) {
   type("one three");
   buffer_->begin_user_action();
