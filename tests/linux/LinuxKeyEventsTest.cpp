@@ -40,5 +40,19 @@ TEST(LinuxKeyEvents, TakesControlForTheMainModifierOfShortcuts) {
   EXPECT_EQ(shortcutEventFrom(pressed(GDK_KEY_space, GDK_SUPER_MASK)).modifiers, KeyEvent::control);
 }
 
+TEST(LinuxKeyEvents, FindsTheLatinLetterOfAKeyThatTypesAnother) {
+  EXPECT_EQ(latinKeyFrom(pressed(GDK_KEY_Z, GDK_SHIFT_MASK)), static_cast<guint>(GDK_KEY_z));
+  EXPECT_EQ(latinKeyFrom(pressed(GDK_KEY_BackSpace)), static_cast<guint>(GDK_KEY_BackSpace));
+  GdkKeymapKey* keys = nullptr;
+  int count = 0;
+  ASSERT_NE(gdk_keymap_get_entries_for_keyval(gdk_keymap_get_for_display(gdk_display_get_default()),
+                                              GDK_KEY_z, &keys, &count),
+            FALSE);
+  GdkEventKey cyrillic = pressed(GDK_KEY_Cyrillic_ya, GDK_CONTROL_MASK);
+  cyrillic.hardware_keycode = static_cast<guint16>(keys[0].keycode);
+  g_free(keys);
+  EXPECT_EQ(latinKeyFrom(cyrillic), static_cast<guint>(GDK_KEY_z));
+}
+
 }  // namespace
 }  // namespace navora

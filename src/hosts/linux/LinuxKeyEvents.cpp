@@ -1,9 +1,17 @@
 #include "hosts/linux/LinuxKeyEvents.h"
 
+#include <memory>
+
 #include <gdk/gdkkeysyms.h>
+
+#include "hosts/linux/GLibSupport.h"
 
 namespace navora {
 namespace {
+
+bool isAscii(guint keyval) {
+  return keyval < 0x80;
+}
 
 std::uint16_t keyCodeFrom(guint keyval) {
   switch (keyval) {
@@ -44,6 +52,22 @@ KeyEvent keyEventFrom(const GdkEventKey& event) {
 
 KeyEvent shortcutEventFrom(const GdkEventKey& event) {
   return translated(event, KeyEvent::command, KeyEvent::control);
+}
+
+guint latinKeyFrom(const GdkEventKey& event) {
+  const guint typed = gdk_keyval_to_lower(event.keyval);
+  if (isAscii(typed)) return typed;
+  GdkKeymapKey* keysFound = nullptr;
+  guint* valuesFound = nullptr;
+  int count = 0;
+  gdk_keymap_get_entries_for_keycode(gdk_keymap_get_for_display(gdk_display_get_default()),
+                                     event.hardware_keycode, &keysFound, &valuesFound, &count);
+  const std::unique_ptr<GdkKeymapKey, GFreeDeleter> keys(keysFound);
+  const std::unique_ptr<guint, GFreeDeleter> values(valuesFound);
+  for (int index = 0; index < count; ++index) {
+    if (keysFound[index].level == 0 && isAscii(valuesFound[index])) return valuesFound[index];
+  }
+  return typed;
 }
 
 }  // namespace navora

@@ -14,4 +14,8 @@ KeyEvent keyEventFrom(const GdkEventKey& event);
 // here that is Control, and Super takes its place.
 KeyEvent shortcutEventFrom(const GdkEventKey& event);
 
+// The key value, in lower case, that the key has in a combination such as Control+Z: under a layout
+// without Latin letters that of the first of the user's layouts which has one there.
+guint latinKeyFrom(const GdkEventKey& event);
+
 }  // namespace navora
