@@ -37,10 +37,11 @@ Rectangle CapturePanelGeometry::openingFrame(const Rectangle& visibleFrame) {
           initialSize.height};
 }
 
-double CapturePanelGeometry::editorHeight(double textHeight, double fontSize,
-                                          const std::optional<Rectangle>& visibleFrame) {
-  const double largest =
-      visibleFrame ? visibleFrame->height * editorShareOfScreen : editorHeightWithoutScreen;
+double CapturePanelGeometry::largestEditorHeight(const std::optional<Rectangle>& visibleFrame) {
+  return visibleFrame ? visibleFrame->height * editorShareOfScreen : editorHeightWithoutScreen;
+}
+
+double CapturePanelGeometry::editorHeight(double textHeight, double fontSize, double largest) {
   const double smallest = std::ceil(fontSize * smallestEditor);
   const double wanted = std::ceil(textHeight + 2 * CapturePanelLayout::editorInset);
   return std::min(std::max(wanted, smallest), largest);

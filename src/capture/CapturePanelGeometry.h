@@ -18,10 +18,10 @@ class CapturePanelGeometry {
                                       const std::optional<Screen>& mainScreen, Point mouse);
   static Rectangle openingFrame(const Rectangle& visibleFrame);
 
-  // `visibleFrame` is that of the panel's screen, if it is on one. The limit of the screen wins
-  // over the smallest height.
-  static double editorHeight(double textHeight, double fontSize,
-                             const std::optional<Rectangle>& visibleFrame);
+  // `visibleFrame` is that of the panel's screen, if it is on one.
+  static double largestEditorHeight(const std::optional<Rectangle>& visibleFrame);
+  // The limit wins over the smallest height.
+  static double editorHeight(double textHeight, double fontSize, double largest);
   static double messageWidth(double panelWidth, double padding);
   static double messageHeight(double textHeight);
   static double panelHeight(double editorHeight, double messageHeight, double padding);

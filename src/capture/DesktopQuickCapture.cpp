@@ -147,8 +147,9 @@ void DesktopQuickCapture::setSubmitEnabled(bool enabled) {
 
 void DesktopQuickCapture::updateLayout() {
   CapturePanelLayout layout{.padding = palette_.padding};
-  layout.editorHeight = CapturePanelGeometry::editorHeight(
-      panel_->editor().textHeight(), palette_.fontSize, panel_->screenVisibleFrame());
+  const double largest = CapturePanelGeometry::largestEditorHeight(panel_->screenVisibleFrame());
+  layout.editorHeight = CapturePanelGeometry::editorHeight(panel_->editor().textHeight(largest),
+                                                           palette_.fontSize, largest);
   const Rectangle frame = panel_->frame();
   const double messageWidth = CapturePanelGeometry::messageWidth(frame.width, palette_.padding);
   layout.messageHeight =

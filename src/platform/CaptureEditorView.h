@@ -58,8 +58,9 @@ class CaptureEditorView {
   virtual void moveCaretToEnd() = 0;
 
   // The height of the laid-out text at the editor's present width, with an empty line after a final
-  // line break, without the insets.
-  virtual double textHeight() = 0;
+  // line break, without the insets. Exact below `enough`; a text that is at least so high gives
+  // some height that is, too, so that nobody lays out what makes no difference.
+  virtual double textHeight(double enough) = 0;
 };
 
 }  // namespace navora

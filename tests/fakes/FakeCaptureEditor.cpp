@@ -29,7 +29,7 @@ void FakeCaptureEditor::makeFirstResponder() {
   delegate_.editorDidChangeFocus(true);
 }
 
-double FakeCaptureEditor::textHeight() {
+double FakeCaptureEditor::textHeight(double) {
   const auto lines = 1 + std::ranges::count(text_, '\n');
   return static_cast<double>(lines) * style_.lineHeight;
 }

@@ -38,7 +38,7 @@ class FakeCaptureEditor final : public CaptureEditorView {
   void setAccessibilityLabel(const std::string& label) override { accessibilityLabel_ = label; }
   void makeFirstResponder() override;
   void moveCaretToEnd() override { log_.record("editor.moveCaretToEnd"); }
-  double textHeight() override;
+  double textHeight(double) override;
 
  private:
   EventLog& log_;

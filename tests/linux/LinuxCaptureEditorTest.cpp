@@ -111,13 +111,13 @@ TEST_F(LinuxCaptureEditorTest, ShowsThePlaceholderOnlyWhileItIsEmpty) {
 
 TEST_F(LinuxCaptureEditorTest, GivesEveryLineItsHeight) {
   ASSERT_TRUE(open());
-  EXPECT_EQ(editor().textHeight(), 25);
+  EXPECT_EQ(editor().textHeight(4000), 25);
   buffer()->set_text("one\ntwo");
-  EXPECT_EQ(editor().textHeight(), 50);
+  EXPECT_EQ(editor().textHeight(4000), 50);
   buffer()->set_text("one\ntwo\n");
-  EXPECT_EQ(editor().textHeight(), 75);
+  EXPECT_EQ(editor().textHeight(4000), 75);
   buffer()->set_text(repeated("word ", 60));
-  EXPECT_GE(editor().textHeight(), 75);
+  EXPECT_GE(editor().textHeight(4000), 75);
   // What was measured is what is shown.
   ASSERT_TRUE(waitUntil([&] {
     Gdk::Rectangle last;
@@ -125,7 +125,7 @@ TEST_F(LinuxCaptureEditorTest, GivesEveryLineItsHeight) {
     int y = 0;
     int height = 0;
     panel_->textView().get_line_yrange(buffer()->begin(), y, height);
-    return height == editor().textHeight();
+    return height == editor().textHeight(4000);
   }));
 }
 
@@ -133,8 +133,8 @@ TEST_F(LinuxCaptureEditorTest, MeasuresNoMoreOfALongTextThanMatters) {
   ASSERT_TRUE(open());
   paste(repeated("A line of some length that is repeated\n", 25'000));
   ASSERT_TRUE(waitUntil([&] { return buffer()->get_char_count() > 900'000; }));
-  EXPECT_GT(editor().textHeight(), 4000);
-  EXPECT_LT(editor().textHeight(), 100'000);
+  EXPECT_GT(editor().textHeight(4000), 4000);
+  EXPECT_LT(editor().textHeight(4000), 100'000);
 }
 
 TEST_F(LinuxCaptureEditorTest, PutsTheCaretBehindTheText) {

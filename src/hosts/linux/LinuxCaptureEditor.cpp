@@ -194,7 +194,7 @@ int LinuxCaptureEditor::textWidth() const {
   return std::max({1, wanted > 0 ? wanted : width});
 }
 
-double LinuxCaptureEditor::textHeight() {
+double LinuxCaptureEditor::textHeight(double enough) {
   const auto layout = layoutOf("");
   layout->set_width(textWidth() * PANGO_SCALE);
   layout->set_wrap(Pango::WRAP_WORD_CHAR);
@@ -208,7 +208,7 @@ double LinuxCaptureEditor::textHeight() {
     int height = 0;
     layout->get_pixel_size(width, height);
     const double total = height + layout->get_line_count() * lineExtra_;
-    if (whole || total > tallestMeasure_) return total;
+    if (whole || total >= enough) return total;
   }
 }
 

@@ -21,8 +21,6 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   bool isComposing() const { return composing_; }
   // A key that nobody else wanted; whether the editor knew it.
   bool handleKey(const GdkEventKey& event);
-  // Text beyond this height needs no measuring.
-  void setTallestMeasure(double height) { tallestMeasure_ = height; }
 
   std::string text() const override;
   void clear() override;
@@ -32,7 +30,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   void setAccessibilityLabel(const std::string& label) override;
   void makeFirstResponder() override;
   void moveCaretToEnd() override;
-  double textHeight() override;
+  double textHeight(double enough) override;
 
  private:
   static void onPreeditChanged(GtkTextView*, const char* text, gpointer self);
@@ -51,7 +49,6 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   CaptureEditorStyle style_;
   Pango::FontDescription font_;
   std::string placeholder_;
-  double tallestMeasure_ = 4000;
   // Added to every line, so that it is as high as the style wants.
   int lineExtra_ = 0;
   bool composing_ = false;

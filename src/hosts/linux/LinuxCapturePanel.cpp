@@ -107,7 +107,9 @@ void LinuxCapturePanel::connectEvents() {
   });
   window_.signal_configure_event().connect(
       [this](GdkEventConfigure*) {
-        window_.get_position(frame_.x, frame_.y);
+        // Before the window manager has placed a window that is shown, the position told is
+        // nowhere.
+        if (movedByUser_) window_.get_position(frame_.x, frame_.y);
         return false;
       },
       false);
@@ -125,6 +127,7 @@ bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
 
 bool LinuxCapturePanel::buttonPressed(const GdkEventButton& event) {
   if (event.type != GDK_BUTTON_PRESS || event.button != GDK_BUTTON_PRIMARY) return false;
+  movedByUser_ = true;
   window_.begin_move_drag(static_cast<int>(event.button), static_cast<int>(event.x_root),
                           static_cast<int>(event.y_root), event.time);
   return true;
@@ -199,7 +202,10 @@ void LinuxCapturePanel::makeKeyAndOrderFront() {
     gdk_x11_window_set_user_time(surface, time);
   }
 #endif
-  if (!isVisible()) window_.move(frame_.x, frame_.y);
+  if (!isVisible()) {
+    movedByUser_ = false;
+    window_.move(frame_.x, frame_.y);
+  }
   window_.present(time);
   // Window managers do not give the keyboard to a new utility window by themselves.
   window_.get_window()->focus(time);

@@ -69,6 +69,8 @@ class LinuxCapturePanel final : public CapturePanel {
   // In GDK's coordinates.
   GdkRectangle frame_{};
   CapturePanelLayout layout_;
+  // Since it was shown.
+  bool movedByUser_ = false;
   Gtk::Window window_;
   Gtk::Fixed content_;
   LinuxCaptureEditor editor_;

@@ -24,7 +24,7 @@ class MacCaptureEditor final : public CaptureEditorView {
   void setAccessibilityLabel(const std::string& label) override;
   void makeFirstResponder() override;
   void moveCaretToEnd() override;
-  double textHeight() override;
+  double textHeight(double enough) override;
 
   // Holds the editor; goes into the panel.
   NSScrollView* _Nonnull nsView() const { return scroll_; }

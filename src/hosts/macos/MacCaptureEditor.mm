@@ -139,7 +139,7 @@ void MacCaptureEditor::moveCaretToEnd() {
   editor_.selectedRange = NSMakeRange(editor_.string.length, 0);
 }
 
-double MacCaptureEditor::textHeight() {
+double MacCaptureEditor::textHeight(double) {
   // The text wraps at the editor's width, which the panel's constraints give it.
   [editor_.window.contentView layoutSubtreeIfNeeded];
   // Asking for its layout manager puts a text view into the mode that has one.

@@ -37,20 +37,20 @@ TEST(CapturePanelGeometryOpeningFrame, KeepsAMarginOnNarrowScreens) {
   EXPECT_EQ(CapturePanelGeometry::openingFrame({0, 0, 840, 1000}).width, 800);
 }
 
-TEST(CapturePanelGeometryEditorHeight, GrowsFromThreeAndABitLinesToPartOfTheScreen) {
-  const Rectangle visible{0, 0, 1440, 900};
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(24.65, 17, visible), 58);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(48, 17, visible), 58);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(48.1, 17, visible), 59);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(350, 17, visible), 360);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(351, 17, visible), 360);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(1e9, 17, visible), 360);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(0, 32, visible), 109);
+TEST(CapturePanelGeometryEditorHeight, GrowsFromThreeAndABitLinesToItsLimit) {
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(24.65, 17, 360), 58);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(48, 17, 360), 58);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(48.1, 17, 360), 59);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(350, 17, 360), 360);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(351, 17, 360), 360);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(1e9, 17, 360), 360);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(0, 32, 360), 109);
+  EXPECT_EQ(CapturePanelGeometry::editorHeight(24, 17, 40), 40);
 }
 
-TEST(CapturePanelGeometryEditorHeight, HasALimitWithoutAScreenAndObeysATinyOne) {
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(1000, 17, std::nullopt), 280);
-  EXPECT_EQ(CapturePanelGeometry::editorHeight(24, 17, Rectangle{0, 0, 100, 100}), 40);
+TEST(CapturePanelGeometryEditorHeight, IsLimitedByTheScreenIfThereIsOne) {
+  EXPECT_EQ(CapturePanelGeometry::largestEditorHeight(Rectangle{0, 0, 1440, 900}), 360);
+  EXPECT_EQ(CapturePanelGeometry::largestEditorHeight(std::nullopt), 280);
 }
 
 TEST(CapturePanelGeometryMessage, WrapsBesideTheButtonAndHasBounds) {
