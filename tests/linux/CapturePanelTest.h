@@ -29,7 +29,7 @@ class RecordingPanelDelegate final : public CapturePanelDelegate {
   void submitButtonPressed() override { ++presses; }
   void submitButtonHovered(bool isHovered) override { hovered = isHovered; }
   void paintSurface(Canvas& canvas, Size bounds) override {
-    const Color red{1, 0, 0, 1};
+    const Color red{1, 0, 0, cardAlpha};
     canvas.fillRoundedRectangle({0, 0, bounds.width, bounds.height}, 20, {{{0, red}, {1, red}}, 0});
   }
   void paintSubmitButton(Canvas& canvas, Size bounds) override {
@@ -40,6 +40,7 @@ class RecordingPanelDelegate final : public CapturePanelDelegate {
   std::uint16_t swallowedKey = KeyEvent::escapeKey;
   std::vector<KeyEvent> keys;
   bool composing = false;
+  double cardAlpha = 1;
   bool focused = false;
   bool hovered = false;
   int textChanges = 0;

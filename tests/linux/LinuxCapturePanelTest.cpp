@@ -42,6 +42,27 @@ TEST_F(LinuxCapturePanelTest, OpensExactlyInItsPlaceWithTheKeyboard) {
   EXPECT_THAT(delegate_.keys, SizeIs(testing::Ge(5)));
 }
 
+TEST_F(LinuxCapturePanelTest, KnowsTheScreenThatItIsOn) {
+  const auto& screen = display_.connection().screen();
+  ASSERT_TRUE(panel_->screenVisibleFrame().has_value());
+  EXPECT_GT(panel_->screenVisibleFrame()->height, 0);
+  EXPECT_LE(panel_->screenVisibleFrame()->maxY(), screen.height_in_pixels);
+  panel_->setFrame({screen.width_in_pixels + 100.0, 300, 600, 165});
+  EXPECT_FALSE(panel_->screenVisibleFrame().has_value());
+}
+
+TEST_F(LinuxCapturePanelTest, OpensOverAFullScreenWindow) {
+  Gtk::Window fullScreen;
+  fullScreen.fullscreen();
+  fullScreen.show();
+  fullScreen.present();
+  ASSERT_TRUE(waitUntil([&] {
+    return isReadyForKeys(fullScreen) && infoOf(fullScreen).hasState("_NET_WM_STATE_FULLSCREEN");
+  }));
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
+}
+
 TEST_F(LinuxCapturePanelTest, OpensInTheSamePlaceAgain) {
   for (int time = 0; time < 3; ++time) {
     ASSERT_TRUE(open());
@@ -51,6 +72,17 @@ TEST_F(LinuxCapturePanelTest, OpensInTheSamePlaceAgain) {
     ASSERT_TRUE(waitUntil([&] { return !infoOf(panel_->native()).mapped; }));
   }
   EXPECT_EQ(delegate_.resignations, 0);
+}
+
+TEST_F(LinuxCapturePanelTest, TakesThePlaceInTheWindowManagersFrameForNoMove) {
+  ASSERT_TRUE(open());
+  GdkEvent* event = gdk_event_new(GDK_CONFIGURE);
+  event->configure.window = GDK_WINDOW(g_object_ref(panel_->native().get_window()->gobj()));
+  event->configure.width = 600;
+  event->configure.height = 165;
+  gtk_widget_event(GTK_WIDGET(panel_->native().gobj()), event);
+  gdk_event_free(event);
+  EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
 }
 
 TEST_F(LinuxCapturePanelTest, GrowsDownwardsAndKeepsItsTopEdge) {
@@ -237,6 +269,39 @@ TEST_F(LinuxCapturePanelTest, CutsItsCornersWithoutACompositor) {
     return card.height() == 265 && card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
            card.pixel({599, 264}) == driver::PixelColor{0, 0, 255};
   }));
+}
+
+TEST_F(LinuxCapturePanelTest, ShowsATranslucentCardWithoutACompositor) {
+  delegate_.cardAlpha = 0.1;
+  panel_->redrawSurface();
+  ASSERT_TRUE(open());
+  mouse_.click({onDisplay().x + 300, onDisplay().y + 60});
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+  // Red on black, as nothing shines through.
+  EXPECT_TRUE(waitUntil([&] {
+    const auto color = shot().pixel({300, 5});
+    return color.red > 70 && color.green == 0 && color.blue == 0;
+  }));
+}
+
+TEST_F(LinuxCapturePanelTest, HasNoDarkEdgesWithoutACompositor) {
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
+  const auto card = shot();
+  // From the left edge inwards, the first pixels of the card in every row of the rounded corner.
+  int edges = 0;
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 20; ++x) {
+      const auto color = card.pixel({x, y});
+      const bool isCard = color.green == 0 && color.blue == 0 && color.red > 0;
+      if (!isCard) continue;
+      EXPECT_GT(color.red, 220) << x << ", " << y;
+      ++edges;
+      break;
+    }
+  }
+  EXPECT_GT(edges, 15);
 }
 
 TEST_F(LinuxCapturePanelTest, IsMovedByItsBackground) {

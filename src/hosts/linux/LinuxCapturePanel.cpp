@@ -1,7 +1,6 @@
 #include "hosts/linux/LinuxCapturePanel.h"
 
 #include <cmath>
-#include <memory>
 
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
@@ -13,7 +12,6 @@
 #endif
 
 #include "hosts/linux/ActiveWindow.h"
-#include "hosts/linux/CairoCanvas.h"
 #include "hosts/linux/ColorScheme.h"
 #include "hosts/linux/LinuxKeyEvents.h"
 #include "hosts/linux/ModifierNames.h"
@@ -39,6 +37,8 @@ Pango::AttrList messageAttributes(Color color) {
                                                       channel(color.blue));
   attributes.insert(size);
   attributes.insert(ink);
+  // pangomm has no name for this one.
+  pango_attr_list_insert(attributes.gobj(), pango_attr_foreground_alpha_new(channel(color.alpha)));
   return attributes;
 }
 
@@ -49,6 +49,7 @@ LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& del
     : delegate_(delegate),
       colorScheme_(colorScheme),
       frame_{0, 0, pixels(contentSize.width), pixels(contentSize.height)},
+      card_(window_, delegate),
       editor_(delegate),
       button_(delegate) {
   makeFloating();
@@ -72,6 +73,8 @@ LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& del
 LinuxCapturePanel::~LinuxCapturePanel() {
   colorScheme_.onSystemChange = nullptr;
   focusCheck_.disconnect();
+  for (auto& connection : connections_)
+    connection.disconnect();
 }
 
 void LinuxCapturePanel::makeFloating() {
@@ -90,34 +93,49 @@ void LinuxCapturePanel::useAlphaVisual() {
   if (const auto visual = window_.get_screen()->get_rgba_visual()) {
     gtk_widget_set_visual(GTK_WIDGET(window_.gobj()), visual->gobj());
   }
-  window_.get_screen()->signal_composited_changed().connect(
-      sigc::mem_fun(*this, &LinuxCapturePanel::redrawSurface));
+  connections_.push_back(window_.get_screen()->signal_composited_changed().connect(
+      sigc::mem_fun(*this, &LinuxCapturePanel::redrawSurface)));
 }
 
 void LinuxCapturePanel::connectEvents() {
   window_.add_events(Gdk::BUTTON_PRESS_MASK);
-  window_.signal_draw().connect(sigc::mem_fun(*this, &LinuxCapturePanel::paint), false);
-  window_.signal_key_press_event().connect(
-      [this](GdkEventKey* event) { return keyPressed(*event); }, false);
-  window_.signal_button_press_event().connect(
-      [this](GdkEventButton* event) { return buttonPressed(*event); });
-  window_.signal_focus_out_event().connect([this](GdkEventFocus*) {
-    focusLeft();
-    return false;
-  });
-  window_.signal_configure_event().connect(
-      [this](GdkEventConfigure*) {
-        // Before the window manager has placed a window that is shown, the position told is
-        // nowhere.
-        if (movedByUser_) window_.get_position(frame_.x, frame_.y);
-        return false;
-      },
-      false);
   // Whoever asks the window manager to close it wants it out of the way.
-  window_.signal_delete_event().connect([this](GdkEventAny*) {
+  const auto dismiss = [this](GdkEventAny*) {
     delegate_.editorKeyDown({KeyEvent::escapeKey, 0}, false);
     return true;
-  });
+  };
+  const auto rememberPlace = [this](GdkEventConfigure* event) {
+    placed(*event);
+    return false;
+  };
+  const auto leaveFocus = [this](GdkEventFocus*) {
+    focusLeft();
+    return false;
+  };
+  const auto press = [this](GdkEventButton* event) { return buttonPressed(*event); };
+  const auto draw = [this](const Cairo::RefPtr<Cairo::Context>& context) {
+    card_.paint(context, size());
+    return false;
+  };
+  const auto key = [this](GdkEventKey* event) { return keyPressed(*event); };
+  // Also disconnected before the window goes: closing it down makes events once more.
+  for (const auto& connection : {window_.signal_draw().connect(draw, false),
+                                 window_.signal_key_press_event().connect(key, false),
+                                 window_.signal_button_press_event().connect(press),
+                                 window_.signal_focus_out_event().connect(leaveFocus),
+                                 window_.signal_configure_event().connect(rememberPlace, false),
+                                 window_.signal_delete_event().connect(dismiss)}) {
+    connections_.push_back(connection);
+  }
+}
+
+// Takes over where the user has moved the panel to. Other events come while the window manager puts
+// the window into its frame, and name a place in there: without the user's hand on the panel only
+// what the window manager sends by itself is about the screen.
+void LinuxCapturePanel::placed(const GdkEventConfigure& event) {
+  if (!isVisible() || (!movedByUser_ && event.send_event == FALSE)) return;
+  frame_.x = event.x;
+  frame_.y = event.y;
 }
 
 bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
@@ -179,7 +197,10 @@ void LinuxCapturePanel::setFrame(const Rectangle& frame) {
   const bool moved = wanted.x != frame_.x || wanted.y != frame_.y;
   const bool resized = wanted.width != frame_.width || wanted.height != frame_.height;
   frame_ = wanted;
-  if (moved) window_.move(frame_.x, frame_.y);
+  if (moved) {
+    movedByUser_ = false;
+    window_.move(frame_.x, frame_.y);
+  }
   if (resized) placeChildren();
 }
 
@@ -187,6 +208,9 @@ std::optional<Rectangle> LinuxCapturePanel::screenVisibleFrame() const {
   const auto monitor = Gdk::Display::get_default()->get_monitor_at_point(
       frame_.x + frame_.width / 2, frame_.y + frame_.height / 2);
   if (!monitor) return std::nullopt;
+  Gdk::Rectangle screen;
+  monitor->get_geometry(screen);
+  if (gdk_rectangle_intersect(screen.gobj(), &frame_, nullptr) == FALSE) return std::nullopt;
   Gdk::Rectangle area;
   monitor->get_workarea(area);
   return ScreenGeometry().toCore(*area.gobj());
@@ -269,49 +293,15 @@ void LinuxCapturePanel::placeChildren() {
   place(message_, frames.message);
   place(button_.widget(), frames.button);
   content_.set_size_request(frame_.width, frame_.height);
-  shapeWithoutCompositor();
+  card_.shape(size());
 }
 
 void LinuxCapturePanel::redrawSurface() {
-  shapeWithoutCompositor();
-  window_.queue_draw();
+  card_.redraw(size());
 }
 
 void LinuxCapturePanel::redrawSubmitButton() {
   button_.widget().queue_draw();
-}
-
-bool LinuxCapturePanel::paint(const Cairo::RefPtr<Cairo::Context>& context) {
-  context->save();
-  context->set_operator(Cairo::OPERATOR_SOURCE);
-  context->set_source_rgba(0, 0, 0, 0);
-  context->paint();
-  context->restore();
-  CairoCanvas canvas(context->cobj(), size());
-  // Without a compositor the smoothed edge would mix with black; each further coat mixes it less.
-  const int coats = window_.get_screen()->is_composited() ? 1 : 4;
-  for (int coat = 0; coat < coats; ++coat)
-    delegate_.paintSurface(canvas, size());
-  return false;
-}
-
-// Without a compositor what is transparent shows black: the window is cut to what is painted.
-void LinuxCapturePanel::shapeWithoutCompositor() {
-  const auto surface = window_.get_window();
-  if (!surface) return;
-  if (window_.get_screen()->is_composited()) {
-    gdk_window_shape_combine_region(surface->gobj(), nullptr, 0, 0);
-    return;
-  }
-  const auto image = Cairo::ImageSurface::create(Cairo::FORMAT_A8, frame_.width, frame_.height);
-  const auto context = Cairo::Context::create(image);
-  {
-    CairoCanvas canvas(context->cobj(), size());
-    delegate_.paintSurface(canvas, size());
-  }
-  const std::unique_ptr<cairo_region_t, decltype(&cairo_region_destroy)> region(
-      gdk_cairo_region_create_from_surface(image->cobj()), cairo_region_destroy);
-  gdk_window_shape_combine_region(surface->gobj(), region.get(), 0, 0);
 }
 
 }  // namespace navora

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <gtkmm/fixed.h>
 #include <gtkmm/label.h>
@@ -8,6 +9,7 @@
 #include <sigc++/connection.h>
 
 #include "hosts/linux/CaptureButtonView.h"
+#include "hosts/linux/CaptureCardView.h"
 #include "hosts/linux/LinuxCaptureEditor.h"
 #include "platform/CapturePanel.h"
 
@@ -57,26 +59,27 @@ class LinuxCapturePanel final : public CapturePanel {
   void connectEvents();
   bool keyPressed(const GdkEventKey& event);
   bool buttonPressed(const GdkEventButton& event);
+  void placed(const GdkEventConfigure& event);
   void focusLeft();
   void checkFocus();
-  bool paint(const Cairo::RefPtr<Cairo::Context>& context);
-  void shapeWithoutCompositor();
   void placeChildren();
   Size size() const;
 
   CapturePanelDelegate& delegate_;
   ColorScheme& colorScheme_;
-  // In GDK's coordinates.
+  // In GDK's coordinates: where the panel shall be, or where the user has moved it.
   GdkRectangle frame_{};
   CapturePanelLayout layout_;
   // Since it was shown.
   bool movedByUser_ = false;
   Gtk::Window window_;
+  CaptureCardView card_;
   Gtk::Fixed content_;
   LinuxCaptureEditor editor_;
   Gtk::Label message_;
   CaptureButtonView button_;
   sigc::connection focusCheck_;
+  std::vector<sigc::connection> connections_;
 };
 
 }  // namespace navora
