@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <gtkmm/clipboard.h>
+#include <gtkmm/popover.h>
 
 #include "linux/CapturePanelTest.h"
 
@@ -34,6 +35,59 @@ TEST_F(LinuxCaptureEditorTest, TellsOfEveryChangeButItsOwnClearing) {
   editor().clear();
   EXPECT_EQ(editor().text(), "");
   EXPECT_EQ(delegate_.textChanges, 2);
+}
+
+TEST_F(LinuxCaptureEditorTest, TakesAReplacementAndItsUndoingForOneChangeEach) {
+  ASSERT_TRUE(open());
+  keyboard_.type("ab");
+  ASSERT_TRUE(waitForText("ab"));
+  keyboard_.chord("Control+a");
+  keyboard_.type("x");
+  ASSERT_TRUE(waitForText("x"));
+  EXPECT_EQ(delegate_.textChanges, 3);
+  keyboard_.chord("Control+z");
+  ASSERT_TRUE(waitForText("ab"));
+  EXPECT_EQ(delegate_.textChanges, 4);
+}
+
+TEST_F(LinuxCaptureEditorTest, TakesForeignLineBreaksForItsOwn) {
+  ASSERT_TRUE(open());
+  paste("one\r\ntwo\n");
+  EXPECT_TRUE(waitForText("one\ntwo\n"));
+  EXPECT_EQ(delegate_.textChanges, 1);
+}
+
+TEST_F(LinuxCaptureEditorTest, BeginsItsTextWhereTheMessageBegins) {
+  panel_->setMessage("Message");
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->message()); }));
+  Gdk::Rectangle caret;
+  panel_->textView().get_iter_location(buffer()->begin(), caret);
+  int x = 0;
+  int y = 0;
+  panel_->textView().buffer_to_window_coords(Gtk::TEXT_WINDOW_WIDGET, caret.get_x(), caret.get_y(),
+                                             x, y);
+  EXPECT_EQ(onScreen(panel_->textView()).x + x, onScreen(panel_->message()).x);
+}
+
+TEST_F(LinuxCaptureEditorTest, OpensNoEmojiChooserThatWouldBeCutOff) {
+  ASSERT_TRUE(open());
+  keyboard_.chord("Control+period");
+  keyboard_.chord("Control+semicolon");
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+  EXPECT_TRUE(visibleWidgetsOf<Gtk::Popover>(panel_->native()).empty());
+}
+
+TEST_F(LinuxCaptureEditorTest, ForgetsWhatWasBeingComposedWhenThePanelIsOrderedOut) {
+  ASSERT_TRUE(open());
+  g_signal_emit_by_name(panel_->textView().gobj(), "preedit-changed", "か");
+  panel_->orderOut();
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
+  ASSERT_TRUE(open());
+  keyboard_.type("x");
+  ASSERT_TRUE(waitForText("x"));
+  EXPECT_FALSE(delegate_.composing);
 }
 
 TEST_F(LinuxCaptureEditorTest, TakesEveryScriptAndEmoji) {

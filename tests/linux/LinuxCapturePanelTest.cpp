@@ -42,6 +42,14 @@ TEST_F(LinuxCapturePanelTest, OpensExactlyInItsPlaceWithTheKeyboard) {
   EXPECT_THAT(delegate_.keys, SizeIs(testing::Ge(5)));
 }
 
+TEST_F(LinuxCapturePanelTest, TellsNothingWhileItIsDestroyed) {
+  ASSERT_TRUE(open());
+  panel_.reset();
+  runPendingEvents();
+  EXPECT_TRUE(delegate_.focused);
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
 TEST_F(LinuxCapturePanelTest, KnowsTheScreenThatItIsOn) {
   const auto& screen = display_.connection().screen();
   ASSERT_TRUE(panel_->screenVisibleFrame().has_value());

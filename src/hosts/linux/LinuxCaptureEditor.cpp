@@ -2,61 +2,20 @@
 
 #include <algorithm>
 #include <cmath>
-#include <locale>
-#include <sstream>
+#include <utility>
 
 #include <gdk/gdkkeysyms.h>
 
+#include "hosts/linux/CaptureEditorLook.h"
+#include "hosts/linux/LinuxKeyEvents.h"
 #include "platform/CapturePanel.h"
 
 namespace navora {
 namespace {
 
 constexpr int textInset = static_cast<int>(CapturePanelLayout::editorInset);
-
-std::string cssColor(Color color) {
-  std::ostringstream css;
-  css.imbue(std::locale::classic());
-  const auto channel = [](double value) { return static_cast<int>(std::lround(value * 255)); };
-  css << "rgba(" << channel(color.red) << ", " << channel(color.green) << ", "
-      << channel(color.blue) << ", " << color.alpha << ")";
-  return css.str();
-}
-
-std::string cssFamily(FontFamily family) {
-  switch (family) {
-    case FontFamily::serif:
-      return "font-family: serif;";
-    case FontFamily::mono:
-      return "font-family: monospace;";
-    case FontFamily::sans:
-      break;
-  }
-  // The desktop's own font.
-  return "";
-}
-
-std::string cssFrom(const CaptureEditorStyle& style) {
-  std::ostringstream css;
-  css.imbue(std::locale::classic());
-  css << "textview { background: none; font-size: " << style.fontSize << "px; "
-      << cssFamily(style.family) << " }"
-      << "textview text { background: none; color: " << cssColor(style.ink)
-      << "; caret-color: " << cssColor(style.caret) << "; }"
-      << "scrolledwindow, viewport { background: none; border: none; }"
-      << "undershoot, overshoot { background: none; }";
-  return css.str();
-}
-
-Pango::FontDescription fontFrom(const CaptureEditorStyle& style) {
-  char* name = nullptr;
-  g_object_get(gtk_settings_get_default(), "gtk-font-name", &name, nullptr);
-  Pango::FontDescription font(stringFrom(GCharPtr(name).get()));
-  if (style.family == FontFamily::serif) font.set_family("serif");
-  if (style.family == FontFamily::mono) font.set_family("monospace");
-  font.set_absolute_size(style.fontSize * PANGO_SCALE);
-  return font;
-}
+// The text begins where the message below it does.
+constexpr int sideMargin = static_cast<int>(CapturePanelLayout::messageIndent);
 
 void applyTo(Gtk::Widget& widget, const Glib::RefPtr<Gtk::CssProvider>& css) {
   widget.get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
@@ -79,29 +38,60 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
   view_.set_wrap_mode(Gtk::WRAP_WORD_CHAR);
   view_.set_top_margin(textInset);
   view_.set_bottom_margin(textInset);
+  view_.set_left_margin(sideMargin);
+  view_.set_right_margin(sideMargin);
+  // GTK 3 draws its emoji chooser inside of the window, which is too low for it.
+  view_.set_input_hints(Gtk::INPUT_HINT_NO_EMOJI);
   // Tab leads to the button, as it would in any form.
   view_.set_accepts_tab(false);
 
-  buffer_->signal_changed().connect([this] {
-    if (!clearing_) delegate_.editorTextDidChange();
-  });
-  preedit_ = SignalConnection(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
-  view_.signal_focus_in_event().connect([this](GdkEventFocus*) {
-    delegate_.editorDidChangeFocus(true);
-    return false;
-  });
-  view_.signal_focus_out_event().connect([this](GdkEventFocus*) {
-    delegate_.editorDidChangeFocus(false);
-    return false;
-  });
-  view_.signal_draw().connect(
-      [this](const Cairo::RefPtr<Cairo::Context>& context) { return drawPlaceholder(context); });
+  connectBuffer();
+  connectView();
   scroller_.show_all();
 }
 
+// Dying widgets still lose the focus, which the delegate must not hear of any more.
 LinuxCaptureEditor::~LinuxCaptureEditor() {
-  // The last change of a dying buffer is nobody's.
-  clearing_ = true;
+  for (auto& connection : connections_)
+    connection.disconnect();
+}
+
+// What a user action deletes and inserts counts as one change.
+void LinuxCaptureEditor::connectBuffer() {
+  connections_.push_back(buffer_->signal_changed().connect([this] { textChanged(); }));
+  connections_.push_back(
+      buffer_->signal_begin_user_action().connect([this] { inUserAction_ = true; }));
+  connections_.push_back(buffer_->signal_end_user_action().connect([this] {
+    inUserAction_ = false;
+    if (std::exchange(changedInUserAction_, false)) textChanged();
+  }));
+}
+
+void LinuxCaptureEditor::connectView() {
+  const auto tellFocus = [this](bool focused) {
+    return [this, focused](GdkEventFocus*) {
+      delegate_.editorDidChangeFocus(focused);
+      return false;
+    };
+  };
+  connections_.push_back(view_.signal_focus_in_event().connect(tellFocus(true)));
+  connections_.push_back(view_.signal_focus_out_event().connect(tellFocus(false)));
+  connections_.push_back(view_.signal_draw().connect(
+      [this](const Cairo::RefPtr<Cairo::Context>& context) { return drawPlaceholder(context); }));
+  handlers_.emplace_back(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
+  // The keys for it work without the menu item, too.
+  const auto stopEmission =
+      +[](GtkTextView* view, gpointer) { g_signal_stop_emission_by_name(view, "insert-emoji"); };
+  handlers_.emplace_back(view_.gobj(), "insert-emoji", G_CALLBACK(stopEmission), nullptr);
+}
+
+void LinuxCaptureEditor::textChanged() {
+  if (clearing_) return;
+  if (inUserAction_) {
+    changedInUserAction_ = true;
+  } else {
+    delegate_.editorTextDidChange();
+  }
 }
 
 void LinuxCaptureEditor::onPreeditChanged(GtkTextView*, const char* text, gpointer self) {
@@ -118,7 +108,13 @@ bool LinuxCaptureEditor::isEmpty() const {
   return buffer_->get_char_count() == 0;
 }
 
+void LinuxCaptureEditor::stopComposing() {
+  view_.reset_im_context();
+  composing_ = false;
+}
+
 void LinuxCaptureEditor::clear() {
+  stopComposing();
   clearing_ = true;
   buffer_->set_text("");
   clearing_ = false;
@@ -175,7 +171,7 @@ void LinuxCaptureEditor::moveCaretToEnd() {
 
 bool LinuxCaptureEditor::handleKey(const GdkEventKey& event) {
   const guint state = event.state & gtk_accelerator_get_default_mod_mask();
-  const guint key = gdk_keyval_to_lower(event.keyval);
+  const guint key = latinKeyFrom(event);
   const bool isRedo = (key == GDK_KEY_z && state == (GDK_CONTROL_MASK | GDK_SHIFT_MASK)) ||
                       (key == GDK_KEY_y && state == GDK_CONTROL_MASK);
   const bool isUndo = key == GDK_KEY_z && state == GDK_CONTROL_MASK;
@@ -191,7 +187,7 @@ int LinuxCaptureEditor::textWidth() const {
   int wanted = 0;
   int height = 0;
   scroller_.get_size_request(wanted, height);
-  return std::max({1, wanted > 0 ? wanted : width});
+  return std::max(1, (wanted > 0 ? wanted : width) - 2 * sideMargin);
 }
 
 double LinuxCaptureEditor::textHeight(double enough) {
@@ -220,11 +216,11 @@ bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& co
   int y = 0;
   view_.buffer_to_window_coords(Gtk::TEXT_WINDOW_WIDGET, 0, caret.get_y(), x, y);
   const auto layout = layoutOf(placeholder_);
-  layout->set_width(view_.get_allocated_width() * PANGO_SCALE);
+  layout->set_width((view_.get_allocated_width() - 2 * sideMargin) * PANGO_SCALE);
   layout->set_ellipsize(Pango::ELLIPSIZE_END);
   const Color color = style_.placeholder;
   context->set_source_rgba(color.red, color.green, color.blue, color.alpha);
-  context->move_to(x, y);
+  context->move_to(sideMargin, y);
   layout->show_in_cairo_context(context);
   return false;
 }

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <vector>
+
 #include <gtkmm/cssprovider.h>
 #include <gtkmm/scrolledwindow.h>
 #include <gtkmm/textview.h>
+#include <sigc++/connection.h>
 
 #include "hosts/linux/GLibSupport.h"
 #include "hosts/linux/TextUndo.h"
@@ -21,6 +24,8 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   bool isComposing() const { return composing_; }
   // A key that nobody else wanted; whether the editor knew it.
   bool handleKey(const GdkEventKey& event);
+  // Drops what an input method has not committed yet.
+  void stopComposing();
 
   std::string text() const override;
   void clear() override;
@@ -34,6 +39,9 @@ class LinuxCaptureEditor final : public CaptureEditorView {
 
  private:
   static void onPreeditChanged(GtkTextView*, const char* text, gpointer self);
+  void connectBuffer();
+  void connectView();
+  void textChanged();
   bool drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context);
   bool isEmpty() const;
   Glib::RefPtr<Pango::Layout> layoutOf(const Glib::ustring& text);
@@ -53,7 +61,10 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   int lineExtra_ = 0;
   bool composing_ = false;
   bool clearing_ = false;
-  SignalConnection preedit_;
+  bool inUserAction_ = false;
+  bool changedInUserAction_ = false;
+  std::vector<sigc::connection> connections_;
+  std::vector<SignalConnection> handlers_;
 };
 
 }  // namespace navora

@@ -237,6 +237,7 @@ void LinuxCapturePanel::makeKeyAndOrderFront() {
 
 void LinuxCapturePanel::orderOut() {
   focusCheck_.disconnect();
+  editor_.stopComposing();
   window_.hide();
 }
 
