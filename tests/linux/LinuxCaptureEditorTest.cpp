@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <gtkmm/clipboard.h>
-#include <gtkmm/popover.h>
 
 #include "linux/CapturePanelTest.h"
 
@@ -72,11 +71,9 @@ TEST_F(LinuxCaptureEditorTest, BeginsItsTextWhereTheMessageBegins) {
 
 TEST_F(LinuxCaptureEditorTest, OpensNoEmojiChooserThatWouldBeCutOff) {
   ASSERT_TRUE(open());
-  keyboard_.chord("Control+period");
-  keyboard_.chord("Control+semicolon");
-  keyboard_.type("x");
-  EXPECT_TRUE(waitForText("x"));
-  EXPECT_TRUE(visibleWidgetsOf<Gtk::Popover>(panel_->native()).empty());
+  g_signal_emit_by_name(panel_->textView().gobj(), "insert-emoji");
+  // The chooser, if there is one, lives as long as the view that made it.
+  EXPECT_EQ(g_object_get_data(G_OBJECT(panel_->textView().gobj()), "gtk-emoji-chooser"), nullptr);
 }
 
 TEST_F(LinuxCaptureEditorTest, ForgetsWhatWasBeingComposedWhenThePanelIsOrderedOut) {

@@ -78,11 +78,7 @@ void LinuxCaptureEditor::connectView() {
   connections_.push_back(view_.signal_focus_out_event().connect(tellFocus(false)));
   connections_.push_back(view_.signal_draw().connect(
       [this](const Cairo::RefPtr<Cairo::Context>& context) { return drawPlaceholder(context); }));
-  handlers_.emplace_back(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
-  // The keys for it work without the menu item, too.
-  const auto stopEmission =
-      +[](GtkTextView* view, gpointer) { g_signal_stop_emission_by_name(view, "insert-emoji"); };
-  handlers_.emplace_back(view_.gobj(), "insert-emoji", G_CALLBACK(stopEmission), nullptr);
+  preedit_ = SignalConnection(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
 }
 
 void LinuxCaptureEditor::textChanged() {

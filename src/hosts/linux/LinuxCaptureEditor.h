@@ -64,7 +64,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   bool inUserAction_ = false;
   bool changedInUserAction_ = false;
   std::vector<sigc::connection> connections_;
-  std::vector<SignalConnection> handlers_;
+  SignalConnection preedit_;
 };
 
 }  // namespace navora
