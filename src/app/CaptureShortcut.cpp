@@ -60,7 +60,6 @@ void CaptureShortcut::registerHotKey() {
   debug("RegisterEventHotKey status=" + std::to_string(status) + ", keyCode=" +
         std::to_string(hotKey.keyCode) + ", modifiers=" + std::to_string(hotKey.carbonModifiers));
   registered_ = status == 0;
-  taken_ = !registered_;
 }
 
 void CaptureShortcut::debug(const std::string& line) const {

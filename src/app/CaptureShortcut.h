@@ -24,7 +24,7 @@ class CaptureShortcut {
   CaptureShortcut& operator=(const CaptureShortcut&) = delete;
 
   // Another application has the combination: it works in the application's own windows only.
-  bool isTaken() const { return taken_; }
+  bool isTaken() const { return installed_ && !registered_; }
 
  private:
   void installEventHandler();
@@ -37,7 +37,6 @@ class CaptureShortcut {
   const bool debugging_;
   bool installed_ = false;
   bool registered_ = false;
-  bool taken_ = false;
   std::unique_ptr<ObserverToken> localMonitor_;
   Lifetime lifetime_;
 };

@@ -140,7 +140,7 @@ void NavoraAppDelegate::pageDidLoad() {
   errorView_->hide();
   const auto url = webView_->url();
   if (url && url->path() == "/") quickCapturePanel_->resumeAfterLogin();
-  if (captureFocus_->capturePending || captureFocus_->pendingDestination) captureFocus_->start();
+  captureFocus_->start();
 }
 
 void NavoraAppDelegate::reload() {

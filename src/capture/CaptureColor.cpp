@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "capture/CaptureAppearance.h"
+#include "support/PercentEncoding.h"
 #include "support/Text.h"
 
 namespace navora {
@@ -13,29 +14,15 @@ namespace {
 
 constexpr std::size_t maximumCharacters = 80;
 
-std::optional<unsigned> hexDigit(char character) {
-  if (character >= '0' && character <= '9') return static_cast<unsigned>(character - '0');
-  if (character >= 'a' && character <= 'f') return static_cast<unsigned>(character - 'a' + 10);
-  if (character >= 'A' && character <= 'F') return static_cast<unsigned>(character - 'A' + 10);
-  return std::nullopt;
-}
-
 std::optional<Color> hexadecimalColor(std::string_view digits) {
   std::vector<double> channels;
   for (std::size_t index = 0; index < digits.size(); index += 2) {
-    const auto high = hexDigit(digits[index]);
-    const auto low = hexDigit(digits[index + 1]);
+    const auto high = hexadecimalValue(digits[index]);
+    const auto low = hexadecimalValue(digits[index + 1]);
     if (!high || !low) return std::nullopt;
     channels.push_back((*high * 16 + *low) / 255.0);
   }
   return Color{channels[0], channels[1], channels[2], channels.size() == 4 ? channels[3] : 1};
-}
-
-std::string_view withoutBlanks(std::string_view piece) {
-  constexpr std::string_view blanks = " \t";
-  const auto first = piece.find_first_not_of(blanks);
-  if (first == std::string_view::npos) return {};
-  return piece.substr(first, piece.find_last_not_of(blanks) - first + 1);
 }
 
 // The whole piece must be one finite decimal number; the user's language has no say in it.
@@ -54,7 +41,7 @@ std::optional<double> decimalNumber(std::string_view piece) {
 std::optional<Color> functionalColor(std::string_view arguments) {
   std::vector<double> numbers;
   for (const std::string& piece : split(arguments, ',')) {
-    const auto number = decimalNumber(withoutBlanks(piece));
+    const auto number = decimalNumber(strippedOf(piece, " \t"));
     if (!number) return std::nullopt;
     numbers.push_back(*number);
   }

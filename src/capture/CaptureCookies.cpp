@@ -9,15 +9,9 @@ namespace {
 
 constexpr std::string_view sessionCookieName = "tolvin_session";
 
-std::string_view withoutDotsAtEnds(std::string_view domain) {
-  const auto first = domain.find_first_not_of('.');
-  if (first == std::string_view::npos) return {};
-  return domain.substr(first, domain.find_last_not_of('.') - first + 1);
-}
-
 bool belongsTo(const HttpCookie& cookie, const Url& origin) {
   const auto host = origin.host();
-  return host && lowercasedAscii(withoutDotsAtEnds(cookie.domain)) == lowercasedAscii(*host) &&
+  return host && lowercasedAscii(strippedOf(cookie.domain, ".")) == lowercasedAscii(*host) &&
          cookie.path == "/";
 }
 

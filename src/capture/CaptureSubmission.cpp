@@ -22,14 +22,6 @@ constexpr const char* modelScript = R"((() => {
   return result;
 })())";
 
-std::string uppercased(std::string text) {
-  std::ranges::transform(text, text.begin(), [](char character) {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
-                                                : character;
-  });
-  return text;
-}
-
 bool isObjectOfStrings(const Json& value) {
   return value.is_object() &&
          std::ranges::all_of(value, [](const Json& member) { return member.is_string(); });
@@ -103,7 +95,7 @@ Task<std::optional<CaptureAttempt>> CaptureSubmission::makeAttempt(std::string t
   // A page can make texts that are no valid UTF-8; they must not make the note unsendable.
   CaptureAttempt attempt;
   attempt.raw = std::move(text);
-  attempt.key = "mac-" + uppercased(system_.randomUuid());
+  attempt.key = "mac-" + uppercasedAscii(system_.randomUuid());
   attempt.account = std::move(account);
   attempt.body = body.dump(-1, ' ', false, Json::error_handler_t::replace);
   attempt.flowId = std::move(flowId);

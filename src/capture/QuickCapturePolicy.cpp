@@ -5,6 +5,7 @@
 
 #include "navigation/DesktopOrigin.h"
 #include "platform/KeyEvent.h"
+#include "support/PercentEncoding.h"
 #include "support/Text.h"
 
 namespace navora {
@@ -12,16 +13,11 @@ namespace {
 
 constexpr std::string_view jobPathPrefix = "/api/jobs/";
 
-bool isHexDigit(char character) {
-  return (character >= '0' && character <= '9') || (character >= 'a' && character <= 'f') ||
-         (character >= 'A' && character <= 'F');
-}
-
 bool isUuid(std::string_view text) {
   if (text.size() != 36) return false;
   for (std::size_t index = 0; index < text.size(); ++index) {
     const bool isDashPlace = index == 8 || index == 13 || index == 18 || index == 23;
-    if (isDashPlace ? text[index] != '-' : !isHexDigit(text[index])) return false;
+    if (isDashPlace ? text[index] != '-' : !hexadecimalValue(text[index])) return false;
   }
   return true;
 }

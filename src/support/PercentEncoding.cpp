@@ -26,6 +26,8 @@ std::string encodedExcept(std::string_view text, std::string_view marks) {
   return result;
 }
 
+}  // namespace
+
 std::optional<unsigned> hexadecimalValue(char digit) {
   if (digit >= '0' && digit <= '9') {
     return static_cast<unsigned>(digit - '0');
@@ -38,8 +40,6 @@ std::optional<unsigned> hexadecimalValue(char digit) {
   }
   return std::nullopt;
 }
-
-}  // namespace
 
 std::string percentEncoded(std::string_view text) {
   return encodedExcept(text, {});

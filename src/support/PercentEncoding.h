@@ -6,6 +6,9 @@
 
 namespace navora {
 
+// The value of a hexadecimal digit of either case; absent for any other character.
+std::optional<unsigned> hexadecimalValue(char digit);
+
 // Every byte of the text as "%XX", except ASCII letters and digits: safe in any part of a URL.
 std::string percentEncoded(std::string_view text);
 

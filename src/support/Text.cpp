@@ -118,11 +118,27 @@ std::string trimmed(std::string_view text) {
   return std::string(text.substr(begin, end - begin));
 }
 
+std::string_view strippedOf(std::string_view text, std::string_view bytes) {
+  const auto first = text.find_first_not_of(bytes);
+  if (first == std::string_view::npos) return {};
+  return text.substr(first, text.find_last_not_of(bytes) - first + 1);
+}
+
 std::string lowercasedAscii(std::string_view text) {
   std::string result(text);
   for (char& character : result) {
     if (character >= 'A' && character <= 'Z') {
       character = static_cast<char>(character - 'A' + 'a');
+    }
+  }
+  return result;
+}
+
+std::string uppercasedAscii(std::string_view text) {
+  std::string result(text);
+  for (char& character : result) {
+    if (character >= 'a' && character <= 'z') {
+      character = static_cast<char>(character - 'a' + 'A');
     }
   }
   return result;

@@ -27,8 +27,14 @@ std::string prefixCharacters(std::string_view text, std::size_t count);
 // U+0009 to U+000D and U+0085.
 std::string trimmed(std::string_view text);
 
+// The text without any of these bytes at both ends; a view into it.
+std::string_view strippedOf(std::string_view text, std::string_view bytes);
+
 // A to Z lower-cased, every other byte kept; for names of protocols, hosts and the like.
 std::string lowercasedAscii(std::string_view text);
+
+// a to z upper-cased, every other byte kept.
+std::string uppercasedAscii(std::string_view text);
 
 // Lower case by the Unicode mapping of each character, independent of any language.
 std::string lowercased(std::string_view text);

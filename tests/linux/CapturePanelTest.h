@@ -72,7 +72,6 @@ class CapturePanelTest : public testing::Test {
     return waitUntil([&] { return panel_->editor().text() == text; });
   }
   driver::Rectangle onDisplay() { return infoOf(panel_->native()).content; }
-  // The colour in the middle of a rectangle of the screen.
   driver::Screenshot shot() { return display_.screenshot(onDisplay()); }
 
   driver::Display& display_ = TestDesktop::current().display();

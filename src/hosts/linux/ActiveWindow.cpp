@@ -32,6 +32,10 @@ std::optional<unsigned long> activeWindow() {
   return window == None ? std::nullopt : std::optional<unsigned long>(window);
 }
 
+guint32 activationTime(GdkWindow* window) {
+  return GDK_IS_X11_WINDOW(window) ? gdk_x11_get_server_time(window) : GDK_CURRENT_TIME;
+}
+
 bool anotherWindowIsActive(GdkWindow* window) {
   if (!GDK_IS_X11_WINDOW(window)) return true;
   return activeWindow() != gdk_x11_window_get_xid(window);

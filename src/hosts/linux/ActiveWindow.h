@@ -10,6 +10,10 @@ namespace navora {
 // without such a window, or where nobody can tell.
 std::optional<unsigned long> activeWindow();
 
+// The time that a request for the keyboard must carry to pass the window manager's prevention of
+// focus stealing; GDK_CURRENT_TIME where there is no such thing. `window` is realised.
+guint32 activationTime(GdkWindow* window);
+
 // Whether that is another window than this one. Where nobody can tell, it is.
 bool anotherWindowIsActive(GdkWindow* window);
 

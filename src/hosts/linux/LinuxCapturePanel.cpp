@@ -2,14 +2,11 @@
 
 #include <cmath>
 
+#include <gdk/gdkx.h>
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
 #include <gdkmm/screen.h>
 #include <glibmm/main.h>
-
-#ifdef GDK_WINDOWING_X11
-#include <gdk/gdkx.h>
-#endif
 
 #include "hosts/linux/ActiveWindow.h"
 #include "hosts/linux/ColorScheme.h"
@@ -217,22 +214,17 @@ std::optional<Rectangle> LinuxCapturePanel::screenVisibleFrame() const {
 }
 
 void LinuxCapturePanel::makeKeyAndOrderFront() {
-  guint32 time = GDK_CURRENT_TIME;
-#ifdef GDK_WINDOWING_X11
   GdkWindow* surface = window_.get_window()->gobj();
-  if (GDK_IS_X11_WINDOW(surface)) {
-    // Otherwise the window manager takes the panel for one that nobody asked for.
-    time = gdk_x11_get_server_time(surface);
-    gdk_x11_window_set_user_time(surface, time);
-  }
-#endif
+  const guint32 time = activationTime(surface);
+  // Otherwise the window manager takes the panel for one that nobody asked for.
+  if (GDK_IS_X11_WINDOW(surface)) gdk_x11_window_set_user_time(surface, time);
   if (!isVisible()) {
     movedByUser_ = false;
     window_.move(frame_.x, frame_.y);
   }
   window_.present(time);
   // Window managers do not give the keyboard to a new utility window by themselves.
-  window_.get_window()->focus(time);
+  gdk_window_focus(surface, time);
 }
 
 void LinuxCapturePanel::orderOut() {

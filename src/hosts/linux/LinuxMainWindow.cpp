@@ -1,20 +1,16 @@
 #include "hosts/linux/LinuxMainWindow.h"
 
-#include <gdkmm/monitor.h>
-#include <gdkmm/screen.h>
-#include <glibmm/main.h>
-#include <gtkmm/stylecontext.h>
-
-#ifdef GDK_WINDOWING_X11
-#include <gdk/gdkx.h>
-#endif
-
 #include <algorithm>
 #include <optional>
 #include <utility>
 
+#include <glibmm/main.h>
+#include <gtkmm/stylecontext.h>
+
+#include "hosts/linux/ActiveWindow.h"
 #include "hosts/linux/ColorScheme.h"
 #include "hosts/linux/LinuxWebView.h"
+#include "hosts/linux/ScreenGeometry.h"
 #include "support/Json.h"
 
 namespace navora {
@@ -34,22 +30,11 @@ std::optional<Size> readSize(const std::optional<Json>& value) {
 // What the screen has room for. A size kept from a larger monitor would put the window's edges out
 // of reach.
 Size availableSize() {
-  const auto display = Gdk::Display::get_default();
-  auto monitor = display->get_primary_monitor();
-  if (!monitor) monitor = display->get_monitor(0);
-  if (!monitor) return {1e6, 1e6};
-  Gdk::Rectangle area;
-  monitor->get_workarea(area);
-  return {static_cast<double>(area.get_width()), static_cast<double>(area.get_height())};
-}
-
-guint32 presentTime(Gtk::Window& window) {
-#ifdef GDK_WINDOWING_X11
-  if (const auto surface = window.get_window(); surface && GDK_IS_X11_WINDOW(surface->gobj())) {
-    return gdk_x11_get_server_time(surface->gobj());
-  }
-#endif
-  return GDK_CURRENT_TIME;
+  GdkMonitor* monitor = mainMonitor();
+  if (monitor == nullptr) return {1e6, 1e6};
+  GdkRectangle area{};
+  gdk_monitor_get_workarea(monitor, &area);
+  return {static_cast<double>(area.width), static_cast<double>(area.height)};
 }
 
 }  // namespace
@@ -159,7 +144,7 @@ void LinuxMainWindow::orderOut() {
 }
 
 void LinuxMainWindow::forceToFront() {
-  if (isVisible()) window_.present(presentTime(window_));
+  if (isVisible()) window_.present(activationTime(window_.get_window()->gobj()));
 }
 
 void LinuxMainWindow::focusContent() {

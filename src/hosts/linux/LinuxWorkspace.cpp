@@ -42,9 +42,7 @@ std::vector<Screen> LinuxWorkspace::screens() const {
 }
 
 std::optional<Screen> LinuxWorkspace::mainScreen() const {
-  GdkDisplay* display = gdk_display_get_default();
-  GdkMonitor* monitor = gdk_display_get_primary_monitor(display);
-  if (monitor == nullptr) monitor = gdk_display_get_monitor(display, 0);
+  GdkMonitor* monitor = mainMonitor();
   return monitor == nullptr ? std::nullopt : std::optional(screenFrom(monitor));
 }
 

@@ -11,10 +11,14 @@ int rounded(double value) {
 
 }  // namespace
 
-ScreenGeometry::ScreenGeometry() {
+GdkMonitor* mainMonitor() {
   GdkDisplay* display = gdk_display_get_default();
-  GdkMonitor* main = gdk_display_get_primary_monitor(display);
-  if (main == nullptr) main = gdk_display_get_monitor(display, 0);
+  GdkMonitor* primary = gdk_display_get_primary_monitor(display);
+  return primary != nullptr ? primary : gdk_display_get_monitor(display, 0);
+}
+
+ScreenGeometry::ScreenGeometry() {
+  GdkMonitor* main = mainMonitor();
   if (main == nullptr) return;
   GdkRectangle area{};
   gdk_monitor_get_geometry(main, &area);

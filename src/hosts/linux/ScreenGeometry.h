@@ -6,6 +6,9 @@
 
 namespace navora {
 
+// The primary one, or the first where the desktop names none; null without any.
+GdkMonitor* mainMonitor();
+
 // Between the core's screen coordinates, which grow upwards from the lower left corner of the main
 // screen, and GDK's, which grow downwards from the upper left corner of all screens.
 class ScreenGeometry {

@@ -32,5 +32,15 @@ TEST(PercentDecoding, RefusesBrokenTripletsAndInvalidUtf8) {
   }
 }
 
+TEST(HexadecimalValue, KnowsDigitsOfEitherCaseOnly) {
+  EXPECT_EQ(hexadecimalValue('0'), 0u);
+  EXPECT_EQ(hexadecimalValue('9'), 9u);
+  EXPECT_EQ(hexadecimalValue('a'), 10u);
+  EXPECT_EQ(hexadecimalValue('F'), 15u);
+  for (const char other : {'g', 'G', '/', ':', '@', '`', ' ', '\0', '\xC3'}) {
+    EXPECT_EQ(hexadecimalValue(other), std::nullopt) << other;
+  }
+}
+
 }  // namespace
 }  // namespace navora

@@ -95,5 +95,17 @@ TEST(Text, SplitsKeepingEmptyPieces) {
   EXPECT_EQ(split("abc", '-'), Pieces{"abc"});
 }
 
+TEST(TextStrippedOf, TakesTheBytesAwayAtBothEndsOnly) {
+  EXPECT_EQ(strippedOf("..a.b.", "."), "a.b");
+  EXPECT_EQ(strippedOf(" \ta b\t", " \t"), "a b");
+  EXPECT_EQ(strippedOf("ab", "."), "ab");
+  EXPECT_EQ(strippedOf("...", "."), "");
+  EXPECT_EQ(strippedOf("", "."), "");
+}
+
+TEST(TextUppercasedAscii, ChangesNothingButAToZ) {
+  EXPECT_EQ(uppercasedAscii("abc-XYZ-019-\u00E9-\u00DF"), "ABC-XYZ-019-\u00E9-\u00DF");
+}
+
 }  // namespace
 }  // namespace navora
