@@ -20,9 +20,11 @@ endif()
 
 find_program(NAVORA_CCACHE ccache)
 if(NAVORA_CCACHE)
-  # Precompiled headers are only cacheable when ccache may ignore their time stamps.
+  # Paths below the source tree count as relative ones, so that build trees of several clones share
+  # the cache. Precompiled headers are only cacheable when ccache may ignore their time stamps.
   set(CMAKE_CXX_COMPILER_LAUNCHER
-      "${CMAKE_COMMAND}" -E env CCACHE_NOHASHDIR=1 CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+      "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1
+      CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
       "${NAVORA_CCACHE}")
   if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     add_compile_options("$<$<COMPILE_LANGUAGE:CXX>:SHELL:-Xclang -fno-pch-timestamp>")
