@@ -9,8 +9,10 @@ void CaptureSubmitButton::paint(Canvas& canvas, Size bounds) const {
   const double x = area.midX();
   const double y = area.midY();
   const StrokeStyle pen{.lineWidth = 2.7, .roundCaps = true, .roundJoins = true};
-  canvas.strokePolyline({{x - 7, y}, {x + 7, y}}, palette.buttonInk, pen);
-  canvas.strokePolyline({{x + 1, y + 6}, {x + 7, y}, {x + 1, y - 6}}, palette.buttonInk, pen);
+  const Path shaft = Path().moveTo({x - 7, y}).lineTo({x + 7, y});
+  const Path head = Path().moveTo({x + 1, y + 6}).lineTo({x + 7, y}).lineTo({x + 1, y - 6});
+  canvas.strokePath(shaft, palette.buttonInk, pen);
+  canvas.strokePath(head, palette.buttonInk, pen);
 }
 
 }  // namespace navora

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <utility>
 #include <vector>
 
 #include "platform/Color.h"
 #include "platform/Geometry.h"
+#include "platform/Path.h"
 
 namespace navora {
 
@@ -33,9 +33,6 @@ struct StrokeStyle {
 // upwards. Valid during the call that hands it over.
 class Canvas {
  public:
-  // Lines through points, not closed.
-  using Polyline = std::vector<Point>;
-
   virtual ~Canvas() = default;
 
   // A radius of more than half a side counts as that half.
@@ -45,7 +42,8 @@ class Canvas {
                                       const StrokeStyle& style) = 0;
   // The ellipse inscribed in the rectangle.
   virtual void fillOval(const Rectangle& rectangle, Color color) = 0;
-  virtual void strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) = 0;
+  // All subpaths at once: where they cross, the colour is not laid on twice.
+  virtual void strokePath(const Path& path, Color color, const StrokeStyle& style) = 0;
 };
 
 }  // namespace navora

@@ -28,17 +28,17 @@ class RecordingCanvas final : public Canvas {
     Color color{};
     bool operator==(const OvalFill&) const = default;
   };
-  struct LineStroke {
-    Polyline points;
+  struct PathStroke {
+    Path path;
     Color color{};
     StrokeStyle style;
-    bool operator==(const LineStroke&) const = default;
+    bool operator==(const PathStroke&) const = default;
   };
 
   std::vector<GradientFill> gradientFills;
   std::vector<RectangleStroke> rectangleStrokes;
   std::vector<OvalFill> ovalFills;
-  std::vector<LineStroke> lineStrokes;
+  std::vector<PathStroke> pathStrokes;
   // The kinds, in the order of painting.
   std::vector<std::string> order;
 
@@ -56,9 +56,9 @@ class RecordingCanvas final : public Canvas {
     order.push_back("fill oval");
     ovalFills.push_back({rectangle, color});
   }
-  void strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) override {
-    order.push_back("stroke line");
-    lineStrokes.push_back({points, color, style});
+  void strokePath(const Path& path, Color color, const StrokeStyle& style) override {
+    order.push_back("stroke path");
+    pathStrokes.push_back({path, color, style});
   }
 };
 

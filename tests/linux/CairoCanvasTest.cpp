@@ -90,12 +90,29 @@ TEST_F(CairoCanvasTest, FillsOvals) {
 }
 
 TEST_F(CairoCanvasTest, StrokesLinesWithRoundOrFlatEnds) {
-  canvas_->strokePolyline({{20, 30}, {80, 30}}, red, {.lineWidth = 10, .roundCaps = true});
+  canvas_->strokePath(Path().moveTo({20, 30}).lineTo({80, 30}), red,
+                      {.lineWidth = 10, .roundCaps = true});
   EXPECT_EQ(at(17, 30), red);
   EXPECT_TRUE(isWhite(at(15, 25)));
-  canvas_->strokePolyline({{20, 10}, {80, 10}}, blue, {.lineWidth = 10});
+  canvas_->strokePath(Path().moveTo({20, 10}).lineTo({80, 10}), blue, {.lineWidth = 10});
   EXPECT_TRUE(isWhite(at(17, 50)));
   EXPECT_EQ(at(21, 50), blue);
+}
+
+TEST_F(CairoCanvasTest, StrokesCurvesTowardsTheirControlPoints) {
+  canvas_->strokePath(Path().moveTo({10, 10}).curveTo({90, 10}, {10, 50}, {90, 50}), red,
+                      {.lineWidth = 6});
+  EXPECT_EQ(at(50, 20), red);
+  EXPECT_TRUE(isWhite(at(50, 50)));
+}
+
+TEST_F(CairoCanvasTest, StrokesAllSubpathsOfAPathOnce) {
+  const Color translucent{0, 0, 0, 0.5};
+  canvas_->strokePath(Path().moveTo({20, 30}).lineTo({80, 30}).moveTo({50, 10}).lineTo({50, 50}),
+                      translucent, {.lineWidth = 10});
+  EXPECT_NEAR(at(50, 30).red, 0.5, 0.01);
+  EXPECT_NEAR(at(50, 12).red, 0.5, 0.01);
+  EXPECT_TRUE(isWhite(at(25, 12)));
 }
 
 TEST_F(CairoCanvasTest, BlendsTranslucentColours) {

@@ -85,10 +85,21 @@ void CairoCanvas::fillOval(const Rectangle& rectangle, Color color) {
   cairo_fill(context_);
 }
 
-void CairoCanvas::strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) {
+void CairoCanvas::strokePath(const Path& path, Color color, const StrokeStyle& style) {
   cairo_new_path(context_);
-  for (const Point& point : points)
-    cairo_line_to(context_, point.x, point.y);
+  for (const auto& [kind, end, control1, control2] : path.elements()) {
+    switch (kind) {
+      case Path::Kind::moveTo:
+        cairo_move_to(context_, end.x, end.y);
+        break;
+      case Path::Kind::lineTo:
+        cairo_line_to(context_, end.x, end.y);
+        break;
+      case Path::Kind::curveTo:
+        cairo_curve_to(context_, control1.x, control1.y, control2.x, control2.y, end.x, end.y);
+        break;
+    }
+  }
   stroke(color, style);
 }
 

@@ -22,7 +22,7 @@ class CairoCanvas final : public Canvas {
   void strokeRoundedRectangle(const Rectangle& rectangle, double radius, Color color,
                               const StrokeStyle& style) override;
   void fillOval(const Rectangle& rectangle, Color color) override;
-  void strokePolyline(const Polyline& points, Color color, const StrokeStyle& style) override;
+  void strokePath(const Path& path, Color color, const StrokeStyle& style) override;
 
  private:
   void addRoundedRectangle(const Rectangle& rectangle, double radius);

@@ -53,15 +53,24 @@ void CoreGraphicsCanvas::fillOval(const Rectangle& rectangle, Color color) {
   [[NSBezierPath bezierPathWithOvalInRect:toNSRect(rectangle)] fill];
 }
 
-void CoreGraphicsCanvas::strokePolyline(const Polyline& points, Color color,
-                                        const StrokeStyle& style) {
-  if (points.empty()) return;
-  NSBezierPath* path = [NSBezierPath bezierPath];
-  [path moveToPoint:toNSPoint(points.front())];
-  for (auto point = points.begin() + 1; point != points.end(); ++point) {
-    [path lineToPoint:toNSPoint(*point)];
+void CoreGraphicsCanvas::strokePath(const Path& path, Color color, const StrokeStyle& style) {
+  NSBezierPath* bezierPath = [NSBezierPath bezierPath];
+  for (const auto& [kind, end, control1, control2] : path.elements()) {
+    switch (kind) {
+      case Path::Kind::moveTo:
+        [bezierPath moveToPoint:toNSPoint(end)];
+        break;
+      case Path::Kind::lineTo:
+        [bezierPath lineToPoint:toNSPoint(end)];
+        break;
+      case Path::Kind::curveTo:
+        [bezierPath curveToPoint:toNSPoint(end)
+                   controlPoint1:toNSPoint(control1)
+                   controlPoint2:toNSPoint(control2)];
+        break;
+    }
   }
-  stroke(path, color, style);
+  stroke(bezierPath, color, style);
 }
 
 }  // namespace navora

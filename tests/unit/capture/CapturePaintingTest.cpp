@@ -62,12 +62,13 @@ TEST(CaptureSubmitButton, PaintsACircleWithAnArrow) {
   const auto canvas = painted(button);
   const StrokeStyle pen{.lineWidth = 2.7, .roundCaps = true, .roundJoins = true};
   const Color ink = button.palette.buttonInk;
-  EXPECT_THAT(canvas.order, ElementsAre("fill oval", "stroke line", "stroke line"));
+  EXPECT_THAT(canvas.order, ElementsAre("fill oval", "stroke path", "stroke path"));
   EXPECT_THAT(canvas.ovalFills,
               ElementsAre(RecordingCanvas::OvalFill{{0, 0, 38, 38}, button.palette.button}));
-  EXPECT_THAT(canvas.lineStrokes,
-              ElementsAre(RecordingCanvas::LineStroke{{{12, 19}, {26, 19}}, ink, pen},
-                          RecordingCanvas::LineStroke{{{20, 25}, {26, 19}, {20, 13}}, ink, pen}));
+  const Path shaft = Path().moveTo({12, 19}).lineTo({26, 19});
+  const Path head = Path().moveTo({20, 25}).lineTo({26, 19}).lineTo({20, 13});
+  EXPECT_THAT(canvas.pathStrokes, ElementsAre(RecordingCanvas::PathStroke{shaft, ink, pen},
+                                              RecordingCanvas::PathStroke{head, ink, pen}));
 }
 
 TEST(CaptureSubmitButton, ShowsTheHoverColourOnlyWhileEnabled) {

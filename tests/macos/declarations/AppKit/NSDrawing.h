@@ -40,6 +40,9 @@ typedef NS_ENUM(NSUInteger, NSLineJoinStyle) {
                                    yRadius:(CGFloat)yRadius;
 - (void)moveToPoint:(NSPoint)point;
 - (void)lineToPoint:(NSPoint)point;
+- (void)curveToPoint:(NSPoint)endPoint
+       controlPoint1:(NSPoint)controlPoint1
+       controlPoint2:(NSPoint)controlPoint2;
 @property CGFloat lineWidth;
 @property NSLineCapStyle lineCapStyle;
 @property NSLineJoinStyle lineJoinStyle;
