@@ -132,6 +132,27 @@ void NavoraAppDelegate::quickCapture() {
   if (!restartPrepared_) quickCapturePanel_->show();
 }
 
+void NavoraAppDelegate::openNotification(const Url& url) {
+  if (restartPrepared_) return;
+  captureFocus_->capturePending = false;
+  captureFocus_->pendingDestination = url;
+  showWindow();
+  if (!url.path().empty() && url.path() != "/") {
+    captureFocus_->pendingDestination.reset();
+    webView_->load(WebRequest{url});
+    return;
+  }
+  // A place within the root page: the page-ready handler leads there after what is loaded here.
+  const auto shown = currentServiceUrl();
+  if (!shown) {
+    loadLogin();
+  } else if (shown->path() == "/") {
+    captureFocus_->start();
+  } else if (shown->path() != "/login") {
+    webView_->load(WebRequest{origin_});
+  }
+}
+
 void NavoraAppDelegate::loadLogin() {
   webView_->load(WebRequest{origin_.appendingPathComponent("login")});
 }

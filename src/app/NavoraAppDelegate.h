@@ -54,6 +54,9 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void quickCapture();
   // Opens what `reload` would load in the user's browser.
   void openInBrowser();
+  // Shows the window on a page of the origin that a notification points to; a place within the root
+  // page as soon as that page is ready for it. Nothing while an update restart is prepared.
+  void openNotification(const Url& url);
   // Publishes the current system time zone to the page.
   void refreshSystemTimeZone();
   // While an update restart is prepared, nothing may reload the page or open the panel: what the

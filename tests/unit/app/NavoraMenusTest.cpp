@@ -1,0 +1,129 @@
+#include <algorithm>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/DesktopLocale.h"
+#include "app/NavoraMenus.h"
+#include "fakes/LocaleScope.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+
+using Action = MenuAction;
+using Target = MenuTarget;
+
+MenuItem item(std::string title, Action action, Target target = Target::delegate,
+              std::optional<KeyEquivalent> key = std::nullopt) {
+  return {std::move(title), action, key, target};
+}
+
+std::vector<std::string> titles(const std::vector<Menu>& menus) {
+  std::vector<std::string> result;
+  for (const Menu& menu : menus)
+    result.push_back(menu.title);
+  return result;
+}
+
+// Without a catalog every text shows as its key.
+class NavoraMenusTest : public testing::Test {
+ protected:
+  LocaleScope locale;
+};
+
+TEST_F(NavoraMenusTest, HasFourMenusOfWhichTheLastIsTheWindows) {
+  const auto menus = NavoraMenus::mainMenu();
+  EXPECT_THAT(titles(menus), ElementsAre("Навора", "Правка", "Вид", "Окно"));
+  for (const Menu& menu : menus)
+    EXPECT_EQ(menu.role == Menu::Role::windows, menu.title == "Окно") << menu.title;
+}
+
+TEST_F(NavoraMenusTest, HasTheApplicationsCommandsInTheFirst) {
+  EXPECT_THAT(
+      NavoraMenus::mainMenu()[0].items,
+      ElementsAre(
+          item("О Наворе", Action::about), item("Проверить обновления…", Action::checkForUpdates),
+          MenuItem::separator(), item("Включить уведомления…", Action::enableNotifications),
+          item("Новая запись", Action::quickCapture, Target::delegate, KeyEquivalent{'n'}),
+          MenuItem::separator(),
+          item("Скрыть Навору", Action::hide, Target::application, KeyEquivalent{'h'}),
+          item("Завершить Навору", Action::terminate, Target::application, KeyEquivalent{'q'})));
+}
+
+TEST_F(NavoraMenusTest, HasRedoRightAfterUndo) {
+  constexpr Target chain = Target::responderChain;
+  EXPECT_THAT(NavoraMenus::mainMenu()[1].items,
+              ElementsAre(item("Отменить", Action::undo, chain, KeyEquivalent{'z'}),
+                          item("Повторить", Action::redo, chain, KeyEquivalent{'z', true}),
+                          item("Вырезать", Action::cut, chain, KeyEquivalent{'x'}),
+                          item("Копировать", Action::copy, chain, KeyEquivalent{'c'}),
+                          item("Вставить", Action::paste, chain, KeyEquivalent{'v'}),
+                          item("Выбрать всё", Action::selectAll, chain, KeyEquivalent{'a'})));
+}
+
+TEST_F(NavoraMenusTest, HasThePageInTheThird) {
+  EXPECT_THAT(NavoraMenus::mainMenu()[2].items,
+              ElementsAre(item("Обновить", Action::reload, Target::delegate, KeyEquivalent{'r'}),
+                          item("Открыть в браузере", Action::openInBrowser, Target::delegate,
+                               KeyEquivalent{'l'})));
+}
+
+TEST_F(NavoraMenusTest, LeavesTheWindowsOwnActionsToTheWindow) {
+  constexpr Target chain = Target::responderChain;
+  EXPECT_THAT(
+      NavoraMenus::mainMenu()[3].items,
+      ElementsAre(item("Показать Навору", Action::showWindow, Target::delegate, KeyEquivalent{'0'}),
+                  item("Свернуть", Action::performMiniaturize, chain, KeyEquivalent{'m'}),
+                  item("Закрыть окно", Action::performClose, chain, KeyEquivalent{'w'})));
+}
+
+TEST_F(NavoraMenusTest, HasAShortStatusMenuWithoutKeys) {
+  EXPECT_THAT(
+      NavoraMenus::statusMenu().items,
+      ElementsAre(item("Новая запись  ⌘⇧Пробел", Action::quickCapture),
+                  item("Показать Навору", Action::showWindow),
+                  item("Проверить обновления…", Action::checkForUpdates),
+                  item("Включить уведомления…", Action::enableNotifications), MenuItem::separator(),
+                  item("Завершить Навору", Action::terminate, Target::application)));
+}
+
+TEST_F(NavoraMenusTest, OnlyInformsOfATakenShortcut) {
+  const MenuItem line = NavoraMenus::shortcutTaken();
+  EXPECT_EQ(line.title, "⌘⇧Пробел занят — используйте меню «Новая запись»");
+  EXPECT_FALSE(line.action);
+  EXPECT_FALSE(line.keyEquivalent);
+  EXPECT_FALSE(line.isSeparator());
+}
+
+TEST_F(NavoraMenusTest, TellsInThreeLinesWhatTheApplicationIs) {
+  const auto about = NavoraMenus::about();
+  EXPECT_EQ(about.applicationName, "Навора");
+  EXPECT_EQ(std::ranges::count(about.credits, '\n'), 2);
+  EXPECT_EQ(about.credits.find("⌘⇧Пробел — новая запись"), 0u);
+}
+
+TEST_F(NavoraMenusTest, UsesEveryKeyOnce) {
+  std::vector<KeyEquivalent> keys;
+  for (const Menu& menu : NavoraMenus::mainMenu()) {
+    for (const MenuItem& each : menu.items) {
+      if (!each.keyEquivalent) continue;
+      EXPECT_EQ(std::ranges::count(keys, *each.keyEquivalent), 0) << each.title;
+      keys.push_back(*each.keyEquivalent);
+    }
+  }
+  EXPECT_EQ(keys.size(), 14u);
+}
+
+TEST_F(NavoraMenusTest, SpeaksTheRequestedLanguageAndRussianWhereItHasNoText) {
+  locale.setCatalogs(R"({"en": {"Правка": "Edit", "Вырезать": "Cut"}})");
+  DesktopLocale::requested = "en";
+  const Menu edit = NavoraMenus::mainMenu()[1];
+  EXPECT_EQ(edit.title, "Edit");
+  EXPECT_EQ(edit.items[0].title, "Отменить");
+  EXPECT_EQ(edit.items[2].title, "Cut");
+}
+
+}  // namespace
+}  // namespace navora
