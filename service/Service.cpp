@@ -12,6 +12,7 @@
 #include "http/SessionCookie.h"
 #include "jobs/JobRunner.h"
 #include "storage/SampleData.h"
+#include "storage/SamplePeople.h"
 #include "storage/Storage.h"
 #include "testing/TestControls.h"
 #include "testing/TestFront.h"
@@ -86,7 +87,9 @@ void configure(httplib::Server& server, Accounts& accounts) {
 class Service::Parts {
  public:
   explicit Parts(const ServiceOptions& options)
-      : storage_(options.database, options.accounts),
+      : hasSamples_(options.samples),
+        storage_(options.database, options.accounts),
+        people_(storage_),
         pages_(pageSettings(options), storage_),
         api_(server_, storage_.accounts),
         jobs_(storage_.captures) {
@@ -99,8 +102,12 @@ class Service::Parts {
     addSettingsRoutes(api_, storage_);
     addNotificationRoutes(api_, storage_);
     addCaptureRoutes(api_, storage_, options.jobDelay, [this] { jobs_.wake(); });
-    addCirclesRoutes(api_, storage_);
-    addCalendarRoutes(api_, storage_);
+    addCirclesRoutes(api_, storage_, [this](const User& user, const std::string& roomId) {
+      if (hasSamples_) people_.didReceiveMessage(user, roomId);
+    });
+    addCalendarRoutes(api_, storage_, [this](const User& user, const Json& event) {
+      if (hasSamples_) people_.didReceiveEvent(user, event);
+    });
     addExportRoutes(api_, storage_);
     addTelemetryRoutes(api_, telemetry_);
     if (!options.samples) return;
@@ -151,7 +158,9 @@ class Service::Parts {
       std::this_thread::yield();
   }
 
+  const bool hasSamples_;
   Storage storage_;
+  SamplePeople people_;
   TelemetryLog telemetry_;
   httplib::Server server_;
   Pages pages_;

@@ -15,7 +15,8 @@ bool isClockTime(const std::string& text) {
 
 }  // namespace
 
-void addCalendarRoutes(Api& api, Storage& storage) {
+void addCalendarRoutes(Api& api, Storage& storage,
+                       std::function<void(const User&, const Json& event)> eventAdded) {
   api.get("/api/events", [&storage](ApiCall& call) {
     const std::string month = call.request.get_param_value("month");
     if (!isIsoDate(month + "-01")) {
@@ -24,7 +25,7 @@ void addCalendarRoutes(Api& api, Storage& storage) {
     }
     call.reply({{"events", storage.calendar.list(call.user.id, month)}});
   });
-  api.post("/api/events", [&storage](ApiCall& call) {
+  api.post("/api/events", [&storage, eventAdded](ApiCall& call) {
     const auto body = call.object();
     if (!body) return;
     const std::string date = textMember(*body, "date").value_or("");
@@ -35,7 +36,9 @@ void addCalendarRoutes(Api& api, Storage& storage) {
       call.fail(422, "invalid_event", "An event needs a date and a short title.");
       return;
     }
-    call.reply({{"event", storage.calendar.add(call.user.id, date, time, title)}}, 201);
+    const Json event = storage.calendar.add(call.user.id, date, time, title);
+    eventAdded(call.user, event);
+    call.reply({{"event", event}}, 201);
   });
   api.remove("/api/events/([^/]+)", [&storage](ApiCall& call) {
     if (storage.calendar.remove(call.user.id, call.captured())) {

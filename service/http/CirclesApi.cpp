@@ -22,7 +22,8 @@ std::optional<std::string> requiredText(ApiCall& call, const char* name, std::si
 
 }  // namespace
 
-void addCirclesRoutes(Api& api, Storage& storage) {
+void addCirclesRoutes(Api& api, Storage& storage,
+                      std::function<void(const User&, const std::string& roomId)> messageAdded) {
   api.get("/api/circles", [&storage](ApiCall& call) {
     call.reply({{"circles", storage.circles.list(call.user.id)}});
   });
@@ -35,12 +36,13 @@ void addCirclesRoutes(Api& api, Storage& storage) {
       call.fail(404, "not_found", "There is no such circle.");
     }
   });
-  api.post("/api/rooms/([^/]+)/messages", [&storage](ApiCall& call) {
+  api.post("/api/rooms/([^/]+)/messages", [&storage, messageAdded](ApiCall& call) {
     const auto text = requiredText(call, "text", messageLimit);
     if (!text) return;
     const auto message =
         storage.circles.addMessage(call.user.id, call.captured(), call.user.name, *text);
     if (message) {
+      messageAdded(call.user, call.captured());
       call.reply({{"message", *message}}, 201);
     } else {
       call.fail(404, "not_found", "There is no such room.");

@@ -33,8 +33,13 @@ class TelemetryLog {
 
 void addSettingsRoutes(Api& api, Storage& storage);
 void addNotificationRoutes(Api& api, Storage& storage);
-void addCirclesRoutes(Api& api, Storage& storage);
-void addCalendarRoutes(Api& api, Storage& storage);
+
+/// The callbacks are called after each of the user's own additions.
+void addCirclesRoutes(Api& api, Storage& storage,
+                      std::function<void(const User&, const std::string& roomId)> messageAdded);
+void addCalendarRoutes(Api& api, Storage& storage,
+                       std::function<void(const User&, const Json& event)> eventAdded);
+
 void addExportRoutes(Api& api, Storage& storage);
 void addTelemetryRoutes(Api& api, TelemetryLog& log);
 

@@ -3,7 +3,18 @@
 namespace navora::service::tests {
 namespace {
 
-class Api : public ServiceTest {};
+class Api : public ServiceTest {
+ protected:
+  /// Starts the service with its sample circles, signed in.
+  void startWithSamples() {
+    auto options = plainOptions();
+    options.samples = true;
+    service = std::make_unique<Service>(options);
+    ASSERT_FALSE(service->start());
+    client = std::make_unique<HttpClient>(service->port());
+    client->signIn();
+  }
+};
 
 TEST_F(Api, EveryPathNeedsASession) {
   start();
@@ -102,12 +113,7 @@ TEST_F(Api, TelemetryBatchWithAWrongEventIsRefusedAsAWhole) {
 }
 
 TEST_F(Api, CirclesHoldRoomsWithMessages) {
-  auto options = plainOptions();
-  options.samples = true;
-  service = std::make_unique<Service>(options);
-  ASSERT_FALSE(service->start());
-  client = std::make_unique<HttpClient>(service->port());
-  client->signIn();
+  startWithSamples();
   const Json circles = client->get("/api/circles").json()["circles"];
   ASSERT_FALSE(circles.empty());
   const std::string id = circles[0]["id"];
@@ -119,8 +125,40 @@ TEST_F(Api, CirclesHoldRoomsWithMessages) {
             201);
   const Json after = client->get("/api/circles").json()["circles"][0];
   EXPECT_EQ(after["name"], "Home");
-  EXPECT_EQ(after["rooms"][0]["messages"].back()["text"], "Hi");
-  EXPECT_EQ(after["rooms"][0]["messages"].back()["author"], "demo");
+  const Json messages = after["rooms"][0]["messages"];
+  ASSERT_GE(messages.size(), 2U);
+  EXPECT_EQ(messages[messages.size() - 2]["text"], "Hi");
+  EXPECT_EQ(messages[messages.size() - 2]["author"], "demo");
+}
+
+TEST_F(Api, SamplePeopleAnswerMessagesAndJoinEvents) {
+  startWithSamples();
+  const Json room = client->get("/api/circles").json()["circles"][0]["rooms"][0];
+  const std::string id = room["id"];
+  client->sendJson("POST", "/api/rooms/" + id + "/messages", {{"text", "Hi"}});
+  const Json answered = client->get("/api/notifications").json()["notifications"][0];
+  EXPECT_EQ(answered["kind"], "message");
+  EXPECT_EQ(answered["roomId"], id);
+  EXPECT_EQ(answered["lead"], "Ines in Weekend:");
+  const Json answer =
+      client->get("/api/circles").json()["circles"][0]["rooms"][0]["messages"].back();
+  EXPECT_EQ(answer["author"], "Ines");
+  EXPECT_EQ(answer["text"], answered["text"]);
+
+  const Json event =
+      client->sendJson("POST", "/api/events", {{"date", "2026-03-09"}, {"title", "Tea"}})
+          .json()["event"];
+  const Json joined = client->get("/api/notifications").json()["notifications"][0];
+  EXPECT_EQ(joined["kind"], "event_changed");
+  EXPECT_EQ(joined["eventUid"], event["uid"]);
+  EXPECT_EQ(joined["data"]["date"], "2026-03-09");
+}
+
+TEST_F(Api, NobodyAnswersWithoutSamplePeople) {
+  start();
+  client->signIn();
+  client->sendJson("POST", "/api/events", {{"date", "2026-03-09"}, {"title", "Tea"}});
+  EXPECT_EQ(client->get("/api/notifications").json()["notifications"], Json::array());
 }
 
 TEST_F(Api, EventsBelongToTheirMonth) {
