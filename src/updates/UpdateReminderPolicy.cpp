@@ -1,0 +1,95 @@
+#include "updates/UpdateReminderPolicy.h"
+
+#include <chrono>
+#include <cmath>
+#include <utility>
+
+namespace navora {
+namespace {
+
+constexpr std::string_view pendingKey = "navora.updateReminder.pending";
+constexpr std::string_view ignoredKey = "navora.updateReminder.ignoredVersion";
+
+}  // namespace
+
+UpdateReminderPolicy::UpdateReminderPolicy(UserDefaults& defaults, std::function<Date()> clock,
+                                           std::function<Calendar()> calendar)
+    : defaults_(defaults), clock_(std::move(clock)), calendar_(std::move(calendar)) {}
+
+Date UpdateReminderPolicy::now() const {
+  return clock_();
+}
+
+std::optional<UpdateReminderPolicy::Pending> UpdateReminderPolicy::pending() const {
+  const auto record = defaults_.value(pendingKey);
+  if (!record) return std::nullopt;
+  const auto version = stringMember(*record, "version");
+  const auto deadline = numberMember(*record, "deadline");
+  if (!version || !deadline || !std::isfinite(*deadline)) return std::nullopt;
+  return Pending{*version, dateFromSecondsSince1970(*deadline)};
+}
+
+std::optional<std::string> UpdateReminderPolicy::ignoredVersion() const {
+  const auto stored = defaults_.value(ignoredKey);
+  if (!stored || !stored->is_string()) return std::nullopt;
+  return stored->get<std::string>();
+}
+
+bool UpdateReminderPolicy::shouldOffer(std::string_view version, bool userInitiated) const {
+  if (userInitiated) return true;
+  if (ignoredVersion() == version) return false;
+  const auto postponed = pending();
+  return !postponed || postponed->version != version || postponed->deadline <= now();
+}
+
+std::optional<Date> UpdateReminderPolicy::deadline(Delay delay) const {
+  switch (delay) {
+    case Delay::hour:
+      return now() + std::chrono::hours(1);
+    case Delay::tomorrow:
+      return calendar_().startOfNextDay(now());
+  }
+  return std::nullopt;
+}
+
+void UpdateReminderPolicy::postpone(std::string_view version, Delay by) {
+  const auto until = deadline(by);
+  if (!until) return;
+  Json record = Json::object();
+  record["version"] = version;
+  record["deadline"] = secondsSince1970(*until);
+  defaults_.setValue(pendingKey, std::move(record));
+  stopIgnoring(version);
+}
+
+void UpdateReminderPolicy::ignore(std::string_view version) {
+  defaults_.setValue(ignoredKey, Json(version));
+  clearPending(version);
+}
+
+void UpdateReminderPolicy::clearPending(std::string_view version) {
+  const auto postponed = pending();
+  if (postponed && postponed->version == version) defaults_.removeValue(pendingKey);
+}
+
+void UpdateReminderPolicy::observeEligibleVersion(std::string_view version) {
+  const auto postponed = pending();
+  if (postponed && postponed->version != version) defaults_.removeValue(pendingKey);
+}
+
+void UpdateReminderPolicy::beginInstallation(std::string_view version) {
+  clearPending(version);
+  stopIgnoring(version);
+}
+
+void UpdateReminderPolicy::consume(const Pending& expected) {
+  // The user may have postponed again in the meantime.
+  if (pending() != expected) return;
+  if (expected.deadline <= now()) defaults_.removeValue(pendingKey);
+}
+
+void UpdateReminderPolicy::stopIgnoring(std::string_view version) {
+  if (ignoredVersion() == version) defaults_.removeValue(ignoredKey);
+}
+
+}  // namespace navora

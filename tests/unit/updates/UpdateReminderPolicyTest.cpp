@@ -1,0 +1,240 @@
+#include <chrono>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "platform/MemoryUserDefaults.h"
+#include "updates/UpdateReminderPolicy.h"
+
+namespace navora {
+namespace {
+
+using namespace std::chrono_literals;
+using Pending = UpdateReminderPolicy::Pending;
+using Delay = UpdateReminderPolicy::Delay;
+
+constexpr const char* pendingKey = "navora.updateReminder.pending";
+constexpr const char* ignoredKey = "navora.updateReminder.ignoredVersion";
+
+class UpdateReminderPolicyTest : public testing::Test {
+ protected:
+  void setTime(double seconds) { now = dateFromSecondsSince1970(seconds); }
+  void store(const Json& record) { defaults.setValue(pendingKey, record); }
+  bool offers(const char* version) const { return policy.shouldOffer(version, false); }
+
+  MemoryUserDefaults defaults;
+  Date now = dateFromSecondsSince1970(1800000000);
+  std::string zone = "UTC";
+  UpdateReminderPolicy policy{defaults, [this] { return now; }, [this] { return Calendar(zone); }};
+};
+
+TEST_F(UpdateReminderPolicyTest, AsksItsClockEachTime) {
+  EXPECT_EQ(policy.now(), now);
+  now += 1s;
+  EXPECT_EQ(policy.now(), now);
+}
+
+TEST_F(UpdateReminderPolicyTest, OffersWhatNobodyAnsweredYet) {
+  EXPECT_TRUE(offers("2.0"));
+  EXPECT_EQ(policy.pending(), std::nullopt);
+}
+
+TEST_F(UpdateReminderPolicyTest, PostponesByExactlyAnHour) {
+  zone = "Nowhere/At_All";
+  policy.postpone("2.0", Delay::hour);
+  EXPECT_EQ(policy.pending(), (Pending{"2.0", now + 3600s}));
+  EXPECT_EQ(*defaults.value(pendingKey), (Json{{"version", "2.0"}, {"deadline", 1800003600.0}}));
+}
+
+TEST_F(UpdateReminderPolicyTest, OffersAgainFromTheDeadlineOn) {
+  policy.postpone("2.0", Delay::hour);
+  now += 3599s;
+  EXPECT_FALSE(offers("2.0"));
+  now += 1s;
+  EXPECT_TRUE(offers("2.0"));
+  now += 1h;
+  EXPECT_TRUE(offers("2.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, HoldsBackNoOtherVersion) {
+  policy.postpone("2.0", Delay::hour);
+  EXPECT_TRUE(offers("2.1"));
+  EXPECT_TRUE(offers("2.0.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, PostponesUntilTheNextLocalMidnight) {
+  zone = "Asia/Tokyo";  // nine hours ahead, without summer time
+  setTime(1768489199);  // 2026-01-15 23:59:59 there
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 1s);
+  setTime(1768489200);
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 24h);
+}
+
+TEST_F(UpdateReminderPolicyTest, CountsADayOfChangedClocksAsTheCalendarDoes) {
+  zone = "Europe/Berlin";
+  setTime(1774738800);  // 2026-03-29 00:00 there, a day of 23 hours
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 23h);
+  setTime(1792879200);  // 2026-10-25 00:00 there, a day of 25 hours
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 25h);
+}
+
+TEST_F(UpdateReminderPolicyTest, StoresNothingWithoutATomorrow) {
+  zone = "Nowhere/At_All";
+  policy.ignore("2.0");
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending(), std::nullopt);
+  EXPECT_EQ(defaults.value(ignoredKey), Json("2.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, KeepsOnePostponement) {
+  policy.postpone("2.0", Delay::hour);
+  now += 60s;
+  policy.postpone("2.0", Delay::hour);
+  EXPECT_EQ(policy.pending(), (Pending{"2.0", now + 3600s}));
+  policy.postpone("2.1", Delay::hour);
+  EXPECT_EQ(policy.pending()->version, "2.1");
+  EXPECT_TRUE(offers("2.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, IgnoresOneVersionOnly) {
+  policy.ignore("2.0");
+  EXPECT_FALSE(offers("2.0"));
+  EXPECT_TRUE(offers("2.1"));
+  policy.ignore("2.1");
+  EXPECT_FALSE(offers("2.1"));
+  EXPECT_TRUE(offers("2.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, DropsThePostponementOfWhatIsIgnored) {
+  policy.postpone("2.0", Delay::hour);
+  policy.ignore("2.0");
+  EXPECT_EQ(policy.pending(), std::nullopt);
+  policy.postpone("2.1", Delay::hour);
+  policy.ignore("2.0");
+  EXPECT_EQ(policy.pending()->version, "2.1");
+}
+
+TEST_F(UpdateReminderPolicyTest, StopsIgnoringWhatIsPostponed) {
+  policy.ignore("2.0");
+  policy.postpone("2.0", Delay::hour);
+  EXPECT_EQ(defaults.value(ignoredKey), std::nullopt);
+  EXPECT_FALSE(offers("2.0"));
+  now += 1h;
+  EXPECT_TRUE(offers("2.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, KeepsIgnoringAnotherVersion) {
+  policy.ignore("2.0");
+  policy.postpone("2.1", Delay::hour);
+  EXPECT_FALSE(offers("2.0"));
+}
+
+TEST_F(UpdateReminderPolicyTest, ShowsTheUsersOwnCheckWhatever) {
+  policy.ignore("2.0");
+  EXPECT_TRUE(policy.shouldOffer("2.0", true));
+  EXPECT_EQ(defaults.value(ignoredKey), Json("2.0"));
+  policy.postpone("2.1", Delay::hour);
+  EXPECT_TRUE(policy.shouldOffer("2.1", true));
+  EXPECT_EQ(policy.pending()->version, "2.1");
+}
+
+TEST_F(UpdateReminderPolicyTest, TakesAMalformedRecordForNone) {
+  const double infinite = std::numeric_limits<double>::infinity();
+  for (const Json& record :
+       {Json("2.0"), Json(7), Json(nullptr), Json::array(), Json::object(),
+        Json{{"version", "2.0"}}, Json{{"deadline", 1.9e9}},
+        Json{{"version", "2.0"}, {"deadline", "1900000000"}},
+        Json{{"version", "2.0"}, {"deadline", true}},
+        Json{{"version", "2.0"}, {"deadline", nullptr}}, Json{{"version", 2}, {"deadline", 1.9e9}},
+        Json{{"version", "2.0"}, {"deadline", infinite}},
+        Json{{"version", "2.0"}, {"deadline", std::numeric_limits<double>::quiet_NaN()}}}) {
+    store(record);
+    EXPECT_EQ(policy.pending(), std::nullopt) << record;
+    EXPECT_TRUE(offers("2.0")) << record;
+    policy.clearPending("2.0");
+    policy.observeEligibleVersion("2.1");
+    EXPECT_TRUE(defaults.value(pendingKey)) << record;
+  }
+}
+
+TEST_F(UpdateReminderPolicyTest, ReadsAWholeNumberAsADeadline) {
+  store({{"version", "2.0"}, {"deadline", 1900000000}});
+  EXPECT_EQ(policy.pending(), (Pending{"2.0", dateFromSecondsSince1970(1900000000)}));
+}
+
+TEST_F(UpdateReminderPolicyTest, IgnoresNothingWhenTheMarkIsNoText) {
+  for (const Json& mark : {Json(2), Json(nullptr), Json::array({"2.0"})}) {
+    defaults.setValue(ignoredKey, mark);
+    EXPECT_TRUE(offers("2.0")) << mark;
+  }
+}
+
+TEST_F(UpdateReminderPolicyTest, ForgetsAPostponementWhenAnotherVersionIsEligible) {
+  policy.postpone("2.0", Delay::hour);
+  policy.observeEligibleVersion("2.0");
+  EXPECT_TRUE(policy.pending());
+  policy.observeEligibleVersion("2.1");
+  EXPECT_FALSE(policy.pending());
+}
+
+TEST_F(UpdateReminderPolicyTest, ClearsThePostponementOfThatVersionOnly) {
+  policy.postpone("2.0", Delay::hour);
+  policy.clearPending("2.1");
+  EXPECT_TRUE(policy.pending());
+  policy.clearPending("2.0");
+  EXPECT_FALSE(policy.pending());
+}
+
+TEST_F(UpdateReminderPolicyTest, ForgetsBothWhenTheVersionIsInstalled) {
+  policy.postpone("2.0", Delay::hour);
+  defaults.setValue(ignoredKey, "2.0");
+  policy.beginInstallation("2.0");
+  EXPECT_EQ(defaults.value(pendingKey), std::nullopt);
+  EXPECT_EQ(defaults.value(ignoredKey), std::nullopt);
+}
+
+TEST_F(UpdateReminderPolicyTest, KeepsWhatBelongsToOtherVersionsWhenOneIsInstalled) {
+  policy.postpone("2.1", Delay::hour);
+  policy.ignore("1.9");
+  policy.beginInstallation("2.0");
+  EXPECT_EQ(policy.pending()->version, "2.1");
+  EXPECT_FALSE(offers("1.9"));
+}
+
+TEST_F(UpdateReminderPolicyTest, ConsumesTheReminderThatIsDue) {
+  policy.postpone("2.0", Delay::hour);
+  const Pending reminder = *policy.pending();
+  now += 3599s;
+  policy.consume(reminder);
+  EXPECT_TRUE(policy.pending());
+  now += 1s;
+  policy.consume(reminder);
+  EXPECT_FALSE(policy.pending());
+  policy.consume(reminder);
+  EXPECT_FALSE(policy.pending());
+}
+
+TEST_F(UpdateReminderPolicyTest, KeepsAReminderThatDiffersByAnyAmount) {
+  policy.postpone("2.0", Delay::hour);
+  const Pending stored = *policy.pending();
+  now += 2h;
+  policy.consume({"2.1", stored.deadline});
+  policy.consume({stored.version, stored.deadline + 1us});
+  policy.consume({stored.version, stored.deadline - 1us});
+  EXPECT_EQ(policy.pending(), stored);
+}
+
+TEST_F(UpdateReminderPolicyTest, LastsOverLaunches) {
+  now += 123456789us;
+  policy.postpone("2.0", Delay::hour);
+  const UpdateReminderPolicy next(defaults, [this] { return now; }, [] { return Calendar("UTC"); });
+  EXPECT_EQ(next.pending(), policy.pending());
+  EXPECT_FALSE(next.shouldOffer("2.0", false));
+}
+
+}  // namespace
+}  // namespace navora
