@@ -1,0 +1,14 @@
+#pragma once
+
+#include "platform/Image.h"
+
+namespace navora {
+
+// Pictures in memory, painted by cairo.
+class LinuxImaging final : public Imaging {
+ public:
+  std::shared_ptr<Bitmap> makeBitmap(int pixelsWide, int pixelsHigh) override;
+  std::shared_ptr<Image> makeImage(Size points) override;
+};
+
+}  // namespace navora
