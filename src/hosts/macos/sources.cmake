@@ -20,6 +20,7 @@ set(navora_macos_sources
   MacErrorView.mm
   MacHotKeys.mm
   MacHttpSession.mm
+  MacImaging.mm
   MacMainQueue.mm
   MacMainWindow.mm
   MacNavigationDelegate.mm

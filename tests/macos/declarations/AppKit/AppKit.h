@@ -4,6 +4,7 @@
 #import <AppKit/NSControls.h>
 #import <AppKit/NSDrawing.h>
 #import <AppKit/NSEvent.h>
+#import <AppKit/NSImage.h>
 #import <AppKit/NSPanels.h>
 #import <AppKit/NSText.h>
 #import <AppKit/NSView.h>

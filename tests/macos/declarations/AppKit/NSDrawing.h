@@ -4,6 +4,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class NSColorSpace;
+
 @interface NSColor : NSObject <NSCopying>
 + (NSColor*)colorWithSRGBRed:(CGFloat)red
                        green:(CGFloat)green
@@ -13,6 +15,13 @@ NS_ASSUME_NONNULL_BEGIN
 @property(class, readonly, strong) NSColor* labelColor;
 @property(class, readonly, strong) NSColor* secondaryLabelColor;
 @property(class, readonly, strong) NSColor* placeholderTextColor;
+// Nil when there is no such conversion.
+- (nullable NSColor*)colorUsingColorSpace:(NSColorSpace*)space;
+// Of a colour in an RGB colour space only.
+@property(readonly) CGFloat redComponent;
+@property(readonly) CGFloat greenComponent;
+@property(readonly) CGFloat blueComponent;
+@property(readonly) CGFloat alphaComponent;
 // As the colour of both filling and stroking in the current graphics context.
 - (void)set;
 - (void)setFill;
@@ -21,6 +30,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSColorSpace : NSObject
 @property(class, readonly, strong) NSColorSpace* sRGBColorSpace;
+@property(class, readonly, strong) NSColorSpace* deviceRGBColorSpace;
 @end
 
 typedef NS_ENUM(NSUInteger, NSLineCapStyle) {

@@ -1,0 +1,22 @@
+#pragma once
+
+#import <AppKit/AppKit.h>
+
+#include "platform/Image.h"
+
+NS_ASSUME_NONNULL_BEGIN
+
+namespace navora {
+
+class MacImaging final : public Imaging {
+ public:
+  std::shared_ptr<Bitmap> makeBitmap(int pixelsWide, int pixelsHigh) override;
+  std::shared_ptr<Image> makeImage(Size points) override;
+};
+
+// AppKit's side of an image of this host.
+NSImage* nsImage(const Image& image);
+
+}  // namespace navora
+
+NS_ASSUME_NONNULL_END
