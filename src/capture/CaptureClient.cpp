@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "app/DesktopLocale.h"
-#include "capture/CaptureCookies.h"
 #include "navigation/DesktopOrigin.h"
+#include "platform/SessionCookies.h"
 #include "support/FatalError.h"
 
 namespace navora {
@@ -43,7 +43,8 @@ Task<Expected<std::string, CaptureError>> CaptureClient::cookieHeader() {
   if (!webView) co_return Unexpected(CaptureError::login());
   const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
       [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
-  auto header = captureCookieHeader(cookies, origin_, platform_.system().now());
+  auto header =
+      sessionCookieHeader(cookies, origin_, platform_.system().now(), CookieDomainDots::allAround);
   if (!header) co_return Unexpected(CaptureError::login());
   co_return *std::move(header);
 }

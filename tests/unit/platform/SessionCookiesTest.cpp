@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "capture/CaptureCookies.h"
 #include "fakes/TestUrl.h"
+#include "platform/SessionCookies.h"
 
 namespace navora {
 namespace {
@@ -15,8 +15,9 @@ HttpCookie session() {
 }
 
 std::optional<std::string> header(const std::vector<HttpCookie>& cookies,
-                                  const char* origin = "https://navora.example/") {
-  return captureCookieHeader(cookies, testUrl(origin), now);
+                                  const char* origin = "https://navora.example/",
+                                  CookieDomainDots dots = CookieDomainDots::allAround) {
+  return sessionCookieHeader(cookies, testUrl(origin), now, dots);
 }
 
 std::optional<std::string> headerWith(const std::function<void(HttpCookie&)>& change,
@@ -26,7 +27,7 @@ std::optional<std::string> headerWith(const std::function<void(HttpCookie&)>& ch
   return header({cookie}, origin);
 }
 
-TEST(CaptureCookies, TakesTheSessionAndNothingElse) {
+TEST(SessionCookies, TakesTheSessionAndNothingElse) {
   HttpCookie other = session();
   other.name = "other";
   HttpCookie upperCase = session();
@@ -36,13 +37,13 @@ TEST(CaptureCookies, TakesTheSessionAndNothingElse) {
   EXPECT_EQ(header({}), std::nullopt);
 }
 
-TEST(CaptureCookies, TakesEveryUsableSession) {
+TEST(SessionCookies, TakesEveryUsableSession) {
   HttpCookie second = session();
   second.value = "def";
   EXPECT_EQ(header({session(), second}), "tolvin_session=abc; tolvin_session=def");
 }
 
-TEST(CaptureCookies, NeedsExactlyTheOriginsHost) {
+TEST(SessionCookies, NeedsExactlyTheOriginsHost) {
   for (const char* domain :
        {"navora.example", ".navora.example", "NAVORA.Example", "..navora.example."})
     EXPECT_TRUE(headerWith([&](HttpCookie& cookie) { cookie.domain = domain; })) << domain;
@@ -51,12 +52,24 @@ TEST(CaptureCookies, NeedsExactlyTheOriginsHost) {
     EXPECT_FALSE(headerWith([&](HttpCookie& cookie) { cookie.domain = domain; })) << domain;
 }
 
-TEST(CaptureCookies, NeedsTheRootPath) {
+TEST(SessionCookies, CanForgiveOneLeadingDotOnly) {
+  const auto taken = [](const char* domain) {
+    HttpCookie cookie = session();
+    cookie.domain = domain;
+    return header({cookie}, "https://navora.example/", CookieDomainDots::oneLeading).has_value();
+  };
+  for (const char* domain : {"navora.example", ".navora.example", ".NAVORA.Example"})
+    EXPECT_TRUE(taken(domain)) << domain;
+  for (const char* domain : {"..navora.example", "navora.example.", "example", ""})
+    EXPECT_FALSE(taken(domain)) << domain;
+}
+
+TEST(SessionCookies, NeedsTheRootPath) {
   for (const char* path : {"", "/api", "//", "/x/.."})
     EXPECT_FALSE(headerWith([&](HttpCookie& cookie) { cookie.path = path; })) << path;
 }
 
-TEST(CaptureCookies, KeepsSecureCookiesToHttps) {
+TEST(SessionCookies, KeepsSecureCookiesToHttps) {
   const auto onLoopback = [](bool secure) {
     return headerWith(
         [&](HttpCookie& cookie) {
@@ -69,7 +82,7 @@ TEST(CaptureCookies, KeepsSecureCookiesToHttps) {
   EXPECT_TRUE(onLoopback(false));
 }
 
-TEST(CaptureCookies, DropsExpiredCookies) {
+TEST(SessionCookies, DropsExpiredCookies) {
   const auto expiringIn = [](double seconds) {
     return headerWith(
         [&](HttpCookie& cookie) { cookie.expires = now + std::chrono::duration<double>(seconds); });

@@ -1,0 +1,237 @@
+#include "notifications/DesktopNotifications.h"
+
+#include <algorithm>
+#include <chrono>
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "app/DesktopLocale.h"
+#include "notifications/DesktopNotificationPolicy.h"
+#include "notifications/NotificationItems.h"
+#include "platform/SessionCookies.h"
+
+namespace navora {
+namespace {
+
+constexpr std::chrono::seconds pollInterval{60};
+
+std::set<std::string> idsOf(const std::vector<Json>& items) {
+  std::set<std::string> ids;
+  for (const Json& item : items) {
+    if (auto id = stringMember(item, "id")) ids.insert(*std::move(id));
+  }
+  return ids;
+}
+
+std::string stateScript(AuthorizationStatus status, bool enabled) {
+  const Json state{{"authorized", status == AuthorizationStatus::authorized},
+                   {"enabled", enabled},
+                   {"denied", status == AuthorizationStatus::denied}};
+  return "window.NavoraNotificationState = " + state.dump() +
+         "; window.dispatchEvent(new Event('tolvin:notificationschange'));";
+}
+
+}  // namespace
+
+DesktopNotifications::DesktopNotifications(Platform& platform, NotificationCenter& center,
+                                           std::weak_ptr<WebView> webView, Url origin,
+                                           std::string_view deniedText)
+    : platform_(platform),
+      center_(center),
+      webView_(std::move(webView)),
+      origin_(std::move(origin)),
+      deniedText_(deniedText),
+      client_(platform, origin_) {
+  center_.setDelegate(this);
+}
+
+DesktopNotifications::~DesktopNotifications() {
+  center_.setDelegate(nullptr);
+}
+
+bool DesktopNotifications::isEnabled() const {
+  const auto stored = platform_.userDefaults().value(enabledKey);
+  return !stored || *stored != Json(false);
+}
+
+void DesktopNotifications::start() {
+  if (active_ || !isEnabled()) return;
+  active_ = true;
+  poll();
+  scheduleNextPoll();
+}
+
+void DesktopNotifications::scheduleNextPoll() {
+  timer_ = platform_.mainQueue().after(pollInterval, [this] {
+    scheduleNextPoll();
+    poll();
+  });
+}
+
+void DesktopNotifications::stop() {
+  active_ = false;
+  timer_.reset();
+  pollTask_ = {};
+}
+
+void DesktopNotifications::refresh() {
+  publishAuthorization();
+  poll();
+}
+
+void DesktopNotifications::poll() {
+  if (!active_ || pollTask_.isRunning()) return;
+  if (auto webView = webView_.lock()) pollTask_ = pollService(std::move(webView));
+}
+
+Task<> DesktopNotifications::pollService(std::shared_ptr<WebView> webView) {
+  const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
+      [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
+  webView.reset();
+  auto cookie =
+      sessionCookieHeader(cookies, origin_, platform_.system().now(), CookieDomainDots::oneLeading);
+  auto feed = co_await fetch(std::move(cookie));
+  if (!feed) co_return;
+  // What is there at first is the past.
+  if (delivery_.baseline(idsOf(feed->list.items))) co_return;
+  co_await deliver(*std::move(feed));
+}
+
+Task<std::optional<DesktopNotifications::Feed>> DesktopNotifications::fetch(
+    std::optional<std::string> cookie) {
+  const auto me = co_await reply("/api/auth/me", cookie);
+  const auto userId = me ? readUserId(*me) : std::nullopt;
+  if (!userId) co_return std::nullopt;
+  if (accountId_ != userId) {
+    accountId_ = userId;
+    delivery_ = {};
+  }
+  const auto settingsReply = co_await reply("/api/settings", cookie);
+  auto settings = settingsReply ? NotificationSettings::read(*settingsReply) : std::nullopt;
+  if (!settings) co_return std::nullopt;
+  auto listReply = co_await reply("/api/notifications", cookie);
+  auto list = listReply ? NotificationList::read(*std::move(listReply)) : std::nullopt;
+  if (!list) co_return std::nullopt;
+  co_return Feed{*std::move(settings), *std::move(list)};
+}
+
+Task<std::optional<Json>> DesktopNotifications::reply(std::string path,
+                                                      std::optional<std::string> cookie) {
+  auto reply = co_await client_.json(std::move(path), std::move(cookie));
+  if (reply) co_return *std::move(reply);
+  if (reply.error() == NotificationClient::PollError::unauthorized) forgetAccount();
+  co_return std::nullopt;
+}
+
+void DesktopNotifications::forgetAccount() {
+  accountId_.reset();
+  delivery_ = {};
+}
+
+Task<> DesktopNotifications::deliver(Feed feed) {
+  const auto& [settings, list] = feed;
+  const bool quiet = DesktopNotificationPolicy::isQuiet(
+      settings.quietHours, platform_.system().now(), settings.timeZone);
+  const AuthorizationStatus status = co_await authorizationStatus();
+  // The list begins with the newest item.
+  for (auto item = list.items.rbegin(); item != list.items.rend(); ++item) {
+    const auto id = stringMember(*item, "id");
+    if (!id) continue;
+    const bool wanted =
+        DesktopNotificationPolicy::shouldDeliver(*item, settings.preferences, list.defaults, quiet);
+    const auto destination = wanted ? notificationDestination(*item, origin_) : std::nullopt;
+    if (!destination) {
+      delivery_.ignore(*id);
+    } else if (status == AuthorizationStatus::authorized) {
+      const UserNotification notification = userNotification(*item, *id, *destination);
+      const DesktopNotificationDelivery::Enqueue enqueue = [&](auto done) {
+        center_.add(notification, std::move(done));
+      };
+      // What the desktop did not take is offered again by the next poll.
+      (void)co_await delivery_.deliver(*id, enqueue);
+    }
+  }
+}
+
+Task<AuthorizationStatus> DesktopNotifications::authorizationStatus() {
+  co_return co_await awaitCallback<AuthorizationStatus>(
+      [this](Callback<AuthorizationStatus> done) { center_.authorizationStatus(std::move(done)); });
+}
+
+void DesktopNotifications::requestAuthorization() {
+  tasks_.add(authorize());
+}
+
+Task<> DesktopNotifications::authorize() {
+  const auto result = co_await awaitCallback<NotificationCenter::AuthorizationResult>(
+      [this](Callback<NotificationCenter::AuthorizationResult> done) {
+        center_.requestAuthorization({.alert = true, .sound = true}, std::move(done));
+      });
+  if (!result) {
+    co_await runAlert(result.error().localizedDescription);
+  } else if (!*result) {
+    co_await runAlert(L(deniedText_));
+  } else {
+    platform_.userDefaults().setValue(enabledKey, true);
+    start();
+    poll();
+  }
+  co_await publishState();
+}
+
+void DesktopNotifications::publishAuthorization() {
+  tasks_.add(publishState());
+}
+
+Task<> DesktopNotifications::publishState() {
+  const AuthorizationStatus status = co_await authorizationStatus();
+  const auto webView = webView_.lock();
+  const auto url = webView ? webView->url() : std::nullopt;
+  if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin_)) co_return;
+  webView->evaluateJavaScript(stateScript(status, isEnabled()));
+}
+
+void DesktopNotifications::disable() {
+  platform_.userDefaults().setValue(enabledKey, false);
+  stop();
+  publishAuthorization();
+}
+
+void DesktopNotifications::sendTest() {
+  tasks_.add(deliverTest());
+}
+
+Task<> DesktopNotifications::deliverTest() {
+  const AuthorizationStatus status = co_await authorizationStatus();
+  if (status != AuthorizationStatus::authorized) {
+    co_await authorize();
+    co_return;
+  }
+  const auto failure = co_await awaitCallback<std::optional<PlatformError>>(
+      [this](Callback<std::optional<PlatformError>> done) {
+        center_.add(testNotification(origin_), std::move(done));
+      });
+  if (failure) co_await runAlert(failure->localizedDescription);
+}
+
+Task<> DesktopNotifications::runAlert(std::string text) {
+  AlertDescription alert;
+  alert.messageText = L("Навора");
+  alert.informativeText = std::move(text);
+  co_await awaitCallback<AlertResult>([this, &alert](Callback<AlertResult> done) {
+    platform_.dialogs().runAlert(alert, std::move(done));
+  });
+}
+
+PresentationOptions DesktopNotifications::willPresentNotification() {
+  return {.banner = true, .sound = true};
+}
+
+void DesktopNotifications::didReceiveNotification(std::optional<std::string> text) {
+  const auto url = text ? Url::parse(*text) : std::nullopt;
+  if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin_)) return;
+  if (onOpen) onOpen(*url);
+}
+
+}  // namespace navora

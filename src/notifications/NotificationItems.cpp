@@ -1,0 +1,82 @@
+#include "notifications/NotificationItems.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "app/DesktopLocale.h"
+#include "notifications/DesktopNotificationPolicy.h"
+#include "support/PercentEncoding.h"
+
+namespace navora {
+namespace {
+
+template <std::size_t count>
+bool isOneOf(std::string_view kind, const std::array<std::string_view, count>& kinds) {
+  return std::ranges::find(kinds, kind) != kinds.end();
+}
+
+std::string calendarPath(const Json& item, const Json& data) {
+  std::string path = "/#calendar";
+  const auto date = stringMember(data, "date");
+  if (!date) return path;
+  path += "?date=" + percentEncoded(*date);
+  if (const auto event = stringMember(item, "eventUid")) path += "&event=" + percentEncoded(*event);
+  return path;
+}
+
+std::string pathOfKind(const Json& item, const Json& data) {
+  static constexpr std::array<std::string_view, 3> calendarKinds{"invite", "event_added",
+                                                                 "event_changed"};
+  static constexpr std::array<std::string_view, 2> settingsKinds{"spend", "calendar_error"};
+  const std::string kind = stringMember(item, "kind").value_or("");
+  if (isOneOf(kind, calendarKinds)) return calendarPath(item, data);
+  if (kind == "signup") return "/#admin";
+  if (isOneOf(kind, settingsKinds)) return "/#settings";
+  return "/#today";
+}
+
+std::string destinationPath(const Json& item) {
+  static const Json nothing = Json::object();
+  const Json* member = objectMember(item, "data");
+  const Json& data = member ? *member : nothing;
+  if (auto url = stringMember(data, "url")) return *std::move(url);
+  if (const auto capture = stringMember(item, "captureId"))
+    return "/#today?open=" + percentEncoded(*capture);
+  if (const auto room = stringMember(item, "roomId"))
+    return "/#circles?room=" + percentEncoded(*room);
+  if (stringMember(item, "circleId")) return "/#circles";
+  return pathOfKind(item, data);
+}
+
+std::string body(const Json& item) {
+  const auto lead = stringMember(item, "lead");
+  const auto text = stringMember(item, "text");
+  if (lead && text) return *lead + " " + *text;
+  return lead.value_or(text.value_or(""));
+}
+
+std::string title(const Json& item) {
+  const Json* data = objectMember(item, "data");
+  const auto own = data ? stringMember(*data, "pushTitle") : std::nullopt;
+  return own ? *own : L("Навора");
+}
+
+}  // namespace
+
+std::optional<Url> notificationDestination(const Json& item, const Url& origin) {
+  const auto url = origin.resolve(destinationPath(item));
+  if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin)) return std::nullopt;
+  return url;
+}
+
+UserNotification userNotification(const Json& item, const std::string& id, const Url& destination) {
+  return {"navora-" + id, title(item), body(item), true, destination.string()};
+}
+
+UserNotification testNotification(const Url& origin) {
+  return {"navora-test", L("Навора"), L("Уведомления включены на этом устройстве"), true,
+          origin.string() + "#today"};
+}
+
+}  // namespace navora

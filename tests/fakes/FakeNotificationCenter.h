@@ -1,0 +1,64 @@
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/NotificationCenter.h"
+
+namespace navora {
+
+// A desktop whose every answer is the test's. Questions wait until they are answered.
+class FakeNotificationCenter final : public NotificationCenter {
+ public:
+  // What is answered to the questions for the status.
+  AuthorizationStatus status = AuthorizationStatus::authorized;
+  // Everything that was ever added, and the options that were asked for.
+  std::vector<UserNotification> added;
+  std::vector<Options> requests;
+
+  NotificationCenterDelegate* delegate() const { return delegate_; }
+  // The user opens a notification with this address.
+  void click(std::optional<std::string> url) { delegate_->didReceiveNotification(std::move(url)); }
+
+  // Answer the oldest question of their kind.
+  void answerStatus() { take(statusQuestions_)(status); }
+  void answerRequest(AuthorizationResult result) { take(requestQuestions_)(std::move(result)); }
+  void finishAdd(std::optional<PlatformError> failure = std::nullopt) {
+    take(adds_)(std::move(failure));
+  }
+  std::size_t statusQuestions() const { return statusQuestions_.size(); }
+  std::size_t addsUnderWay() const { return adds_.size(); }
+
+  void setDelegate(NotificationCenterDelegate* delegate) override { delegate_ = delegate; }
+  void requestAuthorization(Options options,
+                            std::function<void(AuthorizationResult)> completion) override {
+    requests.push_back(options);
+    requestQuestions_.push_back(std::move(completion));
+  }
+  void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override {
+    statusQuestions_.push_back(std::move(completion));
+  }
+  void add(const UserNotification& notification,
+           std::function<void(std::optional<PlatformError>)> completion) override {
+    added.push_back(notification);
+    adds_.push_back(std::move(completion));
+  }
+
+ private:
+  template <class Completion>
+  static Completion take(std::deque<Completion>& completions) {
+    Completion oldest = std::move(completions.at(0));
+    completions.pop_front();
+    return oldest;
+  }
+
+  NotificationCenterDelegate* delegate_ = nullptr;
+  std::deque<std::function<void(AuthorizationStatus)>> statusQuestions_;
+  std::deque<std::function<void(AuthorizationResult)>> requestQuestions_;
+  std::deque<std::function<void(std::optional<PlatformError>)>> adds_;
+};
+
+}  // namespace navora

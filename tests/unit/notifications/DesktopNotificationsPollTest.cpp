@@ -1,0 +1,377 @@
+#include <algorithm>
+#include <map>
+#include <random>
+#include <set>
+
+#include "unit/notifications/DesktopNotificationsTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Pair;
+
+class DesktopNotificationsPollTest : public DesktopNotificationsTest {};
+
+TEST_F(DesktopNotificationsPollTest, AsksThreeThingsInOrderAsTheUser) {
+  DesktopLocale::requested = "de";
+  notifications->start();
+  answerPoll({});
+  EXPECT_THAT(paths(), ElementsAre("/api/auth/me", "/api/settings", "/api/notifications"));
+  for (const HttpRequest& request : platform.network().requests) {
+    EXPECT_EQ(request.method, "GET");
+    EXPECT_EQ(request.timeoutSeconds, 60);
+    EXPECT_THAT(request.headers,
+                ElementsAre(Pair("Accept-Language", "de"), Pair("Accept", "application/json"),
+                            Pair("Cookie", "tolvin_session=abc")));
+  }
+  EXPECT_THAT(platform.network().sessions,
+              ElementsAre(HttpSessionConfiguration{15, 30, 1024 * 1024}));
+}
+
+TEST_F(DesktopNotificationsPollTest, AsksWithoutACookieWhereNoneFits) {
+  webView->cookies[0].path = "/api";
+  notifications->start();
+  webView->answerCookies();
+  EXPECT_EQ(platform.network().requests[0].headers.size(), 2u);
+}
+
+TEST_F(DesktopNotificationsPollTest, ShowsNothingOfTheBacklog) {
+  notifications->start();
+  completePoll({item("b"), item("a")});
+  EXPECT_EQ(center.statusQuestions(), 0u);
+  nextTick();
+  completePoll({item("b"), item("a")});
+  EXPECT_THAT(shown(), IsEmpty());
+}
+
+TEST_F(DesktopNotificationsPollTest, ShowsWhatIsNewOnceTheOldestFirst) {
+  startWithBaseline({item("a")});
+  nextTick();
+  completePoll({item("c"), item("b"), item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-b", "navora-c"));
+  EXPECT_EQ(center.added[0].url, "https://navora.example/#circles?room=r1");
+  EXPECT_EQ(center.added[0].body, "Text of b");
+  nextTick();
+  completePoll({item("c"), item("b"), item("a")});
+  EXPECT_EQ(center.added.size(), 2u);
+}
+
+TEST_F(DesktopNotificationsPollTest, WaitsForTheDesktopBeforeTheNextOne) {
+  startWithBaseline();
+  nextTick();
+  answerPoll({item("b"), item("a")});
+  center.answerStatus();
+  EXPECT_THAT(shown(), ElementsAre("navora-a"));
+  center.finishAdd();
+  EXPECT_THAT(shown(), ElementsAre("navora-a", "navora-b"));
+}
+
+TEST_F(DesktopNotificationsPollTest, OffersAgainWhatTheDesktopDidNotTake) {
+  startWithBaseline();
+  nextTick();
+  answerPoll({item("b"), item("a")});
+  center.answerStatus();
+  center.finishAdd(PlatformError{"desktop", 1, "No daemon"});
+  center.finishAdd();
+  nextTick();
+  completePoll({item("b"), item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-a", "navora-b", "navora-a"));
+}
+
+TEST_F(DesktopNotificationsPollTest, ForgetsWhatCameInQuietHours) {
+  // The fake clock stands at 22:13:20 UTC.
+  startWithBaseline();
+  nextTick();
+  answerUser();
+  answerSettings("22:00-07:00");
+  answerList({item("a")});
+  center.answerStatus();
+  nextTick();
+  completePoll({item("a")});
+  EXPECT_THAT(shown(), IsEmpty());
+}
+
+TEST_F(DesktopNotificationsPollTest, ForgetsWhatIsNotWantedOrLeadsNowhere) {
+  startWithBaseline();
+  Json elsewhere = item("c");
+  elsewhere["data"]["url"] = "https://remote.example/";
+  nextTick();
+  completePoll({elsewhere, item("b", "quiet"), item("a", "unknown")});
+  elsewhere["data"].erase("url");
+  nextTick();
+  completePoll({elsewhere, item("b"), item("a")});
+  EXPECT_THAT(shown(), IsEmpty());
+}
+
+TEST_F(DesktopNotificationsPollTest, RemembersNothingUntilItIsAllowed) {
+  for (const auto status : {AuthorizationStatus::notDetermined, AuthorizationStatus::denied,
+                            AuthorizationStatus::provisional}) {
+    center.status = status;
+    if (platform.network().requests.empty()) {
+      startWithBaseline();
+    }
+    nextTick();
+    completePoll({item("a")});
+  }
+  EXPECT_THAT(shown(), IsEmpty());
+  center.status = AuthorizationStatus::authorized;
+  nextTick();
+  completePoll({item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-a"));
+}
+
+TEST_F(DesktopNotificationsPollTest, SkipsWhatHasNoTextForAnId) {
+  startWithBaseline();
+  Json numbered = item("a");
+  numbered["id"] = 7;
+  for (int poll = 0; poll < 2; ++poll) {
+    nextTick();
+    completePoll({numbered});
+  }
+  EXPECT_THAT(shown(), IsEmpty());
+  numbered["id"] = "7";
+  nextTick();
+  completePoll({numbered});
+  EXPECT_THAT(shown(), ElementsAre("navora-7"));
+}
+
+TEST_F(DesktopNotificationsPollTest, TakesANewBaselineForAnotherUser) {
+  startWithBaseline({item("a")});
+  nextTick();
+  completePoll({item("x")}, "u2");
+  EXPECT_THAT(shown(), IsEmpty());
+  nextTick();
+  completePoll({item("y"), item("x")}, "u2");
+  EXPECT_THAT(shown(), ElementsAre("navora-y"));
+}
+
+TEST_F(DesktopNotificationsPollTest, ForgetsTheAccountAtEveryRefusalToSpeak) {
+  startWithBaseline();
+  for (int step = 0; step < 3; ++step) {
+    nextTick();
+    if (step == 0) {
+      webView->answerCookies();
+    } else {
+      answerUser();
+    }
+    if (step == 2) answerSettings();
+    platform.network().answer(401, R"({"error": {}})");
+    nextTick();
+    completePoll({item("a" + std::to_string(step))});
+    EXPECT_THAT(shown(), IsEmpty()) << step;
+  }
+}
+
+TEST_F(DesktopNotificationsPollTest, KeepsTheLedgerThroughEveryOtherFailure) {
+  startWithBaseline({item("a")});
+  const std::string list = R"({"notifications": [], "kinds": []})";
+  const std::vector<std::function<void()>> failures{
+      [&] { platform.network().fail(PlatformError::timedOutCode); },
+      [&] { platform.network().answer(500, "{}"); },
+      [&] { platform.network().answer(204, ""); },
+      [&] { platform.network().answer(302, ""); },
+      [&] { platform.network().answer(200, "<!doctype html><title>Sign in</title>"); },
+      [&] { platform.network().answer(200, "[]"); },
+      [&] { platform.network().answer(200, "{}"); },
+      [&] { platform.network().answer(200, R"({"user": {"id": 7}})"); },
+      [&] { platform.network().answer(200, R"({"user": {"id": "u1"})"); },
+      [&] {
+        platform.network().finish(HttpResponse{200, testUrl("https://remote.example/api/auth/me"),
+                                               R"({"user": {"id": "u2"}})"});
+      },
+      [&] { platform.network().finish(HttpResponse{200, std::nullopt, "{}"}); },
+      [&] { platform.network().finish(HttpResponse{200, origin, "", true}); }};
+  for (const auto& fail : failures) {
+    nextTick();
+    webView->answerCookies();
+    fail();
+    EXPECT_EQ(platform.network().underWay(), 0u);
+  }
+  nextTick();
+  completePoll({item("b"), item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-b"));
+}
+
+TEST_F(DesktopNotificationsPollTest, TakesAnAnswerOfTheLargestSizeAndNoByteMore) {
+  startWithBaseline();
+  const std::string answer = R"({"user": {"id": "u1"}})";
+  for (const std::size_t more : {0u, 1u}) {
+    nextTick();
+    webView->answerCookies();
+    platform.network().answer(200, answer + std::string(1024 * 1024 - answer.size() + more, ' '));
+    EXPECT_EQ(platform.network().underWay(), more == 0 ? 1u : 0u);
+    if (more == 0) platform.network().fail(1);
+  }
+}
+
+TEST_F(DesktopNotificationsPollTest, EndsAtSettingsOrListsThatCannotBeRead) {
+  startWithBaseline();
+  nextTick();
+  answerUser();
+  platform.network().answer(200, R"({"settings": {}, "timeZone": "UTC"})");
+  EXPECT_EQ(platform.network().underWay(), 0u);
+  nextTick();
+  answerUser();
+  answerSettings();
+  platform.network().answer(200, R"({"notifications": [7], "kinds": []})");
+  EXPECT_EQ(center.statusQuestions(), 0u);
+}
+
+TEST_F(DesktopNotificationsPollTest, PollsAtOnceAndEveryMinute) {
+  notifications->start();
+  EXPECT_EQ(webView->cookieQuestions(), 1u);
+  completePoll({});
+  platform.mainQueue().advance(std::chrono::milliseconds(59'999));
+  EXPECT_EQ(webView->cookieQuestions(), 0u);
+  platform.mainQueue().advance(std::chrono::milliseconds(1));
+  EXPECT_EQ(webView->cookieQuestions(), 1u);
+}
+
+TEST_F(DesktopNotificationsPollTest, DropsATickThatFindsAPollRunning) {
+  notifications->start();
+  nextTick();
+  notifications->refresh();
+  EXPECT_EQ(webView->cookieQuestions(), 1u);
+  completePoll({});
+  nextTick();
+  EXPECT_EQ(webView->cookieQuestions(), 1u);
+}
+
+TEST_F(DesktopNotificationsPollTest, StartsOnce) {
+  notifications->start();
+  notifications->start();
+  completePoll({});
+  EXPECT_EQ(platform.mainQueue().pendingCount(), 1u);
+}
+
+TEST_F(DesktopNotificationsPollTest, DoesNotStartWhenSwitchedOff) {
+  platform.userDefaults().setValue(DesktopNotifications::enabledKey, false);
+  notifications->start();
+  notifications->refresh();
+  EXPECT_EQ(webView->cookieQuestions(), 0u);
+  EXPECT_EQ(platform.mainQueue().pendingCount(), 0u);
+}
+
+TEST_F(DesktopNotificationsPollTest, StartsWhenTheDefaultIsNoSwitch) {
+  for (const Json& value : {Json("false"), Json(0), Json(nullptr), Json(true)}) {
+    platform.userDefaults().setValue(DesktopNotifications::enabledKey, value);
+    notifications->start();
+    EXPECT_EQ(platform.mainQueue().pendingCount(), 1u) << value;
+    notifications->stop();
+  }
+}
+
+TEST_F(DesktopNotificationsPollTest, ShowsNothingAfterAStopAtAnyStep) {
+  for (int steps = 0; steps <= 5; ++steps) {
+    startWithBaseline();
+    nextTick();
+    if (steps > 0) webView->answerCookies();
+    if (steps > 1) platform.network().answer(200, R"({"user": {"id": "u1"}})");
+    if (steps > 2) answerSettings();
+    if (steps > 3) answerList({item("b" + std::to_string(steps)), item("a")});
+    if (steps > 4) center.answerStatus();
+    const std::size_t before = center.added.size();
+    notifications->stop();
+    while (webView->cookieQuestions() > 0)
+      webView->answerCookies();
+    while (platform.network().underWay() > 0)
+      platform.network().fail(1);
+    while (center.statusQuestions() > 0)
+      center.answerStatus();
+    while (center.addsUnderWay() > 0)
+      center.finishAdd();
+    EXPECT_EQ(center.added.size(), before) << steps;
+    EXPECT_EQ(platform.mainQueue().pendingCount(), 0u);
+  }
+}
+
+TEST_F(DesktopNotificationsPollTest, DoesNothingWithoutItsPage) {
+  notifications->start();
+  completePoll({});
+  webView.reset();
+  nextTick();
+  notifications->refresh();
+  EXPECT_EQ(platform.network().requests.size(), 3u);
+}
+
+TEST_F(DesktopNotificationsPollTest, PollsForADayWithoutGrowing) {
+  startWithBaseline({item("a")});
+  for (int minute = 0; minute < 24 * 60; ++minute) {
+    nextTick();
+    completePoll({item("a")});
+    ASSERT_EQ(platform.mainQueue().pendingCount(), 1u);
+    ASSERT_EQ(platform.network().underWay() + center.statusQuestions() + center.addsUnderWay(), 0u);
+  }
+  EXPECT_THAT(shown(), IsEmpty());
+}
+
+// Whatever happens in whatever order: nothing is shown twice to the same account without its ledger
+// having been given up, nothing of a baseline is shown, and nothing that stays on the list is lost.
+TEST_F(DesktopNotificationsPollTest, HoldsTheLedgersPromisesThroughRandomSequences) {
+  std::mt19937 random(7);
+  std::map<std::string, std::vector<Json>> lists;
+  std::set<std::string> past;
+  std::set<std::string> shownToAccount;
+  std::string ledgerOf;
+  std::string user = "u1";
+  int lastId = 0;
+  std::size_t checked = 0;
+  notifications->start();
+  for (int step = 0; step < 4000; ++step) {
+    if (random() % 10 == 0) user = user == "u1" ? "u2" : "u1";
+    if (random() % 3 == 0)
+      lists[user].insert(lists[user].begin(), item(user + std::to_string(++lastId)));
+    center.status =
+        random() % 4 == 0 ? AuthorizationStatus::denied : AuthorizationStatus::authorized;
+    const unsigned fate = random() % 8;
+    if (fate == 0) {
+      webView->answerCookies();
+      platform.network().fail(1);
+    } else if (fate == 1) {
+      webView->answerCookies();
+      platform.network().answer(401, "{}");
+      ledgerOf.clear();
+    } else {
+      const bool baseline = ledgerOf != user;
+      if (baseline) {
+        ledgerOf = user;
+        past.clear();
+        shownToAccount.clear();
+        for (const Json& each : lists[user])
+          past.insert("navora-" + each["id"].get<std::string>());
+      }
+      answerPoll(lists[user], user);
+      bool failed = false;
+      if (!baseline) {
+        center.answerStatus();
+        while (center.addsUnderWay() > 0) {
+          const std::string identifier = center.added.back().identifier;
+          ASSERT_FALSE(past.contains(identifier)) << identifier;
+          ASSERT_FALSE(shownToAccount.contains(identifier)) << identifier;
+          ASSERT_TRUE(identifier.starts_with("navora-" + user));
+          if (random() % 4 == 0) {
+            failed = true;
+            center.finishAdd(PlatformError{"desktop", 1, ""});
+          } else {
+            shownToAccount.insert(identifier);
+            center.finishAdd();
+          }
+        }
+        if (!failed && center.status == AuthorizationStatus::authorized) {
+          for (const Json& each : lists[user]) {
+            const std::string identifier = "navora-" + each["id"].get<std::string>();
+            ASSERT_TRUE(past.contains(identifier) || shownToAccount.contains(identifier));
+            ++checked;
+          }
+        }
+      }
+    }
+    nextTick();
+  }
+  EXPECT_GT(checked, 1000u);
+}
+
+}  // namespace
+}  // namespace navora
