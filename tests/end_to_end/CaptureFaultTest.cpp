@@ -11,6 +11,11 @@ constexpr const char* account = "/api/auth/me";
 constexpr const char* captures = "/api/captures";
 
 const std::string offlineText = "Can’t reach the server. Your draft is safe — try again.";
+const std::string savingText = "Saving your note…";
+const std::string sendAgainText =
+    "The server didn’t confirm that the note was saved. Send it again.";
+const std::string stillHereText =
+    "The server didn’t confirm that the note was saved. Your draft is still here.";
 
 // What the service does at one stage of a submission.
 struct Fault {
@@ -102,6 +107,46 @@ TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
   desktop().keyboard().chord(sendKey);
   waitForStoredNotes({"Duller"});
   EXPECT_NE(posts()[0].header("Idempotency-Key"), posts()[1].header("Idempotency-Key"));
+}
+
+// The time that a request has is 20 seconds.
+TEST_F(CaptureFailureTest, GivesUpWaitingForAnAnswerAndSendsTheSameAgain) {
+  serviceClient().addFault("POST", captures, {{"hang", true}});
+  sendNote("Patient");
+  serviceClient().waitForRequests("POST", captures);
+  const auto begin = std::chrono::steady_clock::now();
+  waitForMessage(savingText);
+  EXPECT_FALSE(isEditable());
+  EXPECT_FALSE(widget("push button", "Save note").has(AccessibleState::sensitive));
+  waitForMessage(sendAgainText, std::chrono::seconds(60));
+  EXPECT_GE(std::chrono::steady_clock::now() - begin, std::chrono::seconds(15));
+  EXPECT_EQ(draft(), "Patient");
+  EXPECT_FALSE(isEditable());
+
+  serviceClient().clearFaults();
+  desktop().keyboard().chord(sendKey);
+  waitUntilPanelHidden();
+  EXPECT_THAT(storedNotes(), testing::ElementsAre("Patient"));
+  ASSERT_EQ(posts().size(), 2u);
+  EXPECT_EQ(posts()[0].header("Idempotency-Key"), posts()[1].header("Idempotency-Key"));
+  EXPECT_EQ(posts()[0].body, posts()[1].body);
+}
+
+TEST_F(CaptureFailureTest, TakesNoConfirmationThatLeadsToAnotherServer) {
+  const Json reply{{"captureId", "c-1"},
+                   {"jobId", "j-1"},
+                   {"statusUrl", "https://www.example.com/api/jobs/j-1"}};
+  serviceClient().addFault("POST", captures,
+                           {{"process", true}, {"status", 202}, {"body", reply.dump()}}, 1);
+  sendNote("Where to");
+  waitForMessage(stillHereText);
+  EXPECT_EQ(draft(), "Where to");
+  EXPECT_FALSE(isEditable());
+  desktop().keyboard().chord(sendKey);
+  waitUntilPanelHidden();
+  EXPECT_THAT(storedNotes(), testing::ElementsAre("Where to"));
+  ASSERT_EQ(posts().size(), 2u);
+  EXPECT_EQ(posts()[0].header("Idempotency-Key"), posts()[1].header("Idempotency-Key"));
 }
 
 TEST_F(CaptureFailureTest, SendsADraftOnlyForWhomeverItWasWrittenBy) {

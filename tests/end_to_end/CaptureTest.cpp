@@ -57,9 +57,9 @@ std::vector<std::string> CaptureTest::labels() {
   return texts;
 }
 
-void CaptureTest::waitForMessage(const std::string& text) {
+void CaptureTest::waitForMessage(const std::string& text, std::chrono::milliseconds timeout) {
   waitUntil([&] { return std::ranges::count(labels(), text) > 0; },
-            "the panel says \"" + text + "\"", defaultTimeout(),
+            "the panel says \"" + text + "\"", timeout,
             [&] { return desktop().accessibility().describe(application().pid()); });
 }
 

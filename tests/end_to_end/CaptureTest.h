@@ -27,7 +27,8 @@ class CaptureTest : public EndToEndTest {
   std::string draft();
   void waitForDraft(const std::string& text);
   std::vector<std::string> labels();
-  void waitForMessage(const std::string& text);
+  void waitForMessage(const std::string& text,
+                      std::chrono::milliseconds timeout = defaultTimeout());
   bool isEditable();
   // Opens the panel, types and sends.
   void sendNote(const std::string& text);
