@@ -33,6 +33,21 @@ void tellBus(const std::string& address, const Environment& environment) {
            g_variant_new("(a{ss})", &variables));
 }
 
+// Whether the window manager answers. It names what it can do before it listens, and a window that
+// is mapped in between is never shown; the question is one that needs no window on the screen.
+bool windowManagerAnswers(XConnection& connection) {
+  const xcb_window_t window = xcb_generate_id(connection.get());
+  xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 1, 1,
+                    0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+  connection.sendToWindowManager(window, "_NET_REQUEST_FRAME_EXTENTS", {});
+  const bool answered =
+      becomesTrue([&] { return connection.hasProperty(window, "_NET_FRAME_EXTENTS"); },
+                  std::chrono::milliseconds(100));
+  xcb_destroy_window(connection.get(), window);
+  connection.synchronize();
+  return answered;
+}
+
 }  // namespace
 
 VirtualDesktop::VirtualDesktop() : VirtualDesktop(Options{}) {}
@@ -133,14 +148,9 @@ void VirtualDesktop::startServers() {
 
 void VirtualDesktop::startWindowManager() {
   windowManager_ = start({"openbox", "--sm-disable", "--config-file", root() / "openbox.xml"});
-  XConnection& connection = display_->connection();
-  waitUntil(
-      [&] {
-        return !connection.numbersProperty(connection.root(), "_NET_SUPPORTED").empty() &&
-               connection.hasProperty(connection.root(), "_NET_SUPPORTING_WM_CHECK");
-      },
-      "the window manager is ready", defaultTimeout(),
-      [this] { return windowManager_->errorText(); });
+  waitUntil([this] { return windowManagerAnswers(display_->connection()); },
+            "the window manager is ready", defaultTimeout(),
+            [this] { return windowManager_->errorText(); });
 }
 
 std::unique_ptr<ChildProcess> VirtualDesktop::start(std::vector<std::string> arguments,

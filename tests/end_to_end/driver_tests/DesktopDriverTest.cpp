@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/driver/LogindStandIn.h"
+#include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/VirtualDesktop.h"
 
 namespace navora::driver {
@@ -196,6 +197,15 @@ TEST_F(DesktopDriverTest, FailedWaitsSayWhatWasThereInstead) {
     EXPECT_NE(message.find("a push button named \"Absent\" is on the screen"), std::string::npos);
     EXPECT_NE(message.find("push button \"Ask\""), std::string::npos) << message;
   }
+}
+
+// Other tests of the driver start a program first, which takes long enough to hide this.
+TEST(FreshDesktopTest, ItsWindowManagerTakesCareOfTheVeryFirstWindow) {
+  VirtualDesktop::Options options;
+  options.accessibility = false;
+  VirtualDesktop desktop(options);
+  const OtherWindow first(desktop.display());
+  EXPECT_TRUE(desktop.display().window(first.id())->active);
 }
 
 }  // namespace
