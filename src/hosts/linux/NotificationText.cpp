@@ -1,0 +1,62 @@
+#include "hosts/linux/NotificationText.h"
+
+#include <algorithm>
+#include <cstddef>
+
+#include <glib.h>
+
+#include "hosts/linux/GLibSupport.h"
+#include "support/Text.h"
+
+namespace navora {
+namespace {
+
+constexpr std::size_t summaryLength = 200;
+constexpr std::size_t bodyLength = 2000;
+// A user-perceived character seldom has more bytes; one that has is cut with its text.
+constexpr std::size_t bytesPerCharacter = 64;
+
+bool isControl(gunichar character) {
+  return character < 0x20 || (character >= 0x7F && character < 0xA0);
+}
+
+std::string withoutControls(const std::string& text) {
+  std::string result;
+  for (const char* next = text.c_str(); *next != 0; next = g_utf8_next_char(next)) {
+    const gunichar character = g_utf8_get_char(next);
+    const bool isSpace = character == '\n' || character == '\t';
+    if (!isSpace && isControl(character)) continue;
+    result.append(next, static_cast<std::size_t>(g_utf8_next_char(next) - next));
+  }
+  return result;
+}
+
+std::string shortened(const std::string& text, std::size_t length) {
+  std::string prefix = prefixCharacters(text, length);
+  return prefix.size() == text.size() ? prefix : prefix + "…";
+}
+
+std::string readable(const std::string& text, std::size_t length) {
+  // What is far beyond the length need not be looked at.
+  const std::string beginning = text.substr(0, (length + 1) * bytesPerCharacter);
+  const GCharPtr valid(g_utf8_make_valid(beginning.data(), static_cast<gssize>(beginning.size())));
+  return shortened(withoutControls(valid.get()), length);
+}
+
+}  // namespace
+
+std::string notificationSummary(const std::string& title) {
+  std::string summary = readable(title, summaryLength);
+  std::ranges::replace(summary, '\n', ' ');
+  return summary;
+}
+
+std::string notificationBody(const std::string& body, bool markup) {
+  std::string text = readable(body, bodyLength);
+  if (!markup) return text;
+  text = replaceAll(text, "&", "&amp;");
+  text = replaceAll(text, "<", "&lt;");
+  return replaceAll(text, ">", "&gt;");
+}
+
+}  // namespace navora

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <functional>
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include "end_to_end/driver/BusConnection.h"
+
+namespace navora::driver {
+
+// A program on the bus that answers calls, on a thread of its own: whoever waits for it may block.
+class BusService {
+ public:
+  // Runs on the service's thread and must return or keep the invocation.
+  using Handler = std::function<void(const std::string& method, GVariant* parameters,
+                                     GDBusMethodInvocation* invocation)>;
+
+  // `introspection` describes one interface, at `path`. The name is owned when this returns.
+  BusService(const std::string& address, const std::string& name, const std::string& path,
+             const std::string& introspection, Handler handler);
+  // The name is free when this returns, as after the end of a program.
+  ~BusService();
+  BusService(const BusService&) = delete;
+  BusService& operator=(const BusService&) = delete;
+
+  const std::string& interface() const { return interface_; }
+  void emitSignal(const std::string& signal, GVariant* parameters);
+
+ private:
+  void run(const std::string& address, const std::string& name, std::promise<void>& ready);
+
+  const std::string path_;
+  const Handler handler_;
+  GDBusNodeInfo* node_;
+  const std::string interface_;
+  GMainContext* context_;
+  GMainLoop* loop_;
+  std::unique_ptr<BusConnection> bus_;
+  std::thread thread_;
+};
+
+}  // namespace navora::driver

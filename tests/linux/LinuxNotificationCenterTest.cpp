@@ -1,0 +1,281 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "end_to_end/driver/NotificationDaemonStandIn.h"
+#include "fakes/LocaleScope.h"
+#include "hosts/linux/LinuxNotificationCenter.h"
+#include "hosts/linux/NotificationText.h"
+#include "linux/MainLoop.h"
+#include "linux/TestDesktop.h"
+
+namespace navora {
+namespace {
+
+using driver::NotificationDaemonStandIn;
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Key;
+using testing::Not;
+using testing::Pair;
+
+class Delegate final : public NotificationCenterDelegate {
+ public:
+  PresentationOptions options{true, true};
+  std::vector<std::optional<std::string>> opened;
+
+  PresentationOptions willPresentNotification() override { return options; }
+  void didReceiveNotification(std::optional<std::string> url) override { opened.push_back(url); }
+};
+
+class LinuxNotificationCenterTest : public testing::Test {
+ protected:
+  LinuxNotificationCenterTest() { center->setDelegate(&delegate); }
+
+  void startDaemon(std::vector<std::string> capabilities = {"actions", "body", "body-markup"}) {
+    daemon = std::make_unique<NotificationDaemonStandIn>(TestDesktop::sessionBusAddress(),
+                                                         std::move(capabilities));
+  }
+
+  AuthorizationStatus status() {
+    std::optional<AuthorizationStatus> answer;
+    center->authorizationStatus([&](AuthorizationStatus status) { answer = status; });
+    EXPECT_FALSE(answer) << "The answer must come later";
+    EXPECT_TRUE(waitUntil([&] { return answer.has_value(); }));
+    return answer.value_or(AuthorizationStatus::notDetermined);
+  }
+
+  // What became of it: true if the desktop has taken it.
+  bool add(const UserNotification& notification) {
+    std::optional<bool> taken;
+    center->add(notification,
+                [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+    EXPECT_TRUE(waitUntil([&] { return taken.has_value(); }));
+    return taken.value_or(false);
+  }
+
+  static UserNotification notification(const std::string& identifier) {
+    return {identifier, "Title", "Body", true, "https://navora.example/#" + identifier};
+  }
+  // Every signal that was sent before has arrived when this one has.
+  void expectNothingOpened() {
+    ASSERT_TRUE(add(notification("last")));
+    daemon->click(daemon->notifications().back().id);
+    ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
+    EXPECT_THAT(delegate.opened, ElementsAre("https://navora.example/#last"));
+  }
+
+  LocaleScope locale;
+  Delegate delegate;
+  std::unique_ptr<NotificationDaemonStandIn> daemon;
+  std::unique_ptr<LinuxNotificationCenter> center = std::make_unique<LinuxNotificationCenter>();
+};
+
+TEST_F(LinuxNotificationCenterTest, IsDeniedWithoutAServiceAndAuthorizedWithOne) {
+  EXPECT_EQ(status(), AuthorizationStatus::denied);
+  startDaemon();
+  EXPECT_EQ(status(), AuthorizationStatus::authorized);
+  daemon.reset();
+  EXPECT_EQ(status(), AuthorizationStatus::denied);
+}
+
+TEST_F(LinuxNotificationCenterTest, GrantsWhatTheDesktopOffersNow) {
+  const auto granted = [&] {
+    std::optional<bool> answer;
+    center->requestAuthorization({true, true}, [&](const auto& result) {
+      answer = result && *result;
+      EXPECT_TRUE(result);
+    });
+    EXPECT_TRUE(waitUntil([&] { return answer.has_value(); }));
+    return answer.value_or(false);
+  };
+  EXPECT_FALSE(granted());
+  startDaemon();
+  EXPECT_TRUE(granted());
+}
+
+TEST_F(LinuxNotificationCenterTest, CarriesTheNotification) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("a")));
+  ASSERT_EQ(daemon->notifications().size(), 1U);
+  const auto shown = daemon->notifications()[0];
+  EXPECT_EQ(shown.applicationName, "Навора");
+  EXPECT_EQ(shown.icon, "example.navora.Navora");
+  EXPECT_EQ(shown.replacesId, 0U);
+  EXPECT_EQ(shown.summary, "Title");
+  EXPECT_EQ(shown.body, "Body");
+  EXPECT_THAT(shown.actions, ElementsAre("default", "Показать Навору"));
+  EXPECT_THAT(shown.hints,
+              AllOf(Contains(Pair("desktop-entry", "'example.navora.Navora'")),
+                    Contains(Pair("sound-name", "'message-new-instant'")),
+                    Contains(Pair("urgency", "0x01")), Not(Contains(Key("suppress-sound")))));
+  EXPECT_EQ(shown.expireTimeout, -1);
+}
+
+TEST_F(LinuxNotificationCenterTest, IsSilentWithoutASound) {
+  startDaemon();
+  UserNotification silent = notification("a");
+  silent.defaultSound = false;
+  ASSERT_TRUE(add(silent));
+  EXPECT_THAT(daemon->notifications()[0].hints,
+              AllOf(Contains(Pair("suppress-sound", "true")), Not(Contains(Key("sound-name")))));
+}
+
+TEST_F(LinuxNotificationCenterTest, EscapesForAServiceThatReadsMarkup) {
+  startDaemon();
+  UserNotification hostile = notification("a");
+  hostile.title = "<b>Title</b> & more";
+  hostile.body = "<a href=\"x\">Body</a> &amp;";
+  ASSERT_TRUE(add(hostile));
+  EXPECT_EQ(daemon->notifications()[0].summary, hostile.title);
+  EXPECT_EQ(daemon->notifications()[0].body, "&lt;a href=\"x\"&gt;Body&lt;/a&gt; &amp;amp;");
+}
+
+TEST_F(LinuxNotificationCenterTest, OffersOnlyWhatTheServiceCan) {
+  startDaemon({"body"});
+  UserNotification hostile = notification("a");
+  hostile.body = "<b>&</b>";
+  ASSERT_TRUE(add(hostile));
+  EXPECT_EQ(daemon->notifications()[0].body, "<b>&</b>");
+  EXPECT_THAT(daemon->notifications()[0].actions, IsEmpty());
+}
+
+TEST_F(LinuxNotificationCenterTest, ReplacesByIdentifier) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("test")));
+  ASSERT_TRUE(add(notification("other")));
+  ASSERT_TRUE(add(notification("test")));
+  const auto shown = daemon->notifications();
+  EXPECT_EQ(shown[1].replacesId, 0U);
+  EXPECT_EQ(shown[2].replacesId, shown[0].id);
+}
+
+TEST_F(LinuxNotificationCenterTest, ReplacesNothingThatIsClosed) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("test")));
+  const auto first = daemon->notifications()[0].id;
+  daemon->close(first);
+  // The signal has arrived when a later click has.
+  ASSERT_TRUE(add(notification("other")));
+  daemon->click(daemon->notifications()[1].id);
+  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
+  ASSERT_TRUE(add(notification("test")));
+  EXPECT_EQ(daemon->notifications()[2].replacesId, 0U);
+}
+
+TEST_F(LinuxNotificationCenterTest, OpensWhatIsClicked) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("a")));
+  ASSERT_TRUE(add(notification("b")));
+  daemon->click(daemon->notifications()[0].id);
+  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
+  EXPECT_THAT(delegate.opened, ElementsAre("https://navora.example/#a"));
+}
+
+TEST_F(LinuxNotificationCenterTest, IgnoresOtherActionsAndOtherNotifications) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("a")));
+  daemon->click(daemon->notifications()[0].id, "settings");
+  daemon->click(4711);
+  expectNothingOpened();
+}
+
+TEST_F(LinuxNotificationCenterTest, IgnoresClicksOnWhatAnEarlierServiceShowed) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("a")));
+  const auto old = daemon->notifications()[0].id;
+  daemon.reset();
+  EXPECT_EQ(status(), AuthorizationStatus::denied);
+  startDaemon();
+  daemon->click(old);
+  expectNothingOpened();
+  EXPECT_EQ(daemon->notifications()[0].replacesId, 0U);
+}
+
+TEST_F(LinuxNotificationCenterTest, FailsWithoutAService) {
+  EXPECT_FALSE(add(notification("a")));
+  startDaemon();
+  EXPECT_TRUE(add(notification("a")));
+  EXPECT_EQ(daemon->notifications().size(), 1U);
+}
+
+TEST_F(LinuxNotificationCenterTest, FailsWhenTheServiceDiesBeforeItAnswers) {
+  startDaemon();
+  daemon->hold();
+  std::optional<bool> taken;
+  center->add(notification("a"),
+              [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
+  EXPECT_FALSE(taken);
+  daemon.reset();
+  ASSERT_TRUE(waitUntil([&] { return taken.has_value(); }));
+  EXPECT_FALSE(*taken);
+}
+
+TEST_F(LinuxNotificationCenterTest, WaitsForASlowService) {
+  startDaemon();
+  daemon->hold();
+  std::optional<bool> taken;
+  center->add(notification("a"),
+              [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
+  daemon->release();
+  ASSERT_TRUE(waitUntil([&] { return taken.has_value(); }));
+  EXPECT_TRUE(*taken);
+  EXPECT_EQ(daemon->notifications().size(), 1U);
+}
+
+TEST_F(LinuxNotificationCenterTest, MayGoWhileTheServiceThinks) {
+  startDaemon();
+  daemon->hold();
+  bool completed = false;
+  center->add(notification("a"), [&](const auto&) { completed = true; });
+  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
+  center.reset();
+  daemon->release();
+  // An answer to a later question comes after that one.
+  center = std::make_unique<LinuxNotificationCenter>();
+  ASSERT_TRUE(add(notification("b")));
+  EXPECT_FALSE(completed);
+}
+
+TEST_F(LinuxNotificationCenterTest, ForgetsTheOldestOfVeryMany) {
+  startDaemon();
+  for (int index = 0; index < 205; ++index)
+    ASSERT_TRUE(add(notification(std::to_string(index))));
+  daemon->click(1);
+  daemon->click(205);
+  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
+  EXPECT_THAT(delegate.opened, ElementsAre("https://navora.example/#204"));
+}
+
+TEST(NotificationTextTest, IsPlainValidAndShort) {
+  EXPECT_EQ(notificationSummary("Two\nlines\x01\x7F\tand \xC2\x9B tab"), "Two lines\tand  tab");
+  EXPECT_EQ(notificationSummary("Привет 👋🏽"), "Привет 👋🏽");
+  EXPECT_EQ(notificationSummary("broken \xFF\xD0"), "broken \xEF\xBF\xBD\xEF\xBF\xBD");
+  EXPECT_EQ(notificationSummary(std::string("a\0b", 3)).substr(0, 1), "a");
+  EXPECT_EQ(notificationSummary(""), "");
+  EXPECT_EQ(notificationBody("a\nb & <c>", false), "a\nb & <c>");
+  EXPECT_EQ(notificationBody("a\nb & <c>", true), "a\nb &amp; &lt;c&gt;");
+}
+
+TEST(NotificationTextTest, CutsLongTextsBetweenCharacters) {
+  std::string family;
+  for (int count = 0; count < 300; ++count)
+    family += "👨‍👩‍👧";
+  const std::string summary = notificationSummary(family);
+  EXPECT_EQ(summary.size(),
+            200 * std::string("👨‍👩‍👧").size() + std::string("…").size());
+  EXPECT_TRUE(summary.ends_with("👨‍👩‍👧…"));
+  const std::string body = notificationBody(std::string(100'000, '<'), true);
+  EXPECT_EQ(body.size(), 2000 * std::string("&lt;").size() + std::string("…").size());
+}
+
+}  // namespace
+}  // namespace navora
