@@ -1,0 +1,79 @@
+#include <gtest/gtest.h>
+#include <gtkmm/icontheme.h>
+
+#include "hosts/linux/LinuxAboutPanel.h"
+#include "linux/WindowTest.h"
+
+namespace navora {
+namespace {
+
+class LinuxAboutPanelTest : public WindowTest {
+ protected:
+  void SetUp() override { ASSERT_TRUE(show(*window_)); }
+
+  testing::AssertionResult open() {
+    panel_.show(&window_->native(), {"Navora", "⌘⇧Space writes a note.\nSecond <line> & more."});
+    return waitUntil([this] { return isReadyForKeys(*panel_.native()); });
+  }
+  testing::AssertionResult waitUntilClosed() {
+    return waitUntil([this] { return !panel_.native()->get_visible(); });
+  }
+
+  std::unique_ptr<LinuxMainWindow> window_ = makeWindow();
+  LinuxAboutPanel panel_;
+};
+
+TEST_F(LinuxAboutPanelTest, SaysWhatTheApplicationIs) {
+  ASSERT_TRUE(open());
+  const Gtk::AboutDialog& dialog = *panel_.native();
+  EXPECT_EQ(dialog.get_program_name(), "Navora");
+  EXPECT_EQ(dialog.get_title(), "Navora");
+  EXPECT_EQ(dialog.get_version(), NAVORA_VERSION);
+  EXPECT_EQ(dialog.get_comments(), "Ctrl+Shift+Space writes a note.\nSecond <line> & more.");
+}
+
+TEST_F(LinuxAboutPanelTest, LetsTheWindowBelowGoOnWorking) {
+  ASSERT_TRUE(open());
+  EXPECT_FALSE(panel_.native()->get_modal());
+  EXPECT_EQ(panel_.native()->get_transient_for(), &window_->native());
+}
+
+TEST_F(LinuxAboutPanelTest, ClosesWithEscapeAndOpensAgain) {
+  ASSERT_TRUE(open());
+  keyboard_.chord("Escape");
+  ASSERT_TRUE(waitUntilClosed());
+  ASSERT_TRUE(open());
+  panel_.native()->close();
+  ASSERT_TRUE(waitUntilClosed());
+  ASSERT_TRUE(open());
+  panel_.native()->response(Gtk::RESPONSE_CANCEL);
+  ASSERT_TRUE(waitUntilClosed());
+}
+
+TEST_F(LinuxAboutPanelTest, IsThereOnceWithTheLatestTexts) {
+  ASSERT_TRUE(open());
+  const Gtk::AboutDialog* first = panel_.native();
+  panel_.show(&window_->native(), {"Навора", "Other"});
+  ASSERT_TRUE(waitUntil([this] { return isReadyForKeys(*panel_.native()); }));
+  EXPECT_EQ(panel_.native(), first);
+  EXPECT_EQ(first->get_program_name(), "Навора");
+  EXPECT_EQ(first->get_comments(), "Other");
+}
+
+TEST_F(LinuxAboutPanelTest, NeedsNoWindowBelow) {
+  window_->orderOut();
+  ASSERT_TRUE(open());
+  EXPECT_EQ(panel_.native()->get_transient_for(), nullptr);
+}
+
+TEST_F(LinuxAboutPanelTest, ShowsTheIconOnlyWhereItIsInstalled) {
+  constexpr const char* name = "example.navora.Navora";
+  const auto theme = Gtk::IconTheme::get_default();
+  ASSERT_FALSE(theme->has_icon(name)) << "the tests' desktop has it installed";
+  ASSERT_TRUE(open());
+  EXPECT_EQ(panel_.native()->get_logo_icon_name(), "");
+  EXPECT_EQ(panel_.native()->get_logo()->get_width(), 1);
+}
+
+}  // namespace
+}  // namespace navora
