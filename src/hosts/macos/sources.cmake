@@ -24,6 +24,7 @@ set(navora_macos_sources
   MacMainQueue.mm
   MacMainWindow.mm
   MacNavigationDelegate.mm
+  MacNotificationCenter.mm
   MacPlatform.mm
   MacResources.mm
   MacScriptMessages.mm

@@ -1,0 +1,34 @@
+#pragma once
+
+#import <UserNotifications/UserNotifications.h>
+
+#include "platform/NotificationCenter.h"
+#include "support/Lifetime.h"
+
+@class NavoraNotificationForwarder;
+
+namespace navora {
+
+// The system's notification center. Works in a bundle only: elsewhere the system raises an
+// exception. One per process, because the system's center has one delegate.
+class MacNotificationCenter final : public NotificationCenter {
+ public:
+  MacNotificationCenter();
+  ~MacNotificationCenter() override;
+  MacNotificationCenter(const MacNotificationCenter&) = delete;
+  MacNotificationCenter& operator=(const MacNotificationCenter&) = delete;
+
+  void setDelegate(NotificationCenterDelegate* _Nullable delegate) override;
+  void requestAuthorization(Options options,
+                            std::function<void(AuthorizationResult)> completion) override;
+  void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override;
+  void add(const UserNotification& notification,
+           std::function<void(std::optional<PlatformError>)> completion) override;
+
+ private:
+  UNUserNotificationCenter* _Nonnull center_;
+  NavoraNotificationForwarder* _Nonnull forwarder_;
+  Lifetime lifetime_;
+};
+
+}  // namespace navora
