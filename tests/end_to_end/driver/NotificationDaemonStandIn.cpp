@@ -126,7 +126,10 @@ std::size_t NotificationDaemonStandIn::waitingCount() const {
   return waiting_.size();
 }
 
-void NotificationDaemonStandIn::click(std::uint32_t id, const std::string& action) {
+void NotificationDaemonStandIn::click(std::uint32_t id, const std::string& action,
+                                      const std::string& activationToken) {
+  if (!activationToken.empty())
+    service_->emitSignal("ActivationToken", g_variant_new("(us)", id, activationToken.c_str()));
   service_->emitSignal("ActionInvoked", g_variant_new("(us)", id, action.c_str()));
 }
 

@@ -43,7 +43,9 @@ class NotificationDaemonStandIn {
   void release();
   std::size_t waitingCount() const;
 
-  void click(std::uint32_t id, const std::string& action = "default");
+  // With a token, hands the program the right to raise its window first.
+  void click(std::uint32_t id, const std::string& action = "default",
+             const std::string& activationToken = {});
   void close(std::uint32_t id);
 
  private:
