@@ -65,7 +65,7 @@ void ColorScheme::readPreference(GVariantPtr value) {
   preference_ = scheme == noPreference ? std::nullopt : std::optional(scheme == preferDark);
   const bool wasDark = std::exchange(systemIsDark_, preference_ ? *preference_ : themeIsDark());
   applyAppearance();
-  if (systemIsDark_ != wasDark && onSystemChange) onSystemChange(systemIsDark_);
+  if (systemIsDark_ != wasDark) systemChanged.emit(systemIsDark_);
 }
 
 void ColorScheme::setAppearance(WindowAppearance appearance) {

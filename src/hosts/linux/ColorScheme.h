@@ -1,9 +1,9 @@
 #pragma once
 
-#include <functional>
 #include <optional>
 
 #include <gio/gio.h>
+#include <sigc++/signal.h>
 
 #include "hosts/linux/GLibSupport.h"
 #include "platform/WindowAppearance.h"
@@ -23,8 +23,8 @@ class ColorScheme {
 
   // Whether the desktop is dark, whatever the application looks like.
   bool systemIsDark() const { return systemIsDark_; }
-  // Called after that has changed.
-  std::function<void(bool dark)> onSystemChange;
+  // Emitted with the new value after that has changed.
+  sigc::signal<void, bool> systemChanged;
 
   // How the application looks. GTK 3 knows one look for all windows of a process.
   void setAppearance(WindowAppearance appearance);

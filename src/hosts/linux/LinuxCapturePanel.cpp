@@ -64,11 +64,11 @@ LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& del
   placeChildren();
   connectEvents();
   gtk_widget_realize(GTK_WIDGET(window_.gobj()));
-  colorScheme_.onSystemChange = [this](bool dark) { delegate_.systemAppearanceDidChange(dark); };
+  connections_.push_back(colorScheme_.systemChanged.connect(
+      [this](bool dark) { delegate_.systemAppearanceDidChange(dark); }));
 }
 
 LinuxCapturePanel::~LinuxCapturePanel() {
-  colorScheme_.onSystemChange = nullptr;
   focusCheck_.disconnect();
   for (auto& connection : connections_)
     connection.disconnect();
