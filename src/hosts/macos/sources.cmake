@@ -12,6 +12,7 @@ set(navora_macos_sources
   CoreGraphicsCanvas.mm
   FoundationJson.mm
   Layout.mm
+  MacAboutPanel.mm
   MacApplication.mm
   MacCaptureEditor.mm
   MacCapturePanel.mm
@@ -23,15 +24,18 @@ set(navora_macos_sources
   MacImaging.mm
   MacMainQueue.mm
   MacMainWindow.mm
+  MacMenus.mm
   MacNavigationDelegate.mm
   MacNotificationCenter.mm
   MacPlatform.mm
   MacResources.mm
   MacScriptMessages.mm
+  MacStatusItem.mm
   MacSystem.mm
   MacUserDefaults.mm
   MacWebView.mm
   MacWorkspace.mm
+  MenuTarget.mm
   NavigationConversions.mm
   SystemAppearance.mm
   main.mm)

@@ -5,6 +5,7 @@
 #import <AppKit/NSDrawing.h>
 #import <AppKit/NSEvent.h>
 #import <AppKit/NSImage.h>
+#import <AppKit/NSMenu.h>
 #import <AppKit/NSPanels.h>
 #import <AppKit/NSText.h>
 #import <AppKit/NSView.h>

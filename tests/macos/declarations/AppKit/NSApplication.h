@@ -48,6 +48,18 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)activationPolicy;
 - (void)activateIgnoringOtherApps:(BOOL)ignoreOtherApps;
 - (void)run;
+- (void)hide:(nullable id)sender;
+- (void)terminate:(nullable id)sender;
+@end
+
+typedef NSString* NSAboutPanelOptionKey;
+FOUNDATION_EXPORT NSAboutPanelOptionKey const NSAboutPanelOptionApplicationName;
+// An attributed string.
+FOUNDATION_EXPORT NSAboutPanelOptionKey const NSAboutPanelOptionCredits;
+
+@interface NSApplication (NSStandardAboutPanel)
+- (void)orderFrontStandardAboutPanelWithOptions:
+    (NSDictionary<NSAboutPanelOptionKey, id>*)optionsDictionary;
 @end
 
 typedef NS_OPTIONS(NSUInteger, NSApplicationActivationOptions) {

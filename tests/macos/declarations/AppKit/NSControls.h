@@ -44,11 +44,14 @@ typedef NS_ENUM(NSUInteger, NSBezelStyle) {
   NSBezelStyleRounded = 1,
 };
 
+@class NSImage;
+
 @interface NSButton : NSControl
 + (instancetype)buttonWithTitle:(NSString*)title
                          target:(nullable id)target
                          action:(nullable SEL)action;
 @property(copy) NSString* title;
+@property(nullable, strong) NSImage* image;
 @property(getter=isBordered) BOOL bordered;
 @property NSBezelStyle bezelStyle;
 @property(copy) NSString* keyEquivalent;

@@ -10,6 +10,8 @@ typedef NS_OPTIONS(unsigned long long, NSEventMask) {
 };
 
 typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
+  NSEventModifierFlagShift = 1 << 17,
+  NSEventModifierFlagCommand = 1 << 20,
   NSEventModifierFlagDeviceIndependentFlagsMask = 0xffff0000UL,
 };
 

@@ -49,6 +49,7 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @end
 
 @interface NSAttributedString : NSObject <NSCopying>
+- (instancetype)initWithString:(NSString*)string;
 @property(readonly) NSUInteger length;
 @end
 
@@ -81,6 +82,10 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @property NSSize maxSize;
 @property(getter=isHorizontallyResizable) BOOL horizontallyResizable;
 @property(getter=isVerticallyResizable) BOOL verticallyResizable;
+- (void)cut:(nullable id)sender;
+- (void)copy:(nullable id)sender;
+- (void)paste:(nullable id)sender;
+- (void)selectAll:(nullable id)sender;
 @end
 
 @interface NSTextView : NSText

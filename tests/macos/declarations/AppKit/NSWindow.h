@@ -78,6 +78,8 @@ typedef NSString* NSWindowFrameAutosaveName;
 - (void)deminiaturize:(nullable id)sender;
 - (void)makeKeyAndOrderFront:(nullable id)sender;
 - (void)orderOut:(nullable id)sender;
+- (void)performMiniaturize:(nullable id)sender;
+- (void)performClose:(nullable id)sender;
 @end
 
 NS_ASSUME_NONNULL_END

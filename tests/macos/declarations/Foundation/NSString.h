@@ -22,4 +22,6 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
                                        withString:(NSString*)replacement;
 @end
 
+FOUNDATION_EXPORT SEL NSSelectorFromString(NSString* selectorName);
+
 NS_ASSUME_NONNULL_END
