@@ -16,9 +16,9 @@ namespace navora {
 // The main menu, to be put above the content of the main window, and its keys, with Control for the
 // main modifier.
 //
-// The keys of the edit commands belong to the text that has the keyboard, which knows them by
-// itself; the menu acts on them only where nothing else did. All others are the menu's, whatever
-// has the keyboard.
+// The keys of the edit commands belong to the text that has the keyboard: the menu acts on them
+// only where nothing else did, as on undo in a page, for which the engine has no key. All others
+// are the menu's, whatever has the keyboard.
 class LinuxMenuBar {
  public:
   explicit LinuxMenuBar(ApplicationCommands commands);
