@@ -82,6 +82,16 @@ TEST_F(UpdateReminderPolicyTest, CountsADayOfChangedClocksAsTheCalendarDoes) {
   EXPECT_EQ(policy.pending()->deadline, now + 25h);
 }
 
+TEST_F(UpdateReminderPolicyTest, EndsADayWhereItsClocksChangeAtMidnight) {
+  zone = "America/Santiago";
+  setTime(1788624000);  // 2026-09-05 12:00 there; the next day begins at one
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 12h);
+  setTime(1775314800);  // 2026-04-04 12:00 there; the hour before midnight comes twice
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 13h);
+}
+
 TEST_F(UpdateReminderPolicyTest, StoresNothingWithoutATomorrow) {
   zone = "Nowhere/At_All";
   policy.ignore("2.0");
@@ -151,6 +161,7 @@ TEST_F(UpdateReminderPolicyTest, TakesAMalformedRecordForNone) {
         Json{{"version", "2.0"}, {"deadline", true}},
         Json{{"version", "2.0"}, {"deadline", nullptr}}, Json{{"version", 2}, {"deadline", 1.9e9}},
         Json{{"version", "2.0"}, {"deadline", infinite}},
+        Json{{"version", "2.0"}, {"deadline", -infinite}},
         Json{{"version", "2.0"}, {"deadline", std::numeric_limits<double>::quiet_NaN()}}}) {
     store(record);
     EXPECT_EQ(policy.pending(), std::nullopt) << record;

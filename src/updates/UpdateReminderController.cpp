@@ -1,0 +1,64 @@
+#include "updates/UpdateReminderController.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace navora {
+namespace {
+
+constexpr UpdateReminderController::Delay shortestDelay{0.1};
+constexpr UpdateReminderController::Delay retryWhileBusy{15};
+constexpr UpdateReminderController::Delay longestTimer = std::chrono::hours(24);
+
+}  // namespace
+
+UpdateReminderController::Schedule UpdateReminderController::scheduleTimer(MainQueue& queue) {
+  return [&queue](Delay delay, std::function<void()> fire) {
+    const Delay bounded = std::clamp(delay, Delay(0), longestTimer);
+    // Rounded up: a timer that fires a little early would only be set again.
+    return queue.after(std::chrono::ceil<std::chrono::milliseconds>(bounded), std::move(fire));
+  };
+}
+
+UpdateReminderController::UpdateReminderController(UpdateReminderPolicy& policy,
+                                                   std::function<bool()> canCheck,
+                                                   std::function<void()> check, Schedule schedule)
+    : policy_(policy),
+      canCheck_(std::move(canCheck)),
+      check_(std::move(check)),
+      schedule_(std::move(schedule)) {}
+
+void UpdateReminderController::refresh() {
+  scheduleNext(std::nullopt);
+}
+
+void UpdateReminderController::scheduleNext(std::optional<Delay> retryDelay) {
+  timer_.reset();
+  const auto generation = ++generation_;
+  const auto pending = policy_.pending();
+  if (!pending) return;
+  const Delay delay =
+      retryDelay.value_or(std::max<Delay>(pending->deadline - policy_.now(), shortestDelay));
+  timer_ = schedule_(delay, lifetime_.guard([this, generation] {
+    if (generation != generation_) return;
+    timer_.reset();
+    timerFired();
+  }));
+}
+
+void UpdateReminderController::timerFired() {
+  const auto pending = policy_.pending();
+  if (!pending) return;
+  if (pending->deadline > policy_.now()) {
+    scheduleNext(std::nullopt);
+  } else if (canCheck_()) {
+    check_();
+    // What the check finds is not held back any more.
+    policy_.consume(*pending);
+    scheduleNext(std::nullopt);
+  } else {
+    scheduleNext(retryWhileBusy);
+  }
+}
+
+}  // namespace navora
