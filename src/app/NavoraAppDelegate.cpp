@@ -1,24 +1,18 @@
 #include "app/NavoraAppDelegate.h"
 
-#include <string_view>
-#include <utility>
-
 #include "app/DesktopLocale.h"
 #include "app/DesktopTimeZone.h"
-#include "app/LocaleMessage.h"
+#include "app/NavoraIcon.h"
+#include "app/NavoraMenus.h"
 #include "app/PageScripts.h"
 #include "navigation/DesktopOrigin.h"
-#include "support/FatalError.h"
 
 namespace navora {
 namespace {
 
-constexpr std::string_view productName = "Навора";
 constexpr Size windowSize{1240, 820};
 constexpr Size minimumWindowSize{760, 560};
-
-// No message of ours comes near this size; a larger one is not worth parsing.
-constexpr std::size_t maximumMessageBytes = 1024 * 1024;
+constexpr double statusIconSize = 18;
 
 }  // namespace
 
@@ -34,9 +28,13 @@ NavoraAppDelegate::~NavoraAppDelegate() {
 }
 
 void NavoraAppDelegate::applicationDidFinishLaunching() {
+  makeMenus();
   makeWindow();
   observeSystem();
   makeQuickCapture();
+  makeStatusItem();
+  registerCaptureShortcut();
+  makeNotifications();
   loadLogin();
   showWindow();
 }
@@ -59,6 +57,7 @@ void NavoraAppDelegate::applicationDidBecomeActive() {
 }
 
 void NavoraAppDelegate::applicationWillTerminate() {
+  if (notifications_) notifications_->stop();
   captureShortcut_.reset();
 }
 
@@ -67,16 +66,13 @@ bool NavoraAppDelegate::windowShouldClose() {
   return false;
 }
 
-void NavoraAppDelegate::showWindow() {
-  if (!window_) fatalError("The main window is missing", "App", __LINE__);
-  if (window_->isMiniaturized()) window_->deminiaturize();
-  window_->makeKeyAndOrderFront();
-  platform_.application().activateIgnoringOtherApplications();
+void NavoraAppDelegate::makeMenus() {
+  platform_.application().setMainMenu(NavoraMenus::mainMenu(), *this);
 }
 
 void NavoraAppDelegate::makeWindow() {
   window_ = platform_.makeMainWindow(
-      {L(productName), windowSize, minimumWindowSize, "NavoraMainWindow"}, *this);
+      {L("Навора"), windowSize, minimumWindowSize, "NavoraMainWindow"}, *this);
   makeWebView();
   makeNavigation();
   window_->setContentView(webView_);
@@ -124,33 +120,27 @@ void NavoraAppDelegate::makeQuickCapture() {
     const auto url = webView_->url();
     if (!url || url->path() != "/login") loadLogin();
   };
+}
+
+void NavoraAppDelegate::makeStatusItem() {
+  statusItem_ =
+      platform_.makeStatusItem({NavoraIcon::menuBarTemplate(platform_.imaging(), statusIconSize),
+                                L("Навора"), NavoraMenus::statusMenu()},
+                               *this);
+}
+
+void NavoraAppDelegate::registerCaptureShortcut() {
   captureShortcut_ = std::make_unique<CaptureShortcut>(
       platform_.hotKeys(), platform_.mainQueue(), platform_.system(), [this] { quickCapture(); });
+  if (captureShortcut_->isTaken()) statusItem_->insertMenuItem(0, NavoraMenus::shortcutTaken());
 }
 
-void NavoraAppDelegate::quickCapture() {
-  if (!restartPrepared_) quickCapturePanel_->show();
-}
-
-void NavoraAppDelegate::openNotification(const Url& url) {
-  if (restartPrepared_) return;
-  captureFocus_->capturePending = false;
-  captureFocus_->pendingDestination = url;
-  showWindow();
-  if (!url.path().empty() && url.path() != "/") {
-    captureFocus_->pendingDestination.reset();
-    webView_->load(WebRequest{url});
-    return;
-  }
-  // A place within the root page: the page-ready handler leads there after what is loaded here.
-  const auto shown = currentServiceUrl();
-  if (!shown) {
-    loadLogin();
-  } else if (shown->path() == "/") {
-    captureFocus_->start();
-  } else if (shown->path() != "/login") {
-    webView_->load(WebRequest{origin_});
-  }
+void NavoraAppDelegate::makeNotifications() {
+  notifications_ = std::make_unique<DesktopNotifications>(platform_, webView_, origin_);
+  notifications_->onOpen = [this](const Url& url) {
+    if (DesktopOrigin::contains(url, origin_)) openNotification(url);
+  };
+  notifications_->start();
 }
 
 void NavoraAppDelegate::loadLogin() {
@@ -159,23 +149,14 @@ void NavoraAppDelegate::loadLogin() {
 
 void NavoraAppDelegate::pageDidLoad() {
   errorView_->hide();
+  if (notifications_) notifications_->refresh();
   const auto url = webView_->url();
   if (url && url->path() == "/") quickCapturePanel_->resumeAfterLogin();
   captureFocus_->start();
 }
 
-void NavoraAppDelegate::reload() {
-  if (restartPrepared_) return;
-  errorView_->hide();
-  webView_->load(
-      WebRequest{currentServiceUrl().value_or(origin_), CachePolicy::reloadIgnoringLocalCacheData});
-}
-
-void NavoraAppDelegate::openInBrowser() {
-  platform_.workspace().open(currentServiceUrl().value_or(origin_));
-}
-
 void NavoraAppDelegate::refreshAfterResume() {
+  if (notifications_) notifications_->refresh();
   if (!currentServiceUrl()) return;
   refreshSystemTimeZone();
   webView_->evaluateJavaScript("window.dispatchEvent(new Event('tolvin:resume'));");
@@ -190,45 +171,6 @@ std::optional<Url> NavoraAppDelegate::currentServiceUrl() const {
   auto url = webView_ ? webView_->url() : std::nullopt;
   if (!url || !DesktopOrigin::contains(*url, origin_)) return std::nullopt;
   return url;
-}
-
-void NavoraAppDelegate::didReceiveScriptMessage(const ScriptMessage& message) {
-  if (!message.frame.isMainFrame || !message.frame.requestUrl) return;
-  if (!DesktopOrigin::contains(*message.frame.requestUrl, origin_)) return;
-  if (message.body.size() > maximumMessageBytes) return;
-  const auto body = parseJson(message.body);
-  if (!body) return;
-
-  if (message.name == "navoraLocale") {
-    handleLocaleMessage(*body);
-  } else if (message.name == "navoraCaptureAppearance") {
-    handleAppearanceMessage(*body);
-  } else if (message.name == "navoraTimeZoneDetection") {
-    refreshSystemTimeZone();
-  }
-}
-
-void NavoraAppDelegate::handleLocaleMessage(const Json& body) {
-  const auto message = LocaleMessage::read(body);
-  if (!message) return;
-  DesktopLocale::requested = message->requested;
-  DesktopLocale::detected = message->detected;
-  if (DesktopLocale::current() == displayedLocale_) return;
-  displayedLocale_ = DesktopLocale::current();
-  rebuildInterface();
-}
-
-void NavoraAppDelegate::handleAppearanceMessage(const Json& body) {
-  const auto appearance = CaptureAppearance::read(body);
-  if (!appearance) return;
-  quickCapturePanel_->syncAppearance(body);
-  window_->setAppearance(appearance->windowAppearance());
-}
-
-void NavoraAppDelegate::rebuildInterface() {
-  window_->setTitle(L(productName));
-  quickCapturePanel_->refreshLocale();
-  errorView_->refreshLocale();
 }
 
 }  // namespace navora

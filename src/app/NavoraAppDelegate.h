@@ -9,10 +9,13 @@
 #include "app/LoadFailureView.h"
 #include "capture/DesktopQuickCapture.h"
 #include "navigation/DesktopNavigation.h"
+#include "notifications/DesktopNotifications.h"
 #include "platform/Application.h"
 #include "platform/MainWindow.h"
+#include "platform/Menu.h"
 #include "platform/Platform.h"
 #include "platform/ScriptMessage.h"
+#include "platform/StatusItem.h"
 #include "platform/System.h"
 #include "platform/WebView.h"
 #include "support/Json.h"
@@ -24,6 +27,7 @@ namespace navora {
 // origin and wires the features to each other.
 class NavoraAppDelegate final : public ApplicationDelegate,
                                 public MainWindowDelegate,
+                                public MenuDelegate,
                                 public ScriptMessageHandler {
  public:
   // The origin is fixed here, for the life of the process. The platform must outlive this object.
@@ -43,9 +47,15 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   // Closing only hides the window.
   bool windowShouldClose() override;
 
+  void performMenuAction(MenuAction action) override;
+
   // Messages that do not come from the main frame of a page of the origin are dropped.
   void didReceiveScriptMessage(const ScriptMessage& message) override;
 
+  // Says what the application is.
+  void about();
+  // Asks the desktop for permission to show notifications.
+  void enableNotifications();
   // Brings the window to the front, whatever state it is in.
   void showWindow();
   // Loads the page again, past the local cache; the origin itself where no page of it is shown.
@@ -67,18 +77,23 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void refreshAfterResume();
 
  private:
+  void makeMenus();
   void makeWindow();
   void makeWebView();
   void makeNavigation();
   void makeErrorView();
   void observeSystem();
   void makeQuickCapture();
+  void makeStatusItem();
+  void registerCaptureShortcut();
+  void makeNotifications();
   void loadLogin();
   void pageDidLoad();
 
   std::optional<Url> currentServiceUrl() const;
   void handleLocaleMessage(const Json& body);
   void handleAppearanceMessage(const Json& body);
+  void handleNotificationsMessage(const Json& body);
   void rebuildInterface();
 
   Platform& platform_;
@@ -94,7 +109,9 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   std::unique_ptr<ObserverToken> timeZoneObserver_;
   std::unique_ptr<ObserverToken> wakeObserver_;
   std::unique_ptr<DesktopQuickCapture> quickCapturePanel_;
+  std::unique_ptr<StatusItem> statusItem_;
   std::unique_ptr<CaptureShortcut> captureShortcut_;
+  std::unique_ptr<DesktopNotifications> notifications_;
 };
 
 }  // namespace navora

@@ -3,24 +3,26 @@
 #include <algorithm>
 
 #include "app/DesktopLocale.h"
+#include "app/NavoraIcon.h"
 #include "capture/QuickCapturePolicy.h"
 #include "navigation/DesktopOrigin.h"
 
 namespace navora {
 namespace {
 
-void runSelfTests() {
+void runSelfTests(Imaging& imaging) {
   DesktopOrigin::selfTest();
   QuickCapturePolicy::selfTest();
   DesktopLocale::selfTest();
+  NavoraIcon::selfTest(imaging);
 }
 
 }  // namespace
 
-int NavoraMain::main(const std::vector<std::string>& arguments,
+int NavoraMain::main(const std::vector<std::string>& arguments, Imaging& imaging,
                      const std::function<int()>& runApplication) {
   if (std::ranges::find(arguments, "--self-test") == arguments.end()) return runApplication();
-  runSelfTests();
+  runSelfTests(imaging);
   return 0;
 }
 

@@ -34,14 +34,12 @@ std::string stateScript(AuthorizationStatus status, bool enabled) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications(Platform& platform, NotificationCenter& center,
-                                           std::weak_ptr<WebView> webView, Url origin,
-                                           std::string_view deniedText)
+DesktopNotifications::DesktopNotifications(Platform& platform, std::weak_ptr<WebView> webView,
+                                           Url origin)
     : platform_(platform),
-      center_(center),
+      center_(platform.notificationCenter()),
       webView_(std::move(webView)),
       origin_(std::move(origin)),
-      deniedText_(deniedText),
       client_(platform, origin_) {
   center_.setDelegate(this);
 }
@@ -171,7 +169,7 @@ Task<> DesktopNotifications::authorize() {
   if (!result) {
     co_await runAlert(result.error().localizedDescription);
   } else if (!*result) {
-    co_await runAlert(L(deniedText_));
+    co_await runAlert(platform_.wording().notificationsDenied);
   } else {
     platform_.userDefaults().setValue(enabledKey, true);
     start();

@@ -27,10 +27,8 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   // The user's default that switches everything off; absent means on.
   static constexpr std::string_view enabledKey = "desktopNotificationsEnabled";
 
-  // `deniedText` is the key of the text that is shown when the desktop refuses. The doors must
-  // outlive this object; it becomes the delegate of the center.
-  DesktopNotifications(Platform& platform, NotificationCenter& center,
-                       std::weak_ptr<WebView> webView, Url origin, std::string_view deniedText);
+  // The platform must outlive this object, which becomes the delegate of its notification center.
+  DesktopNotifications(Platform& platform, std::weak_ptr<WebView> webView, Url origin);
   ~DesktopNotifications() override;
 
   DesktopNotifications(const DesktopNotifications&) = delete;
@@ -84,7 +82,6 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   NotificationCenter& center_;
   const std::weak_ptr<WebView> webView_;
   const Url origin_;
-  const std::string_view deniedText_;
 
   NotificationClient client_;
   bool active_ = false;

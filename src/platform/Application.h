@@ -1,5 +1,10 @@
 #pragma once
 
+#include <vector>
+
+#include "platform/AboutPanel.h"
+#include "platform/Menu.h"
+
 namespace navora {
 
 // What the desktop tells the application.
@@ -24,6 +29,10 @@ class Application {
 
   // Brings the application in front of all others.
   virtual void activateIgnoringOtherApplications() = 0;
+
+  // Replaces all menus. The delegate must outlive the application's run.
+  virtual void setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) = 0;
+  virtual void orderFrontStandardAboutPanel(const AboutPanelOptions& options) = 0;
 };
 
 }  // namespace navora

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
 namespace navora {
 
-// Keys of those texts that name the desktop or its settings, and so differ from host to host.
+// Those texts that name the desktop or its settings, and so differ from host to host; in the
+// interface's current language.
 struct DesktopWording {
   // Why no notification can be shown, and what to do about it.
-  std::string_view notificationsDenied;
-  // A check for updates found none.
-  std::string_view upToDate;
+  std::string notificationsDenied;
 };
 
 }  // namespace navora

@@ -4,13 +4,17 @@
 
 #include "platform/Application.h"
 #include "platform/CapturePanel.h"
+#include "platform/DesktopWording.h"
 #include "platform/Dialogs.h"
 #include "platform/ErrorView.h"
 #include "platform/HotKeys.h"
 #include "platform/HttpSession.h"
+#include "platform/Image.h"
 #include "platform/MainQueue.h"
 #include "platform/MainWindow.h"
+#include "platform/NotificationCenter.h"
 #include "platform/Resources.h"
+#include "platform/StatusItem.h"
 #include "platform/System.h"
 #include "platform/UserDefaults.h"
 #include "platform/WebView.h"
@@ -27,11 +31,14 @@ class Platform {
   virtual Application& application() = 0;
   virtual Dialogs& dialogs() = 0;
   virtual HotKeys& hotKeys() = 0;
+  virtual Imaging& imaging() = 0;
   virtual MainQueue& mainQueue() = 0;
+  virtual NotificationCenter& notificationCenter() = 0;
   virtual Resources& resources() = 0;
   virtual System& system() = 0;
   virtual UserDefaults& userDefaults() = 0;
   virtual Workspace& workspace() = 0;
+  virtual DesktopWording wording() const = 0;
 
   // The delegate must outlive the window.
   virtual std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
@@ -43,6 +50,9 @@ class Platform {
   // The delegate must outlive the panel.
   virtual std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
                                                          CapturePanelDelegate& delegate) = 0;
+  // The delegate must outlive the item.
+  virtual std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
+                                                     MenuDelegate& delegate) = 0;
   virtual std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) = 0;
 };

@@ -30,6 +30,10 @@ FakeCapturePanel& FakePlatform::capturePanel() const {
   return present(captureDesktop_.panel, __LINE__);
 }
 
+FakeStatusItem& FakePlatform::statusItem() const {
+  return present(statusItem_, __LINE__);
+}
+
 std::shared_ptr<MainWindow> FakePlatform::makeMainWindow(const MainWindowDescription& description,
                                                          MainWindowDelegate& delegate) {
   auto window = std::make_shared<FakeMainWindow>(log_, description, delegate);
@@ -52,6 +56,11 @@ std::unique_ptr<ErrorView> FakePlatform::makeErrorView(MainWindow& window,
 std::unique_ptr<CapturePanel> FakePlatform::makeCapturePanel(Size contentSize,
                                                              CapturePanelDelegate& delegate) {
   return std::make_unique<FakeCapturePanel>(log_, captureDesktop_, contentSize, delegate);
+}
+
+std::unique_ptr<StatusItem> FakePlatform::makeStatusItem(const StatusItemDescription& description,
+                                                         MenuDelegate& delegate) {
+  return std::make_unique<FakeStatusItem>(log_, description, delegate, statusItem_);
 }
 
 std::unique_ptr<HttpSession> FakePlatform::makeHttpSession(

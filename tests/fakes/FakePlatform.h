@@ -9,9 +9,12 @@
 #include "fakes/FakeErrorView.h"
 #include "fakes/FakeHotKeys.h"
 #include "fakes/FakeHttpSession.h"
+#include "fakes/FakeImaging.h"
 #include "fakes/FakeMainQueue.h"
 #include "fakes/FakeMainWindow.h"
+#include "fakes/FakeNotificationCenter.h"
 #include "fakes/FakeResources.h"
+#include "fakes/FakeStatusItem.h"
 #include "fakes/FakeSystem.h"
 #include "fakes/FakeWebView.h"
 #include "fakes/FakeWorkspace.h"
@@ -30,17 +33,21 @@ class FakePlatform final : public Platform {
   FakeWebView& webView() const;
   FakeErrorView& errorView() const;
   FakeCapturePanel& capturePanel() const;
+  FakeStatusItem& statusItem() const;
   FakeCapturePanel::Desktop& captureDesktop() { return captureDesktop_; }
   FakeHttpSession::Network& network() { return *network_; }
 
   FakeApplication& application() override { return application_; }
   FakeDialogs& dialogs() override { return dialogs_; }
   FakeHotKeys& hotKeys() override { return hotKeys_; }
+  FakeImaging& imaging() override { return imaging_; }
   FakeMainQueue& mainQueue() override { return mainQueue_; }
+  FakeNotificationCenter& notificationCenter() override { return notificationCenter_; }
   FakeResources& resources() override { return resources_; }
   FakeSystem& system() override { return system_; }
   MemoryUserDefaults& userDefaults() override { return userDefaults_; }
   FakeWorkspace& workspace() override { return workspace_; }
+  DesktopWording wording() const override { return {"Уведомления запрещены"}; }
 
   std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
                                              MainWindowDelegate& delegate) override;
@@ -49,6 +56,8 @@ class FakePlatform final : public Platform {
                                            const ErrorViewDescription& description) override;
   std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
                                                  CapturePanelDelegate& delegate) override;
+  std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
+                                             MenuDelegate& delegate) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 
@@ -57,12 +66,15 @@ class FakePlatform final : public Platform {
   FakeApplication application_{log_};
   FakeDialogs dialogs_{log_};
   FakeHotKeys hotKeys_{log_};
+  FakeImaging imaging_;
   FakeMainQueue mainQueue_;
+  FakeNotificationCenter notificationCenter_;
   FakeResources resources_;
   FakeSystem system_{log_};
   MemoryUserDefaults userDefaults_;
   FakeWorkspace workspace_{log_};
   FakeCapturePanel::Desktop captureDesktop_;
+  FakeStatusItem* statusItem_ = nullptr;
   std::shared_ptr<FakeHttpSession::Network> network_ = std::make_shared<FakeHttpSession::Network>();
   std::weak_ptr<FakeMainWindow> window_;
   std::weak_ptr<FakeWebView> webView_;

@@ -90,6 +90,10 @@ void LinuxApplication::shutDown() {
 
 void LinuxApplication::watch(LinuxMainWindow& window) {
   window_ = &window;
+  if (menuBar_) {
+    window.setMenuBar(menuBar_->widget());
+    menuBar_->addMainWindow(window.native());
+  }
   window.native().property_is_active().signal_changed().connect([this] { activeWindowChanged(); });
 }
 
@@ -104,6 +108,7 @@ void LinuxApplication::activeWindowChanged() {
 
 void LinuxApplication::watchPanel(Gtk::Window& panel) {
   panel_ = &panel;
+  if (menuBar_) menuBar_->addPanel(panel);
   panel.property_is_active().signal_changed().connect(
       [this] { Glib::signal_idle().connect_once([this] { settleActivity(); }); });
 }
@@ -113,6 +118,24 @@ void LinuxApplication::settleActivity() {
   const bool wasActive = active_;
   active_ = hasActiveWindow();
   if (active_ && !wasActive) delegate_->applicationDidBecomeActive();
+}
+
+void LinuxApplication::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
+  if (!menuBar_) menuBar_.emplace(commands());
+  menuBar_->setMenus(menus, delegate);
+}
+
+void LinuxApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options) {
+  aboutPanel_.show(window_ != nullptr && window_->isVisible() ? &window_->native() : nullptr,
+                   options);
+}
+
+ApplicationCommands LinuxApplication::commands() {
+  return {.hide =
+              [this] {
+                if (window_ != nullptr) window_->orderOut();
+              },
+          .terminate = [this] { application_->quit(); }};
 }
 
 void LinuxApplication::activateIgnoringOtherApplications() {

@@ -1,9 +1,12 @@
 #pragma once
 
-#include <memory>
+#include <optional>
+#include <vector>
 
 #include <gtkmm/application.h>
 
+#include "hosts/linux/LinuxAboutPanel.h"
+#include "hosts/linux/LinuxMenuBar.h"
 #include "platform/Application.h"
 
 namespace navora {
@@ -36,6 +39,12 @@ class LinuxApplication final : public Application {
   void watchPanel(Gtk::Window& panel);
 
   void activateIgnoringOtherApplications() override;
+  // The menus appear in the windows that are watched from then on.
+  void setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) override;
+  void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
+
+  // What menus do to the whole application.
+  ApplicationCommands commands();
 
  private:
   // Leaves what this launch is for to the running instance, if that is all; returns the exit status
@@ -48,6 +57,8 @@ class LinuxApplication final : public Application {
   void settleActivity();
 
   Glib::RefPtr<Gtk::Application> application_;
+  std::optional<LinuxMenuBar> menuBar_;
+  LinuxAboutPanel aboutPanel_;
   ApplicationDelegate* delegate_ = nullptr;
   LinuxMainWindow* window_ = nullptr;
   Gtk::Window* panel_ = nullptr;

@@ -47,8 +47,10 @@ LinuxMainWindow::LinuxMainWindow(const MainWindowDescription& description,
   window_.set_icon_name(iconName);
   window_.set_position(Gtk::WIN_POS_CENTER);
   restoreSize(description);
-  window_.add(overlay_);
+  layout_.pack_end(overlay_, true, true);
+  layout_.show();
   overlay_.show();
+  window_.add(layout_);
 
   window_.signal_delete_event().connect(
       [&delegate](GdkEventAny*) { return !delegate.windowShouldClose(); });
@@ -99,6 +101,10 @@ void LinuxMainWindow::saveSize() {
 
 void LinuxMainWindow::setTitle(const std::string& title) {
   window_.set_title(title);
+}
+
+void LinuxMainWindow::setMenuBar(Gtk::Widget& menuBar) {
+  layout_.pack_start(menuBar, false, false);
 }
 
 void LinuxMainWindow::setContentView(std::shared_ptr<WebView> webView) {

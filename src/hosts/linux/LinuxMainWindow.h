@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include <gtkmm/box.h>
 #include <gtkmm/overlay.h>
 #include <gtkmm/window.h>
 #include <sigc++/connection.h>
@@ -32,6 +33,8 @@ class LinuxMainWindow final : public MainWindow {
   void makeKeyAndOrderFront() override;
   void orderOut() override;
 
+  // Above the content.
+  void setMenuBar(Gtk::Widget& menuBar);
   bool isVisible() const { return window_.get_visible(); }
   // Past the window manager's prevention of focus stealing.
   void forceToFront();
@@ -51,6 +54,7 @@ class LinuxMainWindow final : public MainWindow {
   const std::string autosaveName_;
   std::shared_ptr<LinuxWebView> webView_;
   Gtk::Window window_;
+  Gtk::Box layout_{Gtk::ORIENTATION_VERTICAL};
   Gtk::Overlay overlay_;
   sigc::connection pendingSave_;
 };

@@ -1,5 +1,6 @@
 #include "hosts/linux/LinuxPlatform.h"
 
+#include "app/DesktopLocale.h"
 #include "hosts/linux/LinuxCapturePanel.h"
 #include "hosts/linux/LinuxErrorView.h"
 #include "hosts/linux/LinuxHttpSession.h"
@@ -33,6 +34,18 @@ std::unique_ptr<CapturePanel> LinuxPlatform::makeCapturePanel(Size contentSize,
   auto panel = std::make_unique<LinuxCapturePanel>(contentSize, delegate, *colorScheme_);
   application_.watchPanel(panel->native());
   return panel;
+}
+
+DesktopWording LinuxPlatform::wording() const {
+  return {
+      L("Уведомления недоступны. Включите службу уведомлений рабочего стола и попробуйте ещё "
+        "раз.")};
+}
+
+std::unique_ptr<StatusItem> LinuxPlatform::makeStatusItem(const StatusItemDescription& description,
+                                                          MenuDelegate& delegate) {
+  return std::make_unique<LinuxStatusItem>(description, delegate, application_.commands(),
+                                           *colorScheme_, missingTray_);
 }
 
 std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(

@@ -7,8 +7,11 @@
 #include "hosts/linux/LinuxApplication.h"
 #include "hosts/linux/LinuxDialogs.h"
 #include "hosts/linux/LinuxHotKeys.h"
+#include "hosts/linux/LinuxImaging.h"
 #include "hosts/linux/LinuxMainQueue.h"
+#include "hosts/linux/LinuxNotificationCenter.h"
 #include "hosts/linux/LinuxResources.h"
+#include "hosts/linux/LinuxStatusItem.h"
 #include "hosts/linux/LinuxSystem.h"
 #include "hosts/linux/LinuxUserDefaults.h"
 #include "hosts/linux/LinuxWorkspace.h"
@@ -23,11 +26,14 @@ class LinuxPlatform final : public Platform {
   LinuxApplication& application() override { return application_; }
   Dialogs& dialogs() override { return dialogs_; }
   HotKeys& hotKeys() override { return hotKeys_; }
+  Imaging& imaging() override { return imaging_; }
   MainQueue& mainQueue() override { return mainQueue_; }
+  NotificationCenter& notificationCenter() override { return notificationCenter_; }
   Resources& resources() override { return resources_; }
   System& system() override { return system_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
   Workspace& workspace() override { return workspace_; }
+  DesktopWording wording() const override;
 
   std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
                                              MainWindowDelegate& delegate) override;
@@ -36,6 +42,8 @@ class LinuxPlatform final : public Platform {
                                            const ErrorViewDescription& description) override;
   std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
                                                  CapturePanelDelegate& delegate) override;
+  std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
+                                             MenuDelegate& delegate) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 
@@ -43,11 +51,14 @@ class LinuxPlatform final : public Platform {
   LinuxApplication application_;
   LinuxDialogs dialogs_;
   LinuxHotKeys hotKeys_;
+  LinuxImaging imaging_;
   LinuxMainQueue mainQueue_;
+  LinuxNotificationCenter notificationCenter_;
   LinuxResources resources_;
   LinuxSystem system_;
   LinuxUserDefaults userDefaults_;
   LinuxWorkspace workspace_;
+  MissingTray missingTray_;
   std::optional<ColorScheme> colorScheme_;
   std::optional<WebSession> webSession_;
 };

@@ -5,6 +5,7 @@
 #include "app/DesktopLocale.h"
 #include "app/NavoraAppDelegate.h"
 #include "app/NavoraMain.h"
+#include "hosts/linux/LinuxImaging.h"
 #include "hosts/linux/LinuxPlatform.h"
 
 namespace {
@@ -25,6 +26,8 @@ int runApplication(Purpose purpose) {
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv, argv + argc);
   const bool capture = std::ranges::find(arguments, "--capture") != arguments.end();
-  return navora::NavoraMain::main(
-      arguments, [&] { return runApplication(capture ? Purpose::capture : Purpose::application); });
+  navora::LinuxImaging imaging;
+  return navora::NavoraMain::main(arguments, imaging, [&] {
+    return runApplication(capture ? Purpose::capture : Purpose::application);
+  });
 }

@@ -2,6 +2,7 @@
 
 #import <AppKit/AppKit.h>
 
+#include "hosts/macos/MacMenus.h"
 #include "platform/Application.h"
 
 @class NavoraApplicationForwarder;
@@ -20,10 +21,13 @@ class MacApplication final : public Application {
   int run(ApplicationDelegate& delegate);
 
   void activateIgnoringOtherApplications() override;
+  void setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) override;
+  void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
 
  private:
   NSApplication* application_;
   NavoraApplicationForwarder* forwarder_;
+  MacMenus menus_;
 };
 
 }  // namespace navora

@@ -1,5 +1,7 @@
 #include "hosts/macos/MacApplication.h"
 
+#include "hosts/macos/MacAboutPanel.h"
+
 @interface NavoraApplicationForwarder : NSObject <NSApplicationDelegate>
 @property(nonatomic) navora::ApplicationDelegate* delegate;
 @end
@@ -53,6 +55,14 @@ int MacApplication::run(ApplicationDelegate& delegate) {
 
 void MacApplication::activateIgnoringOtherApplications() {
   [application_ activateIgnoringOtherApps:YES];
+}
+
+void MacApplication::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
+  menus_.setMainMenu(menus, delegate);
+}
+
+void MacApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options) {
+  orderFrontAboutPanel(options);
 }
 
 }  // namespace navora

@@ -2,7 +2,9 @@
 
 #include "hosts/macos/MacDialogs.h"
 #include "hosts/macos/MacHotKeys.h"
+#include "hosts/macos/MacImaging.h"
 #include "hosts/macos/MacMainQueue.h"
+#include "hosts/macos/MacNotificationCenter.h"
 #include "hosts/macos/MacResources.h"
 #include "hosts/macos/MacSystem.h"
 #include "hosts/macos/MacUserDefaults.h"
@@ -19,11 +21,14 @@ class MacPlatform final : public Platform {
   Application& application() override { return application_; }
   Dialogs& dialogs() override { return dialogs_; }
   HotKeys& hotKeys() override { return hotKeys_; }
+  Imaging& imaging() override { return imaging_; }
   MainQueue& mainQueue() override { return mainQueue_; }
+  NotificationCenter& notificationCenter() override { return notificationCenter_; }
   Resources& resources() override { return resources_; }
   System& system() override { return system_; }
   UserDefaults& userDefaults() override { return userDefaults_; }
   Workspace& workspace() override { return workspace_; }
+  DesktopWording wording() const override;
 
   std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
                                              MainWindowDelegate& delegate) override;
@@ -32,6 +37,8 @@ class MacPlatform final : public Platform {
                                            const ErrorViewDescription& description) override;
   std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
                                                  CapturePanelDelegate& delegate) override;
+  std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
+                                             MenuDelegate& delegate) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 
@@ -39,7 +46,9 @@ class MacPlatform final : public Platform {
   Application& application_;
   MacDialogs dialogs_;
   MacHotKeys hotKeys_;
+  MacImaging imaging_;
   MacMainQueue mainQueue_;
+  MacNotificationCenter notificationCenter_;
   MacResources resources_;
   MacSystem system_;
   MacUserDefaults userDefaults_;

@@ -1,9 +1,11 @@
 #include "hosts/macos/MacPlatform.h"
 
+#include "app/DesktopLocale.h"
 #include "hosts/macos/MacCapturePanel.h"
 #include "hosts/macos/MacErrorView.h"
 #include "hosts/macos/MacHttpSession.h"
 #include "hosts/macos/MacMainWindow.h"
+#include "hosts/macos/MacStatusItem.h"
 #include "hosts/macos/MacWebView.h"
 
 namespace navora {
@@ -26,6 +28,16 @@ std::unique_ptr<ErrorView> MacPlatform::makeErrorView(MainWindow& window,
 std::unique_ptr<CapturePanel> MacPlatform::makeCapturePanel(Size contentSize,
                                                             CapturePanelDelegate& delegate) {
   return std::make_unique<MacCapturePanel>(contentSize, delegate);
+}
+
+DesktopWording MacPlatform::wording() const {
+  return {L("Уведомления запрещены в macOS. Разрешите их в Системных настройках → Уведомления → "
+            "Навора.")};
+}
+
+std::unique_ptr<StatusItem> MacPlatform::makeStatusItem(const StatusItemDescription& description,
+                                                        MenuDelegate& delegate) {
+  return std::make_unique<MacStatusItem>(description, delegate);
 }
 
 std::unique_ptr<HttpSession> MacPlatform::makeHttpSession(

@@ -4,6 +4,7 @@
 #include "app/NavoraAppDelegate.h"
 #include "app/NavoraMain.h"
 #include "hosts/macos/MacApplication.h"
+#include "hosts/macos/MacImaging.h"
 #include "hosts/macos/MacPlatform.h"
 
 namespace {
@@ -22,6 +23,8 @@ int main(int argc, char* argv[]) {
     navora::DesktopLocale::configure(
         [] { return navora::MacSystem().preferredLanguages(); },
         [] { return navora::MacResources().read("i18n-catalog", "json"); });
-    return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc), runApplication);
+    navora::MacImaging imaging;
+    return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc), imaging,
+                                    runApplication);
   }
 }

@@ -27,7 +27,8 @@ class NavoraAppDelegateCaptureTest : public AppDelegateTest {
     panel().editor().type("Note");
     panel().clickSubmit();
     log().take();
-    webView().answerCookies();
+    while (webView().cookieQuestions() > 0)
+      webView().answerCookies();
   }
 };
 

@@ -21,10 +21,11 @@ TEST_F(NavoraAppDelegateLaunchTest, MakesNothingBeforeTheApplicationHasLaunched)
 TEST_F(NavoraAppDelegateLaunchTest, StartsUpInOrder) {
   launch();
   EXPECT_THAT(log().events(),
-              ElementsAre("window.make", "webView.make", "webView.setNavigationDelegate",
-                          "webView.setPageDialogDelegate", "window.setContentView",
-                          "errorView.make", "system.observeTimeZoneChange", "system.observeWake",
-                          "panel.make", "hotKeys.addLocalMonitor", "hotKeys.installEventHandler",
+              ElementsAre("application.setMainMenu", "window.make", "webView.make",
+                          "webView.setNavigationDelegate", "webView.setPageDialogDelegate",
+                          "window.setContentView", "errorView.make", "system.observeTimeZoneChange",
+                          "system.observeWake", "panel.make", "statusItem.make",
+                          "hotKeys.addLocalMonitor", "hotKeys.installEventHandler",
                           "hotKeys.register", "webView.load https://navora.example/login",
                           "window.makeKeyAndOrderFront", "application.activate"));
 }

@@ -60,8 +60,10 @@ TEST_F(NavoraAppDelegateLocaleTest, IgnoresASubframeAndAForeignPage) {
 
 TEST_F(NavoraAppDelegateLocaleTest, RebuildsTheInterfaceInOrder) {
   post(R"({"requestedLocale": "en"})");
-  EXPECT_THAT(log().take(), ElementsAre("window.setTitle Navora", "errorView.remove",
-                                        "errorView.make", "errorView.hide", "errorView.setDetail"));
+  EXPECT_THAT(log().take(),
+              ElementsAre("window.setTitle Navora", "application.setMainMenu", "errorView.remove",
+                          "errorView.make", "errorView.hide", "errorView.setDetail",
+                          "statusItem.remove", "statusItem.make"));
 }
 
 TEST_F(NavoraAppDelegateLocaleTest, RebuildsNothingWhenTheLanguageStaysTheSame) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/NavoraMain.h"
+#include "fakes/FakeImaging.h"
 
 namespace navora {
 namespace {
@@ -22,9 +23,10 @@ constexpr int applicationStatus = 42;
 
 Outcome run(const Arguments& arguments) {
   Outcome outcome;
+  FakeImaging imaging;
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
-  outcome.status = NavoraMain::main(arguments, [&] {
+  outcome.status = NavoraMain::main(arguments, imaging, [&] {
     ++outcome.applicationRuns;
     return applicationStatus;
   });
@@ -34,10 +36,12 @@ Outcome run(const Arguments& arguments) {
 }
 
 const Outcome applicationRan{applicationStatus, 1, "", ""};
-const Outcome selfTestsPassed{0, 0,
-                              "PASS: desktop navigation policy (17 checks)\nPASS: quick capture "
-                              "policy (11 checks)\nPASS: native locale policy (3 checks)\n",
-                              ""};
+const Outcome selfTestsPassed{
+    0, 0,
+    "PASS: desktop navigation policy (17 checks)\nPASS: quick capture "
+    "policy (11 checks)\nPASS: native locale policy (3 checks)\nPASS: "
+    "Navora menu bar icon (transparent corners, visible mark, template)\n",
+    ""};
 
 void PrintTo(const Outcome& outcome, std::ostream* stream) {
   *stream << "status " << outcome.status << ", " << outcome.applicationRuns << " runs, \""

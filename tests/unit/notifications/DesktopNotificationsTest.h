@@ -7,7 +7,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "fakes/FakeNotificationCenter.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/LocaleScope.h"
 #include "fakes/TestUrl.h"
@@ -23,8 +22,7 @@ class DesktopNotificationsTest : public testing::Test {
     webView = std::make_shared<FakeWebView>(platform.log(), WebViewConfiguration{origin});
     webView->setUrl(origin);
     webView->cookies = {{"tolvin_session", "abc", "navora.example", "/", true, std::nullopt}};
-    notifications = std::make_unique<DesktopNotifications>(platform, center, webView, origin,
-                                                           "Уведомления запрещены");
+    notifications = std::make_unique<DesktopNotifications>(platform, webView, origin);
     notifications->onOpen = [this](const Url& url) { opened.push_back(url); };
   }
 
@@ -83,7 +81,7 @@ class DesktopNotificationsTest : public testing::Test {
   const Url origin = testUrl("https://navora.example/");
   LocaleScope locale;
   FakePlatform platform;
-  FakeNotificationCenter center;
+  FakeNotificationCenter& center = platform.notificationCenter();
   std::shared_ptr<FakeWebView> webView;
   std::vector<Url> opened;
   std::unique_ptr<DesktopNotifications> notifications;

@@ -1,0 +1,78 @@
+// What the user can make the application do: the menus' commands and a click on a notification.
+#include "app/NavoraAppDelegate.h"
+#include "app/NavoraMenus.h"
+#include "support/FatalError.h"
+
+namespace navora {
+
+void NavoraAppDelegate::performMenuAction(MenuAction action) {
+  switch (action) {
+    case MenuAction::about:
+      return about();
+    case MenuAction::enableNotifications:
+      return enableNotifications();
+    case MenuAction::quickCapture:
+      return quickCapture();
+    case MenuAction::reload:
+      return reload();
+    case MenuAction::openInBrowser:
+      return openInBrowser();
+    case MenuAction::showWindow:
+      return showWindow();
+    default:
+      return;
+  }
+}
+
+void NavoraAppDelegate::about() {
+  platform_.application().orderFrontStandardAboutPanel(NavoraMenus::about());
+}
+
+void NavoraAppDelegate::enableNotifications() {
+  notifications_->requestAuthorization();
+}
+
+void NavoraAppDelegate::showWindow() {
+  if (!window_) fatalError("The main window is missing", "App", __LINE__);
+  if (window_->isMiniaturized()) window_->deminiaturize();
+  window_->makeKeyAndOrderFront();
+  platform_.application().activateIgnoringOtherApplications();
+}
+
+void NavoraAppDelegate::quickCapture() {
+  if (!restartPrepared_) quickCapturePanel_->show();
+}
+
+void NavoraAppDelegate::reload() {
+  if (restartPrepared_) return;
+  errorView_->hide();
+  webView_->load(
+      WebRequest{currentServiceUrl().value_or(origin_), CachePolicy::reloadIgnoringLocalCacheData});
+}
+
+void NavoraAppDelegate::openInBrowser() {
+  platform_.workspace().open(currentServiceUrl().value_or(origin_));
+}
+
+void NavoraAppDelegate::openNotification(const Url& url) {
+  if (restartPrepared_) return;
+  captureFocus_->capturePending = false;
+  captureFocus_->pendingDestination = url;
+  showWindow();
+  if (!url.path().empty() && url.path() != "/") {
+    captureFocus_->pendingDestination.reset();
+    webView_->load(WebRequest{url});
+    return;
+  }
+  // A place within the root page: the page-ready handler leads there after what is loaded here.
+  const auto shown = currentServiceUrl();
+  if (!shown) {
+    loadLogin();
+  } else if (shown->path() == "/") {
+    captureFocus_->start();
+  } else if (shown->path() != "/login") {
+    webView_->load(WebRequest{origin_});
+  }
+}
+
+}  // namespace navora

@@ -1,0 +1,110 @@
+#include <gmock/gmock.h>
+
+#include "app/NavoraMenus.h"
+#include "unit/app/AppDelegateTest.h"
+
+namespace navora {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* home = "https://navora.example/";
+
+class NavoraAppDelegateMenusTest : public AppDelegateTest {
+ protected:
+  FakeStatusItem& statusItem() { return platform.statusItem(); }
+  const std::vector<MenuItem>& statusItems() { return statusItem().description().menu.items; }
+
+  // The user chooses the action in both menus; what the application did, the same for both.
+  std::vector<std::string> choose(MenuAction action) {
+    log().take();
+    platform.application().choose(action);
+    auto events = log().take();
+    statusItem().choose(action);
+    EXPECT_EQ(log().take(), events);
+    return events;
+  }
+};
+
+TEST_F(NavoraAppDelegateMenusTest, MakesTheMenusAndTheStatusItem) {
+  launch();
+  EXPECT_EQ(platform.application().menus(), NavoraMenus::mainMenu());
+  EXPECT_EQ(statusItem().description().menu, NavoraMenus::statusMenu());
+  EXPECT_EQ(statusItem().description().accessibilityLabel, "Навора");
+  EXPECT_EQ(statusItem().description().image->size(), (Size{18, 18}));
+  EXPECT_TRUE(statusItem().description().image->isTemplate());
+}
+
+TEST_F(NavoraAppDelegateMenusTest, SaysInTheStatusMenuThatTheShortcutIsTaken) {
+  platform.hotKeys().registerStatus = -9878;
+  launch();
+  ASSERT_EQ(statusItems().size(), NavoraMenus::statusMenu().items.size() + 1);
+  EXPECT_EQ(statusItems()[0], NavoraMenus::shortcutTaken());
+}
+
+TEST_F(NavoraAppDelegateMenusTest, SaysNothingWhereNoShortcutCanBeCaughtAtAll) {
+  platform.hotKeys().installStatus = -1;
+  launch();
+  EXPECT_EQ(statusItems(), NavoraMenus::statusMenu().items);
+}
+
+TEST_F(NavoraAppDelegateMenusTest, BuildsEverythingAnewInANewLanguage) {
+  locale.setCatalogs(
+      R"({"en": {"Навора": "Navora", "Правка": "Edit", "Показать Навору": "Show"}})");
+  platform.hotKeys().registerStatus = -9878;
+  launchShowing(testUrl(home));
+  webView().post("navoraLocale", R"({"requestedLocale": "en"})", mainFrame(home));
+  EXPECT_EQ(platform.application().menus()[1].title, "Edit");
+  EXPECT_EQ(platform.application().menus()[2].title, "Вид");
+  EXPECT_EQ(statusItem().description().accessibilityLabel, "Navora");
+  EXPECT_EQ(statusItems(), NavoraMenus::statusMenu().items);
+  EXPECT_EQ(statusItems()[1].title, "Show");
+  EXPECT_THAT(choose(MenuAction::showWindow), Contains("application.activate"));
+}
+
+TEST_F(NavoraAppDelegateMenusTest, ShowsWhatTheApplicationIs) {
+  launch();
+  choose(MenuAction::about);
+  EXPECT_THAT(platform.application().aboutPanels(),
+              ElementsAre(NavoraMenus::about(), NavoraMenus::about()));
+}
+
+TEST_F(NavoraAppDelegateMenusTest, OpensTheQuickCaptureUnlessARestartIsPrepared) {
+  launch();
+  delegate->setRestartPrepared(true);
+  platform.application().choose(MenuAction::quickCapture);
+  EXPECT_FALSE(platform.capturePanel().isVisible());
+  delegate->setRestartPrepared(false);
+  platform.application().choose(MenuAction::quickCapture);
+  EXPECT_TRUE(platform.capturePanel().isVisible());
+}
+
+TEST_F(NavoraAppDelegateMenusTest, DoesWhatTheOtherItemsSay) {
+  launchShowing(testUrl("https://navora.example/circles"));
+  EXPECT_THAT(choose(MenuAction::reload), Contains("webView.load https://navora.example/circles"));
+  EXPECT_THAT(choose(MenuAction::openInBrowser),
+              ElementsAre("workspace.open https://navora.example/circles"));
+  EXPECT_THAT(choose(MenuAction::showWindow),
+              ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
+  EXPECT_THAT(choose(MenuAction::checkForUpdates), IsEmpty());
+}
+
+TEST_F(NavoraAppDelegateMenusTest, AsksForPermissionToNotify) {
+  launch();
+  choose(MenuAction::enableNotifications);
+  EXPECT_EQ(platform.notificationCenter().requests.size(), 2U);
+}
+
+TEST_F(NavoraAppDelegateMenusTest, LeavesTheHostsActionsToTheHost) {
+  launchShowing(testUrl(home));
+  for (const MenuAction action :
+       {MenuAction::hide, MenuAction::terminate, MenuAction::undo, MenuAction::redo,
+        MenuAction::cut, MenuAction::copy, MenuAction::paste, MenuAction::selectAll,
+        MenuAction::performMiniaturize, MenuAction::performClose})
+    EXPECT_THAT(choose(action), IsEmpty());
+}
+
+}  // namespace
+}  // namespace navora
