@@ -1,14 +1,20 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include <gio/gio.h>
 
 #include "hosts/linux/GLibSupport.h"
+#include "hosts/linux/NotificationMessage.h"
+#include "hosts/linux/ShownNotifications.h"
+#include "hosts/linux/TimedAnswer.h"
 #include "platform/NotificationCenter.h"
 #include "support/Lifetime.h"
 
@@ -24,52 +30,55 @@ class LinuxNotificationCenter final : public NotificationCenter {
   LinuxNotificationCenter(const LinuxNotificationCenter&) = delete;
   LinuxNotificationCenter& operator=(const LinuxNotificationCenter&) = delete;
 
+  // Whoever has not answered within this time counts as absent. For the questions from now on.
+  void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
+
   void setDelegate(NotificationCenterDelegate* delegate) override { delegate_ = delegate; }
   void requestAuthorization(Options options,
                             std::function<void(AuthorizationResult)> completion) override;
   void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override;
-  // Waits for the service as long as that lives: to give up on a slow one and try again would show
-  // the notification twice.
+  // Fails when the service is late, but does not forget what it was given: if it shows the
+  // notification after all, a second attempt takes the place of the first.
   void add(const UserNotification& notification,
            std::function<void(std::optional<PlatformError>)> completion) override;
 
  private:
-  // What the service can do.
-  struct Capabilities {
-    bool actions = false;
-    bool markup = false;
-  };
-  struct Shown {
-    std::string identifier;
-    std::string url;
-  };
-  using AddCompletion = std::function<void(std::optional<PlatformError>)>;
+  using AddAnswer = TimedAnswer<std::optional<PlatformError>>::Pointer;
+  // Gets null, and the reason, where there is no session bus.
+  using UseBus = std::function<void(GDBusConnection* bus, const GError* error)>;
 
-  // Null where there is no session bus.
-  void withBus(std::function<void(GDBusConnection*)> use);
+  // A notification on its way to the service.
+  struct Delivery {
+    UserNotification notification;
+    NotificationCapabilities capabilities;
+    bool sound = false;
+    AddAnswer answer;
+  };
+
+  void withBus(UseBus use);
+  static void onBus(GObject* source, GAsyncResult* result, gpointer data);
   void listen(GDBusConnection* bus);
-  void findService(GDBusConnection* bus, std::function<void(bool)> found);
   PresentationOptions presentation() const;
-  void notify(GDBusConnection* bus, const UserNotification& notification, Capabilities capabilities,
-              bool sound, AddCompletion completion);
-  void remember(std::uint32_t id, const UserNotification& notification);
-  std::uint32_t replacedId(const std::string& identifier) const;
-  void actionInvoked(std::uint32_t id, const std::string& action);
+  void deliver(Delivery delivery);
+  void delivered(const Delivery& delivery, std::uint64_t run, GVariant* reply, const GError* error);
 
-  static void onActionInvoked(GDBusConnection* bus, const char* sender, const char* path,
-                              const char* interface, const char* signal, GVariant* parameters,
-                              gpointer self);
-  static void onClosed(GDBusConnection* bus, const char* sender, const char* path,
+  static void onSignal(GDBusConnection* bus, const char* sender, const char* path,
                        const char* interface, const char* signal, GVariant* parameters,
                        gpointer self);
   static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
 
+  std::chrono::milliseconds patience_ = std::chrono::seconds(5);
   NotificationCenterDelegate* delegate_ = nullptr;
-  // By the service's own numbers; only of the service that runs now.
-  std::map<std::uint32_t, Shown> shown_;
+  // More than any desktop keeps on the screen or in its list. Of the service that runs now.
+  ShownNotifications shown_{200};
+  // Changes whenever the service ends: another one counts anew.
+  std::uint64_t run_ = 0;
+  // By identifier, those that the service has not answered yet, with what waits to replace them.
+  std::map<std::string, std::vector<Delivery>> underWay_;
+  std::vector<UseBus> waitingForBus_;
+  // Once there has been one.
   GObjectPtr<GDBusConnection> bus_;
-  guint actionSubscription_ = 0;
-  guint closedSubscription_ = 0;
+  guint subscription_ = 0;
   guint nameWatch_ = 0;
   Lifetime lifetime_;
 };

@@ -31,16 +31,17 @@ std::string withoutControls(const std::string& text) {
   return result;
 }
 
-std::string shortened(const std::string& text, std::size_t length) {
-  std::string prefix = prefixCharacters(text, length);
-  return prefix.size() == text.size() ? prefix : prefix + "…";
-}
-
+// What is far beyond the length need not be looked at.
 std::string readable(const std::string& text, std::size_t length) {
-  // What is far beyond the length need not be looked at.
-  const std::string beginning = text.substr(0, (length + 1) * bytesPerCharacter);
+  std::string beginning = text.substr(0, (length + 1) * bytesPerCharacter);
+  const bool isCut = beginning.size() < text.size();
+  std::erase(beginning, '\0');
   const GCharPtr valid(g_utf8_make_valid(beginning.data(), static_cast<gssize>(beginning.size())));
-  return shortened(withoutControls(valid.get()), length);
+  const std::string clean = withoutControls(valid.get());
+  // The last character may have been cut in two.
+  const std::size_t whole = isCut ? std::max<std::size_t>(characterCount(clean), 2) - 1 : length;
+  std::string prefix = prefixCharacters(clean, std::min(whole, length));
+  return isCut || prefix.size() < clean.size() ? prefix + "…" : prefix;
 }
 
 }  // namespace

@@ -53,28 +53,38 @@ NotificationDaemonStandIn::NotificationDaemonStandIn(const std::string& sessionB
 
 NotificationDaemonStandIn::~NotificationDaemonStandIn() {
   service_.reset();
-  for (const auto& [invocation, id] : waiting_)
+  for (const auto& [invocation, reply] : waiting_) {
     g_object_unref(invocation);
+    if (reply != nullptr) g_variant_unref(g_variant_ref_sink(reply));
+  }
 }
 
 void NotificationDaemonStandIn::answer(const std::string& method, GVariant* parameters,
                                        GDBusMethodInvocation* invocation) {
-  if (method == "Notify") return show(parameters, invocation);
+  const std::lock_guard lock(mutex_);
+  GVariant* answer = reply(method, parameters);
+  if (method == heldMethod_) {
+    waiting_.emplace_back(invocation, answer);
+  } else {
+    g_dbus_method_invocation_return_value(invocation, answer);
+  }
+}
+
+GVariant* NotificationDaemonStandIn::reply(const std::string& method, GVariant* parameters) {
+  if (method == "Notify") return show(parameters);
   if (method == "GetCapabilities") {
     GVariantBuilder list;
     g_variant_builder_init(&list, G_VARIANT_TYPE_STRING_ARRAY);
     for (const std::string& capability : capabilities_)
       g_variant_builder_add(&list, "s", capability.c_str());
-    return g_dbus_method_invocation_return_value(invocation, g_variant_new("(as)", &list));
+    return g_variant_new("(as)", &list);
   }
-  if (method == "GetServerInformation") {
-    return g_dbus_method_invocation_return_value(
-        invocation, g_variant_new("(ssss)", "stand-in", "navora", "1", "1.2"));
-  }
-  g_dbus_method_invocation_return_value(invocation, nullptr);
+  if (method == "GetServerInformation")
+    return g_variant_new("(ssss)", "stand-in", "navora", "1", "1.2");
+  return nullptr;
 }
 
-void NotificationDaemonStandIn::show(GVariant* parameters, GDBusMethodInvocation* invocation) {
+GVariant* NotificationDaemonStandIn::show(GVariant* parameters) {
   const char* application = nullptr;
   const char* icon = nullptr;
   const char* summary = nullptr;
@@ -93,14 +103,9 @@ void NotificationDaemonStandIn::show(GVariant* parameters, GDBusMethodInvocation
   shown.actions = textsOf(actions);
   shown.hints = printed(hints);
 
-  const std::lock_guard lock(mutex_);
   shown.id = shown.replacesId != 0 ? shown.replacesId : ++lastId_;
   notifications_.push_back(shown);
-  if (holding_) {
-    waiting_.emplace_back(invocation, shown.id);
-  } else {
-    g_dbus_method_invocation_return_value(invocation, g_variant_new("(u)", shown.id));
-  }
+  return g_variant_new("(u)", shown.id);
 }
 
 std::vector<NotificationDaemonStandIn::Notification> NotificationDaemonStandIn::notifications()
@@ -109,16 +114,16 @@ std::vector<NotificationDaemonStandIn::Notification> NotificationDaemonStandIn::
   return notifications_;
 }
 
-void NotificationDaemonStandIn::hold() {
+void NotificationDaemonStandIn::hold(const std::string& method) {
   const std::lock_guard lock(mutex_);
-  holding_ = true;
+  heldMethod_ = method;
 }
 
 void NotificationDaemonStandIn::release() {
   const std::lock_guard lock(mutex_);
-  holding_ = false;
-  for (const auto& [invocation, id] : std::exchange(waiting_, {}))
-    g_dbus_method_invocation_return_value(invocation, g_variant_new("(u)", id));
+  heldMethod_.clear();
+  for (const auto& [invocation, reply] : std::exchange(waiting_, {}))
+    g_dbus_method_invocation_return_value(invocation, reply);
 }
 
 std::size_t NotificationDaemonStandIn::waitingCount() const {

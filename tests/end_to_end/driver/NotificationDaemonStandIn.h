@@ -38,8 +38,8 @@ class NotificationDaemonStandIn {
   // Everything that was ever asked, in order.
   std::vector<Notification> notifications() const;
 
-  // From now on keeps whoever asks waiting; `release` answers them all.
-  void hold();
+  // From now on keeps whoever calls this method waiting; `release` answers them all.
+  void hold(const std::string& method = "Notify");
   void release();
   std::size_t waitingCount() const;
 
@@ -50,14 +50,16 @@ class NotificationDaemonStandIn {
 
  private:
   void answer(const std::string& method, GVariant* parameters, GDBusMethodInvocation* invocation);
-  void show(GVariant* parameters, GDBusMethodInvocation* invocation);
+  GVariant* reply(const std::string& method, GVariant* parameters);
+  GVariant* show(GVariant* parameters);
 
   const std::vector<std::string> capabilities_;
   mutable std::mutex mutex_;
   std::vector<Notification> notifications_;
   std::uint32_t lastId_ = 0;
-  bool holding_ = false;
-  std::vector<std::pair<GDBusMethodInvocation*, std::uint32_t>> waiting_;
+  std::string heldMethod_;
+  // With what they will be answered.
+  std::vector<std::pair<GDBusMethodInvocation*, GVariant*>> waiting_;
   std::unique_ptr<BusService> service_;
 };
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <optional>
+#include <string>
+
+namespace navora {
+
+// What the notification service has on display for us, by its numbers. Of very many the oldest are
+// forgotten: services keep no more themselves.
+class ShownNotifications {
+ public:
+  explicit ShownNotifications(std::size_t capacity) : capacity_(capacity) {}
+
+  // Takes the place of what had the same number or the same identifier.
+  void add(std::uint32_t number, const std::string& identifier, const std::string& url);
+  void remove(std::uint32_t number);
+  void clear() { entries_.clear(); }
+
+  std::optional<std::uint32_t> numberOf(const std::string& identifier) const;
+  std::optional<std::string> urlOf(std::uint32_t number) const;
+
+ private:
+  struct Entry {
+    std::uint32_t number;
+    std::string identifier;
+    std::string url;
+  };
+
+  std::size_t capacity_;
+  std::deque<Entry> entries_;
+};
+
+}  // namespace navora
