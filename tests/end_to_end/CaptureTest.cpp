@@ -1,8 +1,17 @@
 #include "end_to_end/CaptureTest.h"
 
 #include <algorithm>
+#include <filesystem>
+
+#include "end_to_end/driver/Files.h"
 
 namespace navora::driver {
+
+void CaptureTest::prepare() {
+  const auto folder = desktop().configHome() / "navora";
+  std::filesystem::create_directories(folder);
+  writeFile(folder / "defaults.json", R"({"desktopNotificationsEnabled": false})");
+}
 
 void CaptureTest::SetUp() {
   EndToEndTest::SetUp();

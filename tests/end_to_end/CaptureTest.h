@@ -15,6 +15,8 @@ class CaptureTest : public EndToEndTest {
   static constexpr const char* hotKey = "Control+Shift+space";
   static constexpr const char* sendKey = "Control+Return";
 
+  // The poll for notifications asks the service some of the same questions: here it is off.
+  void prepare() override;
   void SetUp() override;
   // Whether the test's user signs in first.
   virtual bool signsIn() const { return true; }

@@ -16,7 +16,8 @@ using Arguments = std::vector<std::string>;
 constexpr const char* everyLine =
     "PASS: desktop navigation policy (17 checks)\n"
     "PASS: quick capture policy (11 checks)\n"
-    "PASS: native locale policy (3 checks)\n";
+    "PASS: native locale policy (3 checks)\n"
+    "PASS: Navora menu bar icon (transparent corners, visible mark, template)\n";
 
 constexpr ChildProcess::ExitStatus success{0, 0};
 

@@ -133,6 +133,8 @@ void LinuxApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& opt
 ApplicationCommands LinuxApplication::commands() {
   return {.hide =
               [this] {
+                // The panel takes it for Escape: what is written stays.
+                if (panel_ != nullptr && panel_->get_visible()) panel_->close();
                 if (window_ != nullptr) window_->orderOut();
               },
           .terminate = [this] { application_->quit(); }};

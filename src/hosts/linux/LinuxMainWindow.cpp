@@ -76,8 +76,8 @@ void LinuxMainWindow::restoreSize(const MainWindowDescription& description) {
   };
   window_.set_default_size(fit(wanted.width, description.minimumSize.width, room.width),
                            fit(wanted.height, description.minimumSize.height, room.height));
-  overlay_.set_size_request(static_cast<int>(description.minimumSize.width),
-                            static_cast<int>(description.minimumSize.height));
+  layout_.set_size_request(static_cast<int>(description.minimumSize.width),
+                           static_cast<int>(description.minimumSize.height));
 }
 
 void LinuxMainWindow::sizeChanged() {

@@ -46,6 +46,7 @@ ServiceProcess::Options EndToEndTest::serviceOptions() const {
 
 void EndToEndTest::SetUp() {
   desktop().forget("navora");
+  prepare();
   service_ = std::make_unique<ServiceProcess>(serviceOptions());
   serviceClient_ = std::make_unique<ServiceClient>(service_->controlUrl());
   application_ =

@@ -31,7 +31,9 @@ class EndToEndTest : public testing::Test {
   void SetUp() override;
   void TearDown() override;
 
-  // What a suite may change about a test's beginning.
+  // What a suite may change about a test's beginning. What `prepare` stores on the desktop is there
+  // when the application starts.
+  virtual void prepare() {}
   virtual ServiceProcess::Options serviceOptions() const;
   virtual ApplicationProcess::Options applicationOptions() const { return {}; }
   // The NAVORA_URL of the application.

@@ -42,6 +42,8 @@ void Tour::play() {
   signIn();
   visitViews();
   captureNote();
+  openMenus();
+  openNotification();
   answerPageDialog();
   followForeignLinks();
   pullTheCable();
@@ -111,6 +113,34 @@ void Tour::captureInTheDark() {
   const std::string text = "Нет связи с сервером. Черновик сохранён — попробуйте ещё раз.";
   desktop_.accessibility().waitFor({.role = "label", .name = text}, application_.pid());
   record("capture-offline", "The service is unreachable: the draft stays, in the page's look.");
+}
+
+void Tour::openMenus() {
+  desktop_.keyboard().press("F10");
+  auto about = desktop_.accessibility().waitFor({.role = "menu item", .name = "About Navora"},
+                                                application_.pid());
+  record("menu", "The menus, with their keys.");
+  about.press();
+  desktop_.accessibility().waitFor({.role = "push button", .name = "Close"}, application_.pid());
+  record("about", "What the application is.");
+  desktop_.keyboard().press("Escape");
+  waitUntil([&] { return !hasWidget("push button", "Close"); }, "the About panel is gone");
+}
+
+void Tour::openNotification() {
+  page_.evaluate(
+      "const {circles} = await (await fetch('/api/circles')).json();"
+      "await fetch(`/api/rooms/${circles[1].rooms[0].id}/messages`, {method: 'POST',"
+      " headers: {'Content-Type': 'application/json'}, body: JSON.stringify({text: 'I am on my "
+      "way'})});"
+      "window.webkit.messageHandlers.navoraNotifications.postMessage('enable')");
+  waitUntil([&] { return !notificationDaemon_.notifications().empty(); },
+            "a notification is shown");
+  const auto shown = notificationDaemon_.notifications().front();
+  notificationDaemon_.click(shown.id);
+  page_.waitUntilTrue("location.hash.startsWith('#circles?room=')", "the room is shown");
+  record("notification", "A notification (“" + shown.body + "”) leads to its room.");
+  showView("today");
 }
 
 void Tour::answerPageDialog() {

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "end_to_end/driver/ApplicationProcess.h"
+#include "end_to_end/driver/NotificationDaemonStandIn.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
@@ -28,6 +29,8 @@ class Tour {
   // With the hot key, from another program, and waits until the panel takes keys.
   void openPanel();
   void waitUntilPanelHidden();
+  void openMenus();
+  void openNotification();
   void answerPageDialog();
   void followForeignLinks();
   void pullTheCable();
@@ -42,6 +45,7 @@ class Tour {
   std::filesystem::path folder_;
   int step_ = 0;
   VirtualDesktop desktop_;
+  NotificationDaemonStandIn notificationDaemon_{desktop_.sessionBusAddress()};
   ServiceProcess service_;
   ServiceClient client_;
   ApplicationProcess application_;
