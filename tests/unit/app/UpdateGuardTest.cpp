@@ -1,0 +1,227 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/UpdateGuard.h"
+#include "unit/capture/QuickCaptureTest.h"
+#include "updates/DesktopRestartScript.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string noGuardOnThePage =
+    "Завершите редактирование и перезагрузите страницу перед обновлением.";
+const std::string notChecked =
+    "Не удалось проверить незавершённый ввод. Попробуйте обновление ещё раз.";
+constexpr const char* resumeScript = "window.NavoraUpdateGuard?.resume()";
+
+// The quick capture and the page, both without anything unsaved, and a guard over them.
+class UpdateGuardTest : public QuickCaptureTest {
+ protected:
+  using Answers = std::vector<std::optional<std::string>>;
+
+  UpdateGuardTest() {
+    make();
+    guard = std::make_unique<UpdateGuard>(
+        *webView, [this] { return loading; }, *capture, testUrl(origin));
+    log().take();
+  }
+
+  void prepare() {
+    guard->prepareForUpdate(
+        [this](std::optional<std::string> message) { answers.push_back(std::move(message)); });
+  }
+  // The page's script has run.
+  void pageAnswers(WebView::EvaluationResult result) {
+    webView->finishEvaluation(std::move(result));
+  }
+  void pageIsReady() { pageAnswers(Json("{}")); }
+  Answers takeAnswers() { return std::exchange(answers, {}); }
+  static Answers one(std::optional<std::string> message) { return {std::move(message)}; }
+  static Answers success() { return one(std::nullopt); }
+
+  bool loading = false;
+  Answers answers;
+  std::unique_ptr<UpdateGuard> guard;
+};
+
+TEST_F(UpdateGuardTest, AsksThePage) {
+  prepare();
+  EXPECT_THAT(answers, IsEmpty());
+  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_THAT(webView->scripts(), ElementsAre(DesktopRestartScript::prepare(noGuardOnThePage)));
+  pageIsReady();
+  EXPECT_EQ(takeAnswers(), success());
+  EXPECT_TRUE(guard->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, AsksWithTheMessageInTheUsersLanguage) {
+  locale.setCatalogs(Json{{"en", {{noGuardOnThePage, "Reload \"now\""}}}}.dump());
+  locale.prefer({"en"});
+  prepare();
+  EXPECT_THAT(webView->scripts(), ElementsAre(DesktopRestartScript::prepare("Reload \"now\"")));
+}
+
+TEST_F(UpdateGuardTest, TakesNullForNoReason) {
+  prepare();
+  pageAnswers(Json(R"({"reason": null})"));
+  EXPECT_EQ(takeAnswers(), success());
+}
+
+TEST_F(UpdateGuardTest, GivesThePagesReasonAsItStands) {
+  for (const char* reason : {"An open editor", "", " \n", "⌘⇧Пробел"}) {
+    prepare();
+    pageAnswers(Json(Json{{"reason", reason}}.dump()));
+    EXPECT_EQ(takeAnswers(), one(reason));
+    EXPECT_FALSE(guard->restartPrepared());
+  }
+}
+
+TEST_F(UpdateGuardTest, TakesBackAnEarlierPreparationWhenThePageHasAReasonNow) {
+  prepare();
+  pageIsReady();
+  prepare();
+  pageAnswers(Json(R"({"reason": "An open editor"})"));
+  EXPECT_FALSE(guard->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, BlocksOnAnAnswerThatIsNotClear) {
+  const WebView::EvaluationResult results[] = {
+      Unexpected(PlatformError{"WebKit", 4, "The script failed"}),
+      Json(nullptr),
+      Json(true),
+      Json(5),
+      Json::object(),
+      Json{{"reason", nullptr}},
+      Json(""),
+      Json("null"),
+      Json("[]"),
+      Json("\"text\""),
+      Json("{"),
+      Json("{} {}"),
+      Json("{\"reason\": \"\xFF\"}"),
+      Json(R"({"reason": true})"),
+      Json(R"({"reason": 1})"),
+      Json(R"({"reason": {}})"),
+      Json(R"({"reason": []})"),
+  };
+  for (const auto& result : results) {
+    prepare();
+    pageAnswers(result);
+    EXPECT_EQ(takeAnswers(), one(notChecked));
+    EXPECT_FALSE(guard->restartPrepared());
+  }
+}
+
+TEST_F(UpdateGuardTest, WaitsForADraft) {
+  open("A thought");
+  prepare();
+  EXPECT_EQ(takeAnswers(), one("Сохраните быструю запись (⌘⇧Пробел) или дождитесь её отправки, "
+                               "затем продолжите обновление."));
+  EXPECT_THAT(webView->scripts(), IsEmpty());
+  EXPECT_FALSE(guard->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, WaitsForADraftBeforeEverythingElse) {
+  open("A thought");
+  loading = true;
+  webView->setUrl(testUrl("https://elsewhere.example/"));
+  prepare();
+  EXPECT_THAT(takeAnswers(), ElementsAre(testing::Optional(testing::HasSubstr("быструю запись"))));
+}
+
+TEST_F(UpdateGuardTest, WaitsForThePageToLoad) {
+  loading = true;
+  for (const auto& url :
+       {std::optional(testUrl(origin)), std::optional(testUrl("https://elsewhere.example/")),
+        std::optional<Url>()}) {
+    webView->setUrl(url);
+    prepare();
+    EXPECT_EQ(takeAnswers(), one("Дождитесь загрузки страницы и продолжите обновление."));
+  }
+  EXPECT_THAT(webView->scripts(), IsEmpty());
+}
+
+TEST_F(UpdateGuardTest, IsReadyAtOnceWithoutAPage) {
+  webView->setUrl(std::nullopt);
+  open();
+  prepare();
+  EXPECT_EQ(takeAnswers(), success());
+  EXPECT_TRUE(guard->restartPrepared());
+  EXPECT_FALSE(panel().isVisible());
+  EXPECT_THAT(webView->scripts(), IsEmpty());
+}
+
+TEST_F(UpdateGuardTest, AsksNoForeignPage) {
+  webView->setUrl(testUrl("https://elsewhere.example/"));
+  prepare();
+  EXPECT_EQ(takeAnswers(), one("Вернитесь в Навору и продолжите обновление."));
+  EXPECT_THAT(webView->scripts(), IsEmpty());
+}
+
+TEST_F(UpdateGuardTest, HidesTheQuickCapture) {
+  open();
+  prepare();
+  EXPECT_TRUE(panel().isVisible());
+  pageIsReady();
+  EXPECT_FALSE(panel().isVisible());
+}
+
+TEST_F(UpdateGuardTest, GivesThePageBackWhenADraftWasBegunMeanwhile) {
+  prepare();
+  open("A thought");
+  pageIsReady();
+  EXPECT_EQ(takeAnswers(), one("Сначала сохраните быструю запись (⌘⇧Пробел)."));
+  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_TRUE(panel().isVisible());
+  EXPECT_EQ(webView->scripts().back(), resumeScript);
+}
+
+TEST_F(UpdateGuardTest, GivesThePageBackWhenTheRestartDoesNotCome) {
+  prepare();
+  pageIsReady();
+  guard->resume();
+  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_EQ(webView->scripts().back(), resumeScript);
+  EXPECT_EQ(webView->scripts().size(), 2u);
+}
+
+// The page runs both scripts in their order, so it takes input again when the answer arrives.
+TEST_F(UpdateGuardTest, IsNotPreparedByAnAnswerFromBeforeThePageWasGivenBack) {
+  open();
+  prepare();
+  guard->resume();
+  pageIsReady();
+  EXPECT_EQ(takeAnswers(), one(notChecked));
+  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_TRUE(panel().isVisible());
+}
+
+TEST_F(UpdateGuardTest, CanBePreparedAgain) {
+  prepare();
+  pageIsReady();
+  guard->resume();
+  pageAnswers(Json(nullptr));
+  takeAnswers();
+  prepare();
+  pageIsReady();
+  EXPECT_EQ(takeAnswers(), success());
+  EXPECT_TRUE(guard->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, AnswersNothingAfterItsEnd) {
+  prepare();
+  guard.reset();
+  pageIsReady();
+  EXPECT_THAT(answers, IsEmpty());
+}
+
+}  // namespace
+}  // namespace navora
