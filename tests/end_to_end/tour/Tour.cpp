@@ -3,6 +3,7 @@
 #include <chrono>
 #include <iomanip>
 #include <iostream>
+#include <optional>
 #include <sstream>
 #include <utility>
 
@@ -42,12 +43,12 @@ void Tour::play() {
   signIn();
   visitViews();
   captureNote();
-  openMenus();
-  openNotification();
   answerPageDialog();
   followForeignLinks();
   pullTheCable();
   hideAndShow();
+  openMenus();
+  openNotification();
   changeLanguage();
   captureInTheDark();
   std::cout << step_ << " screenshots in " << folder_.string() << std::endl;
@@ -116,7 +117,7 @@ void Tour::captureInTheDark() {
 }
 
 void Tour::openMenus() {
-  desktop_.keyboard().press("F10");
+  desktop_.accessibility().waitFor({.role = "menu", .name = "Navora"}, application_.pid()).press();
   auto about = desktop_.accessibility().waitFor({.role = "menu item", .name = "About Navora"},
                                                 application_.pid());
   record("menu", "The menus, with their keys.");
@@ -134,9 +135,14 @@ void Tour::openNotification() {
       " headers: {'Content-Type': 'application/json'}, body: JSON.stringify({text: 'I am on my "
       "way'})});"
       "window.webkit.messageHandlers.navoraNotifications.postMessage('enable')");
-  waitUntil([&] { return !notificationDaemon_.notifications().empty(); },
-            "a notification is shown");
-  const auto shown = notificationDaemon_.notifications().front();
+  const auto shown = waitFor(
+      [&]() -> std::optional<NotificationDaemonStandIn::Notification> {
+        // The note that was written before has one of its own.
+        for (const auto& notification : notificationDaemon_.notifications())
+          if (notification.body.find("in Exhibition") != std::string::npos) return notification;
+        return std::nullopt;
+      },
+      "a notification of the answer is shown");
   notificationDaemon_.click(shown.id);
   page_.waitUntilTrue("location.hash.startsWith('#circles?room=')", "the room is shown");
   record("notification", "A notification (“" + shown.body + "”) leads to its room.");
