@@ -1,0 +1,91 @@
+// What a poll for notifications takes of the main thread, with the longest list that is accepted.
+#include <chrono>
+#include <memory>
+#include <string>
+#include <utility>
+
+#include <benchmark/benchmark.h>
+
+#include "fakes/FakePlatform.h"
+#include "notifications/DesktopNotifications.h"
+#include "support/Url.h"
+
+namespace navora {
+namespace {
+
+constexpr std::size_t itemCount = 4000;
+constexpr std::size_t largestReply = 1024 * 1024;
+
+const Url& origin() {
+  static const Url url = *Url::parse("https://navora.example/");
+  return url;
+}
+
+// As long as 4,000 items may be together. All but the newest have been read.
+std::string list(std::size_t newest) {
+  Json items = Json::array();
+  for (std::size_t number = newest + itemCount; number > newest; --number) {
+    items.push_back(
+        {{"id", "n-" + std::to_string(1'000'000 + number)},
+         {"kind", "message"},
+         {"read", number != newest + itemCount},
+         {"resolved", false},
+         {"createdAt", "2026-11-21T04:14:12Z"},
+         {"roomId", "room-" + std::to_string(1000 + number % 9000)},
+         {"data", {{"pushTitle", "Inés \"Harbour\""}}},
+         {"lead", "Inés:"},
+         {"text", "Shall we meet at the harbour at nine? Ça ira, and bring the charts."}});
+  }
+  const Json kinds{{{"key", "message"}, {"default", "phone"}}};
+  return Json{{"notifications", std::move(items)}, {"kinds", kinds}}.dump();
+}
+
+// A user who is signed in, and a service whose lists come when the benchmark says so.
+struct Polls {
+  FakePlatform platform;
+  std::shared_ptr<FakeWebView> webView =
+      std::make_shared<FakeWebView>(platform.log(), WebViewConfiguration{origin()});
+  DesktopNotifications notifications{platform, webView, origin()};
+
+  // A poll up to its last question, which waits for the list.
+  void ask() {
+    platform.mainQueue().advance(std::chrono::seconds(60));
+    webView->answerCookies();
+    platform.network().answer(200, R"({"user": {"id": "u1"}})");
+    platform.network().answer(
+        200,
+        R"({"settings": {"notifyPrefs": "{}", "quietHours": "22:00-07:00"}, "timeZone": "Europe/Berlin"})");
+  }
+  void answer(HttpSession::Result reply) {
+    platform.network().finish(std::move(reply));
+    FakeNotificationCenter& center = platform.notificationCenter();
+    if (center.statusQuestions() > 0) center.answerStatus();
+    while (center.addsUnderWay() > 0)
+      center.finishAdd();
+  }
+};
+
+// Each poll finds one item that is new.
+void poll(benchmark::State& state) {
+  Polls polls;
+  polls.platform.system().time = dateFromSecondsSince1970(1'700'049'600);  // 13:00 in Berlin
+  polls.notifications.start();
+  std::size_t newest = 0;
+  std::size_t bytes = 0;
+  for (auto _ : state) {
+    state.PauseTiming();
+    polls.ask();
+    HttpSession::Result reply = HttpResponse{200, origin(), list(newest++)};
+    bytes = reply->body.size();
+    state.ResumeTiming();
+    polls.answer(std::move(reply));
+  }
+  if (polls.platform.notificationCenter().added.size() + 1 != newest)
+    state.SkipWithError("A poll did not show what was new");
+  if (bytes > largestReply) state.SkipWithError("The list is longer than is accepted");
+  state.counters["bytes"] = static_cast<double>(bytes);
+}
+BENCHMARK(poll)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace navora
