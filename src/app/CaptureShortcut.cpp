@@ -63,7 +63,7 @@ void CaptureShortcut::registerHotKey() {
 }
 
 void CaptureShortcut::debug(const std::string& line) const {
-  if (debugging_) std::cerr << "Navora hotkey: " << line << std::endl;
+  if (debugging_) std::cerr << "Navora hotkey: " << line << '\n';
 }
 
 }  // namespace navora

@@ -81,7 +81,7 @@ std::optional<std::string> DesktopLocale::normalize(std::string_view tag) {
   const std::string folded = lowercased(replaceAll(tag, "_", "-"));
   const auto begin = folded.find_first_not_of('-');
   if (begin == std::string::npos) return std::nullopt;
-  const std::string language = folded.substr(begin, folded.find('-', begin) - begin);
+  std::string language = folded.substr(begin, folded.find('-', begin) - begin);
   if (language == "pt") return "pt-BR";
   if (std::ranges::find(supported(), language) == supported().end()) return std::nullopt;
   return language;

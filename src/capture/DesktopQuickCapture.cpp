@@ -13,7 +13,7 @@ DesktopQuickCapture::DesktopQuickCapture(Platform& platform, std::weak_ptr<WebVi
                                          Url origin)
     : platform_(platform),
       client_(platform, webView, origin),
-      submission_(client_, platform.system(), webView, origin),
+      submission_(client_, platform.system(), std::move(webView), origin),
       telemetry_(client_, platform.mainQueue(), platform.system()),
       palette_(surface_.palette),
       messageText_(CaptureTexts::hint),

@@ -65,7 +65,7 @@ std::string title(const Json& item) {
 }  // namespace
 
 std::optional<Url> notificationDestination(const Json& item, const Url& origin) {
-  const auto url = origin.resolve(destinationPath(item));
+  auto url = origin.resolve(destinationPath(item));
   if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin)) return std::nullopt;
   return url;
 }

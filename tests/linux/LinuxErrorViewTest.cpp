@@ -96,12 +96,13 @@ TEST_F(LinuxErrorViewTest, ShowsDetailsLiterally) {
 
 TEST_F(LinuxErrorViewTest, LongDetailsDoNotWidenTheWindow) {
   showView();
-  view_->setDetail(std::string(2000, 'x') + " " + std::string(200, 'y'));
-  runPendingEvents();
-  EXPECT_EQ(infoOf(window_->native()).content.width, 1100);
   const auto* detail = visibleWidgetsOf<Gtk::Label>(window_->native())[1];
-  ASSERT_TRUE(waitUntil([&] { return detail->get_allocated_height() > 0; }));
+  ASSERT_TRUE(waitUntil([&] { return detail->get_allocated_height() > 1; }));
+  const int before = detail->get_allocated_height();
+  view_->setDetail(std::string(2000, 'x') + " " + std::string(200, 'y'));
+  EXPECT_TRUE(waitUntil([&] { return detail->get_allocated_height() > 10 * before; }));
   EXPECT_LE(detail->get_allocated_width(), 1100);
+  EXPECT_EQ(infoOf(window_->native()).content.width, 1100);
 }
 
 TEST_F(LinuxErrorViewTest, ButtonsDoWhatTheySay) {

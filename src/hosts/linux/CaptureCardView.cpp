@@ -1,6 +1,7 @@
 #include "hosts/linux/CaptureCardView.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 
 #include <gdkmm/screen.h>
@@ -20,7 +21,8 @@ using RegionPtr = std::unique_ptr<cairo_region_t, RegionDeleter>;
 RegionPtr coveredRegion(const Cairo::RefPtr<Cairo::ImageSurface>& alpha) {
   alpha->flush();
   const int width = alpha->get_width();
-  const auto row = [&](int y) { return alpha->get_data() + y * alpha->get_stride(); };
+  const std::ptrdiff_t stride = alpha->get_stride();
+  const auto row = [&](int y) { return alpha->get_data() + y * stride; };
   const int threshold = std::max(1, row(alpha->get_height() / 2)[width / 2] / 2);
   const auto isCovered = [&](unsigned char value) { return value >= threshold; };
   RegionPtr region(cairo_region_create());

@@ -116,7 +116,7 @@ bool HttpTransfer::addHeaders() {
 
 void HttpTransfer::failLater(PlatformError error) {
   failure_ = LinuxMainQueue().after(std::chrono::milliseconds::zero(),
-                                    [this, error] { end(Unexpected(error)); });
+                                    [this, error = std::move(error)] { end(Unexpected(error)); });
 }
 
 void HttpTransfer::restartIdleTimer() {

@@ -51,6 +51,8 @@ void LinuxErrorView::addLabels(const ErrorViewDescription& description) {
   detail_.get_style_context()->add_class("dim-label");
   for (Gtk::Label* label : {&title_, &detail_}) {
     label->set_line_wrap(true);
+    // An address can be one word that is longer than the window is wide.
+    label->set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
     label->set_max_width_chars(maximumLineCharacters);
     label->set_justify(Gtk::JUSTIFY_CENTER);
     stack_.pack_start(*label, Gtk::PACK_SHRINK);

@@ -35,8 +35,10 @@ std::shared_ptr<RunningApplication> LinuxWorkspace::frontmostApplication() {
 
 std::vector<Screen> LinuxWorkspace::screens() const {
   GdkDisplay* display = gdk_display_get_default();
+  const int count = gdk_display_get_n_monitors(display);
   std::vector<Screen> screens;
-  for (int index = 0; index < gdk_display_get_n_monitors(display); ++index)
+  screens.reserve(static_cast<std::size_t>(count));
+  for (int index = 0; index < count; ++index)
     screens.push_back(screenFrom(gdk_display_get_monitor(display, index)));
   return screens;
 }

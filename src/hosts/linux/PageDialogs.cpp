@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 namespace navora {
 namespace {
@@ -14,7 +15,8 @@ namespace {
 // closed by the engine itself, so the explicit close is for later only.
 std::shared_ptr<WebKitScriptDialog> holdOpen(WebKitScriptDialog* dialog,
                                              std::shared_ptr<const bool> emitting) {
-  return {webkit_script_dialog_ref(dialog), [emitting](WebKitScriptDialog* held) {
+  return {webkit_script_dialog_ref(dialog),
+          [emitting = std::move(emitting)](WebKitScriptDialog* held) {
             if (!*emitting) webkit_script_dialog_close(held);
             webkit_script_dialog_unref(held);
           }};
@@ -22,6 +24,7 @@ std::shared_ptr<WebKitScriptDialog> holdOpen(WebKitScriptDialog* dialog,
 
 std::vector<const char*> pointersTo(const std::vector<std::string>& texts) {
   std::vector<const char*> pointers;
+  pointers.reserve(texts.size() + 1);
   for (const auto& text : texts)
     pointers.push_back(text.c_str());
   pointers.push_back(nullptr);
