@@ -10,6 +10,7 @@
 #include "http/Pages.h"
 #include "http/Routes.h"
 #include "http/SessionCookie.h"
+#include "http/UpdatesApi.h"
 #include "jobs/JobRunner.h"
 #include "storage/SampleData.h"
 #include "storage/SamplePeople.h"
@@ -110,6 +111,7 @@ class Service::Parts {
     });
     addExportRoutes(api_, storage_);
     addTelemetryRoutes(api_, telemetry_);
+    addUpdateRoutes(server_, options.updates);
     if (!options.samples) return;
     for (const auto& [name, password] : options.accounts) {
       addSampleData(storage_, storage_.accounts.user(name));

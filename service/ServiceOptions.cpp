@@ -63,6 +63,7 @@ const std::map<std::string, Take>& valueOptions() {
       {"--account", takeAccount},
       {"--job-delay",
        [](auto& options, auto& text) { return takeNumber(text, hour, options.jobDelay); }},
+      {"--updates", [](auto& options, auto& text) { return takeDirectory(text, options.updates); }},
       {"--test-pages",
        [](auto& options, auto& text) { return takeDirectory(text, options.testPages); }},
   };
@@ -113,6 +114,8 @@ std::string ServiceOptions::usage() {
   --pages DIR          serve the pages from here
   --account NAME:PASS  who may sign in; may be given several times; default demo:demo
   --job-delay MS       how long the processing of a note takes; default 1500
+  --updates DIR        serve the update feed, appcast.xml, and archives from here below
+                       /updates/; by default a feed without items
   --no-samples         begin without sample notes, circles and events
   --test               switch the test controls below /__test/ on
   --test-driver        with --test: put the page driver into every page

@@ -17,6 +17,7 @@ struct ServiceOptions {
   std::filesystem::path pages;
   std::map<std::string, std::string> accounts;  ///< From name to password; never empty.
   Milliseconds jobDelay = 1500;
+  std::filesystem::path updates;  ///< What "/updates/" serves; empty: an empty feed.
   bool samples = true;
   bool test = false;
   bool testDriver = false;          ///< Only with `test`.

@@ -206,9 +206,9 @@ std::string answerBytes(int status, const std::string& contentType, const std::s
   return bytes + "Connection: close\r\n\r\n" + body;
 }
 
-std::size_t bodyOffset(const std::string& answer) {
+std::optional<std::size_t> bodyOffset(std::string_view answer) {
   const std::size_t end = answer.find(headEnd);
-  return end == std::string::npos ? answer.size() : end + headEnd.size();
+  return end == std::string_view::npos ? std::nullopt : std::optional(end + headEnd.size());
 }
 
 }  // namespace navora::service

@@ -39,7 +39,7 @@ std::string requestBytes(const WireRequest& request);
 std::string answerBytes(int status, const std::string& contentType, const std::string& body,
                         const HeaderList& headers = {});
 
-/// Where the body of an answer begins, or its size when it has no complete head.
-std::size_t bodyOffset(const std::string& answer);
+/// Where the body of an answer begins; nothing while its head is not complete.
+std::optional<std::size_t> bodyOffset(std::string_view answer);
 
 }  // namespace navora::service

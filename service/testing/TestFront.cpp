@@ -9,16 +9,82 @@ namespace {
 
 constexpr std::chrono::seconds serverPatience(30);
 
+/// Passes on the head of an answer and the first bytes of its body.
+class Truncation {
+ public:
+  Truncation(Connection& connection, std::size_t bytes) : connection_(connection), left_(bytes) {}
+
+  bool operator()(std::string_view piece) {
+    if (inBody_) return pass(piece);
+    beginning_ += piece;
+    const auto offset = bodyOffset(beginning_);
+    if (!offset) return true;
+    inBody_ = true;
+    const std::string_view all = beginning_;
+    return connection_.send(all.substr(0, *offset)) && pass(all.substr(*offset));
+  }
+
+ private:
+  bool pass(std::string_view body) {
+    const std::string_view part = body.substr(0, left_);
+    left_ -= part.size();
+    return connection_.send(part) && left_ > 0;
+  }
+
+  Connection& connection_;
+  std::size_t left_;
+  std::string beginning_;
+  bool inBody_ = false;
+};
+
+/// Passes an answer on in pieces of one size, with a pause between them.
+class SlowMotion {
+ public:
+  SlowMotion(Connection& connection, const SlowFault& fault)
+      : connection_(connection), fault_(fault) {}
+
+  bool operator()(std::string_view piece) {
+    waiting_ += piece;
+    std::size_t sent = 0;
+    for (; waiting_.size() - sent >= fault_.bytes; sent += fault_.bytes) {
+      if (!send(std::string_view(waiting_).substr(sent, fault_.bytes))) return false;
+    }
+    waiting_.erase(0, sent);
+    return true;
+  }
+
+  void finish() {
+    if (!waiting_.empty()) send(waiting_);
+  }
+
+ private:
+  bool send(std::string_view piece) {
+    if (!first_ && !connection_.wait(fault_.interval)) return false;
+    first_ = false;
+    return connection_.send(piece);
+  }
+
+  Connection& connection_;
+  const SlowFault& fault_;
+  std::string waiting_;
+  bool first_ = true;
+};
+
 /// Carries out one fault on the client's connection; `properAnswer` makes the service process the
 /// request.
 struct FaultPerformer {
   Connection& connection;
   const FaultRules& rules;
   const WireRequest& request;
-  std::function<std::optional<std::string>()> properAnswer;
+  std::function<void(const TestFront::AnswerSink&)> properAnswer;
+
+  /// Lets the service do what was asked and tells nobody.
+  void process() const {
+    properAnswer([](std::string_view) { return true; });
+  }
 
   void operator()(const AnswerFault& fault) const {
-    if (fault.processed) properAnswer();
+    if (fault.processed) process();
     const bool headOnly = request.method == "HEAD";
     connection.send(
         answerBytes(fault.status, fault.contentType, headOnly ? "" : fault.body, fault.headers));
@@ -26,7 +92,7 @@ struct FaultPerformer {
 
   void operator()(const DelayFault& fault) const {
     if (!connection.wait(fault.duration)) return;
-    if (const auto answer = properAnswer()) connection.send(*answer);
+    properAnswer([this](std::string_view piece) { return connection.send(piece); });
   }
 
   void operator()(const HangFault&) const {
@@ -37,14 +103,16 @@ struct FaultPerformer {
 
   void operator()(const DropFault& fault) const {
     if (fault.moment == DropFault::Moment::before) return;
-    const auto answer = properAnswer();
-    if (!answer || fault.moment == DropFault::Moment::after) return;
-    const std::size_t size = std::min(answer->size(), bodyOffset(*answer) + fault.bytes);
-    connection.send(std::string_view(*answer).substr(0, size));
+    if (fault.moment == DropFault::Moment::after) {
+      process();
+      return;
+    }
+    Truncation truncation(connection, fault.bytes);
+    properAnswer(std::ref(truncation));
   }
 
   void operator()(const OversizeFault& fault) const {
-    if (fault.processed) properAnswer();
+    if (fault.processed) process();
     const std::string before = R"({"padding":")";
     const std::string after = R"("})";
     std::string body = before;
@@ -59,12 +127,9 @@ struct FaultPerformer {
   }
 
   void operator()(const SlowFault& fault) const {
-    const auto answer = properAnswer();
-    if (!answer) return;
-    for (std::size_t position = 0; position < answer->size(); position += fault.bytes) {
-      if (position > 0 && !connection.wait(fault.interval)) return;
-      if (!connection.send(std::string_view(*answer).substr(position, fault.bytes))) return;
-    }
+    SlowMotion motion(connection, fault);
+    properAnswer(std::ref(motion));
+    motion.finish();
   }
 };
 
@@ -120,25 +185,28 @@ void TestFront::serve(Connection connection) {
   controls_.log().record(request);
   if (const auto fault = controls_.faults().take(request.method, path)) {
     misbehave(*fault, request, connection);
-  } else if (const auto answer = properAnswer(request)) {
-    connection.send(*answer);
+  } else {
+    properAnswer(request, [&](std::string_view piece) { return connection.send(piece); });
   }
 }
 
 void TestFront::misbehave(const Fault& fault, const WireRequest& request, Connection& connection) {
   std::visit(FaultPerformer{connection, controls_.faults(), request,
-                            [&] { return properAnswer(request); }},
+                            [&](const AnswerSink& sink) { properAnswer(request, sink); }},
              fault);
 }
 
-std::optional<std::string> TestFront::properAnswer(const WireRequest& request) {
-  if (request.path().starts_with(TestPages::prefix)) return pages_.answer(request);
-  auto server = Connection::open(serverPort_, stop_);
-  if (!server || !server->send(requestBytes(request))) return std::nullopt;
-  std::string answer;
-  while (server->receive(answer, serverPatience)) {
+void TestFront::properAnswer(const WireRequest& request, const AnswerSink& sink) {
+  if (request.path().starts_with(TestPages::prefix)) {
+    sink(pages_.answer(request));
+    return;
   }
-  return answer.empty() ? std::nullopt : std::optional(std::move(answer));
+  auto server = Connection::open(serverPort_, stop_);
+  if (!server || !server->send(requestBytes(request))) return;
+  // An answer can be a large archive: it never is in memory as a whole.
+  for (std::string piece; server->receive(piece, serverPatience); piece.clear()) {
+    if (!sink(piece)) return;
+  }
 }
 
 }  // namespace navora::service

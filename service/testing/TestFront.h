@@ -1,9 +1,9 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 #include <list>
-#include <optional>
-#include <string>
+#include <string_view>
 #include <thread>
 
 #include "testing/Socket.h"
@@ -19,6 +19,9 @@ namespace navora::service {
 /// which they were made.
 class TestFront {
  public:
+  /// Takes the next bytes of an answer; false when it needs no more of them.
+  using AnswerSink = std::function<bool(std::string_view)>;
+
   TestFront(Listener listener, int serverPort, TestControls& controls, TestPages pages);
   ~TestFront();
   TestFront(const TestFront&) = delete;
@@ -37,8 +40,8 @@ class TestFront {
   void serve(Connection connection);
   void misbehave(const Fault& fault, const WireRequest& request, Connection& connection);
 
-  /// The bytes of the proper answer, or nothing when the server gave none.
-  std::optional<std::string> properAnswer(const WireRequest& request);
+  /// Makes the server process the request and passes its answer on as it comes.
+  void properAnswer(const WireRequest& request, const AnswerSink& sink);
 
   StopSignal stop_;
   Listener listener_;

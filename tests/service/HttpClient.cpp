@@ -54,6 +54,14 @@ std::string RawConnection::receiveAll() const {
   return bytes;
 }
 
+std::size_t RawConnection::discardAll() const {
+  std::array<char, 65536> chunk{};
+  std::size_t total = 0;
+  for (ssize_t size = 0; (size = ::recv(socket_, chunk.data(), chunk.size(), 0)) > 0;)
+    total += static_cast<std::size_t>(size);
+  return total;
+}
+
 bool RawConnection::readable(int milliseconds) const {
   pollfd entry{socket_, POLLIN, 0};
   return ::poll(&entry, 1, milliseconds) > 0;

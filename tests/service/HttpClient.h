@@ -36,6 +36,8 @@ class RawConnection {
   std::string receiveAll() const;
   /// Something, or nothing when the other side has closed.
   std::string receiveSome() const;
+  /// Reads until the other side closes and keeps nothing; how many bytes there were.
+  std::size_t discardAll() const;
   /// Whether something to read, or the end, arrives within the time.
   bool readable(int milliseconds) const;
 

@@ -43,6 +43,7 @@ TEST(Options, MistakesAreNamed) {
     EXPECT_EQ(mistake({"--port", port}), "--port must be a number from 0 to 65535") << port;
   }
   EXPECT_EQ(mistake({"--pages", "/nowhere/at/all"}), "--pages must be a directory");
+  EXPECT_EQ(mistake({"--updates", "/nowhere/at/all"}), "--updates must be a directory");
   EXPECT_EQ(mistake({"--account", "name"}), "--account must be NAME:PASSWORD");
   EXPECT_EQ(mistake({"--test-driver"}), "--test-driver and --test-pages need --test");
 }

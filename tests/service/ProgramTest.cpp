@@ -148,7 +148,7 @@ TEST(ProgramTest, HelpNamesEveryOption) {
   const std::string help = program.restOfOutput();
   for (const char* option :
        {"--port", "--host", "--database", "--pages", "--account", "--job-delay", "--no-samples",
-        "--test ", "--test-driver", "--test-pages", "--help"}) {
+        "--updates", "--test ", "--test-driver", "--test-pages", "--help"}) {
     EXPECT_THAT(help, HasSubstr(option));
   }
 }
