@@ -155,13 +155,12 @@ TEST_F(Updates, LargeArchiveIsNeverInMemoryAsAWhole) {
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
     serve(mode);
     client->get(feedPath);
+    std::ofstream("/proc/self/clear_refs") << "5";  // The peak begins anew.
     const std::size_t before = peakMemory();
     const RawConnection connection(client->port());
     connection.send(client->requestBytes("GET", "/updates/large"));
-    std::string head = connection.receiveSome();
-    std::size_t received = head.size();
-    for (std::size_t more = 0; (more = connection.receiveSome().size()) > 0;)
-      received += more;
+    const std::string head = connection.receiveSome();
+    const std::size_t received = head.size() + connection.discardAll();
     EXPECT_THAT(head, HasSubstr("Content-Length: " + std::to_string(size)));
     EXPECT_EQ(received, head.find("\r\n\r\n") + 4 + size);
     EXPECT_LT(peakMemory() - before, size / 4);
