@@ -1,5 +1,7 @@
 #include "app/NavoraAppDelegate.h"
 
+#include <utility>
+
 #include "app/DesktopLocale.h"
 #include "app/DesktopTimeZone.h"
 #include "app/NavoraIcon.h"
@@ -19,7 +21,10 @@ constexpr double statusIconSize = 18;
 NavoraAppDelegate::NavoraAppDelegate(Platform& platform)
     : platform_(platform),
       origin_(DesktopOrigin::configured(platform.system().environmentVariable("NAVORA_URL"))),
-      displayedLocale_(DesktopLocale::current()) {}
+      displayedLocale_(DesktopLocale::current()),
+      reminderPolicy_(
+          platform.userDefaults(), [&platform] { return platform.system().now(); },
+          [&platform] { return Calendar(platform.system().timeZoneIdentifier()); }) {}
 
 NavoraAppDelegate::~NavoraAppDelegate() {
   if (!webView_) return;
@@ -35,6 +40,7 @@ void NavoraAppDelegate::applicationDidFinishLaunching() {
   makeStatusItem();
   registerCaptureShortcut();
   makeNotifications();
+  makeUpdates();
   loadLogin();
   showWindow();
 }
@@ -141,6 +147,27 @@ void NavoraAppDelegate::makeNotifications() {
     if (DesktopOrigin::contains(url, origin_)) openNotification(url);
   };
   notifications_->start();
+}
+
+void NavoraAppDelegate::makeUpdates() {
+  updateGuard_ = std::make_unique<UpdateGuard>(*webView_, *quickCapturePanel_, origin_);
+  updates_ = std::make_unique<DesktopUpdates>(
+      DesktopUpdates::Doors{.mainQueue = platform_.mainQueue(),
+                            .workspace = platform_.workspace(),
+                            .bannerView = platform_.makeUpdateBannerView(),
+                            .makeUpdater =
+                                [this](UpdaterUserDriver& userDriver, UpdaterDelegate& delegate) {
+                                  return platform_.makeUpdater(userDriver, delegate);
+                                },
+                            .wording = {[this] { return platform_.wording().upToDate; }}},
+      reminderPolicy_);
+  updates_->attach(*window_);
+  updates_->showWindow = [this] { showWindow(); };
+  updates_->prepareForRestart = [this](UpdateGuard::Answer answer) {
+    prepareForUpdate(std::move(answer));
+  };
+  updates_->resumeEditing = [this] { updateGuard_->resume(); };
+  updates_->start();
 }
 
 void NavoraAppDelegate::loadLogin() {

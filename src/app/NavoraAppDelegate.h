@@ -7,6 +7,7 @@
 #include "app/CaptureFocus.h"
 #include "app/CaptureShortcut.h"
 #include "app/LoadFailureView.h"
+#include "app/UpdateGuard.h"
 #include "capture/DesktopQuickCapture.h"
 #include "navigation/DesktopNavigation.h"
 #include "notifications/DesktopNotifications.h"
@@ -20,6 +21,8 @@
 #include "platform/WebView.h"
 #include "support/Json.h"
 #include "support/Url.h"
+#include "updates/DesktopUpdates.h"
+#include "updates/UpdateReminderPolicy.h"
 
 namespace navora {
 
@@ -69,10 +72,13 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void openNotification(const Url& url);
   // Publishes the current system time zone to the page.
   void refreshSystemTimeZone();
+  // Looks for a newer version, and says what came of it.
+  void checkForUpdates();
+  // Answers whether the application may be restarted now, with nothing unsaved.
+  void prepareForUpdate(UpdateGuard::Answer answer);
   // While an update restart is prepared, nothing may reload the page or open the panel: what the
   // user was doing has been put away.
-  bool restartPrepared() const { return restartPrepared_; }
-  void setRestartPrepared(bool prepared) { restartPrepared_ = prepared; }
+  bool restartPrepared() const { return updateGuard_ && updateGuard_->restartPrepared(); }
   // Lets the page catch up after the system woke or the application became active.
   void refreshAfterResume();
 
@@ -87,6 +93,7 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void makeStatusItem();
   void registerCaptureShortcut();
   void makeNotifications();
+  void makeUpdates();
   void loadLogin();
   void pageDidLoad();
 
@@ -99,7 +106,6 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   Platform& platform_;
   const Url origin_;
   std::string displayedLocale_;
-  bool restartPrepared_ = false;
 
   std::shared_ptr<MainWindow> window_;
   std::unique_ptr<DesktopNavigation> navigation_;
@@ -112,6 +118,9 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   std::unique_ptr<StatusItem> statusItem_;
   std::unique_ptr<CaptureShortcut> captureShortcut_;
   std::unique_ptr<DesktopNotifications> notifications_;
+  std::unique_ptr<UpdateGuard> updateGuard_;
+  UpdateReminderPolicy reminderPolicy_;
+  std::unique_ptr<DesktopUpdates> updates_;
 };
 
 }  // namespace navora

@@ -1,4 +1,6 @@
 // What the user can make the application do: the menus' commands and a click on a notification.
+#include <utility>
+
 #include "app/NavoraAppDelegate.h"
 #include "app/NavoraMenus.h"
 #include "support/FatalError.h"
@@ -11,6 +13,8 @@ void NavoraAppDelegate::performMenuAction(MenuAction action) {
       return about();
     case MenuAction::enableNotifications:
       return enableNotifications();
+    case MenuAction::checkForUpdates:
+      return checkForUpdates();
     case MenuAction::quickCapture:
       return quickCapture();
     case MenuAction::reload:
@@ -32,6 +36,14 @@ void NavoraAppDelegate::enableNotifications() {
   notifications_->requestAuthorization();
 }
 
+void NavoraAppDelegate::checkForUpdates() {
+  updates_->checkForUpdates();
+}
+
+void NavoraAppDelegate::prepareForUpdate(UpdateGuard::Answer answer) {
+  updateGuard_->prepareForUpdate(std::move(answer));
+}
+
 void NavoraAppDelegate::showWindow() {
   if (!window_) fatalError("The main window is missing", "App", __LINE__);
   if (window_->isMiniaturized()) window_->deminiaturize();
@@ -40,11 +52,11 @@ void NavoraAppDelegate::showWindow() {
 }
 
 void NavoraAppDelegate::quickCapture() {
-  if (!restartPrepared_) quickCapturePanel_->show();
+  if (!restartPrepared()) quickCapturePanel_->show();
 }
 
 void NavoraAppDelegate::reload() {
-  if (restartPrepared_) return;
+  if (restartPrepared()) return;
   errorView_->hide();
   webView_->load(
       WebRequest{currentServiceUrl().value_or(origin_), CachePolicy::reloadIgnoringLocalCacheData});
@@ -55,7 +67,7 @@ void NavoraAppDelegate::openInBrowser() {
 }
 
 void NavoraAppDelegate::openNotification(const Url& url) {
-  if (restartPrepared_) return;
+  if (restartPrepared()) return;
   captureFocus_->capturePending = false;
   captureFocus_->pendingDestination = url;
   showWindow();

@@ -66,6 +66,7 @@ void NavoraAppDelegate::rebuildInterface() {
   window_->setTitle(L("Навора"));
   makeMenus();
   quickCapturePanel_->refreshLocale();
+  updates_->refreshLocale();
   errorView_->refreshLocale();
   statusItem_.reset();
   makeStatusItem();

@@ -24,12 +24,8 @@ std::optional<Json> readAnswer(const WebView::EvaluationResult& result) {
 
 }  // namespace
 
-UpdateGuard::UpdateGuard(WebView& webView, std::function<bool()> pageIsLoading,
-                         DesktopQuickCapture& quickCapture, Url origin)
-    : webView_(webView),
-      pageIsLoading_(std::move(pageIsLoading)),
-      quickCapture_(quickCapture),
-      origin_(std::move(origin)) {}
+UpdateGuard::UpdateGuard(WebView& webView, DesktopQuickCapture& quickCapture, Url origin)
+    : webView_(webView), quickCapture_(quickCapture), origin_(std::move(origin)) {}
 
 void UpdateGuard::prepareForUpdate(Answer answer) {
   const auto url = webView_.url();
@@ -37,7 +33,7 @@ void UpdateGuard::prepareForUpdate(Answer answer) {
     answer(
         L("Сохраните быструю запись (⌘⇧Пробел) или дождитесь её отправки, затем продолжите "
           "обновление."));
-  } else if (pageIsLoading_()) {
+  } else if (webView_.isLoading()) {
     answer(L("Дождитесь загрузки страницы и продолжите обновление."));
   } else if (!url) {
     prepared();

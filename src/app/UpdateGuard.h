@@ -20,9 +20,8 @@ class UpdateGuard {
   // with what to tell the user. Not called at all if the guard or the web view ends first.
   using Answer = std::function<void(std::optional<std::string> message)>;
 
-  // All must outlive this object. `pageIsLoading` says whether the web view is loading a page now.
-  UpdateGuard(WebView& webView, std::function<bool()> pageIsLoading,
-              DesktopQuickCapture& quickCapture, Url origin);
+  // All must outlive this object.
+  UpdateGuard(WebView& webView, DesktopQuickCapture& quickCapture, Url origin);
 
   // While this is true, nothing may change the page or open the quick capture.
   bool restartPrepared() const { return restartPrepared_; }
@@ -40,7 +39,6 @@ class UpdateGuard {
   void resumePage();
 
   WebView& webView_;
-  const std::function<bool()> pageIsLoading_;
   DesktopQuickCapture& quickCapture_;
   const Url origin_;
   bool restartPrepared_ = false;

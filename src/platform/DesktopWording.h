@@ -9,6 +9,8 @@ namespace navora {
 struct DesktopWording {
   // Why no notification can be shown, and what to do about it.
   std::string notificationsDenied;
+  // There is no newer version of the application for this kind of computer.
+  std::string upToDate;
 };
 
 }  // namespace navora

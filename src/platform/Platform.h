@@ -16,6 +16,8 @@
 #include "platform/Resources.h"
 #include "platform/StatusItem.h"
 #include "platform/System.h"
+#include "platform/UpdateBannerView.h"
+#include "platform/Updater.h"
 #include "platform/UserDefaults.h"
 #include "platform/WebView.h"
 #include "platform/Workspace.h"
@@ -53,6 +55,10 @@ class Platform {
   // The delegate must outlive the item.
   virtual std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                                      MenuDelegate& delegate) = 0;
+  virtual std::unique_ptr<UpdateBannerView> makeUpdateBannerView() = 0;
+  // Both must outlive the updater.
+  virtual std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
+                                               UpdaterDelegate& delegate) = 0;
   virtual std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) = 0;
 };

@@ -63,6 +63,10 @@ class WebView {
   // The page shown, or the one being loaded; none before the first load.
   virtual std::optional<Url> url() const = 0;
 
+  // From the start of a navigation of the main frame until everything of the page is there, or it
+  // fails.
+  virtual bool isLoading() const = 0;
+
   // Evaluates `script` in the main frame. The completion may be empty; it is called once, later,
   // unless the view goes first. An undefined result reads as null.
   virtual void evaluateJavaScript(const std::string& script,

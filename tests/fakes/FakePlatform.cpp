@@ -63,6 +63,15 @@ std::unique_ptr<StatusItem> FakePlatform::makeStatusItem(const StatusItemDescrip
   return std::make_unique<FakeStatusItem>(log_, description, delegate, statusItem_);
 }
 
+std::unique_ptr<UpdateBannerView> FakePlatform::makeUpdateBannerView() {
+  return std::make_unique<FakeUpdateBannerView>(updateBanner_);
+}
+
+std::unique_ptr<Updater> FakePlatform::makeUpdater(UpdaterUserDriver& userDriver,
+                                                   UpdaterDelegate& delegate) {
+  return std::make_unique<FakeUpdater>(updater_, userDriver, delegate);
+}
+
 std::unique_ptr<HttpSession> FakePlatform::makeHttpSession(
     const HttpSessionConfiguration& configuration) {
   return std::make_unique<FakeHttpSession>(network_, configuration);

@@ -16,6 +16,8 @@
 #include "fakes/FakeResources.h"
 #include "fakes/FakeStatusItem.h"
 #include "fakes/FakeSystem.h"
+#include "fakes/FakeUpdateBannerView.h"
+#include "fakes/FakeUpdater.h"
 #include "fakes/FakeWebView.h"
 #include "fakes/FakeWorkspace.h"
 #include "platform/MemoryUserDefaults.h"
@@ -36,6 +38,8 @@ class FakePlatform final : public Platform {
   FakeStatusItem& statusItem() const;
   FakeCapturePanel::Desktop& captureDesktop() { return captureDesktop_; }
   FakeHttpSession::Network& network() { return *network_; }
+  FakeUpdateBannerView::Screen& updateBanner() { return updateBanner_; }
+  FakeUpdater::Session& updater() { return updater_; }
 
   FakeApplication& application() override { return application_; }
   FakeDialogs& dialogs() override { return dialogs_; }
@@ -47,7 +51,7 @@ class FakePlatform final : public Platform {
   FakeSystem& system() override { return system_; }
   MemoryUserDefaults& userDefaults() override { return userDefaults_; }
   FakeWorkspace& workspace() override { return workspace_; }
-  DesktopWording wording() const override { return {"Уведомления запрещены"}; }
+  DesktopWording wording() const override { return {"Уведомления запрещены", "Новее нет"}; }
 
   std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
                                              MainWindowDelegate& delegate) override;
@@ -58,6 +62,9 @@ class FakePlatform final : public Platform {
                                                  CapturePanelDelegate& delegate) override;
   std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                              MenuDelegate& delegate) override;
+  std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
+  std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
+                                       UpdaterDelegate& delegate) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 
@@ -74,6 +81,8 @@ class FakePlatform final : public Platform {
   MemoryUserDefaults userDefaults_;
   FakeWorkspace workspace_{log_};
   FakeCapturePanel::Desktop captureDesktop_;
+  FakeUpdateBannerView::Screen updateBanner_;
+  FakeUpdater::Session updater_{log_};
   FakeStatusItem* statusItem_ = nullptr;
   std::shared_ptr<FakeHttpSession::Network> network_ = std::make_shared<FakeHttpSession::Network>();
   std::weak_ptr<FakeMainWindow> window_;

@@ -39,6 +39,7 @@ class FakeWebView final : public WebView {
   void setUrl(std::optional<Url> url) { url_ = std::move(url); }
   // The page posts a message. One for a handler without a registration cannot be posted.
   void post(const std::string& handler, const std::string& body, const FrameInfo& frame);
+  bool loading = false;
   // What the store holds; every question is answered with it later.
   std::vector<HttpCookie> cookies;
   // Answers the oldest question for the cookies.
@@ -53,6 +54,7 @@ class FakeWebView final : public WebView {
   void load(const WebRequest& request) override;
   void load(const PlatformRequest& request) override;
   std::optional<Url> url() const override { return url_; }
+  bool isLoading() const override { return loading; }
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
   void allCookies(CookiesCompletion completion) override;
 

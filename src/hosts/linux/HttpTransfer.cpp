@@ -54,9 +54,11 @@ bool isCutOff(SoupMessage* message, GInputStream* stream) {
 
 }  // namespace
 
-HttpTransfer::HttpTransfer(HttpRequest request, const HttpSessionConfiguration& limits)
+HttpTransfer::HttpTransfer(HttpRequest request, const HttpSessionConfiguration& limits,
+                           std::optional<HttpReceiver> receiver)
     : request_(std::move(request)),
       limits_(limits),
+      receiver_(std::move(receiver)),
       cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
   limits_.requestTimeoutSeconds = std::min(limits_.requestTimeoutSeconds, request_.timeoutSeconds);
 }
@@ -146,15 +148,25 @@ void HttpTransfer::onAnswer(GObject* session, GAsyncResult* result, gpointer dat
   if (!self || !self->onEnd_) return;
   if (error) return self->end(Unexpected(platformErrorFrom(*error)));
   self->stream_ = std::move(stream);
-  self->response_.status = static_cast<int>(soup_message_get_status(self->message_.get()));
+  self->answered();
+}
+
+void HttpTransfer::answered() {
+  response_.status = static_cast<int>(soup_message_get_status(message_.get()));
   // Redirects are not followed, so the address asked is the one that answered.
-  self->response_.url = self->request_.url;
-  self->read();
+  response_.url = request_.url;
+  if (receiver_) {
+    const goffset length =
+        soup_message_headers_get_content_length(soup_message_get_response_headers(message_.get()));
+    auto error = receiver_->onHead(response_.status, static_cast<std::uint64_t>(length));
+    if (error) return end(Unexpected(*std::move(error)));
+  }
+  read();
 }
 
 void HttpTransfer::read() {
   // One byte beyond the limit tells that there is more.
-  const gsize remaining = limits_.maximumBodyBytes - response_.body.size();
+  const gsize remaining = limits_.maximumBodyBytes - bodyBytes_;
   const gsize step = remaining < readingStep ? remaining + 1 : readingStep;
   g_input_stream_read_bytes_async(stream_.get(), step, G_PRIORITY_DEFAULT, cancellable_.get(),
                                   onBytes, new Handle(weak_from_this()));
@@ -177,13 +189,20 @@ void HttpTransfer::received(GBytes* data) {
   gsize size = 0;
   const auto* bytes = static_cast<const char*>(g_bytes_get_data(data, &size));
   if (size == 0) return ended();
-  if (size > limits_.maximumBodyBytes - response_.body.size()) {
+  if (size > limits_.maximumBodyBytes - bodyBytes_) {
     response_.body.clear();
     response_.bodyTooLarge = true;
     return end(std::move(response_));
   }
-  response_.body.append(bytes, size);
+  bodyBytes_ += size;
+  if (auto error = keep({bytes, size})) return end(Unexpected(*std::move(error)));
   read();
+}
+
+std::optional<PlatformError> HttpTransfer::keep(std::string_view bytes) {
+  if (receiver_) return receiver_->onBytes(bytes);
+  response_.body.append(bytes);
+  return std::nullopt;
 }
 
 void HttpTransfer::ended() {

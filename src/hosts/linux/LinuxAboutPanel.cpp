@@ -5,6 +5,7 @@
 #include <gtkmm/icontheme.h>
 
 #include "hosts/linux/ActiveWindow.h"
+#include "hosts/linux/ApplicationVersion.h"
 #include "hosts/linux/ModifierNames.h"
 
 namespace navora {
@@ -28,7 +29,7 @@ LinuxAboutPanel::~LinuxAboutPanel() = default;
 void LinuxAboutPanel::makeDialog() {
   dialog_ = std::make_unique<Gtk::AboutDialog>();
   dialog_->set_modal(false);
-  dialog_->set_version(NAVORA_VERSION);
+  dialog_->set_version(applicationVersion());
   // Started from where it was built, the application has no icon in the theme.
   if (Gtk::IconTheme::get_default()->has_icon(iconName)) {
     dialog_->set_logo_icon_name(iconName);

@@ -3,8 +3,6 @@
 #include <string>
 #include <utility>
 
-#include "hosts/linux/HttpTransfer.h"
-
 namespace navora {
 namespace {
 
@@ -52,14 +50,26 @@ SoupSession* LinuxHttpSession::sessionFor(const Url& url) {
 }
 
 void LinuxHttpSession::send(const HttpRequest& request, Completion completion) {
-  auto transfer = std::make_shared<HttpTransfer>(request, configuration_);
+  start(std::make_shared<HttpTransfer>(request, configuration_), request.url,
+        std::move(completion));
+}
+
+void LinuxHttpSession::send(const HttpRequest& request, HttpReceiver receiver,
+                            Completion completion) {
+  start(std::make_shared<HttpTransfer>(request, configuration_, std::move(receiver)), request.url,
+        std::move(completion));
+}
+
+void LinuxHttpSession::start(const std::shared_ptr<HttpTransfer>& transfer, const Url& url,
+                             Completion completion) {
   transfers_.push_back(transfer);
-  const auto onEnd = [this, ended = transfer.get(), completion](Result result) {
+  const auto onEnd = [this, ended = transfer.get(),
+                      completion = std::move(completion)](Result result) {
     std::erase_if(transfers_, [&](const auto& each) { return each.get() == ended; });
     // It may destroy this session, so it is the last that happens here.
     completion(std::move(result));
   };
-  transfer->start(sessionFor(request.url), onEnd);
+  transfer->start(sessionFor(url), onEnd);
 }
 
 }  // namespace navora

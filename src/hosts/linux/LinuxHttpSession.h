@@ -6,11 +6,10 @@
 #include <libsoup/soup.h>
 
 #include "hosts/linux/GLibSupport.h"
+#include "hosts/linux/HttpTransfer.h"
 #include "platform/HttpSession.h"
 
 namespace navora {
-
-class HttpTransfer;
 
 // Requests over libsoup. Proxies are those of the desktop, except for this machine itself.
 class LinuxHttpSession final : public HttpSession {
@@ -21,8 +20,12 @@ class LinuxHttpSession final : public HttpSession {
   LinuxHttpSession& operator=(const LinuxHttpSession&) = delete;
 
   void send(const HttpRequest& request, Completion completion) override;
+  // The same with an answer that is too long for the memory: the response has no body then. The
+  // receiver must not destroy the session.
+  void send(const HttpRequest& request, HttpReceiver receiver, Completion completion);
 
  private:
+  void start(const std::shared_ptr<HttpTransfer>& transfer, const Url& url, Completion completion);
   SoupSession* sessionFor(const Url& url);
 
   const HttpSessionConfiguration configuration_;

@@ -1,10 +1,15 @@
 #include "hosts/linux/LinuxPlatform.h"
 
+#include <gnu/libc-version.h>
+
 #include "app/DesktopLocale.h"
+#include "hosts/linux/ApplicationVersion.h"
 #include "hosts/linux/LinuxCapturePanel.h"
 #include "hosts/linux/LinuxErrorView.h"
 #include "hosts/linux/LinuxHttpSession.h"
 #include "hosts/linux/LinuxMainWindow.h"
+#include "hosts/linux/LinuxUpdateBanner.h"
+#include "hosts/linux/LinuxUpdater.h"
 #include "hosts/linux/LinuxWebView.h"
 
 namespace navora {
@@ -37,15 +42,32 @@ std::unique_ptr<CapturePanel> LinuxPlatform::makeCapturePanel(Size contentSize,
 }
 
 DesktopWording LinuxPlatform::wording() const {
-  return {
-      L("Уведомления недоступны. Включите службу уведомлений рабочего стола и попробуйте ещё "
-        "раз.")};
+  return {L("Уведомления недоступны. Включите службу уведомлений рабочего стола и попробуйте ещё "
+            "раз."),
+          L("Обновлений для этой системы нет")};
 }
 
 std::unique_ptr<StatusItem> LinuxPlatform::makeStatusItem(const StatusItemDescription& description,
                                                           MenuDelegate& delegate) {
   return std::make_unique<LinuxStatusItem>(description, delegate, application_.commands(),
                                            *colorScheme_, missingTray_);
+}
+
+std::unique_ptr<UpdateBannerView> LinuxPlatform::makeUpdateBannerView() {
+  return std::make_unique<LinuxUpdateBanner>();
+}
+
+std::unique_ptr<Updater> LinuxPlatform::makeUpdater(UpdaterUserDriver& userDriver,
+                                                    UpdaterDelegate& delegate) {
+  return std::make_unique<LinuxUpdater>(
+      LinuxUpdater::Configuration{
+          .settings = UpdateSettings::ofThisBuild(system_.environmentVariable("NAVORA_URL")),
+          .installation = Installation::ofThisProgram(),
+          .currentVersion = applicationVersion(),
+          .systemVersion = gnu_get_libc_version(),
+          .launch = updateLaunch_,
+          .terminate = application_.commands().terminate},
+      LinuxUpdater::Doors{mainQueue_, system_, userDefaults_}, userDriver, delegate);
 }
 
 std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(

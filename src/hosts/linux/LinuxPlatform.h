@@ -16,6 +16,7 @@
 #include "hosts/linux/LinuxUserDefaults.h"
 #include "hosts/linux/LinuxWorkspace.h"
 #include "hosts/linux/WebSession.h"
+#include "hosts/linux/update/UpdateLaunch.h"
 #include "platform/Platform.h"
 
 namespace navora {
@@ -44,10 +45,15 @@ class LinuxPlatform final : public Platform {
                                                  CapturePanelDelegate& delegate) override;
   std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                              MenuDelegate& delegate) override;
+  std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
+  std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
+                                       UpdaterDelegate& delegate) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 
  private:
+  // First of all: the web engine's processes must not inherit what it takes.
+  UpdateLaunch updateLaunch_;
   LinuxApplication application_;
   LinuxDialogs dialogs_;
   LinuxHotKeys hotKeys_;

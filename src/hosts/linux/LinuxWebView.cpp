@@ -101,6 +101,10 @@ std::optional<Url> LinuxWebView::url() const {
   return navigationEvents_.webProcessIsGone() ? lastUrl_ : std::nullopt;
 }
 
+bool LinuxWebView::isLoading() const {
+  return webkit_web_view_is_loading(view_.get()) != FALSE;
+}
+
 void LinuxWebView::onUriChanged(WebKitWebView* view, GParamSpec*, gpointer self) {
   if (auto shown = shownUrl(view)) static_cast<LinuxWebView*>(self)->lastUrl_ = *shown;
 }

@@ -28,6 +28,7 @@ class LinuxWebView final : public WebView {
   void load(const WebRequest& request) override;
   void load(const PlatformRequest& request) override;
   std::optional<Url> url() const override;
+  bool isLoading() const override;
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
   void allCookies(CookiesCompletion completion) override;
 

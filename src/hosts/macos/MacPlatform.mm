@@ -32,7 +32,8 @@ std::unique_ptr<CapturePanel> MacPlatform::makeCapturePanel(Size contentSize,
 
 DesktopWording MacPlatform::wording() const {
   return {L("Уведомления запрещены в macOS. Разрешите их в Системных настройках → Уведомления → "
-            "Навора.")};
+            "Навора."),
+          L("Обновлений для этого Mac нет")};
 }
 
 std::unique_ptr<StatusItem> MacPlatform::makeStatusItem(const StatusItemDescription& description,

@@ -126,6 +126,8 @@ void MacWebView::load(const PlatformRequest& request) {
 
 std::optional<Url> MacWebView::url() const { return toUrl(webView_.URL); }
 
+bool MacWebView::isLoading() const { return webView_.isLoading; }
+
 void MacWebView::evaluateJavaScript(const std::string& script, EvaluationCompletion completion) {
   if (!completion) {
     [webView_ evaluateJavaScript:toNSString(script) completionHandler:nil];

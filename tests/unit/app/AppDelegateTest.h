@@ -31,6 +31,16 @@ class AppDelegateTest : public testing::Test {
     log().take();
   }
 
+  // An update asks for a restart, and the page has nothing unsaved.
+  void prepareRestart() {
+    delegate->prepareForUpdate([](const std::optional<std::string>&) {});
+    while (webView().evaluationsUnderWay() > 0)
+      webView().finishEvaluation(Json("{}"));
+    log().take();
+  }
+  // The restart does not come.
+  void giveUpRestart() { platform.updater().driver->dismissUpdateInstallation(); }
+
   void create() { delegate = std::make_unique<NavoraAppDelegate>(platform); }
 
   EventLog& log() { return platform.log(); }

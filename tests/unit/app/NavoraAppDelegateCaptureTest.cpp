@@ -53,7 +53,7 @@ TEST_F(NavoraAppDelegateCaptureTest, OpensThePanelOnEveryRoute) {
 
 TEST_F(NavoraAppDelegateCaptureTest, OpensNothingWhileARestartIsPrepared) {
   launch();
-  delegate->setRestartPrepared(true);
+  prepareRestart();
   delegate->quickCapture();
   delegate->applicationDidReceiveCaptureRequest();
   platform.hotKeys().press();

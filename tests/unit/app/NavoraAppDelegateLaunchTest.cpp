@@ -20,14 +20,16 @@ TEST_F(NavoraAppDelegateLaunchTest, MakesNothingBeforeTheApplicationHasLaunched)
 
 TEST_F(NavoraAppDelegateLaunchTest, StartsUpInOrder) {
   launch();
-  EXPECT_THAT(log().events(),
-              ElementsAre("application.setMainMenu", "window.make", "webView.make",
-                          "webView.setNavigationDelegate", "webView.setPageDialogDelegate",
-                          "window.setContentView", "errorView.make", "system.observeTimeZoneChange",
-                          "system.observeWake", "panel.make", "statusItem.make",
-                          "hotKeys.addLocalMonitor", "hotKeys.installEventHandler",
-                          "hotKeys.register", "webView.load https://navora.example/login",
-                          "window.makeKeyAndOrderFront", "application.activate"));
+  EXPECT_THAT(
+      log().events(),
+      ElementsAre("application.setMainMenu", "window.make", "webView.make",
+                  "webView.setNavigationDelegate", "webView.setPageDialogDelegate",
+                  "window.setContentView", "errorView.make", "system.observeTimeZoneChange",
+                  "system.observeWake", "panel.make", "statusItem.make", "hotKeys.addLocalMonitor",
+                  "hotKeys.installEventHandler", "hotKeys.register", "updater.make",
+                  "updater.observeCanCheck", "updater.observeInProgress", "updater.start",
+                  "webView.load https://navora.example/login", "window.makeKeyAndOrderFront",
+                  "application.activate"));
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, DescribesTheWindow) {

@@ -73,10 +73,10 @@ TEST_F(NavoraAppDelegateMenusTest, ShowsWhatTheApplicationIs) {
 
 TEST_F(NavoraAppDelegateMenusTest, OpensTheQuickCaptureUnlessARestartIsPrepared) {
   launch();
-  delegate->setRestartPrepared(true);
+  prepareRestart();
   platform.application().choose(MenuAction::quickCapture);
   EXPECT_FALSE(platform.capturePanel().isVisible());
-  delegate->setRestartPrepared(false);
+  giveUpRestart();
   platform.application().choose(MenuAction::quickCapture);
   EXPECT_TRUE(platform.capturePanel().isVisible());
 }
@@ -88,7 +88,6 @@ TEST_F(NavoraAppDelegateMenusTest, DoesWhatTheOtherItemsSay) {
               ElementsAre("workspace.open https://navora.example/circles"));
   EXPECT_THAT(choose(MenuAction::showWindow),
               ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
-  EXPECT_THAT(choose(MenuAction::checkForUpdates), IsEmpty());
 }
 
 TEST_F(NavoraAppDelegateMenusTest, AsksForPermissionToNotify) {

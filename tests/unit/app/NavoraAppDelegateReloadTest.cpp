@@ -57,7 +57,7 @@ TEST_F(NavoraAppDelegateReloadTest, DoesNothingWhileARestartIsPrepared) {
   launchShowing(testUrl(subPage));
   failLoading();
   log().take();
-  delegate->setRestartPrepared(true);
+  prepareRestart();
   errorView().clickRetry();
   EXPECT_THAT(log().take(), IsEmpty());
   EXPECT_FALSE(errorView().isHidden());
@@ -66,9 +66,9 @@ TEST_F(NavoraAppDelegateReloadTest, DoesNothingWhileARestartIsPrepared) {
 TEST_F(NavoraAppDelegateReloadTest, WorksAgainWhenTheRestartIsGivenUp) {
   launchShowing(testUrl(subPage));
   EXPECT_FALSE(delegate->restartPrepared());
-  delegate->setRestartPrepared(true);
+  prepareRestart();
   EXPECT_TRUE(delegate->restartPrepared());
-  delegate->setRestartPrepared(false);
+  giveUpRestart();
   delegate->reload();
   EXPECT_EQ(lastLoad().url, testUrl(subPage));
 }
@@ -93,7 +93,7 @@ TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserWhereNoPageIsShown
 
 TEST_F(NavoraAppDelegateReloadTest, OpensTheBrowserAlsoWhileARestartIsPrepared) {
   launchShowing(testUrl(subPage));
-  delegate->setRestartPrepared(true);
+  prepareRestart();
   delegate->openInBrowser();
   EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(subPage)));
 }

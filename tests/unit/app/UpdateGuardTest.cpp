@@ -29,8 +29,7 @@ class UpdateGuardTest : public QuickCaptureTest {
 
   UpdateGuardTest() {
     make();
-    guard = std::make_unique<UpdateGuard>(
-        *webView, [this] { return loading; }, *capture, testUrl(origin));
+    guard = std::make_unique<UpdateGuard>(*webView, *capture, testUrl(origin));
     log().take();
   }
 
@@ -47,7 +46,6 @@ class UpdateGuardTest : public QuickCaptureTest {
   static Answers one(std::optional<std::string> message) { return {std::move(message)}; }
   static Answers success() { return one(std::nullopt); }
 
-  bool loading = false;
   Answers answers;
   std::unique_ptr<UpdateGuard> guard;
 };
@@ -131,14 +129,14 @@ TEST_F(UpdateGuardTest, WaitsForADraft) {
 
 TEST_F(UpdateGuardTest, WaitsForADraftBeforeEverythingElse) {
   open("A thought");
-  loading = true;
+  webView->loading = true;
   webView->setUrl(testUrl("https://elsewhere.example/"));
   prepare();
   EXPECT_THAT(takeAnswers(), ElementsAre(testing::Optional(testing::HasSubstr("быструю запись"))));
 }
 
 TEST_F(UpdateGuardTest, WaitsForThePageToLoad) {
-  loading = true;
+  webView->loading = true;
   for (const auto& url :
        {std::optional(testUrl(origin)), std::optional(testUrl("https://elsewhere.example/")),
         std::optional<Url>()}) {

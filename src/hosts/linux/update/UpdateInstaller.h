@@ -1,0 +1,39 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+
+#include "hosts/linux/update/FileDescriptor.h"
+#include "hosts/linux/update/Installation.h"
+#include "hosts/linux/update/UpdateFolder.h"
+
+namespace navora {
+
+// The last step of an update, in a process of its own that outlives the application: waits for its
+// end, puts the new version in its place, starts it, and takes everything back if it does not
+// start. Whenever this process is killed, the installation is the old version or the new one.
+class UpdateInstaller {
+ public:
+  // In the environment of what is started: where the new version says that it has started...
+  static constexpr const char* startedVariable = "NAVORA_UPDATE_STARTED";
+  // ...and that the old version runs again, because the new one did not start.
+  static constexpr const char* failedVariable = "NAVORA_UPDATE_FAILED";
+  static constexpr std::chrono::seconds defaultPatience{60};
+
+  // The new version waits in the folder. Reading from `application` ends when the application does.
+  UpdateInstaller(Installation installation, UpdateFolder folder, FileDescriptor application);
+
+  // Whether the new version runs.
+  bool run(std::chrono::milliseconds patience = defaultPatience);
+
+ private:
+  void waitForApplication();
+  bool startNewVersion(std::chrono::milliseconds patience);
+  void startOldVersion();
+
+  const Installation installation_;
+  UpdateFolder folder_;
+  FileDescriptor application_;
+};
+
+}  // namespace navora

@@ -1,0 +1,48 @@
+#include "hosts/linux/update/UpdateLaunch.h"
+
+#include <charconv>
+#include <cstdlib>
+#include <string_view>
+
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "hosts/linux/update/UpdateInstaller.h"
+
+namespace navora {
+namespace {
+
+// None for anything but the number of an open socket.
+FileDescriptor openSocket(const char* text) {
+  const std::string_view digits = text;
+  int number = -1;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+  struct stat status{};
+  if (error != std::errc() || end != digits.data() + digits.size() || number <= STDERR_FILENO ||
+      ::fstat(number, &status) != 0 || !S_ISSOCK(status.st_mode)) {
+    return {};
+  }
+  ::fcntl(number, F_SETFD, FD_CLOEXEC);
+  return FileDescriptor(number);
+}
+
+}  // namespace
+
+UpdateLaunch::UpdateLaunch() {
+  if (const char* started = std::getenv(UpdateInstaller::startedVariable))
+    started_ = openSocket(started);
+  failed_ = std::getenv(UpdateInstaller::failedVariable) != nullptr;
+  ::unsetenv(UpdateInstaller::startedVariable);
+  ::unsetenv(UpdateInstaller::failedVariable);
+}
+
+void UpdateLaunch::confirm() {
+  constexpr char byte = 1;
+  // If the installer is gone, nobody needs to know.
+  if (started_) ::send(started_.get(), &byte, sizeof byte, MSG_NOSIGNAL);
+  started_ = {};
+}
+
+}  // namespace navora

@@ -1,0 +1,128 @@
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "unit/app/AppDelegateTest.h"
+
+namespace navora {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* page = "https://navora.example/circles";
+constexpr const char* resumeScript = "window.NavoraUpdateGuard?.resume()";
+const AppcastItem release{"2.0", "2.0", std::nullopt, false};
+
+class NavoraAppDelegateUpdatesTest : public AppDelegateTest {
+ protected:
+  using Button = UpdateBannerButton;
+
+  UpdaterUserDriver& updater() { return *platform.updater().driver; }
+  FakeUpdateBannerView::Screen& banner() { return platform.updateBanner(); }
+
+  // The updater shows a release, and the choices are recorded.
+  void offer() {
+    updater().showUpdateFound(release, {},
+                              [this](UserUpdateChoice choice) { choices.push_back(choice); });
+  }
+  // The user wants the release, which is then ready for its installation.
+  void installUpTo(const std::optional<Url>& url) {
+    launchShowing(url);
+    offer();
+    banner().press(Button::primary);
+    updater().showReadyToInstallAndRelaunch(
+        [this](UserUpdateChoice choice) { choices.push_back(choice); });
+  }
+
+  std::vector<UserUpdateChoice> choices;
+};
+
+TEST_F(NavoraAppDelegateUpdatesTest, PutsTheBannerIntoTheWindow) {
+  launch();
+  EXPECT_EQ(banner().window, &window());
+  EXPECT_TRUE(banner().hidden);
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, LooksForUpdatesWhenTheMenuSaysSo) {
+  launchShowing(testUrl(page));
+  platform.application().choose(MenuAction::checkForUpdates);
+  EXPECT_THAT(log().take(),
+              ElementsAre("window.makeKeyAndOrderFront", "application.activate", "updater.check"));
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, InstallsAfterThePageHasAgreed) {
+  installUpTo(testUrl(page));
+  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install));
+  webView().finishEvaluation(Json("{}"));
+  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install, UserUpdateChoice::install));
+  EXPECT_TRUE(delegate->restartPrepared());
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, ShowsWhyThePageDoesNotAgree) {
+  installUpTo(testUrl(page));
+  webView().finishEvaluation(Json(R"({"reason": "Save the note"})"));
+  EXPECT_EQ(banner().content.detail, "Save the note");
+  EXPECT_FALSE(delegate->restartPrepared());
+  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install));
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
+  launch();
+  webView().setUrl(testUrl(page));
+  webView().loading = true;
+  std::optional<std::string> message;
+  delegate->prepareForUpdate(
+      [&](std::optional<std::string> answer) { message = std::move(answer); });
+  EXPECT_EQ(message, "Дождитесь загрузки страницы и продолжите обновление.");
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, GivesThePageBackWhenTheRestartDoesNotCome) {
+  installUpTo(testUrl(page));
+  webView().finishEvaluation(Json("{}"));
+  updater().dismissUpdateInstallation();
+  EXPECT_FALSE(delegate->restartPrepared());
+  EXPECT_EQ(webView().scripts().back(), resumeScript);
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, RemembersWhatWasPostponedUntilTheNextMidnightOfTheUser) {
+  system().timeZone = "Europe/Berlin";
+  system().time = dateFromSecondsSince1970(1'700'049'600);  // 2023-11-15 13:00 in Berlin
+  launch();
+  offer();
+  banner().press(Button::close);
+  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::dismiss));
+  const auto pending = platform.userDefaults().value("navora.updateReminder.pending");
+  ASSERT_TRUE(pending);
+  EXPECT_EQ(numberMember(*pending, "deadline"), 1'700'049'600 + 11 * 3600);
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, SpeaksTheUsersLanguageAsSoonAsItChanges) {
+  locale.setCatalogs(R"({"en": {"Обновить приложение": "Update"}})");
+  locale.prefer({"ru"});
+  launchShowing(testUrl(page));
+  offer();
+  EXPECT_EQ(banner().button(Button::primary).title, "Обновить приложение");
+  webView().post("navoraLocale", R"({"requestedLocale": "en", "detectedLocale": null})",
+                 {true, testUrl(page)});
+  EXPECT_EQ(banner().button(Button::primary).title, "Update");
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, NamesTheMachineAsTheHostDoes) {
+  launch();
+  updater().showUpdateNotFound({}, [] {});
+  EXPECT_EQ(banner().content.title, platform.wording().upToDate);
+}
+
+TEST_F(NavoraAppDelegateUpdatesTest, StartsAlthoughTheUpdaterDoesNot) {
+  platform.updater().startError = PlatformError{"test", 1, "broken"};
+  launch();
+  EXPECT_FALSE(banner().hidden);
+  EXPECT_TRUE(window().isVisible());
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,84 @@
+#include "make-update/SigningKey.h"
+
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include <sodium.h>
+
+#include "support/FatalError.h"
+
+namespace navora {
+namespace {
+
+void requireSodium() {
+  if (sodium_init() < 0)
+    fatalError("The cryptographic library does not start", "SigningKey", __LINE__);
+}
+
+std::string base64(std::span<const unsigned char> bytes) {
+  std::string text(sodium_base64_encoded_len(bytes.size(), sodium_base64_VARIANT_ORIGINAL), '\0');
+  sodium_bin2base64(text.data(), text.size(), bytes.data(), bytes.size(),
+                    sodium_base64_VARIANT_ORIGINAL);
+  // Its length counts the end of a C string.
+  text.pop_back();
+  return text;
+}
+
+std::string readAll(std::istream& stream) {
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace
+
+SigningKey SigningKey::make() {
+  requireSodium();
+  SigningKey key;
+  randombytes_buf(key.seed_.data(), key.seed_.size());
+  crypto_sign_seed_keypair(key.publicKey_.data(), key.secretKey_.data(), key.seed_.data());
+  return key;
+}
+
+std::optional<SigningKey> SigningKey::fromText(std::string_view text) {
+  requireSodium();
+  SigningKey key;
+  std::size_t length = 0;
+  const char* end = nullptr;
+  const bool decoded =
+      sodium_base642bin(key.seed_.data(), key.seed_.size(), text.data(), text.size(), " \t\r\n",
+                        &length, &end, sodium_base64_VARIANT_ORIGINAL) == 0;
+  if (!decoded || length != key.seed_.size() || end != text.data() + text.size())
+    return std::nullopt;
+  crypto_sign_seed_keypair(key.publicKey_.data(), key.secretKey_.data(), key.seed_.data());
+  return key;
+}
+
+std::optional<SigningKey> SigningKey::fromFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  return fromText(readAll(stream));
+}
+
+std::string SigningKey::secretText() const {
+  return base64(seed_);
+}
+
+std::string SigningKey::publicText() const {
+  return base64(publicKey_);
+}
+
+std::string SigningKey::sign(std::span<const unsigned char> content) const {
+  std::array<unsigned char, crypto_sign_BYTES> signature{};
+  crypto_sign_detached(signature.data(), nullptr, content.data(), content.size(),
+                       secretKey_.data());
+  return base64(signature);
+}
+
+std::optional<std::string> SigningKey::signFile(const std::filesystem::path& file) const {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  const std::string content = readAll(stream);
+  return sign({reinterpret_cast<const unsigned char*>(content.data()), content.size()});
+}
+
+}  // namespace navora

@@ -1,0 +1,180 @@
+// Makes a key for releases, or a release: a signed archive of an installed Navora and its entry in
+// a feed.
+#include <charconv>
+#include <chrono>
+#include <cstdlib>
+#include <ctime>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <vector>
+
+#include <sys/stat.h>
+
+#include "make-update/ArchiveWriter.h"
+#include "make-update/Feed.h"
+#include "make-update/SigningKey.h"
+
+namespace {
+
+using navora::SigningKey;
+
+constexpr std::string_view usage =
+    R"(navora-make-update key FILE
+    Writes a new secret key, and prints the public one for NAVORA_UPDATE_PUBLIC_KEY.
+
+navora-make-update release --installation FOLDER --version VERSION --key FILE --url ADDRESS
+                           --output FOLDER [options]
+    Packs what "cmake --install" has put into the first folder, signs it, and adds it to the feed
+    "appcast.xml" in the last one, to be served below the address.
+
+    --link ADDRESS               a page about the release
+    --minimum-system VERSION     of the C library
+    --channel NAME               for those who follow it only
+    --phased SECONDS             each seventh of the users that much later
+    --critical                   for all at once
+    --informational              to be read about, not installed
+    --sign-feed                  sign the feed as a whole
+)";
+
+struct Arguments {
+  std::map<std::string, std::string, std::less<>> values;
+  std::set<std::string, std::less<>> switches;
+
+  std::string value(std::string_view name) const {
+    const auto found = values.find(name);
+    return found == values.end() ? std::string() : found->second;
+  }
+};
+
+std::optional<Arguments> readArguments(const std::vector<std::string>& words) {
+  static const std::set<std::string, std::less<>> names{
+      "--installation", "--version",        "--key",     "--url",   "--output",
+      "--link",         "--minimum-system", "--channel", "--phased"};
+  static const std::set<std::string, std::less<>> switches{"--critical", "--informational",
+                                                           "--sign-feed"};
+  Arguments arguments;
+  for (auto word = words.begin(); word != words.end(); ++word) {
+    if (switches.contains(*word)) {
+      arguments.switches.insert(*word);
+    } else if (names.contains(*word) && std::next(word) != words.end()) {
+      const auto name = word++;
+      arguments.values[*name] = *word;
+    } else {
+      return std::nullopt;
+    }
+  }
+  for (const auto* required : {"--installation", "--version", "--key", "--url", "--output"}) {
+    if (arguments.value(required).empty()) return std::nullopt;
+  }
+  return arguments;
+}
+
+int fail(const std::string& reason) {
+  std::cerr << "navora-make-update: " << reason << '\n';
+  return EXIT_FAILURE;
+}
+
+int makeKey(const std::filesystem::path& file) {
+  if (std::filesystem::exists(file)) return fail(file.string() + " is there already");
+  const auto key = SigningKey::make();
+  // Nobody else may read it.
+  ::umask(S_IRWXG | S_IRWXO);
+  std::ofstream stream(file);
+  stream << key.secretText() << '\n';
+  if (!stream.flush()) return fail(file.string() + " cannot be written");
+  std::cout << key.publicText() << '\n';
+  return EXIT_SUCCESS;
+}
+
+std::string now() {
+  const std::time_t time = std::time(nullptr);
+  std::string text(64, '\0');
+  std::tm parts{};
+  ::gmtime_r(&time, &parts);
+  text.resize(std::strftime(text.data(), text.size(), "%a, %d %b %Y %H:%M:%S +0000", &parts));
+  return text;
+}
+
+std::optional<std::chrono::seconds> readSeconds(const std::string& text) {
+  unsigned seconds = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
+  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return std::chrono::seconds(seconds);
+}
+
+std::string readFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+std::string signedFeed(const std::string& feed, const SigningKey& key) {
+  const auto signature =
+      key.sign({reinterpret_cast<const unsigned char*>(feed.data()), feed.size()});
+  return feed + "<!-- sparkle-signatures:\nedSignature: " + signature +
+         "\nlength: " + std::to_string(feed.size()) + "\n-->\n";
+}
+
+// Of a feed that was signed, only what was signed stays.
+std::string unsignedFeed(const std::string& feed) {
+  return feed.substr(0, feed.rfind("<!-- sparkle-signatures:"));
+}
+
+int makeRelease(const Arguments& arguments) {
+  const auto key = SigningKey::fromFile(arguments.value("--key"));
+  if (!key) return fail("The key cannot be read");
+  const std::filesystem::path output = arguments.value("--output");
+  const std::string version = arguments.value("--version");
+  const std::string name = "navora-" + version + ".tar.zst";
+  std::error_code error;
+  std::filesystem::create_directories(output, error);
+  if (const auto failure =
+          navora::writeArchive(arguments.value("--installation"), version, output / name)) {
+    return fail(*failure);
+  }
+  const auto signature = key->signFile(output / name);
+  if (!signature) return fail("The archive cannot be read");
+
+  navora::FeedItem item{.version = version,
+                        .link = arguments.value("--link"),
+                        .published = now(),
+                        .minimumSystemVersion = arguments.value("--minimum-system"),
+                        .channel = arguments.value("--channel"),
+                        .phasedRolloutInterval = std::nullopt,
+                        .isCritical = arguments.switches.contains("--critical"),
+                        .isInformational = arguments.switches.contains("--informational"),
+                        .archiveUrl = arguments.value("--url") + "/" + name,
+                        .archiveLength = std::filesystem::file_size(output / name, error),
+                        .archiveSignature = *signature};
+  if (const std::string phased = arguments.value("--phased"); !phased.empty()) {
+    item.phasedRolloutInterval = readSeconds(phased);
+    if (!item.phasedRolloutInterval) return fail(phased + " is no number of seconds");
+  }
+  const auto feed = navora::addToFeed(unsignedFeed(readFile(output / "appcast.xml")), item);
+  if (!feed) return fail("appcast.xml is not a feed");
+  std::ofstream stream(output / "appcast.xml", std::ios::binary);
+  stream << (arguments.switches.contains("--sign-feed") ? signedFeed(*feed, *key) : *feed);
+  if (!stream.flush()) return fail("appcast.xml cannot be written");
+  std::cout << (output / name).string() << '\n';
+  return EXIT_SUCCESS;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::vector<std::string> words(argv + 1, argv + argc);
+  if (words.size() == 2 && words.front() == "key") return makeKey(words.back());
+  if (!words.empty() && words.front() == "release") {
+    if (const auto arguments = readArguments({words.begin() + 1, words.end()}))
+      return makeRelease(*arguments);
+  }
+  std::cerr << usage;
+  return EXIT_FAILURE;
+}
