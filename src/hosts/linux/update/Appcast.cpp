@@ -111,7 +111,11 @@ class ItemReader {
     entry.minimumSystemVersion = element(item, "minimumSystemVersion");
     entry.channel = element(item, "channel");
     entry.isCritical = static_cast<bool>(item.child(name("criticalUpdate").c_str()));
-    entry.published = readDate(trimmed(item.child("pubDate").text().get()));
+    if (const std::string date = trimmed(item.child("pubDate").text().get()); !date.empty()) {
+      entry.published = readDate(date);
+      // Without its date, a release for a few at first would be one for everybody.
+      if (!entry.published) return false;
+    }
     readInformational(item, entry.informational);
     const std::string interval = element(item, "phasedRolloutInterval");
     if (interval.empty()) return true;
