@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <string>
+#include <utility>
 
 #include <fcntl.h>
 #include <spawn.h>
@@ -58,12 +59,14 @@ Expected<FileDescriptor, PlatformError> launchInstaller(const Installation& inst
   for (std::size_t index = 0; index < words.size(); ++index)
     arguments[index] = words[index].data();
 
-  const FileDescriptor lock = folder.handOver();
+  FileDescriptor lock = folder.handOver();
   const SpawnFiles files(lock, reading);
   pid_t process = 0;
   const int error = ::posix_spawn(&process, words[0].c_str(), files.actions(), nullptr,
                                   arguments.data(), environ);
   if (error != 0) {
+    // Nobody else will remove it.
+    UpdateFolder::adopt(folder.path(), std::move(lock));
     return Unexpected(
         systemUpdateError(UpdateStage::installation, "The installer does not start", error));
   }
