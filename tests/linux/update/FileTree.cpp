@@ -27,10 +27,13 @@ std::string describe(const std::filesystem::path& path) {
 
 }  // namespace
 
-FileTree describeTree(const std::filesystem::path& folder) {
+FileTree describeTree(const std::filesystem::path& folder, const std::filesystem::path& except) {
   FileTree tree;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder))
-    tree[entry.path().lexically_relative(folder).string()] = describe(entry.path());
+  std::filesystem::recursive_directory_iterator entry(folder);
+  for (; entry != std::filesystem::recursive_directory_iterator(); ++entry) {
+    tree[entry->path().lexically_relative(folder).string()] = describe(entry->path());
+    if (entry->path() == except) entry.disable_recursion_pending();
+  }
   return tree;
 }
 

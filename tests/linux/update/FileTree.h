@@ -12,7 +12,9 @@ namespace navora {
 // What lies below a folder: for each path relative to it the kind, the mode, and the content.
 using FileTree = std::map<std::string, std::string>;
 
-FileTree describeTree(const std::filesystem::path& folder);
+// Without what lies in the folder `except`.
+FileTree describeTree(const std::filesystem::path& folder,
+                      const std::filesystem::path& except = {});
 
 std::string readFile(const std::filesystem::path& file);
 // With the folders above it.

@@ -52,6 +52,9 @@ std::optional<ArchiveMember> memberFrom(archive_entry* entry) {
   const auto path = safePath(archive_entry_pathname(entry));
   if (!path || archive_entry_hardlink(entry) != nullptr) return std::nullopt;
   ArchiveMember member{.path = *path};
+  // Content that nobody asks for would only take time to skip, and could take any.
+  if (archive_entry_filetype(entry) != AE_IFREG && archive_entry_size(entry) > 0)
+    return std::nullopt;
   switch (archive_entry_filetype(entry)) {
     case AE_IFREG:
       member.isExecutable = (archive_entry_perm(entry) & 0100) != 0;
@@ -101,8 +104,10 @@ Expected<std::optional<ArchiveMember>, std::string> ArchiveReader::next() {
       return Unexpected("The archive holds " + quoted(archive_entry_pathname(entry)) +
                         ", which has no place in an update");
     }
-    // The folder that everything is in, as "./".
     if (!member->path.empty()) return member;
+    // The folder that everything is in, as "./".
+    if (member->kind != ArchiveMember::Kind::folder || std::exchange(rootSeen_, true))
+      return Unexpected(std::string("The archive holds itself"));
   }
 }
 

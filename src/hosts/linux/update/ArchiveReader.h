@@ -51,6 +51,7 @@ class ArchiveReader {
   std::string failure(const std::string& what) const;
 
   ArchivePtr reader_;
+  bool rootSeen_ = false;
 };
 
 }  // namespace navora

@@ -1,11 +1,11 @@
 #include "hosts/linux/update/UpdateUnpacker.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <span>
 #include <string>
 #include <system_error>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -62,6 +62,7 @@ class Unpacking {
       auto member = reader_.next();
       if (!member) return failure(member.error());
       if (!*member) return makeLinks();
+      if (cancelled_) return failure("Cancelled");
       if (++members_ > limits_.members) return failure("The archive holds too many files");
       if (auto error = make(**member)) return error;
     }
@@ -74,6 +75,7 @@ class Unpacking {
         return makeFolder(member, member.path);
       case ArchiveMember::Kind::symbolicLink:
         links_.push_back(member);
+        linkPaths_.insert(member.path.string());
         return std::nullopt;
       case ArchiveMember::Kind::file:
         break;
@@ -82,15 +84,21 @@ class Unpacking {
     return makeFile(member);
   }
 
-  // With those above it. Whatever is there already must be a folder: opening a file in it fails
-  // otherwise.
+  // With those above it. Whatever is there already must be a folder.
   std::optional<PlatformError> makeFolder(const ArchiveMember& member,
                                           const std::filesystem::path& path) {
     std::filesystem::path partial;
     for (const std::filesystem::path& part : path) {
       partial /= part;
-      if (::mkdirat(folder_.get(), partial.c_str(), folderMode) != 0 && errno != EEXIST)
+      if (::mkdirat(folder_.get(), partial.c_str(), folderMode) == 0) continue;
+      if (errno != EEXIST) return systemFailure(member);
+      struct stat status{};
+      if (::fstatat(folder_.get(), partial.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
         return systemFailure(member);
+      if (!S_ISDIR(status.st_mode)) {
+        errno = ENOTDIR;
+        return systemFailure(member);
+      }
     }
     return std::nullopt;
   }
@@ -119,13 +127,14 @@ class Unpacking {
   // Whether the member would be made in a folder that is really a link.
   bool liesBehindALink(const ArchiveMember& member) const {
     for (auto folder = member.path.parent_path(); !folder.empty(); folder = folder.parent_path()) {
-      if (std::ranges::find(links_, folder, &ArchiveMember::path) != links_.end()) return true;
+      if (linkPaths_.contains(folder.string())) return true;
     }
     return false;
   }
 
   std::optional<PlatformError> makeLinks() {
     for (const ArchiveMember& link : links_) {
+      if (cancelled_) return failure("Cancelled");
       if (liesBehindALink(link))
         return failure("The archive holds \"" + link.path.string() + "\" behind a link");
       if (auto error = makeFolder(link, link.path.parent_path())) return error;
@@ -155,6 +164,7 @@ class Unpacking {
   const UpdateUnpacker::Progress& progress_;
   const std::atomic<bool>& cancelled_;
   std::vector<ArchiveMember> links_;
+  std::unordered_set<std::string> linkPaths_;
   std::vector<char> buffer_ = std::vector<char>(bufferSize);
   std::uint64_t members_ = 0;
   std::uint64_t bytes_ = 0;
