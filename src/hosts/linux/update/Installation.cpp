@@ -7,6 +7,7 @@
 #include <string_view>
 #include <system_error>
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include "support/Json.h"
@@ -18,8 +19,42 @@ constexpr std::size_t maximumRecordLength = 4096;
 constexpr std::array<std::string_view, 4> ownNames{Installation::recordName, "bin", "libexec",
                                                    "share"};
 
-bool isOwn(const std::filesystem::path& entry) {
-  return std::ranges::find(ownNames, entry.filename().string()) != ownNames.end();
+bool isOwn(const std::filesystem::directory_entry& entry) {
+  return std::ranges::find(ownNames, entry.path().filename().string()) != ownNames.end();
+}
+
+bool isWritable(const std::filesystem::path& folder) {
+  return ::access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
+bool holdsOnlyOwnNames(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (!isOwn(*entry)) return false;
+  }
+  return !error;
+}
+
+// Else the old version could not be removed once the new one is in its place.
+bool canBeEmptied(const std::filesystem::path& folder) {
+  std::error_code error;
+  std::filesystem::recursive_directory_iterator entry(folder, error);
+  for (; !error && entry != std::filesystem::recursive_directory_iterator();
+       entry.increment(error)) {
+    if (!entry->is_symlink(error) && entry->is_directory(error) && !isWritable(entry->path()))
+      return false;
+  }
+  return !error;
+}
+
+// Whether the folder is this user's, and can be renamed: it is no mount point.
+bool isOwnFolder(const std::filesystem::path& folder) {
+  struct stat status{};
+  struct stat above{};
+  return ::lstat(folder.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
+         status.st_uid == ::geteuid() && ::stat(folder.parent_path().c_str(), &above) == 0 &&
+         status.st_dev == above.st_dev;
 }
 
 }  // namespace
@@ -47,11 +82,8 @@ std::optional<Installation> Installation::ofThisProgram() {
 }
 
 bool Installation::isReplaceable() const {
-  std::error_code error;
-  const std::filesystem::directory_iterator entries(folder_, error);
-  if (error || !std::ranges::all_of(entries, isOwn)) return false;
-  return ::access(folder_.parent_path().c_str(), W_OK | X_OK) == 0 &&
-         ::access(folder_.c_str(), W_OK | X_OK) == 0;
+  return isOwnFolder(folder_) && isWritable(folder_.parent_path()) && isWritable(folder_) &&
+         holdsOnlyOwnNames(folder_) && canBeEmptied(folder_);
 }
 
 std::string Installation::record(const std::string& version) {

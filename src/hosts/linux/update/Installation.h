@@ -27,8 +27,8 @@ class Installation {
   const std::string& version() const { return version_; }
   std::filesystem::path executable() const { return folder_ / "bin" / "navora"; }
 
-  // Whether its user may put another version in its place: the folder beside it can be written to,
-  // and nothing in it is somebody else's.
+  // Whether its user may put another version in its place: it is theirs, the folder that it lies in
+  // can be written to, and nothing in it is somebody else's.
   bool isReplaceable() const;
 
   static std::string record(const std::string& version);

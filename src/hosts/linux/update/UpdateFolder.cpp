@@ -35,14 +35,19 @@ FileDescriptor lock(const std::filesystem::path& path) {
     return {};
   }
   // Whoever held it until now may have removed it meanwhile.
-  if (::lstat(path.c_str(), &present) != 0 || present.st_ino != opened.st_ino) return {};
+  if (::lstat(path.c_str(), &present) != 0 || present.st_ino != opened.st_ino ||
+      present.st_dev != opened.st_dev) {
+    return {};
+  }
   return folder;
 }
 
 std::optional<PlatformError> clear(const std::filesystem::path& folder) {
   std::error_code error;
-  for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
-    if (!error) std::filesystem::remove_all(entry.path(), error);
+  std::filesystem::directory_iterator entry(folder, error);
+  while (!error && entry != std::filesystem::directory_iterator()) {
+    std::filesystem::remove_all(entry->path(), error);
+    if (!error) entry.increment(error);
   }
   if (!error) return std::nullopt;
   return failure("What an earlier update left cannot be removed", error.value());

@@ -18,8 +18,9 @@ std::optional<PlatformError> failure(const std::string& description) {
 bool holdsOnlyTheVersion(const UpdateFolder& folder) {
   std::error_code error;
   int entries = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.unpacked(), error)) {
-    if (entry.path() != folder.version()) return false;
+  std::filesystem::directory_iterator entry(folder.unpacked(), error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    if (entry->path() != folder.version()) return false;
     ++entries;
   }
   return !error && entries == 1;
@@ -30,8 +31,11 @@ std::optional<PlatformError> checkVersion(const UpdateFolder& folder, const std:
   if (!unpacked || !holdsOnlyTheVersion(folder)) return failure("The archive holds no Navora");
   if (unpacked->version() != version)
     return failure("The archive holds version " + unpacked->version() + " in place of " + version);
-  if (::access(unpacked->executable().c_str(), X_OK) != 0)
+  std::error_code error;
+  if (!std::filesystem::is_regular_file(unpacked->executable(), error) ||
+      ::access(unpacked->executable().c_str(), X_OK) != 0) {
     return failure("The archive holds no program");
+  }
   return std::nullopt;
 }
 
