@@ -39,6 +39,9 @@ class MacPlatform final : public Platform {
                                                  CapturePanelDelegate& delegate) override;
   std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                              MenuDelegate& delegate) override;
+  std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
+  std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
+                                       UpdaterDelegate& delegate) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 

@@ -6,6 +6,8 @@
 #include "hosts/macos/MacHttpSession.h"
 #include "hosts/macos/MacMainWindow.h"
 #include "hosts/macos/MacStatusItem.h"
+#include "hosts/macos/MacUpdateBanner.h"
+#include "hosts/macos/MacUpdater.h"
 #include "hosts/macos/MacWebView.h"
 
 namespace navora {
@@ -39,6 +41,15 @@ DesktopWording MacPlatform::wording() const {
 std::unique_ptr<StatusItem> MacPlatform::makeStatusItem(const StatusItemDescription& description,
                                                         MenuDelegate& delegate) {
   return std::make_unique<MacStatusItem>(description, delegate);
+}
+
+std::unique_ptr<UpdateBannerView> MacPlatform::makeUpdateBannerView() {
+  return std::make_unique<MacUpdateBanner>();
+}
+
+std::unique_ptr<Updater> MacPlatform::makeUpdater(UpdaterUserDriver& userDriver,
+                                                  UpdaterDelegate& delegate) {
+  return std::make_unique<MacUpdater>(userDriver, delegate);
 }
 
 std::unique_ptr<HttpSession> MacPlatform::makeHttpSession(

@@ -11,6 +11,7 @@ set(navora_macos_sources
   Conversions.mm
   CoreGraphicsCanvas.mm
   FoundationJson.mm
+  KeyValueObservation.mm
   Layout.mm
   MacAboutPanel.mm
   MacApplication.mm
@@ -32,12 +33,17 @@ set(navora_macos_sources
   MacScriptMessages.mm
   MacStatusItem.mm
   MacSystem.mm
+  MacUpdateBanner.mm
+  MacUpdater.mm
   MacUserDefaults.mm
   MacWebView.mm
   MacWorkspace.mm
   MenuTarget.mm
   NavigationConversions.mm
   SystemAppearance.mm
+  UpdateBanner.mm
+  UpdaterConversions.mm
+  UserDriverForwarder.mm
   main.mm)
 
 # Nullability is how Objective-C says what may be nil; -Wpedantic objects to it in C++.

@@ -1,5 +1,6 @@
 #pragma once
 
+#import <AppKit/NSAccessibility.h>
 #import <AppKit/NSApplication.h>
 #import <AppKit/NSControls.h>
 #import <AppKit/NSDrawing.h>

@@ -24,12 +24,24 @@ typedef NS_ENUM(NSInteger, NSTextAlignment) {
   NSTextAlignmentRight = 2,
 };
 
+typedef NS_ENUM(NSUInteger, NSLineBreakMode) {
+  NSLineBreakByTruncatingTail = 4,
+};
+
+typedef NS_ENUM(NSUInteger, NSControlSize) {
+  NSControlSizeRegular = 0,
+  NSControlSizeSmall = 1,
+};
+
 @interface NSControl : NSView
 @property(getter=isEnabled) BOOL enabled;
 @property(nullable, weak) id target;
 @property(nullable) SEL action;
 @property(copy) NSString* stringValue;
 @property NSTextAlignment alignment;
+// Since macOS 10.10, where it was the cell's before.
+@property NSControlSize controlSize;
+@property NSLineBreakMode lineBreakMode;
 @property(nullable, strong) NSFont* font;
 @end
 
@@ -42,6 +54,7 @@ typedef NS_ENUM(NSInteger, NSTextAlignment) {
 
 typedef NS_ENUM(NSUInteger, NSBezelStyle) {
   NSBezelStyleRounded = 1,
+  NSBezelStyleInline = 15,
 };
 
 @class NSImage;
@@ -54,7 +67,25 @@ typedef NS_ENUM(NSUInteger, NSBezelStyle) {
 @property(nullable, strong) NSImage* image;
 @property(getter=isBordered) BOOL bordered;
 @property NSBezelStyle bezelStyle;
+// Since macOS 10.12.2.
+@property(nullable, copy) NSColor* bezelColor;
 @property(copy) NSString* keyEquivalent;
+@end
+
+typedef NS_ENUM(NSUInteger, NSProgressIndicatorStyle) {
+  NSProgressIndicatorStyleBar = 0,
+};
+
+// Indeterminate, and from 0 to 100, unless told otherwise.
+@interface NSProgressIndicator : NSView
+@property NSProgressIndicatorStyle style;
+@property(getter=isIndeterminate) BOOL indeterminate;
+@property double minValue;
+@property double maxValue;
+@property double doubleValue;
+// Both do nothing to a determinate one.
+- (void)startAnimation:(nullable id)sender;
+- (void)stopAnimation:(nullable id)sender;
 @end
 
 NS_ASSUME_NONNULL_END

@@ -15,6 +15,8 @@ NS_ASSUME_NONNULL_BEGIN
 @property(class, readonly, strong) NSColor* labelColor;
 @property(class, readonly, strong) NSColor* secondaryLabelColor;
 @property(class, readonly, strong) NSColor* placeholderTextColor;
+@property(class, readonly, strong) NSColor* separatorColor;
+@property(class, readonly, strong) NSColor* systemRedColor;
 // Nil when there is no such conversion.
 - (nullable NSColor*)colorUsingColorSpace:(NSColorSpace*)space;
 // Of a colour in an RGB colour space only.
@@ -22,6 +24,8 @@ NS_ASSUME_NONNULL_BEGIN
 @property(readonly) CGFloat greenComponent;
 @property(readonly) CGFloat blueComponent;
 @property(readonly) CGFloat alphaComponent;
+// Of a dynamic colour as it is in the current drawing appearance.
+@property(readonly) CGColorRef CGColor;
 // As the colour of both filling and stroking in the current graphics context.
 - (void)set;
 - (void)setFill;
@@ -76,6 +80,8 @@ FOUNDATION_EXPORT NSAppearanceName const NSAppearanceNameDarkAqua;
 + (nullable NSAppearance*)appearanceNamed:(NSAppearanceName)name;
 - (nullable NSAppearanceName)bestMatchFromAppearancesWithNames:
     (NSArray<NSAppearanceName>*)appearances;
+// Since macOS 11.
+- (void)performAsCurrentDrawingAppearance:(void (^)(void))block;
 @end
 
 NS_ASSUME_NONNULL_END

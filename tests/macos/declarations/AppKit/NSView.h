@@ -1,20 +1,35 @@
 #pragma once
 
+#import <AppKit/NSAccessibility.h>
 #import <AppKit/NSApplication.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class CALayer;
 @class NSLayoutDimension;
 @class NSLayoutXAxisAnchor;
 @class NSLayoutYAxisAnchor;
 @class NSWindow;
 
+// See Apple developer documentation, NSLayoutConstraint.Priority.
+typedef float NSLayoutPriority;
+static const NSLayoutPriority NSLayoutPriorityWindowSizeStayPut = 500;
+static const NSLayoutPriority NSLayoutPriorityDefaultLow = 250;
+
 @interface NSLayoutConstraint : NSObject
 + (void)activateConstraints:(NSArray<NSLayoutConstraint*>*)constraints;
+// A required one must be made optional before it is activated, not after.
+@property NSLayoutPriority priority;
 @property CGFloat constant;
 @end
 
+typedef NS_ENUM(NSInteger, NSLayoutConstraintOrientation) {
+  NSLayoutConstraintOrientationHorizontal = 0,
+  NSLayoutConstraintOrientationVertical = 1,
+};
+
 typedef NS_ENUM(NSInteger, NSLayoutAttribute) {
+  NSLayoutAttributeLeading = 5,
   NSLayoutAttributeCenterX = 9,
   NSLayoutAttributeCenterY = 10,
 };
@@ -23,6 +38,8 @@ typedef NS_ENUM(NSInteger, NSLayoutAttribute) {
 - (NSLayoutConstraint*)constraintEqualToAnchor:(NSLayoutAnchor<AnchorType>*)anchor;
 - (NSLayoutConstraint*)constraintEqualToAnchor:(NSLayoutAnchor<AnchorType>*)anchor
                                       constant:(CGFloat)constant;
+- (NSLayoutConstraint*)constraintGreaterThanOrEqualToAnchor:(NSLayoutAnchor<AnchorType>*)anchor
+                                                   constant:(CGFloat)constant;
 - (NSLayoutConstraint*)constraintLessThanOrEqualToAnchor:(NSLayoutAnchor<AnchorType>*)anchor
                                                 constant:(CGFloat)constant;
 @end
@@ -61,7 +78,15 @@ typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
 @property NSAutoresizingMaskOptions autoresizingMask;
 @property CGFloat alphaValue;
 @property(nullable, copy) NSString* toolTip;
+@property BOOL wantsLayer;
+@property(nullable, strong) CALayer* layer;
+// Of the protocol NSAppearanceCustomization.
+@property(readonly, strong) NSAppearance* effectiveAppearance;
+// Since macOS 10.14; overrides call super.
+- (void)viewDidChangeEffectiveAppearance;
 // Of the protocol NSAccessibility.
+@property(getter=isAccessibilityElement) BOOL accessibilityElement;
+@property(nullable, copy) NSAccessibilityRole accessibilityRole;
 @property(nullable, copy) NSString* accessibilityLabel;
 @property BOOL needsDisplay;
 - (void)drawRect:(NSRect)dirtyRect;
@@ -81,6 +106,9 @@ typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
 @property(readonly, strong) NSLayoutYAxisAnchor* centerYAnchor;
 @property(readonly, strong) NSLayoutDimension* widthAnchor;
 @property(readonly, strong) NSLayoutDimension* heightAnchor;
+// Of the category NSConstraintBasedLayoutLayering.
+- (void)setContentCompressionResistancePriority:(NSLayoutPriority)priority
+                                 forOrientation:(NSLayoutConstraintOrientation)orientation;
 - (void)addSubview:(NSView*)view;
 - (void)removeFromSuperview;
 @end
@@ -103,7 +131,8 @@ typedef NS_ENUM(NSInteger, NSScrollerStyle) {
 @end
 
 typedef NS_ENUM(NSInteger, NSVisualEffectMaterial) {
-  // Apple developer documentation, NSVisualEffectView.Material.windowBackground.
+  // Apple developer documentation, NSVisualEffectView.Material.
+  NSVisualEffectMaterialPopover = 6,
   NSVisualEffectMaterialWindowBackground = 12,
 };
 typedef NS_ENUM(NSInteger, NSVisualEffectBlendingMode) {
@@ -111,9 +140,16 @@ typedef NS_ENUM(NSInteger, NSVisualEffectBlendingMode) {
   NSVisualEffectBlendingModeWithinWindow,
 };
 
+typedef NS_ENUM(NSInteger, NSVisualEffectState) {
+  NSVisualEffectStateFollowsWindowActiveState,
+  NSVisualEffectStateActive,
+  NSVisualEffectStateInactive,
+};
+
 @interface NSVisualEffectView : NSView
 @property NSVisualEffectMaterial material;
 @property NSVisualEffectBlendingMode blendingMode;
+@property NSVisualEffectState state;
 @end
 
 typedef NS_ENUM(NSInteger, NSUserInterfaceLayoutOrientation) {
@@ -121,10 +157,17 @@ typedef NS_ENUM(NSInteger, NSUserInterfaceLayoutOrientation) {
   NSUserInterfaceLayoutOrientationVertical = 1,
 };
 
+typedef NS_ENUM(NSInteger, NSStackViewDistribution) {
+  NSStackViewDistributionGravityAreas = -1,
+  NSStackViewDistributionFill = 0,
+};
+
+// Hidden views take up no space, but keep their constraints.
 @interface NSStackView : NSView
 + (instancetype)stackViewWithViews:(NSArray<NSView*>*)views;
 @property NSUserInterfaceLayoutOrientation orientation;
 @property NSLayoutAttribute alignment;
+@property NSStackViewDistribution distribution;
 @property CGFloat spacing;
 @end
 

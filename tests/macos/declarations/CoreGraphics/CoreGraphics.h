@@ -19,3 +19,5 @@ struct CGRect {
   CGSize size;
 };
 typedef struct CGRect CGRect;
+
+typedef struct CGColor* CGColorRef;

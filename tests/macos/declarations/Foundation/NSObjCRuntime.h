@@ -1,5 +1,7 @@
 #pragma once
 
+#include <stdint.h>
+
 #import <objc/objc.h>
 
 typedef long NSInteger;

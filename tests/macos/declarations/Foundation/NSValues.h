@@ -10,6 +10,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface NSNumber : NSObject <NSCopying>
 + (NSNumber*)numberWithBool:(BOOL)value;
 + (NSNumber*)numberWithInt:(int)value;
++ (NSNumber*)numberWithInteger:(NSInteger)value;
 + (NSNumber*)numberWithLongLong:(long long)value;
 + (NSNumber*)numberWithUnsignedLongLong:(unsigned long long)value;
 + (NSNumber*)numberWithDouble:(double)value;

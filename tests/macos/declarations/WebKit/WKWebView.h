@@ -45,6 +45,7 @@ NS_ASSUME_NONNULL_BEGIN
 @property(nullable, weak) id<WKNavigationDelegate> navigationDelegate;
 @property(nullable, weak) id<WKUIDelegate> UIDelegate;
 @property(nullable, readonly, copy) NSURL* URL;
+@property(readonly, getter=isLoading) BOOL loading;
 @property BOOL allowsBackForwardNavigationGestures;
 @property(nullable, copy) NSString* customUserAgent;
 - (nullable WKNavigation*)loadRequest:(NSURLRequest*)request;
