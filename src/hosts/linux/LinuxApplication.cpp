@@ -8,6 +8,7 @@
 #include <glibmm/main.h>
 #include <gtkmm/window.h>
 
+#include "hosts/linux/GLibSupport.h"
 #include "hosts/linux/LinuxMainWindow.h"
 
 namespace navora {
@@ -29,6 +30,21 @@ void quitOnSignals(Gtk::Application& application) {
           return G_SOURCE_CONTINUE;
         },
         &application);
+  }
+}
+
+// An instance that is just ending can be asked to take over and then never answer: whoever quits
+// and starts again at once, as an update does, would not get anything. Then it is gone a moment
+// later.
+void registerOnBus(GApplication* application) {
+  constexpr int attempts = 100;
+  constexpr gulong pause = 20'000;  // microseconds
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    GError* failure = nullptr;
+    if (g_application_register(application, nullptr, &failure) != FALSE) return;
+    const GErrorPtr error(failure);
+    if (!g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)) return;
+    g_usleep(pause);
   }
 }
 
@@ -59,10 +75,11 @@ int LinuxApplication::run(ApplicationDelegate& delegate, Purpose purpose) {
 }
 
 int LinuxApplication::handOver() {
-  if (purpose_ != Purpose::capture) return carryOn;
   GApplication* application = G_APPLICATION(application_->gobj());
+  registerOnBus(application);
+  if (purpose_ != Purpose::capture) return carryOn;
   // A failure is reported by what follows.
-  if (g_application_register(application, nullptr, nullptr) == FALSE) return carryOn;
+  if (g_application_get_is_registered(application) == FALSE) return carryOn;
   if (g_application_get_is_remote(application) == FALSE) return carryOn;
   g_action_group_activate_action(G_ACTION_GROUP(application), captureAction, nullptr);
   return EXIT_SUCCESS;

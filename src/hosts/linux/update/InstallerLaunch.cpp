@@ -7,6 +7,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include "hosts/linux/update/UpdateError.h"
@@ -43,13 +44,13 @@ class SpawnFiles {
 
 }  // namespace
 
-Expected<FileDescriptor, PlatformError> launchInstaller(const Installation& installation,
-                                                        UpdateFolder folder) {
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0)
-    return Unexpected(systemUpdateError(UpdateStage::installation, "No pipe can be made", errno));
-  const FileDescriptor reading(ends[0]);
-  FileDescriptor writing(ends[1]);
+std::optional<PlatformError> launchInstaller(const Installation& installation,
+                                             UpdateFolder folder) {
+  // Tells the end when everything of the process is closed, its connection to the bus included; the
+  // end of a pipe would be told while the rest is still open.
+  const FileDescriptor application(static_cast<int>(::syscall(SYS_pidfd_open, ::getpid(), 0)));
+  if (!application)
+    return systemUpdateError(UpdateStage::installation, "The installer cannot wait", errno);
 
   std::array<std::string, 5> words{
       (installation.folder() / "libexec" / "navora" / "navora-install-update").string(),
@@ -60,17 +61,16 @@ Expected<FileDescriptor, PlatformError> launchInstaller(const Installation& inst
     arguments[index] = words[index].data();
 
   FileDescriptor lock = folder.handOver();
-  const SpawnFiles files(lock, reading);
+  const SpawnFiles files(lock, application);
   pid_t process = 0;
   const int error = ::posix_spawn(&process, words[0].c_str(), files.actions(), nullptr,
                                   arguments.data(), environ);
   if (error != 0) {
     // Nobody else will remove it.
     UpdateFolder::adopt(folder.path(), std::move(lock));
-    return Unexpected(
-        systemUpdateError(UpdateStage::installation, "The installer does not start", error));
+    return systemUpdateError(UpdateStage::installation, "The installer does not start", error);
   }
-  return writing;
+  return std::nullopt;
 }
 
 }  // namespace navora

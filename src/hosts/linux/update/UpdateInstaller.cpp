@@ -72,11 +72,9 @@ bool UpdateInstaller::run(std::chrono::milliseconds patience) {
 }
 
 void UpdateInstaller::waitForApplication() {
-  char byte = 0;
-  ssize_t size = 0;
-  do {
-    size = ::read(application_.get(), &byte, 1);
-  } while (size > 0 || (size < 0 && errno == EINTR));
+  pollfd waiting{application_.get(), POLLIN, 0};
+  while (::poll(&waiting, 1, -1) < 0 && errno == EINTR) {
+  }
 }
 
 bool UpdateInstaller::startNewVersion(std::chrono::milliseconds patience) {

@@ -20,7 +20,8 @@ class UpdateInstaller {
   static constexpr const char* failedVariable = "NAVORA_UPDATE_FAILED";
   static constexpr std::chrono::seconds defaultPatience{60};
 
-  // The new version waits in the folder. Reading from `application` ends when the application does.
+  // The new version waits in the folder. `application` can be read from once the application has
+  // ended, and not before: a descriptor of its process.
   UpdateInstaller(Installation installation, UpdateFolder folder, FileDescriptor application);
 
   // Whether the new version runs.

@@ -192,9 +192,8 @@ Task<Failure> UpdateSession::install() {
   if (choice != UserUpdateChoice::install) co_return std::nullopt;
   auto folder = std::move(context_.prepared->folder);
   context_.prepared.reset();
-  auto lifeline = launchInstaller(*context_.installation, std::move(folder));
-  if (!lifeline) co_return lifeline.error();
-  lifeline_ = *std::move(lifeline);
+  auto error = launchInstaller(*context_.installation, std::move(folder));
+  if (error) co_return error;
   // From here on, only the end of the application is to come.
   co_await awaitCallback<void>([this](const Callback<void>&) { terminateApplication(); });
   co_return std::nullopt;

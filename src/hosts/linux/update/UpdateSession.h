@@ -7,7 +7,6 @@
 
 #include "hosts/linux/update/Appcast.h"
 #include "hosts/linux/update/AppcastSelection.h"
-#include "hosts/linux/update/FileDescriptor.h"
 #include "hosts/linux/update/Installation.h"
 #include "hosts/linux/update/ProgramCheck.h"
 #include "hosts/linux/update/UpdateDownload.h"
@@ -86,8 +85,6 @@ class UpdateSession {
   std::unique_ptr<UpdateDownload> download_;
   std::unique_ptr<Worker> worker_;
   std::unique_ptr<ProgramCheck> programCheck_;
-  // The installer waits for its end, which is this program's.
-  FileDescriptor lifeline_;
   std::unique_ptr<ObserverToken> termination_;
   Lifetime lifetime_;
 };

@@ -1,7 +1,7 @@
 // navora-install-update INSTALLATION FOLDER LOCK APPLICATION
 //
 // Started by the application shortly before it ends. The last two are the numbers of open files:
-// the lock of the update folder, and one whose reading ends with the application.
+// the lock of the update folder, and the application's process.
 #include <charconv>
 #include <cstdlib>
 #include <iostream>
