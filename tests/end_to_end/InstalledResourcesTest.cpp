@@ -8,6 +8,7 @@
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/Executables.h"
 #include "end_to_end/driver/Files.h"
+#include "end_to_end/driver/UpdatableInstallation.h"
 
 namespace navora::driver {
 namespace {
@@ -124,9 +125,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(InstalledResourcesTest, TheBuildInstallsWhatTheProgramNeeds) {
   std::filesystem::remove_all(prefix() / "bin");
   std::filesystem::remove_all(prefix() / "share");
-  const auto install = desktop().start(
-      {NAVORA_CMAKE, "--install", NAVORA_BUILD_FOLDER, "--prefix", prefix().string()});
-  ASSERT_EQ(install->wait(), (ChildProcess::ExitStatus{0, 0})) << install->errorText();
+  installBuild(prefix());
   EXPECT_TRUE(
       std::filesystem::exists(prefix() / "share/applications/example.navora.Navora.desktop"));
   expectOverlay("Navora is unavailable right now");

@@ -29,9 +29,11 @@ std::string numbered(int step, const std::string& name) {
 
 Tour::Tour(std::filesystem::path folder)
     : folder_(std::move(folder)),
-      service_(ServiceProcess::Options{.arguments = {"--test-driver"}}),
+      installation_(installed_.path(), installBuild(built_.path()), "1.0"),
+      service_(ServiceProcess::Options{
+          .arguments = {"--test-driver", "--updates", installation_.releases().string()}}),
       client_(service_.controlUrl()),
-      application_(desktop_, service_.url()),
+      application_(desktop_, service_.url(), {.executable = installation_.program()}),
       page_(desktop_, service_.controlUrl(),
             [this] { return application_.waitForMainWindow().content; }) {
   std::filesystem::remove_all(folder_);
@@ -48,6 +50,7 @@ void Tour::play() {
   pullTheCable();
   hideAndShow();
   openMenus();
+  postponeUpdate();
   openNotification();
   changeLanguage();
   captureInTheDark();
@@ -126,6 +129,20 @@ void Tour::openMenus() {
   record("about", "What the application is.");
   desktop_.keyboard().press("Escape");
   waitUntil([&] { return !hasWidget("push button", "Close"); }, "the About panel is gone");
+}
+
+void Tour::postponeUpdate() {
+  installation_.release(built_.path(), "1.1");
+  desktop_.accessibility().waitFor({.role = "menu", .name = "Navora"}, application_.pid()).press();
+  desktop_.accessibility()
+      .waitFor({.role = "menu item", .name = "Check for Updates…"}, application_.pid())
+      .press();
+  const auto later = desktop_.accessibility().waitFor(
+      {.role = "push button", .name = "Remind me in 1 hour"}, application_.pid());
+  record("update", "There is a newer version, which waits until the user wants it.");
+  later.press();
+  waitUntil([&] { return !hasWidget("push button", "Remind me in 1 hour"); },
+            "the offer is postponed");
 }
 
 void Tour::openNotification() {

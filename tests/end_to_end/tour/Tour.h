@@ -4,10 +4,12 @@
 #include <string>
 
 #include "end_to_end/driver/ApplicationProcess.h"
+#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/NotificationDaemonStandIn.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
+#include "end_to_end/driver/UpdatableInstallation.h"
 #include "end_to_end/driver/VirtualDesktop.h"
 
 namespace navora::driver {
@@ -31,6 +33,7 @@ class Tour {
   void waitUntilPanelHidden();
   void openMenus();
   void openNotification();
+  void postponeUpdate();
   void answerPageDialog();
   void followForeignLinks();
   void pullTheCable();
@@ -44,6 +47,9 @@ class Tour {
 
   std::filesystem::path folder_;
   int step_ = 0;
+  TemporaryDirectory built_{"navora-built"};
+  TemporaryDirectory installed_{"navora-installed"};
+  UpdatableInstallation installation_;
   VirtualDesktop desktop_;
   NotificationDaemonStandIn notificationDaemon_{desktop_.sessionBusAddress()};
   ServiceProcess service_;
