@@ -88,6 +88,7 @@ void LinuxUpdateBanner::build() {
     card_.pack_start(*widget, Gtk::PACK_SHRINK);
   heading_.show();
   card_.set_no_show_all(true);
+  card_.signal_size_allocate().connect([this](Gtk::Allocation&) { redrawPage(); });
   card_.signal_key_press_event().connect([this](GdkEventKey* event) { return keyPressed(*event); });
 }
 
@@ -118,11 +119,7 @@ void LinuxUpdateBanner::connectWindow() {
           false),
       native.signal_key_press_event().connect(
           [this](GdkEventKey* event) { return windowKeyPressed(*event); }, false),
-      native.signal_set_focus().connect([this](Gtk::Widget* focus) { rememberFocus(focus); }),
-      native.signal_window_state_event().connect([this](GdkEventWindowState* event) {
-        fprintf(stderr,"STATE %d\n",(int)event->new_window_state);bar_.setSuspended((event->new_window_state & GDK_WINDOW_STATE_ICONIFIED) != 0);
-        return false;
-      })};
+      native.signal_set_focus().connect([this](Gtk::Widget* focus) { rememberFocus(focus); })};
 }
 
 void LinuxUpdateBanner::onWindowDestroyed(GtkWidget*, gpointer self) {
@@ -151,7 +148,14 @@ void LinuxUpdateBanner::setHidden(bool hidden) {
   if (hidden == isHidden()) return;
   const bool hadFocus = card_.containsFocus();
   card_.set_visible(!hidden);
+  redrawPage();
   if (hidden && hadFocus) giveFocusBack();
+}
+
+// Where the card was and beside its corners, the web view shows nothing but its background colour
+// until it is drawn as a whole.
+void LinuxUpdateBanner::redrawPage() {
+  if (window_ != nullptr) window_->overlay().queue_draw();
 }
 
 bool LinuxUpdateBanner::isHidden() const {

@@ -48,6 +48,7 @@ class LinuxUpdateBanner final : public UpdateBannerView {
   bool windowKeyPressed(const GdkEventKey& event);
   void rememberFocus(Gtk::Widget* focus);
   void giveFocusBack();
+  void redrawPage();
   bool place(const Gtk::Widget& child, Gdk::Rectangle& place);
 
   UpdateBannerViewDelegate* delegate_ = nullptr;

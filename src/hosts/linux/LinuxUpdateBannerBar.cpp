@@ -1,12 +1,14 @@
 #include "hosts/linux/LinuxUpdateBannerBar.h"
 
-#include <glibmm/main.h>
+#include <utility>
+
+#include <gdkmm/frameclock.h>
 
 namespace navora {
 namespace {
 
 // The toolkit moves the block smoothly from one pulse to the next.
-constexpr unsigned pulseMilliseconds = 100;
+constexpr gint64 pulseMicroseconds = 100'000;
 constexpr double pulseStep = 0.07;
 
 }  // namespace
@@ -19,7 +21,7 @@ LinuxUpdateBannerBar::LinuxUpdateBannerBar() {
 }
 
 LinuxUpdateBannerBar::~LinuxUpdateBannerBar() {
-  animation_.disconnect();
+  endAnimation();
 }
 
 void LinuxUpdateBannerBar::show(UpdateBannerProgress progress) {
@@ -29,28 +31,35 @@ void LinuxUpdateBannerBar::show(UpdateBannerProgress progress) {
   updateAnimation();
 }
 
-void LinuxUpdateBannerBar::setSuspended(bool suspended) {
-  suspended_ = suspended;
-  updateAnimation();
-}
-
 void LinuxUpdateBannerBar::updateAnimation() {
   const bool indeterminate = progress_.kind == UpdateBannerProgress::Kind::indeterminate;
-  const bool wanted = indeterminate && bar_.get_mapped() && !suspended_;
-  if (wanted == isAnimating()) return;
-  if (wanted) {
-    bar_.pulse();
-    animation_ = Glib::signal_timeout().connect(
-        [this] {
-          bar_.pulse();
-          return true;
-        },
-        pulseMilliseconds);
-  } else {
-    animation_.disconnect();
-    // Ends the toolkit's own part of the animation, which goes on in hidden bars.
-    bar_.set_fraction(progress_.fraction);
+  if (!indeterminate || !bar_.get_mapped()) {
+    endAnimation();
+  } else if (!isAnimating()) {
+    beginAnimation();
   }
+}
+
+// Driven by the window's frames and by no timer: a minimised window has none.
+void LinuxUpdateBannerBar::beginAnimation() {
+  bar_.pulse();
+  animation_ = bar_.add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>& clock) {
+    frame(clock->get_frame_time());
+    return true;
+  });
+}
+
+void LinuxUpdateBannerBar::endAnimation() {
+  if (!isAnimating()) return;
+  bar_.remove_tick_callback(std::exchange(animation_, 0));
+  // Ends the toolkit's own part of the animation, which goes on in hidden bars.
+  bar_.set_fraction(progress_.fraction);
+}
+
+void LinuxUpdateBannerBar::frame(gint64 time) {
+  if (time - lastPulse_ < pulseMicroseconds) return;
+  lastPulse_ = time;
+  bar_.pulse();
 }
 
 }  // namespace navora

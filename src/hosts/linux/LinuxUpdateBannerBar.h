@@ -1,7 +1,6 @@
 #pragma once
 
 #include <gtkmm/progressbar.h>
-#include <sigc++/connection.h>
 
 #include "platform/UpdateBannerView.h"
 
@@ -17,19 +16,21 @@ class LinuxUpdateBannerBar {
   LinuxUpdateBannerBar& operator=(const LinuxUpdateBannerBar&) = delete;
 
   void show(UpdateBannerProgress progress);
-  // While its window is minimised.
-  void setSuspended(bool suspended);
-  bool isAnimating() const { return animation_.connected(); }
+  bool isAnimating() const { return animation_ != 0; }
 
   Gtk::ProgressBar& widget() { return bar_; }
 
  private:
   void updateAnimation();
+  void beginAnimation();
+  void endAnimation();
+  void frame(gint64 time);
 
   Gtk::ProgressBar bar_;
   UpdateBannerProgress progress_;
-  bool suspended_ = false;
-  sigc::connection animation_;
+  // The number that the toolkit has given to the animation, 0 while there is none.
+  guint animation_ = 0;
+  gint64 lastPulse_ = 0;
 };
 
 }  // namespace navora

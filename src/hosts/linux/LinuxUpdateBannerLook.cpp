@@ -23,13 +23,14 @@ std::string plate() {
   return css.str();
 }
 
+// What hinders an update stands in the detail: it is stronger than themes have secondary texts.
 std::string texts(const std::string& card) {
   std::ostringstream css;
   css.imbue(std::locale::classic());
   css << card << " ." << LinuxUpdateBannerLook::title << " { font-size: " << Layout::titleFontSize
       << "px; font-weight: 600; }\n"
       << card << " ." << LinuxUpdateBannerLook::detail << " { font-size: " << Layout::detailFontSize
-      << "px; }\n";
+      << "px; opacity: 0.75; }\n";
   return css.str();
 }
 
