@@ -10,6 +10,7 @@
 #include <archive.h>
 #include <archive_entry.h>
 
+#include "hosts/linux/update/ArchiveReader.h"
 #include "hosts/linux/update/Installation.h"
 
 namespace navora {
@@ -54,10 +55,14 @@ class Writer {
       return failure;
     }
     std::array<char, 64 * 1024> buffer{};
+    std::uintmax_t added = 0;
     while (stream.read(buffer.data(), buffer.size()) || stream.gcount() > 0) {
-      if (auto failure = addData(buffer.data(), static_cast<std::size_t>(stream.gcount())))
-        return failure;
+      const auto read = static_cast<std::size_t>(stream.gcount());
+      if (auto failure = addData(buffer.data(), read)) return failure;
+      added += read;
     }
+    // The archive would be filled up with zeros.
+    if (added != size) return file.path().string() + " cannot be read to its end";
     return std::nullopt;
   }
 
@@ -97,10 +102,24 @@ class Writer {
 Failure addEntry(Writer& writer, const std::filesystem::directory_entry& entry,
                  const std::string& name) {
   std::error_code error;
-  if (entry.is_symlink(error))
-    return writer.addLink(name, std::filesystem::read_symlink(entry.path(), error));
+  if (entry.is_symlink(error)) {
+    const auto target = std::filesystem::read_symlink(entry.path(), error);
+    return error ? entry.path().string() + " cannot be read" : writer.addLink(name, target);
+  }
   if (entry.is_regular_file(error)) return writer.addFile(name, entry);
-  return std::nullopt;
+  if (entry.is_directory(error)) return std::nullopt;
+  return entry.path().string() + " is neither a file nor a folder nor a link";
+}
+
+// Whoever gets the archive reads it with the same class, which refuses some of what can be packed.
+Failure readBack(const std::filesystem::path& archive) {
+  auto reader = ArchiveReader::open(archive);
+  if (!reader) return reader.error();
+  while (true) {
+    const auto member = reader->next();
+    if (!member) return member.error();
+    if (!*member) return std::nullopt;
+  }
 }
 
 }  // namespace
@@ -128,7 +147,8 @@ std::optional<std::string> writeArchive(const std::filesystem::path& installatio
     if (relative == Installation::recordName) continue;
     if (auto failure = addEntry(writer, entry, folder + relative.string())) return failure;
   }
-  return writer.close();
+  if (auto failure = writer.close()) return failure;
+  return readBack(archive);
 }
 
 }  // namespace navora

@@ -52,17 +52,54 @@ void fill(pugi::xml_node node, const FeedItem& item) {
   addEnclosure(node, item);
 }
 
-bool isForLinux(const pugi::xml_node& item) {
-  return std::string_view(item.child("enclosure").attribute("sparkle:os").value()) == "linux";
+std::string_view trimmed(std::string_view text) {
+  constexpr std::string_view whiteSpace = " \t\r\n";
+  const auto begin = text.find_first_not_of(whiteSpace);
+  if (begin == std::string_view::npos) return {};
+  return text.substr(begin, text.find_last_not_of(whiteSpace) - begin + 1);
+}
+
+std::string_view elementText(const pugi::xml_node& item, const char* name) {
+  return trimmed(item.child(name).text().get());
+}
+
+bool isForLinux(const pugi::xml_node& enclosure) {
+  return trimmed(enclosure.attribute("sparkle:os").value()) == "linux";
+}
+
+// That of the enclosure beats that of the item.
+std::string_view versionOf(const pugi::xml_node& item, const pugi::xml_node& enclosure) {
+  const auto own = trimmed(enclosure.attribute("sparkle:version").value());
+  return own.empty() ? elementText(item, "sparkle:version") : own;
+}
+
+// Takes out what the item says to Linux about the version; what it says to others stays.
+void removeVersion(pugi::xml_node& channel, pugi::xml_node& item, const std::string& version) {
+  const bool isOnlyAnnounced = !item.child("enclosure");
+  if (isOnlyAnnounced && (elementText(item, "sparkle:os") != "linux" ||
+                          elementText(item, "sparkle:version") != version)) {
+    return;
+  }
+  for (auto enclosure = item.child("enclosure"); enclosure;) {
+    const auto next = enclosure.next_sibling("enclosure");
+    if (isForLinux(enclosure) && versionOf(item, enclosure) == version)
+      item.remove_child(enclosure);
+    enclosure = next;
+  }
+  if (!item.child("enclosure")) channel.remove_child(item);
 }
 
 void removeVersion(pugi::xml_node& channel, const std::string& version) {
   for (auto item = channel.child("item"); item;) {
     const auto next = item.next_sibling("item");
-    if (isForLinux(item) && item.child("sparkle:version").text().get() == version)
-      channel.remove_child(item);
+    removeVersion(channel, item, version);
     item = next;
   }
+}
+
+bool isFeed(const pugi::xml_node& root) {
+  return root.child("channel") &&
+         root.attribute("xmlns:sparkle").value() == std::string_view(updateNamespace);
 }
 
 }  // namespace
@@ -73,8 +110,8 @@ std::optional<std::string> addToFeed(const std::string& feed, const FeedItem& it
                                              pugi::parse_default | pugi::parse_declaration)) {
     return std::nullopt;
   }
+  if (!feed.empty() && !isFeed(document.child("rss"))) return std::nullopt;
   auto channel = feed.empty() ? makeChannel(document) : document.child("rss").child("channel");
-  if (!channel) return std::nullopt;
   removeVersion(channel, item.version);
   const auto first = channel.child("item");
   fill(first ? channel.insert_child_before("item", first) : channel.append_child("item"), item);

@@ -23,8 +23,9 @@ struct FeedItem {
   std::string archiveSignature;
 };
 
-// The feed with the item before the others, in place of one of the same version. An empty text
-// becomes a new feed; none for a text that is not a feed. A signature of the feed is taken off.
+// The feed with the item before the others, in place of one for Linux of the same version. An empty
+// text becomes a new feed; none for a text that is not a feed with the usual prefix "sparkle". A
+// signature of the feed is taken off, as all comments are.
 std::optional<std::string> addToFeed(const std::string& feed, const FeedItem& item);
 
 }  // namespace navora

@@ -1,8 +1,6 @@
 #include "make-update/SigningKey.h"
 
 #include <fstream>
-#include <iterator>
-#include <vector>
 
 #include <sodium.h>
 
@@ -25,8 +23,16 @@ std::string base64(std::span<const unsigned char> bytes) {
   return text;
 }
 
-std::string readAll(std::istream& stream) {
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+// None if it cannot be read to its end.
+std::optional<std::string> readAll(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  if (!stream) return std::nullopt;
+  std::string content;
+  std::array<char, 64 * 1024> buffer{};
+  while (stream.read(buffer.data(), buffer.size()) || stream.gcount() > 0)
+    content.append(buffer.data(), static_cast<std::size_t>(stream.gcount()));
+  if (stream.bad()) return std::nullopt;
+  return content;
 }
 
 }  // namespace
@@ -54,9 +60,8 @@ std::optional<SigningKey> SigningKey::fromText(std::string_view text) {
 }
 
 std::optional<SigningKey> SigningKey::fromFile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return std::nullopt;
-  return fromText(readAll(stream));
+  const auto text = readAll(file);
+  return text ? fromText(*text) : std::nullopt;
 }
 
 std::string SigningKey::secretText() const {
@@ -75,10 +80,9 @@ std::string SigningKey::sign(std::span<const unsigned char> content) const {
 }
 
 std::optional<std::string> SigningKey::signFile(const std::filesystem::path& file) const {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) return std::nullopt;
-  const std::string content = readAll(stream);
-  return sign({reinterpret_cast<const unsigned char*>(content.data()), content.size()});
+  const auto content = readAll(file);
+  if (!content) return std::nullopt;
+  return sign({reinterpret_cast<const unsigned char*>(content->data()), content->size()});
 }
 
 }  // namespace navora

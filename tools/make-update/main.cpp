@@ -11,6 +11,7 @@
 #include <map>
 #include <optional>
 #include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -18,6 +19,8 @@
 
 #include <sys/stat.h>
 
+#include "hosts/linux/update/Appcast.h"
+#include "hosts/linux/update/UpdateAddress.h"
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"
@@ -110,9 +113,38 @@ std::optional<std::chrono::seconds> readSeconds(const std::string& text) {
   return std::chrono::seconds(seconds);
 }
 
-std::string readFile(const std::filesystem::path& file) {
+// Empty if there is no such file yet; none if it cannot be read.
+std::optional<std::string> readFeed(const std::filesystem::path& file) {
+  std::error_code error;
+  if (std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found)
+    return std::string();
   std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+  if (!stream) return std::nullopt;
+  std::ostringstream text;
+  // An empty file has nothing to give, which counts as a failure.
+  if (stream.peek() != std::ifstream::traits_type::eof()) text << stream.rdbuf();
+  if (stream.bad() || text.fail()) return std::nullopt;
+  return text.str();
+}
+
+// The old feed stays whole until the new one is.
+bool replaceFile(const std::filesystem::path& file, const std::string& text) {
+  const std::filesystem::path next = file.string() + ".new";
+  std::ofstream stream(next, std::ios::binary);
+  stream << text;
+  stream.close();
+  std::error_code error;
+  if (stream) std::filesystem::rename(next, file, error);
+  return stream && !error;
+}
+
+// Whether those who ask for the feed will understand its first release, and fetch its archive. An
+// archive's address may be relative to the feed's, which is not known here.
+bool isUnderstood(const std::string& feed, const std::string& version) {
+  static const auto anywhere = navora::Url::parse("https://localhost/");
+  const auto entries = navora::readAppcast(feed, *anywhere);
+  return entries && !entries->empty() && entries->front().version == version &&
+         entries->front().archive && navora::isUpdateAddress(entries->front().archive->url);
 }
 
 std::string signedFeed(const std::string& feed, const SigningKey& key) {
@@ -157,11 +189,15 @@ int makeRelease(const Arguments& arguments) {
     item.phasedRolloutInterval = readSeconds(phased);
     if (!item.phasedRolloutInterval) return fail(phased + " is no number of seconds");
   }
-  const auto feed = navora::addToFeed(unsignedFeed(readFile(output / "appcast.xml")), item);
+  const auto before = readFeed(output / "appcast.xml");
+  const auto feed = before ? navora::addToFeed(unsignedFeed(*before), item) : std::nullopt;
   if (!feed) return fail("appcast.xml is not a feed");
-  std::ofstream stream(output / "appcast.xml", std::ios::binary);
-  stream << (arguments.switches.contains("--sign-feed") ? signedFeed(*feed, *key) : *feed);
-  if (!stream.flush()) return fail("appcast.xml cannot be written");
+  if (!isUnderstood(*feed, version))
+    return fail("Nobody would understand this release: look at its version and its addresses");
+  if (!replaceFile(output / "appcast.xml",
+                   arguments.switches.contains("--sign-feed") ? signedFeed(*feed, *key) : *feed)) {
+    return fail("appcast.xml cannot be written");
+  }
   std::cout << (output / name).string() << '\n';
   return EXIT_SUCCESS;
 }
