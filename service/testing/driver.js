@@ -9,6 +9,7 @@
   // Taken before the page's own scripts can replace them.
   const send = window.fetch.bind(window);
   const beacon = navigator.sendBeacon.bind(navigator);
+  const answers = new Set();
   let current = null;
 
   const post = (path, value) => send(base + path, {
@@ -16,6 +17,8 @@
   });
 
   async function run({id, script}) {
+    // What a script sees of the page's requests is not the answer of the one before it.
+    await Promise.allSettled(answers);
     const answer = {id, ok: true};
     try {
       const value = await new AsyncFunction(script)();
@@ -26,7 +29,9 @@
       delete answer.value;
       answer.error = String(error);
     }
-    await post('/result', answer);
+    const sent = post('/result', answer);
+    answers.add(sent);
+    await sent.finally(() => answers.delete(sent));
   }
 
   async function listen(session) {

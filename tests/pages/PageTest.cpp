@@ -17,8 +17,10 @@ void PageTest::TearDown() {
 }
 
 void PageTest::open(const std::string& path) {
-  browser_ = std::make_unique<ApplicationProcess>(
-      *desktop_, service_.url(path), ApplicationProcess::Options{.executable = SAMPLE_BROWSER});
+  ApplicationProcess::Options options{.executable = SAMPLE_BROWSER};
+  if (!firstScript().empty()) options.environment["SAMPLE_BROWSER_SCRIPT"] = firstScript();
+  browser_ =
+      std::make_unique<ApplicationProcess>(*desktop_, service_.url(path), std::move(options));
   browser_->start();
   desktop_->display().waitUntilActive(browser_->waitForMainWindow().id);
   page_ = std::make_unique<PageDriver>(*desktop_, service_.controlUrl(),

@@ -25,6 +25,9 @@ class PageTest : public testing::Test {
 
   void TearDown() override;
 
+  // The path of a script that runs in every page before the page's own; none when empty.
+  virtual std::string firstScript() const { return {}; }
+
   // Opens a path of the service and waits until the page is complete.
   void open(const std::string& path);
   // Opens the today view, signed in.

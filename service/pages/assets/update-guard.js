@@ -1,21 +1,55 @@
-// Tells the desktop application whether the page can be torn down for an update.
+// What the page alone knows when the desktop application asks whether it can be torn down for an
+// update: the draft, which may come from an earlier visit, and a note that is being saved. Everything
+// else the application's own guard sees, which also keeps the page still. Without that one the page
+// has none, and does not say that it is ready.
 import {editorText, isSending} from './today.js';
 
+const reasons = {
+  ru: {
+    sending: 'Дождитесь сохранения записи, затем продолжите обновление.',
+    draft: 'Сохраните или удалите начатую запись, затем продолжите обновление.',
+  },
+  en: {
+    sending: 'Wait until your note has been saved, then continue the update.',
+    draft: 'Save or delete the note you’re writing, then continue the update.',
+  },
+  es: {
+    sending: 'Espera a que se guarde la nota y después continúa la actualización.',
+    draft: 'Guarda o borra la nota que estás escribiendo y después continúa la actualización.',
+  },
+  'pt-BR': {
+    sending: 'Aguarde até que a nota seja salva e depois continue a atualização.',
+    draft: 'Salve ou apague a nota que você está escrevendo e depois continue a atualização.',
+  },
+  de: {
+    sending: 'Warte, bis deine Notiz gespeichert ist, und setze dann das Update fort.',
+    draft: 'Speichere oder lösche die angefangene Notiz und setze dann das Update fort.',
+  },
+  fr: {
+    sending: 'Attendez que la note soit enregistrée, puis poursuivez la mise à jour.',
+    draft: 'Enregistrez ou supprimez la note que vous écrivez, puis poursuivez la mise à jour.',
+  },
+  ja: {
+    sending: 'メモの保存が終わるのを待ってから、アップデートを続けてください。',
+    draft: '書きかけのメモを保存または削除してから、アップデートを続けてください。',
+  },
+};
+
 function reason() {
-  if (isSending()) return 'A note is being saved. Wait a moment, then continue the update.';
-  if (editorText()) return 'Save or delete the note you are writing, then continue the update.';
-  const unsent = ['message-input', 'event-title'].some((id) => document.getElementById(id)?.value.trim());
-  return unsent ? 'Finish what you are writing, then continue the update.' : null;
+  const known = reasons[document.documentElement.lang] ?? reasons.en;
+  if (isSending()) return known.sending;
+  return editorText() ? known.draft : null;
 }
 
-// The application may bring a guard of its own, which then stays in charge.
-window.NavoraUpdateGuard ??= Object.freeze({
-  prepare() {
-    const waiting = reason();
-    if (waiting === null) document.body.inert = true;
-    return waiting;
-  },
-  resume() {
-    document.body.inert = false;
-  },
-});
+const guard = window.NavoraUpdateGuard;
+if (guard) {
+  window.NavoraUpdateGuard = Object.freeze({
+    prepare() {
+      const waiting = reason();
+      if (waiting === null) return guard.prepare();
+      guard.resume();
+      return waiting;
+    },
+    resume: guard.resume,
+  });
+}
