@@ -23,12 +23,20 @@ namespace {
 
 // With the environment of this process, which is the application's.
 std::optional<pid_t> start(const std::filesystem::path& program) {
+  sigset_t defaults;
+  ::sigemptyset(&defaults);
+  ::sigaddset(&defaults, SIGPIPE);
+  posix_spawnattr_t attributes;
+  if (::posix_spawnattr_init(&attributes) != 0) return std::nullopt;
+  ::posix_spawnattr_setsigdefault(&attributes, &defaults);
+  ::posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
   std::string name = program.string();
   std::array<char*, 2> arguments{name.data(), nullptr};
   pid_t process = 0;
-  if (::posix_spawn(&process, name.c_str(), nullptr, nullptr, arguments.data(), environ) != 0)
-    return std::nullopt;
-  return process;
+  const int error =
+      ::posix_spawn(&process, name.c_str(), nullptr, &attributes, arguments.data(), environ);
+  ::posix_spawnattr_destroy(&attributes);
+  return error == 0 ? std::optional(process) : std::nullopt;
 }
 
 // Whether a byte comes before the other side is closed or the time is up.
@@ -58,6 +66,8 @@ UpdateInstaller::UpdateInstaller(Installation installation, UpdateFolder folder,
       application_(std::move(application)) {}
 
 bool UpdateInstaller::run(std::chrono::milliseconds patience) {
+  // Whoever read what the application wrote may be gone with it, which must not end the way back.
+  std::signal(SIGPIPE, SIG_IGN);
   waitForApplication();
   if (const auto error = exchangeFolders(folder_.version(), installation_.folder())) {
     report(*error);
@@ -66,8 +76,12 @@ bool UpdateInstaller::run(std::chrono::milliseconds patience) {
   }
   if (startNewVersion(patience)) return true;
   std::cerr << "Navora updater: relaunch: The new version does not start\n";
-  if (const auto error = exchangeFolders(folder_.version(), installation_.folder())) report(*error);
-  startOldVersion();
+  if (const auto error = exchangeFolders(folder_.version(), installation_.folder())) {
+    report(*error);
+    startOldVersionWhereItWaits();
+  } else {
+    startOldVersion();
+  }
   return false;
 }
 
@@ -82,8 +96,9 @@ bool UpdateInstaller::startNewVersion(std::chrono::milliseconds patience) {
   // No pipe: writing to one whose reader is gone would end the application.
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return false;
   const FileDescriptor ours(ends[0]);
-  FileDescriptor theirs(ends[1]);
-  ::fcntl(theirs.get(), F_SETFD, 0);
+  // Never in place of a standard file, even if this process has none.
+  FileDescriptor theirs(::fcntl(FileDescriptor(ends[1]).get(), F_DUPFD, STDERR_FILENO + 1));
+  if (!theirs) return false;
   ::setenv(startedVariable, std::to_string(theirs.get()).c_str(), 1);
   const auto process = start(installation_.executable());
   ::unsetenv(startedVariable);
@@ -96,11 +111,21 @@ bool UpdateInstaller::startNewVersion(std::chrono::milliseconds patience) {
 }
 
 void UpdateInstaller::startOldVersion() {
-  ::setenv(failedVariable, "1", 1);
   // The folder goes first: the application looks for leftovers when it starts.
   UpdateFolder(std::move(folder_));
-  if (!start(installation_.executable()))
-    std::cerr << "Navora updater: relaunch: The old version does not start\n";
+  startOldVersion(installation_.executable());
+}
+
+void UpdateInstaller::startOldVersionWhereItWaits() {
+  const auto program = folder_.version() / "bin" / "navora";
+  // It is the only version that is known to work, so it stays.
+  folder_.handOver();
+  startOldVersion(program);
+}
+
+void UpdateInstaller::startOldVersion(const std::filesystem::path& program) {
+  ::setenv(failedVariable, "1", 1);
+  if (!start(program)) std::cerr << "Navora updater: relaunch: The old version does not start\n";
 }
 
 }  // namespace navora

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <chrono>
-#include <string>
+#include <filesystem>
 
 #include "hosts/linux/update/FileDescriptor.h"
 #include "hosts/linux/update/Installation.h"
@@ -31,6 +31,8 @@ class UpdateInstaller {
   void waitForApplication();
   bool startNewVersion(std::chrono::milliseconds patience);
   void startOldVersion();
+  void startOldVersionWhereItWaits();
+  static void startOldVersion(const std::filesystem::path& program);
 
   const Installation installation_;
   UpdateFolder folder_;
