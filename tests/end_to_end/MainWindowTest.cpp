@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/TestPageTest.h"
+#include "end_to_end/driver/Mouse.h"
 
 namespace navora::driver {
 namespace {
@@ -31,6 +32,24 @@ TEST_F(MainWindowTest, IsHiddenByCloseAndShownByASecondLaunch) {
   const auto window = application().waitForMainWindow();
   desktop().display().waitUntilActive(window.id);
   EXPECT_EQ(page().evaluate("return window.kept"), "the same page");
+}
+
+TEST_F(MainWindowTest, ShowsThePageAgainWhereAMenuHasCoveredIt) {
+  signIn();
+  const auto content = application().waitForMainWindow().content;
+  const Rectangle covered{content.x, content.y + 40, 200, 120};
+  const auto shown = [&] { return desktop().display().screenshot(covered); };
+  const auto looksLike = [&](const Screenshot& other) {
+    return shown().differingPixels(other) < 20;
+  };
+  waitUntil([&] { return !shown().blank(); }, "the page is drawn");
+  const Screenshot before = shown();
+  desktop().mouse().click({content.x + 30, content.y + 14});
+  widget("menu item", "About Navora");
+  waitUntil([&] { return !looksLike(before); }, "the menu is drawn");
+  desktop().keyboard().chord("Escape");
+  desktop().mouse().moveTo({content.x + content.width / 2, content.y + content.height - 20});
+  waitUntil([&] { return looksLike(before); }, "the page is there again");
 }
 
 TEST_F(MainWindowTest, IsBroughtBackFromMinimisedByASecondLaunch) {

@@ -203,7 +203,7 @@ TEST_F(NoNotificationDaemonTest, SaysSoAndShowsEverythingOnceThereIsOne) {
                          "service and try again.");
       },
       "an alert says what to do");
-  desktop().keyboard().press("Return");
+  desktop().keyboard().chord("Return");
 
   serviceClient().waitForRequests("GET", "/api/notifications", 2);
   serviceClient().addNotification(message("Later"));

@@ -8,6 +8,7 @@
 #include <gtkmm/window.h>
 #include <sigc++/connection.h>
 
+#include "hosts/linux/UncoveredParts.h"
 #include "platform/MainWindow.h"
 #include "platform/UserDefaults.h"
 
@@ -56,6 +57,9 @@ class LinuxMainWindow final : public MainWindow {
   Gtk::Window window_;
   Gtk::Box layout_{Gtk::ORIENTATION_VERTICAL};
   Gtk::Overlay overlay_;
+  // The web view shows nothing but its background colour in a part that appears again, until it is
+  // drawn as a whole (WebKitGTK 2.50 and before).
+  UncoveredParts uncoveredParts_{window_, [this] { overlay_.queue_draw(); }};
   sigc::connection pendingSave_;
 };
 

@@ -127,7 +127,7 @@ void Tour::openMenus() {
   about.press();
   desktop_.accessibility().waitFor({.role = "push button", .name = "Close"}, application_.pid());
   record("about", "What the application is.");
-  desktop_.keyboard().press("Escape");
+  desktop_.keyboard().chord("Escape");
   waitUntil([&] { return !hasWidget("push button", "Close"); }, "the About panel is gone");
 }
 
