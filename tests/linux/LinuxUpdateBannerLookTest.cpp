@@ -89,9 +89,9 @@ TEST_F(LinuxUpdateBannerLookTest, IsRoundedSoThatThePageIsSeenInItsCorners) {
 }
 
 TEST_F(LinuxUpdateBannerLookTest, HasAHairlineAround) {
+  ASSERT_TRUE(showBanner(offer()));
   for (const auto appearance : {WindowAppearance::light, WindowAppearance::dark}) {
     colorScheme_.setAppearance(appearance);
-    ASSERT_TRUE(showBanner(offer()));
     ASSERT_TRUE(waitUntil([this] { return isPlateOf(plate()); }));
     const auto card = shotOfCard();
     const int middle = card.height() / 2;

@@ -132,6 +132,10 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
     window_.setContentView(view_);
     auto view = std::make_unique<LinuxUpdateBanner>();
     bannerView_ = view.get();
+    view->card().signal_draw().connect([this](const Cairo::RefPtr<Cairo::Context>&) {
+      drawn_ = true;
+      return false;
+    });
     banner_.emplace(std::move(view));
     banner_->attach(window_);
     window_.makeKeyAndOrderFront();
@@ -229,7 +233,9 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
     int minimum = 0;
     int wanted = 0;
     card.get_preferred_height_for_width(480, minimum, wanted);
-    if (!isLaidOut(card) || card.get_allocated_height() != wanted) return false;
+    if (!drawn_ || !isLaidOut(card) || card.get_allocated_height() != wanted) return false;
+    // What the toolkit has drawn is on the screen.
+    card.get_display()->sync();
     const auto shot = display_.screenshot(onScreen(window_.overlay()));
     const auto place = onScreen(card);
     const auto origin = onScreen(window_.overlay());
@@ -268,12 +274,14 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
       {"Navora", {1100, 760}, {700, 500}, "Window"}, windowDelegate_, defaults_, colorScheme_};
   std::optional<UpdateBanner> banner_;
   LinuxUpdateBanner* bannerView_ = nullptr;
+  bool drawn_ = false;
 };
 
 TEST_P(UpdateBannerScenarioTest, ShowsEveryState) {
   ASSERT_EQ(scenarios.size(), std::variant_size_v<UpdateState::Value>);
   for (const auto& [name, state, shown] : scenarios) {
     SCOPED_TRACE(name);
+    drawn_ = false;
     banner_->present(UpdateState::present(state(), DesktopUpdatesWording::forOtherSystems()));
     if (shown.bar == Kind::fraction) banner_->setProgress(0.4);
     ASSERT_TRUE(waitUntil([this] { return isDrawn(); }));

@@ -76,10 +76,16 @@ class UpdateBannerTest : public WindowTest {
     return content;
   }
 
+  // Content other than what is shown, or shown anew. Everything is in its place afterwards.
   testing::AssertionResult showBanner(const UpdateBannerContent& content) {
+    bool placed = false;
+    sigc::connection placing = banner_->card().signal_size_allocate().connect(
+        [&](Gtk::Allocation& place) { placed = place.get_width() > 1; });
     banner_->setContent(content);
     banner_->setHidden(false);
-    return waitUntil([this] { return isLaidOut(banner_->card()); });
+    const auto result = waitUntil([&] { return placed && isLaidOut(banner_->card()); });
+    placing.disconnect();
+    return result;
   }
   Gtk::Button& button(Button which) { return banner_->button(which).widget(); }
   std::vector<Gtk::Label*> labels() { return visibleWidgetsOf<Gtk::Label>(banner_->card()); }
