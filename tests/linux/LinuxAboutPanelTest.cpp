@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <gtkmm/icontheme.h>
 
+#include "fakes/LocaleScope.h"
 #include "hosts/linux/LinuxAboutPanel.h"
 #include "linux/WindowTest.h"
 
@@ -58,6 +59,21 @@ TEST_F(LinuxAboutPanelTest, IsThereOnceWithTheLatestTexts) {
   EXPECT_EQ(panel_.native(), first);
   EXPECT_EQ(first->get_program_name(), "Навора");
   EXPECT_EQ(first->get_comments(), "Other");
+}
+
+TEST_F(LinuxAboutPanelTest, ClosesInTheLanguageOfTheInterface) {
+  const auto title = [this] {
+    return std::string(gtk_button_get_label(GTK_BUTTON(gtk_dialog_get_widget_for_response(
+        GTK_DIALOG(panel_.native()->gobj()), GTK_RESPONSE_DELETE_EVENT))));
+  };
+  LocaleScope locale;
+  locale.setCatalogs(R"({"de": {"Закрыть": "Schließen"}})");
+  locale.prefer({"ru"});
+  ASSERT_TRUE(open());
+  EXPECT_EQ(title(), "Закрыть");
+  locale.prefer({"de"});
+  ASSERT_TRUE(open());
+  EXPECT_EQ(title(), "Schließen");
 }
 
 TEST_F(LinuxAboutPanelTest, NeedsNoWindowBelow) {

@@ -4,6 +4,7 @@
 #include <gtk/gtk.h>
 #include <gtkmm/icontheme.h>
 
+#include "app/DesktopLocale.h"
 #include "hosts/linux/ActiveWindow.h"
 #include "hosts/linux/ApplicationVersion.h"
 #include "hosts/linux/ModifierNames.h"
@@ -46,6 +47,9 @@ void LinuxAboutPanel::show(Gtk::Window* parent, const AboutPanelOptions& options
   dialog_->set_program_name(options.applicationName);
   dialog_->set_title(options.applicationName);
   dialog_->set_comments(withModifierNames(options.credits));
+  // The toolkit's own text would be in the system's language.
+  if (Gtk::Widget* close = dialog_->get_widget_for_response(Gtk::RESPONSE_DELETE_EVENT))
+    gtk_button_set_label(GTK_BUTTON(close->gobj()), L("Закрыть").c_str());
   if (parent != nullptr && parent->get_visible()) {
     dialog_->set_transient_for(*parent);
   } else {
