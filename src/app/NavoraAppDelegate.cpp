@@ -152,14 +152,16 @@ void NavoraAppDelegate::makeNotifications() {
 void NavoraAppDelegate::makeUpdates() {
   updateGuard_ = std::make_unique<UpdateGuard>(*webView_, *quickCapturePanel_, origin_);
   updates_ = std::make_unique<DesktopUpdates>(
-      DesktopUpdates::Doors{.mainQueue = platform_.mainQueue(),
-                            .workspace = platform_.workspace(),
-                            .bannerView = platform_.makeUpdateBannerView(),
-                            .makeUpdater =
-                                [this](UpdaterUserDriver& userDriver, UpdaterDelegate& delegate) {
-                                  return platform_.makeUpdater(userDriver, delegate);
-                                },
-                            .wording = {[this] { return platform_.wording().upToDate; }}},
+      DesktopUpdates::Doors{
+          .mainQueue = platform_.mainQueue(),
+          .workspace = platform_.workspace(),
+          .bannerView = platform_.makeUpdateBannerView(),
+          .makeUpdater =
+              [this](UpdaterUserDriver& userDriver, UpdaterDelegate& delegate) {
+                return platform_.makeUpdater(userDriver, delegate);
+              },
+          .wording = {[this] { return platform_.wording().upToDate; }},
+          .log = [this](const std::string& line) { platform_.system().log(line); }},
       reminderPolicy_);
   updates_->attach(*window_);
   updates_->showWindow = [this] { showWindow(); };

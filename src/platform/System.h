@@ -25,6 +25,9 @@ class System {
   // A fresh random UUID (version 4) in its textual form, lower case.
   virtual std::string randomUuid() const = 0;
 
+  // Leaves a line where somebody looks who wants to know why something failed.
+  virtual void log(const std::string& line) const = 0;
+
   // Callbacks come on the main thread.
   virtual std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) = 0;
   virtual std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) = 0;

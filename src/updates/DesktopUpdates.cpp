@@ -1,14 +1,9 @@
 #include "updates/DesktopUpdates.h"
 
 #include <algorithm>
-#include <iostream>
 #include <utility>
 
 namespace navora {
-
-void DesktopUpdates::writeToStandardError(const std::string& line) {
-  std::cerr << line << std::endl;
-}
 
 DesktopUpdates::DesktopUpdates(Doors doors, UpdateReminderPolicy& reminderPolicy,
                                UpdateReminderController::Schedule scheduleReminder)

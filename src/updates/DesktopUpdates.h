@@ -26,8 +26,6 @@ class MainWindow;
 // installs nothing before the application has agreed to be restarted.
 class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate {
  public:
-  static void writeToStandardError(const std::string& line);
-
   // What updating needs of the desktop. References must outlive the DesktopUpdates.
   struct Doors {
     MainQueue& mainQueue;
@@ -35,9 +33,9 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
     std::unique_ptr<UpdateBannerView> bannerView;
     // Called once, when the updater is first needed.
     std::function<std::unique_ptr<Updater>(UpdaterUserDriver&, UpdaterDelegate&)> makeUpdater;
+    DesktopUpdatesWording wording;
     // Takes a line for whoever looks into why updating failed.
-    std::function<void(const std::string&)> log = writeToStandardError;
-    DesktopUpdatesWording wording = DesktopUpdatesWording::forMac();
+    std::function<void(const std::string&)> log;
   };
   // Called once with none if a restart is all right now, otherwise with what the user is told.
   using RestartAnswer = std::function<void(std::optional<std::string> message)>;

@@ -143,14 +143,6 @@ struct Presenter {
 
 }  // namespace
 
-DesktopUpdatesWording DesktopUpdatesWording::forMac() {
-  return {[] { return L("Обновлений для этого Mac нет"); }};
-}
-
-DesktopUpdatesWording DesktopUpdatesWording::forOtherSystems() {
-  return {[] { return L("Обновлений для этой системы нет"); }};
-}
-
 UpdateBannerPresentation UpdateState::present(Value state, const DesktopUpdatesWording& wording) {
   return std::visit(Presenter{wording}, std::move(state));
 }

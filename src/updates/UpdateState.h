@@ -12,9 +12,6 @@ namespace navora {
 // asked for.
 struct DesktopUpdatesWording {
   std::function<std::string()> upToDate;
-
-  static DesktopUpdatesWording forMac();
-  static DesktopUpdatesWording forOtherSystems();
 };
 
 // The states that the user sees an update in, each with what the user can do in it.

@@ -20,6 +20,8 @@ class FakeSystem final : public System {
   std::string timeZone = "Europe/Moscow";
   Date time = dateFromSecondsSince1970(1'700'000'000);
 
+  mutable std::vector<std::string> logged;
+
   // The number in the UUID that is made next; every UUID has its own.
   mutable int nextUuid = 1;
 
@@ -35,6 +37,7 @@ class FakeSystem final : public System {
   std::string timeZoneIdentifier() const override { return timeZone; }
   Date now() const override { return time; }
   std::string randomUuid() const override;
+  void log(const std::string& line) const override { logged.push_back(line); }
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;
 

@@ -12,7 +12,7 @@ using driver::readFile;
 using std::filesystem::path;
 using testing::HasSubstr;
 
-// A feed or an archive that is not as it should be: what the log says, and that nothing has changed.
+// A feed or an archive that is not as it should be. The log says why, and nothing has changed.
 class LinuxUpdaterFaultTest : public LinuxUpdaterTest {
  protected:
   void expectError(const std::string& expected) {

@@ -1,6 +1,7 @@
 #include "hosts/linux/LinuxSystem.h"
 
 #include <cstdlib>
+#include <iostream>
 #include <utility>
 
 #include <gio/gio.h>
@@ -108,6 +109,10 @@ Date LinuxSystem::now() const {
 
 std::string LinuxSystem::randomUuid() const {
   return GCharPtr(g_uuid_string_random()).get();
+}
+
+void LinuxSystem::log(const std::string& line) const {
+  std::cerr << line << '\n';
 }
 
 std::unique_ptr<ObserverToken> LinuxSystem::observeTimeZoneChange(std::function<void()> callback) {

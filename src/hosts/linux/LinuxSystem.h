@@ -14,6 +14,8 @@ class LinuxSystem final : public System {
   std::string timeZoneIdentifier() const override;
   Date now() const override;
   std::string randomUuid() const override;
+  // To standard error, which the desktop keeps in its journal.
+  void log(const std::string& line) const override;
 
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   // Through the login manager, where there is one.

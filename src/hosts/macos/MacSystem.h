@@ -11,6 +11,7 @@ class MacSystem final : public System {
   std::string timeZoneIdentifier() const override;
   Date now() const override;
   std::string randomUuid() const override;
+  void log(const std::string& line) const override;
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;
 };

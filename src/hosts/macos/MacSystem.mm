@@ -58,6 +58,8 @@ std::string MacSystem::randomUuid() const {
   return toString([NSUUID UUID].UUIDString.lowercaseString);
 }
 
+void MacSystem::log(const std::string& line) const { NSLog(@"%@", toNSString(line)); }
+
 std::unique_ptr<ObserverToken> MacSystem::observeTimeZoneChange(std::function<void()> callback) {
   return std::make_unique<MacObserverToken>([NSNotificationCenter defaultCenter],
                                             NSSystemTimeZoneDidChangeNotification,

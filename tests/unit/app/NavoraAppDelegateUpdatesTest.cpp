@@ -122,6 +122,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, StartsAlthoughTheUpdaterDoesNot) {
   launch();
   EXPECT_FALSE(banner().hidden);
   EXPECT_TRUE(window().isVisible());
+  EXPECT_THAT(system().logged, ElementsAre("Navora updater: broken"));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "app/DesktopLocale.h"
 #include "fakes/EventLog.h"
 #include "fakes/FakeMainQueue.h"
 #include "fakes/FakeUpdateBannerView.h"
@@ -43,6 +44,7 @@ class DesktopUpdatesTest : public testing::Test {
                                   [this](UpdaterUserDriver& driver, UpdaterDelegate& delegate) {
                                     return std::make_unique<FakeUpdater>(session, driver, delegate);
                                   },
+                              .wording = {[] { return L("Обновлений для этого Mac нет"); }},
                               .log = [this](const std::string& line) { lines.push_back(line); }},
         policy);
     updates->showWindow = [this] { log.record("showWindow"); };

@@ -23,5 +23,6 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @end
 
 FOUNDATION_EXPORT SEL NSSelectorFromString(NSString* selectorName);
+FOUNDATION_EXPORT void NSLog(NSString* format, ...) __attribute__((format(__NSString__, 1, 2)));
 
 NS_ASSUME_NONNULL_END
