@@ -1,5 +1,6 @@
-// Times what the user of the quick capture waits for: from the hot key to a panel that takes keys,
-// and from Ctrl+Return to the panel's end. Prints figures and judges nothing.
+// Times what the user waits for: from the hot key to a panel that takes keys, from Ctrl+Return to
+// the panel's end, and from the choice of a language to the new texts. Prints figures and judges
+// nothing.
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
@@ -30,6 +31,7 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 constexpr int openings = 200;
 constexpr int submissions = 30;
 constexpr int coldStarts = 10;
+constexpr int languageSwitches = 50;
 
 void report(const std::string& label, std::vector<double> times) {
   std::ranges::sort(times);
@@ -58,6 +60,7 @@ class CaptureBenchmark {
     measureOpening();
     measureSubmission();
     measureColdDialog();
+    measureLanguageSwitch();
   }
 
  private:
@@ -154,6 +157,26 @@ class CaptureBenchmark {
       waitForOther();
     }
     report("for comparison: start of zenity --entry", times);
+  }
+
+  // From the page's message to the window's title: everything that shows a text is made in between.
+  void measureLanguageSwitch() {
+    const WindowId window = application_.waitForMainWindow().id;
+    std::vector<double> times;
+    for (int count = 0; count < languageSwitches; ++count) {
+      const bool toRussian = count % 2 == 0;
+      page_.evaluate(
+          std::string("setTimeout(() => { window.switched = performance.timeOrigin + "
+                      "performance.now(); window.webkit.messageHandlers.navoraLocale.postMessage("
+                      "{requestedLocale: '") +
+          (toRussian ? "ru" : "en") + "', detectedLocale: null}) }, 300)");
+      const std::string title = toRussian ? "Навора" : "Navora";
+      timeUntil([&] { return desktop_.display().window(window)->title == title; }, Clock::now());
+      const Milliseconds end = std::chrono::system_clock::now().time_since_epoch();
+      const double begin = page_.evaluate("return window.switched");
+      times.push_back(end.count() - begin);
+    }
+    report("language chosen in the page to the new texts", times);
   }
 
   driver::VirtualDesktop desktop_;
