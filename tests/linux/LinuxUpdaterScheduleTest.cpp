@@ -64,6 +64,19 @@ TEST_F(LinuxUpdaterScheduleTest, NeverLooksByItselfWhereSomebodyElseInstalls) {
   EXPECT_EQ(clock.pendingCount(), 0U);
 }
 
+TEST_F(LinuxUpdaterScheduleTest, RemovesWhatAnInterruptedUpdateHasLeft) {
+  driver::writeFile(updateFolder() / "new/navora/bin/navora", "half of it");
+  start();
+  EXPECT_FALSE(std::filesystem::exists(updateFolder()));
+}
+
+TEST_F(LinuxUpdaterScheduleTest, LeavesAnUpdateAloneThatIsUnderWay) {
+  const auto other = UpdateFolder::claim(*Installation::at(installed()));
+  ASSERT_TRUE(other);
+  start();
+  EXPECT_TRUE(std::filesystem::exists(updateFolder()));
+}
+
 TEST_F(LinuxUpdaterScheduleTest, KeepsTheUsersPlaceInARollout) {
   setLastCheck(std::chrono::hours(0));
   start();

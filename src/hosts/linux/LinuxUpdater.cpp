@@ -59,6 +59,8 @@ std::optional<PlatformError> LinuxUpdater::startUpdater() {
 }
 
 void LinuxUpdater::reportLaunch() {
+  // Of an update that was interrupted; one that is under way holds on to its own.
+  if (configuration_.installation) UpdateFolder::removeLeftovers(*configuration_.installation);
   const bool followsUpdate = configuration_.launch.followsUpdate();
   configuration_.launch.confirm();
   if (followsUpdate) {
