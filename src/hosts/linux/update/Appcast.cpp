@@ -127,9 +127,12 @@ class ItemReader {
   void readInformational(const pugi::xml_node& item, InformationalUpdate& informational) const {
     const pugi::xml_node node = item.child(name("informationalUpdate").c_str());
     if (!node) return;
-    for (const pugi::xml_node& version : node.children(name("version").c_str()))
+    // What looks for the children keeps no copy of their name.
+    const std::string versionName = name("version");
+    const std::string belowVersionName = name("belowVersion");
+    for (const pugi::xml_node& version : node.children(versionName.c_str()))
       informational.versions.push_back(trimmed(version.text().get()));
-    for (const pugi::xml_node& version : node.children(name("belowVersion").c_str()))
+    for (const pugi::xml_node& version : node.children(belowVersionName.c_str()))
       informational.belowVersions.push_back(trimmed(version.text().get()));
     informational.forAll = informational.versions.empty() && informational.belowVersions.empty();
   }
