@@ -62,6 +62,8 @@
   function stop() {
     const session = current;
     current = null;
+    // A page that comes back from the cache does not hear of what was under way.
+    answers.clear();
     if (!session) return;
     session.abort.abort();
     if (session.generation !== null) {

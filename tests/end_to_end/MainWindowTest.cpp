@@ -67,6 +67,7 @@ TEST_F(MainWindowTest, KeepsItsSizeAndStaysSignedInAcrossLaunchesButStartsCentre
   desktop().display().resize(window.id, 900, 640);
   waitUntil([&] { return application().waitForMainWindow().content.width == 900; },
             "the window is resized");
+  page().waitUntilTrue("innerWidth === 900", "the application knows its new size");
   application().restart();
   const auto next = application().waitForMainWindow();
   EXPECT_EQ(next.content.width, 900);
