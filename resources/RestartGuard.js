@@ -246,7 +246,9 @@
       const own = input.name(element) || elements.getAttribute(element, 'id');
       return name === own && (`${part}` === value || (input.checked(element) && part === input.value(element)));
     }
-    if (typeof part !== 'string' && typeof part !== 'number') return false;
+    // A number is a text's only where numbers are asked for: requests are full of small ones.
+    const takesNumbers = !kind.typed || (kind === kinds.line && input.type(element) === 'number');
+    if (typeof part !== 'string' && !(typeof part === 'number' && takesNumbers)) return false;
     const text = squeezed(value);
     return text !== '' && squeezed(`${part}`) === text;
   }
