@@ -59,10 +59,17 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
   webkit_settings_set_enable_back_forward_navigation_gestures(
       webkit_web_view_get_settings(view_.get()),
       configuration.allowsBackForwardNavigationGestures ? TRUE : FALSE);
+  startWebProcess();
 }
 
 LinuxWebView::~LinuxWebView() {
   g_cancellable_cancel(questions_.get());
+}
+
+// The engine starts the process of a page, inside of its sandbox, when the page is loaded or asked,
+// and takes longer for that than the application for everything else: they do it at the same time.
+void LinuxWebView::startWebProcess() {
+  evaluateJavaScript("0", nullptr);
 }
 
 void LinuxWebView::setNavigationDelegate(NavigationDelegate* delegate) {

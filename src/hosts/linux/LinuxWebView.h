@@ -41,6 +41,8 @@ class LinuxWebView final : public WebView {
   static void onUriChanged(WebKitWebView* view, GParamSpec*, gpointer self);
   static WebKitWebView* makeView(WebSession& session, WebKitUserContentManager* manager);
 
+  void startWebProcess();
+
   GObjectPtr<WebKitUserContentManager> manager_;
   PageBridge bridge_;
   GObjectPtr<WebKitWebView> view_;

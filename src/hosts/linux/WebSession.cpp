@@ -15,20 +15,19 @@ std::string userFolder(const char* base) {
 
 // Some containers and hardened kernels forbid the user namespaces that the engine's sandbox is made
 // of; the engine then fails to start any web process instead of running without it.
-bool canSandbox() {
-  const char* arguments[] = {"bwrap", "--unshare-user", "--unshare-pid", "--ro-bind", "/",
-                             "/",     "true",           nullptr};
-  int status = 0;
-  const auto flags = static_cast<GSpawnFlags>(G_SPAWN_SEARCH_PATH | G_SPAWN_STDOUT_TO_DEV_NULL |
-                                              G_SPAWN_STDERR_TO_DEV_NULL);
-  return g_spawn_sync(nullptr, const_cast<char**>(arguments), nullptr, flags, nullptr, nullptr,
-                      nullptr, nullptr, &status, nullptr) != FALSE &&
-         g_spawn_check_wait_status(status, nullptr) != FALSE;
+GObjectPtr<GSubprocess> trySandbox() {
+  constexpr auto silent = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_SILENCE |
+                                                        G_SUBPROCESS_FLAGS_STDERR_SILENCE);
+  return GObjectPtr<GSubprocess>::adopt(g_subprocess_new(silent, nullptr, "bwrap", "--unshare-user",
+                                                         "--unshare-pid", "--ro-bind", "/", "/",
+                                                         "true", nullptr));
 }
 
 }  // namespace
 
 WebSession::WebSession() {
+  // Goes on while the engine starts.
+  const GObjectPtr<GSubprocess> sandboxTrial = trySandbox();
   const std::string data = userFolder(g_get_user_data_dir());
   const std::string cache = userFolder(g_get_user_cache_dir());
   dataManager_ = GObjectPtr<WebKitWebsiteDataManager>::adopt(webkit_website_data_manager_new(
@@ -36,7 +35,7 @@ WebSession::WebSession() {
   context_ = GObjectPtr<WebKitWebContext>::adopt(
       webkit_web_context_new_with_website_data_manager(dataManager_.get()));
   keepCookies();
-  enableSandbox();
+  enableSandbox(sandboxTrial && g_subprocess_wait_check(sandboxTrial.get(), nullptr, nullptr));
 }
 
 void WebSession::keepCookies() {
@@ -52,8 +51,8 @@ void WebSession::keepCookies() {
   webkit_cookie_manager_set_accept_policy(cookies, WEBKIT_COOKIE_POLICY_ACCEPT_NO_THIRD_PARTY);
 }
 
-void WebSession::enableSandbox() {
-  if (canSandbox()) {
+void WebSession::enableSandbox(bool isPossible) {
+  if (isPossible) {
     webkit_web_context_set_sandbox_enabled(context_.get(), TRUE);
   } else {
     std::cerr << "Navora: this system does not allow the web sandbox; pages run without it\n";

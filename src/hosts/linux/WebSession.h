@@ -16,7 +16,7 @@ class WebSession {
 
  private:
   void keepCookies();
-  void enableSandbox();
+  void enableSandbox(bool isPossible);
 
   GObjectPtr<WebKitWebsiteDataManager> dataManager_;
   GObjectPtr<WebKitWebContext> context_;
