@@ -19,22 +19,25 @@ constexpr guint32 noPreference = 0;
 constexpr guint32 preferDark = 1;
 constexpr const char* darkProperty = "gtk-application-prefer-dark-theme";
 
-// What the user has told the toolkit itself.
-bool themeIsDark() {
-  GtkSettings* settings = gtk_settings_get_default();
-  gtk_settings_reset_property(settings, darkProperty);
+bool toolkitPrefersDark() {
   gboolean preferred = FALSE;
+  g_object_get(gtk_settings_get_default(), darkProperty, &preferred, nullptr);
+  return preferred != FALSE;
+}
+
+bool themeIsDark() {
   char* name = nullptr;
-  g_object_get(settings, darkProperty, &preferred, "gtk-theme-name", &name, nullptr);
+  g_object_get(gtk_settings_get_default(), "gtk-theme-name", &name, nullptr);
   const GCharPtr theme(name);
-  return preferred != FALSE || stringFrom(theme.get()).ends_with("-dark");
+  return stringFrom(theme.get()).ends_with("-dark");
 }
 
 }  // namespace
 
 ColorScheme::ColorScheme()
     : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
-      systemIsDark_(themeIsDark()) {
+      userPrefersDark_(toolkitPrefersDark()),
+      systemIsDark_(userPrefersDark_ || themeIsDark()) {
   joinSharedBus(G_BUS_TYPE_SESSION, cancellable_.get(),
                 [this](GObjectPtr<GDBusConnection> bus) { follow(std::move(bus)); });
 }
@@ -42,6 +45,7 @@ ColorScheme::ColorScheme()
 ColorScheme::~ColorScheme() {
   g_cancellable_cancel(cancellable_.get());
   if (bus_) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
+  look(userPrefersDark_);
 }
 
 void ColorScheme::follow(GObjectPtr<GDBusConnection> bus) {
@@ -63,7 +67,8 @@ void ColorScheme::readPreference(GVariantPtr value) {
   if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) == FALSE) return;
   const guint32 scheme = g_variant_get_uint32(value.get());
   preference_ = scheme == noPreference ? std::nullopt : std::optional(scheme == preferDark);
-  const bool wasDark = std::exchange(systemIsDark_, preference_ ? *preference_ : themeIsDark());
+  const bool wasDark =
+      std::exchange(systemIsDark_, preference_ ? *preference_ : userPrefersDark_ || themeIsDark());
   applyAppearance();
   if (systemIsDark_ != wasDark) systemChanged.emit(systemIsDark_);
 }
@@ -74,14 +79,14 @@ void ColorScheme::setAppearance(WindowAppearance appearance) {
 }
 
 void ColorScheme::applyAppearance() {
-  GtkSettings* settings = gtk_settings_get_default();
-  if (appearance_ == WindowAppearance::system && !preference_) {
-    gtk_settings_reset_property(settings, darkProperty);
-    return;
-  }
-  const bool dark = appearance_ == WindowAppearance::system ? *preference_
-                                                            : appearance_ == WindowAppearance::dark;
-  g_object_set(settings, darkProperty, dark ? TRUE : FALSE, nullptr);
+  look(appearance_ == WindowAppearance::system ? preference_.value_or(userPrefersDark_)
+                                               : appearance_ == WindowAppearance::dark);
+}
+
+void ColorScheme::look(bool dark) {
+  // The toolkit reads its whole theme again even when it is told what it knows.
+  if (dark == toolkitPrefersDark()) return;
+  g_object_set(gtk_settings_get_default(), darkProperty, dark ? TRUE : FALSE, nullptr);
 }
 
 void ColorScheme::onRead(GObject* bus, GAsyncResult* result, gpointer self) {

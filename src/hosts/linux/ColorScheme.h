@@ -35,6 +35,7 @@ class ColorScheme {
                         GVariant* parameters, gpointer self);
   void readPreference(GVariantPtr value);
   void applyAppearance();
+  void look(bool dark);
   void follow(GObjectPtr<GDBusConnection> bus);
 
   GObjectPtr<GCancellable> cancellable_;
@@ -43,6 +44,8 @@ class ColorScheme {
   // What the desktop says; nothing when it leaves the choice to the theme.
   std::optional<bool> preference_;
   WindowAppearance appearance_ = WindowAppearance::system;
+  // What the user has told the toolkit itself.
+  bool userPrefersDark_ = false;
   bool systemIsDark_ = false;
 };
 
