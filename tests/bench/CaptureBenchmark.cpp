@@ -3,7 +3,6 @@
 // nothing.
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <functional>
 #include <iomanip>
 #include <iostream>
@@ -12,8 +11,8 @@
 #include <vector>
 
 #include <sched.h>
-#include <xcb/xcb.h>
 
+#include "bench/FocusWatch.h"
 #include "end_to_end/driver/ApplicationProcess.h"
 #include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/PageDriver.h"
@@ -57,6 +56,7 @@ class CaptureBenchmark {
     signIn();
     const driver::OtherWindow other(desktop_.display());
     other_ = other.id();
+    followPanel();
     measureOpening();
     measureSubmission();
     measureColdDialog();
@@ -71,14 +71,6 @@ class CaptureBenchmark {
     page_.waitUntilTrue("location.pathname === '/' && document.readyState === 'complete'");
   }
 
-  // The window that the keyboard goes to.
-  WindowId focus() {
-    xcb_connection_t* connection = desktop_.display().connection().get();
-    auto* reply = xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr);
-    const WindowId focus = reply != nullptr ? reply->focus : 0;
-    free(reply);
-    return focus;
-  }
   // Asks the server without a pause: a pause would be longer than what is measured.
   double timeUntil(const std::function<bool()>& condition, Clock::time_point start) {
     while (!condition()) {
@@ -88,24 +80,35 @@ class CaptureBenchmark {
     }
     return Milliseconds(Clock::now() - start).count();
   }
-  double press(const std::string& key, const std::function<bool()>& condition) {
+  // From the key to the keyboard's arrival at the panel or the other window.
+  double press(const std::string& key) {
+    focus_.forget();
     const auto start = Clock::now();
     desktop_.keyboard().press(key);
-    const double time = timeUntil(condition, start);
+    const double time = Milliseconds(focus_.waitForFocus() - start).count();
     desktop_.keyboard().release(key);
     return time;
   }
   void waitForOther() {
-    driver::waitUntil([&] { return focus() == other_; }, "the other window has the keyboard");
+    driver::waitUntil([&] { return focus_.focus() == other_; },
+                      "the other window has the keyboard");
   }
   std::optional<WindowId> ownFocus() {
-    const WindowId window = focus();
+    const WindowId window = focus_.focus();
     return window == other_ || window <= 1 ? std::nullopt : std::optional(window);
+  }
+
+  void followPanel() {
+    desktop_.keyboard().chord("Control+Shift+space");
+    focus_.follow(driver::waitFor([&] { return ownFocus(); }, "the panel has the keyboard"));
+    desktop_.keyboard().chord("Escape");
+    waitForOther();
+    focus_.follow(other_);
   }
 
   void open() {
     const driver::Keyboard::Hold held(desktop_.keyboard(), "Control+Shift");
-    opening_.push_back(press("space", [&] { return ownFocus().has_value(); }));
+    opening_.push_back(press("space"));
   }
 
   void measureOpening() {
@@ -124,7 +127,7 @@ class CaptureBenchmark {
       const std::string note = "Note " + std::to_string(count);
       desktop_.keyboard().type(note);
       const driver::Keyboard::Hold held(desktop_.keyboard(), "Control");
-      times.push_back(press("Return", [&] { return focus() == other_; }));
+      times.push_back(press("Return"));
       waitForOther();
     }
     report("Ctrl+Return to the other program's focus", times);
@@ -183,6 +186,7 @@ class CaptureBenchmark {
   driver::ServiceProcess service_;
   driver::ApplicationProcess application_;
   driver::PageDriver page_;
+  FocusWatch focus_{desktop_.display()};
   WindowId other_ = 0;
   std::vector<double> opening_;
 };
