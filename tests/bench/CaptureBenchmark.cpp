@@ -11,6 +11,7 @@
 #include <vector>
 
 #include <sched.h>
+#include <xcb/xcb.h>
 
 #include "bench/FocusWatch.h"
 #include "end_to_end/driver/ApplicationProcess.h"
@@ -58,6 +59,7 @@ class CaptureBenchmark {
     other_ = other.id();
     followPanel();
     measureOpening();
+    measureBareWindow();
     measureSubmission();
     measureColdDialog();
     measureLanguageSwitch();
@@ -118,6 +120,31 @@ class CaptureBenchmark {
       waitForOther();
     }
     report("hot key to a panel that has the keyboard", opening_);
+  }
+
+  // What the window manager and the display take for a window of the least program there can be.
+  void measureBareWindow() {
+    xcb_connection_t* connection = desktop_.display().connection().get();
+    const WindowId bare = xcb_generate_id(connection);
+    xcb_create_window(connection, XCB_COPY_FROM_PARENT, bare,
+                      desktop_.display().connection().root(), 0, 0, 620, 190, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    FocusWatch focus(desktop_.display());
+    desktop_.display().connection().synchronize();
+    focus.follow(bare);
+    std::vector<double> times;
+    for (int count = 0; count < openings; ++count) {
+      focus.forget();
+      const auto start = Clock::now();
+      xcb_map_window(connection, bare);
+      xcb_flush(connection);
+      times.push_back(Milliseconds(focus.waitForFocus() - start).count());
+      xcb_unmap_window(connection, bare);
+      xcb_flush(connection);
+      waitForOther();
+    }
+    xcb_destroy_window(connection, bare);
+    report("for comparison: a bare window, without a key", times);
   }
 
   void measureSubmission() {
