@@ -134,11 +134,33 @@ TEST_F(ColorSchemeTest, AnAnswerOfAnotherTypeOrAnErrorIsIgnored) {
 }
 
 TEST_F(ColorSchemeTest, WithoutAPreferenceTheUsersOwnSettingHolds) {
-  // Takes the setting back to what the configuration file of the toolkit says: light, here.
   setDark(true);
-  SettingsPortal portal([] { return number(0); });
+  SettingsPortal portal([] { return number(2); });
   const ColorScheme scheme;
-  EXPECT_TRUE(waitUntil([] { return !isDark(); }));
+  ASSERT_TRUE(waitUntil([] { return !isDark(); }));
+  portal.announce(appearance, "color-scheme", number(0));
+  EXPECT_TRUE(waitUntil([] { return isDark(); }));
+}
+
+// The toolkit would read its whole theme again: a window that comes up would wait for that.
+TEST_F(ColorSchemeTest, TellsTheToolkitNothingThatItKnows) {
+  int told = 0;
+  const SignalConnection changes(
+      gtk_settings_get_default(), "notify::gtk-application-prefer-dark-theme",
+      G_CALLBACK(+[](GtkSettings*, GParamSpec*, gpointer count) { ++*static_cast<int*>(count); }),
+      &told);
+  {
+    ColorScheme scheme;
+    scheme.setAppearance(WindowAppearance::light);
+    scheme.setAppearance(WindowAppearance::system);
+    EXPECT_EQ(told, 0);
+    scheme.setAppearance(WindowAppearance::dark);
+    EXPECT_EQ(told, 1);
+    scheme.setAppearance(WindowAppearance::dark);
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(isDark());
+  }
+  EXPECT_EQ(told, 2);
 }
 
 TEST_F(ColorSchemeTest, WithoutAPortalTheThemeKeepsItsLookUntilOneComes) {
@@ -149,16 +171,17 @@ TEST_F(ColorSchemeTest, WithoutAPortalTheThemeKeepsItsLookUntilOneComes) {
   EXPECT_TRUE(announceUntilDark(portal, true));
 }
 
-TEST_F(ColorSchemeTest, OneThatIsGoneHearsNothing) {
+TEST_F(ColorSchemeTest, OneThatIsGoneLeavesTheUsersOwnSettingAndHearsNothing) {
   SettingsPortal portal([] { return number(2); });
   {
     const ColorScheme scheme;
     ASSERT_TRUE(announceUntilDark(portal, true));
   }
+  EXPECT_FALSE(isDark());
   const SettingsListener listener;
-  portal.announce(appearance, "color-scheme", number(2));
+  portal.announce(appearance, "color-scheme", number(1));
   ASSERT_TRUE(listener.waitForMarker(portal));
-  EXPECT_TRUE(isDark());
+  EXPECT_FALSE(isDark());
 }
 
 TEST_F(ColorSchemeTest, MayGoBeforeTheBusAnswers) {
