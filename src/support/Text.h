@@ -1,8 +1,12 @@
 #pragma once
 
+#include <charconv>
+#include <concepts>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace navora {
@@ -45,5 +49,16 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
 
 // The pieces between separators, empty ones included: one more piece than there are separators.
 std::vector<std::string> split(std::string_view text, char separator);
+
+// The text as a decimal number, if it is nothing else: digits, after a minus where Integer has
+// negative numbers. None for a number that Integer cannot hold.
+template <std::integral Integer>
+std::optional<Integer> wholeNumber(std::string_view text) {
+  Integer number{};
+  const char* end = text.data() + text.size();
+  const auto [position, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || position != end) return std::nullopt;
+  return number;
+}
 
 }  // namespace navora

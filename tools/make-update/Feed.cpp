@@ -5,10 +5,10 @@
 
 #include <pugixml.hpp>
 
+#include "hosts/linux/update/AppcastFormat.h"
+
 namespace navora {
 namespace {
-
-constexpr const char* updateNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
 
 pugi::xml_node makeChannel(pugi::xml_document& document) {
   auto declaration = document.append_child(pugi::node_declaration);
@@ -16,7 +16,7 @@ pugi::xml_node makeChannel(pugi::xml_document& document) {
   declaration.append_attribute("encoding") = "utf-8";
   auto root = document.append_child("rss");
   root.append_attribute("version") = "2.0";
-  root.append_attribute("xmlns:sparkle") = updateNamespace;
+  root.append_attribute("xmlns:sparkle") = AppcastFormat::xmlNamespace;
   auto channel = root.append_child("channel");
   channel.append_child("title").text() = "Navora";
   return channel;
@@ -52,24 +52,17 @@ void fill(pugi::xml_node node, const FeedItem& item) {
   addEnclosure(node, item);
 }
 
-std::string_view trimmed(std::string_view text) {
-  constexpr std::string_view whiteSpace = " \t\r\n";
-  const auto begin = text.find_first_not_of(whiteSpace);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(whiteSpace) - begin + 1);
-}
-
 std::string_view elementText(const pugi::xml_node& item, const char* name) {
-  return trimmed(item.child(name).text().get());
+  return AppcastFormat::bare(item.child(name).text().get());
 }
 
 bool isForLinux(const pugi::xml_node& enclosure) {
-  return trimmed(enclosure.attribute("sparkle:os").value()) == "linux";
+  return AppcastFormat::bare(enclosure.attribute("sparkle:os").value()) == "linux";
 }
 
 // That of the enclosure beats that of the item.
 std::string_view versionOf(const pugi::xml_node& item, const pugi::xml_node& enclosure) {
-  const auto own = trimmed(enclosure.attribute("sparkle:version").value());
+  const auto own = AppcastFormat::bare(enclosure.attribute("sparkle:version").value());
   return own.empty() ? elementText(item, "sparkle:version") : own;
 }
 
@@ -99,7 +92,7 @@ void removeVersion(pugi::xml_node& channel, const std::string& version) {
 
 bool isFeed(const pugi::xml_node& root) {
   return root.child("channel") &&
-         root.attribute("xmlns:sparkle").value() == std::string_view(updateNamespace);
+         root.attribute("xmlns:sparkle").value() == std::string_view(AppcastFormat::xmlNamespace);
 }
 
 }  // namespace

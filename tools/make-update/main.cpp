@@ -1,7 +1,7 @@
 // Makes a key for releases, or a release: a signed archive of an installed Navora and its entry in
 // a feed.
-#include <charconv>
 #include <chrono>
+#include <cstdint>
 #include <cstdlib>
 #include <ctime>
 #include <filesystem>
@@ -20,13 +20,16 @@
 #include <sys/stat.h>
 
 #include "hosts/linux/update/Appcast.h"
+#include "hosts/linux/update/AppcastFormat.h"
 #include "hosts/linux/update/UpdateAddress.h"
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"
+#include "support/Text.h"
 
 namespace {
 
+using navora::AppcastFormat;
 using navora::SigningKey;
 
 constexpr std::string_view usage =
@@ -106,13 +109,6 @@ std::string now() {
   return text;
 }
 
-std::optional<std::chrono::seconds> readSeconds(const std::string& text) {
-  unsigned seconds = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), seconds);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return std::chrono::seconds(seconds);
-}
-
 // Empty if there is no such file yet; none if it cannot be read.
 std::optional<std::string> readFeed(const std::filesystem::path& file) {
   std::error_code error;
@@ -150,13 +146,13 @@ bool isUnderstood(const std::string& feed, const std::string& version) {
 std::string signedFeed(const std::string& feed, const SigningKey& key) {
   const auto signature =
       key.sign({reinterpret_cast<const unsigned char*>(feed.data()), feed.size()});
-  return feed + "<!-- sparkle-signatures:\nedSignature: " + signature +
+  return feed + AppcastFormat::signatureBeginning + "\nedSignature: " + signature +
          "\nlength: " + std::to_string(feed.size()) + "\n-->\n";
 }
 
 // Of a feed that was signed, only what was signed stays.
 std::string unsignedFeed(const std::string& feed) {
-  return feed.substr(0, feed.rfind("<!-- sparkle-signatures:"));
+  return feed.substr(0, feed.rfind(AppcastFormat::signatureBeginning));
 }
 
 int makeRelease(const Arguments& arguments) {
@@ -186,8 +182,9 @@ int makeRelease(const Arguments& arguments) {
                         .archiveLength = std::filesystem::file_size(output / name, error),
                         .archiveSignature = *signature};
   if (const std::string phased = arguments.value("--phased"); !phased.empty()) {
-    item.phasedRolloutInterval = readSeconds(phased);
-    if (!item.phasedRolloutInterval) return fail(phased + " is no number of seconds");
+    const auto seconds = navora::wholeNumber<std::uint32_t>(phased);
+    if (!seconds) return fail(phased + " is no number of seconds");
+    item.phasedRolloutInterval = std::chrono::seconds(*seconds);
   }
   const auto before = readFeed(output / "appcast.xml");
   const auto feed = before ? navora::addToFeed(unsignedFeed(*before), item) : std::nullopt;

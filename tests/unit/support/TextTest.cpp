@@ -1,3 +1,8 @@
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string_view>
+
 #include <gtest/gtest.h>
 
 #include "support/Text.h"
@@ -101,6 +106,29 @@ TEST(TextStrippedOf, TakesTheBytesAwayAtBothEndsOnly) {
   EXPECT_EQ(strippedOf("ab", "."), "ab");
   EXPECT_EQ(strippedOf("...", "."), "");
   EXPECT_EQ(strippedOf("", "."), "");
+}
+
+TEST(TextWholeNumber, ReadsDecimalDigits) {
+  EXPECT_EQ(wholeNumber<int>("0"), 0);
+  EXPECT_EQ(wholeNumber<int>("0042"), 42);
+  EXPECT_EQ(wholeNumber<int>("-7"), -7);
+  EXPECT_EQ(wholeNumber<int>(std::string_view("123", 2)), 12);
+}
+
+TEST(TextWholeNumber, RefusesWhateverElseStandsInTheText) {
+  for (const char* text : {"", "-", "x", " 1", "1 ", "+1", "1.5", "1e3", "0x10", "--1"})
+    EXPECT_EQ(wholeNumber<int>(text), std::nullopt) << text;
+  EXPECT_EQ(wholeNumber<int>(std::string_view()), std::nullopt);
+  EXPECT_EQ(wholeNumber<int>(std::string_view("1\0", 2)), std::nullopt);
+}
+
+TEST(TextWholeNumber, RefusesWhatTheTypeCannotHold) {
+  EXPECT_EQ(wholeNumber<std::uint64_t>("18446744073709551615"),
+            std::numeric_limits<std::uint64_t>::max());
+  EXPECT_EQ(wholeNumber<std::uint64_t>("18446744073709551616"), std::nullopt);
+  EXPECT_EQ(wholeNumber<std::uint32_t>("-0"), std::nullopt);
+  EXPECT_EQ(wholeNumber<std::int8_t>("-128"), std::int8_t{-128});
+  EXPECT_EQ(wholeNumber<std::int8_t>("128"), std::nullopt);
 }
 
 TEST(TextUppercasedAscii, ChangesNothingButAToZ) {

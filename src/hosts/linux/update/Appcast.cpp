@@ -1,32 +1,17 @@
 #include "hosts/linux/update/Appcast.h"
 
 #include <algorithm>
-#include <charconv>
-#include <limits>
 
 #include <libsoup/soup.h>
 #include <pugixml.hpp>
 
+#include "hosts/linux/update/AppcastFormat.h"
+#include "support/Text.h"
+
 namespace navora {
 namespace {
 
-constexpr std::string_view updateNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
 constexpr std::size_t maximumVersionLength = 100;
-
-std::string trimmed(std::string_view text) {
-  constexpr std::string_view whiteSpace = " \t\r\n";
-  const auto begin = text.find_first_not_of(whiteSpace);
-  if (begin == std::string_view::npos) return {};
-  return std::string(text.substr(begin, text.find_last_not_of(whiteSpace) - begin + 1));
-}
-
-template <class Number>
-std::optional<Number> readNumber(std::string_view text) {
-  Number number{};
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return number;
-}
 
 // Versions become names of folders and part of what people read.
 bool isVersion(std::string_view text) {
@@ -75,10 +60,10 @@ class ItemReader {
   std::string name(std::string_view local) const { return prefix_ + std::string(local); }
 
   std::string element(const pugi::xml_node& parent, std::string_view local) const {
-    return trimmed(parent.child(name(local).c_str()).text().get());
+    return std::string(AppcastFormat::bare(parent.child(name(local).c_str()).text().get()));
   }
   std::string attribute(const pugi::xml_node& node, std::string_view local) const {
-    return trimmed(node.attribute(name(local).c_str()).value());
+    return std::string(AppcastFormat::bare(node.attribute(name(local).c_str()).value()));
   }
 
   pugi::xml_node linuxEnclosure(const pugi::xml_node& item) const {
@@ -101,7 +86,7 @@ class ItemReader {
   }
 
   bool readLink(const pugi::xml_node& item, AppcastEntry& entry) const {
-    const std::string text = trimmed(item.child("link").text().get());
+    const std::string_view text = AppcastFormat::bare(item.child("link").text().get());
     if (text.empty()) return true;
     entry.link = address_.resolve(text);
     return entry.link.has_value();
@@ -111,15 +96,15 @@ class ItemReader {
     entry.minimumSystemVersion = element(item, "minimumSystemVersion");
     entry.channel = element(item, "channel");
     entry.isCritical = static_cast<bool>(item.child(name("criticalUpdate").c_str()));
-    if (const std::string date = trimmed(item.child("pubDate").text().get()); !date.empty()) {
-      entry.published = readDate(date);
+    if (const auto date = AppcastFormat::bare(item.child("pubDate").text().get()); !date.empty()) {
+      entry.published = readDate(std::string(date));
       // Without its date, a release for a few at first would be one for everybody.
       if (!entry.published) return false;
     }
     readInformational(item, entry.informational);
     const std::string interval = element(item, "phasedRolloutInterval");
     if (interval.empty()) return true;
-    const auto seconds = readNumber<std::uint32_t>(interval);
+    const auto seconds = wholeNumber<std::uint32_t>(interval);
     if (seconds) entry.phasedRolloutInterval = std::chrono::seconds(*seconds);
     return seconds.has_value();
   }
@@ -131,15 +116,18 @@ class ItemReader {
     const std::string versionName = name("version");
     const std::string belowVersionName = name("belowVersion");
     for (const pugi::xml_node& version : node.children(versionName.c_str()))
-      informational.versions.push_back(trimmed(version.text().get()));
+      informational.versions.emplace_back(AppcastFormat::bare(version.text().get()));
     for (const pugi::xml_node& version : node.children(belowVersionName.c_str()))
-      informational.belowVersions.push_back(trimmed(version.text().get()));
+      informational.belowVersions.emplace_back(AppcastFormat::bare(version.text().get()));
     informational.forAll = informational.versions.empty() && informational.belowVersions.empty();
   }
 
   std::optional<UpdateArchive> readArchive(const pugi::xml_node& enclosure) const {
-    auto url = address_.resolve(trimmed(enclosure.attribute("url").value()));
-    const auto length = readNumber<std::uint64_t>(trimmed(enclosure.attribute("length").value()));
+    const auto plain = [&](const char* name) {
+      return AppcastFormat::bare(enclosure.attribute(name).value());
+    };
+    auto url = address_.resolve(plain("url"));
+    const auto length = wholeNumber<std::uint64_t>(plain("length"));
     const auto signature = readSignature(attribute(enclosure, "edSignature"));
     if (!url || !length || *length == 0 || !signature) return std::nullopt;
     return UpdateArchive{*std::move(url), *length, *signature};
@@ -152,9 +140,10 @@ class ItemReader {
 // What the document writes before the names of the update format, with its colon.
 std::optional<std::string> namespacePrefix(const pugi::xml_node& root) {
   constexpr std::string_view declaration = "xmlns:";
+  constexpr std::string_view xmlNamespace = AppcastFormat::xmlNamespace;
   for (const pugi::xml_attribute& attribute : root.attributes()) {
     const std::string_view name = attribute.name();
-    if (name.starts_with(declaration) && attribute.value() == updateNamespace)
+    if (name.starts_with(declaration) && attribute.value() == xmlNamespace)
       return std::string(name.substr(declaration.size())) + ":";
   }
   return std::nullopt;

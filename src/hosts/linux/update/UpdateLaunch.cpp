@@ -1,6 +1,5 @@
 #include "hosts/linux/update/UpdateLaunch.h"
 
-#include <charconv>
 #include <cstdlib>
 #include <string_view>
 
@@ -10,22 +9,21 @@
 #include <unistd.h>
 
 #include "hosts/linux/update/UpdateInstaller.h"
+#include "support/Text.h"
 
 namespace navora {
 namespace {
 
 // None for anything but the number of an open socket.
-FileDescriptor openSocket(const char* text) {
-  const std::string_view digits = text;
-  int number = -1;
-  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+FileDescriptor openSocket(std::string_view text) {
+  const auto number = wholeNumber<int>(text);
   struct stat status{};
-  if (error != std::errc() || end != digits.data() + digits.size() || number <= STDERR_FILENO ||
-      ::fstat(number, &status) != 0 || !S_ISSOCK(status.st_mode)) {
+  if (!number || *number <= STDERR_FILENO || ::fstat(*number, &status) != 0 ||
+      !S_ISSOCK(status.st_mode)) {
     return {};
   }
-  ::fcntl(number, F_SETFD, FD_CLOEXEC);
-  return FileDescriptor(number);
+  ::fcntl(*number, F_SETFD, FD_CLOEXEC);
+  return FileDescriptor(*number);
 }
 
 }  // namespace

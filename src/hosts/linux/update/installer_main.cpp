@@ -2,7 +2,6 @@
 //
 // Started by the application shortly before it ends. The last two are the numbers of open files:
 // the lock of the update folder, and the application's process.
-#include <charconv>
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -13,16 +12,15 @@
 #include <unistd.h>
 
 #include "hosts/linux/update/UpdateInstaller.h"
+#include "support/Text.h"
 
 namespace {
 
 // Kept from what is started here.
 std::optional<navora::FileDescriptor> openFile(std::string_view text) {
-  int number = -1;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  if (::fcntl(number, F_SETFD, FD_CLOEXEC) != 0) return std::nullopt;
-  return navora::FileDescriptor(number);
+  const auto number = navora::wholeNumber<int>(text);
+  if (!number || ::fcntl(*number, F_SETFD, FD_CLOEXEC) != 0) return std::nullopt;
+  return navora::FileDescriptor(*number);
 }
 
 }  // namespace
