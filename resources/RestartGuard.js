@@ -66,14 +66,13 @@
 
   // Texts and choices as strings that can be compared: `value` now, `initial` as the page has it in
   // its markup. `typed` tells texts from choices.
-  const optionsThat = (are) => (element) => {
-    const options = select.options(element);
+  const linesOf = (list, line) => {
     let text = '';
-    for (let index = 0; index < options.length; ++index) {
-      if (are(options[index])) text += `${choice.value(options[index])}\n`;
-    }
+    for (let index = 0; index < list.length; ++index) text += line(list[index]);
     return text;
   };
+  const optionsThat = (are) => (element) =>
+    linesOf(select.options(element), (option) => (are(option) ? `${choice.value(option)}\n` : ''));
   const stated = optionsThat(choice.defaultSelected);
   const enabled = optionsThat((option) => !choice.disabled(option));
   const firstLine = (text) => slice(text, 0, indexOf(text, '\n') + 1);
@@ -95,12 +94,7 @@
     toggle: {value: (element) => `${input.checked(element)}`, initial: (element) => `${input.defaultChecked(element)}`, form: input.form},
     scale: {value: input.value, initial: input.defaultValue, form: input.form},
     files: {
-      value: (element) => {
-        const files = input.files(element);
-        let text = '';
-        for (let index = 0; index < files.length; ++index) text += `${fileName(files[index])}\n`;
-        return text;
-      },
+      value: (element) => linesOf(input.files(element), (file) => `${fileName(file)}\n`),
       initial: () => '',
       form: input.form,
     },
