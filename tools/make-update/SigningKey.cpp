@@ -4,6 +4,7 @@
 
 #include <sodium.h>
 
+#include "hosts/linux/update/Base64.h"
 #include "support/FatalError.h"
 
 namespace navora {
@@ -48,13 +49,7 @@ SigningKey SigningKey::make() {
 std::optional<SigningKey> SigningKey::fromText(std::string_view text) {
   requireSodium();
   SigningKey key;
-  std::size_t length = 0;
-  const char* end = nullptr;
-  const bool decoded =
-      sodium_base642bin(key.seed_.data(), key.seed_.size(), text.data(), text.size(), " \t\r\n",
-                        &length, &end, sodium_base64_VARIANT_ORIGINAL) == 0;
-  if (!decoded || length != key.seed_.size() || end != text.data() + text.size())
-    return std::nullopt;
+  if (!readBase64(text, key.seed_, " \t\r\n")) return std::nullopt;
   crypto_sign_seed_keypair(key.publicKey_.data(), key.secretKey_.data(), key.seed_.data());
   return key;
 }

@@ -50,7 +50,6 @@ class OtherProgram {
       const char byte = folder ? 'y' : 'n';
       char unused = 0;
       if (::write(ready[1], &byte, 1) != 1 || ::read(end[0], &unused, 1) != 0) ::_exit(2);
-      if (folder) folder->handOver().release();
       ::_exit(0);
     }
     ::close(ready[1]);

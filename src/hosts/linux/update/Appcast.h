@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "hosts/linux/update/Ed25519.h"
-#include "platform/Updater.h"
 #include "support/Date.h"
 #include "support/Expected.h"
 #include "support/Url.h"

@@ -4,19 +4,15 @@
 
 #include <sodium.h>
 
+#include "hosts/linux/update/Base64.h"
+
 namespace navora {
 namespace {
 
 template <std::size_t size>
 std::optional<std::array<unsigned char, size>> decode(std::string_view base64) {
   std::array<unsigned char, size> bytes{};
-  std::size_t length = 0;
-  const char* end = nullptr;
-  const bool decoded =
-      sodium_base642bin(bytes.data(), bytes.size(), base64.data(), base64.size(), nullptr, &length,
-                        &end, sodium_base64_VARIANT_ORIGINAL) == 0;
-  if (!decoded || length != size || end != base64.data() + base64.size()) return std::nullopt;
-  return bytes;
+  return readBase64(base64, bytes) ? std::optional(bytes) : std::nullopt;
 }
 
 }  // namespace

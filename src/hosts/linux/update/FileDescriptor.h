@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <utility>
 
 #include <unistd.h>
@@ -23,8 +24,10 @@ class FileDescriptor {
   }
 
   int get() const { return descriptor_; }
-  int release() { return std::exchange(descriptor_, -1); }
   explicit operator bool() const { return descriptor_ >= 0; }
+
+  // Everything; otherwise false, and errno says why.
+  bool write(std::string_view bytes) const;
 
  private:
   int descriptor_ = -1;

@@ -25,7 +25,11 @@ class Installation {
 
   const std::filesystem::path& folder() const { return folder_; }
   const std::string& version() const { return version_; }
-  std::filesystem::path executable() const { return folder_ / "bin" / "navora"; }
+  std::filesystem::path executable() const { return executableIn(folder_); }
+  // Of a version that may not have been looked at yet, or lies elsewhere by now.
+  static std::filesystem::path executableIn(const std::filesystem::path& folder) {
+    return folder / "bin" / "navora";
+  }
 
   // Whether its user may put another version in its place: it is theirs, the folder that it lies in
   // can be written to, and nothing in it is somebody else's.

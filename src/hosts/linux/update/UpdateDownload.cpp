@@ -5,7 +5,6 @@
 #include <utility>
 
 #include <fcntl.h>
-#include <unistd.h>
 
 #include "hosts/linux/update/UpdateAddress.h"
 #include "hosts/linux/update/UpdateError.h"
@@ -59,13 +58,8 @@ std::optional<PlatformError> UpdateDownload::begin(int status, std::uint64_t len
 std::optional<PlatformError> UpdateDownload::write(std::string_view bytes) {
   size_ += bytes.size();
   progress_.received(bytes.size());
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(file_.get(), bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0)
-      return systemUpdateError(UpdateStage::download, "The archive cannot be written", errno);
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
+  if (!file_.write(bytes))
+    return systemUpdateError(UpdateStage::download, "The archive cannot be written", errno);
   return std::nullopt;
 }
 

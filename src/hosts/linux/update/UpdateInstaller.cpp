@@ -117,7 +117,7 @@ void UpdateInstaller::startOldVersion() {
 }
 
 void UpdateInstaller::startOldVersionWhereItWaits() {
-  const auto program = folder_.version() / "bin" / "navora";
+  const auto program = Installation::executableIn(folder_.version());
   // It is the only version that is known to work, so it stays.
   folder_.handOver();
   startOldVersion(program);

@@ -1,10 +1,13 @@
 #include "hosts/linux/update/UpdatePreparation.h"
 
+#include <filesystem>
+#include <string>
 #include <system_error>
 
 #include <unistd.h>
 
 #include "hosts/linux/update/ArchiveSignature.h"
+#include "hosts/linux/update/Installation.h"
 #include "hosts/linux/update/UpdateError.h"
 #include "hosts/linux/update/UpdateUnpacker.h"
 

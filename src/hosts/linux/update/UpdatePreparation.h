@@ -1,16 +1,13 @@
 #pragma once
 
 #include <atomic>
-#include <filesystem>
 #include <functional>
 #include <optional>
-#include <string>
 
 #include "hosts/linux/update/Appcast.h"
-#include "hosts/linux/update/Installation.h"
+#include "hosts/linux/update/Ed25519.h"
 #include "hosts/linux/update/UpdateFolder.h"
 #include "platform/PlatformError.h"
-#include "support/Expected.h"
 
 namespace navora {
 

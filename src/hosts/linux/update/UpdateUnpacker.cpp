@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstddef>
-#include <span>
 #include <string>
 #include <system_error>
 #include <unordered_set>
@@ -33,16 +32,6 @@ PlatformError systemFailure(const ArchiveMember& member) {
   const int reason = errno;
   return systemUpdateError(UpdateStage::unpacking,
                            "\"" + member.path.string() + "\" cannot be made", reason);
-}
-
-bool writeAll(int descriptor, std::span<const char> bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return false;
-    bytes = bytes.subspan(static_cast<std::size_t>(written));
-  }
-  return true;
 }
 
 class Unpacking {
@@ -115,8 +104,7 @@ class Unpacking {
       if (*size == 0) break;
       bytes_ += *size;
       if (bytes_ > limits_.bytes) return failure("The archive holds too much");
-      if (!writeAll(file.get(), std::span<const char>(buffer_).first(*size)))
-        return systemFailure(member);
+      if (!file.write({buffer_.data(), *size})) return systemFailure(member);
       tellProgress();
     }
     if (::fchmod(file.get(), member.isExecutable ? executableMode : fileMode) != 0)
