@@ -53,7 +53,7 @@ class StatusItemTest : public CaptureTest {
 
 TEST_F(StatusItemTest, HasTheApplicationsMenuWithTheNamesThatKeysHaveHere) {
   EXPECT_THAT(labels(),
-              ElementsAre("New note  Ctrl+Shift+Space", "Show Navora", "Check for Updates…",
+              ElementsAre("New Note  Ctrl+Shift+Space", "Show Navora", "Check for Updates…",
                           "Turn On Notifications…", "-", "Quit Navora"));
   EXPECT_EQ(tray->textProperty(item, "Title"), "Navora");
   EXPECT_FALSE(tray->pixmaps(item).empty());
@@ -69,7 +69,7 @@ TEST_F(StatusItemTest, ShowsTheHiddenWindowOnAClickAndFromItsMenu) {
 }
 
 TEST_F(StatusItemTest, OpensTheQuickCapture) {
-  tray->choose(item, "New note  Ctrl+Shift+Space");
+  tray->choose(item, "New Note  Ctrl+Shift+Space");
   waitUntil([&] { return panel().has_value(); }, "the panel is open");
 }
 
