@@ -8,8 +8,8 @@
 
 namespace navora {
 
-// Remembers what was painted. Its pixels are what `pixel` says: by default as if the mark of an
-// image filled all but the outermost ones.
+// Remembers what was painted. Its pixels are what `pixel` says, or else what was painted over their
+// middle: without soft edges, every gradient in its first colour, every line with round ends.
 class FakeBitmap final : public Bitmap {
  public:
   using Pixel = std::function<std::optional<Color>(int x, int y)>;
@@ -21,24 +21,19 @@ class FakeBitmap final : public Bitmap {
         pixel_(std::move(pixel)) {}
 
   RecordingCanvas canvas;
-  double scale = 0;
+  // Of the last drawing.
+  double scale = 1;
 
   int pixelsWide() const override { return wide_; }
   int pixelsHigh() const override { return high_; }
-  void draw(double newScale, const std::function<void(Canvas&)>& paint) override {
-    scale = newScale;
-    canvas = {};
-    paint(canvas);
-  }
-  std::optional<Color> colorAt(int x, int y) const override {
-    if (pixel_) return pixel_(x, y);
-    const bool edge = x == 0 || y == 0 || x == wide_ - 1 || y == high_ - 1;
-    return Color{0, 0, 0, edge || canvas.order.empty() ? 0.0 : 1.0};
-  }
+  void draw(double newScale, const std::function<void(Canvas&)>& paint) override;
+  std::optional<Color> colorAt(int x, int y) const override;
   void setSize(Size points) override { size_ = points; }
   Size size() const override { return size_; }
 
  private:
+  Color paintedAt(Point point) const;
+
   int wide_;
   int high_;
   Size size_;

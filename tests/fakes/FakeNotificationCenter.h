@@ -21,7 +21,9 @@ class FakeNotificationCenter final : public NotificationCenter {
 
   NotificationCenterDelegate* delegate() const { return delegate_; }
   // The user opens a notification with this address.
-  void click(std::optional<std::string> url) { delegate_->didReceiveNotification(std::move(url)); }
+  void click(std::optional<std::string> url) {
+    if (delegate_ != nullptr) delegate_->didReceiveNotification(std::move(url));
+  }
 
   // Answer the oldest question of their kind.
   void answerStatus() { take(statusQuestions_)(status); }
@@ -30,6 +32,7 @@ class FakeNotificationCenter final : public NotificationCenter {
     take(adds_)(std::move(failure));
   }
   std::size_t statusQuestions() const { return statusQuestions_.size(); }
+  std::size_t requestQuestions() const { return requestQuestions_.size(); }
   std::size_t addsUnderWay() const { return adds_.size(); }
 
   void setDelegate(NotificationCenterDelegate* delegate) override { delegate_ = delegate; }
