@@ -33,7 +33,16 @@ export async function loadSettings() {
   await reportSystemTimeZone();
 }
 
-export async function saveSettings(changes) {
+// One after another: of two that are under way the older could arrive last.
+let saving = Promise.resolve();
+
+export function saveSettings(changes) {
+  const saved = saving.then(() => store(changes));
+  saving = saved.catch(() => {});
+  return saved;
+}
+
+async function store(changes) {
   accept(await put('/api/settings', changes));
   if ('locale' in changes) window.dispatchEvent(new Event('tolvin:localesaved'));
   if ('timeZone' in changes) window.dispatchEvent(new Event('tolvin:timezonesaved'));

@@ -9,12 +9,22 @@ namespace navora::driver {
 
 namespace {
 
-// Gives the element's rectangle in the viewport, or a text that says why it cannot be hit.
+// Gives the element's rectangle in the viewport once it rests there, or a text that says why it
+// cannot be hit.
 constexpr const char* locateScript = R"(
+  const frame = () => new Promise((resume) => {
+    requestAnimationFrame(resume);
+    setTimeout(resume, 50);  // a page that nobody sees has no frames
+  });
   const element = document.querySelector(SELECTOR);
   if (!element) return 'it does not exist';
   element.scrollIntoView({block: 'center', inline: 'center', behavior: 'instant'});
-  const box = element.getBoundingClientRect();
+  let box = element.getBoundingClientRect();
+  for (let before = null; !before || before.x !== box.x || before.y !== box.y;) {
+    await frame();
+    before = box;
+    box = element.getBoundingClientRect();
+  }
   if (box.width === 0 || box.height === 0) return 'it has no size';
   const hit = document.elementFromPoint(box.x + box.width / 2, box.y + box.height / 2);
   if (!hit) return 'it lies outside the view';
@@ -139,14 +149,24 @@ void PageDriver::click(const std::string& selector, MouseButton button,
 }
 
 void PageDriver::type(const std::string& selector, std::string_view text) {
-  click(selector);
-  // Keys that come before the focus would go elsewhere.
-  const std::string focused = withSelector(
-      "(() => { const element = document.querySelector(SELECTOR);"
-      " return !!element && element.contains(document.activeElement); })()",
-      selector);
-  waitUntilTrue(focused, "the element " + selector + " has the focus");
+  focusByClick(selector);
   desktop_.keyboard().type(text);
+}
+
+// Keys that come before the focus would go elsewhere. A page that is still being laid out can move
+// the element away from under the pointer: then it is clicked once more.
+void PageDriver::focusByClick(const std::string& selector) {
+  const std::string hasFocus = withSelector(
+      "const element = document.querySelector(SELECTOR);"
+      "return !!element && element.contains(document.activeElement)",
+      selector);
+  constexpr std::chrono::seconds perClick{3};
+  waitUntil(
+      [&] {
+        click(selector);
+        return becomesTrue([&] { return tryEvaluate(hasFocus) == Json(true); }, perClick);
+      },
+      "the element " + selector + " has the focus");
 }
 
 }  // namespace navora::driver

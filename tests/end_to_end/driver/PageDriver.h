@@ -59,6 +59,7 @@ class PageDriver {
     std::string error;
   };
   Answer ask(const std::string& script, std::chrono::milliseconds timeout);
+  void focusByClick(const std::string& selector);
   // From coordinates of the page's viewport to those of the screen.
   Point viewportOrigin();
 
