@@ -1,11 +1,12 @@
 #include "hosts/linux/ApplicationVersion.h"
 
-#include "hosts/linux/update/Installation.h"
-
 namespace navora {
 
 std::string applicationVersion() {
-  const auto installation = Installation::ofThisProgram();
+  return applicationVersion(Installation::ofThisProgram());
+}
+
+std::string applicationVersion(const std::optional<Installation>& installation) {
   return installation ? installation->version() : NAVORA_VERSION;
 }
 

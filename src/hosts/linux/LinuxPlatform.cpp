@@ -1,5 +1,7 @@
 #include "hosts/linux/LinuxPlatform.h"
 
+#include <utility>
+
 #include <gnu/libc-version.h>
 
 #include "app/DesktopLocale.h"
@@ -59,11 +61,13 @@ std::unique_ptr<UpdateBannerView> LinuxPlatform::makeUpdateBannerView() {
 
 std::unique_ptr<Updater> LinuxPlatform::makeUpdater(UpdaterUserDriver& userDriver,
                                                     UpdaterDelegate& delegate) {
+  auto installation = Installation::ofThisProgram();
+  auto version = applicationVersion(installation);
   return std::make_unique<LinuxUpdater>(
       LinuxUpdater::Configuration{
           .settings = UpdateSettings::ofThisBuild(system_.environmentVariable("NAVORA_URL")),
-          .installation = Installation::ofThisProgram(),
-          .currentVersion = applicationVersion(),
+          .installation = std::move(installation),
+          .currentVersion = std::move(version),
           .systemVersion = gnu_get_libc_version(),
           .launch = updateLaunch_,
           .terminate = application_.commands().terminate},

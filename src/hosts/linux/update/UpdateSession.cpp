@@ -67,8 +67,9 @@ Task<Failure> UpdateSession::follow() {
     co_return std::nullopt;
   }
   const AppcastEntry& entry = **found;
-  const UserUpdateChoice choice = co_await offer(entry);
-  if (choice != UserUpdateChoice::install || isInformational(entry)) co_return std::nullopt;
+  const bool isInformational = !canBeInstalled(entry);
+  const UserUpdateChoice choice = co_await offer(entry, isInformational);
+  if (choice != UserUpdateChoice::install || isInformational) co_return std::nullopt;
   Failure error;
   if (!isPrepared(entry)) error = co_await prepare(entry);
   if (!error) error = co_await install();
@@ -102,18 +103,18 @@ UpdateSession::Found UpdateSession::select(const HttpSession::Result& feed) cons
   return AppcastSelection::choose(*entries, conditions_);
 }
 
-bool UpdateSession::isInformational(const AppcastEntry& entry) const {
-  const bool canInstall = context_.installation && context_.installation->isReplaceable();
-  return !canInstall || AppcastSelection::isInformational(entry, conditions_.currentVersion);
+bool UpdateSession::canBeInstalled(const AppcastEntry& entry) const {
+  return context_.installation && context_.installation->isReplaceable() &&
+         !AppcastSelection::isInformational(entry, conditions_.currentVersion);
 }
 
 bool UpdateSession::isPrepared(const AppcastEntry& entry) const {
   return context_.prepared && context_.prepared->version == entry.version;
 }
 
-Task<UserUpdateChoice> UpdateSession::offer(const AppcastEntry& entry) {
+Task<UserUpdateChoice> UpdateSession::offer(const AppcastEntry& entry, bool isInformational) {
   using Stage = UserUpdateState::Stage;
-  const AppcastItem item{entry.version, entry.displayVersion, entry.link, isInformational(entry)};
+  const AppcastItem item{entry.version, entry.displayVersion, entry.link, isInformational};
   const UserUpdateState state{isPrepared(entry) ? Stage::downloaded : Stage::notDownloaded,
                               conditions_.userInitiated};
   co_return co_await awaitCallback<UserUpdateChoice>(
@@ -176,7 +177,7 @@ Task<Failure> UpdateSession::unpack(const AppcastEntry& entry, const UpdateFolde
 }
 
 Task<bool> UpdateSession::starts(const UpdateFolder& folder) {
-  const auto program = folder.version() / "bin" / "navora";
+  const auto program = Installation::executableIn(folder.version());
   const bool passed = co_await awaitCallback<bool>([this, &program](Callback<bool> done) {
     programCheck_ = std::make_unique<ProgramCheck>(program, std::move(done));
   });

@@ -60,7 +60,7 @@ class UpdateSession {
   Task<std::optional<PlatformError>> follow();
   Task<Found> findUpdate();
   Found select(const HttpSession::Result& feed) const;
-  Task<UserUpdateChoice> offer(const AppcastEntry& entry);
+  Task<UserUpdateChoice> offer(const AppcastEntry& entry, bool isInformational);
   Task<std::optional<PlatformError>> prepare(AppcastEntry entry);
   Task<std::optional<PlatformError>> download(const AppcastEntry& entry,
                                               const UpdateFolder& folder);
@@ -71,7 +71,8 @@ class UpdateSession {
 
   Task<> tellNothingFound();
   Task<> tell(PlatformError error);
-  bool isInformational(const AppcastEntry& entry) const;
+  // Walks through the folder of the installation.
+  bool canBeInstalled(const AppcastEntry& entry) const;
   bool isPrepared(const AppcastEntry& entry) const;
   std::function<void()> cancellation();
   void end(std::optional<PlatformError> error);
