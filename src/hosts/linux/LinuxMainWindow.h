@@ -40,6 +40,10 @@ class LinuxMainWindow final : public MainWindow {
   // Past the window manager's prevention of focus stealing.
   void forceToFront();
   void focusContent();
+  // For what appears in front of the content, or goes or moves there: in a part that comes to light
+  // again the web view shows nothing but its background colour, until it is drawn as a whole
+  // (WebKitGTK 2.50 and before).
+  void redrawContent() { overlay_.queue_draw(); }
 
   Gtk::Window& native() { return window_; }
   Gtk::Overlay& overlay() { return overlay_; }
@@ -57,9 +61,7 @@ class LinuxMainWindow final : public MainWindow {
   Gtk::Window window_;
   Gtk::Box layout_{Gtk::ORIENTATION_VERTICAL};
   Gtk::Overlay overlay_;
-  // The web view shows nothing but its background colour in a part that appears again, until it is
-  // drawn as a whole (WebKitGTK 2.50 and before).
-  UncoveredParts uncoveredParts_{window_, [this] { overlay_.queue_draw(); }};
+  UncoveredParts uncoveredParts_{window_, [this] { redrawContent(); }};
   sigc::connection pendingSave_;
 };
 

@@ -152,10 +152,9 @@ void LinuxUpdateBanner::setHidden(bool hidden) {
   if (hidden && hadFocus) giveFocusBack();
 }
 
-// Where the card was and beside its corners, the web view shows nothing but its background colour
-// until it is drawn as a whole.
+// Where the card was, and beside its corners.
 void LinuxUpdateBanner::redrawPage() {
-  if (window_ != nullptr) window_->overlay().queue_draw();
+  if (window_ != nullptr) window_->redrawContent();
 }
 
 bool LinuxUpdateBanner::isHidden() const {
