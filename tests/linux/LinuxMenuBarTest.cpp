@@ -15,6 +15,7 @@
 #include "hosts/linux/LinuxMenuBar.h"
 #include "linux/CapturePanelTest.h"
 #include "linux/CyrillicLayout.h"
+#include "linux/RecordingMenuDelegate.h"
 #include "linux/WebViewTest.h"
 #include "linux/Widgets.h"
 
@@ -56,16 +57,6 @@ std::vector<Menu> menus() {
             focusItem("Close", MenuAction::performClose, 'w')},
            Menu::Role::windows}};
 }
-
-class RecordingMenuDelegate final : public MenuDelegate {
- public:
-  void performMenuAction(MenuAction action) override {
-    actions.push_back(action);
-    if (onAction) onAction();
-  }
-  std::vector<MenuAction> actions;
-  std::function<void()> onAction;
-};
 
 class LinuxMenuBarTest : public WebViewTest {
  protected:

@@ -15,6 +15,7 @@
 #include "hosts/linux/LinuxStatusItem.h"
 #include "hosts/linux/StatusIcon.h"
 #include "linux/MainLoop.h"
+#include "linux/RecordingMenuDelegate.h"
 #include "linux/SettingsPortal.h"
 #include "linux/StatusTray.h"
 
@@ -29,16 +30,6 @@ using testing::StartsWith;
 constexpr const char* itemPath = "/StatusNotifierItem";
 constexpr const char* itemInterface = "org.kde.StatusNotifierItem";
 constexpr const char* menuInterface = "com.canonical.dbusmenu";
-
-class RecordingMenuDelegate final : public MenuDelegate {
- public:
-  void performMenuAction(MenuAction action) override {
-    actions.push_back(action);
-    if (onAction) onAction();
-  }
-  std::vector<MenuAction> actions;
-  std::function<void()> onAction;
-};
 
 Menu statusMenu() {
   const auto item = [](std::string title, MenuAction action) {

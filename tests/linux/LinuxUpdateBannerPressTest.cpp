@@ -49,12 +49,7 @@ TEST_F(LinuxUpdateBannerPressTest, TellsNobodyWithoutADelegate) {
 }
 
 TEST_F(LinuxUpdateBannerPressTest, TheSecondOfTwoClicksFindsTheNextContent) {
-  delegateOfBanner_.onPress = [this](Button) {
-    auto disabled = offer();
-    for (auto& shown : disabled.buttons)
-      shown.enabled = false;
-    banner_->setContent(disabled);
-  };
+  delegateOfBanner_.onPress = [this](Button) { banner_->setContent(disabled(offer())); };
   ASSERT_TRUE(showBanner(offer()));
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(button(Button::primary)); }));
   mouse_.doubleClick(onScreen(button(Button::primary)).center());
@@ -64,10 +59,7 @@ TEST_F(LinuxUpdateBannerPressTest, TheSecondOfTwoClicksFindsTheNextContent) {
 }
 
 TEST_F(LinuxUpdateBannerPressTest, DisabledButtonsAreSeenButInert) {
-  auto content = offer();
-  for (auto& shown : content.buttons)
-    shown.enabled = false;
-  ASSERT_TRUE(showBanner(content));
+  ASSERT_TRUE(showBanner(disabled(offer())));
   for (const auto which : {Button::primary, Button::secondary, Button::tertiary, Button::close}) {
     EXPECT_TRUE(button(which).get_mapped());
     ASSERT_TRUE(click(which));

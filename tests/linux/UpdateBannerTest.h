@@ -75,6 +75,11 @@ class UpdateBannerTest : public WindowTest {
     content.accessibilityLabel = "Navora update";
     return content;
   }
+  static UpdateBannerContent disabled(UpdateBannerContent content) {
+    for (auto& button : content.buttons)
+      button.enabled = false;
+    return content;
+  }
 
   // Content other than what is shown, or shown anew. Everything is in its place afterwards.
   testing::AssertionResult showBanner(const UpdateBannerContent& content) {
