@@ -7,15 +7,19 @@
 namespace navora {
 
 void FakeHttpSession::Network::finish(HttpSession::Result result) {
-  if (completions.empty()) fatalError("No request is under way", "FakeHttpSession", __LINE__);
-  const auto completion = std::move(completions.front().second);
-  completions.pop_front();
-  completion(std::move(result));
+  if (transfers.empty()) fatalError("No request is under way", "FakeHttpSession", __LINE__);
+  const Transfer oldest = std::move(transfers.front());
+  transfers.pop_front();
+  if (result && result->body.size() > oldest.maximumBodyBytes) {
+    result->body.clear();
+    result->bodyTooLarge = true;
+  }
+  oldest.completion(std::move(result));
 }
 
 void FakeHttpSession::Network::answer(int status, std::string body) {
-  if (completions.empty()) fatalError("No request is under way", "FakeHttpSession", __LINE__);
-  finish(HttpResponse{status, completions.front().first.url, std::move(body), false});
+  if (transfers.empty()) fatalError("No request is under way", "FakeHttpSession", __LINE__);
+  finish(HttpResponse{status, transfers.front().url, std::move(body), false});
 }
 
 void FakeHttpSession::Network::fail(int code) {
@@ -24,17 +28,18 @@ void FakeHttpSession::Network::fail(int code) {
 
 FakeHttpSession::FakeHttpSession(std::shared_ptr<Network> network,
                                  const HttpSessionConfiguration& configuration)
-    : network_(std::move(network)) {
+    : network_(std::move(network)), maximumBodyBytes_(configuration.maximumBodyBytes) {
   network_->sessions.push_back(configuration);
 }
 
 FakeHttpSession::~FakeHttpSession() {
-  network_->completions.clear();
+  std::erase_if(network_->transfers,
+                [this](const Network::Transfer& transfer) { return transfer.session == this; });
 }
 
 void FakeHttpSession::send(const HttpRequest& request, Completion completion) {
   network_->requests.push_back(request);
-  network_->completions.emplace_back(request, std::move(completion));
+  network_->transfers.push_back({this, maximumBodyBytes_, request.url, std::move(completion)});
 }
 
 }  // namespace navora

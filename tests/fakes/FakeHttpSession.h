@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <deque>
 #include <memory>
 #include <string>
@@ -19,14 +20,20 @@ class FakeHttpSession final : public HttpSession {
     std::vector<HttpRequest> requests;
 
     // How many wait for their answer.
-    std::size_t underWay() const { return completions.size(); }
-    // Ends the oldest request that waits.
+    std::size_t underWay() const { return transfers.size(); }
+    // Ends the oldest request that waits. Of a body beyond its session's limit nothing is left.
     void finish(HttpSession::Result result);
     // With this status and body, from the address that was asked.
     void answer(int status, std::string body);
     void fail(int code);
 
-    std::deque<std::pair<HttpRequest, HttpSession::Completion>> completions;
+    struct Transfer {
+      const HttpSession* session;
+      std::size_t maximumBodyBytes;
+      Url url;
+      HttpSession::Completion completion;
+    };
+    std::deque<Transfer> transfers;
   };
 
   FakeHttpSession(std::shared_ptr<Network> network, const HttpSessionConfiguration& configuration);
@@ -38,6 +45,7 @@ class FakeHttpSession final : public HttpSession {
 
  private:
   std::shared_ptr<Network> network_;
+  const std::size_t maximumBodyBytes_;
 };
 
 }  // namespace navora

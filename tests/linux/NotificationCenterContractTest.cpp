@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "end_to_end/driver/BusConnection.h"
 #include "end_to_end/driver/NotificationDaemonStandIn.h"
 #include "fakes/FakeNotificationCenter.h"
 #include "fakes/LocaleScope.h"
@@ -59,7 +60,11 @@ class LinuxDesktop {
   void permit() {
     daemon_ = std::make_unique<driver::NotificationDaemonStandIn>(TestDesktop::sessionBusAddress());
   }
-  void refuse() { daemon_.reset(); }
+  void refuse() {
+    daemon_.reset();
+    // The bus notices in its own time.
+    EXPECT_TRUE(waitUntil([&] { return !bus_.nameHasOwner("org.freedesktop.Notifications"); }));
+  }
   // The service answers by itself.
   void answer() {}
 
@@ -71,6 +76,7 @@ class LinuxDesktop {
   }
 
  private:
+  driver::BusConnection bus_{TestDesktop::sessionBusAddress()};
   std::unique_ptr<driver::NotificationDaemonStandIn> daemon_;
   std::unique_ptr<LinuxNotificationCenter> center_ = std::make_unique<LinuxNotificationCenter>();
 };
