@@ -1,8 +1,6 @@
 #include "notifications/DesktopNotifications.h"
 
-#include <algorithm>
 #include <chrono>
-#include <set>
 #include <utility>
 #include <vector>
 
@@ -15,14 +13,6 @@ namespace navora {
 namespace {
 
 constexpr std::chrono::seconds pollInterval{60};
-
-std::set<std::string> idsOf(const std::vector<Json>& items) {
-  std::set<std::string> ids;
-  for (const Json& item : items) {
-    if (auto id = stringMember(item, "id")) ids.insert(*std::move(id));
-  }
-  return ids;
-}
 
 std::string stateScript(AuthorizationStatus status, bool enabled) {
   const Json state{{"authorized", status == AuthorizationStatus::authorized},
@@ -89,65 +79,63 @@ Task<> DesktopNotifications::pollService(std::shared_ptr<WebView> webView) {
   webView.reset();
   auto cookie =
       sessionCookieHeader(cookies, origin_, platform_.system().now(), CookieDomainDots::oneLeading);
-  auto feed = co_await fetch(std::move(cookie));
-  if (!feed) co_return;
+  auto selection = co_await fetch(std::move(cookie));
+  if (!selection) co_return;
   // What is there at first is the past.
-  if (delivery_.baseline(idsOf(feed->list.items))) co_return;
-  co_await deliver(*std::move(feed));
+  if (delivery_.baseline(selection->ids)) co_return;
+  co_await deliver(*std::move(selection));
 }
 
-Task<std::optional<DesktopNotifications::Feed>> DesktopNotifications::fetch(
+Task<std::optional<NotificationSelection>> DesktopNotifications::fetch(
     std::optional<std::string> cookie) {
-  const auto me = co_await reply("/api/auth/me", cookie);
+  const auto me = accept(co_await client_.json("/api/auth/me", cookie));
   const auto userId = me ? readUserId(*me) : std::nullopt;
   if (!userId) co_return std::nullopt;
   if (accountId_ != userId) {
     accountId_ = userId;
     delivery_ = {};
   }
-  const auto settingsReply = co_await reply("/api/settings", cookie);
+  const auto settingsReply = accept(co_await client_.json("/api/settings", cookie));
   auto settings = settingsReply ? NotificationSettings::read(*settingsReply) : std::nullopt;
   if (!settings) co_return std::nullopt;
-  auto listReply = co_await reply("/api/notifications", cookie);
-  auto list = listReply ? NotificationList::read(*std::move(listReply)) : std::nullopt;
+  auto list = accept(co_await client_.body("/api/notifications", cookie));
   if (!list) co_return std::nullopt;
-  co_return Feed{*std::move(settings), *std::move(list)};
+  co_return co_await select(*std::move(list), *std::move(settings));
 }
 
-Task<std::optional<Json>> DesktopNotifications::reply(std::string path,
-                                                      std::optional<std::string> cookie) {
-  auto reply = co_await client_.json(std::move(path), std::move(cookie));
-  if (reply) co_return *std::move(reply);
-  if (reply.error() == NotificationClient::PollError::unauthorized) forgetAccount();
-  co_return std::nullopt;
+template <class Reply>
+std::optional<Reply> DesktopNotifications::accept(
+    Expected<Reply, NotificationClient::PollError> reply) {
+  if (reply) return *std::move(reply);
+  if (reply.error() == NotificationClient::PollError::unauthorized) {
+    accountId_.reset();
+    delivery_ = {};
+  }
+  return std::nullopt;
 }
 
-void DesktopNotifications::forgetAccount() {
-  accountId_.reset();
-  delivery_ = {};
+// In the background: with a list of thousands this would keep the main thread from the screen.
+Task<std::optional<NotificationSelection>> DesktopNotifications::select(
+    std::string list, NotificationSettings settings) {
+  using Selection = std::optional<NotificationSelection>;
+  std::function<Selection()> work = [list = std::move(list), settings = std::move(settings),
+                                     now = platform_.system().now(), origin = origin_] {
+    return NotificationSelection::read(list, settings, now, origin);
+  };
+  co_return co_await awaitBackground<Selection>(platform_.backgroundQueue(), std::move(work));
 }
 
-Task<> DesktopNotifications::deliver(Feed feed) {
-  const auto& [settings, list] = feed;
-  const bool quiet = DesktopNotificationPolicy::isQuiet(
-      settings.quietHours, platform_.system().now(), settings.timeZone);
+Task<> DesktopNotifications::deliver(NotificationSelection selection) {
   const AuthorizationStatus status = co_await authorizationStatus();
-  // The list begins with the newest item.
-  for (auto item = list.items.rbegin(); item != list.items.rend(); ++item) {
-    const auto id = stringMember(*item, "id");
-    if (!id) continue;
-    const bool wanted =
-        DesktopNotificationPolicy::shouldDeliver(*item, settings.preferences, list.defaults, quiet);
-    const auto destination = wanted ? notificationDestination(*item, origin_) : std::nullopt;
-    if (!destination) {
-      delivery_.ignore(*id);
+  for (NotificationSelection::Item& item : selection.items) {
+    if (!item.content) {
+      delivery_.ignore(item.id);
     } else if (status == AuthorizationStatus::authorized) {
-      const UserNotification notification = userNotification(*item, *id, *destination);
       const DesktopNotificationDelivery::Enqueue enqueue = [&](auto done) {
-        center_.add(notification, std::move(done));
+        center_.add(userNotification(item.id, *std::move(item.content)), std::move(done));
       };
       // What the desktop did not take is offered again by the next poll.
-      (void)co_await delivery_.deliver(*id, enqueue);
+      (void)co_await delivery_.deliver(item.id, enqueue);
     }
   }
 }

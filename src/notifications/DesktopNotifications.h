@@ -9,6 +9,7 @@
 #include "notifications/DesktopNotificationDelivery.h"
 #include "notifications/NotificationClient.h"
 #include "notifications/NotificationReplies.h"
+#include "notifications/NotificationSelection.h"
 #include "platform/NotificationCenter.h"
 #include "platform/ObserverToken.h"
 #include "platform/Platform.h"
@@ -57,19 +58,17 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   void didReceiveNotification(std::optional<std::string> url) override;
 
  private:
-  struct Feed {
-    NotificationSettings settings;
-    NotificationList list;
-  };
-
   void poll();
   void scheduleNextPoll();
   Task<> pollService(std::shared_ptr<WebView> webView);
   // What the service has for the user, if it answered properly.
-  Task<std::optional<Feed>> fetch(std::optional<std::string> cookie);
-  Task<std::optional<Json>> reply(std::string path, std::optional<std::string> cookie);
-  Task<> deliver(Feed feed);
-  void forgetAccount();
+  Task<std::optional<NotificationSelection>> fetch(std::optional<std::string> cookie);
+  Task<std::optional<NotificationSelection>> select(std::string list,
+                                                    NotificationSettings settings);
+  Task<> deliver(NotificationSelection selection);
+  // The reply, unless the service refused it, which may mean that the account has gone.
+  template <class Reply>
+  std::optional<Reply> accept(Expected<Reply, NotificationClient::PollError> reply);
 
   Task<AuthorizationStatus> authorizationStatus();
   Task<> authorize();

@@ -34,29 +34,36 @@ std::optional<HttpRequest> NotificationClient::request(
   return request;
 }
 
-Task<NotificationClient::Reply> NotificationClient::json(std::string path,
-                                                         std::optional<std::string> cookie) {
+Task<NotificationClient::Body> NotificationClient::body(std::string path,
+                                                        std::optional<std::string> cookie) {
   const auto request = this->request(path, cookie);
   if (!request) co_return Unexpected(PollError::invalidResponse);
   HttpSession& session = this->session();
-  const auto result = co_await awaitCallback<HttpSession::Result>(
+  auto result = co_await awaitCallback<HttpSession::Result>(
       [&session, &request](Callback<HttpSession::Result> done) {
         session.send(*request, std::move(done));
       });
-  co_return read(result);
+  co_return accept(std::move(result));
 }
 
-NotificationClient::Reply NotificationClient::read(const HttpSession::Result& result) const {
+NotificationClient::Body NotificationClient::accept(HttpSession::Result result) const {
   if (!result) return Unexpected(PollError::transport);
-  const HttpResponse& response = *result;
+  HttpResponse& response = *result;
   if (!response.url || !DesktopNotificationPolicy::sameOrigin(*response.url, origin_))
     return Unexpected(PollError::invalidResponse);
   if (response.status == 401) return Unexpected(PollError::unauthorized);
   if (response.status != 200 || response.bodyTooLarge || response.body.size() > maximumReplyBytes)
     return Unexpected(PollError::invalidResponse);
-  auto body = parseJson(response.body);
-  if (!body || !body->is_object()) return Unexpected(PollError::invalidResponse);
-  return *std::move(body);
+  return std::move(response.body);
+}
+
+Task<NotificationClient::Reply> NotificationClient::json(std::string path,
+                                                         std::optional<std::string> cookie) {
+  const auto body = co_await this->body(std::move(path), std::move(cookie));
+  if (!body) co_return Unexpected(body.error());
+  auto object = parseJson(*body);
+  if (!object || !object->is_object()) co_return Unexpected(PollError::invalidResponse);
+  co_return *std::move(object);
 }
 
 }  // namespace navora

@@ -19,23 +19,27 @@ class NotificationClient {
   enum class PollError {
     // Nobody is signed in.
     unauthorized,
-    // Not a JSON object from the origin.
+    // Not from the origin, not what was asked for, or too long.
     invalidResponse,
     // No answer.
     transport
   };
+  using Body = Expected<std::string, PollError>;
   using Reply = Expected<Json, PollError>;
 
   NotificationClient(Platform& platform, Url origin);
 
-  // The object at `path`. `cookie` is the "Cookie" header, if there is one to send.
+  // What the service has at `path`, unread. `cookie` is the "Cookie" header, if there is one to
+  // send.
+  Task<Body> body(std::string path, std::optional<std::string> cookie);
+  // The JSON object at `path`; anything else there is an invalid response.
   Task<Reply> json(std::string path, std::optional<std::string> cookie);
 
  private:
   HttpSession& session();
   std::optional<HttpRequest> request(const std::string& path,
                                      const std::optional<std::string>& cookie) const;
-  Reply read(const HttpSession::Result& result) const;
+  Body accept(HttpSession::Result result) const;
 
   Platform& platform_;
   const Url origin_;

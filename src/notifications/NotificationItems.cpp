@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <utility>
 
 #include "app/DesktopLocale.h"
 #include "notifications/DesktopNotificationPolicy.h"
@@ -56,10 +57,9 @@ std::string body(const Json& item) {
   return lead.value_or(text.value_or(""));
 }
 
-std::string title(const Json& item) {
+std::optional<std::string> title(const Json& item) {
   const Json* data = objectMember(item, "data");
-  const auto own = data ? stringMember(*data, "pushTitle") : std::nullopt;
-  return own ? *own : L("Навора");
+  return data ? stringMember(*data, "pushTitle") : std::nullopt;
 }
 
 }  // namespace
@@ -70,8 +70,13 @@ std::optional<Url> notificationDestination(const Json& item, const Url& origin) 
   return url;
 }
 
-UserNotification userNotification(const Json& item, const std::string& id, const Url& destination) {
-  return {"navora-" + id, title(item), body(item), true, destination.string()};
+NotificationContent notificationContent(const Json& item, const Url& destination) {
+  return {title(item), body(item), destination.string()};
+}
+
+UserNotification userNotification(const std::string& id, NotificationContent content) {
+  std::string title = content.title ? *std::move(content.title) : L("Навора");
+  return {"navora-" + id, std::move(title), std::move(content.body), true, std::move(content.url)};
 }
 
 UserNotification testNotification(const Url& origin) {

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "platform/Application.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/CapturePanel.h"
 #include "platform/DesktopWording.h"
 #include "platform/Dialogs.h"
@@ -31,6 +32,7 @@ class Platform {
   virtual ~Platform() = default;
 
   virtual Application& application() = 0;
+  virtual BackgroundQueue& backgroundQueue() = 0;
   virtual Dialogs& dialogs() = 0;
   virtual HotKeys& hotKeys() = 0;
   virtual Imaging& imaging() = 0;

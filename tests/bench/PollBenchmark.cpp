@@ -1,4 +1,5 @@
-// What a poll for notifications takes of the main thread, with the longest list that is accepted.
+// What a poll for notifications takes with the longest list that is accepted, of the main thread
+// and of the background.
 #include <chrono>
 #include <memory>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include "fakes/FakePlatform.h"
 #include "notifications/DesktopNotifications.h"
+#include "notifications/NotificationSelection.h"
 #include "support/Url.h"
 
 namespace navora {
@@ -56,8 +58,9 @@ struct Polls {
         200,
         R"({"settings": {"notifyPrefs": "{}", "quietHours": "22:00-07:00"}, "timeZone": "Europe/Berlin"})");
   }
-  void answer(HttpSession::Result reply) {
-    platform.network().finish(std::move(reply));
+  void answer(HttpSession::Result reply) { platform.network().finish(std::move(reply)); }
+  void show() {
+    platform.backgroundQueue().completeNext();
     FakeNotificationCenter& center = platform.notificationCenter();
     if (center.statusQuestions() > 0) center.answerStatus();
     while (center.addsUnderWay() > 0)
@@ -65,7 +68,7 @@ struct Polls {
   }
 };
 
-// Each poll finds one item that is new.
+// The main thread's part, before and after the background's. Each poll finds one item that is new.
 void poll(benchmark::State& state) {
   Polls polls;
   polls.platform.system().time = dateFromSecondsSince1970(1'700'049'600);  // 13:00 in Berlin
@@ -79,6 +82,10 @@ void poll(benchmark::State& state) {
     bytes = reply->body.size();
     state.ResumeTiming();
     polls.answer(std::move(reply));
+    state.PauseTiming();
+    polls.platform.backgroundQueue().workOnNext();
+    state.ResumeTiming();
+    polls.show();
   }
   if (polls.platform.notificationCenter().added.size() + 1 != newest)
     state.SkipWithError("A poll did not show what was new");
@@ -86,6 +93,20 @@ void poll(benchmark::State& state) {
   state.counters["bytes"] = static_cast<double>(bytes);
 }
 BENCHMARK(poll)->Unit(benchmark::kMillisecond);
+
+// The background's part: from the body to the few values that the main thread goes on with.
+void pollInBackground(benchmark::State& state) {
+  const NotificationSettings settings{{}, "22:00-07:00", "Europe/Berlin"};
+  const Date now = dateFromSecondsSince1970(1'700'049'600);
+  const std::string body = list(0);
+  for (auto _ : state) {
+    auto selection = NotificationSelection::read(body, settings, now, origin());
+    if (!selection || selection->items.size() != itemCount)
+      state.SkipWithError("The list was not read");
+    benchmark::DoNotOptimize(selection);
+  }
+}
+BENCHMARK(pollInBackground)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace navora

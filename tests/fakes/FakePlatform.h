@@ -4,6 +4,7 @@
 
 #include "fakes/EventLog.h"
 #include "fakes/FakeApplication.h"
+#include "fakes/FakeBackgroundQueue.h"
 #include "fakes/FakeCapturePanel.h"
 #include "fakes/FakeDialogs.h"
 #include "fakes/FakeErrorView.h"
@@ -42,6 +43,7 @@ class FakePlatform final : public Platform {
   FakeUpdater::Session& updater() { return updater_; }
 
   FakeApplication& application() override { return application_; }
+  FakeBackgroundQueue& backgroundQueue() override { return backgroundQueue_; }
   FakeDialogs& dialogs() override { return dialogs_; }
   FakeHotKeys& hotKeys() override { return hotKeys_; }
   FakeImaging& imaging() override { return imaging_; }
@@ -71,6 +73,7 @@ class FakePlatform final : public Platform {
  private:
   EventLog log_;
   FakeApplication application_{log_};
+  FakeBackgroundQueue backgroundQueue_;
   FakeDialogs dialogs_{log_};
   FakeHotKeys hotKeys_{log_};
   FakeImaging imaging_;

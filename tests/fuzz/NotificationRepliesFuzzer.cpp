@@ -21,7 +21,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (!list) return 0;
   for (const Json& item : list->items) {
     const auto destination = notificationDestination(item, origin);
-    (void)userNotification(item, "id", destination.value_or(origin));
+    (void)userNotification("id", notificationContent(item, destination.value_or(origin)));
     const bool shown =
         DesktopNotificationPolicy::shouldDeliver(item, settings.preferences, list->defaults, quiet);
     const bool leadsAway = destination && (!DesktopOrigin::contains(*destination, origin) ||

@@ -5,6 +5,7 @@
 
 #include "hosts/linux/ColorScheme.h"
 #include "hosts/linux/LinuxApplication.h"
+#include "hosts/linux/LinuxBackgroundQueue.h"
 #include "hosts/linux/LinuxDialogs.h"
 #include "hosts/linux/LinuxHotKeys.h"
 #include "hosts/linux/LinuxImaging.h"
@@ -25,6 +26,7 @@ namespace navora {
 class LinuxPlatform final : public Platform {
  public:
   LinuxApplication& application() override { return application_; }
+  BackgroundQueue& backgroundQueue() override { return backgroundQueue_; }
   Dialogs& dialogs() override { return dialogs_; }
   HotKeys& hotKeys() override { return hotKeys_; }
   Imaging& imaging() override { return imaging_; }
@@ -55,6 +57,7 @@ class LinuxPlatform final : public Platform {
   // First of all: the web engine's processes must not inherit what it takes.
   UpdateLaunch updateLaunch_;
   LinuxApplication application_;
+  LinuxBackgroundQueue backgroundQueue_;
   LinuxDialogs dialogs_;
   LinuxHotKeys hotKeys_;
   LinuxImaging imaging_;

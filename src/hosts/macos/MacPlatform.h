@@ -1,5 +1,6 @@
 #pragma once
 
+#include "hosts/macos/MacBackgroundQueue.h"
 #include "hosts/macos/MacDialogs.h"
 #include "hosts/macos/MacHotKeys.h"
 #include "hosts/macos/MacImaging.h"
@@ -19,6 +20,7 @@ class MacPlatform final : public Platform {
   explicit MacPlatform(Application& application) : application_(application) {}
 
   Application& application() override { return application_; }
+  BackgroundQueue& backgroundQueue() override { return backgroundQueue_; }
   Dialogs& dialogs() override { return dialogs_; }
   HotKeys& hotKeys() override { return hotKeys_; }
   Imaging& imaging() override { return imaging_; }
@@ -47,6 +49,7 @@ class MacPlatform final : public Platform {
 
  private:
   Application& application_;
+  MacBackgroundQueue backgroundQueue_;
   MacDialogs dialogs_;
   MacHotKeys hotKeys_;
   MacImaging imaging_;

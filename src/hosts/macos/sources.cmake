@@ -15,6 +15,7 @@ set(navora_macos_sources
   Layout.mm
   MacAboutPanel.mm
   MacApplication.mm
+  MacBackgroundQueue.mm
   MacCaptureEditor.mm
   MacCapturePanel.mm
   MacDialogs.mm

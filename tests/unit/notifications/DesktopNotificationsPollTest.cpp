@@ -87,6 +87,7 @@ TEST_F(DesktopNotificationsPollTest, ForgetsWhatCameInQuietHours) {
   answerUser();
   answerSettings("22:00-07:00");
   answerList({item("a")});
+  platform.backgroundQueue().finishAll();
   center.answerStatus();
   nextTick();
   completePoll({item("a")});
@@ -212,10 +213,105 @@ TEST_F(DesktopNotificationsPollTest, EndsAtSettingsOrListsThatCannotBeRead) {
   answerUser();
   platform.network().answer(200, R"({"settings": {}, "timeZone": "UTC"})");
   EXPECT_EQ(platform.network().underWay(), 0u);
+  for (const char* list : {R"({"notifications": [7], "kinds": []})", "[]", "", "{"}) {
+    nextTick();
+    answerUser();
+    answerSettings();
+    platform.network().answer(200, list);
+    platform.backgroundQueue().finishAll();
+    EXPECT_EQ(center.statusQuestions(), 0u) << list;
+  }
+  // None of them was a list that could have been the baseline's or changed it.
+  nextTick();
+  completePoll({item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-a"));
+}
+
+TEST_F(DesktopNotificationsPollTest, ReadsTheListInTheBackground) {
+  startWithBaseline();
+  nextTick();
+  sendList({item("a")});
+  FakeBackgroundQueue& background = platform.backgroundQueue();
+  EXPECT_EQ(background.waiting(), 1u);
+  background.workOnNext();
+  EXPECT_EQ(center.statusQuestions(), 0u);
+  background.completeNext();
+  center.answerStatus();
+  EXPECT_THAT(shown(), ElementsAre("navora-a"));
+}
+
+TEST_F(DesktopNotificationsPollTest, ReadsNoListThatItWasRefused) {
+  startWithBaseline();
   nextTick();
   answerUser();
   answerSettings();
-  platform.network().answer(200, R"({"notifications": [7], "kinds": []})");
+  platform.network().answer(401, R"({"notifications": [], "kinds": []})");
+  EXPECT_EQ(platform.backgroundQueue().waiting(), 0u);
+}
+
+TEST_F(DesktopNotificationsPollTest, DropsATickWhileTheListIsRead) {
+  startWithBaseline();
+  nextTick();
+  sendList({item("a")});
+  nextTick();
+  notifications->refresh();
+  EXPECT_EQ(webView->cookieQuestions(), 0u);
+}
+
+TEST_F(DesktopNotificationsPollTest, AsksForQuietAsOfTheListsArrival) {
+  // The fake clock stands at 22:13:20 UTC.
+  startWithBaseline();
+  nextTick();
+  sendList({item("a")}, "22:00-22:14");
+  platform.system().time = platform.system().time + std::chrono::minutes(1);
+  platform.backgroundQueue().finishAll();
+  center.answerStatus();
+  EXPECT_THAT(shown(), IsEmpty());
+}
+
+TEST_F(DesktopNotificationsPollTest, ShowsNothingOfAListThatIsReadAcrossAStop) {
+  startWithBaseline();
+  for (const bool worked : {false, true}) {
+    nextTick();
+    sendList({item("a")});
+    if (worked) platform.backgroundQueue().workOnNext();
+    notifications->stop();
+    platform.backgroundQueue().finishAll();
+    EXPECT_EQ(center.statusQuestions(), 0u);
+    notifications->start();
+    // The list that nobody waited for has left nothing behind.
+    answerUser();
+    platform.network().fail(1);
+  }
+  nextTick();
+  completePoll({item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-a"));
+}
+
+TEST_F(DesktopNotificationsPollTest, ShowsAnotherAccountNothingOfAListThatWasBeingRead) {
+  startWithBaseline();
+  nextTick();
+  sendList({item("a")});
+  notifications->stop();
+  notifications->start();
+  answerUser("u2");
+  answerSettings();
+  platform.network().answer(200, R"({"notifications": [], "kinds": []})");
+  EXPECT_EQ(platform.backgroundQueue().waiting(), 2u);
+  platform.backgroundQueue().finishAll();
+  EXPECT_EQ(center.statusQuestions(), 0u);
+  nextTick();
+  completePoll({item("b")}, "u2");
+  EXPECT_THAT(shown(), ElementsAre("navora-b"));
+}
+
+TEST_F(DesktopNotificationsPollTest, MayEndWhileTheListIsRead) {
+  startWithBaseline();
+  nextTick();
+  sendList({item("a")});
+  platform.backgroundQueue().workOnNext();
+  notifications.reset();
+  platform.backgroundQueue().finishAll();
   EXPECT_EQ(center.statusQuestions(), 0u);
 }
 
@@ -264,20 +360,23 @@ TEST_F(DesktopNotificationsPollTest, StartsWhenTheDefaultIsNoSwitch) {
 }
 
 TEST_F(DesktopNotificationsPollTest, ShowsNothingAfterAStopAtAnyStep) {
-  for (int steps = 0; steps <= 5; ++steps) {
+  for (int steps = 0; steps <= 7; ++steps) {
     startWithBaseline();
     nextTick();
     if (steps > 0) webView->answerCookies();
     if (steps > 1) platform.network().answer(200, R"({"user": {"id": "u1"}})");
     if (steps > 2) answerSettings();
     if (steps > 3) answerList({item("b" + std::to_string(steps)), item("a")});
-    if (steps > 4) center.answerStatus();
+    if (steps > 4) platform.backgroundQueue().workOnNext();
+    if (steps > 5) platform.backgroundQueue().completeNext();
+    if (steps > 6) center.answerStatus();
     const std::size_t before = center.added.size();
     notifications->stop();
     while (webView->cookieQuestions() > 0)
       webView->answerCookies();
     while (platform.network().underWay() > 0)
       platform.network().fail(1);
+    platform.backgroundQueue().finishAll();
     while (center.statusQuestions() > 0)
       center.answerStatus();
     while (center.addsUnderWay() > 0)

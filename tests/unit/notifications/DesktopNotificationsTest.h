@@ -46,11 +46,18 @@ class DesktopNotificationsTest : public testing::Test {
                      {{"key", "quiet"}, {"default", "inbox"}}};
     platform.network().answer(200, Json{{"notifications", items}, {"kinds", kinds}}.dump());
   }
+  // A poll up to where the list is read in the background.
+  void sendList(const std::vector<Json>& items, const std::string& quietHours = "off") {
+    answerUser();
+    answerSettings(quietHours);
+    answerList(items);
+  }
   // A poll up to where the desktop is asked for its status.
   void answerPoll(const std::vector<Json>& items, const std::string& user = "u1") {
     answerUser(user);
     answerSettings();
     answerList(items);
+    platform.backgroundQueue().finishAll();
   }
   // Everything is answered; the desktop takes every notification.
   void completePoll(const std::vector<Json>& items, const std::string& user = "u1") {

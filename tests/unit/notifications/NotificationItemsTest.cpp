@@ -80,13 +80,16 @@ TEST(NotificationDestination, StaysWithinTheOrigin) {
 
 class UserNotificationTest : public testing::Test {
  protected:
-  static UserNotification made(const Json& item) { return userNotification(item, "7", origin); }
+  static UserNotification made(const Json& item) {
+    return userNotification("7", notificationContent(item, origin));
+  }
 
   LocaleScope locale;
 };
 
 TEST_F(UserNotificationTest, CarriesTheIdAndTheDestination) {
-  const auto notification = userNotification({}, "a b", testUrl("https://navora.example/#today"));
+  const auto content = notificationContent({}, testUrl("https://navora.example/#today"));
+  const auto notification = userNotification("a b", content);
   EXPECT_EQ(notification.identifier, "navora-a b");
   EXPECT_EQ(notification.url, "https://navora.example/#today");
   EXPECT_TRUE(notification.defaultSound);

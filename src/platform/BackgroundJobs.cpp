@@ -1,0 +1,41 @@
+#include "platform/BackgroundJobs.h"
+
+#include <utility>
+
+#include "support/FatalError.h"
+
+namespace navora {
+
+void BackgroundJobs::add(Step work, Step completion) {
+  completions_.push_back(std::move(completion));
+  const std::lock_guard lock(mutex_);
+  works_.push_back(std::move(work));
+}
+
+void BackgroundJobs::completeNext() {
+  if (completions_.empty()) fatalError("No work has ended", "BackgroundJobs", __LINE__);
+  const Step completion = std::move(completions_.front());
+  completions_.pop_front();
+  completion();
+}
+
+void BackgroundJobs::dropWaiting() {
+  std::deque<Step> dropped;
+  const std::lock_guard lock(mutex_);
+  // Released after the lock: what the work captured may be anything.
+  dropped.swap(works_);
+}
+
+bool BackgroundJobs::workOnNext() {
+  Step work;
+  {
+    const std::lock_guard lock(mutex_);
+    if (works_.empty()) return false;
+    work = std::move(works_.front());
+    works_.pop_front();
+  }
+  work();
+  return true;
+}
+
+}  // namespace navora
