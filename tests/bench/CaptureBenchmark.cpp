@@ -8,12 +8,14 @@
 #include <iostream>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include <sched.h>
 #include <xcb/xcb.h>
 
 #include "bench/FocusWatch.h"
+#include "bench/TypingCost.h"
 #include "end_to_end/driver/ApplicationProcess.h"
 #include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/PageDriver.h"
@@ -32,6 +34,12 @@ constexpr int openings = 200;
 constexpr int submissions = 30;
 constexpr int coldStarts = 10;
 constexpr int languageSwitches = 50;
+constexpr int typedKeys = 40;
+
+// With a line's end 155 units.
+const std::string typingSample(
+    "The boat leaves at nine and whoever wants to come along had better be there by then, "
+    "with a coat, something to eat and the charts of the northern islands.");
 
 void report(const std::string& label, std::vector<double> times) {
   std::ranges::sort(times);
@@ -42,6 +50,11 @@ void report(const std::string& label, std::vector<double> times) {
   std::cout << std::left << std::setw(46) << label << std::right << std::fixed
             << std::setprecision(1) << " median " << std::setw(7) << at(0.5) << " ms   99 % "
             << std::setw(7) << at(0.99) << " ms   n " << times.size() << std::endl;
+}
+
+void reportMean(const std::string& label, double time) {
+  std::cout << std::left << std::setw(46) << label << std::right << std::fixed
+            << std::setprecision(1) << " mean   " << std::setw(7) << time << " ms" << std::endl;
 }
 
 class CaptureBenchmark {
@@ -60,6 +73,7 @@ class CaptureBenchmark {
     followPanel();
     measureOpening();
     measureBareWindow();
+    measureTyping();
     measureSubmission();
     measureColdDialog();
     measureLanguageSwitch();
@@ -120,6 +134,33 @@ class CaptureBenchmark {
       waitForOther();
     }
     report("hot key to a panel that has the keyboard", opening_);
+  }
+
+  // In an empty draft and in one that is nearly as long as can be, in paragraphs and as one.
+  void measureTyping() {
+    reportTyping("a key in an empty draft", "");
+    reportTyping("a key among 9,920 units in paragraphs", typingSample + "\n");
+    reportTyping("a key among 9,920 units in one paragraph", typingSample + " ");
+  }
+  void reportTyping(const std::string& label, const std::string& piece) {
+    open();
+    if (!piece.empty()) fill(piece);
+    reportMean(label, typingCost(desktop_.keyboard(), application_.pid(), typedKeys));
+    desktop_.keyboard().chord("Control+a");
+    desktop_.keyboard().chord("BackSpace");
+    desktop_.keyboard().chord("Escape");
+    waitForOther();
+  }
+  // Doubles the piece six times.
+  void fill(const std::string& piece) {
+    desktop_.keyboard().type(piece);
+    for (int count = 0; count < 6; ++count) {
+      for (const char* keys : {"Control+a", "Control+c", "Control+End", "Control+v"}) {
+        desktop_.keyboard().chord(keys);
+        // A paste waits for the clipboard, which no key waits for.
+        std::this_thread::sleep_for(std::chrono::milliseconds(300));
+      }
+    }
   }
 
   // What the window manager and the display take for a window of the least program there can be.

@@ -1,0 +1,44 @@
+#include "bench/TypingCost.h"
+
+#include <chrono>
+#include <fstream>
+#include <string>
+#include <thread>
+
+#include "end_to_end/driver/Wait.h"
+
+namespace navora::bench {
+
+namespace {
+
+constexpr std::chrono::milliseconds pause{200};
+
+// The scheduler counts in nanoseconds, which clock ticks are too coarse for.
+double mainThreadMilliseconds(pid_t program) {
+  const std::string process = std::to_string(program);
+  std::ifstream counters("/proc/" + process + "/task/" + process + "/schedstat");
+  double nanoseconds = 0;
+  if (!(counters >> nanoseconds))
+    throw driver::DriverError("No scheduler's counters of " + process);
+  return nanoseconds / 1e6;
+}
+
+// The caret's blinking is in both.
+double spentDuring(int pauses, pid_t program, const auto& beforeEach) {
+  const double start = mainThreadMilliseconds(program);
+  for (int count = 0; count < pauses; ++count) {
+    beforeEach();
+    std::this_thread::sleep_for(pause);
+  }
+  return mainThreadMilliseconds(program) - start;
+}
+
+}  // namespace
+
+double typingCost(driver::Keyboard& keyboard, pid_t program, int keys) {
+  const double idle = spentDuring(keys, program, [] {});
+  const double typing = spentDuring(keys, program, [&] { keyboard.type("x"); });
+  return (typing - idle) / keys;
+}
+
+}  // namespace navora::bench
