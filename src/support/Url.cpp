@@ -1,6 +1,5 @@
 #include "support/Url.h"
 
-#include <charconv>
 #include <utility>
 
 #include <uriparser/Uri.h>
@@ -107,16 +106,7 @@ bool isEmptyOrAbsent(OptionalView text) {
 }
 
 std::optional<std::uint16_t> portNumber(OptionalView digits) {
-  std::uint16_t number = 0;
-  if (isEmptyOrAbsent(digits)) {
-    return std::nullopt;
-  }
-  const char* end = digits->data() + digits->size();
-  const auto [position, error] = std::from_chars(digits->data(), end, number);
-  if (error != std::errc() || position != end) {
-    return std::nullopt;
-  }
-  return number;
+  return isEmptyOrAbsent(digits) ? std::nullopt : wholeNumber<std::uint16_t>(*digits);
 }
 
 std::optional<std::string> owned(OptionalView text) {
