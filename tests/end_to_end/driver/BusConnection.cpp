@@ -80,6 +80,10 @@ void BusConnection::ownName(const std::string& name) {
   if (result != primaryOwner) throw DriverError("The bus name " + name + " is taken");
 }
 
+void BusConnection::releaseName(const std::string& name) {
+  tryCall({busName, busPath, busName, "ReleaseName"}, g_variant_new("(s)", name.c_str()));
+}
+
 bool BusConnection::nameHasOwner(const std::string& name) {
   const Variant reply =
       call({busName, busPath, busName, "NameHasOwner"}, g_variant_new("(s)", name.c_str()));

@@ -42,6 +42,9 @@ class BusConnection {
 
   // Takes a well-known name, which nobody else on the bus may own.
   void ownName(const std::string& name);
+  // Afterwards nobody finds the name's owner any more. The end of a connection reaches the bus some
+  // time later.
+  void releaseName(const std::string& name);
   bool nameHasOwner(const std::string& name);
   void emitSignal(const std::string& path, const std::string& interface, const std::string& signal,
                   GVariant* parameters);

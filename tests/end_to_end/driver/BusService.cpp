@@ -63,6 +63,7 @@ void BusService::run(const std::string& address, const std::string& name,
     bus_->ownName(name);
     ready.set_value();
     g_main_loop_run(loop_);
+    bus_->releaseName(name);
     g_dbus_connection_unregister_object(bus_->get(), object);
     bus_.reset();
   } catch (...) {
