@@ -25,7 +25,8 @@ GDBusNodeInfo* parse(const std::string& introspection) {
 
 BusService::BusService(const std::string& address, const std::string& name, const std::string& path,
                        const std::string& introspection, Handler handler)
-    : path_(path),
+    : name_(name),
+      path_(path),
       handler_(std::move(handler)),
       node_(parse(introspection)),
       interface_(node_->interfaces[0]->name),
@@ -33,7 +34,7 @@ BusService::BusService(const std::string& address, const std::string& name, cons
       loop_(g_main_loop_new(context_, FALSE)) {
   std::promise<void> ready;
   auto started = ready.get_future();
-  thread_ = std::thread([&] { run(address, name, ready); });
+  thread_ = std::thread([&] { run(address, ready); });
   started.get();
 }
 
@@ -52,18 +53,18 @@ BusService::~BusService() {
   g_dbus_node_info_unref(node_);
 }
 
-void BusService::run(const std::string& address, const std::string& name,
-                     std::promise<void>& ready) {
+// The promise and the address are there until it is kept.
+void BusService::run(const std::string& address, std::promise<void>& ready) {
   g_main_context_push_thread_default(context_);
   try {
     bus_ = std::make_unique<BusConnection>(address);
     const guint object = g_dbus_connection_register_object(
         bus_->get(), path_.c_str(), node_->interfaces[0], &handlers,
         const_cast<Handler*>(&handler_), nullptr, nullptr);
-    bus_->ownName(name);
+    bus_->ownName(name_);
     ready.set_value();
     g_main_loop_run(loop_);
-    bus_->releaseName(name);
+    bus_->releaseName(name_);
     g_dbus_connection_unregister_object(bus_->get(), object);
     bus_.reset();
   } catch (...) {

@@ -29,8 +29,9 @@ class BusService {
   void emitSignal(const std::string& signal, GVariant* parameters);
 
  private:
-  void run(const std::string& address, const std::string& name, std::promise<void>& ready);
+  void run(const std::string& address, std::promise<void>& ready);
 
+  const std::string name_;
   const std::string path_;
   const Handler handler_;
   GDBusNodeInfo* node_;
