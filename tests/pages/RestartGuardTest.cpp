@@ -287,9 +287,10 @@ TEST_F(RestartGuardTest, NumberInARequestIsTheTextOnlyOfAFieldForNumbers) {
 
 TEST_F(RestartGuardTest, ChoiceThatARequestTookWithItIsSent) {
   page().click("#check");
+  page().waitUntilTrue("byId('check').checked");
   page().evaluate("byId('menu').focus()");
   desktop().keyboard().type("t");
-  page().waitUntilTrue("byId('menu').value === 'two' && byId('check').checked");
+  page().waitUntilTrue("byId('menu').value === 'two'");
   const std::string put = "await fetch('/__test/pages/plain.html', {method: 'PUT', body: ";
   page().evaluate(put + "JSON.stringify({menu: 'two', check: false})})");
   EXPECT_EQ(ask(), Json(formReason));
