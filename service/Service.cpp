@@ -1,4 +1,4 @@
-#include "Service.h"
+#include "service/Service.h"
 
 #include <thread>
 #include <utility>
@@ -6,18 +6,18 @@
 #include <httplib.h>
 #include <sys/socket.h>
 
-#include "http/Api.h"
-#include "http/Pages.h"
-#include "http/Routes.h"
-#include "http/SessionCookie.h"
-#include "http/UpdatesApi.h"
-#include "jobs/JobRunner.h"
-#include "storage/SampleData.h"
-#include "storage/SamplePeople.h"
-#include "storage/Storage.h"
-#include "testing/TestControls.h"
-#include "testing/TestFront.h"
-#include "testing/TestPages.h"
+#include "service/http/Api.h"
+#include "service/http/Pages.h"
+#include "service/http/Routes.h"
+#include "service/http/SessionCookie.h"
+#include "service/http/UpdatesApi.h"
+#include "service/jobs/JobRunner.h"
+#include "service/storage/SampleData.h"
+#include "service/storage/SamplePeople.h"
+#include "service/storage/Storage.h"
+#include "service/testing/TestControls.h"
+#include "service/testing/TestFront.h"
+#include "service/testing/TestPages.h"
 
 namespace navora::service {
 namespace {

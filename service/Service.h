@@ -4,7 +4,7 @@
 #include <optional>
 #include <string>
 
-#include "ServiceOptions.h"
+#include "service/ServiceOptions.h"
 
 namespace navora::service {
 

@@ -6,7 +6,7 @@
 #include <variant>
 #include <vector>
 
-#include "support/Time.h"
+#include "service/support/Time.h"
 
 namespace navora::service {
 

@@ -4,8 +4,8 @@
 #include <variant>
 #include <vector>
 
-#include "Service.h"
-#include "ServiceOptions.h"
+#include "service/Service.h"
+#include "service/ServiceOptions.h"
 
 int main(int count, char** values) {
   using navora::service::Service;

@@ -1,9 +1,9 @@
-#include "http/Api.h"
+#include "service/http/Api.h"
 
 #include <utility>
 
-#include "http/RequestOrigin.h"
-#include "http/SessionCookie.h"
+#include "service/http/RequestOrigin.h"
+#include "service/http/SessionCookie.h"
 
 namespace navora::service {
 

@@ -6,8 +6,8 @@
 
 #include <httplib.h>
 
-#include "storage/Storage.h"
-#include "support/Json.h"
+#include "service/storage/Storage.h"
+#include "service/support/Json.h"
 
 namespace navora::service {
 

@@ -1,7 +1,7 @@
 #include <regex>
 
-#include "http/Routes.h"
-#include "support/Text.h"
+#include "service/http/Routes.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

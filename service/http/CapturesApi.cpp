@@ -3,10 +3,10 @@
 #include <chrono>
 #include <utility>
 
-#include "http/Routes.h"
-#include "storage/SettingsRules.h"
-#include "support/Encoding.h"
-#include "support/Text.h"
+#include "service/http/Routes.h"
+#include "service/storage/SettingsRules.h"
+#include "service/support/Encoding.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

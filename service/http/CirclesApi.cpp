@@ -1,5 +1,5 @@
-#include "http/Routes.h"
-#include "support/Text.h"
+#include "service/http/Routes.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

@@ -1,5 +1,5 @@
-#include "http/Routes.h"
-#include "support/ZipArchive.h"
+#include "service/http/Routes.h"
+#include "service/support/ZipArchive.h"
 
 namespace navora::service {
 namespace {

@@ -1,11 +1,11 @@
-#include "http/Pages.h"
+#include "service/http/Pages.h"
 
 #include <utility>
 
-#include "http/SessionCookie.h"
-#include "storage/SettingsRules.h"
-#include "support/Files.h"
-#include "support/Text.h"
+#include "service/http/SessionCookie.h"
+#include "service/storage/SettingsRules.h"
+#include "service/support/Files.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 

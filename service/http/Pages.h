@@ -6,7 +6,7 @@
 
 #include <httplib.h>
 
-#include "storage/Storage.h"
+#include "service/storage/Storage.h"
 
 namespace navora::service {
 

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <string>
 
-#include "http/Api.h"
-#include "storage/Storage.h"
+#include "service/http/Api.h"
+#include "service/storage/Storage.h"
 
 namespace navora::service {
 

@@ -1,8 +1,8 @@
-#include "http/SessionCookie.h"
+#include "service/http/SessionCookie.h"
 
 #include <sstream>
 
-#include "support/Text.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 

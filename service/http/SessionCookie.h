@@ -5,7 +5,7 @@
 
 #include <httplib.h>
 
-#include "storage/Accounts.h"
+#include "service/storage/Accounts.h"
 
 namespace navora::service {
 

@@ -1,5 +1,5 @@
-#include "http/Routes.h"
-#include "storage/SettingsRules.h"
+#include "service/http/Routes.h"
+#include "service/storage/SettingsRules.h"
 
 namespace navora::service {
 namespace {

@@ -1,6 +1,6 @@
-#include "http/RequestOrigin.h"
-#include "http/Routes.h"
-#include "http/SessionCookie.h"
+#include "service/http/RequestOrigin.h"
+#include "service/http/Routes.h"
+#include "service/http/SessionCookie.h"
 
 namespace navora::service {
 

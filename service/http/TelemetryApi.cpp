@@ -1,4 +1,4 @@
-#include "http/Routes.h"
+#include "service/http/Routes.h"
 
 namespace navora::service {
 namespace {

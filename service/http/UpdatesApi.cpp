@@ -1,4 +1,4 @@
-#include "http/UpdatesApi.h"
+#include "service/http/UpdatesApi.h"
 
 #include <algorithm>
 #include <array>

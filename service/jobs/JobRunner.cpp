@@ -1,4 +1,4 @@
-#include "jobs/JobRunner.h"
+#include "service/jobs/JobRunner.h"
 
 #include <chrono>
 #include <iostream>

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <thread>
 
-#include "storage/Captures.h"
+#include "service/storage/Captures.h"
 
 namespace navora::service {
 

@@ -1,8 +1,8 @@
-#include "jobs/NoteDigest.h"
+#include "service/jobs/NoteDigest.h"
 
 #include <sstream>
 
-#include "support/Text.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

@@ -1,8 +1,8 @@
-#include "storage/Accounts.h"
+#include "service/storage/Accounts.h"
 
 #include <utility>
 
-#include "support/Identifiers.h"
+#include "service/support/Identifiers.h"
 
 namespace navora::service {
 

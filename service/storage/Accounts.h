@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
-#include "storage/Database.h"
-#include "support/Time.h"
+#include "service/storage/Database.h"
+#include "service/support/Time.h"
 
 namespace navora::service {
 

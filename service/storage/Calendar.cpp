@@ -1,6 +1,6 @@
-#include "storage/Calendar.h"
+#include "service/storage/Calendar.h"
 
-#include "support/Identifiers.h"
+#include "service/support/Identifiers.h"
 
 namespace navora::service {
 

@@ -1,6 +1,6 @@
-#include "storage/CaptureChanges.h"
+#include "service/storage/CaptureChanges.h"
 
-#include "support/Time.h"
+#include "service/support/Time.h"
 
 namespace navora::service {
 

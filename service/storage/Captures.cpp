@@ -1,9 +1,9 @@
-#include "storage/Captures.h"
+#include "service/storage/Captures.h"
 
 #include <set>
 
-#include "jobs/NoteDigest.h"
-#include "support/Identifiers.h"
+#include "service/jobs/NoteDigest.h"
+#include "service/support/Identifiers.h"
 
 namespace navora::service {
 namespace {

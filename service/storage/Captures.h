@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
-#include "storage/CaptureChanges.h"
-#include "storage/Database.h"
-#include "storage/Notifications.h"
-#include "support/Json.h"
-#include "support/Time.h"
+#include "service/storage/CaptureChanges.h"
+#include "service/storage/Database.h"
+#include "service/storage/Notifications.h"
+#include "service/support/Json.h"
+#include "service/support/Time.h"
 
 namespace navora::service {
 

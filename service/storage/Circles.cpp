@@ -1,7 +1,7 @@
-#include "storage/Circles.h"
+#include "service/storage/Circles.h"
 
-#include "support/Identifiers.h"
-#include "support/Time.h"
+#include "service/support/Identifiers.h"
+#include "service/support/Time.h"
 
 namespace navora::service {
 

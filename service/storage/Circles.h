@@ -3,8 +3,8 @@
 #include <optional>
 #include <string>
 
-#include "storage/Database.h"
-#include "support/Json.h"
+#include "service/storage/Database.h"
+#include "service/support/Json.h"
 
 namespace navora::service {
 

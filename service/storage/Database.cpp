@@ -1,4 +1,4 @@
-#include "storage/Database.h"
+#include "service/storage/Database.h"
 
 namespace navora::service {
 namespace {

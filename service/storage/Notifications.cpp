@@ -1,10 +1,10 @@
-#include "storage/Notifications.h"
+#include "service/storage/Notifications.h"
 
 #include <utility>
 #include <vector>
 
-#include "support/Identifiers.h"
-#include "support/Time.h"
+#include "service/support/Identifiers.h"
+#include "service/support/Time.h"
 
 namespace navora::service {
 

@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "storage/Database.h"
-#include "support/Json.h"
+#include "service/storage/Database.h"
+#include "service/support/Json.h"
 
 namespace navora::service {
 

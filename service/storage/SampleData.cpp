@@ -1,4 +1,4 @@
-#include "storage/SampleData.h"
+#include "service/storage/SampleData.h"
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "storage/Storage.h"
+#include "service/storage/Storage.h"
 
 namespace navora::service {
 

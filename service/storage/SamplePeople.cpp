@@ -1,4 +1,4 @@
-#include "storage/SamplePeople.h"
+#include "service/storage/SamplePeople.h"
 
 namespace navora::service {
 namespace {

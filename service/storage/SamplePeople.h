@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "storage/Storage.h"
+#include "service/storage/Storage.h"
 
 namespace navora::service {
 

@@ -1,4 +1,4 @@
-#include "storage/SettingsRules.h"
+#include "service/storage/SettingsRules.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -7,7 +7,7 @@
 #include <regex>
 #include <sstream>
 
-#include "support/Text.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "support/Json.h"
+#include "service/support/Json.h"
 
 namespace navora::service {
 

@@ -1,6 +1,6 @@
-#include "storage/SettingsStore.h"
+#include "service/storage/SettingsStore.h"
 
-#include "storage/SettingsRules.h"
+#include "service/storage/SettingsRules.h"
 
 namespace navora::service {
 

@@ -4,13 +4,13 @@
 #include <string>
 #include <utility>
 
-#include "storage/Accounts.h"
-#include "storage/Calendar.h"
-#include "storage/Captures.h"
-#include "storage/Circles.h"
-#include "storage/Database.h"
-#include "storage/Notifications.h"
-#include "storage/SettingsStore.h"
+#include "service/storage/Accounts.h"
+#include "service/storage/Calendar.h"
+#include "service/storage/Captures.h"
+#include "service/storage/Circles.h"
+#include "service/storage/Database.h"
+#include "service/storage/Notifications.h"
+#include "service/storage/SettingsStore.h"
 
 namespace navora::service {
 

@@ -1,4 +1,4 @@
-#include "support/Encoding.h"
+#include "service/support/Encoding.h"
 
 #include <cstdint>
 

@@ -1,4 +1,4 @@
-#include "support/Files.h"
+#include "service/support/Files.h"
 
 #include <fstream>
 #include <sstream>

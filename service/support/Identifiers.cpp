@@ -1,4 +1,4 @@
-#include "support/Identifiers.h"
+#include "service/support/Identifiers.h"
 
 #include <array>
 #include <cstddef>

@@ -1,4 +1,4 @@
-#include "support/Text.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

@@ -1,4 +1,4 @@
-#include "support/Time.h"
+#include "service/support/Time.h"
 
 #include <array>
 #include <chrono>

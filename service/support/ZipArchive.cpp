@@ -1,4 +1,4 @@
-#include "support/ZipArchive.h"
+#include "service/support/ZipArchive.h"
 
 namespace navora::service {
 namespace {

@@ -1,4 +1,4 @@
-#include "testing/DriverBroker.h"
+#include "service/testing/DriverBroker.h"
 
 #include <utility>
 

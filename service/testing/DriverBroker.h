@@ -10,7 +10,7 @@
 #include <string>
 #include <variant>
 
-#include "support/Json.h"
+#include "service/support/Json.h"
 
 namespace navora::service {
 

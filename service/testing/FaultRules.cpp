@@ -1,4 +1,4 @@
-#include "testing/FaultRules.h"
+#include "service/testing/FaultRules.h"
 
 #include <algorithm>
 #include <initializer_list>

@@ -9,8 +9,8 @@
 #include <variant>
 #include <vector>
 
-#include "support/Json.h"
-#include "testing/HttpMessage.h"
+#include "service/support/Json.h"
+#include "service/testing/HttpMessage.h"
 
 namespace navora::service {
 

@@ -1,9 +1,9 @@
-#include "testing/HttpMessage.h"
+#include "service/testing/HttpMessage.h"
 
 #include <algorithm>
 #include <charconv>
 
-#include "support/Text.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

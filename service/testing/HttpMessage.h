@@ -7,7 +7,7 @@
 #include <variant>
 #include <vector>
 
-#include "testing/Socket.h"
+#include "service/testing/Socket.h"
 
 namespace navora::service {
 

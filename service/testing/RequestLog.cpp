@@ -1,9 +1,9 @@
-#include "testing/RequestLog.h"
+#include "service/testing/RequestLog.h"
 
 #include <utility>
 
-#include "support/Encoding.h"
-#include "support/Text.h"
+#include "service/support/Encoding.h"
+#include "service/support/Text.h"
 
 namespace navora::service {
 namespace {

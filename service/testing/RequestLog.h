@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "support/Json.h"
-#include "testing/HttpMessage.h"
+#include "service/support/Json.h"
+#include "service/testing/HttpMessage.h"
 
 namespace navora::service {
 

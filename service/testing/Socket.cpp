@@ -1,4 +1,4 @@
-#include "testing/Socket.h"
+#include "service/testing/Socket.h"
 
 #include <array>
 #include <cerrno>

@@ -1,11 +1,11 @@
-#include "testing/TestControls.h"
+#include "service/testing/TestControls.h"
 
 #include <algorithm>
 #include <charconv>
 #include <utility>
 
-#include "support/Encoding.h"
-#include "support/Files.h"
+#include "service/support/Encoding.h"
+#include "service/support/Files.h"
 
 namespace navora::service {
 namespace {

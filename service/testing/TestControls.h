@@ -2,12 +2,12 @@
 
 #include <string>
 
-#include "http/Routes.h"
-#include "storage/Storage.h"
-#include "testing/DriverBroker.h"
-#include "testing/FaultRules.h"
-#include "testing/HttpMessage.h"
-#include "testing/RequestLog.h"
+#include "service/http/Routes.h"
+#include "service/storage/Storage.h"
+#include "service/testing/DriverBroker.h"
+#include "service/testing/FaultRules.h"
+#include "service/testing/HttpMessage.h"
+#include "service/testing/RequestLog.h"
 
 namespace navora::service {
 

@@ -1,4 +1,4 @@
-#include "testing/TestFront.h"
+#include "service/testing/TestFront.h"
 
 #include <algorithm>
 #include <functional>

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <thread>
 
-#include "testing/Socket.h"
-#include "testing/TestControls.h"
-#include "testing/TestPages.h"
+#include "service/testing/Socket.h"
+#include "service/testing/TestControls.h"
+#include "service/testing/TestPages.h"
 
 namespace navora::service {
 

@@ -1,10 +1,10 @@
-#include "testing/TestPages.h"
+#include "service/testing/TestPages.h"
 
 #include <optional>
 #include <string_view>
 
-#include "support/Encoding.h"
-#include "support/Files.h"
+#include "service/support/Encoding.h"
+#include "service/support/Files.h"
 
 namespace navora::service {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "testing/HttpMessage.h"
+#include "service/testing/HttpMessage.h"
 
 namespace navora::service {
 

@@ -4,7 +4,7 @@
 #include <limits>
 #include <utility>
 
-#include "navigation/DesktopOrigin.h"
+#include "origin/DesktopOrigin.h"
 #include "support/FatalError.h"
 #include "support/Json.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 namespace {

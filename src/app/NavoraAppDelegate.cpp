@@ -2,12 +2,12 @@
 
 #include <utility>
 
-#include "app/DesktopLocale.h"
 #include "app/DesktopTimeZone.h"
 #include "app/NavoraIcon.h"
 #include "app/NavoraMenus.h"
 #include "app/PageScripts.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 
 namespace navora {
 namespace {

@@ -1,10 +1,10 @@
 // What the page tells the application.
 #include <cstddef>
 
-#include "app/DesktopLocale.h"
 #include "app/LocaleMessage.h"
 #include "app/NavoraAppDelegate.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 
 namespace navora {
 namespace {

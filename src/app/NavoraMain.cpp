@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "app/DesktopLocale.h"
 #include "app/NavoraIcon.h"
 #include "capture/QuickCapturePolicy.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 
 namespace navora {
 namespace {

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 namespace {

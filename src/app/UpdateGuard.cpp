@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "app/DesktopLocale.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 #include "support/Json.h"
 #include "updates/DesktopRestartScript.h"
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "app/DesktopLocale.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 #include "platform/SessionCookies.h"
 #include "support/FatalError.h"
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "platform/CapturePanel.h"
+#include "platform/CapturePanelView.h"
 
 namespace navora {
 namespace {

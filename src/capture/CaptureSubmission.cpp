@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/DesktopLocale.h"
 #include "capture/QuickCapturePolicy.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 #include "support/Text.h"
 
 namespace navora {

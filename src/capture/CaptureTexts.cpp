@@ -1,6 +1,6 @@
 #include "capture/CaptureTexts.h"
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 

@@ -12,7 +12,7 @@
 #include "capture/CaptureSubmitButton.h"
 #include "capture/CaptureSurface.h"
 #include "capture/CaptureTelemetry.h"
-#include "platform/CapturePanel.h"
+#include "platform/CapturePanelView.h"
 #include "platform/Platform.h"
 #include "platform/WebView.h"
 #include "support/Json.h"
@@ -93,7 +93,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   bool busy_ = false;
   bool awaitingLogin_ = false;
   std::shared_ptr<RunningApplication> previousApplication_;
-  std::unique_ptr<CapturePanel> panel_;
+  std::unique_ptr<CapturePanelView> panel_;
   Task<> sending_;
 };
 

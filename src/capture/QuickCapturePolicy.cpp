@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <optional>
 
-#include "navigation/DesktopOrigin.h"
+#include "origin/DesktopOrigin.h"
 #include "platform/KeyEvent.h"
 #include "support/PercentEncoding.h"
 #include "support/Text.h"

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "capture/QuickCapturePolicy.h"
-#include "navigation/DesktopOrigin.h"
+#include "origin/DesktopOrigin.h"
 #include "platform/KeyEvent.h"
 #include "support/SelfTest.h"
 

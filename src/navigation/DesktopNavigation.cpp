@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/DesktopLocale.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 #include "platform/WebView.h"
 
 namespace navora {

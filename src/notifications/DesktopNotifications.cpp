@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 #include "notifications/DesktopNotificationPolicy.h"
 #include "notifications/NotificationItems.h"
 #include "platform/SessionCookies.h"

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <utility>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 #include "notifications/DesktopNotificationPolicy.h"
 
 namespace navora {

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 #include "notifications/DesktopNotificationPolicy.h"
 #include "support/PercentEncoding.h"
 

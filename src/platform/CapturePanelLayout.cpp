@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "platform/CapturePanel.h"
+#include "platform/CapturePanelView.h"
 
 namespace navora {
 

@@ -4,7 +4,7 @@
 
 #include "platform/Application.h"
 #include "platform/BackgroundQueue.h"
-#include "platform/CapturePanel.h"
+#include "platform/CapturePanelView.h"
 #include "platform/DesktopWording.h"
 #include "platform/Dialogs.h"
 #include "platform/ErrorView.h"
@@ -52,8 +52,8 @@ class Platform {
   virtual std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                                    const ErrorViewDescription& description) = 0;
   // The delegate must outlive the panel.
-  virtual std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
-                                                         CapturePanelDelegate& delegate) = 0;
+  virtual std::unique_ptr<CapturePanelView> makeCapturePanel(Size contentSize,
+                                                             CapturePanelDelegate& delegate) = 0;
   // The delegate must outlive the item.
   virtual std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                                      MenuDelegate& delegate) = 0;

@@ -76,8 +76,8 @@ DesktopUpdates::Action DesktopUpdates::inThisState(Action action) {
   });
 }
 
-void DesktopUpdates::present(UpdateState::Value state) {
-  banner_.present(UpdateState::present(std::move(state), doors_.wording));
+void DesktopUpdates::present(UpdateBannerState::Value state) {
+  banner_.present(UpdateBannerState::present(std::move(state), doors_.wording));
 }
 
 template <class State>
@@ -97,13 +97,13 @@ void DesktopUpdates::showUpdatePermissionRequest(
 void DesktopUpdates::showUserInitiatedUpdateCheck(std::function<void()> cancellation) {
   preserveMessage_ = false;
   beginState();
-  present(UpdateState::Checking{inThisState(std::move(cancellation))});
+  present(UpdateBannerState::Checking{inThisState(std::move(cancellation))});
 }
 
 void DesktopUpdates::showUpdateNotFound(const PlatformError&,
                                         std::function<void()> acknowledgement) {
   manualCheckPending_ = false;
-  presentOutcome<UpdateState::UpToDate>();
+  presentOutcome<UpdateBannerState::UpToDate>();
   acknowledgement();
 }
 
@@ -118,14 +118,14 @@ void DesktopUpdates::fail(const PlatformError& error) {
   doors_.log("Navora updater: " + error.localizedDescription);
   isInstalling_ = false;
   resumeEditing();
-  presentOutcome<UpdateState::Failed>();
+  presentOutcome<UpdateBannerState::Failed>();
 }
 
 void DesktopUpdates::showDownloadInitiated(std::function<void()> cancellation) {
   received_ = 0;
   expected_ = 0;
   beginState();
-  present(UpdateState::Downloading{inThisState(std::move(cancellation))});
+  present(UpdateBannerState::Downloading{inThisState(std::move(cancellation))});
 }
 
 void DesktopUpdates::showDownloadDidReceiveExpectedContentLength(std::uint64_t length) {
@@ -148,7 +148,7 @@ void DesktopUpdates::updateDownloadProgress() {
 
 void DesktopUpdates::showDownloadDidStartExtractingUpdate() {
   beginState();
-  present(UpdateState::Extracting{});
+  present(UpdateBannerState::Extracting{});
 }
 
 void DesktopUpdates::showExtractionReceivedProgress(double progress) {

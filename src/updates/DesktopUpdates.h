@@ -13,9 +13,9 @@
 #include "platform/Workspace.h"
 #include "support/Lifetime.h"
 #include "updates/UpdateBanner.h"
+#include "updates/UpdateBannerState.h"
 #include "updates/UpdateReminderController.h"
 #include "updates/UpdateReminderPolicy.h"
-#include "updates/UpdateState.h"
 
 namespace navora {
 
@@ -94,7 +94,7 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
   void beginState() { ++generation_; }
   // Does nothing once the state has ended that has begun last.
   Action inThisState(Action action);
-  void present(UpdateState::Value state);
+  void present(UpdateBannerState::Value state);
   // A state that stays when the session ends. Its button closes the banner.
   template <class State>
   void presentOutcome();

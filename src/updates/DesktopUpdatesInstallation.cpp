@@ -37,7 +37,7 @@ void DesktopUpdates::presentInformation(const AppcastItem& item, Choose reply) {
     reply(UserUpdateChoice::dismiss);
   });
   auto later = inThisState([reply] { reply(UserUpdateChoice::dismiss); });
-  present(UpdateState::InformationOnly{std::move(learnMore), std::move(later)});
+  present(UpdateBannerState::InformationOnly{std::move(learnMore), std::move(later)});
 }
 
 void DesktopUpdates::presentResumed(const AppcastItem& item, Stage stage, Choose reply) {
@@ -51,7 +51,8 @@ void DesktopUpdates::presentResumed(const AppcastItem& item, Stage stage, Choose
     }
   });
   auto later = inThisState([reply] { reply(UserUpdateChoice::dismiss); });
-  present(UpdateState::Resumed{item.displayVersionString, std::move(install), std::move(later)});
+  present(
+      UpdateBannerState::Resumed{item.displayVersionString, std::move(install), std::move(later)});
 }
 
 void DesktopUpdates::refuseOffer(const Choose& reply) {
@@ -76,9 +77,9 @@ void DesktopUpdates::presentOffer(const AppcastItem& item, Choose reply) {
   auto ignore = answeringOffer(reply, [this, version] { reminderPolicy_.ignore(version); });
   auto postponeUntilTomorrow = answeringOffer(
       reply, [this, version] { reminderPolicy_.postpone(version, Delay::tomorrow); });
-  present(UpdateState::Offer{item.displayVersionString, std::move(install),
-                             std::move(postponeByHour), std::move(ignore),
-                             std::move(postponeUntilTomorrow)});
+  present(UpdateBannerState::Offer{item.displayVersionString, std::move(install),
+                                   std::move(postponeByHour), std::move(ignore),
+                                   std::move(postponeUntilTomorrow)});
 }
 
 // Remembers an answer that is not to install.
@@ -101,7 +102,7 @@ void DesktopUpdates::showReadyToInstallAndRelaunch(Choose reply) {
   beginState();
   auto check = inThisState([this, install = std::move(install)] { checkRestart(install); });
   auto later = inThisState([this] { deferInstallation(); });
-  present(UpdateState::Ready{std::move(check), std::move(later)});
+  present(UpdateBannerState::Ready{std::move(check), std::move(later)});
 }
 
 void DesktopUpdates::checkRestart(Action proceed) {
@@ -118,11 +119,11 @@ void DesktopUpdates::restartChecked(std::optional<std::string> message, Action p
   if (message) {
     auto tryAgain = inThisState([this, proceed = std::move(proceed)] { checkRestart(proceed); });
     auto later = inThisState([this] { deferInstallation(); });
-    present(UpdateState::Blocked{*std::move(message), std::move(tryAgain), std::move(later)});
+    present(UpdateBannerState::Blocked{*std::move(message), std::move(tryAgain), std::move(later)});
     return;
   }
   isInstalling_ = true;
-  present(UpdateState::Installing{});
+  present(UpdateBannerState::Installing{});
   proceed();
 }
 
@@ -135,7 +136,7 @@ void DesktopUpdates::deferInstallation() {
 void DesktopUpdates::showInstallingUpdate(bool applicationTerminated,
                                           std::function<void()> retryTerminatingApplication) {
   beginState();
-  present(UpdateState::Installing{});
+  present(UpdateBannerState::Installing{});
   if (applicationTerminated) return;
   banner_.setRetry(
       inThisState([this, retry = std::move(retryTerminatingApplication)] { checkRestart(retry); }));

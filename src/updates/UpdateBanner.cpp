@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 namespace {

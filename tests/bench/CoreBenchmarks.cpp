@@ -8,10 +8,10 @@
 
 #include <benchmark/benchmark.h>
 
-#include "app/DesktopLocale.h"
 #include "app/PageScripts.h"
 #include "fakes/FakeResources.h"
-#include "navigation/DesktopOrigin.h"
+#include "locale/DesktopLocale.h"
+#include "origin/DesktopOrigin.h"
 #include "support/Url.h"
 
 namespace navora {

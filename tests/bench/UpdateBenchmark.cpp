@@ -18,9 +18,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "hosts/linux/update/Appcast.h"
-#include "hosts/linux/update/ArchiveSignature.h"
-#include "hosts/linux/update/UpdateUnpacker.h"
+#include "hosts/linux/installation/Appcast.h"
+#include "hosts/linux/installation/ArchiveSignature.h"
+#include "hosts/linux/installation/UpdateUnpacker.h"
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "end_to_end/driver/EndToEndTest.h"
-#include "end_to_end/driver/NotificationDaemonStandIn.h"
+#include "end_to_end/driver/FakeNotificationDaemon.h"
 
 namespace navora::driver {
 namespace {
@@ -29,7 +29,7 @@ class NotificationsTest : public EndToEndTest {
   virtual bool hasDaemon() const { return true; }
 
   void startDaemon() {
-    daemon = std::make_unique<NotificationDaemonStandIn>(desktop().sessionBusAddress());
+    daemon = std::make_unique<FakeNotificationDaemon>(desktop().sessionBusAddress());
   }
 
   // Has the application ask the service, and waits until it has the answers.
@@ -55,7 +55,7 @@ class NotificationsTest : public EndToEndTest {
         "})");
   }
 
-  std::vector<NotificationDaemonStandIn::Notification> waitForNotifications(std::size_t count) {
+  std::vector<FakeNotificationDaemon::Notification> waitForNotifications(std::size_t count) {
     waitUntil([&] { return daemon->notifications().size() >= count; },
               std::to_string(count) + " notifications are shown");
     return daemon->notifications();
@@ -68,7 +68,7 @@ class NotificationsTest : public EndToEndTest {
   }
   Json state() { return page().evaluate("return window.NavoraNotificationState"); }
 
-  std::unique_ptr<NotificationDaemonStandIn> daemon;
+  std::unique_ptr<FakeNotificationDaemon> daemon;
 };
 
 TEST_F(NotificationsTest, ShowsEachNewItemOnceAndNothingOfTheBacklog) {

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 
 #include "end_to_end/CaptureTest.h"
-#include "end_to_end/driver/StatusNotifierWatcherStandIn.h"
+#include "end_to_end/driver/FakeStatusNotifierWatcher.h"
 
 namespace navora::driver {
 namespace {
@@ -47,8 +47,8 @@ class StatusItemTest : public CaptureTest {
     application().waitUntilMainWindowHidden();
   }
 
-  std::optional<StatusNotifierWatcherStandIn> tray;
-  StatusNotifierWatcherStandIn::Item item;
+  std::optional<FakeStatusNotifierWatcher> tray;
+  FakeStatusNotifierWatcher::Item item;
 };
 
 TEST_F(StatusItemTest, HasTheApplicationsMenuWithTheNamesThatKeysHaveHere) {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/TestPageTest.h"
-#include "end_to_end/driver/LogindStandIn.h"
+#include "end_to_end/driver/FakeLogind.h"
 #include "end_to_end/driver/OtherWindow.h"
 
 namespace navora::driver {
@@ -59,7 +59,7 @@ class SystemEventsTest : public TestPageTest {
 };
 
 TEST_F(SystemEventsTest, TellsThePageOnceAboutEveryWakeAndNothingAboutSleep) {
-  LogindStandIn logind(desktop().systemBusAddress());
+  FakeLogind logind(desktop().systemBusAddress());
   logind.announceSleep();
   logind.announceWake();
   waitForResumes(1);
@@ -86,7 +86,7 @@ TEST_F(SystemEventsTest, TellsAPageWhoseWindowWasHiddenThatItIsShownAgain) {
 TEST_F(SystemEventsTest, TellsNothingToAPageThatIsActiveAlready) {
   activateMainWindow();
   activateMainWindow();
-  LogindStandIn logind(desktop().systemBusAddress());
+  FakeLogind logind(desktop().systemBusAddress());
   logind.announceWake();
   expectResumes(1);
 }

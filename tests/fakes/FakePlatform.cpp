@@ -26,7 +26,7 @@ FakeErrorView& FakePlatform::errorView() const {
   return present(overlays.empty() ? nullptr : overlays.back(), __LINE__);
 }
 
-FakeCapturePanel& FakePlatform::capturePanel() const {
+FakeCapturePanelView& FakePlatform::capturePanel() const {
   return present(captureDesktop_.panel, __LINE__);
 }
 
@@ -53,9 +53,9 @@ std::unique_ptr<ErrorView> FakePlatform::makeErrorView(MainWindow& window,
   return std::make_unique<FakeErrorView>(log_, ours, description);
 }
 
-std::unique_ptr<CapturePanel> FakePlatform::makeCapturePanel(Size contentSize,
-                                                             CapturePanelDelegate& delegate) {
-  return std::make_unique<FakeCapturePanel>(log_, captureDesktop_, contentSize, delegate);
+std::unique_ptr<CapturePanelView> FakePlatform::makeCapturePanel(Size contentSize,
+                                                                 CapturePanelDelegate& delegate) {
+  return std::make_unique<FakeCapturePanelView>(log_, captureDesktop_, contentSize, delegate);
 }
 
 std::unique_ptr<StatusItem> FakePlatform::makeStatusItem(const StatusItemDescription& description,

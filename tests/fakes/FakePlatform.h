@@ -5,7 +5,7 @@
 #include "fakes/EventLog.h"
 #include "fakes/FakeApplication.h"
 #include "fakes/FakeBackgroundQueue.h"
-#include "fakes/FakeCapturePanel.h"
+#include "fakes/FakeCapturePanelView.h"
 #include "fakes/FakeDialogs.h"
 #include "fakes/FakeErrorView.h"
 #include "fakes/FakeHotKeys.h"
@@ -35,9 +35,9 @@ class FakePlatform final : public Platform {
   FakeMainWindow& window() const;
   FakeWebView& webView() const;
   FakeErrorView& errorView() const;
-  FakeCapturePanel& capturePanel() const;
+  FakeCapturePanelView& capturePanel() const;
   FakeStatusItem& statusItem() const;
-  FakeCapturePanel::Desktop& captureDesktop() { return captureDesktop_; }
+  FakeCapturePanelView::Desktop& captureDesktop() { return captureDesktop_; }
   FakeHttpSession::Network& network() { return *network_; }
   FakeUpdateBannerView::Screen& updateBanner() { return updateBanner_; }
   FakeUpdater::Session& updater() { return updater_; }
@@ -60,8 +60,8 @@ class FakePlatform final : public Platform {
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                            const ErrorViewDescription& description) override;
-  std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
-                                                 CapturePanelDelegate& delegate) override;
+  std::unique_ptr<CapturePanelView> makeCapturePanel(Size contentSize,
+                                                     CapturePanelDelegate& delegate) override;
   std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                              MenuDelegate& delegate) override;
   std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
@@ -83,7 +83,7 @@ class FakePlatform final : public Platform {
   FakeSystem system_{log_};
   MemoryUserDefaults userDefaults_;
   FakeWorkspace workspace_{log_};
-  FakeCapturePanel::Desktop captureDesktop_;
+  FakeCapturePanelView::Desktop captureDesktop_;
   FakeUpdateBannerView::Screen updateBanner_;
   FakeUpdater::Session updater_{log_};
   FakeStatusItem* statusItem_ = nullptr;

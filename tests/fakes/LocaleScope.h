@@ -6,7 +6,7 @@
 #include <utility>
 #include <vector>
 
-#include "app/DesktopLocale.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 

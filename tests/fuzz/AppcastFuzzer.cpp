@@ -1,9 +1,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "hosts/linux/update/Appcast.h"
-#include "hosts/linux/update/AppcastSelection.h"
-#include "hosts/linux/update/VersionOrder.h"
+#include "hosts/linux/installation/Appcast.h"
+#include "hosts/linux/installation/AppcastSelection.h"
+#include "hosts/linux/installation/VersionOrder.h"
 #include "support/FatalError.h"
 
 namespace {

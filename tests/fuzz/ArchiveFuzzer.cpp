@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "hosts/linux/update/UpdateUnpacker.h"
+#include "hosts/linux/installation/UpdateUnpacker.h"
 #include "support/FatalError.h"
 
 namespace {

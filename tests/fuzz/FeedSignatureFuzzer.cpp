@@ -4,7 +4,7 @@
 
 #include <sodium.h>
 
-#include "hosts/linux/update/FeedSignature.h"
+#include "hosts/linux/installation/FeedSignature.h"
 #include "support/FatalError.h"
 
 namespace {

@@ -1,10 +1,10 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "navigation/DesktopOrigin.h"
 #include "notifications/DesktopNotificationPolicy.h"
 #include "notifications/NotificationItems.h"
 #include "notifications/NotificationReplies.h"
+#include "origin/DesktopOrigin.h"
 #include "support/FatalError.h"
 
 // The text is taken for each of the service's replies.

@@ -1,7 +1,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "navigation/DesktopOrigin.h"
+#include "origin/DesktopOrigin.h"
 #include "support/FatalError.h"
 #include "support/Url.h"
 

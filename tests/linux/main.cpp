@@ -11,7 +11,7 @@
 #include <sys/wait.h>
 
 #include "end_to_end/driver/VirtualDesktop.h"
-#include "linux/TestDesktop.h"
+#include "linux/support/TestDesktop.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "hosts/macos/AnsweredOnce.h"
+#include "hosts/macos/web/AnsweredOnce.h"
 
 namespace navora {
 namespace {

@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-#include "hosts/macos/UpdateSessionCallbacks.h"
+#include "hosts/macos/updates/UpdateSessionCallbacks.h"
 
 namespace navora {
 namespace {

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "ServiceHarness.h"
-#include "storage/CaptureChanges.h"
+#include "service/storage/CaptureChanges.h"
 
 namespace navora::service::tests {
 namespace {

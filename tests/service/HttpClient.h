@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "support/Json.h"
+#include "service/support/Json.h"
 
 namespace navora::service::tests {
 

@@ -9,7 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "HttpClient.h"
-#include "Service.h"
+#include "service/Service.h"
 
 namespace navora::service::tests {
 

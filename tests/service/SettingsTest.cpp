@@ -1,5 +1,5 @@
 #include "ServiceHarness.h"
-#include "storage/SettingsRules.h"
+#include "service/storage/SettingsRules.h"
 
 namespace navora::service::tests {
 namespace {

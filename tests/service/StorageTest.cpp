@@ -1,7 +1,7 @@
 #include <chrono>
 
 #include "ServiceHarness.h"
-#include "storage/Storage.h"
+#include "service/storage/Storage.h"
 
 namespace navora::service::tests {
 namespace {

@@ -1,12 +1,12 @@
 #include <gtest/gtest.h>
 
-#include "jobs/NoteDigest.h"
-#include "support/Encoding.h"
-#include "support/Files.h"
-#include "support/Identifiers.h"
-#include "support/Text.h"
-#include "support/Time.h"
-#include "support/ZipArchive.h"
+#include "service/jobs/NoteDigest.h"
+#include "service/support/Encoding.h"
+#include "service/support/Files.h"
+#include "service/support/Identifiers.h"
+#include "service/support/Text.h"
+#include "service/support/Time.h"
+#include "service/support/ZipArchive.h"
 
 namespace navora::service::tests {
 namespace {

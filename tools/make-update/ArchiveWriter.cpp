@@ -10,8 +10,8 @@
 #include <archive.h>
 #include <archive_entry.h>
 
-#include "hosts/linux/update/ArchiveReader.h"
-#include "hosts/linux/update/Installation.h"
+#include "hosts/linux/installation/ArchiveReader.h"
+#include "hosts/linux/installation/Installation.h"
 
 namespace navora {
 namespace {

@@ -5,7 +5,7 @@
 
 #include <pugixml.hpp>
 
-#include "hosts/linux/update/AppcastFormat.h"
+#include "hosts/linux/installation/AppcastFormat.h"
 
 namespace navora {
 namespace {

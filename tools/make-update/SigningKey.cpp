@@ -4,7 +4,7 @@
 
 #include <sodium.h>
 
-#include "hosts/linux/update/Base64.h"
+#include "hosts/linux/installation/Base64.h"
 #include "support/FatalError.h"
 
 namespace navora {

@@ -19,9 +19,9 @@
 
 #include <sys/stat.h>
 
-#include "hosts/linux/update/Appcast.h"
-#include "hosts/linux/update/AppcastFormat.h"
-#include "hosts/linux/update/UpdateAddress.h"
+#include "hosts/linux/installation/Appcast.h"
+#include "hosts/linux/installation/AppcastFormat.h"
+#include "hosts/linux/installation/UpdateAddress.h"
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"

@@ -4,15 +4,15 @@
 
 #include <gnu/libc-version.h>
 
-#include "app/DesktopLocale.h"
-#include "hosts/linux/ApplicationVersion.h"
-#include "hosts/linux/LinuxCapturePanel.h"
-#include "hosts/linux/LinuxErrorView.h"
-#include "hosts/linux/LinuxHttpSession.h"
-#include "hosts/linux/LinuxMainWindow.h"
-#include "hosts/linux/LinuxUpdateBanner.h"
-#include "hosts/linux/LinuxUpdater.h"
-#include "hosts/linux/LinuxWebView.h"
+#include "hosts/linux/application/ApplicationVersion.h"
+#include "hosts/linux/banner/LinuxUpdateBanner.h"
+#include "hosts/linux/capture/LinuxCapturePanel.h"
+#include "hosts/linux/network/LinuxHttpSession.h"
+#include "hosts/linux/updates/LinuxUpdater.h"
+#include "hosts/linux/web/LinuxWebView.h"
+#include "hosts/linux/window/LinuxErrorView.h"
+#include "hosts/linux/window/LinuxMainWindow.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 
@@ -36,8 +36,8 @@ std::unique_ptr<ErrorView> LinuxPlatform::makeErrorView(MainWindow& window,
   return std::make_unique<LinuxErrorView>(static_cast<LinuxMainWindow&>(window), description);
 }
 
-std::unique_ptr<CapturePanel> LinuxPlatform::makeCapturePanel(Size contentSize,
-                                                              CapturePanelDelegate& delegate) {
+std::unique_ptr<CapturePanelView> LinuxPlatform::makeCapturePanel(Size contentSize,
+                                                                  CapturePanelDelegate& delegate) {
   auto panel = std::make_unique<LinuxCapturePanel>(contentSize, delegate, *colorScheme_);
   application_.watchPanel(panel->native());
   return panel;

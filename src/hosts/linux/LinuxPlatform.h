@@ -3,21 +3,22 @@
 #include <memory>
 #include <optional>
 
-#include "hosts/linux/ColorScheme.h"
-#include "hosts/linux/LinuxApplication.h"
-#include "hosts/linux/LinuxBackgroundQueue.h"
-#include "hosts/linux/LinuxDialogs.h"
-#include "hosts/linux/LinuxHotKeys.h"
-#include "hosts/linux/LinuxImaging.h"
-#include "hosts/linux/LinuxMainQueue.h"
-#include "hosts/linux/LinuxNotificationCenter.h"
-#include "hosts/linux/LinuxResources.h"
-#include "hosts/linux/LinuxStatusItem.h"
-#include "hosts/linux/LinuxSystem.h"
-#include "hosts/linux/LinuxUserDefaults.h"
-#include "hosts/linux/LinuxWorkspace.h"
-#include "hosts/linux/WebSession.h"
-#include "hosts/linux/update/UpdateLaunch.h"
+#include "hosts/linux/application/LinuxApplication.h"
+#include "hosts/linux/bus/LoginManager.h"
+#include "hosts/linux/graphics/LinuxImaging.h"
+#include "hosts/linux/keyboard/LinuxHotKeys.h"
+#include "hosts/linux/notifications/LinuxNotificationCenter.h"
+#include "hosts/linux/system/LinuxBackgroundQueue.h"
+#include "hosts/linux/system/LinuxMainQueue.h"
+#include "hosts/linux/system/LinuxResources.h"
+#include "hosts/linux/system/LinuxSystem.h"
+#include "hosts/linux/system/LinuxUserDefaults.h"
+#include "hosts/linux/tray/LinuxStatusItem.h"
+#include "hosts/linux/updates/UpdateLaunch.h"
+#include "hosts/linux/web/WebSession.h"
+#include "hosts/linux/window/ColorScheme.h"
+#include "hosts/linux/window/LinuxDialogs.h"
+#include "hosts/linux/workspace/LinuxWorkspace.h"
 #include "platform/Platform.h"
 
 namespace navora {
@@ -43,8 +44,8 @@ class LinuxPlatform final : public Platform {
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                            const ErrorViewDescription& description) override;
-  std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
-                                                 CapturePanelDelegate& delegate) override;
+  std::unique_ptr<CapturePanelView> makeCapturePanel(Size contentSize,
+                                                     CapturePanelDelegate& delegate) override;
   std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                              MenuDelegate& delegate) override;
   std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
@@ -64,7 +65,7 @@ class LinuxPlatform final : public Platform {
   LinuxMainQueue mainQueue_;
   LinuxNotificationCenter notificationCenter_;
   LinuxResources resources_;
-  LinuxSystem system_;
+  LinuxSystem system_{observeResume};
   LinuxUserDefaults userDefaults_;
   LinuxWorkspace workspace_;
   MissingTray missingTray_;

@@ -2,11 +2,11 @@
 #include <string>
 #include <vector>
 
-#include "app/DesktopLocale.h"
 #include "app/NavoraAppDelegate.h"
 #include "app/NavoraMain.h"
-#include "hosts/linux/LinuxImaging.h"
 #include "hosts/linux/LinuxPlatform.h"
+#include "hosts/linux/graphics/LinuxImaging.h"
+#include "locale/DesktopLocale.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 #pragma once
 
-#include "hosts/macos/MacBackgroundQueue.h"
-#include "hosts/macos/MacDialogs.h"
-#include "hosts/macos/MacHotKeys.h"
-#include "hosts/macos/MacImaging.h"
-#include "hosts/macos/MacMainQueue.h"
-#include "hosts/macos/MacNotificationCenter.h"
-#include "hosts/macos/MacResources.h"
-#include "hosts/macos/MacSystem.h"
-#include "hosts/macos/MacUserDefaults.h"
-#include "hosts/macos/MacWorkspace.h"
+#include "hosts/macos/graphics/MacImaging.h"
+#include "hosts/macos/notifications/MacNotificationCenter.h"
+#include "hosts/macos/system/MacBackgroundQueue.h"
+#include "hosts/macos/system/MacHotKeys.h"
+#include "hosts/macos/system/MacMainQueue.h"
+#include "hosts/macos/system/MacResources.h"
+#include "hosts/macos/system/MacSystem.h"
+#include "hosts/macos/system/MacUserDefaults.h"
+#include "hosts/macos/system/MacWorkspace.h"
+#include "hosts/macos/window/MacDialogs.h"
 #include "platform/Platform.h"
 
 namespace navora {
@@ -37,8 +37,8 @@ class MacPlatform final : public Platform {
   std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) override;
   std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                            const ErrorViewDescription& description) override;
-  std::unique_ptr<CapturePanel> makeCapturePanel(Size contentSize,
-                                                 CapturePanelDelegate& delegate) override;
+  std::unique_ptr<CapturePanelView> makeCapturePanel(Size contentSize,
+                                                     CapturePanelDelegate& delegate) override;
   std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                              MenuDelegate& delegate) override;
   std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;

@@ -1,14 +1,14 @@
 #include "hosts/macos/MacPlatform.h"
 
-#include "app/DesktopLocale.h"
-#include "hosts/macos/MacCapturePanel.h"
-#include "hosts/macos/MacErrorView.h"
-#include "hosts/macos/MacHttpSession.h"
-#include "hosts/macos/MacMainWindow.h"
-#include "hosts/macos/MacStatusItem.h"
-#include "hosts/macos/MacUpdateBanner.h"
-#include "hosts/macos/MacUpdater.h"
-#include "hosts/macos/MacWebView.h"
+#include "hosts/macos/application/MacStatusItem.h"
+#include "hosts/macos/capture/MacCapturePanel.h"
+#include "hosts/macos/system/MacHttpSession.h"
+#include "hosts/macos/updates/MacUpdateBanner.h"
+#include "hosts/macos/updates/MacUpdater.h"
+#include "hosts/macos/web/MacWebView.h"
+#include "hosts/macos/window/MacErrorView.h"
+#include "hosts/macos/window/MacMainWindow.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 
@@ -27,8 +27,8 @@ std::unique_ptr<ErrorView> MacPlatform::makeErrorView(MainWindow& window,
   return std::make_unique<MacErrorView>(nsWindow.contentView, description);
 }
 
-std::unique_ptr<CapturePanel> MacPlatform::makeCapturePanel(Size contentSize,
-                                                            CapturePanelDelegate& delegate) {
+std::unique_ptr<CapturePanelView> MacPlatform::makeCapturePanel(Size contentSize,
+                                                                CapturePanelDelegate& delegate) {
   return std::make_unique<MacCapturePanel>(contentSize, delegate);
 }
 

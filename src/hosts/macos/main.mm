@@ -1,11 +1,11 @@
 #import <Foundation/Foundation.h>
 
-#include "app/DesktopLocale.h"
 #include "app/NavoraAppDelegate.h"
 #include "app/NavoraMain.h"
-#include "hosts/macos/MacApplication.h"
-#include "hosts/macos/MacImaging.h"
 #include "hosts/macos/MacPlatform.h"
+#include "hosts/macos/application/MacApplication.h"
+#include "hosts/macos/graphics/MacImaging.h"
+#include "locale/DesktopLocale.h"
 
 namespace {
 

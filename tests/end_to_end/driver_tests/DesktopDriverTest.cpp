@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/LogindStandIn.h"
+#include "end_to_end/driver/FakeLogind.h"
 #include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/VirtualDesktop.h"
 
@@ -16,7 +16,7 @@ class DesktopDriverTest : public testing::Test {
   static void TearDownTestSuite() { desktop_.reset(); }
 
   void SetUp() override {
-    logind_ = std::make_unique<LogindStandIn>(desktop_->systemBusAddress());
+    logind_ = std::make_unique<FakeLogind>(desktop_->systemBusAddress());
     program_ = desktop_->start({SAMPLE_WINDOW});
     program_->waitForLine("ready");
     window_ = desktop_->display().waitForWindow(
@@ -46,7 +46,7 @@ class DesktopDriverTest : public testing::Test {
   }
 
   static std::unique_ptr<VirtualDesktop> desktop_;
-  std::unique_ptr<LogindStandIn> logind_;
+  std::unique_ptr<FakeLogind> logind_;
   std::unique_ptr<ChildProcess> program_;
   WindowInfo window_;
 };

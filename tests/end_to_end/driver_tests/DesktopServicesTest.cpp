@@ -7,8 +7,8 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/NotificationDaemonStandIn.h"
-#include "end_to_end/driver/StatusNotifierWatcherStandIn.h"
+#include "end_to_end/driver/FakeNotificationDaemon.h"
+#include "end_to_end/driver/FakeStatusNotifierWatcher.h"
 #include "end_to_end/driver/VirtualDesktop.h"
 #include "end_to_end/driver/Wait.h"
 
@@ -90,7 +90,7 @@ std::uint32_t idOf(const Variant& reply) {
 }
 
 TEST_F(DesktopServicesTest, NotificationsAreRememberedWithEverythingTheyCarry) {
-  const NotificationDaemonStandIn daemon(address());
+  const FakeNotificationDaemon daemon(address());
   NotifyingProgram program(address());
   const std::uint32_t id = idOf(program.notify("First"));
   EXPECT_EQ(idOf(program.notify("Second", id)), id);
@@ -111,7 +111,7 @@ TEST_F(DesktopServicesTest, NotificationsAreRememberedWithEverythingTheyCarry) {
 }
 
 TEST_F(DesktopServicesTest, NotificationsAreClickedAndClosed) {
-  NotificationDaemonStandIn daemon(address());
+  FakeNotificationDaemon daemon(address());
   NotifyingProgram program(address());
   const std::string id = std::to_string(idOf(program.notify("First")));
   daemon.click(1);
@@ -126,7 +126,7 @@ TEST_F(DesktopServicesTest, NotificationsAreClickedAndClosed) {
 TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndBackAgain) {
   NotifyingProgram program(address());
   EXPECT_FALSE(program.notify("Nobody"));
-  auto daemon = std::make_unique<NotificationDaemonStandIn>(address());
+  auto daemon = std::make_unique<FakeNotificationDaemon>(address());
   daemon->hold();
   EXPECT_FALSE(program.notify("Slow", 0, std::chrono::milliseconds(50)));
   EXPECT_EQ(daemon->waitingCount(), 1U);
@@ -135,7 +135,7 @@ TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndBackAgain) 
   EXPECT_EQ(daemon->notifications().size(), 2U);
   daemon.reset();
   EXPECT_FALSE(program.notify("Nobody"));
-  daemon = std::make_unique<NotificationDaemonStandIn>(address(), std::vector<std::string>{"body"});
+  daemon = std::make_unique<FakeNotificationDaemon>(address(), std::vector<std::string>{"body"});
   EXPECT_TRUE(program.notify("Back"));
   EXPECT_EQ(daemon->notifications().size(), 1U);
   const Variant capabilities = program.capabilities();
@@ -231,12 +231,12 @@ auto fromOutside(const Question& question) {
 }
 
 TEST_F(DesktopServicesTest, StatusItemsRegisterByPathOrByName) {
-  StatusNotifierWatcherStandIn watcher(address());
+  FakeStatusNotifierWatcher watcher(address());
   EXPECT_TRUE(watcher.items().empty());
   auto item = std::make_unique<SampleStatusItem>(address());
   item->announce("/Item");
   EXPECT_EQ(watcher.registrations(), std::vector<std::string>{"/Item"});
-  EXPECT_EQ(watcher.waitForItem(), (StatusNotifierWatcherStandIn::Item{item->name(), "/Item"}));
+  EXPECT_EQ(watcher.waitForItem(), (FakeStatusNotifierWatcher::Item{item->name(), "/Item"}));
   item->announce(item->name());
   ASSERT_EQ(watcher.items().size(), 2U);
   EXPECT_EQ(watcher.items()[1].path, "/StatusNotifierItem");
@@ -253,7 +253,7 @@ TEST_F(DesktopServicesTest, StatusItemsRegisterByPathOrByName) {
 }
 
 TEST_F(DesktopServicesTest, StatusItemsAreLookedAt) {
-  StatusNotifierWatcherStandIn watcher(address());
+  FakeStatusNotifierWatcher watcher(address());
   SampleStatusItem item(address());
   item.announce("/Item");
   const auto registered = watcher.waitForItem();
@@ -282,7 +282,7 @@ TEST_F(DesktopServicesTest, StatusItemsAreLookedAt) {
 }
 
 TEST_F(DesktopServicesTest, StatusItemsAreUsed) {
-  StatusNotifierWatcherStandIn watcher(address());
+  FakeStatusNotifierWatcher watcher(address());
   SampleStatusItem item(address());
   item.announce("/Item");
   const auto registered = watcher.waitForItem();

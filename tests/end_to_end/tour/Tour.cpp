@@ -153,7 +153,7 @@ void Tour::openNotification() {
       "way'})});"
       "window.webkit.messageHandlers.navoraNotifications.postMessage('enable')");
   const auto shown = waitFor(
-      [&]() -> std::optional<NotificationDaemonStandIn::Notification> {
+      [&]() -> std::optional<FakeNotificationDaemon::Notification> {
         // The note that was written before has one of its own.
         for (const auto& notification : notificationDaemon_.notifications())
           if (notification.body.find("in Exhibition") != std::string::npos) return notification;

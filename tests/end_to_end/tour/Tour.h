@@ -4,8 +4,8 @@
 #include <string>
 
 #include "end_to_end/driver/ApplicationProcess.h"
+#include "end_to_end/driver/FakeNotificationDaemon.h"
 #include "end_to_end/driver/Files.h"
-#include "end_to_end/driver/NotificationDaemonStandIn.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
@@ -51,7 +51,7 @@ class Tour {
   TemporaryDirectory installed_{"navora-installed"};
   UpdatableInstallation installation_;
   VirtualDesktop desktop_;
-  NotificationDaemonStandIn notificationDaemon_{desktop_.sessionBusAddress()};
+  FakeNotificationDaemon notificationDaemon_{desktop_.sessionBusAddress()};
   ServiceProcess service_;
   ServiceClient client_;
   ApplicationProcess application_;

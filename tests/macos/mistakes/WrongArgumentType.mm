@@ -4,7 +4,7 @@
 
 #import <WebKit/WebKit.h>
 
-#include "hosts/macos/MacWorkspace.h"
+#include "hosts/macos/system/MacWorkspace.h"
 
 @interface NotADelegate : NSObject
 @end
@@ -22,5 +22,5 @@ void passWrongArguments(WKWebView* webView, NSURL* url, NotADelegate* object) {
   // expected-error@-1 {{assigning to}}
   navora::MacWorkspace().open(url);
   // expected-error@-1 {{reference to type 'const Url' could not bind to an lvalue of type 'NSURL *__strong'}}
-  // expected-note@hosts/macos/MacWorkspace.h:* {{passing argument to parameter 'url' here}}
+  // expected-note@hosts/macos/system/MacWorkspace.h:* {{passing argument to parameter 'url' here}}
 }

@@ -4,7 +4,7 @@
 
 #import <Sparkle/Sparkle.h>
 
-#include "hosts/macos/UpdaterConversions.h"
+#include "hosts/macos/updates/UpdaterConversions.h"
 
 @interface UpdaterDelegateWithWrongArguments : NSObject <SPUUpdaterDelegate>
 @end

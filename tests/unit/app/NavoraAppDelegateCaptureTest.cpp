@@ -15,7 +15,7 @@ constexpr const char* home = "https://navora.example/";
 
 class NavoraAppDelegateCaptureTest : public AppDelegateTest {
  protected:
-  FakeCapturePanel& panel() { return platform.capturePanel(); }
+  FakeCapturePanelView& panel() { return platform.capturePanel(); }
 
   void finishLoading(const char* url) {
     webView().setUrl(testUrl(url));

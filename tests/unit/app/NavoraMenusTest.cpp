@@ -3,9 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/DesktopLocale.h"
 #include "app/NavoraMenus.h"
 #include "fakes/LocaleScope.h"
+#include "locale/DesktopLocale.h"
 
 namespace navora {
 namespace {

@@ -41,7 +41,7 @@ class QuickCaptureTest : public testing::Test {
     log().take();
   }
 
-  FakeCapturePanel& panel() { return platform.capturePanel(); }
+  FakeCapturePanelView& panel() { return platform.capturePanel(); }
   FakeCaptureEditor& editor() { return panel().editor(); }
   FakeHttpSession::Network& network() { return platform.network(); }
   FakeMainQueue& queue() { return platform.mainQueue(); }

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "platform/CapturePanel.h"
+#include "platform/CapturePanelView.h"
 
 namespace navora {
 namespace {

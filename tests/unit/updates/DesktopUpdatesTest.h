@@ -11,7 +11,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/DesktopLocale.h"
 #include "fakes/EventLog.h"
 #include "fakes/FakeMainQueue.h"
 #include "fakes/FakeUpdateBannerView.h"
@@ -19,6 +18,7 @@
 #include "fakes/FakeWorkspace.h"
 #include "fakes/LocaleScope.h"
 #include "fakes/TestUrl.h"
+#include "locale/DesktopLocale.h"
 #include "platform/MemoryUserDefaults.h"
 #include "updates/DesktopUpdates.h"
 

@@ -7,11 +7,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "app/DesktopLocale.h"
 #include "fakes/EventLog.h"
 #include "fakes/FakeMainWindow.h"
 #include "fakes/FakeUpdateBannerView.h"
 #include "fakes/LocaleScope.h"
+#include "locale/DesktopLocale.h"
 #include "updates/UpdateBanner.h"
 
 namespace navora {

@@ -1,0 +1,164 @@
+#include "hosts/linux/application/LinuxApplication.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+
+#include <glib-unix.h>
+#include <glibmm/main.h>
+#include <gtkmm/window.h>
+
+#include "hosts/linux/system/GLibSupport.h"
+#include "hosts/linux/window/LinuxMainWindow.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* applicationId = "example.navora.Navora";
+// What a second launch asks of the first one on the session bus.
+constexpr const char* captureAction = "capture";
+// The launch goes on instead of ending with an exit status.
+constexpr int carryOn = -1;
+
+// The session manager and the terminal end programs with signals; they end like by the user's wish.
+void quitOnSignals(Gtk::Application& application) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    g_unix_signal_add(
+        signal,
+        [](gpointer target) -> gboolean {
+          static_cast<Gtk::Application*>(target)->quit();
+          return G_SOURCE_CONTINUE;
+        },
+        &application);
+  }
+}
+
+// An instance that is just ending can be asked to take over and then never answer: whoever quits
+// and starts again at once, as an update does, would not get anything. Then it is gone a moment
+// later.
+void registerOnBus(GApplication* application) {
+  constexpr int attempts = 100;
+  constexpr gulong pause = 20'000;  // microseconds
+  for (int attempt = 0; attempt < attempts; ++attempt) {
+    GError* failure = nullptr;
+    if (g_application_register(application, nullptr, &failure) != FALSE) return;
+    const GErrorPtr error(failure);
+    if (!g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)) return;
+    g_usleep(pause);
+  }
+}
+
+bool hasActiveWindow() {
+  const auto windows = Gtk::Window::list_toplevels();
+  return std::ranges::any_of(windows,
+                             [](const Gtk::Window* window) { return window->is_active(); });
+}
+
+}  // namespace
+
+LinuxApplication::LinuxApplication() : application_(Gtk::Application::create(applicationId)) {
+  application_->signal_startup().connect([this] { startUp(); });
+  application_->signal_activate().connect([this] { activate(); });
+  application_->add_action(captureAction,
+                           [this] { delegate_->applicationDidReceiveCaptureRequest(); });
+  application_->signal_handle_local_options().connect(
+      [this](const Glib::RefPtr<Glib::VariantDict>&) { return handOver(); }, false);
+  application_->signal_shutdown().connect([this] { shutDown(); });
+}
+
+LinuxApplication::~LinuxApplication() = default;
+
+int LinuxApplication::run(ApplicationDelegate& delegate, Purpose purpose) {
+  delegate_ = &delegate;
+  purpose_ = purpose;
+  return application_->run();
+}
+
+int LinuxApplication::handOver() {
+  GApplication* application = G_APPLICATION(application_->gobj());
+  registerOnBus(application);
+  if (purpose_ != Purpose::capture) return carryOn;
+  // A failure is reported by what follows.
+  if (g_application_get_is_registered(application) == FALSE) return carryOn;
+  if (g_application_get_is_remote(application) == FALSE) return carryOn;
+  g_action_group_activate_action(G_ACTION_GROUP(application), captureAction, nullptr);
+  return EXIT_SUCCESS;
+}
+
+void LinuxApplication::startUp() {
+  quitOnSignals(*application_.get());
+  if (!delegate_->applicationShouldTerminateAfterLastWindowClosed()) application_->hold();
+  delegate_->applicationDidFinishLaunching();
+}
+
+void LinuxApplication::activate() {
+  // The first activation belongs to the launch, which has shown the window already.
+  if (!launched_) {
+    launched_ = true;
+    if (purpose_ == Purpose::capture) delegate_->applicationDidReceiveCaptureRequest();
+    return;
+  }
+  delegate_->applicationShouldHandleReopen(window_ != nullptr && window_->isVisible());
+}
+
+void LinuxApplication::shutDown() {
+  delegate_->applicationWillTerminate();
+}
+
+void LinuxApplication::watch(LinuxMainWindow& window) {
+  window_ = &window;
+  if (menuBar_) {
+    window.setMenuBar(menuBar_->widget());
+    menuBar_->addMainWindow(window.native());
+  }
+  window.native().property_is_active().signal_changed().connect([this] { activeWindowChanged(); });
+}
+
+void LinuxApplication::activeWindowChanged() {
+  if (window_->native().is_active()) {
+    settleActivity();
+  } else {
+    // A dialog of ours that takes over becomes active a moment later.
+    Glib::signal_idle().connect_once([this] { settleActivity(); });
+  }
+}
+
+void LinuxApplication::watchPanel(Gtk::Window& panel) {
+  panel_ = &panel;
+  if (menuBar_) menuBar_->addPanel(panel);
+  panel.property_is_active().signal_changed().connect(
+      [this] { Glib::signal_idle().connect_once([this] { settleActivity(); }); });
+}
+
+void LinuxApplication::settleActivity() {
+  if (panel_ != nullptr && panel_->is_active()) return;
+  const bool wasActive = active_;
+  active_ = hasActiveWindow();
+  if (active_ && !wasActive) delegate_->applicationDidBecomeActive();
+}
+
+void LinuxApplication::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
+  if (!menuBar_) menuBar_.emplace(commands());
+  menuBar_->setMenus(menus, delegate);
+}
+
+void LinuxApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options) {
+  aboutPanel_.show(window_ != nullptr && window_->isVisible() ? &window_->native() : nullptr,
+                   options);
+}
+
+ApplicationCommands LinuxApplication::commands() {
+  return {.hide =
+              [this] {
+                // The panel takes it for Escape: what is written stays.
+                if (panel_ != nullptr && panel_->get_visible()) panel_->close();
+                if (window_ != nullptr) window_->orderOut();
+              },
+          .terminate = [this] { application_->quit(); }};
+}
+
+void LinuxApplication::activateIgnoringOtherApplications() {
+  if (window_ != nullptr) window_->forceToFront();
+}
+
+}  // namespace navora

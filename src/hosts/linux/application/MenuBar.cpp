@@ -1,0 +1,167 @@
+#include "hosts/linux/application/MenuBar.h"
+
+#include <utility>
+
+#include <gtkmm/accellabel.h>
+#include <gtkmm/separatormenuitem.h>
+
+#include "hosts/linux/application/EditCommands.h"
+#include "hosts/linux/keyboard/KeyEvents.h"
+#include "hosts/linux/keyboard/ModifierNames.h"
+
+namespace navora {
+namespace {
+
+GdkModifierType modifiersOf(const KeyEquivalent& key) {
+  return static_cast<GdkModifierType>(GDK_CONTROL_MASK | (key.shift ? GDK_SHIFT_MASK : 0));
+}
+
+guint keyvalOf(const KeyEquivalent& key) {
+  return static_cast<guint>(key.key);
+}
+
+bool types(const GdkEventKey& event, const KeyEquivalent& key) {
+  return (event.state & gtk_accelerator_get_default_mod_mask()) == modifiersOf(key) &&
+         latinKeyFrom(event) == keyvalOf(key);
+}
+
+// A panel shows neither the page nor a frame with a button to minimise it.
+bool makesSenseInPanel(MenuAction action) {
+  return action != MenuAction::reload && action != MenuAction::openInBrowser &&
+         action != MenuAction::performMiniaturize;
+}
+
+}  // namespace
+
+struct MenuBar::ShortcutData {
+  MenuBar* bar;
+  MenuItem item;
+};
+
+MenuBar::MenuBar(ApplicationCommands commands)
+    : commands_(std::move(commands)),
+      commonKeys_(GObjectPtr<GtkAccelGroup>::adopt(gtk_accel_group_new())),
+      mainWindowKeys_(GObjectPtr<GtkAccelGroup>::adopt(gtk_accel_group_new())) {
+  bar_.show();
+}
+
+MenuBar::~MenuBar() {
+  removeKeys();
+  for (auto& connection : connections_)
+    connection.disconnect();
+}
+
+void MenuBar::setMenus(const std::vector<Menu>& menus, MenuDelegate& delegate) {
+  // One that is open would stay on the screen without its items.
+  bar_.deactivate();
+  removeKeys();
+  delegate_ = &delegate;
+  for (Gtk::Widget* child : bar_.get_children())
+    bar_.remove(*child);
+  for (const Menu& menu : menus)
+    bar_.append(*makeTopLevelItem(menu));
+  bar_.show_all_children();
+}
+
+Gtk::MenuItem* MenuBar::makeTopLevelItem(const Menu& menu) {
+  auto* top = Gtk::manage(new Gtk::MenuItem(withModifierNames(menu.title)));
+  auto* submenu = Gtk::manage(new Gtk::Menu());
+  for (const MenuItem& item : menu.items) {
+    submenu->append(*makeItem(item));
+    if (item.action && item.keyEquivalent) addKey(item);
+  }
+  top->set_submenu(*submenu);
+  return top;
+}
+
+Gtk::MenuItem* MenuBar::makeItem(const MenuItem& item) {
+  if (item.isSeparator()) return Gtk::manage(new Gtk::SeparatorMenuItem());
+  auto* widget = Gtk::manage(new Gtk::MenuItem(withModifierNames(item.title)));
+  widget->set_sensitive(item.action.has_value());
+  if (item.keyEquivalent) {
+    // Only shown: the toolkit would give every key to the menu before the text.
+    gtk_accel_label_set_accel(GTK_ACCEL_LABEL(widget->get_child()->gobj()),
+                              keyvalOf(*item.keyEquivalent), modifiersOf(*item.keyEquivalent));
+  }
+  widget->signal_activate().connect([this, item] {
+    // What the item does may replace it, and this function with its copy.
+    const MenuItem chosen = item;  // NOLINT(performance-unnecessary-copy-initialization)
+    perform(chosen, GTK_WINDOW(bar_.get_toplevel()->gobj()));
+  });
+  return widget;
+}
+
+void MenuBar::addKey(const MenuItem& item) {
+  if (isEditCommand(*item.action)) {
+    editItems_.push_back(item);
+    return;
+  }
+  const auto release = [](gpointer data, GClosure*) { delete static_cast<ShortcutData*>(data); };
+  GtkAccelGroup* group =
+      makesSenseInPanel(*item.action) ? commonKeys_.get() : mainWindowKeys_.get();
+  GClosure* closure = g_cclosure_new(G_CALLBACK(onShortcut), new ShortcutData{this, item}, release);
+  gtk_accel_group_connect(group, keyvalOf(*item.keyEquivalent), modifiersOf(*item.keyEquivalent),
+                          GTK_ACCEL_VISIBLE, closure);
+  shortcuts_.push_back({group, closure});
+}
+
+void MenuBar::removeKeys() {
+  editItems_.clear();
+  for (const auto& [group, closure] : std::exchange(shortcuts_, {}))
+    gtk_accel_group_disconnect(group, closure);
+}
+
+void MenuBar::addMainWindow(Gtk::Window& window) {
+  gtk_window_add_accel_group(window.gobj(), mainWindowKeys_.get());
+  addWindow(window);
+}
+
+void MenuBar::addPanel(Gtk::Window& window) {
+  addWindow(window);
+}
+
+void MenuBar::addWindow(Gtk::Window& window) {
+  gtk_window_add_accel_group(window.gobj(), commonKeys_.get());
+  connections_.push_back(window.signal_key_press_event().connect(
+      [this, native = window.gobj()](GdkEventKey* event) { return keyLeftOver(*event, native); }));
+}
+
+gboolean MenuBar::onShortcut(GtkAccelGroup*, GObject* window, guint, GdkModifierType,
+                             gpointer data) {
+  // What the item does may replace it.
+  const auto [bar, item] = *static_cast<const ShortcutData*>(data);
+  bar->perform(item, GTK_WINDOW(window));
+  return TRUE;
+}
+
+bool MenuBar::keyLeftOver(const GdkEventKey& event, GtkWindow* window) {
+  for (const MenuItem& item : editItems_) {
+    if (!types(event, *item.keyEquivalent)) continue;
+    performInWindow(*item.action, window);
+    return true;
+  }
+  return false;
+}
+
+void MenuBar::perform(const MenuItem& item, GtkWindow* window) {
+  switch (item.target) {
+    case MenuTarget::delegate:
+      return delegate_->performMenuAction(*item.action);
+    case MenuTarget::application:
+      return item.action == MenuAction::hide ? commands_.hide() : commands_.terminate();
+    case MenuTarget::responderChain:
+      return performInWindow(*item.action, window);
+  }
+}
+
+void MenuBar::performInWindow(MenuAction action, GtkWindow* window) {
+  if (action == MenuAction::performMiniaturize) {
+    gtk_window_iconify(window);
+  } else if (action == MenuAction::performClose) {
+    gtk_window_close(window);
+  } else {
+    performEditCommand(action, gtk_window_get_focus(window));
+  }
+}
+
+}  // namespace navora

@@ -1,0 +1,224 @@
+#include "hosts/linux/capture/LinuxCaptureEditor.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <gdk/gdkkeysyms.h>
+
+#include "hosts/linux/capture/CaptureEditorStyle.h"
+#include "hosts/linux/keyboard/KeyEvents.h"
+#include "platform/CapturePanelView.h"
+
+namespace navora {
+namespace {
+
+constexpr int textInset = static_cast<int>(CapturePanelLayout::editorInset);
+// The text begins where the message below it does.
+constexpr int sideMargin = static_cast<int>(CapturePanelLayout::messageIndent);
+
+void applyTo(Gtk::Widget& widget, const Glib::RefPtr<Gtk::CssProvider>& css) {
+  widget.get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+}
+
+}  // namespace
+
+LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
+    : delegate_(delegate),
+      buffer_(view_.get_buffer()),
+      undo_(buffer_),
+      css_(Gtk::CssProvider::create()) {
+  scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+  scroller_.set_overlay_scrolling(true);
+  scroller_.set_shadow_type(Gtk::SHADOW_NONE);
+  scroller_.add(view_);
+  applyTo(scroller_, css_);
+  applyTo(view_, css_);
+
+  view_.set_wrap_mode(Gtk::WRAP_WORD_CHAR);
+  view_.set_top_margin(textInset);
+  view_.set_bottom_margin(textInset);
+  view_.set_left_margin(sideMargin);
+  view_.set_right_margin(sideMargin);
+  // GTK 3 draws its emoji chooser inside of the window, which is too low for it.
+  view_.set_input_hints(Gtk::INPUT_HINT_NO_EMOJI);
+  // Tab leads to the button, as it would in any form.
+  view_.set_accepts_tab(false);
+
+  connectBuffer();
+  connectView();
+  scroller_.show_all();
+}
+
+// Dying widgets still lose the focus, which the delegate must not hear of any more.
+LinuxCaptureEditor::~LinuxCaptureEditor() {
+  for (auto& connection : connections_)
+    connection.disconnect();
+}
+
+// What a user action deletes and inserts counts as one change.
+void LinuxCaptureEditor::connectBuffer() {
+  connections_.push_back(buffer_->signal_changed().connect([this] { textChanged(); }));
+  connections_.push_back(
+      buffer_->signal_begin_user_action().connect([this] { inUserAction_ = true; }));
+  connections_.push_back(buffer_->signal_end_user_action().connect([this] {
+    inUserAction_ = false;
+    if (std::exchange(changedInUserAction_, false)) textChanged();
+  }));
+}
+
+void LinuxCaptureEditor::connectView() {
+  const auto tellFocus = [this](bool focused) {
+    return [this, focused](GdkEventFocus*) {
+      delegate_.editorDidChangeFocus(focused);
+      return false;
+    };
+  };
+  connections_.push_back(view_.signal_focus_in_event().connect(tellFocus(true)));
+  connections_.push_back(view_.signal_focus_out_event().connect(tellFocus(false)));
+  connections_.push_back(view_.signal_draw().connect(
+      [this](const Cairo::RefPtr<Cairo::Context>& context) { return drawPlaceholder(context); }));
+  preedit_ = SignalConnection(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
+}
+
+void LinuxCaptureEditor::textChanged() {
+  if (clearing_) return;
+  if (inUserAction_) {
+    changedInUserAction_ = true;
+  } else {
+    delegate_.editorTextDidChange();
+  }
+}
+
+void LinuxCaptureEditor::onPreeditChanged(GtkTextView*, const char* text, gpointer self) {
+  auto& editor = *static_cast<LinuxCaptureEditor*>(self);
+  editor.composing_ = !stringFrom(text).empty();
+  editor.view_.queue_draw();
+}
+
+std::string LinuxCaptureEditor::text() const {
+  return buffer_->get_text(true);
+}
+
+bool LinuxCaptureEditor::isEmpty() const {
+  return buffer_->get_char_count() == 0;
+}
+
+void LinuxCaptureEditor::stopComposing() {
+  view_.reset_im_context();
+  composing_ = false;
+}
+
+void LinuxCaptureEditor::clear() {
+  stopComposing();
+  clearing_ = true;
+  buffer_->set_text("");
+  clearing_ = false;
+  undo_.forget();
+}
+
+void LinuxCaptureEditor::setEditable(bool editable) {
+  view_.set_editable(editable);
+}
+
+void LinuxCaptureEditor::setStyle(const CaptureEditorStyle& style) {
+  style_ = style;
+  css_->load_from_data(cssFrom(style));
+  font_ = fontFrom(style);
+  fillLinesTo(style.lineHeight);
+}
+
+// In the font of the style: a hidden widget takes over a new style only when it is shown.
+Glib::RefPtr<Pango::Layout> LinuxCaptureEditor::layoutOf(const Glib::ustring& text) {
+  const auto layout = view_.create_pango_layout(text);
+  layout->set_font_description(font_);
+  return layout;
+}
+
+// The font's own line and what is missing, shared between above and below.
+void LinuxCaptureEditor::fillLinesTo(double lineHeight) {
+  int height = 0;
+  int width = 0;
+  layoutOf("Ag")->get_pixel_size(width, height);
+  lineExtra_ = std::max(0, static_cast<int>(std::lround(lineHeight)) - height);
+  const int above = lineExtra_ / 2;
+  view_.set_pixels_above_lines(above);
+  view_.set_pixels_below_lines(lineExtra_ - above);
+  view_.set_pixels_inside_wrap(lineExtra_);
+}
+
+void LinuxCaptureEditor::setPlaceholder(const std::string& text) {
+  placeholder_ = text;
+  view_.queue_draw();
+}
+
+void LinuxCaptureEditor::setAccessibilityLabel(const std::string& label) {
+  view_.get_accessible()->set_name(label);
+}
+
+void LinuxCaptureEditor::makeFirstResponder() {
+  view_.grab_focus();
+}
+
+void LinuxCaptureEditor::moveCaretToEnd() {
+  buffer_->place_cursor(buffer_->end());
+  view_.scroll_to(buffer_->get_insert());
+}
+
+bool LinuxCaptureEditor::handleKey(const GdkEventKey& event) {
+  const guint state = event.state & gtk_accelerator_get_default_mod_mask();
+  const guint key = latinKeyFrom(event);
+  const bool isRedo = (key == GDK_KEY_z && state == (GDK_CONTROL_MASK | GDK_SHIFT_MASK)) ||
+                      (key == GDK_KEY_y && state == GDK_CONTROL_MASK);
+  const bool isUndo = key == GDK_KEY_z && state == GDK_CONTROL_MASK;
+  if (!isUndo && !isRedo) return false;
+  if (!view_.get_editable()) return true;
+  isUndo ? undo_.undo() : undo_.redo();
+  view_.scroll_to(buffer_->get_insert());
+  return true;
+}
+
+int LinuxCaptureEditor::textWidth() const {
+  const int width = scroller_.get_allocated_width();
+  int wanted = 0;
+  int height = 0;
+  scroller_.get_size_request(wanted, height);
+  return std::max(1, (wanted > 0 ? wanted : width) - 2 * sideMargin);
+}
+
+double LinuxCaptureEditor::textHeight(double enough) {
+  const auto layout = layoutOf("");
+  layout->set_width(textWidth() * PANGO_SCALE);
+  layout->set_wrap(Pango::WRAP_WORD_CHAR);
+  // A longer piece is laid out only while the shorter one does not settle the question.
+  const int length = buffer_->get_char_count();
+  for (int measured = 2000;; measured *= 2) {
+    const bool whole = measured >= length;
+    const auto end = whole ? buffer_->end() : buffer_->get_iter_at_offset(measured);
+    layout->set_text(buffer_->get_text(buffer_->begin(), end, true));
+    int width = 0;
+    int height = 0;
+    layout->get_pixel_size(width, height);
+    const double total = height + layout->get_line_count() * lineExtra_;
+    if (whole || total >= enough) return total;
+  }
+}
+
+bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context) {
+  if (!isEmpty() || composing_ || placeholder_.empty()) return false;
+  Gdk::Rectangle caret;
+  view_.get_iter_location(buffer_->begin(), caret);
+  int x = 0;
+  int y = 0;
+  view_.buffer_to_window_coords(Gtk::TEXT_WINDOW_WIDGET, 0, caret.get_y(), x, y);
+  const auto layout = layoutOf(placeholder_);
+  layout->set_width((view_.get_allocated_width() - 2 * sideMargin) * PANGO_SCALE);
+  layout->set_ellipsize(Pango::ELLIPSIZE_END);
+  const Color color = style_.placeholder;
+  context->set_source_rgba(color.red, color.green, color.blue, color.alpha);
+  context->move_to(sideMargin, y);
+  layout->show_in_cairo_context(context);
+  return false;
+}
+
+}  // namespace navora

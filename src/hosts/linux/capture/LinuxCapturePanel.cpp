@@ -1,0 +1,300 @@
+#include "hosts/linux/capture/LinuxCapturePanel.h"
+
+#include <cmath>
+
+#include <gdk/gdkx.h>
+#include <gdkmm/display.h>
+#include <gdkmm/monitor.h>
+#include <gdkmm/screen.h>
+#include <glibmm/main.h>
+
+#include "hosts/linux/keyboard/KeyEvents.h"
+#include "hosts/linux/keyboard/ModifierNames.h"
+#include "hosts/linux/window/ColorScheme.h"
+#include "hosts/linux/workspace/ActiveWindow.h"
+#include "hosts/linux/workspace/ScreenGeometry.h"
+
+namespace navora {
+namespace {
+
+constexpr unsigned focusCheckMilliseconds = 50;
+
+int pixels(double length) {
+  return static_cast<int>(std::lround(length));
+}
+
+Pango::AttrList messageAttributes(Color color) {
+  const auto channel = [](double value) {
+    return static_cast<guint16>(std::lround(value * 65535));
+  };
+  Pango::AttrList attributes;
+  auto size = Pango::Attribute::create_attr_size_absolute(
+      static_cast<int>(CapturePanelView::messageFontSize * PANGO_SCALE));
+  auto ink = Pango::Attribute::create_attr_foreground(channel(color.red), channel(color.green),
+                                                      channel(color.blue));
+  attributes.insert(size);
+  attributes.insert(ink);
+  // pangomm has no name for this one.
+  pango_attr_list_insert(attributes.gobj(), pango_attr_foreground_alpha_new(channel(color.alpha)));
+  return attributes;
+}
+
+}  // namespace
+
+LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& delegate,
+                                     ColorScheme& colorScheme)
+    : delegate_(delegate),
+      colorScheme_(colorScheme),
+      frame_{0, 0, pixels(contentSize.width), pixels(contentSize.height)},
+      card_(window_, delegate),
+      editor_(delegate),
+      button_(delegate) {
+  makeFloating();
+  useAlphaVisual();
+  message_.set_line_wrap(true);
+  message_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+  message_.set_xalign(0);
+  message_.set_yalign(0.5);
+  message_.show();
+  content_.add(editor_.widget());
+  content_.add(message_);
+  content_.add(button_.widget());
+  window_.add(content_);
+  content_.show();
+  placeChildren();
+  connectEvents();
+  gtk_widget_realize(GTK_WIDGET(window_.gobj()));
+  connections_.push_back(colorScheme_.systemChanged.connect(
+      [this](bool dark) { delegate_.systemAppearanceDidChange(dark); }));
+}
+
+LinuxCapturePanel::~LinuxCapturePanel() {
+  focusCheck_.disconnect();
+  for (auto& connection : connections_)
+    connection.disconnect();
+}
+
+void LinuxCapturePanel::makeFloating() {
+  window_.set_decorated(false);
+  window_.set_resizable(false);
+  window_.set_keep_above(true);
+  window_.stick();
+  window_.set_type_hint(Gdk::WINDOW_TYPE_HINT_UTILITY);
+  window_.set_skip_taskbar_hint(true);
+  window_.set_skip_pager_hint(true);
+  window_.set_app_paintable(true);
+  window_.set_gravity(Gdk::GRAVITY_NORTH_WEST);
+}
+
+void LinuxCapturePanel::useAlphaVisual() {
+  if (const auto visual = window_.get_screen()->get_rgba_visual()) {
+    gtk_widget_set_visual(GTK_WIDGET(window_.gobj()), visual->gobj());
+  }
+  connections_.push_back(window_.get_screen()->signal_composited_changed().connect(
+      sigc::mem_fun(*this, &LinuxCapturePanel::redrawSurface)));
+}
+
+void LinuxCapturePanel::connectEvents() {
+  window_.add_events(Gdk::BUTTON_PRESS_MASK);
+  // Whoever asks the window manager to close it wants it out of the way.
+  const auto dismiss = [this](GdkEventAny*) {
+    delegate_.editorKeyDown({KeyEvent::escapeKey, 0}, false);
+    return true;
+  };
+  const auto rememberPlace = [this](GdkEventConfigure* event) {
+    placed(*event);
+    return false;
+  };
+  const auto leaveFocus = [this](GdkEventFocus*) {
+    focusLeft();
+    return false;
+  };
+  const auto press = [this](GdkEventButton* event) { return buttonPressed(*event); };
+  const auto draw = [this](const Cairo::RefPtr<Cairo::Context>& context) {
+    card_.paint(context, size());
+    return false;
+  };
+  const auto key = [this](GdkEventKey* event) { return keyPressed(*event); };
+  // Also disconnected before the window goes: closing it down makes events once more.
+  for (const auto& connection : {window_.signal_draw().connect(draw, false),
+                                 window_.signal_key_press_event().connect(key, false),
+                                 window_.signal_button_press_event().connect(press),
+                                 window_.signal_focus_out_event().connect(leaveFocus),
+                                 window_.signal_configure_event().connect(rememberPlace, false),
+                                 window_.signal_delete_event().connect(dismiss)}) {
+    connections_.push_back(connection);
+  }
+}
+
+// Takes over where the user has moved the panel to. Other events come while the window manager puts
+// the window into its frame, and name a place in there: without the user's hand on the panel only
+// what the window manager sends by itself is about the screen.
+void LinuxCapturePanel::placed(const GdkEventConfigure& event) {
+  if (!isVisible() || (!movedByUser_ && event.send_event == FALSE)) return;
+  frame_.x = event.x;
+  frame_.y = event.y;
+}
+
+bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
+  if (delegate_.editorKeyDown(keyEventFrom(event), editor_.isComposing())) return true;
+  return !editor_.isComposing() && editor_.handleKey(event);
+}
+
+bool LinuxCapturePanel::buttonPressed(const GdkEventButton& event) {
+  if (event.type != GDK_BUTTON_PRESS || event.button != GDK_BUTTON_PRIMARY) return false;
+  movedByUser_ = true;
+  window_.begin_move_drag(static_cast<int>(event.button), static_cast<int>(event.x_root),
+                          static_cast<int>(event.y_root), event.time);
+  return true;
+}
+
+// A key grab, of the hot key or of a menu, takes the focus away as well, and gives it back.
+void LinuxCapturePanel::focusLeft() {
+  focusCheck_.disconnect();
+  if (!isVisible()) return;
+  focusCheck_ = Glib::signal_timeout().connect(
+      [this] {
+        checkFocus();
+        return false;
+      },
+      focusCheckMilliseconds);
+}
+
+void LinuxCapturePanel::checkFocus() {
+  if (!isVisible() || window_.has_toplevel_focus()) return;
+  if (anotherWindowIsActive(window_.get_window()->gobj())) {
+    delegate_.panelDidResignKey();
+  } else {
+    focusLeft();
+  }
+}
+
+void LinuxCapturePanel::setTitle(const std::string& title) {
+  window_.set_title(title);
+}
+
+void LinuxCapturePanel::setAppearance(WindowAppearance appearance) {
+  colorScheme_.setAppearance(appearance);
+}
+
+bool LinuxCapturePanel::systemIsDark() const {
+  return colorScheme_.systemIsDark();
+}
+
+Size LinuxCapturePanel::size() const {
+  return {static_cast<double>(frame_.width), static_cast<double>(frame_.height)};
+}
+
+Rectangle LinuxCapturePanel::frame() const {
+  return ScreenGeometry().toCore(frame_);
+}
+
+void LinuxCapturePanel::setFrame(const Rectangle& frame) {
+  const GdkRectangle wanted = ScreenGeometry().toGdk(frame);
+  const bool moved = wanted.x != frame_.x || wanted.y != frame_.y;
+  const bool resized = wanted.width != frame_.width || wanted.height != frame_.height;
+  frame_ = wanted;
+  if (moved) {
+    movedByUser_ = false;
+    window_.move(frame_.x, frame_.y);
+  }
+  if (resized) placeChildren();
+}
+
+std::optional<Rectangle> LinuxCapturePanel::screenVisibleFrame() const {
+  const auto monitor = Gdk::Display::get_default()->get_monitor_at_point(
+      frame_.x + frame_.width / 2, frame_.y + frame_.height / 2);
+  if (!monitor) return std::nullopt;
+  Gdk::Rectangle screen;
+  monitor->get_geometry(screen);
+  if (gdk_rectangle_intersect(screen.gobj(), &frame_, nullptr) == FALSE) return std::nullopt;
+  Gdk::Rectangle area;
+  monitor->get_workarea(area);
+  return ScreenGeometry().toCore(*area.gobj());
+}
+
+void LinuxCapturePanel::makeKeyAndOrderFront() {
+  GdkWindow* surface = window_.get_window()->gobj();
+  const guint32 time = activationTime(surface);
+  // Otherwise the window manager takes the panel for one that nobody asked for.
+  if (GDK_IS_X11_WINDOW(surface)) gdk_x11_window_set_user_time(surface, time);
+  if (!isVisible()) {
+    movedByUser_ = false;
+    window_.move(frame_.x, frame_.y);
+  }
+  window_.present(time);
+  // Window managers do not give the keyboard to a new utility window by themselves.
+  gdk_window_focus(surface, time);
+}
+
+void LinuxCapturePanel::orderOut() {
+  focusCheck_.disconnect();
+  editor_.stopComposing();
+  window_.hide();
+}
+
+void LinuxCapturePanel::setMessage(const std::string& text) {
+  message_.set_text(withModifierNames(text));
+}
+
+void LinuxCapturePanel::setMessageColor(Color color) {
+  auto attributes = messageAttributes(color);
+  message_.set_attributes(attributes);
+}
+
+double LinuxCapturePanel::messageTextHeight(double width) {
+  const auto layout = message_.create_pango_layout(message_.get_text());
+  auto attributes = message_.get_attributes();
+  layout->set_attributes(attributes);
+  layout->set_width(pixels(width) * PANGO_SCALE);
+  layout->set_wrap(Pango::WRAP_WORD_CHAR);
+  int lineWidth = 0;
+  int height = 0;
+  layout->get_pixel_size(lineWidth, height);
+  return height;
+}
+
+void LinuxCapturePanel::setSubmitEnabled(bool enabled) {
+  button_.widget().set_sensitive(enabled);
+}
+
+void LinuxCapturePanel::setSubmitOpacity(double opacity) {
+  button_.widget().set_opacity(opacity);
+}
+
+void LinuxCapturePanel::setSubmitToolTip(const std::string& text) {
+  button_.widget().set_tooltip_text(withModifierNames(text));
+}
+
+void LinuxCapturePanel::setSubmitAccessibilityLabel(const std::string& label) {
+  button_.setAccessibilityLabel(label);
+}
+
+void LinuxCapturePanel::setLayout(const CapturePanelLayout& layout) {
+  if (layout == layout_) return;
+  layout_ = layout;
+  placeChildren();
+}
+
+void LinuxCapturePanel::placeChildren() {
+  const auto frames = layout_.framesIn(size());
+  const auto place = [this](Gtk::Widget& widget, const Rectangle& frame) {
+    widget.set_size_request(pixels(frame.width), pixels(frame.height));
+    content_.move(widget, pixels(frame.x), pixels(size().height - frame.maxY()));
+  };
+  place(editor_.widget(), frames.editor);
+  place(message_, frames.message);
+  place(button_.widget(), frames.button);
+  content_.set_size_request(frame_.width, frame_.height);
+  card_.shape(size());
+}
+
+void LinuxCapturePanel::redrawSurface() {
+  card_.redraw(size());
+}
+
+void LinuxCapturePanel::redrawSubmitButton() {
+  button_.widget().queue_draw();
+}
+
+}  // namespace navora

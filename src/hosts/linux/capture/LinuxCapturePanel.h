@@ -1,0 +1,85 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtkmm/fixed.h>
+#include <gtkmm/label.h>
+#include <gtkmm/window.h>
+#include <sigc++/connection.h>
+
+#include "hosts/linux/capture/CaptureButtonView.h"
+#include "hosts/linux/capture/CaptureCardView.h"
+#include "hosts/linux/capture/LinuxCaptureEditor.h"
+#include "platform/CapturePanelView.h"
+
+namespace navora {
+
+class ColorScheme;
+
+// A window without decorations that is realised once and then only mapped: showing it takes as long
+// as the display needs for a frame.
+class LinuxCapturePanel final : public CapturePanelView {
+ public:
+  // All must outlive the panel.
+  LinuxCapturePanel(Size contentSize, CapturePanelDelegate& delegate, ColorScheme& colorScheme);
+  ~LinuxCapturePanel() override;
+  LinuxCapturePanel(const LinuxCapturePanel&) = delete;
+  LinuxCapturePanel& operator=(const LinuxCapturePanel&) = delete;
+
+  Gtk::Window& native() { return window_; }
+  Gtk::Label& message() { return message_; }
+  Gtk::Button& submitButton() { return button_.widget(); }
+  Gtk::TextView& textView() { return editor_.textView(); }
+
+  CaptureEditorView& editor() override { return editor_; }
+  void setTitle(const std::string& title) override;
+  void setAppearance(WindowAppearance appearance) override;
+  bool systemIsDark() const override;
+  bool isVisible() const override { return window_.get_visible(); }
+  Rectangle frame() const override;
+  void setFrame(const Rectangle& frame) override;
+  std::optional<Rectangle> screenVisibleFrame() const override;
+  void makeKeyAndOrderFront() override;
+  void orderOut() override;
+  void setMessage(const std::string& text) override;
+  void setMessageColor(Color color) override;
+  double messageTextHeight(double width) override;
+  void setSubmitEnabled(bool enabled) override;
+  void setSubmitOpacity(double opacity) override;
+  void setSubmitToolTip(const std::string& text) override;
+  void setSubmitAccessibilityLabel(const std::string& label) override;
+  void setLayout(const CapturePanelLayout& layout) override;
+  void redrawSurface() override;
+  void redrawSubmitButton() override;
+
+ private:
+  void makeFloating();
+  void useAlphaVisual();
+  void connectEvents();
+  bool keyPressed(const GdkEventKey& event);
+  bool buttonPressed(const GdkEventButton& event);
+  void placed(const GdkEventConfigure& event);
+  void focusLeft();
+  void checkFocus();
+  void placeChildren();
+  Size size() const;
+
+  CapturePanelDelegate& delegate_;
+  ColorScheme& colorScheme_;
+  // In GDK's coordinates: where the panel shall be, or where the user has moved it.
+  GdkRectangle frame_{};
+  CapturePanelLayout layout_;
+  // Since it was shown.
+  bool movedByUser_ = false;
+  Gtk::Window window_;
+  CaptureCardView card_;
+  Gtk::Fixed content_;
+  LinuxCaptureEditor editor_;
+  Gtk::Label message_;
+  CaptureButtonView button_;
+  sigc::connection focusCheck_;
+  std::vector<sigc::connection> connections_;
+};
+
+}  // namespace navora

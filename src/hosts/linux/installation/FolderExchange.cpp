@@ -1,0 +1,28 @@
+#include "hosts/linux/installation/FolderExchange.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "hosts/linux/installation/FileDescriptor.h"
+#include "hosts/linux/installation/UpdateError.h"
+
+namespace navora {
+
+std::optional<PlatformError> exchangeFolders(const std::filesystem::path& one,
+                                             const std::filesystem::path& other) {
+  if (::renameat2(AT_FDCWD, one.c_str(), AT_FDCWD, other.c_str(), RENAME_EXCHANGE) != 0) {
+    return systemUpdateError(UpdateStage::installation, "The new version cannot take its place",
+                             errno);
+  }
+  // So that it outlasts a loss of power too; without it the exchange may come undone as a whole.
+  for (const auto& folder : {one.parent_path(), other.parent_path()}) {
+    const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor) ::fsync(descriptor.get());
+  }
+  return std::nullopt;
+}
+
+}  // namespace navora

@@ -1,0 +1,220 @@
+#include "hosts/linux/notifications/LinuxNotificationCenter.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include <gtkmm/window.h>
+
+#include "hosts/linux/bus/BusCall.h"
+#include "hosts/linux/system/PlatformErrors.h"
+#include "hosts/linux/workspace/ActiveWindow.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* serviceName = "org.freedesktop.Notifications";
+constexpr const char* servicePath = "/org/freedesktop/Notifications";
+
+constexpr BusMethod serviceMethod(const char* name) {
+  return {serviceName, servicePath, serviceName, name};
+}
+
+// The list of a reply of type (as).
+bool contains(GVariant* reply, std::string_view text) {
+  const GVariantPtr list(g_variant_get_child_value(reply, 0));
+  GVariantIter texts;
+  g_variant_iter_init(&texts, list.get());
+  const char* each = nullptr;
+  while (g_variant_iter_loop(&texts, "&s", &each) != FALSE) {
+    if (text == each) return true;
+  }
+  return false;
+}
+
+// Whether the service runs, or would be started by a call.
+void findService(GDBusConnection* bus, const std::function<void(bool)>& found) {
+  const auto startable = [found](GVariant* reply, const GError*) {
+    found(reply != nullptr && contains(reply, serviceName));
+  };
+  const auto running = [found, startable, connection = GObjectPtr<GDBusConnection>::retain(bus)](
+                           GVariant* reply, const GError*) {
+    gboolean hasOwner = FALSE;
+    if (reply != nullptr) g_variant_get(reply, "(b)", &hasOwner);
+    if (hasOwner != FALSE) return found(true);
+    callBus(connection.get(), busDaemonMethod("ListActivatableNames"), nullptr, "(as)", noTimeout,
+            startable);
+  };
+  callBus(bus, busDaemonMethod("NameHasOwner"), g_variant_new("(s)", serviceName), "(b)", noTimeout,
+          running);
+}
+
+bool isInFront() {
+  const auto windows = Gtk::Window::list_toplevels();
+  return std::ranges::any_of(windows,
+                             [](const Gtk::Window* window) { return window->is_active(); });
+}
+
+// For people: without the bus library's name of the error.
+PlatformError readable(const GError* error) {
+  const GErrorPtr copy(g_error_copy(error));
+  g_dbus_error_strip_remote_error(copy.get());
+  return platformErrorFrom(*copy);
+}
+
+PlatformError late() {
+  // The library's own text, in the user's language.
+  const GErrorPtr error(g_error_new_literal(G_IO_ERROR, G_IO_ERROR_TIMED_OUT,
+                                            g_dgettext("glib20", "Timeout was reached")));
+  return platformErrorFrom(*error);
+}
+
+}  // namespace
+
+LinuxNotificationCenter::~LinuxNotificationCenter() {
+  if (nameWatch_ != 0) g_bus_unwatch_name(nameWatch_);
+  if (subscription_ != 0) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
+}
+
+// Not through `joinSharedBus`, which is silent where there is no bus, and keeps no order.
+void LinuxNotificationCenter::withBus(UseBus use) {
+  if (bus_) return use(bus_.get(), nullptr);
+  waitingForBus_.push_back(lifetime_.guard(std::move(use)));
+  if (waitingForBus_.size() > 1) return;
+  const auto useInOrder = [this](GDBusConnection* bus, const GError* error) {
+    if (bus != nullptr) listen(bus);
+    for (const UseBus& each : std::exchange(waitingForBus_, {}))
+      each(bus, error);
+  };
+  g_bus_get(G_BUS_TYPE_SESSION, nullptr, onBus, new UseBus(lifetime_.guard(useInOrder)));
+}
+
+void LinuxNotificationCenter::onBus(GObject*, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<UseBus> use(static_cast<UseBus*>(data));
+  GError* failure = nullptr;
+  const auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, &failure));
+  const GErrorPtr error(failure);
+  (*use)(bus.get(), error.get());
+}
+
+void LinuxNotificationCenter::listen(GDBusConnection* bus) {
+  bus_ = GObjectPtr<GDBusConnection>::retain(bus);
+  subscription_ = g_dbus_connection_signal_subscribe(bus, serviceName, serviceName, nullptr,
+                                                     servicePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
+                                                     onSignal, this, nullptr);
+  nameWatch_ = g_bus_watch_name_on_connection(bus, serviceName, G_BUS_NAME_WATCHER_FLAGS_NONE,
+                                              nullptr, onVanished, this, nullptr);
+}
+
+void LinuxNotificationCenter::authorizationStatus(
+    std::function<void(AuthorizationStatus)> completion) {
+  const auto answer = CallbackWithTimeout<AuthorizationStatus>::start(
+      patience_, lifetime_.guard(std::move(completion)), AuthorizationStatus::denied);
+  withBus([answer](GDBusConnection* bus, const GError*) {
+    if (bus == nullptr) return answer->give(AuthorizationStatus::denied);
+    findService(bus, [answer](bool found) {
+      answer->give(found ? AuthorizationStatus::authorized : AuthorizationStatus::denied);
+    });
+  });
+}
+
+void LinuxNotificationCenter::requestAuthorization(
+    Options, std::function<void(AuthorizationResult)> completion) {
+  authorizationStatus([completion = std::move(completion)](AuthorizationStatus status) {
+    completion(status == AuthorizationStatus::authorized);
+  });
+}
+
+PresentationOptions LinuxNotificationCenter::presentation() const {
+  if (delegate_ == nullptr || !isInFront()) return {.banner = true, .sound = true};
+  return delegate_->willPresentNotification();
+}
+
+void LinuxNotificationCenter::add(const UserNotification& notification,
+                                  std::function<void(std::optional<PlatformError>)> completion) {
+  const Delivery delivery{.notification = notification,
+                          .capabilities = {},
+                          .sound = false,
+                          .answer = CallbackWithTimeout<std::optional<PlatformError>>::start(
+                              patience_, lifetime_.guard(std::move(completion)), late())};
+  const auto prepared = [this, delivery](GVariant* reply, const GError* error) {
+    if (error != nullptr) return delivery.answer->give(readable(error));
+    const PresentationOptions options = presentation();
+    if (!options.banner) return delivery.answer->give(std::nullopt);
+    Delivery complete = delivery;
+    complete.capabilities = notificationCapabilities(reply);
+    complete.sound = options.sound && delivery.notification.defaultSound;
+    deliver(std::move(complete));
+  };
+  withBus([this, answer = delivery.answer, prepared](GDBusConnection* bus, const GError* error) {
+    if (bus == nullptr) return answer->give(readable(error));
+    callBus(bus, serviceMethod("GetCapabilities"), nullptr, "(as)", patience_,
+            lifetime_.guard(prepared));
+  });
+}
+
+void LinuxNotificationCenter::deliver(Delivery delivery) {
+  // What has been reported as a failure may be tried again and must not be shown as well.
+  if (delivery.answer->isGiven()) return;
+  const std::string& identifier = delivery.notification.identifier;
+  const auto [earlier, isFirst] = underWay_.try_emplace(identifier);
+  if (!isFirst) {
+    // Its number, which this one is to replace, is still on its way.
+    std::erase_if(earlier->second,
+                  [](const Delivery& waiting) { return waiting.answer->isGiven(); });
+    earlier->second.push_back(std::move(delivery));
+    return;
+  }
+  GVariant* message =
+      notificationMessage(delivery.notification, shown_.numberOf(identifier).value_or(0),
+                          delivery.capabilities, delivery.sound);
+  callBus(bus_.get(), serviceMethod("Notify"), message, "(u)", noTimeout,
+          lifetime_.guard([this, delivery = std::move(delivery), run = run_](GVariant* reply,
+                                                                             const GError* error) {
+            delivered(delivery, run, reply, error);
+          }));
+}
+
+void LinuxNotificationCenter::delivered(const Delivery& delivery, std::uint64_t run,
+                                        GVariant* reply, const GError* error) {
+  auto waiting = std::move(underWay_.extract(delivery.notification.identifier).mapped());
+  if (reply != nullptr && run == run_) {
+    std::uint32_t number = 0;
+    g_variant_get(reply, "(u)", &number);
+    shown_.add(number, delivery.notification.identifier, delivery.notification.url);
+  }
+  for (Delivery& next : waiting)
+    deliver(std::move(next));
+  // Last: the answer may be this object's end.
+  delivery.answer->give(error == nullptr ? std::nullopt : std::optional(readable(error)));
+}
+
+// Only the service's own: the subscription is for its name.
+void LinuxNotificationCenter::onSignal(GDBusConnection*, const char*, const char*, const char*,
+                                       const char* name, GVariant* parameters, gpointer pointer) {
+  auto& self = *static_cast<LinuxNotificationCenter*>(pointer);
+  const std::string_view signal = name;
+  const bool isClosed = signal == "NotificationClosed";
+  if (!isClosed && signal != "ActionInvoked" && signal != "ActivationToken") return;
+  if (g_variant_is_of_type(parameters, G_VARIANT_TYPE(isClosed ? "(uu)" : "(us)")) == FALSE) return;
+  std::uint32_t number = 0;
+  g_variant_get_child(parameters, 0, "u", &number);
+  if (isClosed) return self.shown_.remove(number);
+
+  const std::optional<std::string> url = self.shown_.urlOf(number);
+  if (!url) return;
+  const char* text = nullptr;
+  g_variant_get_child(parameters, 1, "&s", &text);
+  // The token comes before the action that it is for.
+  if (signal == "ActivationToken") return useActivationToken(text);
+  if (std::string_view(text) != defaultNotificationAction || self.delegate_ == nullptr) return;
+  self.delegate_->didReceiveNotification(url);
+}
+
+void LinuxNotificationCenter::onVanished(GDBusConnection*, const char*, gpointer pointer) {
+  auto& self = *static_cast<LinuxNotificationCenter*>(pointer);
+  ++self.run_;
+  self.shown_.clear();
+}
+
+}  // namespace navora

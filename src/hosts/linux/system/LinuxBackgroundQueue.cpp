@@ -1,0 +1,36 @@
+#include "hosts/linux/system/LinuxBackgroundQueue.h"
+
+#include <utility>
+
+#include "hosts/linux/system/LinuxMainQueue.h"
+#include "support/FatalError.h"
+
+namespace navora {
+
+LinuxBackgroundQueue::~LinuxBackgroundQueue() {
+  if (!pool_) return;
+  jobs_.dropWaiting();
+  constexpr gboolean immediately = FALSE;
+  constexpr gboolean wait = TRUE;
+  g_thread_pool_free(pool_, immediately, wait);
+}
+
+void LinuxBackgroundQueue::run(std::function<void()> work, std::function<void()> completion) {
+  if (!pool_) {
+    constexpr gint threads = 1;
+    constexpr gboolean exclusive = FALSE;
+    pool_ = g_thread_pool_new(
+        [](gpointer, gpointer queue) { static_cast<LinuxBackgroundQueue*>(queue)->workOnNext(); },
+        this, threads, exclusive, nullptr);
+  }
+  jobs_.add(std::move(work), std::move(completion));
+  // The pool's items only count; the jobs are ours.
+  if (g_thread_pool_push(pool_, this, nullptr) == FALSE)
+    fatalError("The system has no thread left", "LinuxBackgroundQueue", __LINE__);
+}
+
+void LinuxBackgroundQueue::workOnNext() {
+  if (jobs_.workOnNext()) LinuxMainQueue().async(completeNext_);
+}
+
+}  // namespace navora

@@ -1,0 +1,85 @@
+#include "hosts/linux/system/LinuxSystem.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <utility>
+
+#include <gio/gio.h>
+
+#include "hosts/linux/system/GLibSupport.h"
+
+namespace navora {
+namespace {
+
+// Calls back when a file is replaced or changes.
+class FileObserver final : public ObserverToken {
+ public:
+  FileObserver(const std::filesystem::path& path, std::function<void()> callback)
+      : callback_(std::move(callback)) {
+    const auto file = GObjectPtr<GFile>::adopt(g_file_new_for_path(path.c_str()));
+    // None where the system has no means to watch files.
+    monitor_ = GObjectPtr<GFileMonitor>::adopt(
+        g_file_monitor_file(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
+    if (monitor_)
+      changed_ = SignalConnection(monitor_.get(), "changed", G_CALLBACK(onChanged), this);
+  }
+
+ private:
+  static void onChanged(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent event, gpointer self) {
+    // Every write is followed by one of these, when the new content is complete.
+    if (event == G_FILE_MONITOR_EVENT_CHANGES_DONE_HINT || event == G_FILE_MONITOR_EVENT_CREATED ||
+        event == G_FILE_MONITOR_EVENT_RENAMED || event == G_FILE_MONITOR_EVENT_MOVED_IN) {
+      // A copy: the callback may release this observer.
+      const auto callback = static_cast<FileObserver*>(self)->callback_;
+      callback();
+    }
+  }
+
+  std::function<void()> callback_;
+  GObjectPtr<GFileMonitor> monitor_;
+  SignalConnection changed_;
+};
+
+}  // namespace
+
+LinuxSystem::LinuxSystem(ObserveResume observeResume, SystemTimeZone timeZone)
+    : observeResume_(std::move(observeResume)), timeZone_(std::move(timeZone)) {}
+
+std::optional<std::string> LinuxSystem::environmentVariable(const std::string& name) const {
+  const char* value = std::getenv(name.c_str());
+  if (value == nullptr) return std::nullopt;
+  return value;
+}
+
+std::vector<std::string> LinuxSystem::preferredLanguages() const {
+  std::vector<std::string> languages;
+  for (const char* const* name = g_get_language_names(); *name != nullptr; ++name)
+    languages.emplace_back(*name);
+  return languages;
+}
+
+std::string LinuxSystem::timeZoneIdentifier() const {
+  return timeZone_.identifier(environmentVariable("TZ"));
+}
+
+Date LinuxSystem::now() const {
+  return std::chrono::system_clock::now();
+}
+
+std::string LinuxSystem::randomUuid() const {
+  return GCharPtr(g_uuid_string_random()).get();
+}
+
+void LinuxSystem::log(const std::string& line) const {
+  std::cerr << line << '\n';
+}
+
+std::unique_ptr<ObserverToken> LinuxSystem::observeTimeZoneChange(std::function<void()> callback) {
+  return std::make_unique<FileObserver>(timeZone_.localTimeFile(), std::move(callback));
+}
+
+std::unique_ptr<ObserverToken> LinuxSystem::observeWake(std::function<void()> callback) {
+  return observeResume_(std::move(callback));
+}
+
+}  // namespace navora

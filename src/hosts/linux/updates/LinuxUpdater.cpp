@@ -1,0 +1,146 @@
+#include "hosts/linux/updates/LinuxUpdater.h"
+
+#include <algorithm>
+#include <chrono>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "hosts/linux/installation/UpdateError.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* lastCheckKey = "navora.updater.lastCheck";
+constexpr const char* rolloutGroupKey = "navora.updater.rolloutGroup";
+constexpr double checkInterval = 24 * 60 * 60;
+// Not while the application starts.
+constexpr double shortestDelay = 5;
+
+double numberFor(const UserDefaults& userDefaults, const char* key, double otherwise) {
+  const auto value = userDefaults.value(key);
+  return value && value->is_number() ? value->get<double>() : otherwise;
+}
+
+}  // namespace
+
+// An entry in the list, as long as both last.
+class LinuxUpdater::Observation final : public ObserverToken {
+ public:
+  Observation(const std::shared_ptr<Observers>& observers, std::function<void()> callback)
+      : observers_(observers), entry_(observers->insert(observers->end(), std::move(callback))) {}
+  ~Observation() override {
+    if (const auto observers = observers_.lock()) observers->erase(entry_);
+  }
+  Observation(const Observation&) = delete;
+  Observation& operator=(const Observation&) = delete;
+
+ private:
+  std::weak_ptr<Observers> observers_;
+  Observers::iterator entry_;
+};
+
+LinuxUpdater::LinuxUpdater(Configuration configuration, const Doors& doors,
+                           UpdaterUserDriver& userDriver, UpdaterDelegate& delegate)
+    : configuration_(std::move(configuration)),
+      doors_(doors),
+      userDriver_(userDriver),
+      delegate_(delegate),
+      context_{configuration_.settings, configuration_.installation, userDriver,
+               doors.mainQueue,         configuration_.terminate,    std::nullopt} {}
+
+LinuxUpdater::~LinuxUpdater() = default;
+
+std::optional<PlatformError> LinuxUpdater::startUpdater() {
+  // After everything that belongs to the start of the application.
+  doors_.mainQueue.async(lifetime_.guard([this] { reportLaunch(); }));
+  scheduleCheck();
+  return std::nullopt;
+}
+
+void LinuxUpdater::reportLaunch() {
+  // Of an update that was interrupted; one that is under way holds on to its own.
+  if (configuration_.installation) UpdateFolder::removeLeftovers(*configuration_.installation);
+  const bool followsUpdate = configuration_.launch.followsUpdate();
+  configuration_.launch.confirm();
+  if (followsUpdate) {
+    userDriver_.showUpdateInstalledAndRelaunched(true, [] {});
+  } else if (configuration_.launch.followsFailedUpdate()) {
+    userDriver_.showUpdaterError(
+        updateError(UpdateStage::relaunch, "The new version does not start"), [] {});
+    userDriver_.dismissUpdateInstallation();
+  }
+}
+
+void LinuxUpdater::scheduleCheck() {
+  // Whatever else was installed is kept up to date by whoever installed it.
+  if (!configuration_.installation || !configuration_.settings) return;
+  const double sinceLastCheck =
+      secondsSince1970(doors_.system.now()) - numberFor(doors_.userDefaults, lastCheckKey, 0);
+  // A clock that was put back does not delay the check beyond the interval.
+  const double delay =
+      std::clamp(checkInterval - std::max(sinceLastCheck, 0.0), shortestDelay, checkInterval);
+  timer_ = doors_.mainQueue.after(std::chrono::milliseconds(static_cast<long>(delay * 1000)),
+                                  [this] { checkForUpdatesInBackground(); });
+}
+
+void LinuxUpdater::checkForUpdates() {
+  check(true);
+}
+
+void LinuxUpdater::checkForUpdatesInBackground() {
+  check(false);
+}
+
+void LinuxUpdater::check(bool userInitiated) {
+  if (session_) {
+    if (userInitiated) userDriver_.showUpdateInFocus();
+    return;
+  }
+  const Date now = doors_.system.now();
+  doors_.userDefaults.setValue(lastCheckKey, secondsSince1970(now));
+  scheduleCheck();
+  session_ = std::make_unique<UpdateSession>(
+      context_,
+      AppcastSelection::Conditions{configuration_.currentVersion, configuration_.systemVersion, now,
+                                   rolloutGroup(), userInitiated});
+  tellObservers();
+  session_->start([this](const std::optional<PlatformError>& error) { sessionEnded(error); });
+}
+
+void LinuxUpdater::sessionEnded(const std::optional<PlatformError>& error) {
+  userDriver_.dismissUpdateInstallation();
+  session_.reset();
+  tellObservers();
+  delegate_.didFinishUpdateCycle(error);
+}
+
+// Chosen once, so that nobody is always among the first.
+int LinuxUpdater::rolloutGroup() {
+  const double stored = numberFor(doors_.userDefaults, rolloutGroupKey, -1);
+  const auto group = static_cast<int>(stored);
+  if (group >= 0 && group < AppcastSelection::rolloutGroups) return group;
+  std::random_device entropy;
+  const int chosen = std::uniform_int_distribution(0, AppcastSelection::rolloutGroups - 1)(entropy);
+  doors_.userDefaults.setValue(rolloutGroupKey, chosen);
+  return chosen;
+}
+
+std::unique_ptr<ObserverToken> LinuxUpdater::observeCanCheckForUpdates(
+    std::function<void()> callback) {
+  return std::make_unique<Observation>(observers_, std::move(callback));
+}
+
+std::unique_ptr<ObserverToken> LinuxUpdater::observeSessionInProgress(
+    std::function<void()> callback) {
+  return std::make_unique<Observation>(observers_, std::move(callback));
+}
+
+void LinuxUpdater::tellObservers() const {
+  // An observer may go when it is told.
+  const std::vector<std::function<void()>> present(observers_->begin(), observers_->end());
+  for (const auto& observer : present)
+    observer();
+}
+
+}  // namespace navora

@@ -1,0 +1,46 @@
+#include "hosts/linux/updates/ProgramCheck.h"
+
+#include <utility>
+
+#include "hosts/linux/system/LinuxMainQueue.h"
+
+namespace navora {
+
+ProgramCheck::ProgramCheck(const std::filesystem::path& program, Completion completion,
+                           std::chrono::milliseconds patience)
+    : completion_(std::move(completion)),
+      cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
+  constexpr auto silent = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_SILENCE |
+                                                        G_SUBPROCESS_FLAGS_STDERR_SILENCE);
+  process_ = GObjectPtr<GSubprocess>::adopt(
+      g_subprocess_new(silent, nullptr, program.c_str(), "--self-test", nullptr));
+  if (!process_) {
+    timer_ = LinuxMainQueue().after(std::chrono::milliseconds::zero(), [this] { end(false); });
+    return;
+  }
+  timer_ = LinuxMainQueue().after(patience, [this] { end(false); });
+  g_subprocess_wait_check_async(process_.get(), cancellable_.get(), onEnd, this);
+}
+
+ProgramCheck::~ProgramCheck() {
+  g_cancellable_cancel(cancellable_.get());
+  if (process_) g_subprocess_force_exit(process_.get());
+}
+
+void ProgramCheck::onEnd(GObject* process, GAsyncResult* result, gpointer self) {
+  GError* failure = nullptr;
+  const bool passed =
+      g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, &failure) != FALSE;
+  const GErrorPtr error(failure);
+  // Then there is no check any more.
+  if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE) return;
+  static_cast<ProgramCheck*>(self)->end(passed);
+}
+
+void ProgramCheck::end(bool passed) {
+  timer_.reset();
+  // It may destroy this check.
+  if (const Completion completion = std::exchange(completion_, nullptr)) completion(passed);
+}
+
+}  // namespace navora

@@ -1,0 +1,211 @@
+#include "hosts/linux/web/NavigationEvents.h"
+
+#include <optional>
+#include <utility>
+
+#include "hosts/linux/system/PlatformErrors.h"
+#include "hosts/linux/web/LinuxDownload.h"
+#include "hosts/linux/web/LinuxRequest.h"
+
+namespace navora {
+namespace {
+
+NavigationEvents& eventsOf(gpointer self) {
+  return *static_cast<NavigationEvents*>(self);
+}
+
+std::optional<Url> urlOf(WebKitURIRequest* request) {
+  const char* uri = request == nullptr ? nullptr : webkit_uri_request_get_uri(request);
+  return uri == nullptr ? std::nullopt : Url::parse(uri);
+}
+
+NavigationType typeOf(WebKitNavigationAction* action, const std::optional<PageAction>& pageAction) {
+  // What a server redirects to is not what the user chose.
+  if (webkit_navigation_action_is_redirect(action) != FALSE) return NavigationType::other;
+  // "Open link" of the context menu is the same choice as a click.
+  if (pageAction && pageAction->kind == PageAction::Kind::contextMenu)
+    return NavigationType::linkActivated;
+  switch (webkit_navigation_action_get_navigation_type(action)) {
+    case WEBKIT_NAVIGATION_TYPE_LINK_CLICKED:
+      return NavigationType::linkActivated;
+    case WEBKIT_NAVIGATION_TYPE_FORM_SUBMITTED:
+      return NavigationType::formSubmitted;
+    case WEBKIT_NAVIGATION_TYPE_BACK_FORWARD:
+      return NavigationType::backForward;
+    case WEBKIT_NAVIGATION_TYPE_RELOAD:
+      return NavigationType::reload;
+    case WEBKIT_NAVIGATION_TYPE_FORM_RESUBMITTED:
+      return NavigationType::formResubmitted;
+    case WEBKIT_NAVIGATION_TYPE_OTHER:
+      break;
+  }
+  return NavigationType::other;
+}
+
+void carryOut(NavigationPolicy policy, WebKitPolicyDecision* decision) {
+  switch (policy) {
+    case NavigationPolicy::allow:
+      return webkit_policy_decision_use(decision);
+    case NavigationPolicy::download:
+      return webkit_policy_decision_download(decision);
+    case NavigationPolicy::cancel:
+      return webkit_policy_decision_ignore(decision);
+  }
+}
+
+}  // namespace
+
+NavigationEvents::NavigationEvents(WebView& owner, WebKitWebView* view, WebKitWebContext* context,
+                                   PageActions& actions, LoadTimeout& timeout)
+    : owner_(owner), view_(view), actions_(actions), timeout_(timeout) {
+  const auto connect = [&](auto* instance, const char* signal, GCallback callback) {
+    signals_.emplace_back(instance, signal, callback, this);
+  };
+  connect(view, "decide-policy", G_CALLBACK(onDecidePolicy));
+  connect(view, "create", G_CALLBACK(onCreate));
+  connect(view, "load-changed", G_CALLBACK(onLoadChanged));
+  connect(view, "load-failed", G_CALLBACK(onLoadFailed));
+  connect(view, "load-failed-with-tls-errors", G_CALLBACK(onTlsErrors));
+  connect(view, "web-process-terminated", G_CALLBACK(onWebProcessTerminated));
+  connect(context, "download-started", G_CALLBACK(onDownloadStarted));
+}
+
+gboolean NavigationEvents::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
+                                          WebKitPolicyDecisionType type, gpointer self) {
+  auto& events = eventsOf(self);
+  if (type == WEBKIT_POLICY_DECISION_TYPE_RESPONSE) {
+    carryOut(events.decideResponse(WEBKIT_RESPONSE_POLICY_DECISION(decision)), decision);
+  } else {
+    const bool newWindow = type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION;
+    auto* action = webkit_navigation_policy_decision_get_navigation_action(
+        WEBKIT_NAVIGATION_POLICY_DECISION(decision));
+    carryOut(events.decideAction(action, newWindow), decision);
+  }
+  return TRUE;
+}
+
+// Reached by `window.open` only: links and forms are asked about before, and refused there.
+GtkWidget* NavigationEvents::onCreate(WebKitWebView*, WebKitNavigationAction* action,
+                                      gpointer self) {
+  eventsOf(self).decideAction(action, true);
+  return nullptr;
+}
+
+NavigationPolicy NavigationEvents::decideAction(WebKitNavigationAction* action, bool newWindow) {
+  if (delegate_ == nullptr) return NavigationPolicy::cancel;
+
+  NavigationAction description;
+  WebKitURIRequest* request = webkit_navigation_action_get_request(action);
+  description.url = urlOf(request);
+  const auto pageAction =
+      description.url ? actions_.takeNavigation(*description.url) : std::nullopt;
+  description.type = typeOf(action, pageAction);
+  if (pageAction) {
+    description.sourceFrame = pageAction->frame;
+    description.shouldPerformDownload = pageAction->download;
+  }
+  // Which frame is the target is not known, only that there is one.
+  if (!newWindow) description.targetFrame = FrameInfo{};
+  description.request = std::make_shared<LinuxRequest>(request);
+  return delegate_->decidePolicyForAction(owner_, description);
+}
+
+NavigationPolicy NavigationEvents::decideResponse(WebKitResponsePolicyDecision* decision) {
+  if (delegate_ == nullptr) return NavigationPolicy::cancel;
+  NavigationResponse response;
+  response.url = urlOf(webkit_response_policy_decision_get_request(decision));
+  response.canShowMimeType =
+      webkit_response_policy_decision_is_mime_type_supported(decision) != FALSE;
+  return delegate_->decidePolicyForResponse(response);
+}
+
+void NavigationEvents::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
+  auto& events = eventsOf(self);
+  switch (event) {
+    case WEBKIT_LOAD_STARTED:
+      return events.loadStarted();
+    case WEBKIT_LOAD_REDIRECTED:
+      return;
+    case WEBKIT_LOAD_COMMITTED:
+      return events.loadCommitted();
+    case WEBKIT_LOAD_FINISHED:
+      return events.loadFinished();
+  }
+}
+
+void NavigationEvents::loadStarted() {
+  loadFailed_ = false;
+  stoppedByTimeout_ = false;
+  webProcessIsGone_ = false;
+  truncation_.cancel();
+  timeout_.start([this] { timedOut(); });
+  if (delegate_ != nullptr) delegate_->didStartProvisionalNavigation();
+}
+
+void NavigationEvents::loadCommitted() {
+  actions_.clear();
+  // Once the page itself is complete, what it goes on loading is its own affair.
+  if (WebKitWebResource* page = webkit_web_view_get_main_resource(view_)) {
+    mainResource_ = SignalConnection(page, "finished", G_CALLBACK(onMainResourceFinished), this);
+  }
+}
+
+void NavigationEvents::onMainResourceFinished(WebKitWebResource*, gpointer self) {
+  eventsOf(self).timeout_.stop();
+}
+
+void NavigationEvents::loadFinished() {
+  timeout_.stop();
+  if (loadFailed_) return;
+  if (delegate_ != nullptr) delegate_->didFinishNavigation();
+  truncation_.check(view_, [this](const PlatformError& error) { fail(error); });
+}
+
+void NavigationEvents::timedOut() {
+  stoppedByTimeout_ = true;
+  webkit_web_view_stop_loading(view_);
+}
+
+gboolean NavigationEvents::onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
+                                        gpointer self) {
+  auto& events = eventsOf(self);
+  PlatformError reported = platformErrorFrom(*error);
+  if (std::exchange(events.stoppedByTimeout_, false)) {
+    reported = {"Navora", PlatformError::timedOutCode, g_strerror(ETIMEDOUT)};
+  }
+  events.fail(reported);
+  return TRUE;
+}
+
+gboolean NavigationEvents::onTlsErrors(WebKitWebView*, const char*, GTlsCertificate*,
+                                       GTlsCertificateFlags, gpointer self) {
+  eventsOf(self).fail(
+      {g_quark_to_string(G_TLS_ERROR), G_TLS_ERROR_BAD_CERTIFICATE, "Bad certificate"});
+  return TRUE;
+}
+
+void NavigationEvents::fail(const PlatformError& error) {
+  timeout_.stop();
+  loadFailed_ = true;
+  if (delegate_ != nullptr) delegate_->didFailNavigation(error);
+}
+
+void NavigationEvents::onWebProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason,
+                                              gpointer self) {
+  auto& events = eventsOf(self);
+  events.timeout_.stop();
+  events.actions_.clear();
+  events.webProcessIsGone_ = true;
+  if (events.delegate_ != nullptr) events.delegate_->webContentProcessDidTerminate();
+}
+
+void NavigationEvents::onDownloadStarted(WebKitWebContext*, WebKitDownload* download,
+                                         gpointer self) {
+  auto& events = eventsOf(self);
+  auto adopted = std::make_shared<LinuxDownload>(download);
+  // Nobody to answer for it: going out of scope cancels it.
+  if (events.delegate_ != nullptr)
+    events.delegate_->navigationDidBecomeDownload(std::move(adopted));
+}
+
+}  // namespace navora

@@ -1,0 +1,79 @@
+#include "hosts/linux/web/PageActions.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace navora {
+namespace {
+
+// Submitting a form replaces the query of its address, or leaves it alone.
+bool leadsTo(const Url& formAction, const Url& url) {
+  auto expected = formAction.components();
+  auto actual = url.components();
+  expected.query = actual.query = std::nullopt;
+  expected.fragment = actual.fragment = std::nullopt;
+  return Url::fromComponents(expected) == Url::fromComponents(actual);
+}
+
+bool explains(const PageAction& action, const Url& url) {
+  switch (action.kind) {
+    case PageAction::Kind::link:
+    case PageAction::Kind::contextMenu:
+    case PageAction::Kind::openWindow:
+      return action.url == url;
+    case PageAction::Kind::form:
+      return action.url && leadsTo(*action.url, url);
+    case PageAction::Kind::chooseFiles:
+      return false;
+  }
+  return false;
+}
+
+}  // namespace
+
+PageActions::PageActions(Clock clock) : clock_(std::move(clock)) {}
+
+void PageActions::add(PageAction action) {
+  forgetExpired();
+  if (action.kind == PageAction::Kind::contextMenu) {
+    // A menu stays open as long as the user likes, but there is only one.
+    std::erase_if(entries_, [](const Entry& entry) {
+      return entry.action.kind == PageAction::Kind::contextMenu;
+    });
+  }
+  if (entries_.size() == maximumCount) entries_.erase(entries_.begin());
+  entries_.push_back({std::move(action), clock_()});
+}
+
+std::optional<PageAction> PageActions::takeNavigation(const Url& url) {
+  return take([&](const PageAction& action) { return explains(action, url); });
+}
+
+std::optional<PageAction> PageActions::takeFileChooser() {
+  return take(
+      [](const PageAction& action) { return action.kind == PageAction::Kind::chooseFiles; });
+}
+
+void PageActions::clear() {
+  entries_.clear();
+}
+
+template <typename Matches>
+std::optional<PageAction> PageActions::take(Matches matches) {
+  forgetExpired();
+  const auto found = std::find_if(entries_.rbegin(), entries_.rend(),
+                                  [&](const Entry& entry) { return matches(entry.action); });
+  if (found == entries_.rend()) return std::nullopt;
+  PageAction action = std::move(found->action);
+  entries_.erase(std::next(found).base());
+  return action;
+}
+
+void PageActions::forgetExpired() {
+  const auto now = clock_();
+  std::erase_if(entries_, [&](const Entry& entry) {
+    return entry.action.kind != PageAction::Kind::contextMenu && now - entry.time > lifetime;
+  });
+}
+
+}  // namespace navora

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <webkit2/webkit2.h>
+
+#include "hosts/linux/system/GLibSupport.h"
+#include "hosts/linux/web/PageBridge.h"
+#include "platform/PageDialogDelegate.h"
+
+namespace navora {
+
+// Puts the engine's dialog and file chooser requests in the delegate's terms. What does not
+// provably come from the top frame is reported as coming from an unknown one.
+class PageDialogs {
+ public:
+  // Both arguments must outlive this object.
+  PageDialogs(WebKitWebView* view, PageBridge& bridge);
+
+  PageDialogs(const PageDialogs&) = delete;
+  PageDialogs& operator=(const PageDialogs&) = delete;
+
+  void setDelegate(PageDialogDelegate* delegate) { delegate_ = delegate; }
+
+ private:
+  static gboolean onScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer self);
+  static gboolean onRunFileChooser(WebKitWebView*, WebKitFileChooserRequest* request,
+                                   gpointer self);
+  static gboolean onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer);
+  static gboolean onAuthenticate(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer);
+
+  FrameInfo topFrame() const;
+  void runDialog(WebKitScriptDialog* dialog);
+  void askDelegate(const std::shared_ptr<WebKitScriptDialog>& held);
+  void runFileChooser(WebKitFileChooserRequest* request);
+
+  WebKitWebView* view_;
+  PageBridge& bridge_;
+  PageDialogDelegate* delegate_ = nullptr;
+  std::vector<SignalConnection> signals_;
+};
+
+}  // namespace navora

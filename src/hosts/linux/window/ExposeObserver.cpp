@@ -1,0 +1,42 @@
+#include "hosts/linux/window/ExposeObserver.h"
+
+#include <utility>
+
+#include <gdk/gdkx.h>
+
+namespace navora {
+
+ExposeObserver::ExposeObserver(Gtk::Window& window, std::function<void()> onAppear)
+    : window_(window), onAppear_(std::move(onAppear)) {
+  connections_ = {window_.signal_realize().connect([this] { watch(); }),
+                  window_.signal_unrealize().connect([this] { release(); }, false)};
+  if (window_.get_realized()) watch();
+}
+
+ExposeObserver::~ExposeObserver() {
+  for (auto& connection : connections_)
+    connection.disconnect();
+  release();
+}
+
+void ExposeObserver::watch() {
+  GdkWindow* native = window_.get_window()->gobj();
+  if (!GDK_IS_X11_WINDOW(native)) return;
+  watched_ = native;
+  gdk_window_add_filter(watched_, onEvent, this);
+}
+
+void ExposeObserver::release() {
+  if (GdkWindow* native = std::exchange(watched_, nullptr))
+    gdk_window_remove_filter(native, onEvent, this);
+}
+
+GdkFilterReturn ExposeObserver::onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
+  const auto& exposure = static_cast<XEvent*>(event)->xexpose;
+  // The last of those that belong together.
+  if (exposure.type == Expose && exposure.count == 0)
+    static_cast<ExposeObserver*>(self)->onAppear_();
+  return GDK_FILTER_CONTINUE;
+}
+
+}  // namespace navora

@@ -1,0 +1,68 @@
+#include "hosts/macos/application/MacApplication.h"
+
+#include "hosts/macos/application/MacAboutPanel.h"
+
+@interface NavoraApplicationForwarder : NSObject <NSApplicationDelegate>
+@property(nonatomic) navora::ApplicationDelegate* delegate;
+@end
+
+@implementation NavoraApplicationForwarder
+
+- (void)applicationDidFinishLaunching:(NSNotification*)notification {
+  if (self.delegate != nullptr) self.delegate->applicationDidFinishLaunching();
+}
+
+- (BOOL)applicationShouldHandleReopen:(NSApplication*)sender
+                    hasVisibleWindows:(BOOL)hasVisibleWindows {
+  return self.delegate == nullptr ||
+         self.delegate->applicationShouldHandleReopen(hasVisibleWindows);
+}
+
+- (BOOL)applicationShouldTerminateAfterLastWindowClosed:(NSApplication*)sender {
+  return self.delegate != nullptr &&
+         self.delegate->applicationShouldTerminateAfterLastWindowClosed();
+}
+
+- (void)applicationDidBecomeActive:(NSNotification*)notification {
+  if (self.delegate != nullptr) self.delegate->applicationDidBecomeActive();
+}
+
+- (void)applicationWillTerminate:(NSNotification*)notification {
+  if (self.delegate != nullptr) self.delegate->applicationWillTerminate();
+}
+
+- (BOOL)applicationSupportsSecureRestorableState:(NSApplication*)application {
+  return YES;
+}
+
+@end
+
+namespace navora {
+
+MacApplication::MacApplication()
+    : application_([NSApplication sharedApplication]),
+      forwarder_([[NavoraApplicationForwarder alloc] init]) {}
+
+MacApplication::~MacApplication() { forwarder_.delegate = nullptr; }
+
+int MacApplication::run(ApplicationDelegate& delegate) {
+  forwarder_.delegate = &delegate;
+  application_.delegate = forwarder_;
+  [application_ setActivationPolicy:NSApplicationActivationPolicyRegular];
+  [application_ run];
+  return 0;
+}
+
+void MacApplication::activateIgnoringOtherApplications() {
+  [application_ activateIgnoringOtherApps:YES];
+}
+
+void MacApplication::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
+  menus_.setMainMenu(menus, delegate);
+}
+
+void MacApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options) {
+  orderFrontAboutPanel(options);
+}
+
+}  // namespace navora

@@ -1,0 +1,13 @@
+#include "hosts/macos/capture/CapturePanel.h"
+
+@implementation CapturePanel
+
+- (BOOL)canBecomeKeyWindow {
+  return YES;
+}
+
+- (BOOL)canBecomeMainWindow {
+  return YES;
+}
+
+@end

@@ -1,0 +1,153 @@
+#include "hosts/macos/capture/MacCaptureEditor.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "hosts/macos/capture/CaptureEditor.h"
+#include "hosts/macos/system/AppKitConversions.h"
+#include "hosts/macos/system/Conversions.h"
+#include "platform/CapturePanelView.h"
+
+@interface NavoraCaptureEditorForwarder : NSObject <NSTextViewDelegate>
+@property(nonatomic, nullable) navora::CaptureEditorDelegate* delegate;
+@end
+
+@implementation NavoraCaptureEditorForwarder
+
+- (void)textDidChange:(NSNotification*)notification {
+  if (self.delegate != nullptr) self.delegate->editorTextDidChange();
+}
+
+@end
+
+namespace navora {
+
+namespace {
+
+constexpr NSRect initialFrame{{0, 0}, {752, 44}};
+constexpr CGFloat unbounded = std::numeric_limits<CGFloat>::max();
+
+::CaptureEditor* makeEditor() {
+  ::CaptureEditor* editor = [[::CaptureEditor alloc] initWithFrame:initialFrame];
+  editor.richText = NO;
+  editor.font = [NSFont systemFontOfSize:CaptureEditorStyle().fontSize];
+  editor.backgroundColor = [NSColor clearColor];
+  editor.drawsBackground = NO;
+  editor.textColor = [NSColor labelColor];
+  editor.insertionPointColor = [NSColor labelColor];
+  editor.textContainerInset = NSMakeSize(0, CapturePanelLayout::editorInset);
+  editor.verticallyResizable = YES;
+  editor.horizontallyResizable = NO;
+  editor.maxSize = NSMakeSize(unbounded, unbounded);
+  editor.autoresizingMask = NSViewWidthSizable;
+  editor.textContainer.widthTracksTextView = YES;
+  editor.textContainer.size = NSMakeSize(initialFrame.size.width, unbounded);
+  editor.allowsUndo = YES;
+  return editor;
+}
+
+NSScrollView* makeScrollView(NSTextView* editor) {
+  NSScrollView* scroll = [[NSScrollView alloc] initWithFrame:initialFrame];
+  scroll.drawsBackground = NO;
+  scroll.hasVerticalScroller = YES;
+  scroll.autohidesScrollers = YES;
+  scroll.scrollerStyle = NSScrollerStyleOverlay;
+  scroll.borderType = NSNoBorder;
+  scroll.documentView = editor;
+  return scroll;
+}
+
+NSFont* toNSFont(const CaptureEditorStyle& style) {
+  NSFont* font = nil;
+  switch (style.family) {
+    case FontFamily::sans:
+      break;
+    case FontFamily::serif:
+      font = [NSFont fontWithName:@"Iowan Old Style" size:style.fontSize];
+      break;
+    case FontFamily::mono:
+      font = [NSFont monospacedSystemFontOfSize:style.fontSize weight:NSFontWeightRegular];
+      break;
+  }
+  return font != nil ? font : [NSFont systemFontOfSize:style.fontSize];
+}
+
+void setLineHeight(NSTextView* editor, double lineHeight) {
+  NSMutableParagraphStyle* paragraph = [[NSMutableParagraphStyle alloc] init];
+  paragraph.minimumLineHeight = lineHeight;
+  editor.defaultParagraphStyle = paragraph;
+  NSMutableDictionary<NSAttributedStringKey, id>* typing = [editor.typingAttributes mutableCopy];
+  typing[NSParagraphStyleAttributeName] = paragraph;
+  editor.typingAttributes = typing;
+  NSTextStorage* text = editor.textStorage;
+  [text addAttribute:NSParagraphStyleAttributeName
+               value:paragraph
+               range:NSMakeRange(0, text.length)];
+}
+
+}  // namespace
+
+MacCaptureEditor::MacCaptureEditor(CaptureEditorDelegate& delegate)
+    : editor_(makeEditor()),
+      scroll_(makeScrollView(editor_)),
+      forwarder_([[NavoraCaptureEditorForwarder alloc] init]) {
+  forwarder_.delegate = &delegate;
+  editor_.delegate = forwarder_;
+  editor_.captureDelegate = &delegate;
+}
+
+MacCaptureEditor::~MacCaptureEditor() {
+  forwarder_.delegate = nullptr;
+  editor_.delegate = nil;
+  editor_.captureDelegate = nullptr;
+}
+
+std::string MacCaptureEditor::text() const {
+  // Text that was pasted keeps the line breaks of its source.
+  NSString* text = [editor_.string stringByReplacingOccurrencesOfString:@"\r\n" withString:@"\n"];
+  return toString([text stringByReplacingOccurrencesOfString:@"\r" withString:@"\n"]);
+}
+
+void MacCaptureEditor::clear() {
+  editor_.string = @"";
+  [editor_.undoManager removeAllActions];
+}
+
+void MacCaptureEditor::setEditable(bool editable) { editor_.editable = editable; }
+
+void MacCaptureEditor::setStyle(const CaptureEditorStyle& style) {
+  editor_.font = toNSFont(style);
+  editor_.textColor = toNSColor(style.ink);
+  editor_.insertionPointColor = toNSColor(style.caret);
+  editor_.placeholderColor = toNSColor(style.placeholder);
+  setLineHeight(editor_, style.lineHeight);
+  editor_.needsDisplay = YES;
+}
+
+void MacCaptureEditor::setPlaceholder(const std::string& text) {
+  editor_.placeholder = toNSString(text);
+  editor_.needsDisplay = YES;
+}
+
+void MacCaptureEditor::setAccessibilityLabel(const std::string& label) {
+  editor_.accessibilityLabel = toNSString(label);
+}
+
+void MacCaptureEditor::makeFirstResponder() { [editor_.window makeFirstResponder:editor_]; }
+
+void MacCaptureEditor::moveCaretToEnd() {
+  editor_.selectedRange = NSMakeRange(editor_.string.length, 0);
+}
+
+double MacCaptureEditor::textHeight(double) {
+  // The text wraps at the editor's width, which the panel's constraints give it.
+  [editor_.window.contentView layoutSubtreeIfNeeded];
+  // Asking for its layout manager puts a text view into the mode that has one.
+  NSLayoutManager* layout = editor_.layoutManager;
+  NSTextContainer* container = editor_.textContainer;
+  [layout ensureLayoutForTextContainer:container];
+  return std::max([layout usedRectForTextContainer:container].size.height,
+                  NSMaxY(layout.extraLineFragmentRect));
+}
+
+}  // namespace navora

@@ -1,0 +1,62 @@
+#include "hosts/macos/system/Conversions.h"
+
+namespace navora {
+
+namespace {
+
+// WebKit's report of a load that a policy decision stopped or turned into a download. WebKit
+// documents the domain and the code, but declares constants for them in its legacy interface only.
+NSString* const webKitErrorDomain = @"WebKitErrorDomain";
+constexpr NSInteger frameLoadInterruptedByPolicyChange = 102;
+
+bool isInterruptedByPolicy(NSError* error) {
+  return error.code == frameLoadInterruptedByPolicyChange &&
+         [error.domain isEqualToString:webKitErrorDomain];
+}
+
+}  // namespace
+
+NSString* toNSString(std::string_view text) {
+  NSString* result = [[NSString alloc] initWithBytes:text.data()
+                                              length:text.size()
+                                            encoding:NSUTF8StringEncoding];
+  return result != nil ? result : @"";
+}
+
+std::string toString(NSString* _Nullable text) {
+  NSData* data = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  return data.length == 0 ? std::string()
+                          : std::string(static_cast<const char*>(data.bytes), data.length);
+}
+
+NSURL* _Nullable toNSURL(const Url& url) { return [NSURL URLWithString:toNSString(url.string())]; }
+
+std::optional<Url> toUrl(NSURL* _Nullable url) {
+  if (url == nil) return std::nullopt;
+  return Url::parse(toString(url.absoluteString));
+}
+
+NSURL* toFileURL(const std::filesystem::path& path) {
+  return [NSURL fileURLWithPath:toNSString(path.string())];
+}
+
+NSArray<NSURL*>* toFileURLs(const std::vector<std::filesystem::path>& paths) {
+  NSMutableArray<NSURL*>* urls = [NSMutableArray array];
+  for (const std::filesystem::path& path : paths) [urls addObject:toFileURL(path)];
+  return urls;
+}
+
+std::filesystem::path toPath(NSURL* fileUrl) {
+  return std::filesystem::path(toString(fileUrl.path));
+}
+
+PlatformError toPlatformError(NSError* _Nullable error) {
+  return PlatformError{
+      .domain = toString(error.domain),
+      .code = isInterruptedByPolicy(error) ? PlatformError::cancelledCode
+                                           : static_cast<int>(error.code),
+      .localizedDescription = toString(error.localizedDescription),
+  };
+}
+
+}  // namespace navora

@@ -1,0 +1,74 @@
+#include "hosts/macos/system/MacSystem.h"
+
+#import <AppKit/AppKit.h>
+
+#include "hosts/macos/system/Conversions.h"
+#include "support/Lifetime.h"
+
+namespace navora {
+
+namespace {
+
+class MacObserverToken final : public ObserverToken {
+ public:
+  MacObserverToken(NSNotificationCenter* center, NSNotificationName name,
+                   std::function<void()> callback)
+      : center_(center) {
+    // A notification that is already in the main queue arrives even after its observer was removed.
+    const std::function<void()> guarded = lifetime_.guard(std::move(callback));
+    observer_ = [center addObserverForName:name
+                                    object:nil
+                                     queue:[NSOperationQueue mainQueue]
+                                usingBlock:^(NSNotification*) {
+                                  guarded();
+                                }];
+  }
+  ~MacObserverToken() override { [center_ removeObserver:observer_]; }
+  MacObserverToken(const MacObserverToken&) = delete;
+  MacObserverToken& operator=(const MacObserverToken&) = delete;
+
+ private:
+  NSNotificationCenter* center_;
+  id<NSObject> observer_;
+  Lifetime lifetime_;
+};
+
+}  // namespace
+
+std::optional<std::string> MacSystem::environmentVariable(const std::string& name) const {
+  NSString* value = [NSProcessInfo processInfo].environment[toNSString(name)];
+  return value == nil ? std::nullopt : std::optional(toString(value));
+}
+
+std::vector<std::string> MacSystem::preferredLanguages() const {
+  std::vector<std::string> languages;
+  for (NSString* language in [NSLocale preferredLanguages]) languages.push_back(toString(language));
+  return languages;
+}
+
+std::string MacSystem::timeZoneIdentifier() const {
+  // Foundation caches the zone for the life of the process.
+  [NSTimeZone resetSystemTimeZone];
+  return toString([NSTimeZone systemTimeZone].name);
+}
+
+Date MacSystem::now() const { return std::chrono::system_clock::now(); }
+
+std::string MacSystem::randomUuid() const {
+  return toString([NSUUID UUID].UUIDString.lowercaseString);
+}
+
+void MacSystem::log(const std::string& line) const { NSLog(@"%@", toNSString(line)); }
+
+std::unique_ptr<ObserverToken> MacSystem::observeTimeZoneChange(std::function<void()> callback) {
+  return std::make_unique<MacObserverToken>([NSNotificationCenter defaultCenter],
+                                            NSSystemTimeZoneDidChangeNotification,
+                                            std::move(callback));
+}
+
+std::unique_ptr<ObserverToken> MacSystem::observeWake(std::function<void()> callback) {
+  return std::make_unique<MacObserverToken>([NSWorkspace sharedWorkspace].notificationCenter,
+                                            NSWorkspaceDidWakeNotification, std::move(callback));
+}
+
+}  // namespace navora

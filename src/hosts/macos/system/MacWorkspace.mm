@@ -1,0 +1,45 @@
+#include "hosts/macos/system/MacWorkspace.h"
+
+#import <AppKit/AppKit.h>
+
+#include "hosts/macos/system/AppKitConversions.h"
+#include "hosts/macos/system/Conversions.h"
+#include "hosts/macos/system/MacRunningApplication.h"
+
+namespace navora {
+
+namespace {
+
+Screen toScreen(NSScreen* screen) {
+  return Screen{.frame = toRectangle(screen.frame),
+                .visibleFrame = toRectangle(screen.visibleFrame)};
+}
+
+}  // namespace
+
+void MacWorkspace::open(const Url& url) {
+  if (NSURL* address = toNSURL(url)) [[NSWorkspace sharedWorkspace] openURL:address];
+}
+
+std::shared_ptr<RunningApplication> MacWorkspace::frontmostApplication() {
+  NSRunningApplication* application = [NSWorkspace sharedWorkspace].frontmostApplication;
+  return application == nil ? nullptr : std::make_shared<MacRunningApplication>(application);
+}
+
+std::vector<Screen> MacWorkspace::screens() const {
+  std::vector<Screen> screens;
+  for (NSScreen* screen in [NSScreen screens]) screens.push_back(toScreen(screen));
+  return screens;
+}
+
+std::optional<Screen> MacWorkspace::mainScreen() const {
+  NSScreen* screen = [NSScreen mainScreen];
+  return screen == nil ? std::nullopt : std::optional(toScreen(screen));
+}
+
+Point MacWorkspace::mouseLocation() const {
+  const NSPoint location = [NSEvent mouseLocation];
+  return Point{.x = location.x, .y = location.y};
+}
+
+}  // namespace navora

@@ -1,0 +1,86 @@
+#include "hosts/macos/window/MacMainWindow.h"
+
+#include "hosts/macos/system/AppKitConversions.h"
+#include "hosts/macos/system/Conversions.h"
+#include "hosts/macos/web/MacWebView.h"
+#include "hosts/macos/window/Layout.h"
+
+@interface NavoraWindowForwarder : NSObject <NSWindowDelegate>
+@property(nonatomic) navora::MainWindowDelegate* delegate;
+@end
+
+@implementation NavoraWindowForwarder
+
+- (BOOL)windowShouldClose:(NSWindow*)sender {
+  return self.delegate != nullptr && self.delegate->windowShouldClose();
+}
+
+@end
+
+namespace navora {
+
+namespace {
+
+constexpr NSWindowStyleMask styleMask = NSWindowStyleMaskTitled | NSWindowStyleMaskClosable |
+                                        NSWindowStyleMaskMiniaturizable |
+                                        NSWindowStyleMaskResizable;
+
+NSWindow* makeWindow(const MainWindowDescription& description) {
+  const NSRect contentRect =
+      NSMakeRect(0, 0, description.contentSize.width, description.contentSize.height);
+  NSWindow* window = [[NSWindow alloc] initWithContentRect:contentRect
+                                                 styleMask:styleMask
+                                                   backing:NSBackingStoreBuffered
+                                                     defer:NO];
+  window.releasedWhenClosed = NO;
+  window.title = toNSString(description.title);
+  window.minSize = NSMakeSize(description.minimumSize.width, description.minimumSize.height);
+  // Naming the frame restores the stored one; centring afterwards keeps its size only.
+  [window setFrameAutosaveName:toNSString(description.frameAutosaveName)];
+  [window center];
+  return window;
+}
+
+}  // namespace
+
+MacMainWindow::MacMainWindow(const MainWindowDescription& description, MainWindowDelegate& delegate)
+    : window_(makeWindow(description)), forwarder_([[NavoraWindowForwarder alloc] init]) {
+  forwarder_.delegate = &delegate;
+  window_.delegate = forwarder_;
+}
+
+MacMainWindow::~MacMainWindow() {
+  forwarder_.delegate = nullptr;
+  window_.delegate = nil;
+  [window_ orderOut:nil];
+}
+
+void MacMainWindow::setTitle(const std::string& title) { window_.title = toNSString(title); }
+
+void MacMainWindow::setContentView(std::shared_ptr<WebView> webView) {
+  webView_ = std::move(webView);
+  NSView* container = [[NSView alloc] initWithFrame:NSZeroRect];
+  window_.contentView = container;
+  // Every view of this host is made by MacPlatform.
+  NSView* page = static_cast<MacWebView&>(*webView_).nsView();
+  addFilling(page, container);
+  window_.initialFirstResponder = page;
+}
+
+void MacMainWindow::makeContentViewFirstResponder() {
+  [window_ makeFirstResponder:window_.initialFirstResponder];
+}
+
+void MacMainWindow::setAppearance(WindowAppearance appearance) {
+  window_.appearance = toNSAppearance(appearance);
+}
+
+bool MacMainWindow::isMiniaturized() const { return window_.miniaturized; }
+
+void MacMainWindow::deminiaturize() { [window_ deminiaturize:nil]; }
+
+void MacMainWindow::makeKeyAndOrderFront() { [window_ makeKeyAndOrderFront:nil]; }
+
+void MacMainWindow::orderOut() { [window_ orderOut:nil]; }
+
+}  // namespace navora

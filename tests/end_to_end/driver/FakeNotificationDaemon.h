@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "end_to_end/driver/BusService.h"
+
+namespace navora::driver {
+
+// Stands for the desktop's notification service: remembers what it was asked to show, and does what
+// a user would do with it.
+class FakeNotificationDaemon {
+ public:
+  struct Notification {
+    std::uint32_t id = 0;
+    std::string applicationName;
+    std::uint32_t replacesId = 0;
+    std::string icon;
+    std::string summary;
+    std::string body;
+    std::vector<std::string> actions;
+    // The values as the bus library prints them.
+    std::map<std::string, std::string> hints;
+    std::int32_t expireTimeout = 0;
+  };
+
+  explicit FakeNotificationDaemon(const std::string& sessionBusAddress,
+                                  std::vector<std::string> capabilities = {"actions", "body",
+                                                                           "body-markup"});
+  ~FakeNotificationDaemon();
+  FakeNotificationDaemon(const FakeNotificationDaemon&) = delete;
+  FakeNotificationDaemon& operator=(const FakeNotificationDaemon&) = delete;
+
+  // Everything that was ever asked, in order.
+  std::vector<Notification> notifications() const;
+
+  // From now on keeps whoever calls this method waiting; `release` answers them all.
+  void hold(const std::string& method = "Notify");
+  void release();
+  std::size_t waitingCount() const;
+
+  // With a token, hands the program the right to raise its window first.
+  void click(std::uint32_t id, const std::string& action = "default",
+             const std::string& activationToken = {});
+  void close(std::uint32_t id);
+
+ private:
+  void answer(const std::string& method, GVariant* parameters, GDBusMethodInvocation* invocation);
+  GVariant* reply(const std::string& method, GVariant* parameters);
+  GVariant* show(GVariant* parameters);
+
+  const std::vector<std::string> capabilities_;
+  mutable std::mutex mutex_;
+  std::vector<Notification> notifications_;
+  std::uint32_t lastId_ = 0;
+  std::string heldMethod_;
+  // With what they will be answered.
+  std::vector<std::pair<GDBusMethodInvocation*, GVariant*>> waiting_;
+  std::unique_ptr<BusService> service_;
+};
+
+}  // namespace navora::driver

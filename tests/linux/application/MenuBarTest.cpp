@@ -1,0 +1,475 @@
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtkmm/accellabel.h>
+#include <gtkmm/box.h>
+#include <gtkmm/clipboard.h>
+#include <gtkmm/entry.h>
+#include <gtkmm/separatormenuitem.h>
+#include <gtkmm/textview.h>
+
+#include "hosts/linux/application/EditCommands.h"
+#include "hosts/linux/application/MenuBar.h"
+#include "linux/application/RecordingMenuDelegate.h"
+#include "linux/capture/CapturePanelTest.h"
+#include "linux/support/CyrillicLayout.h"
+#include "linux/support/Widgets.h"
+#include "linux/web/WebViewTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+MenuItem delegateItem(std::string title, MenuAction action, char key = 0) {
+  MenuItem item{std::move(title), action, std::nullopt, MenuTarget::delegate};
+  if (key != 0) item.keyEquivalent = KeyEquivalent{key};
+  return item;
+}
+MenuItem focusItem(std::string title, MenuAction action, char key, bool shift = false) {
+  return {std::move(title), action, KeyEquivalent{key, shift}, MenuTarget::responderChain};
+}
+MenuItem applicationItem(std::string title, MenuAction action, char key) {
+  return {std::move(title), action, KeyEquivalent{key}, MenuTarget::application};
+}
+
+std::vector<Menu> menus() {
+  return {{"App",
+           {delegateItem("About", MenuAction::about),
+            MenuItem::separator(),
+            delegateItem("New_note_ ⌘⇧", MenuAction::quickCapture, 'n'),
+            {"Only a message", std::nullopt, std::nullopt},
+            applicationItem("Hide", MenuAction::hide, 'h'),
+            applicationItem("Quit", MenuAction::terminate, 'q')}},
+          {"Edit",
+           {focusItem("Undo", MenuAction::undo, 'z'),
+            focusItem("Redo", MenuAction::redo, 'z', true), focusItem("Cut", MenuAction::cut, 'x'),
+            focusItem("Copy", MenuAction::copy, 'c'), focusItem("Paste", MenuAction::paste, 'v'),
+            focusItem("Select All", MenuAction::selectAll, 'a')}},
+          {"View", {delegateItem("Reload", MenuAction::reload, 'r')}},
+          {"Window",
+           {delegateItem("Show", MenuAction::showWindow, '0'),
+            focusItem("Minimise", MenuAction::performMiniaturize, 'm'),
+            focusItem("Close", MenuAction::performClose, 'w')},
+           Menu::Role::windows}};
+}
+
+class MenuBarTest : public WebViewTest {
+ protected:
+  MenuBarTest() {
+    box_.pack_start(bar_.widget(), Gtk::PACK_SHRINK);
+    window_.add(box_);
+    window_.set_default_size(500, 400);
+    window_.signal_delete_event().connect([this](GdkEventAny*) {
+      ++closeRequests_;
+      return true;
+    });
+    box_.show();
+    bar_.addMainWindow(window_);
+    bar_.setMenus(menus(), delegate_);
+  }
+
+  void addContent(GtkWidget* content) {
+    gtk_box_pack_start(GTK_BOX(box_.gobj()), content, TRUE, TRUE, 0);
+    gtk_widget_show(content);
+    gtk_widget_grab_focus(content);
+  }
+  testing::AssertionResult show(Gtk::Window& window) {
+    window.present();
+    TestDesktop::current().display().activate(infoOf(window).id);
+    return waitUntil([&] { return isReadyForKeys(window); });
+  }
+  // A text area with the focus that tells of the keys it gets.
+  testing::AssertionResult showPage() {
+    server_.setPage("/text",
+                    "<textarea id='text' autofocus></textarea><script>"
+                    "addEventListener('keydown', event => {"
+                    "  if (!['Control', 'Shift'].includes(event.key))"
+                    "    webkit.messageHandlers.notes.postMessage(event.code);"
+                    "});</script>");
+    if (auto loaded = load("/text"); !loaded) return loaded;
+    addContent(view_->widget());
+    if (auto shown = show(window_); !shown) return shown;
+    gtk_widget_grab_focus(view_->widget());
+    return waitUntil([this] {
+      return evaluate("document.hasFocus() && document.activeElement.id === 'text'") == true;
+    });
+  }
+  testing::AssertionResult pageHas(const std::string& text) {
+    std::string last;
+    auto has = waitUntil([&] {
+      const Json value = evaluate("document.getElementById('text').value");
+      last = value.is_string() ? value.get<std::string>() : value.dump();
+      return last == text;
+    });
+    return has ? has : testing::AssertionFailure() << "the page has \"" << last << "\"";
+  }
+  testing::AssertionResult waitForActions(std::size_t count) {
+    return waitUntil([&] { return delegate_.actions.size() >= count; });
+  }
+
+  std::vector<Gtk::MenuItem*> topLevelItems() {
+    std::vector<Gtk::MenuItem*> items;
+    for (Gtk::Widget* child : bar_.widget().get_children())
+      items.push_back(dynamic_cast<Gtk::MenuItem*>(child));
+    return items;
+  }
+  static std::vector<Gtk::MenuItem*> itemsOf(Gtk::MenuItem& top) {
+    std::vector<Gtk::MenuItem*> items;
+    for (Gtk::Widget* child : top.get_submenu()->get_children())
+      items.push_back(dynamic_cast<Gtk::MenuItem*>(child));
+    return items;
+  }
+  Gtk::MenuItem* itemNamed(const std::string& title) {
+    for (Gtk::MenuItem* top : topLevelItems()) {
+      for (Gtk::MenuItem* item : itemsOf(*top))
+        if (item->get_label() == title) return item;
+    }
+    return nullptr;
+  }
+  // Like a user who opens the menu and clicks on the item.
+  testing::AssertionResult choose(std::size_t menu, const std::string& title) {
+    Gtk::MenuItem& top = *topLevelItems().at(menu);
+    if (auto shown = waitUntil([&] { return isLaidOut(top); }); !shown) return shown;
+    mouse_.click(onScreen(top).center());
+    Gtk::MenuItem* item = itemNamed(title);
+    const auto opened =
+        waitUntil([&] { return isLaidOut(*item) && top.get_submenu()->get_mapped(); });
+    if (!opened) return opened;
+    runPendingEvents();
+    mouse_.click(onScreen(*item).center());
+    return waitUntil([&] { return !top.get_submenu()->get_mapped(); });
+  }
+
+  driver::Keyboard& keyboard_ = TestDesktop::current().keyboard();
+  driver::Mouse& mouse_ = TestDesktop::current().mouse();
+  RecordingMenuDelegate delegate_;
+  int hides_ = 0;
+  int terminations_ = 0;
+  int closeRequests_ = 0;
+  MenuBar bar_{{[this] { ++hides_; }, [this] { ++terminations_; }}};
+  Gtk::Window window_;
+  Gtk::Box box_{Gtk::ORIENTATION_VERTICAL};
+};
+
+TEST_F(MenuBarTest, ShowsTheMenusWithTheirItems) {
+  std::vector<std::string> titles;
+  for (Gtk::MenuItem* top : topLevelItems())
+    titles.push_back(top->get_label());
+  EXPECT_THAT(titles, ElementsAre("App", "Edit", "View", "Window"));
+  const auto items = itemsOf(*topLevelItems()[0]);
+  ASSERT_EQ(items.size(), 6U);
+  EXPECT_EQ(items[0]->get_label(), "About");
+  EXPECT_NE(dynamic_cast<Gtk::SeparatorMenuItem*>(items[1]), nullptr);
+  // An underscore is no mnemonic, and the Mac's symbols have this desktop's names.
+  EXPECT_EQ(items[2]->get_label(), "New_note_ Ctrl+Shift+");
+  EXPECT_FALSE(dynamic_cast<Gtk::Label*>(items[2]->get_child())->get_use_underline());
+  EXPECT_TRUE(items[2]->get_sensitive());
+  EXPECT_EQ(items[3]->get_label(), "Only a message");
+  EXPECT_FALSE(items[3]->get_sensitive());
+  EXPECT_EQ(items[0]->get_accessible()->get_name(), "About");
+}
+
+TEST_F(MenuBarTest, ShowsTheKeys) {
+  const auto keyOf = [this](const std::string& title) {
+    guint key = 0;
+    GdkModifierType modifiers{};
+    gtk_accel_label_get_accel(GTK_ACCEL_LABEL(itemNamed(title)->get_child()->gobj()), &key,
+                              &modifiers);
+    return stringFrom(GCharPtr(gtk_accelerator_name(key, modifiers)).get());
+  };
+  EXPECT_EQ(keyOf("About"), "");
+  EXPECT_EQ(keyOf("New_note_ Ctrl+Shift+"), "<Primary>n");
+  EXPECT_EQ(keyOf("Redo"), "<Primary><Shift>z");
+  EXPECT_EQ(keyOf("Show"), "<Primary>0");
+}
+
+TEST_F(MenuBarTest, KeysActOnceWhileThePageHasTheKeyboardWhichDoesNotGetThem) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("Control+n");
+  ASSERT_TRUE(waitForActions(1));
+  keyboard_.chord("Control+r");
+  keyboard_.chord("Control+0");
+  ASSERT_TRUE(waitForActions(3));
+  keyboard_.type("x");
+  ASSERT_TRUE(pageHas("x"));
+  EXPECT_THAT(delegate_.actions,
+              ElementsAre(MenuAction::quickCapture, MenuAction::reload, MenuAction::showWindow));
+  ASSERT_TRUE(waitForMessages());
+  EXPECT_THAT(messages_.bodies(), ElementsAre("\"KeyX\""));
+}
+
+TEST_F(MenuBarTest, KeysWithOtherModifiersAreNotTheMenus) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("Control+Shift+n");
+  keyboard_.chord("Control+Alt+n");
+  keyboard_.chord("Super+n");
+  keyboard_.chord("Control+n");
+  ASSERT_TRUE(waitForActions(1));
+  runPendingEvents();
+  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::quickCapture));
+}
+
+TEST_F(MenuBarTest, HidesAndEndsTheApplication) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("Control+h");
+  ASSERT_TRUE(waitUntil([&] { return hides_ == 1; }));
+  keyboard_.chord("Control+q");
+  ASSERT_TRUE(waitUntil([&] { return terminations_ == 1; }));
+  EXPECT_EQ(hides_, 1);
+  EXPECT_THAT(delegate_.actions, IsEmpty());
+}
+
+TEST_F(MenuBarTest, ClosesTheWindowAsItsButtonDoes) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("Control+w");
+  EXPECT_TRUE(waitUntil([&] { return closeRequests_ == 1; }));
+}
+
+TEST_F(MenuBarTest, MinimisesTheWindow) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("Control+m");
+  EXPECT_TRUE(waitUntil(
+      [&] { return (window_.get_window()->get_state() & Gdk::WINDOW_STATE_ICONIFIED) != 0; }));
+}
+
+TEST_F(MenuBarTest, ItemsActWhenTheyAreClicked) {
+  ASSERT_TRUE(showPage());
+  ASSERT_TRUE(choose(0, "About"));
+  ASSERT_TRUE(waitForActions(1));
+  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::about));
+  ASSERT_TRUE(choose(3, "Close"));
+  EXPECT_TRUE(waitUntil([&] { return closeRequests_ == 1; }));
+}
+
+TEST_F(MenuBarTest, OpensWithAKey) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("F10");
+  ASSERT_TRUE(waitUntil([&] { return topLevelItems()[0]->get_submenu()->get_mapped(); }));
+  keyboard_.chord("Down");
+  keyboard_.chord("Return");
+  ASSERT_TRUE(waitForActions(1));
+  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::about));
+}
+
+TEST_F(MenuBarTest, ThePageKeepsTheKeysOfItsEditor) {
+  ASSERT_TRUE(showPage());
+  keyboard_.type("one");
+  ASSERT_TRUE(pageHas("one"));
+  keyboard_.chord("Control+a");
+  keyboard_.chord("Control+c");
+  keyboard_.chord("Control+v");
+  keyboard_.chord("Control+v");
+  ASSERT_TRUE(pageHas("oneone"));
+  keyboard_.chord("Control+a");
+  keyboard_.chord("Control+x");
+  ASSERT_TRUE(pageHas(""));
+  keyboard_.chord("Control+z");
+  ASSERT_TRUE(pageHas("oneone"));
+  keyboard_.chord("Control+z");
+  ASSERT_TRUE(pageHas("one"));
+  keyboard_.chord("Control+Shift+z");
+  EXPECT_TRUE(pageHas("oneone"));
+  ASSERT_TRUE(waitForMessages());
+  const auto codes = messages_.bodies();
+  EXPECT_EQ(std::ranges::count(codes, "\"KeyZ\""), 3) << "the page sees every key once";
+}
+
+TEST_F(MenuBarTest, APageMayKeepAKeyForItself) {
+  ASSERT_TRUE(showPage());
+  keyboard_.type("one");
+  ASSERT_TRUE(pageHas("one"));
+  run("addEventListener('keydown', event => { if (event.ctrlKey) event.preventDefault(); })");
+  keyboard_.chord("Control+z");
+  keyboard_.type("x");
+  EXPECT_TRUE(pageHas("onex"));
+}
+
+TEST_F(MenuBarTest, EditItemsReachTheEditorOfThePage) {
+  ASSERT_TRUE(showPage());
+  keyboard_.type("one");
+  ASSERT_TRUE(pageHas("one"));
+  ASSERT_TRUE(choose(1, "Select All"));
+  ASSERT_TRUE(choose(1, "Cut"));
+  ASSERT_TRUE(pageHas(""));
+  ASSERT_TRUE(choose(1, "Paste"));
+  ASSERT_TRUE(pageHas("one"));
+  ASSERT_TRUE(choose(1, "Undo"));
+  ASSERT_TRUE(pageHas(""));
+  ASSERT_TRUE(choose(1, "Redo"));
+  ASSERT_TRUE(pageHas("one"));
+  Gtk::Clipboard::get()->set_text("other");
+  ASSERT_TRUE(choose(1, "Select All"));
+  ASSERT_TRUE(choose(1, "Copy"));
+  EXPECT_TRUE(waitUntil([] { return Gtk::Clipboard::get()->wait_for_text() == "one"; }));
+}
+
+TEST_F(MenuBarTest, KeysWorkUnderALayoutWithoutLatinLetters) {
+  ASSERT_TRUE(showPage());
+  keyboard_.type("one");
+  ASSERT_TRUE(pageHas("one"));
+  {
+    const CyrillicLayout layout;
+    keyboard_.chord("Control+n");
+    ASSERT_TRUE(waitForActions(1));
+    keyboard_.chord("Control+a");
+    keyboard_.chord("Control+x");
+    ASSERT_TRUE(pageHas(""));
+    keyboard_.chord("Control+v");
+    ASSERT_TRUE(pageHas("one"));
+    keyboard_.chord("Control+z");
+    ASSERT_TRUE(pageHas(""));
+    keyboard_.chord("Control+Shift+z");
+    EXPECT_TRUE(pageHas("one"));
+  }
+  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::quickCapture));
+}
+
+TEST_F(MenuBarTest, NativeFieldsKeepTheirKeysAndTakeTheItems) {
+  Gtk::Entry entry;
+  addContent(GTK_WIDGET(entry.gobj()));
+  ASSERT_TRUE(show(window_));
+  entry.grab_focus();
+  const auto has = [&](const std::string& text) {
+    return waitUntil([&] { return entry.get_text() == text; });
+  };
+  keyboard_.type("one");
+  keyboard_.chord("Control+a");
+  keyboard_.chord("Control+c");
+  keyboard_.chord("Control+v");
+  keyboard_.chord("Control+v");
+  ASSERT_TRUE(has("oneone"));
+  ASSERT_TRUE(choose(1, "Select All"));
+  ASSERT_TRUE(choose(1, "Cut"));
+  ASSERT_TRUE(has(""));
+  ASSERT_TRUE(choose(1, "Paste"));
+  ASSERT_TRUE(has("oneone"));
+  keyboard_.chord("Control+n");
+  EXPECT_TRUE(waitForActions(1));
+}
+
+TEST_F(MenuBarTest, EditItemsReachTextViewsAndLabels) {
+  Gtk::TextView view;
+  addContent(GTK_WIDGET(view.gobj()));
+  view.get_buffer()->set_text("text");
+  performEditCommand(MenuAction::selectAll, GTK_WIDGET(view.gobj()));
+  performEditCommand(MenuAction::cut, GTK_WIDGET(view.gobj()));
+  EXPECT_EQ(view.get_buffer()->get_text(), "");
+  performEditCommand(MenuAction::paste, GTK_WIDGET(view.gobj()));
+  EXPECT_TRUE(waitUntil([&] { return view.get_buffer()->get_text() == "text"; }));
+
+  Gtk::Label label("label");
+  label.set_selectable(true);
+  addContent(GTK_WIDGET(label.gobj()));
+  performEditCommand(MenuAction::selectAll, GTK_WIDGET(label.gobj()));
+  performEditCommand(MenuAction::copy, GTK_WIDGET(label.gobj()));
+  EXPECT_EQ(Gtk::Clipboard::get()->wait_for_text(), "label");
+}
+
+TEST_F(MenuBarTest, EditItemsLeaveAloneWhatHasNoText) {
+  Gtk::Button button("Button");
+  for (const MenuAction action : {MenuAction::undo, MenuAction::redo, MenuAction::cut,
+                                  MenuAction::copy, MenuAction::paste, MenuAction::selectAll}) {
+    EXPECT_TRUE(isEditCommand(action));
+    performEditCommand(action, GTK_WIDGET(button.gobj()));
+    performEditCommand(action, nullptr);
+  }
+  EXPECT_FALSE(isEditCommand(MenuAction::reload));
+  EXPECT_EQ(button.get_label(), "Button");
+}
+
+TEST_F(MenuBarTest, ReplacesEverything) {
+  ASSERT_TRUE(showPage());
+  bar_.setMenus({{"Other", {delegateItem("Elsewhere", MenuAction::openInBrowser, 'l')}}},
+                delegate_);
+  ASSERT_EQ(topLevelItems().size(), 1U);
+  EXPECT_TRUE(topLevelItems()[0]->get_visible());
+  keyboard_.chord("Control+q");
+  keyboard_.chord("Control+l");
+  ASSERT_TRUE(waitForActions(1));
+  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::openInBrowser));
+  EXPECT_EQ(terminations_, 0);
+  ASSERT_TRUE(choose(0, "Elsewhere"));
+  EXPECT_TRUE(waitForActions(2));
+}
+
+TEST_F(MenuBarTest, ClosesAnOpenMenuThatIsReplaced) {
+  ASSERT_TRUE(showPage());
+  keyboard_.chord("F10");
+  ASSERT_TRUE(waitUntil([&] { return topLevelItems()[0]->get_submenu()->get_mapped(); }));
+  bar_.setMenus(menus(), delegate_);
+  keyboard_.type("x");
+  EXPECT_TRUE(pageHas("x"));
+  ASSERT_TRUE(choose(0, "About"));
+  EXPECT_TRUE(waitForActions(1));
+}
+
+TEST_F(MenuBarTest, AnItemMayReplaceTheMenus) {
+  ASSERT_TRUE(showPage());
+  delegate_.onAction = [this] { bar_.setMenus(menus(), delegate_); };
+  keyboard_.chord("Control+n");
+  ASSERT_TRUE(waitForActions(1));
+  ASSERT_TRUE(choose(0, "About"));
+  ASSERT_TRUE(waitForActions(2));
+  keyboard_.chord("Control+n");
+  ASSERT_TRUE(waitForActions(3));
+}
+
+// The keys of the menus in the capture panel.
+class MenuKeysInPanelTest : public CapturePanelTest {
+ protected:
+  void SetUp() override {
+    CapturePanelTest::SetUp();
+    bar_.setMenus(menus(), menuDelegate_);
+    bar_.addPanel(panel_->native());
+  }
+
+  RecordingMenuDelegate menuDelegate_;
+  int hides_ = 0;
+  MenuBar bar_{{[this] { ++hides_; }, [] {}}};
+};
+
+TEST_F(MenuKeysInPanelTest, ThoseOfTheApplicationWork) {
+  ASSERT_TRUE(open());
+  keyboard_.chord("Control+r");
+  keyboard_.chord("Control+m");
+  keyboard_.chord("Control+n");
+  keyboard_.chord("Control+h");
+  ASSERT_TRUE(waitUntil([&] { return hides_ == 1; }));
+  EXPECT_THAT(menuDelegate_.actions, ElementsAre(MenuAction::quickCapture));
+  EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(MenuKeysInPanelTest, ClosingDismissesThePanel) {
+  ASSERT_TRUE(open());
+  keyboard_.chord("Control+w");
+  EXPECT_TRUE(waitUntil([&] {
+    return !delegate_.keys.empty() && delegate_.keys.back() == KeyEvent{KeyEvent::escapeKey, 0};
+  }));
+}
+
+TEST_F(MenuKeysInPanelTest, TheEditorKeepsItsOwn) {
+  for (const bool cyrillic : {false, true}) {
+    ASSERT_TRUE(open());
+    panel_->editor().clear();
+    keyboard_.type("one two");
+    ASSERT_TRUE(waitForText("one two"));
+    const auto layout = cyrillic ? std::make_unique<CyrillicLayout>() : nullptr;
+    keyboard_.chord("Control+z");
+    EXPECT_TRUE(waitForText("one "));
+    keyboard_.chord("Control+Shift+z");
+    EXPECT_TRUE(waitForText("one two"));
+    keyboard_.chord("Control+a");
+    keyboard_.chord("Control+x");
+    EXPECT_TRUE(waitForText(""));
+    keyboard_.chord("Control+v");
+    EXPECT_TRUE(waitForText("one two"));
+  }
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,334 @@
+#include <algorithm>
+#include <cstdlib>
+
+#include <gmock/gmock.h>
+#include <xcb/xcb.h>
+
+#include "hosts/linux/window/LinuxMainWindow.h"
+#include "linux/capture/CapturePanelTest.h"
+#include "platform/MemoryUserDefaults.h"
+
+namespace navora {
+namespace {
+
+using testing::Contains;
+using testing::SizeIs;
+
+struct KeptWindow final : MainWindowDelegate {
+  bool windowShouldClose() override { return false; }
+};
+
+class LinuxCapturePanelTest : public CapturePanelTest {
+ protected:
+  driver::Rectangle buttonOnDisplay() { return onScreen(panel_->submitButton()); }
+};
+
+TEST_F(LinuxCapturePanelTest, IsMadeHidden) {
+  runPendingEvents();
+  EXPECT_FALSE(panel_->isVisible());
+  EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
+}
+
+TEST_F(LinuxCapturePanelTest, OpensExactlyInItsPlaceWithTheKeyboard) {
+  ASSERT_TRUE(open());
+  const int screenHeight = display_.connection().screen().height_in_pixels;
+  EXPECT_EQ(onDisplay(), (driver::Rectangle{200, screenHeight - 300 - 165, 600, 165}));
+  const auto info = infoOf(panel_->native());
+  EXPECT_TRUE(info.hasType("_NET_WM_WINDOW_TYPE_UTILITY"));
+  EXPECT_TRUE(info.hasState("_NET_WM_STATE_ABOVE"));
+  EXPECT_TRUE(info.hasState("_NET_WM_STATE_SKIP_TASKBAR"));
+  keyboard_.type("Hello");
+  EXPECT_TRUE(waitForText("Hello"));
+  EXPECT_THAT(delegate_.keys, SizeIs(testing::Ge(5)));
+}
+
+TEST_F(LinuxCapturePanelTest, TellsNothingWhileItIsDestroyed) {
+  ASSERT_TRUE(open());
+  panel_.reset();
+  runPendingEvents();
+  EXPECT_TRUE(delegate_.focused);
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
+TEST_F(LinuxCapturePanelTest, KnowsTheScreenThatItIsOn) {
+  const auto& screen = display_.connection().screen();
+  ASSERT_TRUE(panel_->screenVisibleFrame().has_value());
+  EXPECT_GT(panel_->screenVisibleFrame()->height, 0);
+  EXPECT_LE(panel_->screenVisibleFrame()->maxY(), screen.height_in_pixels);
+  panel_->setFrame({screen.width_in_pixels + 100.0, 300, 600, 165});
+  EXPECT_FALSE(panel_->screenVisibleFrame().has_value());
+}
+
+TEST_F(LinuxCapturePanelTest, OpensOverAFullScreenWindow) {
+  Gtk::Window fullScreen;
+  fullScreen.fullscreen();
+  fullScreen.show();
+  fullScreen.present();
+  ASSERT_TRUE(waitUntil([&] {
+    return isReadyForKeys(fullScreen) && infoOf(fullScreen).hasState("_NET_WM_STATE_FULLSCREEN");
+  }));
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
+}
+
+TEST_F(LinuxCapturePanelTest, OpensInTheSamePlaceAgain) {
+  for (int time = 0; time < 3; ++time) {
+    ASSERT_TRUE(open());
+    EXPECT_EQ(onDisplay().x, 200);
+    EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
+    panel_->orderOut();
+    ASSERT_TRUE(waitUntil([&] { return !infoOf(panel_->native()).mapped; }));
+  }
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
+TEST_F(LinuxCapturePanelTest, TakesThePlaceInTheWindowManagersFrameForNoMove) {
+  ASSERT_TRUE(open());
+  GdkEvent* event = gdk_event_new(GDK_CONFIGURE);
+  event->configure.window = GDK_WINDOW(g_object_ref(panel_->native().get_window()->gobj()));
+  event->configure.width = 600;
+  event->configure.height = 165;
+  gtk_widget_event(GTK_WIDGET(panel_->native().gobj()), event);
+  gdk_event_free(event);
+  EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
+}
+
+TEST_F(LinuxCapturePanelTest, GrowsDownwardsAndKeepsItsTopEdge) {
+  ASSERT_TRUE(open());
+  const driver::Rectangle before = onDisplay();
+  panel_->setLayout({.padding = 24, .editorHeight = 158, .messageHeight = 14});
+  panel_->setFrame({200, 200, 600, 265});
+  ASSERT_TRUE(waitUntil([&] { return onDisplay().height == 265; }));
+  EXPECT_EQ(onDisplay().x, before.x);
+  EXPECT_EQ(onDisplay().y, before.y);
+  panel_->setLayout({.padding = 24, .editorHeight = 58, .messageHeight = 14});
+  panel_->setFrame({200, 300, 600, 165});
+  ASSERT_TRUE(waitUntil([&] { return onDisplay().height == 165; }));
+  EXPECT_EQ(onDisplay(), before);
+}
+
+TEST_F(LinuxCapturePanelTest, DoesNotRaiseTheMainWindow) {
+  MemoryUserDefaults defaults;
+  KeptWindow windowDelegate;
+  LinuxMainWindow main({"Main", {500, 400}, {300, 200}, "Main"}, windowDelegate, defaults,
+                       colorScheme_);
+  main.makeKeyAndOrderFront();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(main.native()); }));
+  Gtk::Window other;
+  other.set_title("Other");
+  other.set_default_size(500, 400);
+  other.show();
+  other.present();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(other); }));
+  ASSERT_TRUE(open());
+  const auto windows = display_.windows();
+  const auto place = [&](Gtk::Window& window) {
+    return std::ranges::find(windows, infoOf(window).id, &driver::WindowInfo::id) - windows.begin();
+  };
+  EXPECT_LT(place(main.native()), place(other));
+  EXPECT_LT(place(other), place(panel_->native()));
+}
+
+TEST_F(LinuxCapturePanelTest, TellsWhenTheUserTurnsToAnotherWindow) {
+  ASSERT_TRUE(open());
+  Gtk::Window other;
+  other.set_title("Other");
+  other.show();
+  other.present();
+  EXPECT_TRUE(waitUntil([&] { return delegate_.resignations == 1; }));
+  EXPECT_FALSE(delegate_.focused);
+}
+
+TEST_F(LinuxCapturePanelTest, KeepsStillWhenAGrabTakesTheKeyboardForAMoment) {
+  ASSERT_TRUE(open());
+  xcb_connection_t* other = xcb_connect(display_.name().c_str(), nullptr);
+  const auto root = xcb_setup_roots_iterator(xcb_get_setup(other)).data->root;
+  free(xcb_grab_keyboard_reply(
+      other,
+      xcb_grab_keyboard(other, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+      nullptr));
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
+  int looks = 0;
+  Glib::signal_timeout().connect([&] { return ++looks < 20; }, 10);
+  ASSERT_TRUE(waitUntil([&] { return looks == 20; }));
+  xcb_ungrab_keyboard(other, XCB_CURRENT_TIME);
+  xcb_flush(other);
+  EXPECT_TRUE(waitUntil([&] { return delegate_.focused; }));
+  xcb_disconnect(other);
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
+TEST_F(LinuxCapturePanelTest, IsDismissedAndNotDestroyedWhenTheWindowManagerClosesIt) {
+  ASSERT_TRUE(open());
+  display_.close(infoOf(panel_->native()).id);
+  EXPECT_TRUE(waitUntil(
+      [&] { return std::ranges::count(delegate_.keys, KeyEvent{KeyEvent::escapeKey, 0}) == 1; }));
+  EXPECT_TRUE(panel_->isVisible());
+}
+
+TEST_F(LinuxCapturePanelTest, OffersEveryKeyToTheDelegateFirst) {
+  ASSERT_TRUE(open());
+  keyboard_.chord("Shift+Return");
+  ASSERT_TRUE(waitForText("\n"));
+  delegate_.swallowedKey = KeyEvent::returnKey;
+  keyboard_.chord("Return");
+  keyboard_.chord("Control+Return");
+  keyboard_.chord("Control+KP_Enter");
+  keyboard_.type("x");
+  ASSERT_TRUE(waitUntil([&] { return panel_->editor().text().ends_with("x"); }));
+  EXPECT_THAT(delegate_.keys, Contains(KeyEvent{KeyEvent::returnKey, KeyEvent::control}));
+  EXPECT_THAT(delegate_.keys, Contains(KeyEvent{KeyEvent::keypadEnterKey, KeyEvent::control}));
+  EXPECT_THAT(delegate_.keys, Contains(KeyEvent{KeyEvent::returnKey, KeyEvent::shift}));
+}
+
+TEST_F(LinuxCapturePanelTest, HasARoundButtonThatTellsOfPointerAndPress) {
+  panel_->setSubmitEnabled(true);
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
+  const auto place = buttonOnDisplay();
+  EXPECT_EQ(place.width, 38);
+  EXPECT_EQ(place.height, 38);
+  EXPECT_EQ(place.x, onDisplay().x + 600 - 24 - 38);
+  EXPECT_EQ(place.y, onDisplay().y + 165 - 24 - 38);
+  ASSERT_TRUE(waitUntil([&] {
+    const auto button = display_.screenshot(place);
+    return button.pixel({19, 19}) == driver::PixelColor{0, 255, 0} &&
+           button.pixel({1, 1}) == driver::PixelColor{255, 0, 0};
+  }));
+  mouse_.moveTo(place.center());
+  EXPECT_TRUE(waitUntil([&] { return delegate_.hovered; }));
+  mouse_.click(place.center());
+  EXPECT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));
+  mouse_.moveTo({place.x - 100, place.y});
+  EXPECT_TRUE(waitUntil([&] { return !delegate_.hovered; }));
+}
+
+TEST_F(LinuxCapturePanelTest, PressesNothingWhileTheButtonIsDisabled) {
+  panel_->setSubmitEnabled(false);
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
+  mouse_.click(buttonOnDisplay().center());
+  keyboard_.type("x");
+  ASSERT_TRUE(waitForText("x"));
+  EXPECT_EQ(delegate_.presses, 0);
+}
+
+TEST_F(LinuxCapturePanelTest, LeadsWithTabToTheButtonAndBack) {
+  panel_->setSubmitEnabled(true);
+  ASSERT_TRUE(open());
+  keyboard_.chord("Tab");
+  ASSERT_TRUE(waitUntil([&] { return panel_->submitButton().has_focus(); }));
+  keyboard_.chord("space");
+  EXPECT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));
+  keyboard_.chord("Escape");
+  EXPECT_TRUE(waitUntil(
+      [&] { return std::ranges::count(delegate_.keys, KeyEvent{KeyEvent::escapeKey, 0}) == 1; }));
+  keyboard_.chord("Shift+Tab");
+  EXPECT_TRUE(waitUntil([&] { return panel_->textView().has_focus(); }));
+  EXPECT_EQ(panel_->editor().text(), "");
+}
+
+TEST_F(LinuxCapturePanelTest, NamesItsPartsForAssistiveTechnology) {
+  panel_->setSubmitAccessibilityLabel("Save the note");
+  panel_->editor().setAccessibilityLabel("New note");
+  EXPECT_EQ(panel_->submitButton().get_accessible()->get_name(), "Save the note");
+  EXPECT_EQ(panel_->textView().get_accessible()->get_name(), "New note");
+}
+
+TEST_F(LinuxCapturePanelTest, WritesTheKeysOfThisDesktop) {
+  panel_->setMessage("⌘+Enter sends");
+  panel_->setSubmitToolTip("Save with ⌘+Enter or ⌘⇧Space, ⌘");
+  EXPECT_EQ(panel_->message().get_text(), "Ctrl+Enter sends");
+  EXPECT_EQ(panel_->submitButton().get_tooltip_text(),
+            "Save with Ctrl+Enter or Ctrl+Shift+Space, Ctrl");
+}
+
+TEST_F(LinuxCapturePanelTest, MeasuresItsMessageWrapped) {
+  panel_->setMessageColor({0, 0, 0, 1});
+  panel_->setMessage("One line");
+  const double line = panel_->messageTextHeight(500);
+  EXPECT_GE(line, 12);
+  EXPECT_LE(line, 20);
+  panel_->setMessage("A message that is much too long for a line of so few pixels as these are");
+  EXPECT_GE(panel_->messageTextHeight(200), 2 * line);
+  panel_->setMessage("<b>no markup</b>");
+  EXPECT_EQ(panel_->message().get_text(), "<b>no markup</b>");
+}
+
+TEST_F(LinuxCapturePanelTest, CutsItsCornersWithoutACompositor) {
+  Gtk::Window below;
+  below.override_background_color(Gdk::RGBA("#0000ff"));
+  below.set_default_size(900, 700);
+  below.show();
+  below.present();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(below); }));
+  below.move(100, 100);
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(waitUntil([&] {
+    const auto card = shot();
+    return card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
+           card.pixel({300, 5}) == driver::PixelColor{255, 0, 0} &&
+           card.pixel({599, 164}) == driver::PixelColor{0, 0, 255};
+  }));
+  panel_->setLayout({.padding = 24, .editorHeight = 158, .messageHeight = 14});
+  panel_->setFrame({200, 200, 600, 265});
+  EXPECT_TRUE(waitUntil([&] {
+    const auto card = shot();
+    return card.height() == 265 && card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
+           card.pixel({599, 264}) == driver::PixelColor{0, 0, 255};
+  }));
+}
+
+TEST_F(LinuxCapturePanelTest, ShowsATranslucentCardWithoutACompositor) {
+  delegate_.cardAlpha = 0.1;
+  panel_->redrawSurface();
+  ASSERT_TRUE(open());
+  mouse_.click({onDisplay().x + 300, onDisplay().y + 60});
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+  // Red on black, as nothing shines through.
+  EXPECT_TRUE(waitUntil([&] {
+    const auto color = shot().pixel({300, 5});
+    return color.red > 70 && color.green == 0 && color.blue == 0;
+  }));
+}
+
+TEST_F(LinuxCapturePanelTest, HasNoDarkEdgesWithoutACompositor) {
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
+  const auto card = shot();
+  // From the left edge inwards, the first pixels of the card in every row of the rounded corner.
+  int edges = 0;
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 20; ++x) {
+      const auto color = card.pixel({x, y});
+      const bool isCard = color.green == 0 && color.blue == 0 && color.red > 0;
+      if (!isCard) continue;
+      EXPECT_GT(color.red, 220) << x << ", " << y;
+      ++edges;
+      break;
+    }
+  }
+  EXPECT_GT(edges, 15);
+}
+
+TEST_F(LinuxCapturePanelTest, IsMovedByItsBackground) {
+  ASSERT_TRUE(open());
+  const driver::Rectangle before = onDisplay();
+  const driver::Point grip{before.x + 300, before.y + 8};
+  mouse_.moveTo(grip);
+  mouse_.press();
+  mouse_.moveTo({grip.x + 30, grip.y + 20});
+  mouse_.moveTo({grip.x + 60, grip.y + 40});
+  ASSERT_TRUE(waitUntil([&] {
+    mouse_.moveTo({grip.x + 60, grip.y + 40});
+    return onDisplay().x == before.x + 60;
+  }));
+  mouse_.release();
+  EXPECT_EQ(onDisplay().y, before.y + 40);
+  EXPECT_TRUE(waitUntil([&] { return panel_->frame() == (Rectangle{260, 260, 600, 165}); }));
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,175 @@
+#include <gtest/gtest.h>
+
+#include "hosts/linux/capture/TextUndo.h"
+
+namespace navora {
+namespace {
+
+class TextUndoTest : public testing::Test {
+ protected:
+  void type(const std::string& text) {
+    for (const char character : text) {
+      buffer_->begin_user_action();
+      buffer_->insert_at_cursor(std::string(1, character));
+      buffer_->end_user_action();
+    }
+  }
+  std::string text() const { return buffer_->get_text(); }
+  int caret() const { return buffer_->get_insert()->get_iter().get_offset(); }
+
+  Glib::RefPtr<Gtk::TextBuffer> buffer_ = Gtk::TextBuffer::create();
+  TextUndo undo_{buffer_};
+};
+
+TEST_F(TextUndoTest, HasNothingToUndoAtFirst) {
+  EXPECT_FALSE(undo_.canUndo());
+  EXPECT_FALSE(undo_.canRedo());
+  undo_.undo();
+  undo_.redo();
+  EXPECT_EQ(text(), "");
+}
+
+TEST_F(TextUndoTest, TakesTypingBackByWordsAndLines) {
+  type("one two\nthree");
+  undo_.undo();
+  EXPECT_EQ(text(), "one two\n");
+  undo_.undo();
+  EXPECT_EQ(text(), "one two");
+  undo_.undo();
+  EXPECT_EQ(text(), "one ");
+  undo_.undo();
+  EXPECT_EQ(text(), "");
+  EXPECT_FALSE(undo_.canUndo());
+}
+
+TEST_F(TextUndoTest, BringsEverythingBackInOrder) {
+  type("one two");
+  undo_.undo();
+  undo_.undo();
+  undo_.redo();
+  EXPECT_EQ(text(), "one ");
+  undo_.redo();
+  EXPECT_EQ(text(), "one two");
+  EXPECT_FALSE(undo_.canRedo());
+}
+
+TEST_F(TextUndoTest, TakesAReplacementBackAtOnce) {
+  type("one");
+  buffer_->select_range(buffer_->begin(), buffer_->end());
+  buffer_->begin_user_action();
+  buffer_->erase_selection();
+  buffer_->insert_at_cursor("two");
+  buffer_->end_user_action();
+  undo_.undo();
+  EXPECT_EQ(text(), "one");
+  undo_.redo();
+  EXPECT_EQ(text(), "two");
+}
+
+TEST_F(TextUndoTest, TakesTypingOverASelectionBackAtOnce) {
+  type("one");
+  buffer_->select_range(buffer_->begin(), buffer_->end());
+  buffer_->begin_user_action();
+  buffer_->erase_selection();
+  buffer_->insert_at_cursor("t");
+  buffer_->end_user_action();
+  type("wo");
+  undo_.undo();
+  EXPECT_EQ(text(), "one");
+  undo_.redo();
+  EXPECT_EQ(text(), "two");
+}
+
+TEST_F(TextUndoTest, TakesDeletingBackByWordsInBothDirections) {
+  const auto erase = [&](int offset) {
+    buffer_->begin_user_action();
+    buffer_->erase(buffer_->get_iter_at_offset(offset), buffer_->get_iter_at_offset(offset + 1));
+    buffer_->end_user_action();
+  };
+  buffer_->set_text("one two");
+  for (const int offset : {6, 5, 4, 3, 2})
+    erase(offset);
+  ASSERT_EQ(text(), "on");
+  undo_.undo();
+  EXPECT_EQ(text(), "one ");
+  undo_.undo();
+  EXPECT_EQ(text(), "one two");
+  for (int count = 0; count < 5; ++count)
+    erase(0);
+  ASSERT_EQ(text(), "wo");
+  undo_.undo();
+  EXPECT_EQ(text(), "two");
+  undo_.undo();
+  EXPECT_EQ(text(), "one two");
+}
+
+TEST_F(TextUndoTest, KeepsWhatWasPastedApartFromWhatIsTypedBehindIt) {
+  buffer_->begin_user_action();
+  buffer_->insert_at_cursor("pasted");
+  buffer_->end_user_action();
+  type("s");
+  undo_.undo();
+  EXPECT_EQ(text(), "pasted");
+  undo_.undo();
+  EXPECT_EQ(text(), "");
+}
+
+TEST_F(TextUndoTest, IsOneUserActionForTheBuffer) {
+  type("one");
+  buffer_->select_range(buffer_->begin(), buffer_->end());
+  buffer_->begin_user_action();
+  buffer_->erase_selection();
+  buffer_->insert_at_cursor("two");
+  buffer_->end_user_action();
+  int actions = 0;
+  buffer_->signal_end_user_action().connect([&] { ++actions; });
+  undo_.undo();
+  EXPECT_EQ(actions, 1);
+}
+
+TEST_F(TextUndoTest, PutsTheCaretWhereTheChangeWas) {
+  type("one three");
+  buffer_->begin_user_action();
+  buffer_->insert(buffer_->get_iter_at_offset(4), "two ");
+  buffer_->end_user_action();
+  buffer_->place_cursor(buffer_->begin());
+  undo_.undo();
+  EXPECT_EQ(text(), "one three");
+  EXPECT_EQ(caret(), 4);
+  undo_.redo();
+  EXPECT_EQ(text(), "one two three");
+  EXPECT_EQ(caret(), 8);
+}
+
+TEST_F(TextUndoTest, CountsCharactersAndNotBytes) {
+  buffer_->begin_user_action();
+  buffer_->insert_at_cursor("日本");
+  buffer_->end_user_action();
+  buffer_->begin_user_action();
+  buffer_->insert_at_cursor("\U0001F642 語");
+  buffer_->end_user_action();
+  undo_.undo();
+  EXPECT_EQ(text(), "日本");
+  undo_.redo();
+  EXPECT_EQ(text(), "日本\U0001F642 語");
+}
+
+TEST_F(TextUndoTest, ForgetsWhatWasUndoneWithTheNextChange) {
+  type("one");
+  undo_.undo();
+  type("two");
+  EXPECT_FALSE(undo_.canRedo());
+}
+
+TEST_F(TextUndoTest, ForgetsEverythingOnRequest) {
+  type("one");
+  undo_.undo();
+  type("two");
+  undo_.forget();
+  EXPECT_FALSE(undo_.canUndo());
+  undo_.undo();
+  EXPECT_EQ(text(), "two");
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,51 @@
+#include "linux/installation/FileTree.h"
+
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include <sys/stat.h>
+
+namespace navora {
+namespace {
+
+std::string describe(const std::filesystem::path& path) {
+  struct stat status{};
+  if (::lstat(path.c_str(), &status) != 0) return "unreadable";
+  std::ostringstream text;
+  text << std::oct << (status.st_mode & 07777U) << ' ';
+  if (S_ISLNK(status.st_mode)) return "link to " + std::filesystem::read_symlink(path).string();
+  if (S_ISDIR(status.st_mode)) {
+    text << "folder";
+  } else if (S_ISREG(status.st_mode)) {
+    text << "file " << readFile(path);
+  } else {
+    text << "special";
+  }
+  return text.str();
+}
+
+}  // namespace
+
+FileTree describeTree(const std::filesystem::path& folder, const std::filesystem::path& except) {
+  FileTree tree;
+  std::filesystem::recursive_directory_iterator entry(folder);
+  for (; entry != std::filesystem::recursive_directory_iterator(); ++entry) {
+    tree[entry->path().lexically_relative(folder).string()] = describe(entry->path());
+    if (entry->path() == except) entry.disable_recursion_pending();
+  }
+  return tree;
+}
+
+std::string readFile(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+void writeFile(const std::filesystem::path& file, std::string_view content, mode_t mode) {
+  std::filesystem::create_directories(file.parent_path());
+  std::ofstream(file, std::ios::binary) << content;
+  ::chmod(file.c_str(), mode);
+}
+
+}  // namespace navora

@@ -1,0 +1,126 @@
+#include <cstdlib>
+
+#include <gmock/gmock.h>
+
+#include "hosts/linux/installation/Appcast.h"
+#include "hosts/linux/installation/ArchiveSignature.h"
+#include "hosts/linux/installation/FeedSignature.h"
+#include "linux/installation/FileTree.h"
+#include "linux/installation/SampleVersion.h"
+#include "linux/installation/TemporaryFolder.h"
+
+namespace navora {
+namespace {
+
+// The tool as a publisher calls it.
+class MakeUpdateTest : public testing::Test {
+ protected:
+  MakeUpdateTest() {
+    makeSampleVersion(folder_.path() / "installed", "2.0");
+    writeFile(keyFile_, key_.secretText());
+  }
+  bool run(const std::string& arguments) const {
+    const std::string command = "cd " + folder_.path().string() + " && " NAVORA_MAKE_UPDATE " " +
+                                arguments + " >output 2>&1";
+    return std::system(command.c_str()) == 0;
+  }
+  bool release(const std::string& version, const std::string& more = "",
+               const std::string& url = "https://updates.example/navora") const {
+    return run("release --installation installed --version '" + version + "' --key key --url '" +
+               url + "' --output releases " + more);
+  }
+  std::string feed() const { return readFile(folder_.path() / "releases" / "appcast.xml"); }
+  std::vector<AppcastEntry> entries() const {
+    const auto read =
+        readAppcast(feed(), *Url::parse("https://updates.example/navora/appcast.xml"));
+    return read ? *read : std::vector<AppcastEntry>();
+  }
+
+  const TemporaryFolder folder_;
+  const std::filesystem::path keyFile_ = folder_.path() / "key";
+  const SigningKey key_ = SigningKey::make();
+};
+
+TEST_F(MakeUpdateTest, AReleaseIsAnArchiveThatItsEntryInTheFeedDescribes) {
+  ASSERT_TRUE(release("2.0", "--phased 3600 --minimum-system 2.36 --link https://a.example/"));
+  ASSERT_EQ(entries().size(), 1U);
+  const auto entry = entries().front();
+  EXPECT_EQ(entry.version, "2.0");
+  EXPECT_EQ(entry.phasedRolloutInterval, std::chrono::hours(1));
+  EXPECT_TRUE(entry.published);
+  ASSERT_TRUE(entry.archive);
+  EXPECT_EQ(entry.archive->url.string(), "https://updates.example/navora/navora-2.0.tar.zst");
+  EXPECT_EQ(verifyArchive(folder_.path() / "releases" / "navora-2.0.tar.zst", entry.archive->length,
+                          entry.archive->signature, publicKeyOf(key_)),
+            std::nullopt);
+  EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::missing);
+}
+
+TEST_F(MakeUpdateTest, TheWholeFeedIsSignedWhenAskedForAndAnewEachTime) {
+  ASSERT_TRUE(release("2.0", "--sign-feed"));
+  EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::valid);
+  ASSERT_TRUE(release("2.1", "--sign-feed"));
+  EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::valid);
+  EXPECT_EQ(entries().size(), 2U);
+  ASSERT_TRUE(release("2.2"));
+  EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::missing);
+}
+
+TEST_F(MakeUpdateTest, TheAddressMayBeRelativeToTheFeed) {
+  ASSERT_TRUE(release("2.0", "", "."));
+  ASSERT_EQ(entries().size(), 1U);
+  EXPECT_EQ(entries().front().archive->url.string(),
+            "https://updates.example/navora/navora-2.0.tar.zst");
+}
+
+TEST_F(MakeUpdateTest, AReleaseThatNobodyWouldUnderstandIsNotPublished) {
+  ASSERT_TRUE(release("2.0"));
+  const std::string before = feed();
+  EXPECT_FALSE(release("2.1%"));
+  EXPECT_FALSE(release(std::string(101, '1')));
+  EXPECT_FALSE(release("2.1", "--link 'http://[broken'"));
+  EXPECT_FALSE(release("2.1", "--phased soon"));
+  EXPECT_FALSE(release("2.1", "", "http://updates.example"));
+  EXPECT_FALSE(release("2.1", "", "ftp://updates.example"));
+  EXPECT_EQ(feed(), before);
+}
+
+TEST_F(MakeUpdateTest, AFeedThatIsNoneIsNotOverwritten) {
+  writeFile(folder_.path() / "releases" / "appcast.xml", "precious");
+  EXPECT_FALSE(release("2.0"));
+  EXPECT_EQ(feed(), "precious");
+}
+
+TEST_F(MakeUpdateTest, WhatCannotBeReadIsNoNewFeed) {
+  std::filesystem::create_directories(folder_.path() / "releases" / "appcast.xml");
+  EXPECT_FALSE(release("2.0"));
+  EXPECT_THAT(readFile(folder_.path() / "output"), testing::HasSubstr("is not a feed"));
+}
+
+TEST_F(MakeUpdateTest, WithoutTheKeyThereIsNoRelease) {
+  writeFile(keyFile_, "no key");
+  EXPECT_FALSE(release("2.0"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "releases" / "appcast.xml"));
+}
+
+TEST_F(MakeUpdateTest, ANewKeyIsForItsMakerOnlyAndNeverTakesTheOldOnesPlace) {
+  ASSERT_TRUE(run("key new"));
+  const auto file = folder_.path() / "new";
+  EXPECT_EQ(describeTree(folder_.path()).at("new"), "600 file " + readFile(file));
+  const auto key = SigningKey::fromFile(file);
+  ASSERT_TRUE(key);
+  EXPECT_EQ(readFile(folder_.path() / "output"), key->publicText() + "\n");
+  EXPECT_FALSE(run("key new"));
+  EXPECT_EQ(readFile(file), key->secretText() + "\n");
+}
+
+TEST_F(MakeUpdateTest, AnythingElseExplainsItself) {
+  for (const char* arguments :
+       {"", "key", "release", "release --version 2.0", "other x", "release --unknown"}) {
+    EXPECT_FALSE(run(arguments)) << arguments;
+    EXPECT_THAT(readFile(folder_.path() / "output"), testing::HasSubstr("navora-make-update key"));
+  }
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,212 @@
+#include <vector>
+
+#include <X11/XKBlib.h>
+#include <gdk/gdkkeysyms.h>
+#include <gdk/gdkx.h>
+#include <gtest/gtest.h>
+
+// A macro of Xlib, and a name of the door.
+#undef Status
+
+#include "end_to_end/driver/XConnection.h"
+#include "hosts/linux/keyboard/LinuxHotKeys.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/TestDesktop.h"
+
+namespace navora {
+namespace {
+
+constexpr HotKey captureKey{.keyCode = KeyEvent::spaceKey, .carbonModifiers = 256 + 512};
+constexpr unsigned controlShift = ControlMask | ShiftMask;
+
+Display* display() {
+  return GDK_DISPLAY_XDISPLAY(gdk_display_get_default());
+}
+
+// Another program of the user, which takes combinations too.
+class OtherProgram {
+ public:
+  bool grab(unsigned modifiers) {
+    const auto cookie = xcb_grab_key_checked(
+        connection_.get(), 0, connection_.root(), static_cast<std::uint16_t>(modifiers),
+        XKeysymToKeycode(display(), GDK_KEY_space), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const driver::XReply<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
+    return error == nullptr;
+  }
+
+ private:
+  driver::XConnection connection_{TestDesktop::current().display().name()};
+};
+
+// The presses that the display sends this program on account of its grabs, repetitions included.
+class SentPresses {
+ public:
+  SentPresses() { gdk_window_add_filter(gdk_get_default_root_window(), onEvent, this); }
+  ~SentPresses() { gdk_window_remove_filter(gdk_get_default_root_window(), onEvent, this); }
+  SentPresses(const SentPresses&) = delete;
+  SentPresses& operator=(const SentPresses&) = delete;
+
+  int count() const { return count_; }
+
+ private:
+  static GdkFilterReturn onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
+    if (static_cast<const XEvent*>(event)->type == KeyPress)
+      ++static_cast<SentPresses*>(self)->count_;
+    return GDK_FILTER_CONTINUE;
+  }
+
+  int count_ = 0;
+};
+
+class LinuxHotKeysTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(hotKeys_.installEventHandler([this] { ++presses_; }), 0);
+  }
+
+  // Strikes the combination and then one that every test has taken, whose arrival shows that the
+  // first has been dealt with.
+  testing::AssertionResult strikesArrive(const std::string& keys, int expected,
+                                         const std::string& marker = "Control+Alt+space") {
+    presses_ = 0;
+    const int before = markers_;
+    keyboard_.chord(keys);
+    keyboard_.chord(marker);
+    const auto marked = waitUntil([&] { return markers_ > before; });
+    if (!marked) return testing::AssertionFailure() << "the marker has not come";
+    if (presses_ != expected)
+      return testing::AssertionFailure() << keys << " was caught " << presses_ << " times";
+    return testing::AssertionSuccess();
+  }
+
+  driver::Keyboard& keyboard_ = TestDesktop::current().keyboard();
+  LinuxHotKeys hotKeys_;
+  int presses_ = 0;
+  int markers_ = 0;
+  // Command and Option.
+  KeyGrab marker_{{.keyCode = KeyEvent::spaceKey, .carbonModifiers = 256 + 2048},
+                  [this] { ++markers_; }};
+};
+
+TEST_F(LinuxHotKeysTest, CatchesTheCombinationWhereverTheFocusIs) {
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+}
+
+TEST_F(LinuxHotKeysTest, LeavesOtherCombinationsAlone) {
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  for (const char* keys : {"Control+space", "Shift+space", "Control+Shift+Alt+space",
+                           "Control+Shift+Super+space", "Control+Shift+a"}) {
+    EXPECT_TRUE(strikesArrive(keys, 0));
+  }
+}
+
+TEST_F(LinuxHotKeysTest, CatchesItWhicheverLocksAreOn) {
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  for (const char* lock : {"Caps_Lock", "Num_Lock", "Caps_Lock", "Num_Lock"}) {
+    keyboard_.chord(lock);
+    EXPECT_TRUE(strikesArrive("Control+Shift+space", 1)) << "after " << lock;
+  }
+}
+
+TEST_F(LinuxHotKeysTest, CatchesAHeldKeyOnce) {
+  unsigned delay = 0;
+  unsigned interval = 0;
+  ASSERT_TRUE(XkbGetAutoRepeatRate(display(), XkbUseCoreKbd, &delay, &interval));
+  ASSERT_TRUE(XkbSetAutoRepeatRate(display(), XkbUseCoreKbd, 30, 10));
+  const SentPresses sent;
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  {
+    const driver::Keyboard::Hold held(keyboard_, "Control+Shift+space");
+    EXPECT_TRUE(waitUntil([&] { return sent.count() > 5; })) << "the keyboard does not repeat";
+    EXPECT_EQ(presses_, 1);
+    // The finger on Shift slips, the one on the space bar does not.
+    keyboard_.release("Shift");
+    const int before = sent.count();
+    keyboard_.press("Shift");
+    EXPECT_TRUE(waitUntil([&] { return sent.count() > before + 5; }));
+    EXPECT_EQ(presses_, 1);
+  }
+  EXPECT_TRUE(XkbSetAutoRepeatRate(display(), XkbUseCoreKbd, delay, interval));
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+}
+
+TEST_F(LinuxHotKeysTest, TellsThatTheCombinationIsTaken) {
+  OtherProgram other;
+  ASSERT_TRUE(other.grab(controlShift));
+  EXPECT_EQ(hotKeys_.registerHotKey(captureKey), BadAccess);
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 0));
+}
+
+TEST_F(LinuxHotKeysTest, TakesNothingWhenOneOfTheVariantsIsTaken) {
+  OtherProgram other;
+  ASSERT_TRUE(other.grab(controlShift | LockMask));
+  EXPECT_EQ(hotKeys_.registerHotKey(captureKey), BadAccess);
+  EXPECT_TRUE(other.grab(controlShift));
+  EXPECT_TRUE(other.grab(controlShift | Mod2Mask));
+}
+
+TEST_F(LinuxHotKeysTest, GivesTheCombinationBack) {
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  EXPECT_FALSE(OtherProgram().grab(controlShift));
+  hotKeys_.unregisterHotKey();
+  runPendingEvents();
+  EXPECT_TRUE(OtherProgram().grab(controlShift));
+  EXPECT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+}
+
+TEST_F(LinuxHotKeysTest, TellsNobodyAfterTheHandlerIsRemoved) {
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  hotKeys_.removeEventHandler();
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 0));
+}
+
+// Gives two keys each other's symbols for a scope.
+class SwappedKeys {
+ public:
+  SwappedKeys(KeySym first, KeySym second) : first_(first), second_(second) { swap(); }
+  ~SwappedKeys() {
+    swap();
+    XSync(display(), False);
+  }
+  SwappedKeys(const SwappedKeys&) = delete;
+  SwappedKeys& operator=(const SwappedKeys&) = delete;
+
+ private:
+  void swap() {
+    const KeyCode first = code(first_);
+    const KeyCode second = code(second_);
+    change(first, second_);
+    change(second, first_);
+    XSync(display(), False);
+  }
+  static KeyCode code(KeySym symbol) { return XKeysymToKeycode(display(), symbol); }
+  static void change(KeyCode key, KeySym symbol) {
+    std::vector<KeySym> symbols(2, symbol);
+    XChangeKeyboardMapping(display(), key, 2, symbols.data(), 1);
+  }
+
+  const KeySym first_;
+  const KeySym second_;
+};
+
+TEST_F(LinuxHotKeysTest, FollowsTheKeyIntoAnotherLayout) {
+  ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
+  const KeyCode was = XKeysymToKeycode(display(), GDK_KEY_space);
+  {
+    const SwappedKeys swapped(GDK_KEY_space, GDK_KEY_F11);
+    ASSERT_TRUE(waitUntil([&] { return XKeysymToKeycode(display(), GDK_KEY_space) != was; }));
+    runPendingEvents();
+    // The keyboard strikes the keys where they were: F11 is the space bar now.
+    EXPECT_TRUE(strikesArrive("Control+Shift+F11", 1, "Control+Alt+F11"));
+    EXPECT_TRUE(strikesArrive("Control+Shift+space", 0, "Control+Alt+F11"));
+  }
+  ASSERT_TRUE(waitUntil([&] { return XKeysymToKeycode(display(), GDK_KEY_space) == was; }));
+  runPendingEvents();
+  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,175 @@
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "fakes/FakeHttpSession.h"
+#include "fakes/TestUrl.h"
+#include "hosts/linux/network/LinuxHttpSession.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/RawServer.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr std::size_t limit = 1000;
+
+// What the core relies on, asked of the real network and of the one that its own tests use.
+class FakeService {
+ public:
+  std::unique_ptr<HttpSession> makeSession(const HttpSessionConfiguration& configuration) {
+    return std::make_unique<FakeHttpSession>(network_, configuration);
+  }
+  Url url() const { return testUrl("https://service.example/answer"); }
+
+  // What is answered from now on; nothing until then.
+  void setAnswer(int status, std::string body) { answer_ = {status, std::move(body)}; }
+  void disappear() { isThere_ = false; }
+  void work() {
+    while (network_->underWay() > 0 && !isThere_)
+      network_->fail(1);
+    while (network_->underWay() > 0 && answer_)
+      network_->answer(answer_->first, answer_->second);
+  }
+
+ private:
+  const std::shared_ptr<FakeHttpSession::Network> network_ =
+      std::make_shared<FakeHttpSession::Network>();
+  std::optional<std::pair<int, std::string>> answer_;
+  bool isThere_ = true;
+};
+
+class LinuxService {
+ public:
+  std::unique_ptr<HttpSession> makeSession(const HttpSessionConfiguration& configuration) {
+    return std::make_unique<LinuxHttpSession>(configuration);
+  }
+  Url url() const { return url_; }
+
+  void setAnswer(int status, const std::string& body) {
+    server_.reset();
+    server_ = std::make_unique<RawServer>(
+        "HTTP/1.1 " + std::to_string(status) +
+        " Reason\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
+    url_ = server_->url("/answer");
+  }
+  void disappear() { server_.reset(); }
+  // The server does so by itself.
+  void work() {}
+
+ private:
+  static void keepWaiting(RawServer::Connection& connection) {
+    while (!connection.readRequest().empty()) {
+    }
+  }
+
+  std::unique_ptr<RawServer> server_ = std::make_unique<RawServer>(keepWaiting);
+  Url url_ = server_->url("/answer");
+};
+
+template <typename Service>
+class HttpSessionContractTest : public testing::Test {
+ protected:
+  void SetUp() override { session = makeSession(); }
+
+  std::unique_ptr<HttpSession> makeSession() {
+    return service.makeSession({.maximumBodyBytes = limit});
+  }
+  HttpRequest request() const { return {.url = service.url()}; }
+
+  testing::AssertionResult comesTrue(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+      if (!condition()) service.work();
+      return condition();
+    });
+  }
+  HttpSession::Result send(HttpSession& sender) {
+    std::vector<HttpSession::Result> results;
+    sender.send(request(),
+                [&](HttpSession::Result result) { results.push_back(std::move(result)); });
+    EXPECT_THAT(results, IsEmpty()) << "The answer must come later";
+    EXPECT_TRUE(comesTrue([&] { return !results.empty(); }));
+    return results.empty() ? Unexpected(PlatformError{"test", 0, "No answer"}) : results.front();
+  }
+
+  Service service;
+  std::unique_ptr<HttpSession> session;
+};
+
+using Services = testing::Types<FakeService, LinuxService>;
+TYPED_TEST_SUITE(HttpSessionContractTest, Services);
+
+TYPED_TEST(HttpSessionContractTest, GivesTheAnswerLaterWithItsAddress) {
+  this->service.setAnswer(404, "not here");
+  const auto result = this->send(*this->session);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(*result, (HttpResponse{404, this->service.url(), "not here", false}));
+}
+
+TYPED_TEST(HttpSessionContractTest, TellsWhyThereIsNoAnswer) {
+  this->service.disappear();
+  const auto result = this->send(*this->session);
+  ASSERT_FALSE(result);
+  EXPECT_FALSE(result.error().localizedDescription.empty());
+}
+
+TYPED_TEST(HttpSessionContractTest, ReadsAnAnswerUpToTheLimit) {
+  this->service.setAnswer(200, std::string(limit, 'x'));
+  const auto result = this->send(*this->session);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(*result, (HttpResponse{200, this->service.url(), std::string(limit, 'x'), false}));
+}
+
+TYPED_TEST(HttpSessionContractTest, GivesNothingOfAnAnswerBeyondTheLimit) {
+  this->service.setAnswer(200, std::string(limit + 1, 'x'));
+  const auto result = this->send(*this->session);
+  ASSERT_TRUE(result);
+  EXPECT_EQ(*result, (HttpResponse{200, this->service.url(), "", true}));
+}
+
+TYPED_TEST(HttpSessionContractTest, SendsTheNextFromACompletion) {
+  this->service.setAnswer(200, "");
+  std::vector<std::string> order;
+  this->session->send(this->request(), [&](const auto&) {
+    this->session->send(this->request(), [&](const auto&) { order.push_back("second"); });
+    order.push_back("first");
+  });
+  ASSERT_TRUE(this->comesTrue([&] { return order.size() == 2; }));
+  EXPECT_THAT(order, ElementsAre("first", "second"));
+}
+
+TYPED_TEST(HttpSessionContractTest, MayBeEndedByACompletion) {
+  this->service.setAnswer(200, "");
+  bool isAnswered = false;
+  this->session->send(this->request(), [&](const auto&) {
+    this->session.reset();
+    isAnswered = true;
+  });
+  EXPECT_TRUE(this->comesTrue([&] { return isAnswered; }));
+}
+
+TYPED_TEST(HttpSessionContractTest, TakesWhatIsUnderWayAlongAndNothingOfAnother) {
+  int ofEnded = 0;
+  int ofOther = 0;
+  const auto other = this->makeSession();
+  this->session->send(this->request(), [&](const auto&) { ++ofEnded; });
+  other->send(this->request(), [&](const auto&) { ++ofOther; });
+  this->session.reset();
+  runPendingEvents();
+  EXPECT_EQ(ofOther, 0);
+  this->service.disappear();
+  ASSERT_TRUE(this->comesTrue([&] { return ofOther == 1; }));
+  runPendingEvents();
+  EXPECT_EQ(ofEnded, 0);
+}
+
+}  // namespace
+}  // namespace navora

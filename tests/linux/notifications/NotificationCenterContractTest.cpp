@@ -1,0 +1,278 @@
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/BusConnection.h"
+#include "end_to_end/driver/FakeNotificationDaemon.h"
+#include "fakes/FakeNotificationCenter.h"
+#include "fakes/LocaleScope.h"
+#include "hosts/linux/notifications/LinuxNotificationCenter.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/TestDesktop.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+// What the core relies on, asked of the desktop's service and of the one that its own tests use.
+class FakeDesktop {
+ public:
+  FakeNotificationCenter* center() { return center_.get(); }
+  void endCenter() { center_.reset(); }
+  void beginCenter() { center_ = std::make_unique<FakeNotificationCenter>(); }
+
+  void permit() { isPermitted_ = true; }
+  void refuse() { isPermitted_ = false; }
+  // Answers every question that waits.
+  void answer() {
+    while (center_ && center_->statusQuestions() > 0) {
+      center_->status =
+          isPermitted_ ? AuthorizationStatus::authorized : AuthorizationStatus::denied;
+      center_->answerStatus();
+    }
+    while (center_ && center_->requestQuestions() > 0)
+      center_->answerRequest(isPermitted_);
+    while (center_ && center_->addsUnderWay() > 0)
+      center_->finishAdd(isPermitted_ ? std::nullopt
+                                      : std::optional(PlatformError{"Fake", 1, "No"}));
+  }
+
+  void click(const UserNotification& notification) { center_->click(notification.url); }
+
+ private:
+  std::unique_ptr<FakeNotificationCenter> center_ = std::make_unique<FakeNotificationCenter>();
+  bool isPermitted_ = false;
+};
+
+class LinuxDesktop {
+ public:
+  LinuxNotificationCenter* center() { return center_.get(); }
+  void endCenter() { center_.reset(); }
+  void beginCenter() { center_ = std::make_unique<LinuxNotificationCenter>(); }
+
+  void permit() {
+    daemon_ = std::make_unique<driver::FakeNotificationDaemon>(TestDesktop::sessionBusAddress());
+  }
+  void refuse() {
+    daemon_.reset();
+    // The bus notices in its own time.
+    EXPECT_TRUE(waitUntil([&] { return !bus_.nameHasOwner("org.freedesktop.Notifications"); }));
+  }
+  // The service answers by itself.
+  void answer() {}
+
+  void click(const UserNotification& notification) {
+    for (const auto& shown : daemon_->notifications()) {
+      if (shown.summary == notification.title) return daemon_->click(shown.id);
+    }
+    ADD_FAILURE() << notification.title << " is not on display";
+  }
+
+ private:
+  driver::BusConnection bus_{TestDesktop::sessionBusAddress()};
+  std::unique_ptr<driver::FakeNotificationDaemon> daemon_;
+  std::unique_ptr<LinuxNotificationCenter> center_ = std::make_unique<LinuxNotificationCenter>();
+};
+
+class Delegate final : public NotificationCenterDelegate {
+ public:
+  std::vector<std::optional<std::string>> opened;
+
+  PresentationOptions willPresentNotification() override { return {.banner = true, .sound = true}; }
+  void didReceiveNotification(std::optional<std::string> url) override { opened.push_back(url); }
+};
+
+template <typename Desktop>
+class NotificationCenterContractTest : public testing::Test {
+ protected:
+  ~NotificationCenterContractTest() override {
+    if (desktop.center() != nullptr) desktop.center()->setDelegate(nullptr);
+  }
+
+  NotificationCenter& center() { return *desktop.center(); }
+
+  static UserNotification notification(const std::string& identifier) {
+    return {identifier, "Title of " + identifier, "Body", true,
+            "https://navora.example/#" + identifier};
+  }
+
+  testing::AssertionResult answersUntil(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+      if (!condition()) desktop.answer();
+      return condition();
+    });
+  }
+  // True if the desktop has taken it.
+  bool add(const UserNotification& notification) {
+    std::optional<bool> taken;
+    center().add(notification,
+                 [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+    EXPECT_TRUE(answersUntil([&] { return taken.has_value(); }));
+    return taken.value_or(false);
+  }
+  // What was clicked before has been told: the service works off one thing after the other.
+  void settleClicks() {
+    EXPECT_TRUE(add(notification("after the clicks")));
+    runPendingEvents();
+  }
+
+  LocaleScope locale;
+  Desktop desktop;
+};
+
+using Desktops = testing::Types<FakeDesktop, LinuxDesktop>;
+TYPED_TEST_SUITE(NotificationCenterContractTest, Desktops);
+
+TYPED_TEST(NotificationCenterContractTest, TellsTheStatusLaterAndAsItIsThen) {
+  std::vector<AuthorizationStatus> answers;
+  const auto note = [&](AuthorizationStatus status) { answers.push_back(status); };
+  this->center().authorizationStatus(note);
+  EXPECT_THAT(answers, IsEmpty());
+  ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 1; }));
+  this->desktop.permit();
+  this->center().authorizationStatus(note);
+  EXPECT_EQ(answers.size(), 1U);
+  ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 2; }));
+  this->desktop.refuse();
+  this->center().authorizationStatus(note);
+  ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 3; }));
+  EXPECT_THAT(answers, ElementsAre(AuthorizationStatus::denied, AuthorizationStatus::authorized,
+                                   AuthorizationStatus::denied));
+}
+
+TYPED_TEST(NotificationCenterContractTest, TellsLaterWhetherItIsGranted) {
+  std::vector<bool> answers;
+  const auto note = [&](const NotificationCenter::AuthorizationResult& result) {
+    ASSERT_TRUE(result);
+    answers.push_back(*result);
+  };
+  this->center().requestAuthorization({.alert = true, .sound = true}, note);
+  EXPECT_THAT(answers, IsEmpty());
+  ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 1; }));
+  this->desktop.permit();
+  this->center().requestAuthorization({.alert = true, .sound = true}, note);
+  ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 2; }));
+  EXPECT_THAT(answers, ElementsAre(false, true));
+}
+
+TYPED_TEST(NotificationCenterContractTest, TakesANotificationOverLater) {
+  this->desktop.permit();
+  int answers = 0;
+  std::optional<PlatformError> failure;
+  this->center().add(this->notification("a"), [&](std::optional<PlatformError> error) {
+    ++answers;
+    failure = std::move(error);
+  });
+  EXPECT_EQ(answers, 0);
+  ASSERT_TRUE(this->answersUntil([&] { return answers > 0; }));
+  EXPECT_FALSE(failure);
+  // Once.
+  ASSERT_TRUE(this->add(this->notification("b")));
+  EXPECT_EQ(answers, 1);
+}
+
+TYPED_TEST(NotificationCenterContractTest, TellsLaterWhyANotificationWasNotTaken) {
+  int answers = 0;
+  std::optional<PlatformError> failure;
+  this->center().add(this->notification("a"), [&](std::optional<PlatformError> error) {
+    ++answers;
+    failure = std::move(error);
+  });
+  EXPECT_EQ(answers, 0);
+  ASSERT_TRUE(this->answersUntil([&] { return answers > 0; }));
+  ASSERT_TRUE(failure);
+  EXPECT_FALSE(failure->localizedDescription.empty());
+  // It may be tried again.
+  this->desktop.permit();
+  EXPECT_TRUE(this->add(this->notification("a")));
+  EXPECT_EQ(answers, 1);
+}
+
+TYPED_TEST(NotificationCenterContractTest, AnswersForOneIdentifierInOrder) {
+  this->desktop.permit();
+  std::vector<int> taken;
+  for (int attempt = 1; attempt <= 3; ++attempt) {
+    this->center().add(this->notification("a"), [&taken, attempt](const auto& failure) {
+      EXPECT_FALSE(failure);
+      taken.push_back(attempt);
+    });
+  }
+  ASSERT_TRUE(this->answersUntil([&] { return taken.size() == 3; }));
+  EXPECT_THAT(taken, ElementsAre(1, 2, 3));
+}
+
+TYPED_TEST(NotificationCenterContractTest, MayBeAskedFromAnAnswer) {
+  this->desktop.permit();
+  std::optional<AuthorizationStatus> status;
+  this->center().add(this->notification("a"), [&](const auto&) {
+    this->center().authorizationStatus([&](AuthorizationStatus answer) { status = answer; });
+    EXPECT_FALSE(status);
+  });
+  ASSERT_TRUE(this->answersUntil([&] { return status.has_value(); }));
+  EXPECT_EQ(status, AuthorizationStatus::authorized);
+}
+
+TYPED_TEST(NotificationCenterContractTest, TellsWhatTheUserOpens) {
+  this->desktop.permit();
+  Delegate delegate;
+  this->center().setDelegate(&delegate);
+  ASSERT_TRUE(this->add(this->notification("a")));
+  ASSERT_TRUE(this->add(this->notification("b")));
+  EXPECT_THAT(delegate.opened, IsEmpty());
+  this->desktop.click(this->notification("b"));
+  this->desktop.click(this->notification("a"));
+  ASSERT_TRUE(this->answersUntil([&] { return delegate.opened.size() == 2; }));
+  EXPECT_THAT(delegate.opened,
+              ElementsAre("https://navora.example/#b", "https://navora.example/#a"));
+}
+
+TYPED_TEST(NotificationCenterContractTest, TellsNobodyOnceTheDelegateIsTakenAway) {
+  this->desktop.permit();
+  Delegate gone;
+  this->center().setDelegate(&gone);
+  ASSERT_TRUE(this->add(this->notification("a")));
+  this->center().setDelegate(nullptr);
+  this->desktop.click(this->notification("a"));
+  this->settleClicks();
+  EXPECT_THAT(gone.opened, IsEmpty());
+
+  Delegate next;
+  this->center().setDelegate(&next);
+  this->desktop.click(this->notification("a"));
+  ASSERT_TRUE(this->answersUntil([&] { return !next.opened.empty(); }));
+  EXPECT_THAT(next.opened, ElementsAre("https://navora.example/#a"));
+  EXPECT_THAT(gone.opened, IsEmpty());
+}
+
+TYPED_TEST(NotificationCenterContractTest, AnAnswerMayBeItsEnd) {
+  this->desktop.permit();
+  bool answered = false;
+  this->center().add(this->notification("a"), [&](const auto&) {
+    this->desktop.endCenter();
+    answered = true;
+  });
+  EXPECT_TRUE(this->answersUntil([&] { return answered; }));
+}
+
+TYPED_TEST(NotificationCenterContractTest, AnswersNothingAfterItsEnd) {
+  this->desktop.permit();
+  int answers = 0;
+  this->center().authorizationStatus([&](AuthorizationStatus) { ++answers; });
+  this->center().requestAuthorization({}, [&](const auto&) { ++answers; });
+  this->center().add(this->notification("a"), [&](const auto&) { ++answers; });
+  this->desktop.endCenter();
+  this->desktop.beginCenter();
+  // An answer to a later question comes after those.
+  ASSERT_TRUE(this->add(this->notification("b")));
+  EXPECT_EQ(answers, 0);
+}
+
+}  // namespace
+}  // namespace navora

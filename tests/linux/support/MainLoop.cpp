@@ -1,0 +1,50 @@
+#include "linux/support/MainLoop.h"
+
+#include <glib.h>
+
+#include "end_to_end/driver/Wait.h"
+
+namespace navora {
+namespace {
+
+constexpr guint tickMilliseconds = 5;
+
+// Wakes the main loop regularly, because much of what tests wait for happens in other processes.
+class Ticker {
+ public:
+  Ticker()
+      // After everything else: a slow condition must not keep the toolkit from drawing.
+      : source_(g_timeout_add_full(
+            G_PRIORITY_LOW, tickMilliseconds,
+            [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr)) {}
+  ~Ticker() { g_source_remove(source_); }
+  Ticker(const Ticker&) = delete;
+  Ticker& operator=(const Ticker&) = delete;
+
+ private:
+  guint source_;
+};
+
+}  // namespace
+
+std::chrono::milliseconds patience() {
+  return std::chrono::milliseconds(static_cast<long>(10'000 * driver::timeoutFactor()));
+}
+
+testing::AssertionResult waitUntil(const std::function<bool()>& condition) {
+  const Ticker ticker;
+  const auto deadline = std::chrono::steady_clock::now() + patience();
+  while (!condition()) {
+    if (std::chrono::steady_clock::now() > deadline)
+      return testing::AssertionFailure() << "in vain for " << patience().count() << " ms";
+    g_main_context_iteration(nullptr, TRUE);
+  }
+  return testing::AssertionSuccess();
+}
+
+void runPendingEvents() {
+  while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+  }
+}
+
+}  // namespace navora

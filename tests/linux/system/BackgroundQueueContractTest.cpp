@@ -1,0 +1,193 @@
+#include <atomic>
+#include <future>
+#include <memory>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "fakes/FakeBackgroundQueue.h"
+#include "hosts/linux/system/LinuxBackgroundQueue.h"
+#include "linux/support/MainLoop.h"
+
+namespace navora {
+namespace {
+
+// What the core relies on, asked of the real queue and of the one that its own tests use.
+class FakeThread {
+ public:
+  BackgroundQueue& queue() { return *queue_; }
+  void destroyQueue() { queue_.reset(); }
+  void turn() { queue_->finishAll(); }
+
+ private:
+  std::unique_ptr<FakeBackgroundQueue> queue_ = std::make_unique<FakeBackgroundQueue>();
+};
+
+class RealThread {
+ public:
+  BackgroundQueue& queue() { return *queue_; }
+  void destroyQueue() { queue_.reset(); }
+  void turn() {}
+
+ private:
+  std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>();
+};
+
+// Remembers on which thread the last of its owners let go of it.
+class Witness {
+ public:
+  explicit Witness(std::thread::id& thread) : thread_(thread) {}
+  ~Witness() { thread_ = std::this_thread::get_id(); }
+  Witness(const Witness&) = delete;
+  Witness& operator=(const Witness&) = delete;
+
+ private:
+  std::thread::id& thread_;
+};
+
+template <typename Implementation>
+class BackgroundQueueContractTest : public testing::Test {
+ protected:
+  void run(std::function<void()> work, std::function<void()> completion) {
+    implementation_.queue().run(std::move(work), std::move(completion));
+  }
+  testing::AssertionResult runUntil(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+      implementation_.turn();
+      return condition();
+    });
+  }
+
+  const std::thread::id mainThread_ = std::this_thread::get_id();
+  Implementation implementation_;
+};
+
+using Implementations = testing::Types<FakeThread, RealThread>;
+TYPED_TEST_SUITE(BackgroundQueueContractTest, Implementations);
+
+TYPED_TEST(BackgroundQueueContractTest, WorksElsewhereAndCompletesOnTheMainThread) {
+  std::thread::id worked;
+  std::thread::id completed;
+  this->run([&] { worked = std::this_thread::get_id(); },
+            [&] { completed = std::this_thread::get_id(); });
+  EXPECT_EQ(completed, std::thread::id());
+  ASSERT_TRUE(this->runUntil([&] { return completed != std::thread::id(); }));
+  EXPECT_EQ(completed, this->mainThread_);
+  EXPECT_NE(worked, std::thread::id());
+  EXPECT_NE(worked, this->mainThread_);
+}
+
+TYPED_TEST(BackgroundQueueContractTest, WorksOnOneThingAfterAnother) {
+  constexpr int count = 200;
+  std::string expected;
+  std::string worked;
+  std::string completed;
+  std::atomic<int> atOnce = 0;
+  std::atomic<bool> alone = true;
+  for (int number = 0; number < count; ++number) {
+    const char letter = static_cast<char>('a' + number % 26);
+    expected += letter;
+    this->run(
+        [&, letter] {
+          if (++atOnce > 1) alone = false;
+          worked += letter;
+          --atOnce;
+        },
+        [&, letter] { completed += letter; });
+  }
+  ASSERT_TRUE(this->runUntil([&] { return completed.size() == count; }));
+  EXPECT_EQ(completed, expected);
+  EXPECT_EQ(worked, expected);
+  EXPECT_TRUE(alone);
+}
+
+TYPED_TEST(BackgroundQueueContractTest, ACompletionMayHandOverMore) {
+  bool done = false;
+  this->run([] {}, [&] { this->run([] {}, [&] { done = true; }); });
+  EXPECT_TRUE(this->runUntil([&] { return done; }));
+}
+
+TYPED_TEST(BackgroundQueueContractTest, ReleasesWorkWhereItRanAndCompletionsOnTheMainThread) {
+  std::thread::id worked;
+  std::thread::id workReleased;
+  std::thread::id workReleasedAtCompletion;
+  std::thread::id completionReleased;
+  this->run([&worked, witness = std::make_shared<Witness>(
+                          workReleased)] { worked = std::this_thread::get_id(); },
+            [&, witness = std::make_shared<Witness>(completionReleased)] {
+              workReleasedAtCompletion = workReleased;
+            });
+  ASSERT_TRUE(this->runUntil([&] { return completionReleased != std::thread::id(); }));
+  EXPECT_EQ(workReleasedAtCompletion, worked);
+  EXPECT_EQ(completionReleased, this->mainThread_);
+}
+
+TYPED_TEST(BackgroundQueueContractTest, CompletesNothingAfterItsEnd) {
+  std::atomic<int> worked = 0;
+  bool completed = false;
+  std::thread::id completionReleased;
+  for (int count = 0; count < 50; ++count) {
+    this->run([&worked] { ++worked; },
+              [&, witness = std::make_shared<Witness>(completionReleased)] { completed = true; });
+  }
+  this->implementation_.destroyQueue();
+  EXPECT_EQ(completionReleased, this->mainThread_);
+  const int workedBefore = worked;
+  runPendingEvents();
+  EXPECT_FALSE(completed);
+  EXPECT_EQ(worked, workedBefore);
+}
+
+TYPED_TEST(BackgroundQueueContractTest, EndsWithoutEverHavingWorked) {
+  this->implementation_.destroyQueue();
+}
+
+// The fake's work never runs at the same time as the test.
+class LinuxBackgroundQueueTest : public testing::Test {
+ protected:
+  std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>();
+};
+
+TEST_F(LinuxBackgroundQueueTest, WaitsAtItsEndForTheWorkThatRunsAndDropsTheRest) {
+  std::promise<void> begun;
+  std::promise<void> mayEnd;
+  std::atomic<bool> ended = false;
+  std::atomic<bool> ranLater = false;
+  bool completed = false;
+  queue_->run(
+      [&] {
+        begun.set_value();
+        mayEnd.get_future().wait();
+        ended = true;
+      },
+      [&] { completed = true; });
+  // Dropped while the first one runs, which lets that one end.
+  const auto letEnd = [&](void*) { mayEnd.set_value(); };
+  queue_->run([&ranLater, kept = std::shared_ptr<void>(nullptr, letEnd)] { ranLater = true; },
+              [] {});
+  begun.get_future().wait();
+  queue_.reset();
+  EXPECT_TRUE(ended);
+  EXPECT_FALSE(ranLater);
+  runPendingEvents();
+  EXPECT_FALSE(completed);
+}
+
+TEST_F(LinuxBackgroundQueueTest, DropsACompletionThatIsDue) {
+  std::promise<void> released;
+  bool completed = false;
+  bool completionReleased = false;
+  const auto tell = [&](void*) { released.set_value(); };
+  const auto note = [&](void*) { completionReleased = true; };
+  queue_->run([kept = std::shared_ptr<void>(nullptr, tell)] {},
+              [&completed, kept = std::shared_ptr<void>(nullptr, note)] { completed = true; });
+  released.get_future().wait();
+  queue_.reset();
+  EXPECT_TRUE(completionReleased);
+  runPendingEvents();
+  EXPECT_FALSE(completed);
+}
+
+}  // namespace
+}  // namespace navora

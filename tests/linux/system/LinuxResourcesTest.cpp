@@ -1,0 +1,38 @@
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/Files.h"
+#include "hosts/linux/system/LinuxResources.h"
+
+namespace navora {
+namespace {
+
+class LinuxResourcesTest : public testing::Test {
+ protected:
+  void write(const std::string& name, std::string_view content) {
+    driver::writeFile(folder_.path() / name, content);
+  }
+
+  const driver::TemporaryDirectory folder_{"navora-resources"};
+  const LinuxResources resources_{folder_.path()};
+};
+
+TEST_F(LinuxResourcesTest, LargeOnesAreComplete) {
+  const std::string text(3'000'000, 'x');
+  write("large.txt", text);
+  EXPECT_EQ(resources_.read("large", "txt"), text);
+}
+
+TEST_F(LinuxResourcesTest, AMissingFolderHoldsNone) {
+  EXPECT_EQ(LinuxResources("/nonexistent").read("catalog", "json"), std::nullopt);
+}
+
+TEST_F(LinuxResourcesTest, AFolderIsNone) {
+  std::filesystem::create_directory(folder_.path() / "folder.json");
+  EXPECT_EQ(resources_.read("folder", "json"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace navora

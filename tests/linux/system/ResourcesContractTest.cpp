@@ -1,0 +1,83 @@
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/Files.h"
+#include "fakes/FakeResources.h"
+#include "hosts/linux/system/LinuxResources.h"
+
+namespace navora {
+namespace {
+
+// What the core relies on, asked of the installed files and of those that its own tests use.
+class InMemory {
+ public:
+  void put(const std::string& name, const std::string& extension, const std::string& content) {
+    resources_.put(name, extension, content);
+  }
+  const Resources& resources() const { return resources_; }
+
+ private:
+  FakeResources resources_;
+};
+
+class InFolder {
+ public:
+  void put(const std::string& name, const std::string& extension, const std::string& content) {
+    driver::writeFile(folder_.path() / (name + "." + extension), content);
+  }
+  const Resources& resources() const { return resources_; }
+
+ private:
+  const driver::TemporaryDirectory folder_{"navora-resources"};
+  const LinuxResources resources_{folder_.path()};
+};
+
+template <typename Implementation>
+class ResourcesContractTest : public testing::Test {
+ protected:
+  std::optional<std::string> read(std::string_view name, std::string_view extension) const {
+    return implementation_.resources().read(name, extension);
+  }
+
+  Implementation implementation_;
+};
+
+using Implementations = testing::Types<InMemory, InFolder>;
+TYPED_TEST_SUITE(ResourcesContractTest, Implementations);
+
+TYPED_TEST(ResourcesContractTest, AreReadAsTheyAre) {
+  const std::string text("Größe\r\n\0 end", 14);
+  this->implementation_.put("catalog", "json", text);
+  EXPECT_EQ(this->read("catalog", "json"), text);
+}
+
+TYPED_TEST(ResourcesContractTest, MayBeEmpty) {
+  this->implementation_.put("empty", "js", "");
+  EXPECT_EQ(this->read("empty", "js"), "");
+}
+
+TYPED_TEST(ResourcesContractTest, AreToldApartByNameAndExtension) {
+  this->implementation_.put("one", "js", "1");
+  this->implementation_.put("one", "json", "2");
+  this->implementation_.put("two", "js", "3");
+  EXPECT_EQ(this->read("one", "js"), "1");
+  EXPECT_EQ(this->read("one", "json"), "2");
+  EXPECT_EQ(this->read("two", "js"), "3");
+}
+
+TYPED_TEST(ResourcesContractTest, AMissingOneIsNone) {
+  EXPECT_EQ(this->read("missing", "json"), std::nullopt);
+}
+
+TYPED_TEST(ResourcesContractTest, OneThatIsNotUtf8IsNone) {
+  this->implementation_.put("latin", "txt",
+                            "Gr\xf6\xdf"
+                            "e");
+  this->implementation_.put("cut", "txt", "\xe2\x82");
+  EXPECT_EQ(this->read("latin", "txt"), std::nullopt);
+  EXPECT_EQ(this->read("cut", "txt"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,174 @@
+#include <filesystem>
+#include <memory>
+#include <regex>
+#include <set>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/FakeLogind.h"
+#include "end_to_end/driver/Files.h"
+#include "fakes/FakeSystem.h"
+#include "hosts/linux/bus/LoginManager.h"
+#include "hosts/linux/system/LinuxSystem.h"
+#include "linux/support/EnvironmentVariable.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/TestDesktop.h"
+
+namespace navora {
+namespace {
+
+// What the core relies on, asked of the real system and of the one that its own tests use.
+class FakeMachine {
+ public:
+  System& system() { return system_; }
+  void changeTimeZone(const std::string& identifier) { system_.changeTimeZone(identifier); }
+  void wake() { system_.wake(); }
+
+ private:
+  EventLog log_;
+  FakeSystem system_{log_};
+};
+
+class LinuxMachine {
+ public:
+  LinuxMachine() { changeTimeZone("Europe/Moscow"); }
+
+  System& system() { return system_; }
+  void changeTimeZone(const std::string& identifier) {
+    const auto fresh = folder_.path() / "fresh";
+    std::filesystem::create_symlink("/usr/share/zoneinfo/" + identifier, fresh);
+    std::filesystem::rename(fresh, folder_.path() / "localtime");
+  }
+  void wake() { loginManager_.announceWake(); }
+
+ private:
+  const EnvironmentVariable unset_{"TZ", std::nullopt};
+  const driver::TemporaryDirectory folder_{"navora-system"};
+  driver::FakeLogind loginManager_{TestDesktop::systemBusAddress()};
+  LinuxSystem system_{observeResume, SystemTimeZone(folder_.path())};
+};
+
+template <typename Machine>
+class SystemContractTest : public testing::Test {
+ protected:
+  System& system() { return machine_.system(); }
+
+  // Observers of the real machine join its bus in their own time.
+  testing::AssertionResult wakeUntil(const std::function<bool()>& condition) {
+    return waitUntil([&] {
+      if (condition()) return true;
+      machine_.wake();
+      return condition();
+    });
+  }
+
+  Machine machine_;
+};
+
+using Machines = testing::Types<FakeMachine, LinuxMachine>;
+TYPED_TEST_SUITE(SystemContractTest, Machines);
+
+TYPED_TEST(SystemContractTest, MakesRandomIdentifiersInLowerCase) {
+  std::set<std::string> identifiers;
+  for (int count = 0; count < 100; ++count) {
+    const std::string identifier = this->system().randomUuid();
+    // Version 4, variant 1.
+    EXPECT_TRUE(std::regex_match(
+        identifier,
+        std::regex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}")))
+        << identifier;
+    EXPECT_TRUE(identifiers.insert(identifier).second) << identifier << " came twice";
+  }
+}
+
+TYPED_TEST(SystemContractTest, TellsTheZoneOfTheMoment) {
+  EXPECT_EQ(this->system().timeZoneIdentifier(), "Europe/Moscow");
+  this->machine_.changeTimeZone("Asia/Tokyo");
+  EXPECT_EQ(this->system().timeZoneIdentifier(), "Asia/Tokyo");
+}
+
+TYPED_TEST(SystemContractTest, ObserversFindTheNewZone) {
+  std::string first;
+  std::string second;
+  const auto firstToken =
+      this->system().observeTimeZoneChange([&] { first = this->system().timeZoneIdentifier(); });
+  const auto secondToken =
+      this->system().observeTimeZoneChange([&] { second = this->system().timeZoneIdentifier(); });
+  this->machine_.changeTimeZone("Asia/Tokyo");
+  EXPECT_TRUE(waitUntil([&] { return first == "Asia/Tokyo" && second == "Asia/Tokyo"; }));
+  this->machine_.changeTimeZone("America/Lima");
+  EXPECT_TRUE(waitUntil([&] { return first == "America/Lima" && second == "America/Lima"; }));
+}
+
+TYPED_TEST(SystemContractTest, AReleasedZoneObserverIsNotCalled) {
+  int released = 0;
+  bool kept = false;
+  auto token = this->system().observeTimeZoneChange([&] { ++released; });
+  const auto other = this->system().observeTimeZoneChange([&] { kept = true; });
+  token.reset();
+  this->machine_.changeTimeZone("Asia/Tokyo");
+  ASSERT_TRUE(waitUntil([&] { return kept; }));
+  runPendingEvents();
+  EXPECT_EQ(released, 0);
+}
+
+TYPED_TEST(SystemContractTest, AZoneObserverMayReleaseItself) {
+  // Kept in the callback: one that were destroyed while it runs would read it after its end.
+  const std::string marker(100, 'x');
+  std::string seen;
+  std::unique_ptr<ObserverToken> token;
+  token = this->system().observeTimeZoneChange([&token, &seen, marker] {
+    token.reset();
+    seen = marker;
+  });
+  this->machine_.changeTimeZone("Asia/Tokyo");
+  ASSERT_TRUE(waitUntil([&] { return !seen.empty(); }));
+  EXPECT_EQ(seen, marker);
+}
+
+TYPED_TEST(SystemContractTest, EveryWakeObserverIsCalled) {
+  int first = 0;
+  int second = 0;
+  const auto firstToken = this->system().observeWake([&] { ++first; });
+  const auto secondToken = this->system().observeWake([&] { ++second; });
+  EXPECT_TRUE(this->wakeUntil([&] { return first > 0 && second > 0; }));
+}
+
+TYPED_TEST(SystemContractTest, AReleasedWakeObserverIsNotCalled) {
+  int released = 0;
+  bool kept = false;
+  auto token = this->system().observeWake([&] { ++released; });
+  const auto other = this->system().observeWake([&] { kept = true; });
+  ASSERT_TRUE(this->wakeUntil([&] { return kept && released > 0; }));
+  token.reset();
+  released = 0;
+  kept = false;
+  ASSERT_TRUE(this->wakeUntil([&] { return kept; }));
+  runPendingEvents();
+  EXPECT_EQ(released, 0);
+}
+
+TYPED_TEST(SystemContractTest, AWakeObserverMayGoAtOnce) {
+  int released = 0;
+  this->system().observeWake([&] { ++released; }).reset();
+  bool kept = false;
+  const auto other = this->system().observeWake([&] { kept = true; });
+  ASSERT_TRUE(this->wakeUntil([&] { return kept; }));
+  EXPECT_EQ(released, 0);
+}
+
+TYPED_TEST(SystemContractTest, AWakeObserverMayReleaseItself) {
+  const std::string marker(100, 'x');
+  std::string seen;
+  std::unique_ptr<ObserverToken> token;
+  token = this->system().observeWake([&token, &seen, marker] {
+    token.reset();
+    seen = marker;
+  });
+  ASSERT_TRUE(this->wakeUntil([&] { return !seen.empty(); }));
+  EXPECT_EQ(seen, marker);
+}
+
+}  // namespace
+}  // namespace navora

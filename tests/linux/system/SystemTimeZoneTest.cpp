@@ -1,0 +1,110 @@
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/Files.h"
+#include "hosts/linux/system/SystemTimeZone.h"
+
+namespace navora {
+namespace {
+
+class SystemTimeZoneTest : public testing::Test {
+ protected:
+  void link(const std::string& target) {
+    std::filesystem::create_symlink(target, folder_.path() / "localtime");
+  }
+  void name(const std::string& content) { driver::writeFile(folder_.path() / "timezone", content); }
+  std::string identifier(const std::optional<std::string>& environment = std::nullopt) const {
+    return SystemTimeZone(folder_.path()).identifier(environment);
+  }
+
+  const driver::TemporaryDirectory folder_{"navora-time-zone"};
+};
+
+TEST_F(SystemTimeZoneTest, IsNamedByTheLink) {
+  link("/usr/share/zoneinfo/America/Argentina/Buenos_Aires");
+  EXPECT_EQ(identifier(), "America/Argentina/Buenos_Aires");
+}
+
+TEST_F(SystemTimeZoneTest, IsNamedByARelativeLink) {
+  link("../usr/share/zoneinfo/Europe/Riga");
+  EXPECT_EQ(identifier(), "Europe/Riga");
+}
+
+TEST_F(SystemTimeZoneTest, TheFlavourOfTheFolderIsNoPartOfTheName) {
+  link("/usr/share/zoneinfo/posix/Europe/Riga");
+  EXPECT_EQ(identifier(), "Europe/Riga");
+  std::filesystem::remove(folder_.path() / "localtime");
+  link("/usr/share/zoneinfo/right/Asia/Tokyo");
+  EXPECT_EQ(identifier(), "Asia/Tokyo");
+}
+
+TEST_F(SystemTimeZoneTest, ADanglingLinkStillNamesTheZone) {
+  link((folder_.path() / "missing/zoneinfo/Europe/Kyiv").string());
+  EXPECT_EQ(identifier(), "Europe/Kyiv");
+}
+
+TEST_F(SystemTimeZoneTest, ALinkBeatsTheWrittenName) {
+  link("/usr/share/zoneinfo/Europe/Riga");
+  name("Asia/Tokyo\n");
+  EXPECT_EQ(identifier(), "Europe/Riga");
+}
+
+TEST_F(SystemTimeZoneTest, ACopiedZoneIsNamedInItsFile) {
+  driver::writeFile(folder_.path() / "localtime", "TZif2");
+  name("  Asia/Tokyo \n");
+  EXPECT_EQ(identifier(), "Asia/Tokyo");
+}
+
+TEST_F(SystemTimeZoneTest, ALinkToNoZoneFallsBackOnTheWrittenName) {
+  link("/somewhere/else");
+  name("Asia/Tokyo");
+  EXPECT_EQ(identifier(), "Asia/Tokyo");
+}
+
+TEST_F(SystemTimeZoneTest, WithoutAnyStatementItIsUtc) {
+  EXPECT_EQ(identifier(), "UTC");
+}
+
+TEST_F(SystemTimeZoneTest, BlankStatementsAreNone) {
+  link("/usr/share/zoneinfo/");
+  name(" \n");
+  EXPECT_EQ(identifier(), "UTC");
+  EXPECT_EQ(identifier(""), "UTC");
+}
+
+TEST_F(SystemTimeZoneTest, TheEnvironmentWins) {
+  link("/usr/share/zoneinfo/Europe/Riga");
+  EXPECT_EQ(identifier("Asia/Tokyo"), "Asia/Tokyo");
+  EXPECT_EQ(identifier(":Asia/Tokyo"), "Asia/Tokyo");
+  EXPECT_EQ(identifier("/usr/share/zoneinfo/Asia/Tokyo"), "Asia/Tokyo");
+  EXPECT_EQ(identifier(":/usr/share/zoneinfo/right/Asia/Tokyo"), "Asia/Tokyo");
+}
+
+// Some set it to ":/etc/localtime", which spares programs a look at that file at every use.
+TEST_F(SystemTimeZoneTest, AnEnvironmentThatNamesAFileMeansTheZoneOfTheFile) {
+  link("/usr/share/zoneinfo/Europe/Riga");
+  const std::string file = (folder_.path() / "localtime").string();
+  EXPECT_EQ(identifier(":" + file), "Europe/Riga");
+  EXPECT_EQ(identifier(file), "Europe/Riga");
+}
+
+TEST_F(SystemTimeZoneTest, AnEnvironmentThatNamesNothingLeavesTheSystemsZone) {
+  link("/usr/share/zoneinfo/Europe/Riga");
+  EXPECT_EQ(identifier(":"), "Europe/Riga");
+  EXPECT_EQ(identifier("/somewhere/else"), "Europe/Riga");
+}
+
+TEST_F(SystemTimeZoneTest, IsReadAnewEveryTime) {
+  const SystemTimeZone timeZone(folder_.path());
+  link("/usr/share/zoneinfo/Europe/Riga");
+  EXPECT_EQ(timeZone.identifier(std::nullopt), "Europe/Riga");
+  std::filesystem::remove(folder_.path() / "localtime");
+  link("/usr/share/zoneinfo/Asia/Tokyo");
+  EXPECT_EQ(timeZone.identifier(std::nullopt), "Asia/Tokyo");
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,100 @@
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/Files.h"
+#include "hosts/linux/system/LinuxUserDefaults.h"
+#include "platform/MemoryUserDefaults.h"
+
+namespace navora {
+namespace {
+
+// What the core relies on, asked of every implementation.
+class InFile {
+ public:
+  UserDefaults& defaults() { return defaults_; }
+
+ private:
+  const driver::TemporaryDirectory folder_{"navora-defaults"};
+  LinuxUserDefaults defaults_{folder_.path() / "defaults.json"};
+};
+
+class InUnwritableFile {
+ public:
+  UserDefaults& defaults() { return defaults_; }
+
+ private:
+  LinuxUserDefaults defaults_{"/proc/navora/defaults.json"};
+};
+
+class InMemory {
+ public:
+  UserDefaults& defaults() { return defaults_; }
+
+ private:
+  MemoryUserDefaults defaults_;
+};
+
+template <typename Implementation>
+class UserDefaultsContractTest : public testing::Test {
+ protected:
+  UserDefaults& defaults() { return implementation_.defaults(); }
+
+ private:
+  Implementation implementation_;
+};
+
+using Implementations = testing::Types<InMemory, InFile, InUnwritableFile>;
+TYPED_TEST_SUITE(UserDefaultsContractTest, Implementations);
+
+TYPED_TEST(UserDefaultsContractTest, BeginsEmpty) {
+  EXPECT_EQ(this->defaults().value("key"), std::nullopt);
+}
+
+TYPED_TEST(UserDefaultsContractTest, GivesBackWhatWasSetWhateverItsType) {
+  const std::vector<Json> values = {nullptr,
+                                    true,
+                                    0,
+                                    -9007199254740993,
+                                    0.1,
+                                    "",
+                                    "Zürich \" \\ \n 😀",
+                                    Json::array(),
+                                    Json::object(),
+                                    Json{{"nested", Json::array({1, "two", nullptr})}}};
+  for (const Json& value : values) {
+    this->defaults().setValue("key", value);
+    EXPECT_EQ(this->defaults().value("key"), value) << value;
+  }
+}
+
+TYPED_TEST(UserDefaultsContractTest, KeepsKeysApart) {
+  this->defaults().setValue("a", 1);
+  this->defaults().setValue("A", 2);
+  this->defaults().setValue("", 3);
+  this->defaults().setValue("a.b/c ü", 4);
+  EXPECT_EQ(this->defaults().value("a"), 1);
+  EXPECT_EQ(this->defaults().value("A"), 2);
+  EXPECT_EQ(this->defaults().value(""), 3);
+  EXPECT_EQ(this->defaults().value("a.b/c ü"), 4);
+}
+
+TYPED_TEST(UserDefaultsContractTest, ForgetsWhatIsRemovedAndNothingElse) {
+  this->defaults().setValue("gone", 1);
+  this->defaults().setValue("kept", 2);
+  this->defaults().removeValue("gone");
+  this->defaults().removeValue("never there");
+  EXPECT_EQ(this->defaults().value("gone"), std::nullopt);
+  EXPECT_EQ(this->defaults().value("kept"), 2);
+}
+
+TYPED_TEST(UserDefaultsContractTest, ASetNullIsAValue) {
+  this->defaults().setValue("key", nullptr);
+  ASSERT_TRUE(this->defaults().value("key").has_value());
+  EXPECT_TRUE(this->defaults().value("key")->is_null());
+}
+
+}  // namespace
+}  // namespace navora

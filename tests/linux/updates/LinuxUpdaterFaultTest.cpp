@@ -1,0 +1,135 @@
+#include <filesystem>
+#include <string>
+
+#include <gmock/gmock.h>
+
+#include "linux/updates/LinuxUpdaterTest.h"
+
+namespace navora {
+namespace {
+
+using driver::readFile;
+using std::filesystem::path;
+using testing::HasSubstr;
+
+// A feed or an archive that is not as it should be. The log says why, and nothing has changed.
+class LinuxUpdaterFaultTest : public LinuxUpdaterTest {
+ protected:
+  void expectError(const std::string& expected) {
+    check();
+    EXPECT_THAT(error(), HasSubstr(expected));
+    EXPECT_EQ(userDriver.shown.back(), "dismissed");
+    EXPECT_EQ(terminations, 0);
+    EXPECT_FALSE(std::filesystem::exists(updateFolder()));
+    EXPECT_EQ(Installation::at(installed())->version(), "1.0");
+    EXPECT_TRUE(updater->canCheckForUpdates());
+  }
+};
+
+TEST_F(LinuxUpdaterFaultTest, MissingFeed) {
+  expectError("feed: The server answered 404");
+}
+
+TEST_F(LinuxUpdaterFaultTest, FeedThatIsTooLong) {
+  server.put("/appcast.xml", std::string(5 * 1024 * 1024, ' '));
+  expectError("feed: The feed is too long");
+}
+
+TEST_F(LinuxUpdaterFaultTest, RedirectedFeed) {
+  server.put("/appcast.xml", "",
+             "HTTP/1.1 302 Found\r\nLocation: /other.xml\r\nContent-Length: 0\r\n");
+  expectError("feed: The server answered 302");
+  EXPECT_EQ(server.count("/other.xml"), 0);
+}
+
+TEST_F(LinuxUpdaterFaultTest, FeedThatBreaksOff) {
+  server.put("/appcast.xml", "<rss", "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n");
+  expectError("feed: ");
+}
+
+TEST_F(LinuxUpdaterFaultTest, FeedWithAWrongSignature) {
+  publish("1.1");
+  server.put("/appcast.xml", feed_ + "<!-- sparkle-signatures:\nedSignature: " + key_.sign({}) +
+                                 "\nlength: " + std::to_string(feed_.size()) + "\n-->\n");
+  expectError("feed: The signature of the feed is not valid");
+}
+
+TEST_F(LinuxUpdaterFaultTest, ArchiveAtAnInsecureAddress) {
+  FeedItem item;
+  item.archiveUrl = "http://updates.example/archive";
+  publish("1.1", key_, item);
+  expectError("download: The archive is not at a secure address");
+}
+
+TEST_F(LinuxUpdaterFaultTest, MissingArchive) {
+  publish("1.1");
+  server.put("/archive-1.1", "gone", "HTTP/1.1 410 Gone\r\nContent-Length: 4\r\n");
+  expectError("download: The server answered 410");
+}
+
+TEST_F(LinuxUpdaterFaultTest, ArchiveOfAnotherLength) {
+  publish("1.1");
+  server.put("/archive-1.1", "short");
+  expectError("download: The archive has another length than announced");
+}
+
+TEST_F(LinuxUpdaterFaultTest, ArchiveThatBreaksOff) {
+  const auto archive = publish("1.1");
+  server.put("/archive-1.1", archive.substr(0, archive.size() / 2),
+             "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(archive.size()) + "\r\n");
+  expectError("download: ");
+}
+
+TEST_F(LinuxUpdaterFaultTest, ArchiveWithoutLengthThatIsTooLong) {
+  const auto archive = publish("1.1");
+  server.put("/archive-1.1", archive + "more", "HTTP/1.1 200 OK\r\n");
+  expectError("download: The archive has another length than announced");
+}
+
+TEST_F(LinuxUpdaterFaultTest, ArchiveWithOneByteChanged) {
+  auto archive = publish("1.1");
+  archive[archive.size() / 2] = static_cast<char>(archive[archive.size() / 2] ^ 1);
+  server.put("/archive-1.1", archive);
+  expectError("verification: The signature of the archive is not valid");
+}
+
+TEST_F(LinuxUpdaterFaultTest, ArchiveThatSomebodyElseHasSigned) {
+  publish("1.1", SigningKey::make());
+  expectError("verification: The signature of the archive is not valid");
+}
+
+TEST_F(LinuxUpdaterFaultTest, OldArchiveUnderANewVersion) {
+  const path archive = folder_.path() / "old";
+  ASSERT_EQ(writeArchive(built(), "0.9", archive), std::nullopt);
+  FeedItem item;
+  item.version = "1.1";
+  item.archiveUrl = "old";
+  item.archiveLength = std::filesystem::file_size(archive);
+  item.archiveSignature = *key_.signFile(archive);
+  server.put("/old", readFile(archive));
+  server.put("/appcast.xml", *addToFeed("", item));
+  expectError("verification: The archive holds version 0.9 in place of 1.1");
+}
+
+TEST_F(LinuxUpdaterFaultTest, NewVersionThatDoesNotRunHere) {
+  writeProgram(built() / "bin/navora", "exit 1");
+  publish("1.1");
+  expectError("verification: The new version does not run on this system");
+}
+
+TEST_F(LinuxUpdaterFaultTest, InstallerThatIsNotThere) {
+  publish("1.1");
+  std::filesystem::remove_all(installed() / "libexec");
+  expectError("installation: The installer does not start");
+}
+
+TEST_F(LinuxUpdaterFaultTest, AnotherProgramThatIsUpdating) {
+  publish("1.1");
+  const auto other = UpdateFolder::claim(*Installation::at(installed()));
+  ASSERT_TRUE(other);
+  check();
+  EXPECT_EQ(error(), "installation: Another program is updating the application");
+}
+
+}  // namespace
+}  // namespace navora

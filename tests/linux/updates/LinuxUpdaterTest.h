@@ -1,0 +1,218 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "end_to_end/driver/Files.h"
+#include "fakes/FakeSystem.h"
+#include "hosts/linux/system/LinuxMainQueue.h"
+#include "hosts/linux/updates/LinuxUpdater.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/RawServer.h"
+#include "make-update/ArchiveWriter.h"
+#include "make-update/Feed.h"
+#include "make-update/SigningKey.h"
+#include "platform/MemoryUserDefaults.h"
+
+namespace navora {
+
+// Says yes to everything, and remembers what it was shown.
+class RecordingDriver final : public UpdaterUserDriver {
+ public:
+  std::vector<std::string> shown;
+  std::vector<AppcastItem> items;
+  std::vector<UserUpdateState> states;
+  UserUpdateChoice whenFound = UserUpdateChoice::install;
+  UserUpdateChoice whenReady = UserUpdateChoice::install;
+  std::uint64_t expected = 0;
+  std::uint64_t received = 0;
+  double extracted = 0;
+  std::function<void()> cancel;
+  std::function<void()> retry;
+  std::function<void(const std::string&)> onShow = [](const std::string&) {};
+
+  void showUpdatePermissionRequest(std::function<void(UpdatePermissionResponse)>) override {
+    show("permission");
+  }
+  void showUserInitiatedUpdateCheck(std::function<void()> cancellation) override {
+    cancel = std::move(cancellation);
+    show("checking");
+  }
+  void showUpdateFound(const AppcastItem& item, UserUpdateState state, Choose reply) override {
+    items.push_back(item);
+    states.push_back(state);
+    show("found " + item.versionString);
+    reply(whenFound);
+  }
+  void showUpdateNotFound(const PlatformError&, std::function<void()> acknowledgement) override {
+    show("nothing");
+    acknowledgement();
+  }
+  void showUpdaterError(const PlatformError& error,
+                        std::function<void()> acknowledgement) override {
+    show("error " + error.localizedDescription);
+    acknowledgement();
+  }
+  void showDownloadInitiated(std::function<void()> cancellation) override {
+    cancel = std::move(cancellation);
+    show("download");
+  }
+  void showDownloadDidReceiveExpectedContentLength(std::uint64_t length) override {
+    expected = length;
+  }
+  void showDownloadDidReceiveData(std::uint64_t length) override {
+    received += length;
+    onShow("data");
+  }
+  void showDownloadDidStartExtractingUpdate() override { show("extracting"); }
+  void showExtractionReceivedProgress(double progress) override { extracted = progress; }
+  void showReadyToInstallAndRelaunch(Choose reply) override {
+    show("ready");
+    reply(whenReady);
+  }
+  void showInstallingUpdate(bool terminated, std::function<void()> retryTerminating) override {
+    retry = std::move(retryTerminating);
+    show(terminated ? "installing" : "installing, still running");
+  }
+  void showUpdateInstalledAndRelaunched(bool, std::function<void()> acknowledgement) override {
+    show("installed");
+    acknowledgement();
+  }
+  void dismissUpdateInstallation() override { show("dismissed"); }
+  void showUpdateInFocus() override { show("focus"); }
+
+ private:
+  void show(const std::string& what) {
+    shown.push_back(what);
+    onShow(what);
+  }
+};
+
+class CountingDelegate final : public UpdaterDelegate {
+ public:
+  int cycles = 0;
+  void didFinishUpdateCycle(const std::optional<PlatformError>&) override { ++cycles; }
+};
+
+// Serves texts by their path, each as often as it is asked for.
+class ReleaseServer {
+ public:
+  void put(const std::string& target, const std::string& body, const std::string& head = {}) {
+    const std::lock_guard lock(mutex_);
+    answers_[target] =
+        (head.empty() ? "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n"
+                      : head) +
+        "Connection: close\r\n\r\n" + body;
+  }
+  Url url(const std::string& target) const { return server_.url(target); }
+  int count(const std::string& target) {
+    const std::lock_guard lock(mutex_);
+    return counts_[target];
+  }
+
+ private:
+  void serve(RawServer::Connection& connection) {
+    const std::string request = connection.readRequest();
+    const auto begin = request.find(' ') + 1;
+    const std::string target = request.substr(begin, request.find(' ', begin) - begin);
+    std::string answer = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
+    {
+      const std::lock_guard lock(mutex_);
+      ++counts_[target];
+      if (const auto found = answers_.find(target); found != answers_.end()) answer = found->second;
+    }
+    connection.send(answer);
+  }
+
+  std::mutex mutex_;
+  std::map<std::string, std::string> answers_;
+  std::map<std::string, int> counts_;
+  RawServer server_{[this](RawServer::Connection& connection) { serve(connection); }};
+};
+
+class LinuxUpdaterTest : public testing::Test {
+ protected:
+  LinuxUpdaterTest() { makeInstallation(); }
+
+  // A Navora of scripts: its installer writes down how it was called.
+  void makeInstallation() {
+    writeProgram(built() / "bin/navora", "exit 0");
+    writeProgram(built() / "libexec/navora/navora-install-update",
+                 "echo \"$@\" > '" + installerCall().string() + "'");
+    std::filesystem::create_directories(installed().parent_path());
+    std::filesystem::copy(built(), installed(), std::filesystem::copy_options::recursive);
+    driver::writeFile(installed() / Installation::recordName, Installation::record("1.0"));
+  }
+  static void writeProgram(const std::filesystem::path& file, const std::string& script) {
+    driver::writeFile(file, "#!/bin/sh\n" + script + "\n");
+    std::filesystem::permissions(file, std::filesystem::perms(0755));
+  }
+
+  std::filesystem::path built() const { return folder_.path() / "built"; }
+  std::filesystem::path installed() const { return folder_.path() / "apps/navora"; }
+  std::filesystem::path updateFolder() const { return folder_.path() / "apps/.navora.update"; }
+  std::filesystem::path installerCall() const { return folder_.path() / "installer-call"; }
+
+  // Puts a release of what was built into the feed; gives its archive's bytes.
+  std::string publish(const std::string& version, const SigningKey& key, FeedItem item = {}) {
+    const std::filesystem::path archive = folder_.path() / "archive";
+    EXPECT_EQ(writeArchive(built(), version, archive), std::nullopt);
+    const std::string content = driver::readFile(archive);
+    item.version = version;
+    if (item.archiveUrl.empty()) item.archiveUrl = "archive-" + version;
+    item.archiveLength = content.size();
+    item.archiveSignature = *key.signFile(archive);
+    server.put("/archive-" + version, content);
+    feed_ = *addToFeed(feed_, item);
+    server.put("/appcast.xml", feed_);
+    return content;
+  }
+  std::string publish(const std::string& version) { return publish(version, key_); }
+
+  void make(MainQueue& queue) {
+    UpdateSettings settings{server.url("/appcast.xml"), *readPublicKey(key_.publicText()), false};
+    updater = std::make_unique<LinuxUpdater>(
+        LinuxUpdater::Configuration{settings, Installation::at(installed()), "1.0", "2.36", launch,
+                                    [this] { ++terminations; }},
+        LinuxUpdater::Doors{queue, system, defaults}, userDriver, delegate);
+  }
+  // A check that the user asks for, until its session ends or the application is to end.
+  void check() {
+    if (!updater) make(queue_);
+    updater->checkForUpdates();
+    const int before = terminations;
+    ASSERT_TRUE(waitUntil([&] { return !updater->sessionInProgress() || terminations > before; }));
+  }
+  std::string error() const {
+    for (const auto& each : userDriver.shown) {
+      if (each.starts_with("error ")) return each.substr(6);
+    }
+    return {};
+  }
+
+  driver::TemporaryDirectory folder_{"navora-updater"};
+  const SigningKey key_ = SigningKey::make();
+  std::string feed_;
+  LinuxMainQueue queue_;
+  EventLog log;
+  ReleaseServer server;
+  RecordingDriver userDriver;
+  CountingDelegate delegate;
+  FakeSystem system{log};
+  MemoryUserDefaults defaults;
+  UpdateLaunch launch;
+  int terminations = 0;
+  std::unique_ptr<LinuxUpdater> updater;
+};
+
+}  // namespace navora

@@ -1,0 +1,270 @@
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gmock/gmock.h>
+
+#include "hosts/linux/web/LinuxWebView.h"
+#include "linux/web/WebViewTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::IsSupersetOf;
+using InjectionTime = UserScript::InjectionTime;
+
+class LinuxWebViewTest : public WebViewTest {};
+
+TEST_F(LinuxWebViewTest, LoadsAPage) {
+  makeView();
+  EXPECT_EQ(view_->url(), std::nullopt);
+  server_.setPage("/notes", "<title>Notes</title>");
+  ASSERT_TRUE(load("/notes?day=1"));
+  EXPECT_EQ(view_->url(), server_.url("/notes?day=1"));
+  EXPECT_EQ(evaluate("document.title"), "Notes");
+  EXPECT_EQ(navigation_.started, 1);
+  EXPECT_EQ(navigation_.finished, 1);
+  EXPECT_THAT(navigation_.failures, IsEmpty());
+  ASSERT_EQ(navigation_.responses.size(), 1U);
+  EXPECT_EQ(navigation_.responses[0].url, server_.url("/notes?day=1"));
+  EXPECT_TRUE(navigation_.responses[0].canShowMimeType);
+}
+
+TEST_F(LinuxWebViewTest, AsksTheServerItselfWhenTheCacheIsToBeIgnored) {
+  server_.setPage("/notes", "");
+  makeView();
+  view_->load(
+      {.url = server_.url("/notes"), .cachePolicy = CachePolicy::reloadIgnoringLocalCacheData});
+  ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 1; }));
+  ASSERT_EQ(server_.requestCount("/notes"), 1U);
+  EXPECT_EQ(server_.requests()[0].header("Cache-Control"), "no-cache");
+}
+
+TEST_F(LinuxWebViewTest, EvaluatesToEveryKindOfResult) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  const std::vector<std::pair<const char*, Json>> results = {
+      {"null", nullptr},
+      {"true", true},
+      {"42", 42},
+      {"-0.5", -0.5},
+      {"9007199254740991", 9007199254740991},
+      {"''", ""},
+      {"'Zürich \\u{1F600} \\0 \\\\ \"'", std::string("Zürich 😀 \0 \\ \"", 18)},
+      {"[1, 'two', null, [], {}]", Json::array({1, "two", nullptr, Json::array(), Json::object()})},
+      {"({a: {b: [true]}})", {{"a", {{"b", {true}}}}}},
+      {"undefined", nullptr},
+      {"", nullptr},
+      {"NaN", nullptr},
+      {"Infinity", nullptr},
+      {"10n", nullptr},
+      {"const loop = {}; loop.loop = loop; loop", nullptr},
+  };
+  for (const auto& [script, result] : results)
+    EXPECT_EQ(evaluate(script), result) << script;
+}
+
+TEST_F(LinuxWebViewTest, ReportsWhatAScriptThrows) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  EXPECT_THAT(evaluate("throw new Error('told so')").get<std::string>(), HasSubstr("told so"));
+  EXPECT_THAT(evaluate("this is no script").get<std::string>(), testing::StartsWith("error: "));
+  EXPECT_EQ(evaluate("1 + 1"), 2);
+}
+
+TEST_F(LinuxWebViewTest, AResultThatIsNoDataIsAnError) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  for (const char* script : {"() => {}", "Symbol('s')", "Promise.resolve(1)"})
+    EXPECT_THAT(evaluate(script), testing::ResultOf(
+                                      [](const Json& result) {
+                                        return result.is_string() ? result.get<std::string>()
+                                                                  : result.dump();
+                                      },
+                                      testing::StartsWith("error: ")))
+        << script;
+}
+
+TEST_F(LinuxWebViewTest, AnEvaluationMayHaveNoCompletion) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  run("window.ran = true");
+  run("throw 1");
+  EXPECT_EQ(evaluate("window.ran"), true);
+}
+
+TEST_F(LinuxWebViewTest, AnswersInOrderAndNeverWithinTheCall) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  std::vector<int> answers;
+  for (int number = 0; number < 5; ++number)
+    view_->evaluateJavaScript("1", [&, number](const auto&) { answers.push_back(number); });
+  EXPECT_THAT(answers, IsEmpty());
+  ASSERT_TRUE(waitUntil([&] { return answers.size() == 5; }));
+  EXPECT_THAT(answers, ElementsAre(0, 1, 2, 3, 4));
+}
+
+TEST_F(LinuxWebViewTest, AViewThatIsGoneDoesNotAnswer) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  bool answered = false;
+  view_->evaluateJavaScript("1", [&](const auto&) { answered = true; });
+  view_.reset();
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  EXPECT_EQ(evaluate("1"), 1);
+  EXPECT_FALSE(answered);
+}
+
+TEST_F(LinuxWebViewTest, AnAnswerMayDestroyTheView) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  view_->evaluateJavaScript("1", [this](const auto&) { view_.reset(); });
+  EXPECT_TRUE(waitUntil([this] { return view_ == nullptr; }));
+  runPendingEvents();
+}
+
+TEST_F(LinuxWebViewTest, RunsUserScriptsInTheirOrderAndFrames) {
+  const auto push = [](const std::string& name) {
+    return "(window.order ||= []).push('" + name + "');";
+  };
+  auto scripted = configuration();
+  scripted.userScripts = {{push("end"), InjectionTime::documentEnd, true},
+                          {push("start"), InjectionTime::documentStart, true},
+                          {push("start everywhere"), InjectionTime::documentStart, false},
+                          {push("end everywhere"), InjectionTime::documentEnd, false}};
+  makeView(scripted);
+  const std::string page = "<script>" + push("page") + "</script>";
+  server_.setPage("/frame", page);
+  ASSERT_TRUE(loadHtml(page + "<iframe src=/frame></iframe>"));
+  EXPECT_EQ(evaluate("order"),
+            (Json{"start", "start everywhere", "page", "end", "end everywhere"}));
+  EXPECT_EQ(evaluate("frames[0].order"), (Json{"start everywhere", "page", "end everywhere"}));
+}
+
+TEST_F(LinuxWebViewTest, ALoadThatFailsIsReportedOnce) {
+  Url nobody = [] { return PageServer().url("/"); }();
+  makeView();
+  view_->load({.url = nobody});
+  ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
+  // A later load shows that no more was to come of the first one.
+  ASSERT_TRUE(loadHtml("<title>Later</title>"));
+  EXPECT_EQ(navigation_.failures.size(), 1U);
+  EXPECT_EQ(navigation_.finished, 1);
+  EXPECT_FALSE(navigation_.failures[0].localizedDescription.empty());
+  EXPECT_NE(navigation_.failures[0].code, PlatformError::cancelledCode);
+  EXPECT_NE(navigation_.failures[0].code, PlatformError::timedOutCode);
+}
+
+TEST_F(LinuxWebViewTest, AnErrorPageOfTheServerIsAPage) {
+  server_.setPage("/broken", "<title>Broken</title>", 500);
+  ASSERT_TRUE(load("/broken"));
+  EXPECT_EQ(evaluate("document.title"), "Broken");
+  EXPECT_THAT(navigation_.failures, IsEmpty());
+}
+
+TEST_F(LinuxWebViewTest, ASilentServerRunsOutOfTime) {
+  makeView();
+  view_->load({.url = server_.url("/silent"), .timeoutSeconds = 0.2});
+  ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
+  EXPECT_EQ(navigation_.failures[0].code, PlatformError::timedOutCode);
+  EXPECT_FALSE(navigation_.failures[0].localizedDescription.empty());
+  ASSERT_TRUE(loadHtml("<title>Later</title>"));
+  EXPECT_EQ(navigation_.failures.size(), 1U);
+  EXPECT_EQ(navigation_.finished, 1);
+}
+
+TEST_F(LinuxWebViewTest, AReplacedLoadIsCancelledAndTheNewOneFinishes) {
+  makeView();
+  view_->load({.url = server_.url("/silent")});
+  ASSERT_TRUE(waitUntil([this] { return server_.requestCount("/silent") == 1; }));
+  ASSERT_TRUE(loadHtml("<title>Second</title>"));
+  EXPECT_EQ(navigation_.finished, 1);
+  for (const auto& failure : navigation_.failures)
+    EXPECT_EQ(failure.code, PlatformError::cancelledCode);
+  EXPECT_EQ(evaluate("document.title"), "Second");
+}
+
+TEST_F(LinuxWebViewTest, AnEndOfTheWebProcessIsReportedAndALaterLoadWorks) {
+  ASSERT_TRUE(loadHtml("<title>First</title>"));
+  webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(view_->widget()));
+  ASSERT_TRUE(waitUntil([this] { return navigation_.terminated == 1; }));
+  ASSERT_TRUE(loadHtml("<title>Second</title>"));
+  EXPECT_EQ(evaluate("document.title"), "Second");
+  run("webkit.messageHandlers.notes.postMessage(1)");
+  ASSERT_TRUE(waitForMessages());
+  EXPECT_THAT(messages_.bodies(), ElementsAre("1"));
+  EXPECT_EQ(navigation_.terminated, 1);
+}
+
+TEST_F(LinuxWebViewTest, WithoutADelegateNothingIsLoaded) {
+  server_.setPage("/refused", "");
+  makeView();
+  view_->setNavigationDelegate(nullptr);
+  view_->load({.url = server_.url("/refused")});
+  auto* native = WEBKIT_WEB_VIEW(view_->widget());
+  ASSERT_TRUE(webkit_web_view_is_loading(native));
+  ASSERT_TRUE(waitUntil([&] { return webkit_web_view_is_loading(native) == FALSE; }));
+  EXPECT_EQ(server_.requestCount("/refused"), 0U);
+  EXPECT_EQ(navigation_.started, 0);
+  view_->setNavigationDelegate(&navigation_);
+  EXPECT_TRUE(loadHtml("<body></body>"));
+}
+
+TEST_F(LinuxWebViewTest, ARefusedLoadIsCancelledAndCanBeTakenUpAgain) {
+  server_.setPage("/refused", "<title>Taken up</title>");
+  makeView();
+  navigation_.decide = [](const NavigationAction&) { return NavigationPolicy::cancel; };
+  view_->load({.url = server_.url("/refused")});
+  ASSERT_TRUE(waitUntil([this] { return !navigation_.actions.empty(); }));
+  navigation_.decide = nullptr;
+  const auto request = navigation_.actions[0].request;
+  ASSERT_NE(request, nullptr);
+  view_->load(*request);
+  ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 1; }));
+  EXPECT_EQ(server_.requestCount("/refused"), 1U);
+  EXPECT_EQ(evaluate("document.title"), "Taken up");
+  for (const auto& failure : navigation_.failures)
+    EXPECT_EQ(failure.code, PlatformError::cancelledCode);
+}
+
+TEST_F(LinuxWebViewTest, ReadsEveryCookieOfTheStore) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  WebKitCookieManager* store = webkit_web_context_get_cookie_manager(session().context());
+  const auto add = [&](SoupCookie* cookie) {
+    bool added = false;
+    webkit_cookie_manager_add_cookie(
+        store, cookie, nullptr,
+        [](GObject*, GAsyncResult*, gpointer done) { *static_cast<bool*>(done) = true; }, &added);
+    soup_cookie_free(cookie);
+    return waitUntil([&] { return added; });
+  };
+  SoupCookie* lasting = soup_cookie_new("lasting", "a=b%20c", ".navora.example", "/app", -1);
+  soup_cookie_set_secure(lasting, TRUE);
+  soup_cookie_set_http_only(lasting, TRUE);
+  GDateTime* expiry = g_date_time_new_from_unix_utc(4'000'000'000);
+  soup_cookie_set_expires(lasting, expiry);
+  g_date_time_unref(expiry);
+  ASSERT_TRUE(add(lasting));
+  ASSERT_TRUE(add(soup_cookie_new("passing", "1", "127.0.0.1", "/", -1)));
+
+  std::optional<std::vector<HttpCookie>> cookies;
+  view_->allCookies([&](std::vector<HttpCookie> all) { cookies = std::move(all); });
+  EXPECT_EQ(cookies, std::nullopt) << "before the call returned";
+  ASSERT_TRUE(waitUntil([&] { return cookies.has_value(); }));
+  EXPECT_THAT(*cookies, IsSupersetOf({HttpCookie{"lasting", "a=b%20c", ".navora.example", "/app",
+                                                 true, dateFromSecondsSince1970(4e9)},
+                                      HttpCookie{"passing", "1", "127.0.0.1", "/", false, {}}}));
+}
+
+TEST_F(LinuxWebViewTest, TellsNoCookiesAfterItsEnd) {
+  ASSERT_TRUE(loadHtml("<body></body>"));
+  bool told = false;
+  view_->allCookies([&](const std::vector<HttpCookie>&) { told = true; });
+  view_.reset();
+  makeView();
+  // A later question about the same store is answered later.
+  bool toldOther = false;
+  view_->allCookies([&](const std::vector<HttpCookie>&) { toldOther = true; });
+  ASSERT_TRUE(waitUntil([&] { return toldOther; }));
+  EXPECT_FALSE(told);
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,120 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "hosts/linux/web/LinuxWebView.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/PageServer.h"
+#include "platform/NavigationDelegate.h"
+#include "platform/PageDialogDelegate.h"
+#include "platform/ScriptMessage.h"
+
+namespace navora {
+
+// Remembers the messages of the page.
+class RecordedMessages final : public ScriptMessageHandler {
+ public:
+  void didReceiveScriptMessage(const ScriptMessage& message) override {
+    received.push_back(message);
+  }
+  // The bodies in their order.
+  std::vector<std::string> bodies() const;
+
+  std::vector<ScriptMessage> received;
+};
+
+// Remembers what the view reports; allows everything unless told otherwise.
+class RecordedNavigation final : public NavigationDelegate {
+ public:
+  NavigationPolicy decidePolicyForAction(WebView&, const NavigationAction& action) override {
+    actions.push_back(action);
+    return decide ? decide(action) : NavigationPolicy::allow;
+  }
+  NavigationPolicy decidePolicyForResponse(const NavigationResponse& response) override {
+    responses.push_back(response);
+    return NavigationPolicy::allow;
+  }
+  void didStartProvisionalNavigation() override { ++started; }
+  void didFinishNavigation() override { ++finished; }
+  void didFailNavigation(const PlatformError& error) override { failures.push_back(error); }
+  void webContentProcessDidTerminate() override { ++terminated; }
+  void navigationDidBecomeDownload(std::shared_ptr<Download>) override {}
+
+  // The last action that leads to `url`.
+  const NavigationAction* actionTo(const Url& url) const;
+
+  std::function<NavigationPolicy(const NavigationAction&)> decide;
+  std::vector<NavigationAction> actions;
+  std::vector<NavigationResponse> responses;
+  std::vector<PlatformError> failures;
+  int started = 0;
+  int finished = 0;
+  int terminated = 0;
+};
+
+// Remembers the dialogs that the page asks for and answers them at once, or keeps them waiting.
+class RecordedDialogs final : public PageDialogDelegate {
+ public:
+  struct Dialog {
+    std::string kind;
+    std::string text;
+    FrameInfo frame;
+  };
+
+  void runAlertPanel(const std::string& message, const FrameInfo& frame,
+                     AlertCompletion completion) override;
+  void runConfirmPanel(const std::string& message, const FrameInfo& frame,
+                       ConfirmCompletion completion) override;
+  void runTextInputPanel(const std::string& prompt, const std::optional<std::string>& defaultText,
+                         const FrameInfo& frame, PromptCompletion completion) override;
+  void runOpenPanel(const OpenPanelParameters& parameters, const FrameInfo& frame,
+                    OpenPanelCompletion completion) override;
+
+  std::vector<Dialog> shown;
+  std::optional<std::string> lastDefaultText;
+  OpenPanelParameters lastParameters;
+  bool confirmation = true;
+  std::optional<std::string> promptAnswer;
+  std::optional<std::vector<std::filesystem::path>> files;
+  // While set, answers are put off: each runs when it is called.
+  bool keepWaiting = false;
+  std::vector<std::function<void()>> waiting;
+
+ private:
+  void finish(std::function<void()> answer);
+};
+
+// A real view and a server of its own. Every test begins with a fresh view that serves the origin
+// of the server.
+class WebViewTest : public testing::Test {
+ protected:
+  static WebSession& session();
+
+  // One message handler, "notes", and no scripts.
+  WebViewConfiguration configuration();
+  void makeView(const WebViewConfiguration& configuration);
+  void makeView() { makeView(configuration()); }
+
+  // Loads the page and waits until it has been loaded.
+  testing::AssertionResult load(const std::string& target);
+  testing::AssertionResult loadHtml(const std::string& html);
+  // The result, or the text "error: ..." for an error.
+  Json evaluate(const std::string& script);
+  void run(const std::string& script) { view_->evaluateJavaScript(script, {}); }
+  // Waits until everything that the page has posted so far has arrived.
+  testing::AssertionResult waitForMessages();
+
+  PageServer server_;
+  RecordedMessages messages_;
+  RecordedNavigation navigation_;
+  RecordedDialogs dialogs_;
+  std::shared_ptr<LinuxWebView> view_;
+};
+
+}  // namespace navora

@@ -1,0 +1,181 @@
+#include <cstdlib>
+
+#include <gtest/gtest.h>
+
+#include "hosts/linux/window/LinuxMainWindow.h"
+#include "linux/window/WindowTest.h"
+
+namespace navora {
+namespace {
+
+class LinuxMainWindowTest : public WindowTest {
+ protected:
+  // The size of the content on the screen of a window that is made and shown now.
+  Size shownSize() {
+    const auto window = makeWindow();
+    EXPECT_TRUE(show(*window));
+    const auto content = infoOf(window->native()).content;
+    return {static_cast<double>(content.width), static_cast<double>(content.height)};
+  }
+  static testing::AssertionResult waitForSize(LinuxMainWindow& window, int width, int height) {
+    return waitUntil([&] {
+      const auto content = infoOf(window.native()).content;
+      return content.width == width && content.height == height;
+    });
+  }
+};
+
+TEST_F(LinuxMainWindowTest, StartsHidden) {
+  const auto window = makeWindow();
+  runPendingEvents();
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(window->isMiniaturized());
+}
+
+TEST_F(LinuxMainWindowTest, ShowsItsTitleAtItsSizeInTheMiddleOfTheScreen) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  const auto info = infoOf(window->native());
+  EXPECT_EQ(info.title, "Title of the window");
+  EXPECT_EQ(info.content.width, 1100);
+  EXPECT_EQ(info.content.height, 760);
+  // The window manager's frame takes part in centring.
+  constexpr int frame = 30;
+  const auto& screen = display_.connection().screen();
+  EXPECT_LE(std::abs(info.content.center().x - screen.width_in_pixels / 2), frame);
+  EXPECT_LE(std::abs(info.content.center().y - screen.height_in_pixels / 2), frame);
+}
+
+TEST_F(LinuxMainWindowTest, TitlesChange) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  window->setTitle("Заметки & <b>notes</b>");
+  EXPECT_TRUE(
+      waitUntil([&] { return infoOf(window->native()).title == "Заметки & <b>notes</b>"; }));
+}
+
+TEST_F(LinuxMainWindowTest, DoesNotBecomeSmallerThanItsMinimum) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  display_.resize(infoOf(window->native()).id, 100, 100);
+  EXPECT_TRUE(waitForSize(*window, 700, 500));
+}
+
+TEST_F(LinuxMainWindowTest, KeepsItsSizeForTheNextTimeButNotItsPosition) {
+  {
+    const auto window = makeWindow();
+    ASSERT_TRUE(show(*window));
+    window->native().move(5, 5);
+    display_.resize(infoOf(window->native()).id, 900, 600);
+    const Json size = {{"width", 900}, {"height", 600}};
+    ASSERT_TRUE(waitUntil([&] { return defaults_.value("TestWindow") == size; }));
+  }
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  const auto content = infoOf(window->native()).content;
+  EXPECT_EQ(content.width, 900);
+  EXPECT_EQ(content.height, 600);
+  EXPECT_LE(std::abs(content.center().x - display_.connection().screen().width_in_pixels / 2), 30);
+}
+
+TEST_F(LinuxMainWindowTest, KeepsASizeThatChangedJustBeforeItGoes) {
+  {
+    const auto window = makeWindow();
+    ASSERT_TRUE(show(*window));
+    display_.resize(infoOf(window->native()).id, 950, 650);
+    int width = 0;
+    int height = 0;
+    ASSERT_TRUE(waitUntil([&] {
+      window->native().get_size(width, height);
+      return width == 950 && height == 650;
+    }));
+  }
+  EXPECT_EQ(defaults_.value("TestWindow"), (Json{{"width", 950}, {"height", 650}}));
+}
+
+TEST_F(LinuxMainWindowTest, AStoredSizeSmallerThanTheMinimumBecomesTheMinimum) {
+  defaults_.setValue("TestWindow", {{"width", 1}, {"height", 2.5}});
+  EXPECT_EQ(shownSize(), (Size{700, 500}));
+}
+
+TEST_F(LinuxMainWindowTest, AStoredSizeOfALargerMonitorIsCutToTheScreen) {
+  for (const Json& length : {Json(5000), Json(1e308), Json(9223372036854775807)}) {
+    defaults_.setValue("TestWindow", {{"width", length}, {"height", length}});
+    const Size size = shownSize();
+    EXPECT_LE(size.width, display_.connection().screen().width_in_pixels) << length;
+    EXPECT_LE(size.height, display_.connection().screen().height_in_pixels) << length;
+    EXPECT_GE(size.width, 1100) << length;
+    EXPECT_GE(size.height, 760) << length;
+  }
+}
+
+TEST_F(LinuxMainWindowTest, AStoredSizeThatIsNoneIsIgnored) {
+  for (const char* text :
+       {"null", "[]", "\"1100x760\"", "7", R"({"width": 900})", R"({"width": 0, "height": 600})",
+        R"({"width": -900, "height": 600})", R"({"width": "900", "height": "600"})",
+        R"({"width": null, "height": 600})", R"({"width": true, "height": true})"}) {
+    defaults_.setValue("TestWindow", *parseJson(text));
+    EXPECT_EQ(shownSize(), (Size{1100, 760})) << text;
+  }
+}
+
+TEST_F(LinuxMainWindowTest, MiniaturizesAndComesBack) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  display_.minimise(infoOf(window->native()).id);
+  ASSERT_TRUE(waitUntil([&] { return window->isMiniaturized(); }));
+  window->deminiaturize();
+  ASSERT_TRUE(waitUntil([&] { return !window->isMiniaturized(); }));
+  EXPECT_TRUE(waitUntil([&] { return isReadyForKeys(window->native()); }));
+}
+
+TEST_F(LinuxMainWindowTest, OrdersOutAndBack) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  const auto id = infoOf(window->native()).id;
+  window->orderOut();
+  EXPECT_FALSE(window->isVisible());
+  ASSERT_TRUE(waitUntil([&] {
+    const auto info = display_.window(id);
+    return !info || !info->mapped;
+  }));
+  ASSERT_TRUE(show(*window));
+  EXPECT_TRUE(window->isVisible());
+}
+
+TEST_F(LinuxMainWindowTest, ComesInFrontOfAnotherWindow) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  const auto other = makeWindow();
+  ASSERT_TRUE(show(*other));
+  ASSERT_FALSE(window->native().is_active());
+  window->forceToFront();
+  EXPECT_TRUE(waitUntil([&] { return isReadyForKeys(window->native()); }));
+}
+
+TEST_F(LinuxMainWindowTest, ClosingIsTheDelegatesDecision) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  display_.close(infoOf(window->native()).id);
+  ASSERT_TRUE(waitUntil([&] { return delegate_.asked == 1; }));
+  runPendingEvents();
+  EXPECT_TRUE(window->isVisible());
+
+  delegate_.answer = true;
+  display_.close(infoOf(window->native()).id);
+  EXPECT_TRUE(waitUntil([&] { return !window->isVisible(); }));
+  EXPECT_EQ(delegate_.asked, 2);
+}
+
+TEST_F(LinuxMainWindowTest, ADelegateMayHideTheWindowInsteadOfClosingIt) {
+  const auto window = makeWindow();
+  ASSERT_TRUE(show(*window));
+  display_.close(infoOf(window->native()).id);
+  ASSERT_TRUE(waitUntil([&] { return delegate_.asked == 1; }));
+  window->orderOut();
+  ASSERT_TRUE(show(*window));
+  EXPECT_EQ(infoOf(window->native()).content.width, 1100);
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,0 +1,48 @@
+#pragma once
+
+#include <memory>
+
+#include <gtest/gtest.h>
+
+#include "hosts/linux/window/ColorScheme.h"
+#include "hosts/linux/window/LinuxMainWindow.h"
+#include "linux/support/MainLoop.h"
+#include "linux/support/TestDesktop.h"
+#include "linux/support/Widgets.h"
+#include "platform/MemoryUserDefaults.h"
+
+namespace navora {
+
+// A main window of the usual measures on the test's desktop.
+class WindowTest : public testing::Test {
+ protected:
+  struct Delegate final : MainWindowDelegate {
+    bool windowShouldClose() override {
+      ++asked;
+      return answer;
+    }
+    int asked = 0;
+    bool answer = false;
+  };
+
+  static MainWindowDescription description() {
+    return {"Title of the window", {1100, 760}, {700, 500}, "TestWindow"};
+  }
+
+  std::unique_ptr<LinuxMainWindow> makeWindow() {
+    return std::make_unique<LinuxMainWindow>(description(), delegate_, defaults_, colorScheme_);
+  }
+  static testing::AssertionResult show(LinuxMainWindow& window) {
+    window.makeKeyAndOrderFront();
+    return waitUntil([&] { return isReadyForKeys(window.native()); });
+  }
+
+  driver::Display& display_ = TestDesktop::current().display();
+  driver::Keyboard& keyboard_ = TestDesktop::current().keyboard();
+  driver::Mouse& mouse_ = TestDesktop::current().mouse();
+  Delegate delegate_;
+  MemoryUserDefaults defaults_;
+  ColorScheme colorScheme_;
+};
+
+}  // namespace navora

@@ -1,0 +1,97 @@
+#include "unit/locale/CatalogCheck.h"
+
+#include <algorithm>
+#include <array>
+#include <regex>
+#include <string_view>
+
+#include "support/Text.h"
+#include "unit/locale/SourceTexts.h"
+
+namespace navora::test {
+namespace {
+
+using Problems = std::vector<std::string>;
+
+std::set<std::string> placeholders(const std::string& text) {
+  static const std::regex placeholder(R"(\{[A-Za-z_][A-Za-z0-9_]*\})");
+  return {std::sregex_token_iterator(text.begin(), text.end(), placeholder),
+          std::sregex_token_iterator()};
+}
+
+bool hasOuterWhiteSpace(const std::string& text) {
+  return std::ranges::any_of(split(text, '\n'),
+                             [](const std::string& line) { return trimmed(line) != line; });
+}
+
+bool containsAny(const std::string& text, const auto& parts) {
+  return std::ranges::any_of(
+      parts, [&text](std::string_view part) { return text.find(part) != std::string::npos; });
+}
+
+bool hasTypewriterMarks(const std::string& text) {
+  return containsAny(text, std::array<std::string_view, 3>{"'", "\"", "..."});
+}
+
+// French sets a no-break space inside of its quotation marks and before these marks.
+bool hasBreakableMark(const std::string& text) {
+  return containsAny(text, std::array<std::string_view, 6>{" :", " ;", " !", " ?", " »", "« "});
+}
+
+Problems translationProblems(const std::string& locale, const std::string& key,
+                             const std::string& text) {
+  Problems problems;
+  const auto reportIf = [&](bool wrong, const std::string& what) {
+    if (wrong) problems.push_back(locale + ": " + what + ": " + key);
+  };
+  reportIf(text.empty(), "empty");
+  reportIf(placeholders(text) != placeholders(key), "other placeholders");
+  reportIf(std::ranges::count(text, '\n') != std::ranges::count(key, '\n'), "other line breaks");
+  reportIf(hasCyrillic(text), "Cyrillic");
+  reportIf(hasOuterWhiteSpace(text), "outer white space");
+  reportIf(hasTypewriterMarks(text), "typewriter marks");
+  reportIf(locale == "fr" && hasBreakableMark(text), "breakable mark");
+  return problems;
+}
+
+Problems problemsOfOne(const std::string& locale, const Json& catalog,
+                       const std::set<std::string>& keys) {
+  if (!catalog.is_object()) return {locale + ": no object"};
+  Problems problems;
+  for (const auto& key : keys) {
+    if (!catalog.contains(key)) problems.push_back(locale + ": missing: " + key);
+  }
+  for (const auto& [key, text] : catalog.items()) {
+    if (!keys.contains(key)) {
+      problems.push_back(locale + ": unused: " + key);
+    } else if (!text.is_string()) {
+      problems.push_back(locale + ": no text: " + key);
+    } else {
+      const auto found = translationProblems(locale, key, text.get<std::string>());
+      problems.insert(problems.end(), found.begin(), found.end());
+    }
+  }
+  return problems;
+}
+
+}  // namespace
+
+Problems catalogProblems(const Json& catalogs, const std::vector<std::string>& locales,
+                         const std::set<std::string>& keys) {
+  if (!catalogs.is_object()) return {"the resource is no object"};
+  Problems problems;
+  for (const auto& locale : locales) {
+    if (!catalogs.contains(locale)) problems.push_back(locale + ": no catalog");
+  }
+  for (const auto& [locale, catalog] : catalogs.items()) {
+    if (std::ranges::find(locales, locale) == locales.end()) {
+      problems.push_back(locale + ": unsupported");
+      continue;
+    }
+    const auto found = problemsOfOne(locale, catalog, keys);
+    problems.insert(problems.end(), found.begin(), found.end());
+  }
+  return problems;
+}
+
+}  // namespace navora::test

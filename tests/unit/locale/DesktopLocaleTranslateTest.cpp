@@ -1,0 +1,155 @@
+#include <gtest/gtest.h>
+
+#include "fakes/LocaleScope.h"
+#include "locale/DesktopLocale.h"
+
+namespace navora {
+namespace {
+
+constexpr const char* catalogs = R"({
+  "en": {
+    "Навора": "Navora",
+    "Сохранить запись — {CAPTURE_MOD}+Enter": "Save note: {CAPTURE_MOD}+Enter",
+    "{a}, {b}, {a}": "{b} {a} {b}",
+    "пусто": "",
+    "число": 7,
+    "нет": null,
+    "список": ["text"]
+  },
+  "pt-BR": {"Навора": "Navora BR"}
+})";
+
+class DesktopLocaleTranslateTest : public testing::Test {
+ protected:
+  void SetUp() override {
+    locale.setCatalogs(catalogs);
+    DesktopLocale::requested = "en";
+  }
+
+  LocaleScope locale;
+};
+
+TEST_F(DesktopLocaleTranslateTest, GivesTheTextOfTheCurrentLanguage) {
+  EXPECT_EQ(L("Навора"), "Navora");
+  DesktopLocale::requested = "pt-BR";
+  EXPECT_EQ(L("Навора"), "Navora BR");
+}
+
+TEST_F(DesktopLocaleTranslateTest, IsWhatTheShorthandDoes) {
+  EXPECT_EQ(DesktopLocale::translate("Навора"), L("Навора"));
+  EXPECT_EQ(DesktopLocale::translate("{a}", {{"a", "1"}}), L("{a}", {{"a", "1"}}));
+}
+
+TEST_F(DesktopLocaleTranslateTest, ShowsTheKeyInALanguageWithoutACatalog) {
+  for (const char* code : {"ru", "ja"}) {
+    DesktopLocale::requested = code;
+    EXPECT_EQ(L("Навора"), "Навора");
+  }
+}
+
+TEST_F(DesktopLocaleTranslateTest, ShowsAKeyThatHasNoTranslation) {
+  EXPECT_EQ(L("Обновить"), "Обновить");
+  EXPECT_EQ(L("навора"), "навора") << "keys are exact";
+  EXPECT_EQ(L(""), "");
+}
+
+TEST_F(DesktopLocaleTranslateTest, ReplacesThePlaceholdersOfAKeyThatHasNoTranslation) {
+  EXPECT_EQ(L("Версия {version}", {{"version", "1.2"}}), "Версия 1.2");
+}
+
+TEST_F(DesktopLocaleTranslateTest, ShowsTheKeyWhereTheCatalogHasNoText) {
+  EXPECT_EQ(L("число"), "число");
+  EXPECT_EQ(L("нет"), "нет");
+  EXPECT_EQ(L("список"), "список");
+}
+
+TEST_F(DesktopLocaleTranslateTest, ShowsAnEmptyTranslation) {
+  EXPECT_EQ(L("пусто"), "");
+}
+
+TEST_F(DesktopLocaleTranslateTest, ReplacesThePlaceholdersOfATranslation) {
+  EXPECT_EQ(L("Сохранить запись — {CAPTURE_MOD}+Enter", {{"CAPTURE_MOD", "⌘"}}),
+            "Save note: ⌘+Enter");
+}
+
+TEST_F(DesktopLocaleTranslateTest, ReplacesEveryOccurrenceOfEveryPlaceholder) {
+  EXPECT_EQ(L("{a}, {b}, {a}", {{"a", "1"}, {"b", "2"}}), "2 1 2");
+  EXPECT_EQ(L("{x}{x} {x}", {{"x", "1"}}), "11 1");
+}
+
+TEST_F(DesktopLocaleTranslateTest, LeavesUnknownPlaceholdersAndIgnoresSpareParameters) {
+  EXPECT_EQ(L("{a} {c} {A}", {{"a", "1"}, {"spare", "2"}}), "1 {c} {A}");
+}
+
+TEST_F(DesktopLocaleTranslateTest, ReplacesByAnEmptyText) {
+  EXPECT_EQ(L("[{a}]", {{"a", ""}}), "[]");
+}
+
+class DesktopLocaleBrokenCatalogTest : public testing::TestWithParam<const char*> {
+ protected:
+  LocaleScope locale;
+};
+
+TEST_P(DesktopLocaleBrokenCatalogTest, ShowsEverythingInTheSourceLanguage) {
+  locale.setCatalogs(GetParam());
+  DesktopLocale::requested = "en";
+  EXPECT_EQ(L("Навора"), "Навора");
+}
+
+INSTANTIATE_TEST_SUITE_P(Catalogs, DesktopLocaleBrokenCatalogTest,
+                         testing::Values("", "{", "null", "[]", R"("en")",
+                                         R"([{"en": {"Навора": "Navora"}}])",
+                                         R"({"en": {"Навора": "Navora"}} x)",
+                                         R"({"en": {"Навора": "Navora"},})",
+                                         R"({"en": ["Навора", "Navora"]})",
+                                         R"({"en": {"Навора": "Navora"}, "de": "wrong"})",
+                                         R"({"en": {"Навора": "Navora"}, "de": null})"));
+
+TEST(DesktopLocaleCatalog, IsNotNeeded) {
+  const LocaleScope locale;
+  DesktopLocale::requested = "en";
+  EXPECT_EQ(L("Навора"), "Навора");
+}
+
+// Counts how often the resource is read.
+class DesktopLocaleCatalogReadTest : public testing::Test {
+ protected:
+  void configure(std::string text) {
+    DesktopLocale::configure([] { return std::vector<std::string>{"en"}; },
+                             [this, text] {
+                               ++reads;
+                               return text;
+                             });
+  }
+
+  LocaleScope locale;
+  int reads = 0;
+};
+
+TEST_F(DesktopLocaleCatalogReadTest, HappensAtTheFirstTranslationAndNeverAgain) {
+  configure(R"({"en": {"Навора": "Navora"}})");
+  EXPECT_EQ(DesktopLocale::current(), "en");
+  EXPECT_EQ(reads, 0);
+  EXPECT_EQ(L("Навора"), "Navora");
+  DesktopLocale::requested = "de";
+  EXPECT_EQ(L("Обновить"), "Обновить");
+  EXPECT_EQ(reads, 1);
+}
+
+TEST_F(DesktopLocaleCatalogReadTest, IsNotRepeatedForABrokenResource) {
+  configure("{");
+  EXPECT_EQ(L("Навора"), "Навора");
+  EXPECT_EQ(L("Навора"), "Навора");
+  EXPECT_EQ(reads, 1);
+}
+
+TEST_F(DesktopLocaleCatalogReadTest, HappensAnewWhenTheSourcesAreReplaced) {
+  configure(R"({"en": {"Навора": "Navora"}})");
+  EXPECT_EQ(L("Навора"), "Navora");
+  configure(R"({"en": {"Навора": "Navora 2"}})");
+  EXPECT_EQ(L("Навора"), "Navora 2");
+  EXPECT_EQ(reads, 2);
+}
+
+}  // namespace
+}  // namespace navora
