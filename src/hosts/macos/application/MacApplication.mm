@@ -43,7 +43,9 @@ MacApplication::MacApplication()
     : application_([NSApplication sharedApplication]),
       forwarder_([[NavoraApplicationForwarder alloc] init]) {}
 
-MacApplication::~MacApplication() { forwarder_.delegate = nullptr; }
+MacApplication::~MacApplication() {
+  forwarder_.delegate = nullptr;
+}
 
 int MacApplication::run(ApplicationDelegate& delegate) {
   forwarder_.delegate = &delegate;

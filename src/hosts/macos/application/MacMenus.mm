@@ -80,13 +80,17 @@ NSMenuItem* toNSMenuItem(const MenuItem& item, NavoraMenuTarget* target) {
 
 NSMenu* toNSMenu(const Menu& menu, NavoraMenuTarget* target) {
   NSMenu* nsMenu = [[NSMenu alloc] initWithTitle:toNSString(menu.title)];
-  for (const MenuItem& item : menu.items) [nsMenu addItem:toNSMenuItem(item, target)];
+  for (const MenuItem& item : menu.items) {
+    [nsMenu addItem:toNSMenuItem(item, target)];
+  }
   return nsMenu;
 }
 
 MacMenus::MacMenus() : target_([[NavoraMenuTarget alloc] init]) {}
 
-MacMenus::~MacMenus() { target_.delegate = nullptr; }
+MacMenus::~MacMenus() {
+  target_.delegate = nullptr;
+}
 
 void MacMenus::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
   target_.delegate = &delegate;

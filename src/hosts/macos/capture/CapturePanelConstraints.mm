@@ -60,7 +60,9 @@ void CapturePanelConstraints::apply(const CapturePanelLayout& layout) {
   const double padding = layout.padding;
   const double constants[] = {padding, padding, -padding, -padding, -padding};
   NSUInteger index = 0;
-  for (NSLayoutConstraint* constraint in paddings_) constraint.constant = constants[index++];
+  for (NSLayoutConstraint* constraint in paddings_) {
+    constraint.constant = constants[index++];
+  }
 }
 
 }  // namespace navora

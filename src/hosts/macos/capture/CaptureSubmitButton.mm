@@ -20,7 +20,9 @@
 // while another application is the active one.
 - (void)updateTrackingAreas {
   [super updateTrackingAreas];
-  for (NSTrackingArea* area in self.trackingAreas) [self removeTrackingArea:area];
+  for (NSTrackingArea* area in self.trackingAreas) {
+    [self removeTrackingArea:area];
+  }
   [self addTrackingArea:[[NSTrackingArea alloc]
                             initWithRect:NSZeroRect
                                  options:NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways |

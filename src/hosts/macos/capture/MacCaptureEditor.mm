@@ -113,7 +113,9 @@ void MacCaptureEditor::clear() {
   [editor_.undoManager removeAllActions];
 }
 
-void MacCaptureEditor::setEditable(bool editable) { editor_.editable = editable; }
+void MacCaptureEditor::setEditable(bool editable) {
+  editor_.editable = editable;
+}
 
 void MacCaptureEditor::setStyle(const CaptureEditorStyle& style) {
   editor_.font = toNSFont(style);
@@ -133,7 +135,9 @@ void MacCaptureEditor::setAccessibilityLabel(const std::string& label) {
   editor_.accessibilityLabel = toNSString(label);
 }
 
-void MacCaptureEditor::makeFirstResponder() { [editor_.window makeFirstResponder:editor_]; }
+void MacCaptureEditor::makeFirstResponder() {
+  [editor_.window makeFirstResponder:editor_];
+}
 
 void MacCaptureEditor::moveCaretToEnd() {
   editor_.selectedRange = NSMakeRange(editor_.string.length, 0);

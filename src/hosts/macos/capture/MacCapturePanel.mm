@@ -98,17 +98,25 @@ MacCapturePanel::~MacCapturePanel() {
   [panel_ orderOut:nil];
 }
 
-void MacCapturePanel::setTitle(const std::string& title) { panel_.title = toNSString(title); }
+void MacCapturePanel::setTitle(const std::string& title) {
+  panel_.title = toNSString(title);
+}
 
 void MacCapturePanel::setAppearance(WindowAppearance appearance) {
   panel_.appearance = toNSAppearance(appearance);
 }
 
-bool MacCapturePanel::systemIsDark() const { return navora::systemIsDark(); }
+bool MacCapturePanel::systemIsDark() const {
+  return navora::systemIsDark();
+}
 
-bool MacCapturePanel::isVisible() const { return panel_.visible; }
+bool MacCapturePanel::isVisible() const {
+  return panel_.visible;
+}
 
-Rectangle MacCapturePanel::frame() const { return toRectangle(panel_.frame); }
+Rectangle MacCapturePanel::frame() const {
+  return toRectangle(panel_.frame);
+}
 
 void MacCapturePanel::setFrame(const Rectangle& frame) {
   [panel_ setFrame:toNSRect(frame) display:YES];
@@ -120,7 +128,9 @@ std::optional<Rectangle> MacCapturePanel::screenVisibleFrame() const {
   return screen == nil ? std::nullopt : std::optional(toRectangle(screen.visibleFrame));
 }
 
-void MacCapturePanel::makeKeyAndOrderFront() { [panel_ makeKeyAndOrderFront:nil]; }
+void MacCapturePanel::makeKeyAndOrderFront() {
+  [panel_ makeKeyAndOrderFront:nil];
+}
 
 void MacCapturePanel::orderOut() {
   forwarder_.orderingOut = YES;
@@ -132,7 +142,9 @@ void MacCapturePanel::setMessage(const std::string& text) {
   message_.stringValue = toNSString(text);
 }
 
-void MacCapturePanel::setMessageColor(Color color) { message_.textColor = toNSColor(color); }
+void MacCapturePanel::setMessageColor(Color color) {
+  message_.textColor = toNSColor(color);
+}
 
 double MacCapturePanel::messageTextHeight(double width) {
   constexpr double maximumHeight = 100;
@@ -144,9 +156,13 @@ double MacCapturePanel::messageTextHeight(double width) {
       .size.height;
 }
 
-void MacCapturePanel::setSubmitEnabled(bool enabled) { submitButton_.enabled = enabled; }
+void MacCapturePanel::setSubmitEnabled(bool enabled) {
+  submitButton_.enabled = enabled;
+}
 
-void MacCapturePanel::setSubmitOpacity(double opacity) { submitButton_.alphaValue = opacity; }
+void MacCapturePanel::setSubmitOpacity(double opacity) {
+  submitButton_.alphaValue = opacity;
+}
 
 void MacCapturePanel::setSubmitToolTip(const std::string& text) {
   submitButton_.toolTip = toNSString(text);
@@ -156,10 +172,16 @@ void MacCapturePanel::setSubmitAccessibilityLabel(const std::string& label) {
   submitButton_.accessibilityLabel = toNSString(label);
 }
 
-void MacCapturePanel::setLayout(const CapturePanelLayout& layout) { constraints_.apply(layout); }
+void MacCapturePanel::setLayout(const CapturePanelLayout& layout) {
+  constraints_.apply(layout);
+}
 
-void MacCapturePanel::redrawSurface() { surface_.needsDisplay = YES; }
+void MacCapturePanel::redrawSurface() {
+  surface_.needsDisplay = YES;
+}
 
-void MacCapturePanel::redrawSubmitButton() { submitButton_.needsDisplay = YES; }
+void MacCapturePanel::redrawSubmitButton() {
+  submitButton_.needsDisplay = YES;
+}
 
 }  // namespace navora

@@ -122,6 +122,8 @@ std::shared_ptr<Image> MacImaging::makeImage(Size points) {
   return std::make_shared<MacImage>(points);
 }
 
-NSImage* nsImage(const Image& image) { return static_cast<const MacImage&>(image).image(); }
+NSImage* nsImage(const Image& image) {
+  return static_cast<const MacImage&>(image).image();
+}
 
 }  // namespace navora

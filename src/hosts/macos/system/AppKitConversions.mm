@@ -2,7 +2,9 @@
 
 namespace navora {
 
-NSPoint toNSPoint(Point point) { return NSMakePoint(point.x, point.y); }
+NSPoint toNSPoint(Point point) {
+  return NSMakePoint(point.x, point.y);
+}
 
 NSRect toNSRect(const Rectangle& rectangle) {
   return NSMakeRect(rectangle.x, rectangle.y, rectangle.width, rectangle.height);

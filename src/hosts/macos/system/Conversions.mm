@@ -29,7 +29,9 @@ std::string toString(NSString* _Nullable text) {
                           : std::string(static_cast<const char*>(data.bytes), data.length);
 }
 
-NSURL* _Nullable toNSURL(const Url& url) { return [NSURL URLWithString:toNSString(url.string())]; }
+NSURL* _Nullable toNSURL(const Url& url) {
+  return [NSURL URLWithString:toNSString(url.string())];
+}
 
 std::optional<Url> toUrl(NSURL* _Nullable url) {
   if (url == nil) return std::nullopt;
@@ -42,7 +44,9 @@ NSURL* toFileURL(const std::filesystem::path& path) {
 
 NSArray<NSURL*>* toFileURLs(const std::vector<std::filesystem::path>& paths) {
   NSMutableArray<NSURL*>* urls = [NSMutableArray array];
-  for (const std::filesystem::path& path : paths) [urls addObject:toFileURL(path)];
+  for (const std::filesystem::path& path : paths) {
+    [urls addObject:toFileURL(path)];
+  }
   return urls;
 }
 

@@ -42,7 +42,9 @@ std::optional<std::string> MacSystem::environmentVariable(const std::string& nam
 
 std::vector<std::string> MacSystem::preferredLanguages() const {
   std::vector<std::string> languages;
-  for (NSString* language in [NSLocale preferredLanguages]) languages.push_back(toString(language));
+  for (NSString* language in [NSLocale preferredLanguages]) {
+    languages.push_back(toString(language));
+  }
   return languages;
 }
 
@@ -52,13 +54,17 @@ std::string MacSystem::timeZoneIdentifier() const {
   return toString([NSTimeZone systemTimeZone].name);
 }
 
-Date MacSystem::now() const { return std::chrono::system_clock::now(); }
+Date MacSystem::now() const {
+  return std::chrono::system_clock::now();
+}
 
 std::string MacSystem::randomUuid() const {
   return toString([NSUUID UUID].UUIDString.lowercaseString);
 }
 
-void MacSystem::log(const std::string& line) const { NSLog(@"%@", toNSString(line)); }
+void MacSystem::log(const std::string& line) const {
+  NSLog(@"%@", toNSString(line));
+}
 
 std::unique_ptr<ObserverToken> MacSystem::observeTimeZoneChange(std::function<void()> callback) {
   return std::make_unique<MacObserverToken>([NSNotificationCenter defaultCenter],

@@ -28,7 +28,9 @@ std::shared_ptr<RunningApplication> MacWorkspace::frontmostApplication() {
 
 std::vector<Screen> MacWorkspace::screens() const {
   std::vector<Screen> screens;
-  for (NSScreen* screen in [NSScreen screens]) screens.push_back(toScreen(screen));
+  for (NSScreen* screen in [NSScreen screens]) {
+    screens.push_back(toScreen(screen));
+  }
   return screens;
 }
 

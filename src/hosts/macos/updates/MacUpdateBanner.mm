@@ -57,9 +57,13 @@ void MacUpdateBanner::attach(MainWindow& window) {
   ]];
 }
 
-void MacUpdateBanner::setHidden(bool hidden) { banner_.hidden = hidden; }
+void MacUpdateBanner::setHidden(bool hidden) {
+  banner_.hidden = hidden;
+}
 
-bool MacUpdateBanner::isHidden() const { return banner_.hidden; }
+bool MacUpdateBanner::isHidden() const {
+  return banner_.hidden;
+}
 
 void MacUpdateBanner::setContent(const UpdateBannerContent& content) {
   [banner_ showContent:content];

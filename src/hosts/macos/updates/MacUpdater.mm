@@ -53,13 +53,21 @@ std::optional<PlatformError> MacUpdater::startUpdater() {
   return toPlatformError(error);
 }
 
-void MacUpdater::checkForUpdates() { [updater_ checkForUpdates]; }
+void MacUpdater::checkForUpdates() {
+  [updater_ checkForUpdates];
+}
 
-void MacUpdater::checkForUpdatesInBackground() { [updater_ checkForUpdatesInBackground]; }
+void MacUpdater::checkForUpdatesInBackground() {
+  [updater_ checkForUpdatesInBackground];
+}
 
-bool MacUpdater::canCheckForUpdates() const { return updater_.canCheckForUpdates; }
+bool MacUpdater::canCheckForUpdates() const {
+  return updater_.canCheckForUpdates;
+}
 
-bool MacUpdater::sessionInProgress() const { return updater_.sessionInProgress; }
+bool MacUpdater::sessionInProgress() const {
+  return updater_.sessionInProgress;
+}
 
 std::unique_ptr<ObserverToken> MacUpdater::observeCanCheckForUpdates(
     std::function<void()> callback) {

@@ -124,9 +124,13 @@ void MacWebView::load(const PlatformRequest& request) {
   });
 }
 
-std::optional<Url> MacWebView::url() const { return toUrl(webView_.URL); }
+std::optional<Url> MacWebView::url() const {
+  return toUrl(webView_.URL);
+}
 
-bool MacWebView::isLoading() const { return webView_.isLoading; }
+bool MacWebView::isLoading() const {
+  return webView_.isLoading;
+}
 
 void MacWebView::evaluateJavaScript(const std::string& script, EvaluationCompletion completion) {
   if (!completion) {
@@ -145,7 +149,9 @@ void MacWebView::allCookies(CookiesCompletion completion) {
   WKHTTPCookieStore* store = webView_.configuration.websiteDataStore.httpCookieStore;
   [store getAllCookies:^(NSArray<NSHTTPCookie*>* cookies) {
     std::vector<HttpCookie> result;
-    for (NSHTTPCookie* cookie in cookies) result.push_back(toHttpCookie(cookie));
+    for (NSHTTPCookie* cookie in cookies) {
+      result.push_back(toHttpCookie(cookie));
+    }
     guarded(std::move(result));
   }];
 }

@@ -38,12 +38,16 @@ std::size_t pressedButton(NSModalResponse response, std::size_t buttons) {
 
 std::vector<std::filesystem::path> toPaths(NSArray<NSURL*>* urls) {
   std::vector<std::filesystem::path> paths;
-  for (NSURL* url in urls) paths.push_back(toPath(url));
+  for (NSURL* url in urls) {
+    paths.push_back(toPath(url));
+  }
   return paths;
 }
 
 // Every window of this host is made by MacPlatform.
-NSWindow* nsWindow(MainWindow& window) { return static_cast<MacMainWindow&>(window).nsWindow(); }
+NSWindow* nsWindow(MainWindow& window) {
+  return static_cast<MacMainWindow&>(window).nsWindow();
+}
 
 }  // namespace
 

@@ -90,9 +90,13 @@ MacErrorView::MacErrorView(NSView* _Nonnull container, const ErrorViewDescriptio
   addFilling(overlay_, container);
 }
 
-MacErrorView::~MacErrorView() { [overlay_ removeFromSuperview]; }
+MacErrorView::~MacErrorView() {
+  [overlay_ removeFromSuperview];
+}
 
-void MacErrorView::setDetail(const std::string& text) { detail_.stringValue = toNSString(text); }
+void MacErrorView::setDetail(const std::string& text) {
+  detail_.stringValue = toNSString(text);
+}
 
 // While the overlay is shown the window itself has the keyboard, so that Return reaches the default
 // button and nothing is typed into the page below.
@@ -106,6 +110,8 @@ void MacErrorView::setHidden(bool hidden) {
   }
 }
 
-bool MacErrorView::isHidden() const { return overlay_.hidden; }
+bool MacErrorView::isHidden() const {
+  return overlay_.hidden;
+}
 
 }  // namespace navora

@@ -55,7 +55,9 @@ MacMainWindow::~MacMainWindow() {
   [window_ orderOut:nil];
 }
 
-void MacMainWindow::setTitle(const std::string& title) { window_.title = toNSString(title); }
+void MacMainWindow::setTitle(const std::string& title) {
+  window_.title = toNSString(title);
+}
 
 void MacMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   webView_ = std::move(webView);
@@ -75,12 +77,20 @@ void MacMainWindow::setAppearance(WindowAppearance appearance) {
   window_.appearance = toNSAppearance(appearance);
 }
 
-bool MacMainWindow::isMiniaturized() const { return window_.miniaturized; }
+bool MacMainWindow::isMiniaturized() const {
+  return window_.miniaturized;
+}
 
-void MacMainWindow::deminiaturize() { [window_ deminiaturize:nil]; }
+void MacMainWindow::deminiaturize() {
+  [window_ deminiaturize:nil];
+}
 
-void MacMainWindow::makeKeyAndOrderFront() { [window_ makeKeyAndOrderFront:nil]; }
+void MacMainWindow::makeKeyAndOrderFront() {
+  [window_ makeKeyAndOrderFront:nil];
+}
 
-void MacMainWindow::orderOut() { [window_ orderOut:nil]; }
+void MacMainWindow::orderOut() {
+  [window_ orderOut:nil];
+}
 
 }  // namespace navora

@@ -17,9 +17,15 @@ typedef CGRect NSRect;
 
 FOUNDATION_EXPORT const NSRect NSZeroRect;
 
-static inline NSPoint NSMakePoint(CGFloat x, CGFloat y) { return NSPoint{x, y}; }
-static inline NSSize NSMakeSize(CGFloat width, CGFloat height) { return NSSize{width, height}; }
+static inline NSPoint NSMakePoint(CGFloat x, CGFloat y) {
+  return NSPoint{x, y};
+}
+static inline NSSize NSMakeSize(CGFloat width, CGFloat height) {
+  return NSSize{width, height};
+}
 static inline NSRect NSMakeRect(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
   return NSRect{NSPoint{x, y}, NSSize{width, height}};
 }
-static inline CGFloat NSMaxY(NSRect rect) { return rect.origin.y + rect.size.height; }
+static inline CGFloat NSMaxY(NSRect rect) {
+  return rect.origin.y + rect.size.height;
+}
