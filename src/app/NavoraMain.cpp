@@ -1,14 +1,19 @@
 #include "app/NavoraMain.h"
 
-#include <algorithm>
+#include <cstdlib>
+#include <iostream>
 
 #include "app/NavoraIcon.h"
 #include "capture/QuickCapturePolicy.h"
 #include "locale/DesktopLocale.h"
 #include "origin/DesktopOrigin.h"
+#include "support/FatalError.h"
 
 namespace navora {
 namespace {
+
+// The usual exit status of a program that was called wrongly.
+constexpr int usageError = 2;
 
 void runSelfTests(Imaging& imaging) {
   DesktopOrigin::selfTest();
@@ -19,11 +24,28 @@ void runSelfTests(Imaging& imaging) {
 
 }  // namespace
 
-int NavoraMain::main(const std::vector<std::string>& arguments, Imaging& imaging,
-                     const std::function<int()>& runApplication) {
-  if (std::ranges::find(arguments, "--self-test") == arguments.end()) return runApplication();
-  runSelfTests(imaging);
-  return 0;
+int NavoraMain::main(const std::vector<std::string>& arguments, const Program& program) {
+  const auto first = arguments.begin() + (arguments.empty() ? 0 : 1);
+  const auto commandLine = parseCommandLine({first, arguments.end()}, program.style);
+  if (!commandLine) {
+    std::cerr << "navora: unknown argument \"" << commandLine.error()
+              << "\"; \"navora --help\" lists the options\n";
+    return usageError;
+  }
+  switch (commandLine->action) {
+    case CommandLine::Action::runApplication:
+      return program.runApplication(commandLine->purpose);
+    case CommandLine::Action::runSelfTests:
+      runSelfTests(program.imaging);
+      return EXIT_SUCCESS;
+    case CommandLine::Action::showHelp:
+      std::cout << commandLineHelp(program.style);
+      return EXIT_SUCCESS;
+    case CommandLine::Action::showVersion:
+      std::cout << "navora " << program.version() << '\n';
+      return EXIT_SUCCESS;
+  }
+  fatalError("Unknown action of the command line", "App", __LINE__);
 }
 
 }  // namespace navora

@@ -7,6 +7,13 @@
 
 namespace navora {
 
+// What a launch of the program is for.
+enum class LaunchPurpose {
+  application,
+  // Opens the quick capture panel, of the running instance if there is one.
+  capture,
+};
+
 // What the desktop tells the application.
 class ApplicationDelegate {
  public:

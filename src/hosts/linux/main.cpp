@@ -1,18 +1,16 @@
-#include <algorithm>
 #include <string>
 #include <vector>
 
 #include "app/NavoraAppDelegate.h"
 #include "app/NavoraMain.h"
 #include "hosts/linux/LinuxPlatform.h"
+#include "hosts/linux/application/ApplicationVersion.h"
 #include "hosts/linux/graphics/LinuxImaging.h"
 #include "locale/DesktopLocale.h"
 
 namespace {
 
-using Purpose = navora::LinuxApplication::Purpose;
-
-int runApplication(Purpose purpose) {
+int runApplication(navora::LaunchPurpose purpose) {
   navora::LinuxPlatform platform;
   navora::DesktopLocale::configure(
       [&] { return platform.system().preferredLanguages(); },
@@ -24,10 +22,10 @@ int runApplication(Purpose purpose) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::vector<std::string> arguments(argv, argv + argc);
-  const bool capture = std::ranges::find(arguments, "--capture") != arguments.end();
   navora::LinuxImaging imaging;
-  return navora::NavoraMain::main(arguments, imaging, [&] {
-    return runApplication(capture ? Purpose::capture : Purpose::application);
-  });
+  return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc),
+                                  {.style = navora::CommandLineStyle::strict,
+                                   .imaging = imaging,
+                                   .version = [] { return navora::applicationVersion(); },
+                                   .runApplication = runApplication});
 }

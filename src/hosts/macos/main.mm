@@ -5,15 +5,21 @@
 #include "hosts/macos/MacPlatform.h"
 #include "hosts/macos/application/MacApplication.h"
 #include "hosts/macos/graphics/MacImaging.h"
+#include "hosts/macos/system/Conversions.h"
 #include "locale/DesktopLocale.h"
 
 namespace {
 
-int runApplication() {
+int runApplication(navora::LaunchPurpose) {
   navora::MacApplication application;
   navora::MacPlatform platform(application);
   navora::NavoraAppDelegate delegate(platform);
   return application.run(delegate);
+}
+
+std::string bundleVersion() {
+  id version = [NSBundle.mainBundle objectForInfoDictionaryKey:@"CFBundleShortVersionString"];
+  return [version isKindOfClass:[NSString class]] ? navora::toString((NSString*)version) : "";
 }
 
 }  // namespace
@@ -24,7 +30,10 @@ int main(int argc, char* argv[]) {
         [] { return navora::MacSystem().preferredLanguages(); },
         [] { return navora::MacResources().read("i18n-catalog", "json"); });
     navora::MacImaging imaging;
-    return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc), imaging,
-                                    runApplication);
+    return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc),
+                                    {.style = navora::CommandLineStyle::macos,
+                                     .imaging = imaging,
+                                     .version = bundleVersion,
+                                     .runApplication = runApplication});
   }
 }

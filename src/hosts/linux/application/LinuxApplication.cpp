@@ -68,7 +68,7 @@ LinuxApplication::LinuxApplication() : application_(Gtk::Application::create(app
 
 LinuxApplication::~LinuxApplication() = default;
 
-int LinuxApplication::run(ApplicationDelegate& delegate, Purpose purpose) {
+int LinuxApplication::run(ApplicationDelegate& delegate, LaunchPurpose purpose) {
   delegate_ = &delegate;
   purpose_ = purpose;
   return application_->run();
@@ -77,7 +77,7 @@ int LinuxApplication::run(ApplicationDelegate& delegate, Purpose purpose) {
 int LinuxApplication::handOver() {
   GApplication* application = G_APPLICATION(application_->gobj());
   registerOnBus(application);
-  if (purpose_ != Purpose::capture) return carryOn;
+  if (purpose_ != LaunchPurpose::capture) return carryOn;
   // A failure is reported by what follows.
   if (g_application_get_is_registered(application) == FALSE) return carryOn;
   if (g_application_get_is_remote(application) == FALSE) return carryOn;
@@ -95,7 +95,7 @@ void LinuxApplication::activate() {
   // The first activation belongs to the launch, which has shown the window already.
   if (!launched_) {
     launched_ = true;
-    if (purpose_ == Purpose::capture) delegate_->applicationDidReceiveCaptureRequest();
+    if (purpose_ == LaunchPurpose::capture) delegate_->applicationDidReceiveCaptureRequest();
     return;
   }
   delegate_->applicationShouldHandleReopen(window_ != nullptr && window_->isVisible());

@@ -22,16 +22,9 @@ class LinuxApplication final : public Application {
   LinuxApplication(const LinuxApplication&) = delete;
   LinuxApplication& operator=(const LinuxApplication&) = delete;
 
-  // What a launch is for.
-  enum class Purpose {
-    application,
-    // The quick capture panel, of the running instance if there is one.
-    capture
-  };
-
   // Runs until the application quits; returns the exit status. In a second instance the delegate is
   // never called.
-  int run(ApplicationDelegate& delegate, Purpose purpose = Purpose::application);
+  int run(ApplicationDelegate& delegate, LaunchPurpose purpose = LaunchPurpose::application);
 
   // From now on follows whether one of the application's windows is the active one.
   void watch(LinuxMainWindow& window);
@@ -62,7 +55,7 @@ class LinuxApplication final : public Application {
   ApplicationDelegate* delegate_ = nullptr;
   LinuxMainWindow* window_ = nullptr;
   Gtk::Window* panel_ = nullptr;
-  Purpose purpose_ = Purpose::application;
+  LaunchPurpose purpose_ = LaunchPurpose::application;
   bool launched_ = false;
   bool active_ = false;
 };

@@ -54,6 +54,7 @@ FOUNDATION_EXPORT NSNotificationName const NSSystemTimeZoneDidChangeNotification
 @property(class, readonly, strong) NSBundle* mainBundle;
 - (nullable NSURL*)URLForResource:(nullable NSString*)name
                     withExtension:(nullable NSString*)extension;
+- (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 @end
 
 @interface NSUserDefaults : NSObject

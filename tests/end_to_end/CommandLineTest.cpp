@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/EndToEndTest.h"
+#include "end_to_end/driver/ApplicationProcess.h"
 #include "end_to_end/driver/Executables.h"
 #include "end_to_end/driver/Files.h"
 
@@ -22,7 +22,7 @@ constexpr const char* everyLine =
 constexpr ChildProcess::ExitStatus success{0, 0};
 
 // The program where there is no desktop at all: no display, no bus, an empty home.
-class SelfTestCommandTest : public testing::Test {
+class CommandLineTest : public testing::Test {
  protected:
   ApplicationProcess::Outcome run(const Arguments& arguments) {
     ChildProcess::Options options;
@@ -56,56 +56,56 @@ class SelfTestCommandTest : public testing::Test {
   }
 
  private:
-  TemporaryDirectory folder_{"navora-self-test"};
+  TemporaryDirectory folder_{"navora-command-line"};
 };
 
-TEST_F(SelfTestCommandTest, PrintsItsLinesAndEndsWithSuccessWithoutADesktop) {
+TEST_F(CommandLineTest, TheSelfTestPrintsItsLinesAndEndsWithSuccessWithoutADesktop) {
   expectSelfTest({"--self-test"});
 }
 
-TEST_F(SelfTestCommandTest, IsChosenByTheArgumentAtAnyPosition) {
+TEST_F(CommandLineTest, TheSelfTestIsChosenByTheArgumentAtAnyPosition) {
   expectSelfTest({"--self-test", "more"});
   expectSelfTest({"more", "--self-test"});
   expectSelfTest({"--unknown", "--self-test=1", "--self-test", "--self-test", ""});
 }
 
-TEST_F(SelfTestCommandTest, LeavesNothingBehind) {
+TEST_F(CommandLineTest, TheSelfTestLeavesNothingBehind) {
   run({"--self-test"});
   EXPECT_TRUE(std::filesystem::is_empty(home()));
 }
 
-// What the tests above rest on: anything but the self-test needs a display.
-TEST_F(SelfTestCommandTest, TheApplicationItselfDoesNotRunWithoutADisplay) {
+// The premise of the other tests: the application needs a display.
+TEST_F(CommandLineTest, TheApplicationItselfDoesNotRunWithoutADisplay) {
   const auto outcome = run({});
   EXPECT_NE(outcome.status, success);
   EXPECT_EQ(outcome.output, "");
   EXPECT_NE(outcome.errors.find("display"), std::string::npos) << outcome.errors;
 }
 
-struct NearMiss {
-  const char* name;
-  const char* argument;
-};
-
-class SelfTestNearMissTest : public EndToEndTest, public testing::WithParamInterface<NearMiss> {
- protected:
-  ApplicationProcess::Options applicationOptions() const override {
-    return {.arguments = {GetParam().argument}};
+TEST_F(CommandLineTest, AnArgumentThatIsNoOptionEndsTheProgramWithStatus2AndOneLine) {
+  for (const std::string argument :
+       {"--Self-Test", "--self-test=1", "-self-test", "--self-test ", "--bogus", "note.txt"}) {
+    const auto outcome = run({argument});
+    EXPECT_EQ(outcome.status, (ChildProcess::ExitStatus{2, 0})) << argument;
+    EXPECT_EQ(outcome.output, "") << argument;
+    EXPECT_EQ(outcome.errors, "navora: unknown argument \"" + argument +
+                                  "\"; \"navora --help\" lists the options\n");
   }
-};
-
-TEST_P(SelfTestNearMissTest, StartsTheApplication) {
-  EXPECT_EQ(application().waitForMainWindow().title, "Navora");
-  EXPECT_EQ(page().path(), "/login");
-  EXPECT_EQ(application().process().outputText(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Argument, SelfTestNearMissTest,
-                         testing::Values(NearMiss{"InOtherCase", "--Self-Test"},
-                                         NearMiss{"WithAValue", "--self-test=1"},
-                                         NearMiss{"WithOneDash", "-self-test"},
-                                         NearMiss{"WithASpace", "--self-test "}),
-                         [](const auto& nearMiss) { return nearMiss.param.name; });
+TEST_F(CommandLineTest, PrintsTheVersionWithoutADesktop) {
+  const auto outcome = run({"--version"});
+  EXPECT_EQ(outcome.status, success);
+  EXPECT_EQ(outcome.output, "navora " NAVORA_VERSION "\n");
+  EXPECT_EQ(outcome.errors, "");
+}
+
+TEST_F(CommandLineTest, PrintsTheHelpWithoutADesktop) {
+  const auto outcome = run({"--help"});
+  EXPECT_EQ(outcome.status, success);
+  EXPECT_TRUE(outcome.output.starts_with("Usage: navora [OPTION]\n")) << outcome.output;
+  EXPECT_EQ(outcome.errors, "");
+}
 
 }  // namespace
 }  // namespace navora::driver
