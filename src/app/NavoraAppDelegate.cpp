@@ -96,8 +96,8 @@ void NavoraAppDelegate::makeWebView() {
 }
 
 void NavoraAppDelegate::makeNavigation() {
-  navigation_ =
-      std::make_unique<DesktopNavigation>(origin_, platform_.dialogs(), platform_.workspace());
+  navigation_ = std::make_unique<DesktopNavigation>(origin_, platform_.dialogs(),
+                                                    platform_.system(), platform_.workspace());
   navigation_->window = window_;
   navigation_->onStart = [this] { errorView_->hide(); };
   navigation_->onLoad = [this] { pageDidLoad(); };

@@ -24,8 +24,9 @@ std::string lastPathComponent(const std::string& path) {
 
 }  // namespace
 
-DesktopNavigation::DesktopNavigation(Url origin, Dialogs& dialogs, Workspace& workspace)
-    : origin_(std::move(origin)), dialogs_(dialogs), workspace_(workspace) {}
+DesktopNavigation::DesktopNavigation(Url origin, Dialogs& dialogs, const System& system,
+                                     Workspace& workspace)
+    : origin_(std::move(origin)), dialogs_(dialogs), system_(system), workspace_(workspace) {}
 
 DesktopNavigation::~DesktopNavigation() {
   for (const auto& download : downloads_)
@@ -34,31 +35,47 @@ DesktopNavigation::~DesktopNavigation() {
 
 NavigationPolicy DesktopNavigation::decidePolicyForAction(WebView& webView,
                                                           const NavigationAction& action) {
-  if (!action.url) return NavigationPolicy::cancel;
+  if (!action.url) return refuse(action.url, "the navigation has no address");
   if (isOfOrigin(action.url)) return decideWithinOrigin(webView, action);
-  offerToBrowser(action);
-  return NavigationPolicy::cancel;
+  return offerToBrowser(action);
 }
 
 NavigationPolicy DesktopNavigation::decideWithinOrigin(WebView& webView,
                                                        const NavigationAction& action) {
-  if (action.shouldPerformDownload) return NavigationPolicy::download;
-  if (action.targetFrame) return NavigationPolicy::allow;
+  if (action.shouldPerformDownload) {
+    debug("Downloading " + action.url->string());
+    return NavigationPolicy::download;
+  }
+  if (action.targetFrame) {
+    debug("Allowed " + action.url->string());
+    return NavigationPolicy::allow;
+  }
   // There is only one window: what asks for a new one is shown in it.
+  debug("Loading in this window, instead of a new one: " + action.url->string());
   if (action.request) webView.load(*action.request);
   return NavigationPolicy::cancel;
 }
 
-void DesktopNavigation::offerToBrowser(const NavigationAction& action) {
+NavigationPolicy DesktopNavigation::offerToBrowser(const NavigationAction& action) {
   const bool asksForNewWindow = !action.targetFrame.has_value();
-  if (action.type != NavigationType::linkActivated && !asksForNewWindow) return;
-  if (!isTrusted(action.sourceFrame)) return;
-  if (DesktopOrigin::canOpenExternally(*action.url)) workspace_.open(*action.url);
+  if (action.type != NavigationType::linkActivated && !asksForNewWindow)
+    return refuse(action.url,
+                  "a foreign address needs a clicked link or a request for a new window");
+  if (!isTrusted(action.sourceFrame))
+    return refuse(action.url, "a foreign address needs the service's main frame as its source");
+  if (!DesktopOrigin::canOpenExternally(*action.url))
+    return refuse(action.url, "the address is of a kind that other programs are not given");
+  debug("Opening in another program: " + action.url->string());
+  workspace_.open(*action.url);
+  return NavigationPolicy::cancel;
 }
 
 NavigationPolicy DesktopNavigation::decidePolicyForResponse(const NavigationResponse& response) {
-  if (!isOfOrigin(response.url)) return NavigationPolicy::cancel;
-  return response.canShowMimeType ? NavigationPolicy::allow : NavigationPolicy::download;
+  if (!isOfOrigin(response.url))
+    return refuse(response.url, "the response is not from the service");
+  if (response.canShowMimeType) return NavigationPolicy::allow;
+  debug("Downloading a response that cannot be shown: " + response.url->string());
+  return NavigationPolicy::download;
 }
 
 void DesktopNavigation::didStartProvisionalNavigation() {
@@ -70,11 +87,14 @@ void DesktopNavigation::didFinishNavigation() {
 }
 
 void DesktopNavigation::didFailNavigation(const PlatformError& error) {
+  debug("Load failed: " + error.localizedDescription + " (" + error.domain + " " +
+        std::to_string(error.code) + ")");
   if (error.code == PlatformError::cancelledCode) return;
   if (onFailure) onFailure(error);
 }
 
 void DesktopNavigation::webContentProcessDidTerminate() {
+  debug("The web content process terminated");
   if (onFailure) onFailure({"Navora", 1, L("Окно приложения нужно перезагрузить.")});
 }
 
@@ -85,14 +105,14 @@ void DesktopNavigation::navigationDidBecomeDownload(std::shared_ptr<Download> do
 
 void DesktopNavigation::runAlertPanel(const std::string& message, const FrameInfo& initiatedBy,
                                       AlertCompletion completion) {
-  if (!isTrusted(initiatedBy)) return completion();
+  if (!mayAsk(initiatedBy, "an alert")) return completion();
   dialogs_.runAlert({L(productName), message, {}, std::nullopt},
                     [completion = std::move(completion)](const AlertResult&) { completion(); });
 }
 
 void DesktopNavigation::runConfirmPanel(const std::string& message, const FrameInfo& initiatedBy,
                                         ConfirmCompletion completion) {
-  if (!isTrusted(initiatedBy)) return completion(false);
+  if (!mayAsk(initiatedBy, "a confirmation")) return completion(false);
   dialogs_.runAlert({L(productName), message, {L("Продолжить"), L("Отмена")}, std::nullopt},
                     [completion = std::move(completion)](const AlertResult& result) {
                       completion(result.button == 0);
@@ -103,7 +123,7 @@ void DesktopNavigation::runTextInputPanel(const std::string& prompt,
                                           const std::optional<std::string>& defaultText,
                                           const FrameInfo& initiatedBy,
                                           PromptCompletion completion) {
-  if (!isTrusted(initiatedBy)) return completion(std::nullopt);
+  if (!mayAsk(initiatedBy, "a prompt")) return completion(std::nullopt);
   dialogs_.runAlert({L(productName),
                      prompt,
                      {L("Сохранить"), L("Отмена")},
@@ -117,7 +137,7 @@ void DesktopNavigation::runTextInputPanel(const std::string& prompt,
 void DesktopNavigation::runOpenPanel(const OpenPanelParameters& parameters,
                                      const FrameInfo& initiatedBy, OpenPanelCompletion completion) {
   const auto parent = window.lock();
-  if (!isTrusted(initiatedBy) || !parent) return completion(std::nullopt);
+  if (!mayAsk(initiatedBy, "a file chooser") || !parent) return completion(std::nullopt);
   dialogs_.beginOpenPanel(*parent, parameters, std::move(completion));
 }
 
@@ -144,12 +164,28 @@ void DesktopNavigation::downloadDidFail(Download& download, const PlatformError&
                     [](const AlertResult&) {});
 }
 
+NavigationPolicy DesktopNavigation::refuse(const std::optional<Url>& url,
+                                           std::string_view rule) const {
+  debug("Refused " + (url ? url->string() : "a navigation") + ": " + std::string(rule));
+  return NavigationPolicy::cancel;
+}
+
+void DesktopNavigation::debug(const std::string& line) const {
+  system_.debug(DebugArea::navigation, line);
+}
+
 bool DesktopNavigation::isOfOrigin(const std::optional<Url>& url) const {
   return url && DesktopOrigin::contains(*url, origin_);
 }
 
 bool DesktopNavigation::isTrusted(const FrameInfo& frame) const {
   return frame.isMainFrame && isOfOrigin(frame.requestUrl);
+}
+
+bool DesktopNavigation::mayAsk(const FrameInfo& frame, std::string_view question) const {
+  if (isTrusted(frame)) return true;
+  debug("Refused " + std::string(question) + ": only the service's main frame may ask the user");
+  return false;
 }
 
 void DesktopNavigation::forget(const Download& download) {

@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "platform/Dialogs.h"
@@ -11,6 +12,7 @@
 #include "platform/MainWindow.h"
 #include "platform/NavigationDelegate.h"
 #include "platform/PageDialogDelegate.h"
+#include "platform/System.h"
 #include "platform/Workspace.h"
 #include "support/Url.h"
 
@@ -23,8 +25,8 @@ class DesktopNavigation final : public NavigationDelegate,
                                 public PageDialogDelegate,
                                 public DownloadDelegate {
  public:
-  // The doors must outlive this object.
-  DesktopNavigation(Url origin, Dialogs& dialogs, Workspace& workspace);
+  // The platform interfaces must outlive this object.
+  DesktopNavigation(Url origin, Dialogs& dialogs, const System& system, Workspace& workspace);
   ~DesktopNavigation() override;
 
   DesktopNavigation(const DesktopNavigation&) = delete;
@@ -64,12 +66,17 @@ class DesktopNavigation final : public NavigationDelegate,
  private:
   bool isOfOrigin(const std::optional<Url>& url) const;
   bool isTrusted(const FrameInfo& frame) const;
+  // Whether the frame may show `question` to the user.
+  bool mayAsk(const FrameInfo& frame, std::string_view question) const;
   NavigationPolicy decideWithinOrigin(WebView& webView, const NavigationAction& action);
-  void offerToBrowser(const NavigationAction& action);
+  NavigationPolicy offerToBrowser(const NavigationAction& action);
+  NavigationPolicy refuse(const std::optional<Url>& url, std::string_view rule) const;
+  void debug(const std::string& line) const;
   void forget(const Download& download);
 
   const Url origin_;
   Dialogs& dialogs_;
+  const System& system_;
   Workspace& workspace_;
   // In the order they started; only keeps them alive until they end.
   std::vector<std::shared_ptr<Download>> downloads_;

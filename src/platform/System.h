@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/DebugArea.h"
 #include "platform/ObserverToken.h"
 #include "support/Date.h"
 
@@ -25,8 +26,10 @@ class System {
   // A fresh random UUID (version 4) in its textual form, lower case.
   virtual std::string randomUuid() const = 0;
 
-  // Leaves a line where somebody looks who wants to know why something failed.
+  // Writes one line to the system log.
   virtual void log(const std::string& line) const = 0;
+  // Writes one line to the debug log; nothing is written unless NAVORA_DEBUG names the area.
+  virtual void debug(DebugArea area, const std::string& line) const = 0;
 
   // Callbacks come on the main thread.
   virtual std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) = 0;

@@ -21,6 +21,8 @@ class FakeSystem final : public System {
   Date time = dateFromSecondsSince1970(1'700'000'000);
 
   mutable std::vector<std::string> logged;
+  // Every line of the debug log as "area: line", whether or not the area is turned on.
+  mutable std::vector<std::string> debugged;
 
   // The number in the UUID that is made next; every UUID has its own.
   mutable int nextUuid = 1;
@@ -38,6 +40,9 @@ class FakeSystem final : public System {
   Date now() const override { return time; }
   std::string randomUuid() const override;
   void log(const std::string& line) const override { logged.push_back(line); }
+  void debug(DebugArea area, const std::string& line) const override {
+    debugged.push_back(std::string(debugAreaName(area)) + ": " + line);
+  }
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;
 

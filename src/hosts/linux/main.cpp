@@ -1,3 +1,4 @@
+#include <cstdlib>
 #include <string>
 #include <vector>
 
@@ -6,6 +7,7 @@
 #include "hosts/linux/LinuxPlatform.h"
 #include "hosts/linux/application/ApplicationVersion.h"
 #include "hosts/linux/graphics/LinuxImaging.h"
+#include "hosts/linux/system/DebugLog.h"
 #include "locale/DesktopLocale.h"
 
 namespace {
@@ -22,6 +24,7 @@ int runApplication(navora::LaunchPurpose purpose) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const char* request = std::getenv("NAVORA_DEBUG")) navora::enableDebugLog(request);
   navora::LinuxImaging imaging;
   return navora::NavoraMain::main(std::vector<std::string>(argv, argv + argc),
                                   {.style = navora::CommandLineStyle::strict,

@@ -6,6 +6,7 @@
 #include <gtkmm/window.h>
 
 #include "hosts/linux/workspace/LinuxWorkspace.h"
+#include "linux/support/DebugLogRecorder.h"
 #include "linux/support/MainLoop.h"
 #include "linux/support/TestDesktop.h"
 #include "linux/support/Widgets.h"
@@ -14,6 +15,7 @@ namespace navora {
 namespace {
 
 using testing::ElementsAre;
+using testing::StartsWith;
 using testing::UnorderedElementsAre;
 
 class LinuxWorkspaceTest : public testing::Test {
@@ -48,6 +50,14 @@ TEST_F(LinuxWorkspaceTest, AnAddressThatNoProgramOpensDoesNothing) {
   workspace_.open(*Url::parse("https://navora.example/marker"));
   ASSERT_TRUE(waitForCount(1));
   EXPECT_THAT(opened_.all(), ElementsAre("https://navora.example/marker"));
+}
+
+TEST_F(LinuxWorkspaceTest, ReportsInTheDebugLogThatNoProgramOpenedTheAddress) {
+  DebugLogRecorder log("navora-navigation");
+  workspace_.open(*Url::parse("navora-unknown-scheme:something"));
+  ASSERT_TRUE(waitUntil([&] { return !log.lines().empty(); }));
+  EXPECT_THAT(log.lines(),
+              ElementsAre(StartsWith("No program opened navora-unknown-scheme:something: ")));
 }
 
 class FrontmostApplicationTest : public testing::Test {

@@ -3,6 +3,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -39,8 +40,8 @@ class DesktopNavigationTest : public testing::Test {
   StayingOpen windowDelegate;
   std::shared_ptr<MainWindow> window = platform.makeMainWindow({}, windowDelegate);
   FakeWebView webView{platform.log(), {origin}};
-  std::unique_ptr<DesktopNavigation> navigation =
-      std::make_unique<DesktopNavigation>(origin, platform.dialogs(), platform.workspace());
+  std::unique_ptr<DesktopNavigation> navigation = std::make_unique<DesktopNavigation>(
+      origin, platform.dialogs(), platform.system(), platform.workspace());
 };
 
 }  // namespace navora

@@ -6,6 +6,7 @@
 
 #include <gio/gio.h>
 
+#include "hosts/linux/system/DebugLog.h"
 #include "hosts/linux/system/GLibSupport.h"
 
 namespace navora {
@@ -72,6 +73,10 @@ std::string LinuxSystem::randomUuid() const {
 
 void LinuxSystem::log(const std::string& line) const {
   std::cerr << line << '\n';
+}
+
+void LinuxSystem::debug(DebugArea area, const std::string& line) const {
+  debugLog(area, line);
 }
 
 std::unique_ptr<ObserverToken> LinuxSystem::observeTimeZoneChange(std::function<void()> callback) {

@@ -19,6 +19,7 @@ class LinuxSystem final : public System {
   std::string randomUuid() const override;
   // To standard error, which the desktop keeps in its journal.
   void log(const std::string& line) const override;
+  void debug(DebugArea area, const std::string& line) const override;
 
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;

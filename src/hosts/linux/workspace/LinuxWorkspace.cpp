@@ -1,7 +1,11 @@
 #include "hosts/linux/workspace/LinuxWorkspace.h"
 
+#include <memory>
+#include <string>
+
 #include <gdk/gdk.h>
 
+#include "hosts/linux/system/DebugLog.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "hosts/linux/workspace/LinuxRunningApplication.h"
 #include "hosts/linux/workspace/ScreenGeometry.h"
@@ -18,15 +22,23 @@ Screen screenFrom(GdkMonitor* monitor) {
   return {geometry.toCore(frame), geometry.toCore(workArea)};
 }
 
+// The user is not told: a desktop without a program for the address has nothing to open it with.
+void onLaunched(GObject*, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<std::string> address(static_cast<std::string*>(data));
+  GError* failure = nullptr;
+  if (g_app_info_launch_default_for_uri_finish(result, &failure) != FALSE) return;
+  const GErrorPtr error(failure);
+  debugLog(DebugArea::navigation, "No program opened " + *address + ": " + error->message);
+}
+
 }  // namespace
 
 void LinuxWorkspace::open(const Url& url) {
   const auto context = GObjectPtr<GdkAppLaunchContext>::adopt(
       gdk_display_get_app_launch_context(gdk_display_get_default()));
-  // Asynchronous: finding and starting the browser may take the desktop a while. A desktop without
-  // an application for this address has nothing to open it with, and nothing to report.
+  // Asynchronous, because finding and starting the browser may take the desktop a while.
   g_app_info_launch_default_for_uri_async(url.string().c_str(), G_APP_LAUNCH_CONTEXT(context.get()),
-                                          nullptr, nullptr, nullptr);
+                                          nullptr, onLaunched, new std::string(url.string()));
 }
 
 std::shared_ptr<RunningApplication> LinuxWorkspace::frontmostApplication() {

@@ -12,6 +12,7 @@ class MacSystem final : public System {
   Date now() const override;
   std::string randomUuid() const override;
   void log(const std::string& line) const override;
+  void debug(DebugArea area, const std::string& line) const override;
   std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) override;
   std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) override;
 };

@@ -66,6 +66,15 @@ void MacSystem::log(const std::string& line) const {
   NSLog(@"%@", toNSString(line));
 }
 
+void MacSystem::debug(DebugArea area, const std::string& line) const {
+  static const DebugRequest request = [this] {
+    auto parsed = parseDebugRequest(environmentVariable("NAVORA_DEBUG").value_or(""));
+    if (const auto message = unknownDebugAreasMessage(parsed)) log("Navora: " + *message);
+    return parsed;
+  }();
+  if (request.areas.contains(area)) log(std::string(debugAreaName(area)) + ": " + line);
+}
+
 std::unique_ptr<ObserverToken> MacSystem::observeTimeZoneChange(std::function<void()> callback) {
   return std::make_unique<MacObserverToken>([NSNotificationCenter defaultCenter],
                                             NSSystemTimeZoneDidChangeNotification,

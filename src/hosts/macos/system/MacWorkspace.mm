@@ -5,6 +5,7 @@
 #include "hosts/macos/system/AppKitConversions.h"
 #include "hosts/macos/system/Conversions.h"
 #include "hosts/macos/system/MacRunningApplication.h"
+#include "hosts/macos/system/MacSystem.h"
 
 namespace navora {
 
@@ -18,7 +19,9 @@ Screen toScreen(NSScreen* screen) {
 }  // namespace
 
 void MacWorkspace::open(const Url& url) {
-  if (NSURL* address = toNSURL(url)) [[NSWorkspace sharedWorkspace] openURL:address];
+  NSURL* address = toNSURL(url);
+  if (address != nil && [[NSWorkspace sharedWorkspace] openURL:address]) return;
+  MacSystem().debug(DebugArea::navigation, "No program opened " + url.string());
 }
 
 std::shared_ptr<RunningApplication> MacWorkspace::frontmostApplication() {

@@ -1,0 +1,99 @@
+#include <gmock/gmock.h>
+
+#include "unit/navigation/DesktopNavigationTest.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+
+// What NAVORA_DEBUG=navigation tells: each decision with its address, and a refusal with its rule.
+class DesktopNavigationDebugLogTest : public DesktopNavigationTest {
+ protected:
+  NavigationAction clickOn(std::string_view url) {
+    NavigationAction action;
+    action.url = testUrl(url);
+    action.type = NavigationType::linkActivated;
+    action.sourceFrame = trustedFrame;
+    action.targetFrame = trustedFrame;
+    action.request = std::make_shared<FakeRequest>(*action.url);
+    return action;
+  }
+
+  std::vector<std::string> decide(const NavigationAction& action) {
+    navigation->decidePolicyForAction(webView, action);
+    return std::exchange(platform.system().debugged, {});
+  }
+};
+
+TEST_F(DesktopNavigationDebugLogTest, TellsWhatBecameOfPagesOfTheService) {
+  auto action = clickOn("https://navora.example/circles");
+  EXPECT_THAT(decide(action), ElementsAre("navigation: Allowed https://navora.example/circles"));
+  action.targetFrame.reset();
+  EXPECT_THAT(decide(action), ElementsAre("navigation: Loading in this window, instead of a new "
+                                          "one: https://navora.example/circles"));
+  action.shouldPerformDownload = true;
+  EXPECT_THAT(decide(action),
+              ElementsAre("navigation: Downloading https://navora.example/circles"));
+}
+
+TEST_F(DesktopNavigationDebugLogTest, TellsThatAForeignLinkLeavesTheApplication) {
+  EXPECT_THAT(decide(clickOn("https://remote.example/")),
+              ElementsAre("navigation: Opening in another program: https://remote.example/"));
+}
+
+TEST_F(DesktopNavigationDebugLogTest, NamesTheRuleThatRefusedANavigation) {
+  auto withoutAddress = clickOn("https://navora.example/");
+  withoutAddress.url.reset();
+  EXPECT_THAT(decide(withoutAddress),
+              ElementsAre("navigation: Refused a navigation: the navigation has no address"));
+
+  auto notClicked = clickOn("https://remote.example/");
+  notClicked.type = NavigationType::other;
+  EXPECT_THAT(decide(notClicked),
+              ElementsAre("navigation: Refused https://remote.example/: a foreign address needs a "
+                          "clicked link or a request for a new window"));
+
+  auto fromFrame = clickOn("https://remote.example/");
+  fromFrame.sourceFrame = subframe("https://navora.example/");
+  EXPECT_THAT(decide(fromFrame),
+              ElementsAre("navigation: Refused https://remote.example/: a foreign address needs "
+                          "the service's main frame as its source"));
+
+  EXPECT_THAT(decide(clickOn("file:///etc/passwd")),
+              ElementsAre("navigation: Refused file:///etc/passwd: the address is of a kind that "
+                          "other programs are not given"));
+}
+
+TEST_F(DesktopNavigationDebugLogTest, TellsWhatBecameOfResponses) {
+  navigation->decidePolicyForResponse({testUrl("https://remote.example/"), true});
+  navigation->decidePolicyForResponse({testUrl("https://navora.example/notes.zip"), false});
+  EXPECT_THAT(
+      platform.system().debugged,
+      ElementsAre(
+          "navigation: Refused https://remote.example/: the response is not from the service",
+          "navigation: Downloading a response that cannot be shown: "
+          "https://navora.example/notes.zip"));
+}
+
+TEST_F(DesktopNavigationDebugLogTest, TellsAboutQuestionsOfOtherFrames) {
+  const FrameInfo frame = subframe("https://navora.example/");
+  navigation->runAlertPanel("Hello", frame, [] {});
+  navigation->runOpenPanel({}, frame, [](const auto&) {});
+  EXPECT_THAT(platform.system().debugged,
+              ElementsAre("navigation: Refused an alert: only the service's main frame may ask the "
+                          "user",
+                          "navigation: Refused a file chooser: only the service's main frame may "
+                          "ask the user"));
+}
+
+TEST_F(DesktopNavigationDebugLogTest, TellsAboutFailedLoads) {
+  navigation->didFailNavigation({"WebKitNetworkError", 302, "Cannot connect"});
+  navigation->webContentProcessDidTerminate();
+  EXPECT_THAT(platform.system().debugged,
+              ElementsAre("navigation: Load failed: Cannot connect (WebKitNetworkError 302)",
+                          "navigation: The web content process terminated"));
+}
+
+}  // namespace
+}  // namespace navora
