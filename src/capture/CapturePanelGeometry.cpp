@@ -17,7 +17,6 @@ constexpr double editorHeightWithoutScreen = 280;
 constexpr double smallestEditor = 3.4;
 constexpr double smallestMessageWidth = 160;
 constexpr double smallestMessageHeight = 14;
-constexpr double largestMessageHeight = 100;
 constexpr double gapAboveButton = 21;
 
 }  // namespace
@@ -55,7 +54,8 @@ double CapturePanelGeometry::messageWidth(double panelWidth, double padding) {
 }
 
 double CapturePanelGeometry::messageHeight(double textHeight) {
-  return std::max(std::ceil(std::min(textHeight, largestMessageHeight)), smallestMessageHeight);
+  return std::max(std::ceil(std::min(textHeight, CapturePanelView::maximumMessageHeight)),
+                  smallestMessageHeight);
 }
 
 double CapturePanelGeometry::panelHeight(double editorHeight, double messageHeight,

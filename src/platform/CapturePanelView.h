@@ -58,6 +58,7 @@ class CapturePanelDelegate : public CaptureEditorDelegate {
 class CapturePanelView {
  public:
   static constexpr double messageFontSize = 12;
+  static constexpr double maximumMessageHeight = 100;
 
   virtual ~CapturePanelView() = default;
 
