@@ -2,6 +2,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -24,14 +25,14 @@ class UpdateSessionCallbacksTest : public testing::Test {
   std::vector<std::string> answers;
 };
 
-TEST_F(UpdateSessionCallbacksTest, PassesTheFirstAnswerOnAndNoOther) {
+TEST_F(UpdateSessionCallbacksTest, ForwardsOnlyTheFirstAnswer) {
   const auto choose = callbacks.once(answer());
   choose("install");
   choose("dismiss");
   EXPECT_THAT(answers, ElementsAre("install"));
 }
 
-TEST_F(UpdateSessionCallbacksTest, CountsTheAnswersOfAllCopies) {
+TEST_F(UpdateSessionCallbacksTest, CountsTheAnswersOfAllCopiesTogether) {
   const auto choose = callbacks.once(answer());
   const auto copy = choose;
   copy("dismiss");
@@ -39,12 +40,12 @@ TEST_F(UpdateSessionCallbacksTest, CountsTheAnswersOfAllCopies) {
   EXPECT_THAT(answers, ElementsAre("dismiss"));
 }
 
-TEST_F(UpdateSessionCallbacksTest, AnswersNothingWhenItIsDropped) {
+TEST_F(UpdateSessionCallbacksTest, DoesNotAnswerWhenDestroyed) {
   callbacks.once(answer());
   EXPECT_THAT(answers, IsEmpty());
 }
 
-TEST_F(UpdateSessionCallbacksTest, LetsGoOfWhatHasAnswered) {
+TEST_F(UpdateSessionCallbacksTest, ReleasesTheCallbackAfterTheAnswer) {
   auto held = std::make_shared<int>();
   const std::weak_ptr<int> watched = held;
   const auto acknowledge = callbacks.once(std::function<void()>([held] {}));
@@ -54,14 +55,14 @@ TEST_F(UpdateSessionCallbacksTest, LetsGoOfWhatHasAnswered) {
   EXPECT_TRUE(watched.expired());
 }
 
-TEST_F(UpdateSessionCallbacksTest, RepeatsWhatMayBeRepeated) {
+TEST_F(UpdateSessionCallbacksTest, ForwardsEveryCallOfARepeatableCallback) {
   const auto retry = callbacks.repeatable(answer());
   retry("once");
   retry("again");
   EXPECT_THAT(answers, ElementsAre("once", "again"));
 }
 
-TEST_F(UpdateSessionCallbacksTest, IsSilentAfterTheSession) {
+TEST_F(UpdateSessionCallbacksTest, IgnoresAnswersAfterTheSession) {
   const auto choose = callbacks.once(answer());
   const auto retry = callbacks.repeatable(answer());
   callbacks.endSession();
@@ -70,7 +71,7 @@ TEST_F(UpdateSessionCallbacksTest, IsSilentAfterTheSession) {
   EXPECT_THAT(answers, IsEmpty());
 }
 
-TEST_F(UpdateSessionCallbacksTest, HearsTheNextSessionBesideTheCallbacksOfTheLastOne) {
+TEST_F(UpdateSessionCallbacksTest, IgnoresTheLastSessionDuringTheNextOne) {
   const auto stale = callbacks.once(answer());
   callbacks.endSession();
   const auto choose = callbacks.once(answer());
@@ -79,7 +80,7 @@ TEST_F(UpdateSessionCallbacksTest, HearsTheNextSessionBesideTheCallbacksOfTheLas
   EXPECT_THAT(answers, ElementsAre("install"));
 }
 
-TEST_F(UpdateSessionCallbacksTest, IsSilentWithoutItsOwner) {
+TEST_F(UpdateSessionCallbacksTest, IgnoresAnswersAfterItsDestruction) {
   std::optional<UpdateSessionCallbacks> owner(std::in_place);
   const auto choose = owner->once(answer());
   owner.reset();
@@ -87,7 +88,7 @@ TEST_F(UpdateSessionCallbacksTest, IsSilentWithoutItsOwner) {
   EXPECT_THAT(answers, IsEmpty());
 }
 
-TEST_F(UpdateSessionCallbacksTest, MayEndTheSessionFromWithinAnAnswer) {
+TEST_F(UpdateSessionCallbacksTest, LetsAnAnswerEndTheSession) {
   const auto choose = callbacks.once(std::function<void(std::string)>([this](std::string value) {
     callbacks.endSession();
     answers.push_back(std::move(value));

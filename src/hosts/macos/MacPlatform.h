@@ -14,7 +14,8 @@
 
 namespace navora {
 
-// All doors of this host. The doors to windows and views accept objects of this host only.
+// The platform interfaces on macOS. Wherever an interface takes another one as an argument, it
+// requires an object made by this class.
 class MacPlatform final : public Platform {
  public:
   explicit MacPlatform(Application& application) : application_(application) {}

@@ -23,8 +23,7 @@ std::shared_ptr<WebView> MacPlatform::makeWebView(const WebViewConfiguration& co
 
 std::unique_ptr<ErrorView> MacPlatform::makeErrorView(MainWindow& window,
                                                       const ErrorViewDescription& description) {
-  NSWindow* nsWindow = static_cast<MacMainWindow&>(window).nsWindow();
-  return std::make_unique<MacErrorView>(nsWindow.contentView, description);
+  return std::make_unique<MacErrorView>(static_cast<MacMainWindow&>(window), description);
 }
 
 std::unique_ptr<CapturePanelView> MacPlatform::makeCapturePanel(Size contentSize,

@@ -1,3 +1,6 @@
+#include <string>
+#include <vector>
+
 #import <Foundation/Foundation.h>
 
 #include "app/NavoraAppDelegate.h"
@@ -6,6 +9,8 @@
 #include "hosts/macos/application/MacApplication.h"
 #include "hosts/macos/graphics/MacImaging.h"
 #include "hosts/macos/system/Conversions.h"
+#include "hosts/macos/system/MacResources.h"
+#include "hosts/macos/system/MacSystem.h"
 #include "locale/DesktopLocale.h"
 
 namespace {

@@ -2,16 +2,10 @@
 set(navora_macos_source_directory "${CMAKE_CURRENT_LIST_DIR}")
 set(navora_macos_sources
   MacPlatform.mm
-  application/MacAboutPanel.mm
+  application/AppKitMenus.mm
   application/MacApplication.mm
-  application/MacMenus.mm
   application/MacStatusItem.mm
-  application/MenuTarget.mm
-  capture/CaptureEditor.mm
-  capture/CapturePanel.mm
   capture/CapturePanelConstraints.mm
-  capture/CaptureSubmitButton.mm
-  capture/CaptureSurface.mm
   capture/MacCaptureEditor.mm
   capture/MacCapturePanel.mm
   graphics/CoreGraphicsCanvas.mm
@@ -19,7 +13,6 @@ set(navora_macos_sources
   main.mm
   notifications/MacNotificationCenter.mm
   system/AppKitConversions.mm
-  system/CaptureTransport.mm
   system/Conversions.mm
   system/FoundationJson.mm
   system/KeyValueObservation.mm
@@ -34,18 +27,14 @@ set(navora_macos_sources
   updates/MacUpdateBanner.mm
   updates/MacUpdater.mm
   updates/UpdateBanner.mm
-  updates/UpdaterConversions.mm
   updates/UserDriverForwarder.mm
   web/MacDownload.mm
-  web/MacNavigationDelegate.mm
-  web/MacScriptMessages.mm
   web/MacWebView.mm
   web/NavigationConversions.mm
-  window/Layout.mm
+  web/NavigationForwarder.mm
   window/MacDialogs.mm
   window/MacErrorView.mm
-  window/MacMainWindow.mm
-  window/SystemAppearance.mm)
+  window/MacMainWindow.mm)
 
 # Nullability is how Objective-C says what may be nil; -Wpedantic objects to it in C++.
 set(navora_macos_compile_options

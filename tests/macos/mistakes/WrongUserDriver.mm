@@ -1,10 +1,10 @@
-// Objects and answers that the updater cannot work with.
+// Delegates, user drivers and answers of a type that the updater does not accept.
 
 // clang-format off: expected messages stay on one line.
 
 #import <Sparkle/Sparkle.h>
 
-#include "hosts/macos/updates/UpdaterConversions.h"
+#include "platform/Updater.h"
 
 @interface UpdaterDelegateWithWrongArguments : NSObject <SPUUpdaterDelegate>
 @end

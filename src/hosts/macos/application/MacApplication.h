@@ -2,10 +2,10 @@
 
 #import <AppKit/AppKit.h>
 
-#include "hosts/macos/application/MacMenus.h"
 #include "platform/Application.h"
 
 @class NavoraApplicationForwarder;
+@class NavoraMenuTarget;
 
 namespace navora {
 
@@ -16,8 +16,8 @@ class MacApplication final : public Application {
   MacApplication(const MacApplication&) = delete;
   MacApplication& operator=(const MacApplication&) = delete;
 
-  // Runs the event loop as an ordinary Dock application, with `delegate` told of its life cycle.
-  // Quitting ends the process, so this normally does not return.
+  // Runs the event loop as an ordinary Dock application and reports its life cycle to `delegate`.
+  // Normally does not return, because quitting terminates the process.
   int run(ApplicationDelegate& delegate);
 
   void activateIgnoringOtherApplications() override;
@@ -27,7 +27,7 @@ class MacApplication final : public Application {
  private:
   NSApplication* application_;
   NavoraApplicationForwarder* forwarder_;
-  MacMenus menus_;
+  NavoraMenuTarget* menuTarget_;
 };
 
 }  // namespace navora

@@ -1,9 +1,10 @@
 #include "hosts/macos/application/MacApplication.h"
 
-#include "hosts/macos/application/MacAboutPanel.h"
+#include "hosts/macos/application/AppKitMenus.h"
+#include "hosts/macos/system/Conversions.h"
 
 @interface NavoraApplicationForwarder : NSObject <NSApplicationDelegate>
-@property(nonatomic) navora::ApplicationDelegate* delegate;
+@property(nonatomic, nullable) navora::ApplicationDelegate* delegate;
 @end
 
 @implementation NavoraApplicationForwarder
@@ -41,10 +42,12 @@ namespace navora {
 
 MacApplication::MacApplication()
     : application_([NSApplication sharedApplication]),
-      forwarder_([[NavoraApplicationForwarder alloc] init]) {}
+      forwarder_([[NavoraApplicationForwarder alloc] init]),
+      menuTarget_([[NavoraMenuTarget alloc] init]) {}
 
 MacApplication::~MacApplication() {
   forwarder_.delegate = nullptr;
+  menuTarget_.delegate = nullptr;
 }
 
 int MacApplication::run(ApplicationDelegate& delegate) {
@@ -60,11 +63,26 @@ void MacApplication::activateIgnoringOtherApplications() {
 }
 
 void MacApplication::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
-  menus_.setMainMenu(menus, delegate);
+  menuTarget_.delegate = &delegate;
+  NSMenu* mainMenu = [[NSMenu alloc] init];
+  application_.mainMenu = mainMenu;
+  for (const Menu& menu : menus) {
+    NSMenuItem* top = [[NSMenuItem alloc] initWithTitle:toNSString(menu.title)
+                                                 action:nullptr
+                                          keyEquivalent:@""];
+    top.submenu = toNSMenu(menu, menuTarget_);
+    [mainMenu addItem:top];
+    if (menu.role == Menu::Role::windows) application_.windowsMenu = top.submenu;
+  }
 }
 
 void MacApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options) {
-  orderFrontAboutPanel(options);
+  NSAttributedString* credits =
+      [[NSAttributedString alloc] initWithString:toNSString(options.credits)];
+  [application_ orderFrontStandardAboutPanelWithOptions:@{
+    NSAboutPanelOptionApplicationName : toNSString(options.applicationName),
+    NSAboutPanelOptionCredits : credits,
+  }];
 }
 
 }  // namespace navora

@@ -2,14 +2,15 @@
 
 #import <AppKit/AppKit.h>
 
-#include "hosts/macos/application/MenuTarget.h"
 #include "platform/StatusItem.h"
+
+@class NavoraMenuTarget;
 
 namespace navora {
 
 class MacStatusItem final : public StatusItem {
  public:
-  // The image must be of this host. The delegate must outlive the item.
+  // The image must be made by MacImaging. The delegate must outlive the item.
   MacStatusItem(const StatusItemDescription& description, MenuDelegate& delegate);
   ~MacStatusItem() override;
   MacStatusItem(const MacStatusItem&) = delete;

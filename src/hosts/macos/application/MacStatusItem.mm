@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "hosts/macos/application/MacMenus.h"
+#include "hosts/macos/application/AppKitMenus.h"
 #include "hosts/macos/graphics/MacImaging.h"
 #include "hosts/macos/system/Conversions.h"
 

@@ -6,9 +6,10 @@
 
 namespace navora {
 
-// Puts the parts of the panel into its surface and keeps them in place.
+// The layout of the panel's parts within its surface.
 class CapturePanelConstraints {
  public:
+  // Adds the other three views to `surface` and activates their constraints.
   CapturePanelConstraints(NSView* _Nonnull surface, NSScrollView* _Nonnull scroll,
                           NSTextField* _Nonnull message, NSButton* _Nonnull button);
 
@@ -17,8 +18,8 @@ class CapturePanelConstraints {
  private:
   NSLayoutConstraint* _Nonnull editorHeight_;
   NSLayoutConstraint* _Nonnull messageHeight_;
-  // Leading and top edge of the scroll view; its trailing edge and the trailing and the bottom edge
-  // of the button.
+  // In this order: leading, top and trailing edge of the scroll view, trailing and bottom edge of
+  // the button.
   NSArray<NSLayoutConstraint*>* _Nonnull paddings_;
 };
 

@@ -4,7 +4,7 @@ namespace navora {
 
 namespace {
 
-// Before the controller gives its own: one line of message and the smallest editor.
+// In effect until the controller's first layout: the smallest editor and one line of message.
 constexpr CapturePanelLayout initialLayout{.padding = 24, .editorHeight = 58, .messageHeight = 14};
 
 NSArray<NSLayoutConstraint*>* makePaddings(NSView* surface, NSView* scroll, NSView* button) {
@@ -47,7 +47,7 @@ CapturePanelConstraints::CapturePanelConstraints(NSView* _Nonnull surface,
     : editorHeight_([scroll.heightAnchor constraintEqualToConstant:initialLayout.editorHeight]),
       messageHeight_([message.heightAnchor constraintEqualToConstant:initialLayout.messageHeight]),
       paddings_(makePaddings(surface, scroll, button)) {
-  // Constraints can be activated once their views are in one tree.
+  // Constraints between views can be activated only once the views have a common ancestor.
   addSubviews(surface, @[ scroll, message, button ]);
   [NSLayoutConstraint activateConstraints:@[ editorHeight_, messageHeight_ ]];
   [NSLayoutConstraint activateConstraints:paddings_];

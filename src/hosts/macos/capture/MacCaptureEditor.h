@@ -26,13 +26,13 @@ class MacCaptureEditor final : public CaptureEditorView {
   void moveCaretToEnd() override;
   double textHeight(double enough) override;
 
-  // Holds the editor; goes into the panel.
+  // The scroll view that holds the editor, for the caller to add to the panel.
   NSScrollView* _Nonnull nsView() const { return scroll_; }
 
  private:
-  ::CaptureEditor* _Nonnull editor_;
+  CaptureEditor* _Nonnull editor_;
   NSScrollView* _Nonnull scroll_;
-  // The text view holds its delegate weakly.
+  // Kept here because the text view holds its delegate weakly.
   NavoraCaptureEditorForwarder* _Nonnull forwarder_;
 };
 

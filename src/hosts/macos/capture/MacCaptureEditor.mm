@@ -3,10 +3,90 @@
 #include <algorithm>
 #include <limits>
 
-#include "hosts/macos/capture/CaptureEditor.h"
 #include "hosts/macos/system/AppKitConversions.h"
 #include "hosts/macos/system/Conversions.h"
 #include "platform/CapturePanelView.h"
+
+NS_ASSUME_NONNULL_BEGIN
+
+// The panel's text view. Asks the core about every key press and shows a placeholder while empty.
+@interface CaptureEditor : NSTextView
+// Without a delegate the text view handles every key itself.
+@property(nonatomic, nullable) navora::CaptureEditorDelegate* captureDelegate;
+@property(nonatomic, copy) NSString* placeholder;
+@property(nonatomic, strong) NSColor* placeholderColor;
+@end
+
+NS_ASSUME_NONNULL_END
+
+namespace {
+
+void setUpPlaceholder(CaptureEditor* editor) {
+  editor.placeholder = @"";
+  editor.placeholderColor = [NSColor placeholderTextColor];
+}
+
+}  // namespace
+
+@implementation CaptureEditor
+
+- (BOOL)becomeFirstResponder {
+  const BOOL agreed = [super becomeFirstResponder];
+  if (agreed && self.captureDelegate != nullptr) self.captureDelegate->editorDidChangeFocus(true);
+  return agreed;
+}
+
+- (BOOL)resignFirstResponder {
+  const BOOL agreed = [super resignFirstResponder];
+  if (agreed && self.captureDelegate != nullptr) self.captureDelegate->editorDidChangeFocus(false);
+  return agreed;
+}
+
+- (void)drawRect:(NSRect)dirtyRect {
+  [super drawRect:dirtyRect];
+  if (self.string.length > 0 || [self hasMarkedText]) return;
+  const NSPoint origin =
+      NSMakePoint(self.textContainerInset.width + self.textContainer.lineFragmentPadding,
+                  self.textContainerInset.height);
+  NSFont* font = self.font != nil ? self.font
+                                  : [NSFont systemFontOfSize:navora::CaptureEditorStyle().fontSize];
+  [self.placeholder drawAtPoint:origin
+                 withAttributes:@{
+                   NSFontAttributeName : font,
+                   NSForegroundColorAttributeName : self.placeholderColor,
+                 }];
+}
+
+- (void)keyDown:(NSEvent*)event {
+  if (self.captureDelegate != nullptr &&
+      self.captureDelegate->editorKeyDown(navora::toKeyEvent(event), [self hasMarkedText])) {
+    return;
+  }
+  [super keyDown:event];
+}
+
+// AppKit offers combinations with the Command key here before it calls -keyDown:.
+- (BOOL)performKeyEquivalent:(NSEvent*)event {
+  if (self.captureDelegate != nullptr &&
+      self.captureDelegate->editorKeyEquivalent(navora::toKeyEvent(event), [self hasMarkedText])) {
+    return YES;
+  }
+  return [super performKeyEquivalent:event];
+}
+
+- (instancetype)initWithFrame:(NSRect)frame textContainer:(nullable NSTextContainer*)container {
+  self = [super initWithFrame:frame textContainer:container];
+  if (self != nil) setUpPlaceholder(self);
+  return self;
+}
+
+- (nullable instancetype)initWithCoder:(NSCoder*)coder {
+  self = [super initWithCoder:coder];
+  if (self != nil) setUpPlaceholder(self);
+  return self;
+}
+
+@end
 
 @interface NavoraCaptureEditorForwarder : NSObject <NSTextViewDelegate>
 @property(nonatomic, nullable) navora::CaptureEditorDelegate* delegate;
@@ -27,8 +107,8 @@ namespace {
 constexpr NSRect initialFrame{{0, 0}, {752, 44}};
 constexpr CGFloat unbounded = std::numeric_limits<CGFloat>::max();
 
-::CaptureEditor* makeEditor() {
-  ::CaptureEditor* editor = [[::CaptureEditor alloc] initWithFrame:initialFrame];
+CaptureEditor* makeEditor() {
+  CaptureEditor* editor = [[CaptureEditor alloc] initWithFrame:initialFrame];
   editor.richText = NO;
   editor.font = [NSFont systemFontOfSize:CaptureEditorStyle().fontSize];
   editor.backgroundColor = [NSColor clearColor];
@@ -103,7 +183,7 @@ MacCaptureEditor::~MacCaptureEditor() {
 }
 
 std::string MacCaptureEditor::text() const {
-  // Text that was pasted keeps the line breaks of its source.
+  // Pasted text keeps the line breaks of its source.
   NSString* text = [editor_.string stringByReplacingOccurrencesOfString:@"\r\n" withString:@"\n"];
   return toString([text stringByReplacingOccurrencesOfString:@"\r" withString:@"\n"]);
 }
@@ -144,9 +224,9 @@ void MacCaptureEditor::moveCaretToEnd() {
 }
 
 double MacCaptureEditor::textHeight(double) {
-  // The text wraps at the editor's width, which the panel's constraints give it.
+  // The text wraps at the editor's width, so the panel's constraints must be resolved first.
   [editor_.window.contentView layoutSubtreeIfNeeded];
-  // Asking for its layout manager puts a text view into the mode that has one.
+  // Reading layoutManager switches a TextKit 2 view to TextKit 1.
   NSLayoutManager* layout = editor_.layoutManager;
   NSTextContainer* container = editor_.textContainer;
   [layout ensureLayoutForTextContainer:container];

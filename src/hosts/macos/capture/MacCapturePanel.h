@@ -50,6 +50,7 @@ class MacCapturePanel final : public CapturePanelView {
  private:
   NavoraCapturePanelForwarder* _Nonnull forwarder_;
   NSTextField* _Nonnull message_;
+  // The core has classes of these two names.
   ::CaptureSubmitButton* _Nonnull submitButton_;
   ::CaptureSurface* _Nonnull surface_;
   CapturePanel* _Nonnull panel_;

@@ -1,15 +1,89 @@
 #include "hosts/macos/capture/MacCapturePanel.h"
 
-#include "hosts/macos/capture/CapturePanel.h"
-#include "hosts/macos/capture/CaptureSubmitButton.h"
-#include "hosts/macos/capture/CaptureSurface.h"
+#include "hosts/macos/graphics/CoreGraphicsCanvas.h"
 #include "hosts/macos/system/AppKitConversions.h"
 #include "hosts/macos/system/Conversions.h"
-#include "hosts/macos/window/SystemAppearance.h"
+#include "hosts/macos/system/KeyValueObservation.h"
+
+// AppKit lets a window without a title bar become key or main only if its class says so.
+@interface CapturePanel : NSPanel
+@end
+
+@implementation CapturePanel
+
+- (BOOL)canBecomeKeyWindow {
+  return YES;
+}
+
+- (BOOL)canBecomeMainWindow {
+  return YES;
+}
+
+@end
+
+// The panel's content view: the card behind the editor, painted by the core.
+@interface CaptureSurface : NSView
+// A view without a delegate stays empty.
+@property(nonatomic, nullable) navora::CapturePanelDelegate* delegate;
+@end
+
+@implementation CaptureSurface
+
+- (void)drawRect:(NSRect)dirtyRect {
+  if (self.delegate == nullptr) return;
+  navora::CoreGraphicsCanvas canvas;
+  self.delegate->paintSurface(canvas, navora::toRectangle(self.bounds).size());
+}
+
+@end
+
+// The round submit button, painted by the core.
+@interface CaptureSubmitButton : NSButton
+// A button without a delegate stays empty.
+@property(nonatomic, nullable) navora::CapturePanelDelegate* delegate;
+@end
+
+@implementation CaptureSubmitButton
+
+// Buttons are flipped by default, but the core's y axis points up.
+- (BOOL)isFlipped {
+  return NO;
+}
+
+- (void)drawRect:(NSRect)dirtyRect {
+  if (self.delegate == nullptr) return;
+  navora::CoreGraphicsCanvas canvas;
+  self.delegate->paintSubmitButton(canvas, navora::toRectangle(self.bounds).size());
+}
+
+// NSTrackingInVisibleRect makes AppKit ignore the rectangle. NSTrackingActiveAlways, because
+// another application is usually the active one while the panel is in use.
+- (void)updateTrackingAreas {
+  [super updateTrackingAreas];
+  for (NSTrackingArea* area in self.trackingAreas) {
+    [self removeTrackingArea:area];
+  }
+  [self addTrackingArea:[[NSTrackingArea alloc]
+                            initWithRect:NSZeroRect
+                                 options:NSTrackingMouseEnteredAndExited | NSTrackingActiveAlways |
+                                         NSTrackingInVisibleRect
+                                   owner:self
+                                userInfo:nil]];
+}
+
+- (void)mouseEntered:(NSEvent*)event {
+  if (self.delegate != nullptr) self.delegate->submitButtonHovered(true);
+}
+
+- (void)mouseExited:(NSEvent*)event {
+  if (self.delegate != nullptr) self.delegate->submitButtonHovered(false);
+}
+
+@end
 
 @interface NavoraCapturePanelForwarder : NSObject <NSWindowDelegate>
-@property(nonatomic, nullable) navoraCapturePanelDelegate* delegate;
-// While the panel loses the focus because the core orders it out.
+@property(nonatomic, nullable) navora::CapturePanelDelegate* delegate;
+// Set while orderOut() runs, to ignore the loss of focus that it causes.
 @property(nonatomic) BOOL orderingOut;
 - (void)submitAction;
 @end
@@ -86,8 +160,9 @@ MacCapturePanel::MacCapturePanel(Size contentSize, CapturePanelDelegate& delegat
   submitButton_.delegate = &delegate;
   surface_.delegate = &delegate;
   panel_.delegate = forwarder_;
-  appearanceObservation_ = observeSystemAppearance(
-      [&delegate] { delegate.systemAppearanceDidChange(navora::systemIsDark()); });
+  appearanceObservation_ =
+      observeKeyPath([NSApplication sharedApplication], @"effectiveAppearance",
+                     [this, &delegate] { delegate.systemAppearanceDidChange(systemIsDark()); });
 }
 
 MacCapturePanel::~MacCapturePanel() {
@@ -106,8 +181,12 @@ void MacCapturePanel::setAppearance(WindowAppearance appearance) {
   panel_.appearance = toNSAppearance(appearance);
 }
 
+// The application's own appearance is never set, so its effective one is the desktop's.
 bool MacCapturePanel::systemIsDark() const {
-  return navora::systemIsDark();
+  NSAppearance* appearance = [NSApplication sharedApplication].effectiveAppearance;
+  NSAppearanceName match = [appearance
+      bestMatchFromAppearancesWithNames:@[ NSAppearanceNameAqua, NSAppearanceNameDarkAqua ]];
+  return [match isEqualToString:NSAppearanceNameDarkAqua];
 }
 
 bool MacCapturePanel::isVisible() const {
@@ -147,8 +226,7 @@ void MacCapturePanel::setMessageColor(Color color) {
 }
 
 double MacCapturePanel::messageTextHeight(double width) {
-  constexpr double maximumHeight = 100;
-  return [message_.stringValue boundingRectWithSize:NSMakeSize(width, maximumHeight)
+  return [message_.stringValue boundingRectWithSize:NSMakeSize(width, maximumMessageHeight)
                                             options:NSStringDrawingUsesLineFragmentOrigin |
                                                     NSStringDrawingUsesFontLeading
                                          attributes:@{NSFontAttributeName : messageFont(message_)}

@@ -4,8 +4,8 @@
 
 namespace navora {
 
-// Paints on the current graphics context, such as that of the view whose -drawRect: is running. It
-// must not be flipped.
+// Paints on the current graphics context, for instance that of the view whose -drawRect: is
+// running. The context must not be flipped.
 class CoreGraphicsCanvas final : public Canvas {
  public:
   void fillRoundedRectangle(const Rectangle& rectangle, double radius,

@@ -14,7 +14,7 @@ class MacImaging final : public Imaging {
   std::shared_ptr<Image> makeImage(Size points) override;
 };
 
-// AppKit's side of an image of this host.
+// Returns the NSImage behind an image made by MacImaging.
 NSImage* nsImage(const Image& image);
 
 }  // namespace navora

@@ -12,7 +12,8 @@ namespace {
 constexpr NSInteger bitsPerSample = 8;
 constexpr NSInteger samplesPerPixel = 4;
 
-// Bytes per row and bits per pixel of 0 are chosen by the system, which owns the pixels, too.
+// Zero bytes per row and bits per pixel let the system choose; without planes it allocates and owns
+// the pixels.
 NSBitmapImageRep* _Nullable makeRepresentation(int pixelsWide, int pixelsHigh) {
   return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
                                                  pixelsWide:pixelsWide
@@ -26,7 +27,7 @@ NSBitmapImageRep* _Nullable makeRepresentation(int pixelsWide, int pixelsHigh) {
                                                bitsPerPixel:0];
 }
 
-// Makes `context` the current one for as long as this object is there.
+// Makes `context` the current one until this object is destroyed.
 class CurrentContext {
  public:
   explicit CurrentContext(NSGraphicsContext* context) {
@@ -93,14 +94,14 @@ class MacImage final : public Image {
       : image_([[NSImage alloc] initWithSize:NSMakeSize(size.width, size.height)]) {}
 
   Size size() const override { return {image_.size.width, image_.size.height}; }
-  // Every bitmap of this host is made by MacImaging.
+  // `bitmap` must be made by MacImaging.
   void addRepresentation(std::shared_ptr<Bitmap> bitmap) override {
     [image_ addRepresentation:static_cast<const MacBitmap&>(*bitmap).representation()];
     representations_.push_back(std::move(bitmap));
   }
   std::vector<std::shared_ptr<Bitmap>> representations() const override { return representations_; }
 
-  // The property's own name is a keyword of C++.
+  // Called as a method, because `image.template` is not C++: `template` is a keyword.
   void setTemplate(bool isTemplate) override { [image_ setTemplate:isTemplate]; }
   bool isTemplate() const override { return [image_ isTemplate]; }
 

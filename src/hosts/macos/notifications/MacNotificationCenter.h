@@ -9,8 +9,8 @@
 
 namespace navora {
 
-// The system's notification center. Works in a bundle only: elsewhere the system raises an
-// exception. One per process, because the system's center has one delegate.
+// The system's notification center. Requires a bundled application: elsewhere the system raises an
+// exception. At most one per process, because the system's center has a single delegate.
 class MacNotificationCenter final : public NotificationCenter {
  public:
   MacNotificationCenter();

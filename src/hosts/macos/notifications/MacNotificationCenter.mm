@@ -8,7 +8,7 @@ namespace {
 
 NSString* const urlKey = @"url";
 
-// None if somebody else made the notification, or an earlier version of ours.
+// Returns nullopt for a notification without an address, as another version may have posted it.
 std::optional<std::string> urlOf(UNNotificationResponse* response) {
   const id url = response.notification.request.content.userInfo[urlKey];
   if (![url isKindOfClass:[NSString class]]) return std::nullopt;
@@ -24,8 +24,8 @@ UNNotificationPresentationOptions toPresentationOptions(navora::PresentationOpti
 
 }  // namespace
 
-// The system may ask on any thread; the delegate is only looked at on the main thread, and may be
-// replaced by null there at any time.
+// The system may call it on any thread. `delegate` is accessed on the main thread only and may be
+// set to null there at any time.
 @interface NavoraNotificationForwarder : NSObject <UNUserNotificationCenterDelegate>
 @property(nonatomic, nullable) navora::NotificationCenterDelegate* delegate;
 @end
@@ -43,7 +43,8 @@ UNNotificationPresentationOptions toPresentationOptions(navora::PresentationOpti
   });
 }
 
-// The system waits for the completion handler, and whatever opens may take its time.
+// Calls the completion handler without waiting for the delegate, because the system waits for it
+// and opening the page may take long.
 - (void)userNotificationCenter:(UNUserNotificationCenter*)center
     didReceiveNotificationResponse:(UNNotificationResponse*)response
              withCompletionHandler:(void (^)(void))completionHandler {
@@ -62,12 +63,12 @@ namespace navora {
 
 namespace {
 
-// Calls the completion on the main thread, where it also ends: the block that the system calls on
-// some other thread keeps nothing but the empty shell.
+// Returns a function for the system to call on any thread, which calls `completion` on the main
+// thread and destroys it there. What is left for the system's thread to destroy is an empty shell.
 template <typename Value>
 std::function<void(Value)> onMainThread(std::function<void(Value)> completion) {
   const auto shell = std::make_shared<std::function<void(Value)>>(std::move(completion));
-  // By value: a block that captures a reference keeps the reference.
+  // `value` is passed by value because a block captures a reference as a reference.
   return [shell](Value value) {
     dispatch_async(dispatch_get_main_queue(), ^{
       std::exchange(*shell, nullptr)(value);
@@ -119,7 +120,7 @@ MacNotificationCenter::~MacNotificationCenter() {
   center_.delegate = nil;
 }
 
-void MacNotificationCenter::setDelegate(NotificationCenterDelegate* delegate) {
+void MacNotificationCenter::setDelegate(NotificationCenterDelegate* _Nullable delegate) {
   forwarder_.delegate = delegate;
 }
 

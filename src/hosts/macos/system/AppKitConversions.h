@@ -11,7 +11,8 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace navora {
 
-// Between the core's values and AppKit's. Both measure the screen from its lower left corner.
+// Conversions between the core's values and AppKit's. Both have the origin of the screen in its
+// lower left corner.
 
 NSPoint toNSPoint(Point point);
 NSRect toNSRect(const Rectangle& rectangle);
@@ -19,10 +20,10 @@ Rectangle toRectangle(NSRect rectangle);
 
 NSColor* toNSColor(Color color);
 
-// Nil follows the desktop.
+// Returns nil for WindowAppearance::system: the window then follows the desktop.
 NSAppearance* _Nullable toNSAppearance(WindowAppearance appearance);
 
-// With the modifier flags as they are, less those that depend on the device.
+// Keeps the device-independent modifier flags only.
 KeyEvent toKeyEvent(NSEvent* event);
 
 }  // namespace navora

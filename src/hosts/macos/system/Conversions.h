@@ -15,15 +15,15 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace navora {
 
-// Between the core's values and Foundation's. Foundation's side may be nil wherever a framework
-// hands it out, whatever its headers promise.
+// Conversions between the core's values and Foundation's. Objects that a framework hands out are
+// accepted as nil, because frameworks return nil even where their headers declare nonnull.
 
-// Text that is not UTF-8 becomes the empty string.
+// Returns the empty string for invalid UTF-8.
 NSString* toNSString(std::string_view text);
-// UTF-8; a surrogate without its partner is replaced. Nil gives the empty string.
+// Returns UTF-8, with unpaired surrogates replaced; the empty string for nil.
 std::string toString(NSString* _Nullable text);
 
-// Nil when Foundation does not accept the address.
+// Returns nil if Foundation rejects the address.
 NSURL* _Nullable toNSURL(const Url& url);
 std::optional<Url> toUrl(NSURL* _Nullable url);
 
@@ -31,7 +31,8 @@ NSURL* toFileURL(const std::filesystem::path& path);
 NSArray<NSURL*>* toFileURLs(const std::vector<std::filesystem::path>& paths);
 std::filesystem::path toPath(NSURL* fileUrl);
 
-// With the code that the core relies on for loads which our own decisions stopped.
+// Reports a load that a policy decision interrupted as PlatformError::cancelledCode, as the core
+// expects.
 PlatformError toPlatformError(NSError* _Nullable error);
 
 }  // namespace navora

@@ -4,8 +4,8 @@ namespace navora {
 
 namespace {
 
-// WebKit's report of a load that a policy decision stopped or turned into a download. WebKit
-// documents the domain and the code, but declares constants for them in its legacy interface only.
+// WebKit's error for a load that a policy decision cancelled or turned into a download. Both values
+// are documented, but declared as constants only in the legacy WebKit API.
 NSString* const webKitErrorDomain = @"WebKitErrorDomain";
 constexpr NSInteger frameLoadInterruptedByPolicyChange = 102;
 

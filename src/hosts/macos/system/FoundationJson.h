@@ -11,16 +11,17 @@ NS_ASSUME_NONNULL_BEGIN
 
 namespace navora {
 
-// Between JSON and the objects in which the frameworks hold structured values: NSNull, NSNumber,
-// NSString, NSArray and NSDictionary.
+// Conversions between JSON and the objects that hold structured values in the frameworks: NSNull,
+// NSNumber, NSString, NSArray and NSDictionary.
 
-// JSON text of the object; nil is null. None for what JSON cannot express (dates, data, numbers
-// that are not finite, keys that are no strings) and for structures that are cyclic or out of all
-// proportion.
+// Converts nil to null. Returns nullopt for an object that JSON cannot express (a date, data, a
+// number that is not finite, a key that is not a string), that is cyclic, or that exceeds the
+// limits on depth and size.
 std::optional<std::string> toJsonText(id _Nullable object);
 std::optional<Json> toJson(id _Nullable object);
 
-// Property lists have no null: null gives nil, and a null inside a list or dictionary is left out.
+// Returns nil for null and leaves out nulls in arrays and dictionaries: property lists have no
+// null.
 id _Nullable toPropertyList(const Json& value);
 
 }  // namespace navora

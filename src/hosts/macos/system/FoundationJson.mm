@@ -8,8 +8,8 @@ namespace navora {
 
 namespace {
 
-// NSJSONSerialization raises an exception for an object that it cannot write, and never returns
-// from a cyclic one, which a page can post. So every object is walked within limits before.
+// NSJSONSerialization raises an exception for an object that it cannot write and never returns for
+// a cyclic one, and a page can post either. Every object is therefore checked first, within limits.
 class ExpressibleCheck {
  public:
   bool passes(id object, int depth = 0) {

@@ -9,8 +9,9 @@
 
 namespace navora {
 
-// Calls back on the main thread, a turn of the main queue after the property has changed on any
-// thread, as long as the token is kept. The token keeps the object. Main thread only.
+// Calls `callback` after every change of the property, until the token is destroyed. The property
+// may change on any thread; the callback runs on the main thread, one turn of the main queue later.
+// The token retains `object`. To be called, and the token to be destroyed, on the main thread.
 std::unique_ptr<ObserverToken> observeKeyPath(NSObject* _Nonnull object, NSString* _Nonnull keyPath,
                                               std::function<void()> callback);
 

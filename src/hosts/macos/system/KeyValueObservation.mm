@@ -1,7 +1,9 @@
 #include "hosts/macos/system/KeyValueObservation.h"
 
-// Registered for one key path of one object. The system calls it on the thread of the change; the
-// callback is only looked at on the main thread.
+#include <utility>
+
+// Observes one key path of one object. The system notifies it on the thread of the change;
+// `callback` is accessed on the main thread only.
 @interface NavoraKeyValueObserver : NSObject {
  @public
   std::function<void()> callback;
@@ -18,7 +20,7 @@
   dispatch_async(dispatch_get_main_queue(), ^{
     NavoraKeyValueObserver* observer = weakSelf;
     if (observer == nil) return;
-    // A copy, because the callback may end the observation.
+    // Copied, because the callback may destroy the observation.
     const std::function<void()> current = observer->callback;
     if (current) current();
   });

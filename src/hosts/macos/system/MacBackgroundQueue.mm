@@ -11,7 +11,7 @@ MacBackgroundQueue::MacBackgroundQueue()
 
 MacBackgroundQueue::~MacBackgroundQueue() {
   jobs_.dropWaiting();
-  // Behind every block that still refers to this object.
+  // Waits for the blocks in the queue, which refer to this object.
   dispatch_sync(queue_, ^{
                 });
 }

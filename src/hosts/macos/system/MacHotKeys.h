@@ -6,8 +6,8 @@
 
 namespace navora {
 
-// System-wide combinations through Carbon, the application's own through a local event monitor. One
-// of each at a time.
+// Registers the system-wide hot key with Carbon and watches the application's own key presses with
+// a local event monitor. Holds one handler and one hot key at a time.
 class MacHotKeys final : public HotKeys {
  public:
   MacHotKeys() = default;

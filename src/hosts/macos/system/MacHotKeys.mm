@@ -1,5 +1,7 @@
 #include "hosts/macos/system/MacHotKeys.h"
 
+#include <utility>
+
 #import <AppKit/AppKit.h>
 
 #include "hosts/macos/system/AppKitConversions.h"
@@ -8,7 +10,7 @@ namespace navora {
 
 namespace {
 
-// There is only one hot key, so the event is not asked which one it was.
+// Only one hot key is ever registered, so the event's identifier is not read.
 OSStatus hotKeyPressed(EventHandlerCallRef, EventRef, void* onPressed) {
   (*static_cast<const std::function<void()>*>(onPressed))();
   return noErr;

@@ -19,7 +19,7 @@ class MacHttpSession final : public HttpSession {
   void send(const HttpRequest& request, Completion completion) override;
 
  private:
-  ::CaptureTransport* _Nonnull transport_;
+  CaptureTransport* _Nonnull transport_;
   NSURLSession* _Nonnull session_;
   Lifetime lifetime_;
 };

@@ -1,7 +1,104 @@
 #include "hosts/macos/system/MacHttpSession.h"
 
-#include "hosts/macos/system/CaptureTransport.h"
+#include <map>
+#include <utility>
+
 #include "hosts/macos/system/Conversions.h"
+
+NS_ASSUME_NONNULL_BEGIN
+
+// The session's delegate. Refuses redirects, collects response bodies and cancels a response whose
+// body exceeds the limit. Main thread only.
+@interface CaptureTransport : NSObject <NSURLSessionDataDelegate>
+- (instancetype)initWithMaximumBodyBytes:(std::size_t)maximumBodyBytes;
+// `completion` is called once, unless `forgetAll` is called first.
+- (void)expectTask:(NSURLSessionTask*)task completion:(navora::HttpSession::Completion)completion;
+- (void)forgetAll;
+@end
+
+NS_ASSUME_NONNULL_END
+
+namespace {
+
+// A response being received.
+struct Transfer {
+  navora::HttpSession::Completion completion;
+  std::string body = {};
+  bool bodyTooLarge = false;
+};
+
+navora::HttpResponse toHttpResponse(NSURLResponse* _Nullable response, Transfer transfer) {
+  navora::HttpResponse result;
+  result.body = std::move(transfer.body);
+  result.bodyTooLarge = transfer.bodyTooLarge;
+  if ([response isKindOfClass:[NSHTTPURLResponse class]]) {
+    result.status = static_cast<int>(((NSHTTPURLResponse*)response).statusCode);
+    result.url = navora::toUrl(response.URL);
+  }
+  return result;
+}
+
+}  // namespace
+
+@implementation CaptureTransport {
+  std::size_t _maximumBodyBytes;
+  std::map<NSUInteger, Transfer> _transfers;
+}
+
+- (instancetype)initWithMaximumBodyBytes:(std::size_t)maximumBodyBytes {
+  self = [super init];
+  if (self != nil) _maximumBodyBytes = maximumBodyBytes;
+  return self;
+}
+
+- (void)expectTask:(NSURLSessionTask*)task completion:(navora::HttpSession::Completion)completion {
+  _transfers[task.taskIdentifier] = Transfer{.completion = std::move(completion)};
+}
+
+- (void)forgetAll {
+  _transfers.clear();
+}
+
+- (void)URLSession:(NSURLSession*)session
+                          task:(NSURLSessionTask*)task
+    willPerformHTTPRedirection:(NSHTTPURLResponse*)response
+                    newRequest:(NSURLRequest*)request
+             completionHandler:(void (^)(NSURLRequest* _Nullable))completionHandler {
+  completionHandler(nil);
+}
+
+- (void)URLSession:(NSURLSession*)session
+          dataTask:(NSURLSessionDataTask*)dataTask
+    didReceiveData:(NSData*)data {
+  const auto found = _transfers.find(dataTask.taskIdentifier);
+  if (found == _transfers.end() || found->second.bodyTooLarge) return;
+  Transfer& transfer = found->second;
+  if (data.length > _maximumBodyBytes - transfer.body.size()) {
+    transfer.bodyTooLarge = true;
+    transfer.body.clear();
+    [dataTask cancel];
+    return;
+  }
+  transfer.body.append(static_cast<const char*>(data.bytes), data.length);
+}
+
+// Also called after `-cancel`, with an error.
+- (void)URLSession:(NSURLSession*)session
+                    task:(NSURLSessionTask*)task
+    didCompleteWithError:(nullable NSError*)error {
+  auto node = _transfers.extract(task.taskIdentifier);
+  if (node.empty()) return;
+  Transfer transfer = std::move(node.mapped());
+  // The completion may destroy the session, and with it this object.
+  const navora::HttpSession::Completion completion = std::move(transfer.completion);
+  if (error != nil && !transfer.bodyTooLarge) {
+    completion(navora::Unexpected(navora::toPlatformError(error)));
+  } else {
+    completion(toHttpResponse(task.response, std::move(transfer)));
+  }
+}
+
+@end
 
 namespace navora {
 
@@ -44,7 +141,7 @@ PlatformError unsupportedUrl() {
 
 MacHttpSession::MacHttpSession(const HttpSessionConfiguration& configuration)
     : transport_(
-          [[::CaptureTransport alloc] initWithMaximumBodyBytes:configuration.maximumBodyBytes]),
+          [[CaptureTransport alloc] initWithMaximumBodyBytes:configuration.maximumBodyBytes]),
       session_([NSURLSession sessionWithConfiguration:makeConfiguration(configuration)
                                              delegate:transport_
                                         delegateQueue:[NSOperationQueue mainQueue]]) {}

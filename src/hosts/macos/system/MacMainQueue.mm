@@ -1,5 +1,7 @@
 #include "hosts/macos/system/MacMainQueue.h"
 
+#include <utility>
+
 #import <Foundation/Foundation.h>
 
 #include "support/Lifetime.h"
@@ -8,7 +10,7 @@ namespace navora {
 
 namespace {
 
-// The block stays in the queue until its time and then finds whether the token has gone.
+// A block cannot be removed from a dispatch queue, so one whose token was destroyed does nothing.
 class DelayedWork final : public ObserverToken {
  public:
   DelayedWork(std::chrono::nanoseconds delay, std::function<void()> work) {

@@ -1,5 +1,7 @@
 #include "hosts/macos/system/MacSystem.h"
 
+#include <utility>
+
 #import <AppKit/AppKit.h>
 
 #include "hosts/macos/system/Conversions.h"
@@ -14,7 +16,7 @@ class MacObserverToken final : public ObserverToken {
   MacObserverToken(NSNotificationCenter* center, NSNotificationName name,
                    std::function<void()> callback)
       : center_(center) {
-    // A notification that is already in the main queue arrives even after its observer was removed.
+    // A notification already in the main queue is delivered even after its observer was removed.
     const std::function<void()> guarded = lifetime_.guard(std::move(callback));
     observer_ = [center addObserverForName:name
                                     object:nil
@@ -49,7 +51,7 @@ std::vector<std::string> MacSystem::preferredLanguages() const {
 }
 
 std::string MacSystem::timeZoneIdentifier() const {
-  // Foundation caches the zone for the life of the process.
+  // Foundation caches the zone until it is reset.
   [NSTimeZone resetSystemTimeZone];
   return toString([NSTimeZone systemTimeZone].name);
 }

@@ -4,7 +4,7 @@
 
 namespace navora {
 
-// The standard user defaults. A value is kept as a property list, which has no null: setting null
+// The standard user defaults. Values are stored as property lists, which have no null: setting null
 // removes the key, and nulls inside a value are left out.
 class MacUserDefaults final : public UserDefaults {
  public:

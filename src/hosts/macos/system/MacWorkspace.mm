@@ -4,12 +4,22 @@
 
 #include "hosts/macos/system/AppKitConversions.h"
 #include "hosts/macos/system/Conversions.h"
-#include "hosts/macos/system/MacRunningApplication.h"
 #include "hosts/macos/system/MacSystem.h"
 
 namespace navora {
 
 namespace {
+
+class MacRunningApplication final : public RunningApplication {
+ public:
+  explicit MacRunningApplication(NSRunningApplication* application) : application_(application) {}
+
+  bool isTerminated() const override { return application_.terminated; }
+  void activate() override { [application_ activateWithOptions:0]; }
+
+ private:
+  NSRunningApplication* application_;
+};
 
 Screen toScreen(NSScreen* screen) {
   return Screen{.frame = toRectangle(screen.frame),

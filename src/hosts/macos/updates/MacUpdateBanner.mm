@@ -22,7 +22,7 @@ NSAccessibilityPriorityLevel toPriorityLevel(AnnouncementPriority priority) {
 NSLayoutConstraint* makeWidth(NSView* banner) {
   NSLayoutConstraint* width =
       [banner.widthAnchor constraintEqualToConstant:UpdateBannerLayout::width];
-  // A stronger one would keep the user from making the window narrower than the banner.
+  // A higher priority would stop the user from making the window narrower than the banner.
   width.priority = NSLayoutPriorityWindowSizeStayPut - 1;
   return width;
 }
@@ -41,7 +41,7 @@ void MacUpdateBanner::setDelegate(UpdateBannerViewDelegate* _Nullable delegate) 
 }
 
 void MacUpdateBanner::attach(MainWindow& window) {
-  // Every window of this host is made by MacPlatform.
+  // `window` must be made by MacPlatform.
   NSView* content = static_cast<MacMainWindow&>(window).nsWindow().contentView;
   banner_.translatesAutoresizingMaskIntoConstraints = NO;
   [content addSubview:banner_];

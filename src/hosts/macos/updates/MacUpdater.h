@@ -9,7 +9,8 @@
 
 namespace navora {
 
-// Sparkle's updater for this application's bundle, whose settings name the feed and the key.
+// Sparkle's updater for the application's bundle, whose Info.plist names the feed and the public
+// key.
 class MacUpdater final : public Updater {
  public:
   MacUpdater(UpdaterUserDriver& userDriver, UpdaterDelegate& delegate);

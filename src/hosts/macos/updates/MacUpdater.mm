@@ -1,5 +1,7 @@
 #include "hosts/macos/updates/MacUpdater.h"
 
+#include <utility>
+
 #include "hosts/macos/system/Conversions.h"
 #include "hosts/macos/system/KeyValueObservation.h"
 #include "hosts/macos/updates/UserDriverForwarder.h"

@@ -6,14 +6,14 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-// The card that tells about updates, in no view yet, hidden and empty.
+// The card that shows the state of an update. Created hidden and empty, outside any view.
 @interface UpdateBanner : NSVisualEffectView
-// Null is told of no pressed button.
+// Reports every pressed button to the delegate, if it has one.
 @property(nonatomic, nullable) navora::UpdateBannerViewDelegate* delegate;
 - (nullable instancetype)initWithCoder:(NSCoder*)coder NS_UNAVAILABLE;
 - (void)showContent:(const navora::UpdateBannerContent&)content;
 - (void)showProgress:(navora::UpdateBannerProgress)progress;
-// What the buttons do, from the first to the closing one.
+// The buttons' actions, in the order of UpdateBannerButton.
 - (void)accept;
 - (void)deferUpdate;
 - (void)ignoreUpdate;

@@ -66,7 +66,7 @@ NSStackView* makeRow(NSArray<NSView*>* views) {
   return row;
 }
 
-// The title takes whatever the close button leaves, which puts that into the corner.
+// The title fills the row, which pushes the close button into the corner.
 NSStackView* makeHeading(NSTextField* title, NSButton* close) {
   NSStackView* heading = makeRow(@[ title, close ]);
   heading.distribution = NSStackViewDistributionFill;
@@ -108,12 +108,12 @@ void setUpCard(UpdateBanner* card) {
   card.layer.masksToBounds = YES;
   card.layer.borderWidth = Layout::borderWidth;
   card.hidden = YES;
-  // Otherwise only what is in the card would be accessible, and nobody would hear its label.
+  // Otherwise only the card's contents would be accessible, and its label would never be read out.
   card.accessibilityElement = YES;
   card.accessibilityRole = NSAccessibilityGroupRole;
 }
 
-// A layer keeps the colour that the dynamic one is at the moment.
+// A layer's colour is static, so it is set again whenever the appearance changes.
 void updateBorderColor(NSView* card) {
   [card.effectiveAppearance performAsCurrentDrawingAppearance:^{
     card.layer.borderColor = [NSColor separatorColor].CGColor;
@@ -125,7 +125,7 @@ void showButton(NSButton* button, const navora::UpdateBannerContent::Button& con
   button.hidden = !content.visible;
   button.enabled = content.enabled;
   button.toolTip = content.toolTip.empty() ? nil : navora::toNSString(content.toolTip);
-  // Without a label of its own a button is called by its title.
+  // Falls back to the title, which an accessibility label set earlier would otherwise replace.
   button.accessibilityLabel = navora::toNSString(
       content.accessibilityLabel.empty() ? content.title : content.accessibilityLabel);
 }
@@ -194,7 +194,7 @@ void report(UpdateBanner* banner, UpdateBannerButton button) {
   showButton(_secondary, content.button(UpdateBannerButton::secondary));
   showButton(_tertiary, content.button(UpdateBannerButton::tertiary));
   showButton(_close, content.button(UpdateBannerButton::close));
-  // An empty line or row would leave a gap.
+  // The stack view collapses hidden views only; empty ones would leave a gap.
   _detail.hidden = content.detail.empty();
   _buttons.hidden = _primary.hidden && _secondary.hidden;
   self.accessibilityLabel = navora::toNSString(content.accessibilityLabel);

@@ -8,12 +8,11 @@
 
 namespace navora {
 
-// Makes callbacks that may be called whatever became of an update session of those that an updater
-// hands out, which it wants to hear from once and while the session lasts. Those of a session that
-// ended do nothing.
+// Wraps the reply blocks of one update session at a time. A wrapped callback forwards to its block
+// while the session lasts and does nothing afterwards, so that its holder may call it at any time.
 class UpdateSessionCallbacks {
  public:
-  // Only the first call counts.
+  // Forwards the first call only, and then releases `callback`.
   template <typename... Values>
   std::function<void(Values...)> once(std::function<void(Values...)> callback) const {
     auto first = std::make_shared<std::function<void(Values...)>>(repeatable(std::move(callback)));
@@ -27,6 +26,7 @@ class UpdateSessionCallbacks {
     return lifetime_.guard(std::move(callback));
   }
 
+  // Disables every callback returned so far. The next one belongs to a new session.
   void endSession() { lifetime_.renew(); }
 
  private:

@@ -4,7 +4,8 @@
 
 #include "platform/Updater.h"
 
-// What Sparkle reports to, on behalf of the core's user driver. Agrees to nothing without one.
+// Sparkle's user driver, which forwards every step to the core's. Without the latter it declines or
+// acknowledges whatever Sparkle asks.
 @interface NavoraUserDriverForwarder : NSObject <SPUUserDriver>
 @property(nonatomic, nullable) navora::UpdaterUserDriver* userDriver;
 @end

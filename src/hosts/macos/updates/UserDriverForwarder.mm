@@ -2,19 +2,66 @@
 
 #include "hosts/macos/system/Conversions.h"
 #include "hosts/macos/updates/UpdateSessionCallbacks.h"
-#include "hosts/macos/updates/UpdaterConversions.h"
 
+using navora::AppcastItem;
 using navora::UpdatePermissionResponse;
 using navora::UserUpdateChoice;
+using navora::UserUpdateState;
 
 namespace {
+
+// Treats an unknown stage of a later Sparkle as downloaded: the update is offered, and nothing is
+// installed without the application's consent.
+UserUpdateState::Stage toStage(SPUUserUpdateStage stage) {
+  switch (stage) {
+    case SPUUserUpdateStageNotDownloaded:
+      return UserUpdateState::Stage::notDownloaded;
+    case SPUUserUpdateStageDownloaded:
+      break;
+    case SPUUserUpdateStageInstalling:
+      return UserUpdateState::Stage::installing;
+  }
+  return UserUpdateState::Stage::downloaded;
+}
+
+AppcastItem toAppcastItem(SUAppcastItem* item) {
+  return AppcastItem{
+      .versionString = navora::toString(item.versionString),
+      .displayVersionString = navora::toString(item.displayVersionString),
+      .infoUrl = navora::toUrl(item.infoURL),
+      .isInformationOnlyUpdate = item.informationOnlyUpdate == YES,
+  };
+}
+
+UserUpdateState toUserUpdateState(SPUUserUpdateState* state) {
+  return UserUpdateState{.stage = toStage(state.stage),
+                         .userInitiated = state.userInitiated == YES};
+}
+
+SPUUserUpdateChoice toUserUpdateChoice(UserUpdateChoice choice) {
+  switch (choice) {
+    case UserUpdateChoice::skip:
+      return SPUUserUpdateChoiceSkip;
+    case UserUpdateChoice::install:
+      return SPUUserUpdateChoiceInstall;
+    case UserUpdateChoice::dismiss:
+      return SPUUserUpdateChoiceDismiss;
+  }
+}
+
+SUUpdatePermissionResponse* toPermissionResponse(UpdatePermissionResponse response) {
+  return [[SUUpdatePermissionResponse alloc]
+      initWithAutomaticUpdateChecks:response.automaticUpdateChecks
+         automaticUpdateDownloading:[NSNumber numberWithBool:response.automaticUpdateDownloading]
+                  sendSystemProfile:response.sendSystemProfile];
+}
 
 std::function<void()> toFunction(void (^block)(void)) {
   return [block] { block(); };
 }
 
 std::function<void(UserUpdateChoice)> toFunction(void (^block)(SPUUserUpdateChoice)) {
-  return [block](UserUpdateChoice choice) { block(navora::toUserUpdateChoice(choice)); };
+  return [block](UserUpdateChoice choice) { block(toUserUpdateChoice(choice)); };
 }
 
 }  // namespace
@@ -30,10 +77,8 @@ std::function<void(UserUpdateChoice)> toFunction(void (^block)(SPUUserUpdateChoi
 
 - (void)showUpdatePermissionRequest:(SPUUpdatePermissionRequest*)request
                               reply:(void (^)(SUUpdatePermissionResponse*))reply {
-  const auto answer = _callbacks.once(
-      std::function<void(UpdatePermissionResponse)>([reply](UpdatePermissionResponse response) {
-        reply(navora::toPermissionResponse(response));
-      }));
+  const auto answer = _callbacks.once(std::function<void(UpdatePermissionResponse)>(
+      [reply](UpdatePermissionResponse response) { reply(toPermissionResponse(response)); }));
   if (self.userDriver == nullptr) return answer({});
   self.userDriver->showUpdatePermissionRequest(answer);
 }
@@ -49,11 +94,10 @@ std::function<void(UserUpdateChoice)> toFunction(void (^block)(SPUUserUpdateChoi
                                  reply:(void (^)(SPUUserUpdateChoice))reply {
   const auto choose = _callbacks.once(toFunction(reply));
   if (self.userDriver == nullptr) return choose(UserUpdateChoice::dismiss);
-  self.userDriver->showUpdateFound(navora::toAppcastItem(appcastItem),
-                                   navora::toUserUpdateState(state), choose);
+  self.userDriver->showUpdateFound(toAppcastItem(appcastItem), toUserUpdateState(state), choose);
 }
 
-// No release notes are shown.
+// The banner shows no release notes.
 - (void)showUpdateReleaseNotesWithDownloadData:(SPUDownloadData*)downloadData {
 }
 

@@ -19,7 +19,7 @@ class MacDownload final : public Download {
 
  private:
   WKDownload* _Nonnull download_;
-  // WebKit holds its delegate weakly.
+  // Kept here because WebKit holds its delegate weakly.
   NavoraDownloadForwarder* _Nonnull forwarder_;
 };
 

@@ -1,10 +1,10 @@
 #include "hosts/macos/web/MacDownload.h"
 
 #include "hosts/macos/system/Conversions.h"
-#include "hosts/macos/web/AnsweredOnce.h"
+#include "hosts/macos/web/OnceCallback.h"
 
-// The WebKit side of one download. Its reports to the core come last in every method, because the
-// core lets go of the download, and with it of this object, when it has ended.
+// Forwards what WebKit asks and reports about one download. Calling the core is the last step of
+// every method, because the core releases an ended download and thereby this object.
 @interface NavoraDownloadForwarder : NSObject <WKDownloadDelegate>
 @property(nonatomic, nullable) navora::MacDownload* download;
 @property(nonatomic, nullable) navora::DownloadDelegate* delegate;
@@ -15,7 +15,8 @@ namespace {
 
 using Destination = std::optional<std::filesystem::path>;
 
-// WebKit refuses to write to a file that exists. By now the user has agreed to replace it.
+// Removes a file at the destination, which WebKit would refuse to replace; the user has agreed to
+// replace it in the save panel.
 NSURL* _Nullable prepareDestination(const Destination& destination) {
   if (!destination) return nil;
   std::error_code ignored;
@@ -32,7 +33,7 @@ NSURL* _Nullable prepareDestination(const Destination& destination) {
                  suggestedFilename:(NSString*)suggestedFilename
                  completionHandler:(void (^)(NSURL* _Nullable))completionHandler {
   const auto answer =
-      navora::answeredOnce(std::function<void(Destination)>([=](Destination destination) {
+      navora::onceCallback(std::function<void(Destination)>([=](Destination destination) {
                              completionHandler(prepareDestination(destination));
                            }),
                            std::nullopt);

@@ -33,7 +33,7 @@ class MacWebView final : public WebView {
   NavoraNavigationForwarder* _Nonnull navigationForwarder_;
   NavoraScriptMessageForwarder* _Nonnull messageForwarder_;
   WKWebView* _Nonnull webView_;
-  // WebKit answers open evaluations while its view goes away, when nobody listens any more.
+  // WebKit completes pending evaluations while its view is deallocated.
   Lifetime lifetime_;
 };
 

@@ -1,10 +1,31 @@
 #include "hosts/macos/web/MacWebView.h"
 
+#include <utility>
+
 #include "hosts/macos/system/Conversions.h"
 #include "hosts/macos/system/FoundationJson.h"
-#include "hosts/macos/web/MacNavigationDelegate.h"
-#include "hosts/macos/web/MacRequest.h"
-#include "hosts/macos/web/MacScriptMessages.h"
+#include "hosts/macos/web/NavigationConversions.h"
+#include "hosts/macos/web/NavigationForwarder.h"
+#include "platform/ScriptMessage.h"
+
+// Forwards the page's messages to the core. `handler` may be set to null at any time.
+@interface NavoraScriptMessageForwarder : NSObject <WKScriptMessageHandler>
+@property(nonatomic, nullable) navora::ScriptMessageHandler* handler;
+@end
+
+@implementation NavoraScriptMessageForwarder
+
+- (void)userContentController:(WKUserContentController*)userContentController
+      didReceiveScriptMessage:(WKScriptMessage*)message {
+  if (self.handler == nullptr) return;
+  self.handler->didReceiveScriptMessage(navora::ScriptMessage{
+      .name = navora::toString(message.name),
+      .body = navora::toJsonText(message.body).value_or("null"),
+      .frame = navora::toFrameInfo(message.frameInfo),
+  });
+}
+
+@end
 
 namespace navora {
 
@@ -89,7 +110,7 @@ MacWebView::~MacWebView() {
   navigationForwarder_.pageDialogDelegate = nullptr;
   webView_.navigationDelegate = nil;
   webView_.UIDelegate = nil;
-  // The content controller keeps its handlers alive.
+  // The content controller retains its message handlers.
   [webView_.configuration.userContentController removeAllScriptMessageHandlers];
   [webView_ removeFromSuperview];
 }
@@ -114,10 +135,10 @@ void MacWebView::load(const WebRequest& request) {
 }
 
 void MacWebView::load(const PlatformRequest& request) {
-  // Every request of this host is made by its navigation forwarder.
+  // `request` must come from a navigation of this view.
   NSURLRequest* urlRequest = static_cast<const MacRequest&>(request).urlRequest();
   if (urlRequest == nil) return;
-  // The core loads from within a policy decision; the decision must reach WebKit first.
+  // The core calls this from within a policy decision, which must reach WebKit first.
   WKWebView* __weak weakWebView = webView_;
   dispatch_async(dispatch_get_main_queue(), ^{
     [weakWebView loadRequest:urlRequest];

@@ -4,13 +4,25 @@
 
 #include "platform/Navigation.h"
 #include "platform/PageDialogDelegate.h"
+#include "platform/WebRequest.h"
 
 NS_ASSUME_NONNULL_BEGIN
 
 namespace navora {
 
-// WebKit's view of navigations as the core's values. A frame that WebKit does not name is reported
-// as unknown, never as the main one.
+// A request of a page, as WebKit holds it.
+class MacRequest final : public PlatformRequest {
+ public:
+  explicit MacRequest(NSURLRequest* _Nullable request) : request_(request) {}
+
+  NSURLRequest* _Nullable urlRequest() const { return request_; }
+
+ private:
+  NSURLRequest* _Nullable request_;
+};
+
+// Conversions of WebKit's navigations to the core's values. A nil frame becomes an unknown one,
+// never the main frame.
 
 FrameInfo toFrameInfo(WKFrameInfo* _Nullable frame);
 NavigationAction toNavigationAction(WKNavigationAction* action);

@@ -1,7 +1,6 @@
 #include "hosts/macos/web/NavigationConversions.h"
 
 #include "hosts/macos/system/Conversions.h"
-#include "hosts/macos/web/MacRequest.h"
 
 namespace navora {
 

@@ -4,7 +4,7 @@
 
 namespace navora {
 
-// Alerts block until they are answered, panels are sheets that answer later.
+// Shows alerts as modal windows, which block until they are answered, and file panels as sheets.
 class MacDialogs final : public Dialogs {
  public:
   void runAlert(const AlertDescription& alert, AlertCompletion completion) override;

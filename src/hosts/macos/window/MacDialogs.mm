@@ -21,14 +21,13 @@ NSTextField* addTextField(const AlertDescription::TextField& description, NSAler
   NSTextField* field = [NSTextField textFieldWithString:toNSString(description.text)];
   field.frame = NSMakeRect(0, 0, description.size.width, description.size.height);
   alert.accessoryView = field;
-  // The alert settles its first responder while it lays itself out, so ours comes after.
+  // -layout sets the alert's first responder, so it must run before ours is set.
   [alert layout];
   alert.window.initialFirstResponder = field;
   return field;
 }
 
-// Responses count from the first button; any other one means that the alert was closed in another
-// way.
+// Returns the index of the pressed button, or the last one if the alert was closed in another way.
 std::size_t pressedButton(NSModalResponse response, std::size_t buttons) {
   const std::size_t last = buttons == 0 ? 0 : buttons - 1;
   const NSInteger index = response - NSAlertFirstButtonReturn;
@@ -44,7 +43,7 @@ std::vector<std::filesystem::path> toPaths(NSArray<NSURL*>* urls) {
   return paths;
 }
 
-// Every window of this host is made by MacPlatform.
+// `window` must be made by MacPlatform.
 NSWindow* nsWindow(MainWindow& window) {
   return static_cast<MacMainWindow&>(window).nsWindow();
 }

@@ -8,9 +8,11 @@
 
 namespace navora {
 
+class MacMainWindow;
+
 class MacErrorView final : public ErrorView {
  public:
-  MacErrorView(NSView* _Nonnull container, const ErrorViewDescription& description);
+  MacErrorView(MacMainWindow& window, const ErrorViewDescription& description);
   ~MacErrorView() override;
   MacErrorView(const MacErrorView&) = delete;
   MacErrorView& operator=(const MacErrorView&) = delete;

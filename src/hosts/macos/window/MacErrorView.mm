@@ -1,7 +1,7 @@
 #include "hosts/macos/window/MacErrorView.h"
 
 #include "hosts/macos/system/Conversions.h"
-#include "hosts/macos/window/Layout.h"
+#include "hosts/macos/window/MacMainWindow.h"
 
 @interface NavoraErrorViewTarget : NSObject {
  @public
@@ -14,7 +14,7 @@
 
 @implementation NavoraErrorViewTarget
 
-// The callbacks are copied because they may replace the view that owns this object.
+// The callbacks are copied because they may destroy the view that owns this object.
 - (void)reload:(id)sender {
   const std::function<void()> callback = onRetry;
   if (callback) callback();
@@ -71,7 +71,7 @@ void addCentred(NSStackView* stack, NSView* overlay) {
 
 }  // namespace
 
-MacErrorView::MacErrorView(NSView* _Nonnull container, const ErrorViewDescription& description)
+MacErrorView::MacErrorView(MacMainWindow& window, const ErrorViewDescription& description)
     : overlay_(makeOverlay()),
       detail_(makeDetail(description.detail)),
       target_([[NavoraErrorViewTarget alloc] init]) {
@@ -87,7 +87,7 @@ MacErrorView::MacErrorView(NSView* _Nonnull container, const ErrorViewDescriptio
   stack.alignment = NSLayoutAttributeCenterX;
   stack.spacing = ErrorViewDescription::stackSpacing;
   addCentred(stack, overlay_);
-  addFilling(overlay_, container);
+  window.addFilling(overlay_);
 }
 
 MacErrorView::~MacErrorView() {
@@ -98,8 +98,8 @@ void MacErrorView::setDetail(const std::string& text) {
   detail_.stringValue = toNSString(text);
 }
 
-// While the overlay is shown the window itself has the keyboard, so that Return reaches the default
-// button and nothing is typed into the page below.
+// Makes the window itself the first responder while the overlay is shown, so that Return presses
+// the default button and no key reaches the page below.
 void MacErrorView::setHidden(bool hidden) {
   overlay_.hidden = hidden;
   NSWindow* window = overlay_.window;

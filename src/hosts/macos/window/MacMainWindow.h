@@ -25,6 +25,8 @@ class MacMainWindow final : public MainWindow {
   void orderOut() override;
 
   NSWindow* nsWindow() const { return window_; }
+  // Adds `view` above the other subviews of the content view and pins it to all four edges.
+  void addFilling(NSView* view);
 
  private:
   NSWindow* window_;

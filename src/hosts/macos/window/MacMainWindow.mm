@@ -1,12 +1,13 @@
 #include "hosts/macos/window/MacMainWindow.h"
 
+#include <utility>
+
 #include "hosts/macos/system/AppKitConversions.h"
 #include "hosts/macos/system/Conversions.h"
 #include "hosts/macos/web/MacWebView.h"
-#include "hosts/macos/window/Layout.h"
 
 @interface NavoraWindowForwarder : NSObject <NSWindowDelegate>
-@property(nonatomic) navora::MainWindowDelegate* delegate;
+@property(nonatomic, nullable) navora::MainWindowDelegate* delegate;
 @end
 
 @implementation NavoraWindowForwarder
@@ -35,7 +36,7 @@ NSWindow* makeWindow(const MainWindowDescription& description) {
   window.releasedWhenClosed = NO;
   window.title = toNSString(description.title);
   window.minSize = NSMakeSize(description.minimumSize.width, description.minimumSize.height);
-  // Naming the frame restores the stored one; centring afterwards keeps its size only.
+  // Setting the name restores the stored frame; -center then keeps only its size.
   [window setFrameAutosaveName:toNSString(description.frameAutosaveName)];
   [window center];
   return window;
@@ -61,12 +62,23 @@ void MacMainWindow::setTitle(const std::string& title) {
 
 void MacMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   webView_ = std::move(webView);
-  NSView* container = [[NSView alloc] initWithFrame:NSZeroRect];
-  window_.contentView = container;
-  // Every view of this host is made by MacPlatform.
+  window_.contentView = [[NSView alloc] initWithFrame:NSZeroRect];
+  // `webView` must be made by MacPlatform.
   NSView* page = static_cast<MacWebView&>(*webView_).nsView();
-  addFilling(page, container);
+  addFilling(page);
   window_.initialFirstResponder = page;
+}
+
+void MacMainWindow::addFilling(NSView* view) {
+  NSView* content = window_.contentView;
+  view.translatesAutoresizingMaskIntoConstraints = NO;
+  [content addSubview:view];
+  [NSLayoutConstraint activateConstraints:@[
+    [view.leadingAnchor constraintEqualToAnchor:content.leadingAnchor],
+    [view.trailingAnchor constraintEqualToAnchor:content.trailingAnchor],
+    [view.topAnchor constraintEqualToAnchor:content.topAnchor],
+    [view.bottomAnchor constraintEqualToAnchor:content.bottomAnchor],
+  ]];
 }
 
 void MacMainWindow::makeContentViewFirstResponder() {

@@ -1,12 +1,12 @@
-#include "hosts/macos/web/MacNavigationDelegate.h"
+#include "hosts/macos/web/NavigationForwarder.h"
 
 #include "hosts/macos/system/Conversions.h"
-#include "hosts/macos/web/AnsweredOnce.h"
 #include "hosts/macos/web/MacDownload.h"
 #include "hosts/macos/web/MacWebView.h"
 #include "hosts/macos/web/NavigationConversions.h"
+#include "hosts/macos/web/OnceCallback.h"
 
-using navora::answeredOnce;
+using navora::onceCallback;
 
 namespace {
 
@@ -15,7 +15,7 @@ void reportFailure(navora::NavigationDelegate* delegate, NSError* error) {
 }
 
 void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) {
-  // Without a delegate nobody holds the new object, which cancels the download.
+  // Without a delegate the object is destroyed on return, which cancels the download.
   const auto started = std::make_shared<navora::MacDownload>(download);
   if (delegate != nullptr) delegate->navigationDidBecomeDownload(started);
 }
@@ -103,7 +103,7 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
     runJavaScriptAlertPanelWithMessage:(NSString*)message
                       initiatedByFrame:(WKFrameInfo*)frame
                      completionHandler:(void (^)(void))completionHandler {
-  const auto answer = answeredOnce(std::function<void()>([=] { completionHandler(); }));
+  const auto answer = onceCallback(std::function<void()>([=] { completionHandler(); }));
   if (self.pageDialogDelegate == nullptr) return;
   self.pageDialogDelegate->runAlertPanel(navora::toString(message), navora::toFrameInfo(frame),
                                          answer);
@@ -113,7 +113,7 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
     runJavaScriptConfirmPanelWithMessage:(NSString*)message
                         initiatedByFrame:(WKFrameInfo*)frame
                        completionHandler:(void (^)(BOOL))completionHandler {
-  const auto answer = answeredOnce(
+  const auto answer = onceCallback(
       std::function<void(bool)>([=](bool confirmed) { completionHandler(confirmed); }), false);
   if (self.pageDialogDelegate == nullptr) return;
   self.pageDialogDelegate->runConfirmPanel(navora::toString(message), navora::toFrameInfo(frame),
@@ -125,7 +125,7 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
                               defaultText:(nullable NSString*)defaultText
                          initiatedByFrame:(WKFrameInfo*)frame
                         completionHandler:(void (^)(NSString* _Nullable))completionHandler {
-  const auto answer = answeredOnce(
+  const auto answer = onceCallback(
       std::function<void(std::optional<std::string>)>([=](std::optional<std::string> text) {
         completionHandler(text ? navora::toNSString(*text) : nil);
       }),
@@ -142,7 +142,7 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
               initiatedByFrame:(WKFrameInfo*)frame
              completionHandler:(void (^)(NSArray<NSURL*>* _Nullable))completionHandler {
   using Paths = std::optional<std::vector<std::filesystem::path>>;
-  const auto answer = answeredOnce(std::function<void(Paths)>([=](Paths paths) {
+  const auto answer = onceCallback(std::function<void(Paths)>([=](Paths paths) {
                                      completionHandler(paths ? navora::toFileURLs(*paths) : nil);
                                    }),
                                    std::nullopt);

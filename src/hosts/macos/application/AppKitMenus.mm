@@ -1,6 +1,40 @@
-#include "hosts/macos/application/MacMenus.h"
+#include "hosts/macos/application/AppKitMenus.h"
 
 #include "hosts/macos/system/Conversions.h"
+
+using navora::MenuAction;
+
+@implementation NavoraMenuTarget
+
+- (void)about:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::about);
+}
+
+- (void)checkForUpdates:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::checkForUpdates);
+}
+
+- (void)enableNotifications:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::enableNotifications);
+}
+
+- (void)quickCapture:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::quickCapture);
+}
+
+- (void)reload:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::reload);
+}
+
+- (void)openInBrowser:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::openInBrowser);
+}
+
+- (void)showWindow:(id)sender {
+  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::showWindow);
+}
+
+@end
 
 namespace navora {
 
@@ -20,7 +54,7 @@ SEL selectorOf(MenuAction action) {
       return @selector(hide:);
     case MenuAction::terminate:
       return @selector(terminate:);
-    // AppKit declares these two nowhere, though its responders have them.
+    // Responders implement undo: and redo:, but AppKit declares neither.
     case MenuAction::undo:
       return NSSelectorFromString(@"undo:");
     case MenuAction::redo:
@@ -46,7 +80,7 @@ SEL selectorOf(MenuAction action) {
   }
 }
 
-// Without a target the action goes to the key window through the responder chain.
+// A nil target sends the action through the key window's responder chain.
 id _Nullable targetOf(MenuTarget where, NavoraMenuTarget* target) {
   switch (where) {
     case MenuTarget::delegate:
@@ -73,7 +107,7 @@ NSMenuItem* toNSMenuItem(const MenuItem& item, NavoraMenuTarget* target) {
   if (item.keyEquivalent && item.keyEquivalent->shift) {
     nsItem.keyEquivalentModifierMask = NSEventModifierFlagCommand | NSEventModifierFlagShift;
   }
-  // An item that only informs has no action, and the menu turns it off by itself.
+  // Without an action the item is informative, and the menu disables it.
   if (item.action) nsItem.target = targetOf(item.target, target);
   return nsItem;
 }
@@ -84,27 +118,6 @@ NSMenu* toNSMenu(const Menu& menu, NavoraMenuTarget* target) {
     [nsMenu addItem:toNSMenuItem(item, target)];
   }
   return nsMenu;
-}
-
-MacMenus::MacMenus() : target_([[NavoraMenuTarget alloc] init]) {}
-
-MacMenus::~MacMenus() {
-  target_.delegate = nullptr;
-}
-
-void MacMenus::setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) {
-  target_.delegate = &delegate;
-  NSApplication* application = NSApplication.sharedApplication;
-  NSMenu* mainMenu = [[NSMenu alloc] init];
-  application.mainMenu = mainMenu;
-  for (const Menu& menu : menus) {
-    NSMenuItem* top = [[NSMenuItem alloc] initWithTitle:toNSString(menu.title)
-                                                 action:nullptr
-                                          keyEquivalent:@""];
-    top.submenu = toNSMenu(menu, target_);
-    [mainMenu addItem:top];
-    if (menu.role == Menu::Role::windows) application.windowsMenu = top.submenu;
-  }
 }
 
 }  // namespace navora

@@ -9,16 +9,17 @@ namespace navora {
 class MacWebView;
 }
 
-// Hands the questions and reports of one WKWebView to the core. Without a delegate every question
-// is answered neutrally: navigations are cancelled and dialogs are not shown.
+// The navigation and UI delegate of one WKWebView, which forwards to the core's delegates. Without
+// them it cancels navigations and shows no dialogs.
 @interface NavoraNavigationForwarder : NSObject <WKNavigationDelegate, WKUIDelegate>
 
-// The owner; null once it goes away.
+// The owner, which sets this to null when it is destroyed.
 @property(nonatomic, nullable) navora::MacWebView* webView;
 @property(nonatomic, nullable) navora::NavigationDelegate* navigationDelegate;
 @property(nonatomic, nullable) navora::PageDialogDelegate* pageDialogDelegate;
 
-// Reports, later, the failure of a load whose address the platform does not accept.
+// Reports, one turn of the main queue later, that a load failed because Foundation rejects its
+// address.
 - (void)reportUnsupportedUrl;
 
 @end
