@@ -1,23 +1,28 @@
 """Finds methods that no protocol and no interface declares.
 
-A framework calls an optional delegate method only if its name is right, and the compiler cannot
-tell a mistyped name from a new method. So every method of our classes must be declared somewhere:
-by a protocol that the class adopts, by a superclass or by its own interface.
+A framework calls an optional delegate method only if its name is right, and the compiler cannot tell a
+mistyped name from a new method. Every method of our classes must therefore be declared by a protocol
+that the class adopts, by a superclass or by the class's own interface.
 
 usage: undeclared_methods.py SOURCE DECLARATIONS COMPILER ARGUMENT...
 
-DECLARATIONS is the folder that holds the frameworks, each as X/X.h.
+SOURCE is a source file or one that includes source files. DECLARATIONS is the folder that holds the
+frameworks, each as X/X.h.
 """
 
+import os
 import pathlib
 import re
 import subprocess
 import sys
 
-# Lines of clang's AST dump: a class, protocol or category, what it builds on, and its methods.
+# Lines of clang's AST dump: a class, protocol or category, its superclass and protocols, its methods.
 TYPE = re.compile(r"^[|`]?-?ObjC(Interface|Protocol|Category|Implementation)Decl .* (\w+)$")
 PARENT = re.compile(r"^[| ]*[|`]-(?:super )?ObjC(?:Interface|Protocol) 0x\w+ '(\w+)'")
 METHOD = re.compile(r"^[| ]*[|`]-ObjCMethodDecl .*?(implicit )?([-+] [\w:]+) '")
+
+# Most of our classes have this prefix, so that one dump shows them all.
+PREFIX = "Navora"
 
 
 class Type:
@@ -28,6 +33,7 @@ class Type:
 
 
 def dump(compiler, source, text=None, name=None):
+    """Returns the lines of the AST of `source`, or only of declarations whose name contains `name`."""
     selection = ["-Xclang", "-ast-dump-filter=" + name] if name else []
     command = [*compiler, "-fsyntax-only", "-Xclang", "-ast-dump", *selection, source]
     result = subprocess.run(command, input=text, capture_output=True, text=True, check=False)
@@ -60,19 +66,31 @@ def all_declared(name, types, seen):
     return types[name].declared.union(*inherited)
 
 
+def implemented_classes(source):
+    text = source.read_text(encoding="utf-8")
+    classes = re.findall(r"^@implementation (\w+)", text, re.MULTILINE)
+    for included in re.findall(r'^#include "(.+\.mm)"$', text, re.MULTILINE):
+        classes += implemented_classes(source.parent / included)
+    return classes
+
+
 def main():
     source, declarations, *compiler = sys.argv[1:]
+    classes = implemented_classes(pathlib.Path(source))
     frameworks = [f"{folder.name}/{folder.name}.h" for folder in pathlib.Path(declarations).iterdir()]
     imports = [f"#import <{header}>\n" for header in sorted(frameworks)]
     types = {}
     read_types(dump(compiler, "-", "".join(imports)), types)
 
-    text = pathlib.Path(source).read_text(encoding="utf-8")
-    classes = re.findall(r"^@implementation (\w+)", text, re.MULTILINE)
+    unprefixed = [name for name in classes if not name.startswith(PREFIX)]
+    if len(unprefixed) < len(classes):
+        read_types(dump(compiler, source, name=PREFIX), types)
+    if unprefixed:
+        read_types(dump(compiler, source, name=os.path.commonprefix(unprefixed)), types)
+
     checked = 0
     undeclared = []
     for name in classes:
-        read_types(dump(compiler, source, name=name), types)
         methods = types[name].implemented
         checked += len(methods)
         undeclared += [(name, m) for m in sorted(methods - all_declared(name, types, set()))]
