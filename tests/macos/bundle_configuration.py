@@ -1,7 +1,7 @@
-"""Configures Navora.app as CMake does on a Mac, and checks what comes of it. Nothing is built.
+"""Configures Navora.app as on a Mac and checks the generated build files. Nothing is built.
 
-The system is given to CMake, which makes it take this machine's compiler for the Mac's without trying
-it. An empty folder stands for the Sparkle framework.
+CMAKE_SYSTEM_NAME makes CMake configure for macOS with this machine's compiler, which it does not try
+to run. A folder with one empty header stands for the Sparkle framework.
 
 usage: bundle_configuration.py CASE CMAKE SOURCES FOLDER COMPILER
 """
@@ -34,7 +34,7 @@ def configure(cmake, sources, build, compiler, settings):
         "CMAKE_HAVE_LIBC_PTHREAD": "1",
         "CMAKE_INSTALL_NAME_TOOL": shutil.which("true"),
         "CMAKE_OSX_SYSROOT": build.parent,
-        # The core's libraries are this machine's.
+        # Finds the core's libraries on this machine.
         "CMAKE_PREFIX_PATH": "/usr",
         "CMAKE_LIBRARY_ARCHITECTURE": f"{platform.machine()}-linux-gnu",
         "NAVORA_BUILD_TESTS": "OFF",
@@ -48,27 +48,28 @@ def configure(cmake, sources, build, compiler, settings):
 
 def check_refusal(result, setting):
     output = " ".join(result.stderr.split())
-    expect(result.returncode != 0, "the configuration is accepted")
-    expect(f"needs {setting}" in output or f": {setting} is" in output, f"{setting} is not named")
-    expect(f"-D{setting}=" in output, "how to give it is not said")
+    expect(result.returncode != 0, "the configuration was accepted")
+    expect(f"needs {setting}" in output or f": {setting} is" in output, f"the message does not name {setting}")
+    expect(f"-D{setting}=" in output, f"the message does not say how to set {setting}")
 
 
 def check_bundle(result, build, sparkle, feed, key):
-    expect(result.returncode == 0, "the configuration is refused: " + result.stderr)
+    expect(result.returncode == 0, "the configuration was refused: " + result.stderr)
     if failures:
         return
     contents = build / "src/hosts/macos/Navora.app/Contents"
     with open(contents / "Info.plist", "rb") as file:
         properties = plistlib.load(file)
-    expect(properties["CFBundleIdentifier"] == "example.navora.Navora", "another identifier")
-    expect(properties["SUFeedURL"] == feed, "another feed: " + properties["SUFeedURL"])
-    expect(properties["SUPublicEDKey"] == key, "another key: " + properties["SUPublicEDKey"])
+    identifier = properties["CFBundleIdentifier"]
+    expect(identifier == "example.navora.Navora", "wrong identifier: " + identifier)
+    expect(properties["SUFeedURL"] == feed, "wrong feed: " + properties["SUFeedURL"])
+    expect(properties["SUPublicEDKey"] == key, "wrong key: " + properties["SUPublicEDKey"])
 
     commands = subprocess.run(["ninja", "-C", build, "-t", "commands", "navora_macos"],
                               capture_output=True, text=True, check=True).stdout.splitlines()
     compiling = [line for line in commands if "MacUpdater.mm" in line][0]
     linking = commands[-1]
-    expect(f'-iframework "{sparkle.parent}"' in compiling, "the headers are not found: " + compiling)
+    expect(f'-iframework "{sparkle.parent}"' in compiling, "no include path for the headers: " + compiling)
     copy = contents / "Frameworks/Sparkle.framework"
     for part in (f'-F "{sparkle.parent}"', "-framework Sparkle",
                  "-Xlinker -rpath -Xlinker @executable_path/../Frameworks",
@@ -81,7 +82,7 @@ def main():
     folder = pathlib.Path(folder)
     shutil.rmtree(folder, ignore_errors=True)
     build = folder / "build"
-    # With a space, as folders on a Mac have.
+    # The space checks the quoting; paths on a Mac often contain one.
     sparkle = folder / "Sparkle 2/Sparkle.framework"
     (sparkle / "Headers").mkdir(parents=True)
     (sparkle / "Headers/SPUUpdater.h").touch()

@@ -1,4 +1,4 @@
-// Delegates without a method that their protocol or their own interface requires.
+// Classes that lack a method which their protocol or their own interface requires.
 
 // clang-format off: expected messages stay on one line.
 

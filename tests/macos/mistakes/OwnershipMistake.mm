@@ -1,4 +1,4 @@
-// What reference counting by the compiler forbids.
+// Casts that automatic reference counting forbids.
 
 // clang-format off: expected messages stay on one line.
 

@@ -1,4 +1,4 @@
-// A delegate method whose arguments differ from what the framework passes.
+// A delegate method whose parameters differ from the arguments that the framework passes.
 
 // clang-format off: expected messages stay on one line.
 

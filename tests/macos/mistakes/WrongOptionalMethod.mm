@@ -1,6 +1,6 @@
-// A delegate method that WebKit would never call, because it does not exist under this name.
+// A delegate method with a mistyped name, which WebKit would never call.
 //
-// expected-no-diagnostics: only the check of method names finds it.
+// expected-no-diagnostics: only undeclared_methods.py finds it.
 
 #import <WebKit/WebKit.h>
 

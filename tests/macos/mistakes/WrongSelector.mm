@@ -1,4 +1,4 @@
-// Messages that no declared class understands.
+// Messages that the receiver's class does not declare.
 
 // clang-format off: expected messages stay on one line.
 

@@ -12,7 +12,7 @@ FOUNDATION_EXPORT NSAccessibilityRole const NSAccessibilityGroupRole;
 
 FOUNDATION_EXPORT
 NSAccessibilityNotificationName const NSAccessibilityAnnouncementRequestedNotification;
-// A string, and a number with one of the levels.
+// The values are an NSString and an NSNumber that holds one of the priority levels.
 FOUNDATION_EXPORT NSAccessibilityNotificationUserInfoKey const NSAccessibilityAnnouncementKey;
 FOUNDATION_EXPORT NSAccessibilityNotificationUserInfoKey const NSAccessibilityPriorityKey;
 

@@ -54,7 +54,7 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 
 typedef NSString* NSAboutPanelOptionKey;
 FOUNDATION_EXPORT NSAboutPanelOptionKey const NSAboutPanelOptionApplicationName;
-// An attributed string.
+// The value is an NSAttributedString.
 FOUNDATION_EXPORT NSAboutPanelOptionKey const NSAboutPanelOptionCredits;
 
 @interface NSApplication (NSStandardAboutPanel)

@@ -9,15 +9,15 @@ FOUNDATION_EXPORT const NSFontWeight NSFontWeightRegular;
 FOUNDATION_EXPORT const NSFontWeight NSFontWeightSemibold;
 
 @interface NSFont : NSObject <NSCopying>
-// Nil when the font is not installed.
+// Returns nil if the font is not installed.
 + (nullable NSFont*)fontWithName:(NSString*)fontName size:(CGFloat)fontSize;
 + (NSFont*)systemFontOfSize:(CGFloat)fontSize;
 + (NSFont*)monospacedSystemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
 + (NSFont*)systemFontOfSize:(CGFloat)fontSize weight:(NSFontWeight)weight;
 @end
 
-// On Apple processors; on Intel the values of centre and right are exchanged. See Apple developer
-// documentation, NSTextAlignment.
+// The values on Apple silicon; on Intel those of centre and right are exchanged. See Apple
+// developer documentation, NSTextAlignment.
 typedef NS_ENUM(NSInteger, NSTextAlignment) {
   NSTextAlignmentLeft = 0,
   NSTextAlignmentCenter = 1,
@@ -39,7 +39,7 @@ typedef NS_ENUM(NSUInteger, NSControlSize) {
 @property(nullable) SEL action;
 @property(copy) NSString* stringValue;
 @property NSTextAlignment alignment;
-// Since macOS 10.10, where it was the cell's before.
+// Since macOS 10.10; a property of the cell in earlier versions.
 @property NSControlSize controlSize;
 @property NSLineBreakMode lineBreakMode;
 @property(nullable, strong) NSFont* font;
@@ -76,14 +76,14 @@ typedef NS_ENUM(NSUInteger, NSProgressIndicatorStyle) {
   NSProgressIndicatorStyleBar = 0,
 };
 
-// Indeterminate, and from 0 to 100, unless told otherwise.
+// Indeterminate and with a range of 0 to 100 by default.
 @interface NSProgressIndicator : NSView
 @property NSProgressIndicatorStyle style;
 @property(getter=isIndeterminate) BOOL indeterminate;
 @property double minValue;
 @property double maxValue;
 @property double doubleValue;
-// Both do nothing to a determinate one.
+// Neither has an effect on a determinate indicator.
 - (void)startAnimation:(nullable id)sender;
 - (void)stopAnimation:(nullable id)sender;
 @end

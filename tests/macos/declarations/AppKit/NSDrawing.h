@@ -17,16 +17,16 @@ NS_ASSUME_NONNULL_BEGIN
 @property(class, readonly, strong) NSColor* placeholderTextColor;
 @property(class, readonly, strong) NSColor* separatorColor;
 @property(class, readonly, strong) NSColor* systemRedColor;
-// Nil when there is no such conversion.
+// Returns nil if there is no such conversion.
 - (nullable NSColor*)colorUsingColorSpace:(NSColorSpace*)space;
-// Of a colour in an RGB colour space only.
+// Valid for colours in an RGB colour space only.
 @property(readonly) CGFloat redComponent;
 @property(readonly) CGFloat greenComponent;
 @property(readonly) CGFloat blueComponent;
 @property(readonly) CGFloat alphaComponent;
-// Of a dynamic colour as it is in the current drawing appearance.
+// Resolves a dynamic colour in the current drawing appearance.
 @property(readonly) CGColorRef CGColor;
-// As the colour of both filling and stroking in the current graphics context.
+// Sets both the fill and the stroke colour of the current graphics context.
 - (void)set;
 - (void)setFill;
 - (void)setStroke;

@@ -5,7 +5,7 @@
 NS_ASSUME_NONNULL_BEGIN
 
 typedef NS_OPTIONS(unsigned long long, NSEventMask) {
-  // 1 shifted by the event type, NSEventTypeKeyDown, 10.
+  // 1 << NSEventTypeKeyDown, which is 10.
   NSEventMaskKeyDown = 1ULL << 10,
 };
 
@@ -18,7 +18,7 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
 @interface NSEvent : NSObject <NSCopying>
 @property(readonly) NSEventModifierFlags modifierFlags;
 @property(readonly) unsigned short keyCode;
-// On the screen, from the lower left corner of the main one.
+// In screen coordinates, whose origin is the lower left corner of the main screen.
 @property(class, readonly) NSPoint mouseLocation;
 // The handler returns the event to dispatch, or nil to stop it. See Apple developer documentation,
 // NSEvent.

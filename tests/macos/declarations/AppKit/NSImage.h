@@ -25,7 +25,7 @@ FOUNDATION_EXPORT NSColorSpaceName const NSDeviceRGBColorSpace;
                                    colorSpaceName:(NSColorSpaceName)colorSpaceName
                                       bytesPerRow:(NSInteger)bytesPerRow
                                      bitsPerPixel:(NSInteger)bitsPerPixel;
-// From the upper left corner.
+// The origin is the upper left corner.
 - (nullable NSColor*)colorAtX:(NSInteger)x y:(NSInteger)y;
 @end
 
@@ -50,7 +50,7 @@ typedef NS_ENUM(NSUInteger, NSCompositingOperation) {
 @interface NSGraphicsContext : NSObject
 @property(class, nullable, strong) NSGraphicsContext* currentContext;
 + (nullable NSGraphicsContext*)graphicsContextWithBitmapImageRep:(NSBitmapImageRep*)bitmapRep;
-// The current context is part of what is saved.
+// Saves and restores the current context as well.
 + (void)saveGraphicsState;
 + (void)restoreGraphicsState;
 @property NSImageInterpolation imageInterpolation;
@@ -59,7 +59,7 @@ typedef NS_ENUM(NSUInteger, NSCompositingOperation) {
 @interface NSAffineTransform : NSObject <NSCopying>
 + (NSAffineTransform*)transform;
 - (void)scaleXBy:(CGFloat)scaleX yBy:(CGFloat)scaleY;
-// To the current context's transform; of AppKit's part of the class.
+// Appends to the transform of the current graphics context. From a category in AppKit.
 - (void)concat;
 @end
 

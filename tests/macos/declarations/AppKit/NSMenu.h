@@ -11,7 +11,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSMenuItem : NSObject <NSCopying>
 + (NSMenuItem*)separatorItem;
-// Command is the modifier of a key equivalent until another mask is set; an empty one is none.
+// The modifier of a key equivalent is Command by default; an empty key equivalent means none.
 - (instancetype)initWithTitle:(NSString*)string
                        action:(nullable SEL)selector
                 keyEquivalent:(NSString*)charCode NS_DESIGNATED_INITIALIZER;
@@ -28,7 +28,7 @@ NS_ASSUME_NONNULL_BEGIN
 @property(readonly) NSInteger numberOfItems;
 @end
 
-// Of the main menu; the system adds the list of windows to the second one.
+// `windowsMenu` is the submenu of the main menu to which the system adds the list of windows.
 @interface NSApplication (NSMenu)
 @property(nullable, strong) NSMenu* mainMenu;
 @property(nullable, strong) NSMenu* windowsMenu;

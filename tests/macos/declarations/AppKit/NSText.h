@@ -36,7 +36,7 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @end
 
 @interface NSTextContainer : NSObject
-// Since macOS 10.11; `containerSize` before.
+// Since macOS 10.11; `containerSize` in earlier versions.
 @property NSSize size;
 @property CGFloat lineFragmentPadding;
 @property BOOL widthTracksTextView;
@@ -89,7 +89,7 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @end
 
 @interface NSTextView : NSText
-// -initWithFrame: makes the container and calls the first of these. See Apple developer
+// -initWithFrame: creates the container and calls the first of these. See Apple developer
 // documentation, NSTextView.
 - (instancetype)initWithFrame:(NSRect)frameRect
                 textContainer:(nullable NSTextContainer*)container NS_DESIGNATED_INITIALIZER;
@@ -104,7 +104,7 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @property(nullable, copy) NSParagraphStyle* defaultParagraphStyle;
 @property(copy) NSDictionary<NSAttributedStringKey, id>* typingAttributes;
 @property BOOL allowsUndo;
-// Of the protocol NSTextInputClient.
+// From the protocol NSTextInputClient.
 - (BOOL)hasMarkedText;
 @end
 

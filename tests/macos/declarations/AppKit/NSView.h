@@ -18,7 +18,7 @@ static const NSLayoutPriority NSLayoutPriorityDefaultLow = 250;
 
 @interface NSLayoutConstraint : NSObject
 + (void)activateConstraints:(NSArray<NSLayoutConstraint*>*)constraints;
-// A required one must be made optional before it is activated, not after.
+// May change from required to optional, or back, only before the constraint is activated.
 @property NSLayoutPriority priority;
 @property CGFloat constant;
 @end
@@ -80,11 +80,11 @@ typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
 @property(nullable, copy) NSString* toolTip;
 @property BOOL wantsLayer;
 @property(nullable, strong) CALayer* layer;
-// Of the protocol NSAppearanceCustomization.
+// From the protocol NSAppearanceCustomization.
 @property(readonly, strong) NSAppearance* effectiveAppearance;
-// Since macOS 10.14; overrides call super.
+// Since macOS 10.14; overrides must call super.
 - (void)viewDidChangeEffectiveAppearance;
-// Of the protocol NSAccessibility.
+// From the protocol NSAccessibility.
 @property(getter=isAccessibilityElement) BOOL accessibilityElement;
 @property(nullable, copy) NSAccessibilityRole accessibilityRole;
 @property(nullable, copy) NSString* accessibilityLabel;
@@ -106,7 +106,7 @@ typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
 @property(readonly, strong) NSLayoutYAxisAnchor* centerYAnchor;
 @property(readonly, strong) NSLayoutDimension* widthAnchor;
 @property(readonly, strong) NSLayoutDimension* heightAnchor;
-// Of the category NSConstraintBasedLayoutLayering.
+// From the category NSConstraintBasedLayoutLayering.
 - (void)setContentCompressionResistancePriority:(NSLayoutPriority)priority
                                  forOrientation:(NSLayoutConstraintOrientation)orientation;
 - (void)addSubview:(NSView*)view;

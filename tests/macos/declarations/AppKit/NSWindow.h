@@ -11,7 +11,7 @@ typedef NS_OPTIONS(NSUInteger, NSWindowStyleMask) {
   NSWindowStyleMaskClosable = 1 << 1,
   NSWindowStyleMaskMiniaturizable = 1 << 2,
   NSWindowStyleMaskResizable = 1 << 3,
-  // For panels only.
+  // Valid for panels only.
   NSWindowStyleMaskNonactivatingPanel = 1 << 7,
 };
 
@@ -55,7 +55,7 @@ typedef NSString* NSWindowFrameAutosaveName;
 @property BOOL hidesOnDeactivate;
 @property NSWindowCollectionBehavior collectionBehavior;
 @property(getter=isMovableByWindowBackground) BOOL movableByWindowBackground;
-// Of the protocol NSAppearanceCustomization. Nil follows the application.
+// From the protocol NSAppearanceCustomization. Nil inherits the application's appearance.
 @property(nullable, strong) NSAppearance* appearance;
 @property(readonly) BOOL canBecomeKeyWindow;
 @property(readonly) BOOL canBecomeMainWindow;
@@ -71,7 +71,7 @@ typedef NSString* NSWindowFrameAutosaveName;
 @property(nullable, readonly, weak) NSResponder* firstResponder;
 - (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
 @property(readonly, getter=isMiniaturized) BOOL miniaturized;
-// The property of this name is read-only; the setter reports whether the name was free. See Apple
+// A method, because the property is read-only; returns NO if the name is in use. See Apple
 // developer documentation, -[NSWindow setFrameAutosaveName:].
 - (BOOL)setFrameAutosaveName:(NSWindowFrameAutosaveName)name;
 - (void)center;

@@ -1,6 +1,6 @@
 #pragma once
 
-// The hot keys of the Carbon Event Manager, which have no successor in AppKit. Apple's archived
+// The hot keys of the Carbon Event Manager, which AppKit does not replace. Apple's archived
 // Carbon Event Manager Reference describes them; the header is CarbonEvents.h of HIToolbox.
 
 typedef int OSStatus;

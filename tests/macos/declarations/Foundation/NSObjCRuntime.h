@@ -26,7 +26,7 @@ static inline NSRange NSMakeRange(NSUInteger location, NSUInteger length) {
 #define NS_ENUM(type, name) \
   enum name : type name;    \
   enum name : type
-// In C++ a set of options is a plain integer, so that its members can be combined with |.
+// A plain integer in C++, so that options can be combined with |.
 #define NS_OPTIONS(type, name) \
   type name;                   \
   enum : type

@@ -31,7 +31,7 @@ __attribute__((objc_root_class))
 - (id)copy;
 - (id)mutableCopy;
 
-// Of the informal protocol NSKeyValueObserving; named here so that overrides are found.
+// From the informal protocol NSKeyValueObserving; declared here so that overrides are recognised.
 - (void)addObserver:(NSObject*)observer
          forKeyPath:(NSString*)keyPath
             options:(NSKeyValueObservingOptions)options

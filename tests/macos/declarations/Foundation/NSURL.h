@@ -34,7 +34,7 @@ typedef NS_ENUM(NSUInteger, NSURLRequestCachePolicy) {
 @interface NSHTTPCookie : NSObject
 @property(readonly, copy) NSString* name;
 @property(readonly, copy) NSString* value;
-// With a leading dot for a cookie of the domain and its sub-domains.
+// Begins with a dot if the cookie also belongs to subdomains.
 @property(readonly, copy) NSString* domain;
 @property(readonly, copy) NSString* path;
 @property(readonly, getter=isSecure) BOOL secure;

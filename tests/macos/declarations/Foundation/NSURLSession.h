@@ -34,7 +34,7 @@ NS_ASSUME_NONNULL_BEGIN
 
 @protocol NSURLSessionTaskDelegate <NSURLSessionDelegate>
 @optional
-// Nil as the new request makes the redirecting answer the response of the task. See Apple developer
+// Passing nil makes the redirect itself the task's response. See Apple developer
 // documentation, NSURLSessionTaskDelegate.
 - (void)URLSession:(NSURLSession*)session
                           task:(NSURLSessionTask*)task
@@ -54,7 +54,7 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @interface NSURLSession : NSObject
-// The session keeps its delegate until it is invalidated.
+// The session retains its delegate until it is invalidated.
 + (NSURLSession*)sessionWithConfiguration:(NSURLSessionConfiguration*)configuration
                                  delegate:(nullable id<NSURLSessionDelegate>)delegate
                             delegateQueue:(nullable NSOperationQueue*)queue;

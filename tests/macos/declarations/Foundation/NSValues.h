@@ -9,7 +9,6 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSNumber : NSObject <NSCopying>
 + (NSNumber*)numberWithBool:(BOOL)value;
-+ (NSNumber*)numberWithInt:(int)value;
 + (NSNumber*)numberWithInteger:(NSInteger)value;
 + (NSNumber*)numberWithLongLong:(long long)value;
 + (NSNumber*)numberWithUnsignedLongLong:(unsigned long long)value;
@@ -42,8 +41,6 @@ typedef NSString* NSErrorUserInfoKey;
 
 FOUNDATION_EXPORT NSErrorDomain const NSURLErrorDomain;
 enum : NSInteger {
-  NSURLErrorCancelled = -999,
-  NSURLErrorTimedOut = -1001,
   NSURLErrorUnsupportedURL = -1002,
 };
 

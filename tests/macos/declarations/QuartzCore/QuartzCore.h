@@ -9,7 +9,7 @@ NS_ASSUME_NONNULL_BEGIN
 @property CGFloat cornerRadius;
 @property BOOL masksToBounds;
 @property CGFloat borderWidth;
-// Keeps the colour that it is given; does not follow a dynamic one.
+// A static colour; it does not follow a dynamic NSColor.
 @property(nullable) CGColorRef borderColor;
 @end
 

@@ -20,7 +20,7 @@ typedef NS_ENUM(NSInteger, SPUUpdateCheck) {
 @end
 
 @interface SPUUpdater : NSObject
-// Keeps the user driver, and the delegate weakly.
+// Retains the user driver and holds the delegate weakly.
 - (instancetype)initWithHostBundle:(NSBundle*)hostBundle
                  applicationBundle:(NSBundle*)applicationBundle
                         userDriver:(id<SPUUserDriver>)userDriver
@@ -28,7 +28,7 @@ typedef NS_ENUM(NSInteger, SPUUpdateCheck) {
 - (BOOL)startUpdater:(NSError* _Nullable __autoreleasing* _Nullable)error;
 - (void)checkForUpdates;
 - (void)checkForUpdatesInBackground;
-// Both are compliant with key-value observing.
+// Both support key-value observing.
 @property(nonatomic, readonly) BOOL canCheckForUpdates;
 @property(nonatomic, readonly) BOOL sessionInProgress;
 @end

@@ -26,13 +26,13 @@ typedef NS_ENUM(NSInteger, SPUUserUpdateStage) {
 @end
 
 @interface SUUpdatePermissionResponse : NSObject
-// Nil leaves the downloading to the bundle's settings.
+// A nil value for automatic downloading keeps the bundle's setting.
 - (instancetype)initWithAutomaticUpdateChecks:(BOOL)automaticUpdateChecks
                    automaticUpdateDownloading:(nullable NSNumber*)automaticUpdateDownloading
                             sendSystemProfile:(BOOL)sendSystemProfile;
 @end
 
-// Every block may be called on the main thread, not after the session.
+// Blocks must be called on the main thread, and not after the session has ended.
 @protocol SPUUserDriver <NSObject>
 - (void)showUpdatePermissionRequest:(SPUUpdatePermissionRequest*)request
                               reply:(void (^)(SUUpdatePermissionResponse* response))reply;

@@ -11,7 +11,7 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @interface UNNotificationContent : NSObject <NSCopying>
-// The keys are property-list types; they come from whoever made the notification.
+// Holds property-list types, chosen by the sender of the notification.
 @property(readonly, copy) NSDictionary* userInfo;
 @end
 
@@ -25,7 +25,7 @@ NS_ASSUME_NONNULL_BEGIN
 @interface UNNotificationRequest : NSObject <NSCopying>
 @property(readonly, copy) NSString* identifier;
 @property(readonly, copy) UNNotificationContent* content;
-// Without a trigger it is delivered right away. See Apple developer documentation,
+// Delivered immediately without a trigger. See Apple developer documentation,
 // UNNotificationRequest.
 + (instancetype)requestWithIdentifier:(NSString*)identifier
                               content:(UNNotificationContent*)content

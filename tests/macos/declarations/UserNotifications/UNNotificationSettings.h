@@ -4,7 +4,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-// One more member exists, for app clips, which this system does not have.
+// Without UNAuthorizationStatusEphemeral, which exists on iOS only.
 typedef NS_ENUM(NSInteger, UNAuthorizationStatus) {
   UNAuthorizationStatusNotDetermined = 0,
   UNAuthorizationStatusDenied = 1,

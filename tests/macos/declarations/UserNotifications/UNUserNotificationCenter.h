@@ -12,13 +12,13 @@ typedef NS_OPTIONS(NSUInteger, UNAuthorizationOptions) {
   UNAuthorizationOptionAlert = 1 << 2,
 };
 
-// Banner and list have taken the place of alert, which is deprecated.
+// Banner and list replace alert, which is deprecated.
 typedef NS_OPTIONS(NSUInteger, UNNotificationPresentationOptions) {
   UNNotificationPresentationOptionSound = 1 << 1,
   UNNotificationPresentationOptionBanner = 1 << 4,
 };
 
-// The documentation names no thread for these.
+// The documentation does not say on which thread these are called.
 @protocol UNUserNotificationCenterDelegate <NSObject>
 @optional
 - (void)userNotificationCenter:(UNUserNotificationCenter*)center
@@ -31,7 +31,7 @@ typedef NS_OPTIONS(NSUInteger, UNNotificationPresentationOptions) {
 
 @interface UNUserNotificationCenter : NSObject
 @property(nullable, weak) id<UNUserNotificationCenterDelegate> delegate;
-// A method, not a property; raises an exception in a program outside of a bundle.
+// A method, not a property. Raises an exception outside a bundled application.
 + (UNUserNotificationCenter*)currentNotificationCenter;
 // The completion handlers may run on any thread. See Apple developer documentation,
 // UNUserNotificationCenter.
@@ -39,7 +39,7 @@ typedef NS_OPTIONS(NSUInteger, UNNotificationPresentationOptions) {
                       completionHandler:(void (^)(BOOL granted, NSError* _Nullable error))handler;
 - (void)getNotificationSettingsWithCompletionHandler:
     (void (^)(UNNotificationSettings* settings))handler;
-// A request with the identifier of an earlier one takes its place.
+// A request replaces an earlier one with the same identifier.
 - (void)addNotificationRequest:(UNNotificationRequest*)request
          withCompletionHandler:(nullable void (^)(NSError* _Nullable error))handler;
 @end

@@ -56,7 +56,7 @@ typedef NS_ENUM(NSInteger, WKNavigationResponsePolicy) {
 - (void)webView:(WKWebView*)webView
     decidePolicyForNavigationResponse:(WKNavigationResponse*)navigationResponse
                       decisionHandler:(void (^)(WKNavigationResponsePolicy))decisionHandler;
-// WebKit declares the navigation of these as implicitly unwrapped: nil is possible.
+// WebKit declares `navigation` as null_unspecified: it may be nil.
 - (void)webView:(WKWebView*)webView
     didStartProvisionalNavigation:(null_unspecified WKNavigation*)navigation;
 - (void)webView:(WKWebView*)webView

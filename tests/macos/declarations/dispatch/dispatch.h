@@ -1,11 +1,10 @@
 #pragma once
 
-// The main queue and serial ones, see Apple developer documentation, Dispatch.
+// The main queue and serial queues. See Apple developer documentation, Dispatch.
 
-#define NSEC_PER_MSEC 1000000ull
 #define DISPATCH_TIME_NOW (0ull)
 
-// Nanoseconds, opaque.
+// An opaque representation of a point in time.
 typedef unsigned long long dispatch_time_t;
 typedef void (^dispatch_block_t)(void);
 @protocol OS_dispatch_queue;

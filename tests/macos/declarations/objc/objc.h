@@ -1,6 +1,6 @@
 #pragma once
 
-// The language's own names. On Apple processors BOOL is the C++ bool.
+// Names that the language itself defines. On Apple silicon BOOL is the C++ bool.
 
 typedef bool BOOL;
 #define YES __objc_yes
