@@ -1,9 +1,9 @@
 #include "notifications/DesktopNotificationPolicy.h"
 
 #include <charconv>
-#include <cstdint>
 #include <optional>
 
+#include "origin/DesktopOrigin.h"
 #include "support/Calendar.h"
 #include "support/Text.h"
 
@@ -12,19 +12,7 @@ namespace {
 
 constexpr std::string_view desktopChannel = "phone";
 
-std::optional<std::string> lowercasedPart(const std::optional<std::string>& part) {
-  if (!part) return std::nullopt;
-  return lowercasedAscii(*part);
-}
-
-std::uint16_t effectivePort(const Url& url) {
-  constexpr std::uint16_t httpsPort = 443;
-  constexpr std::uint16_t httpPort = 80;
-  const bool isHttps = lowercasedPart(url.scheme()) == "https";
-  return url.port().value_or(isHttps ? httpsPort : httpPort);
-}
-
-// Two characters; a sign may be one of them.
+// Parses exactly two characters, of which the first may be a sign, as a number from 0 to `limit`.
 std::optional<int> twoCharacterNumber(std::string_view text, int limit) {
   if (text.size() != 2) return std::nullopt;
   if (text.front() == '+') text.remove_prefix(1);
@@ -63,9 +51,7 @@ std::optional<std::string> channel(const std::string& kind,
 }  // namespace
 
 bool DesktopNotificationPolicy::sameOrigin(const Url& a, const Url& b) {
-  return lowercasedPart(a.scheme()) == lowercasedPart(b.scheme()) &&
-         lowercasedPart(a.host()) == lowercasedPart(b.host()) &&
-         effectivePort(a) == effectivePort(b) && !a.user() && !a.password();
+  return DesktopOrigin::contains(a, b);
 }
 
 bool DesktopNotificationPolicy::isQuiet(std::string_view range, Date at,
@@ -87,7 +73,8 @@ bool DesktopNotificationPolicy::shouldDeliver(const Json& item,
   if (quiet) return false;
   const auto kind = stringMember(item, "kind");
   if (!kind) return false;
-  // Only a clear "no" lets an item pass as unread and unresolved; only a clear "yes" dismisses it.
+  // An item counts as unread and unresolved only if it says so explicitly, and as dismissed only if
+  // it says so explicitly.
   if (boolMember(item, "read").value_or(true)) return false;
   if (boolMember(item, "resolved").value_or(true)) return false;
   if (boolMember(item, "dismissed").value_or(false)) return false;
