@@ -1,16 +1,23 @@
 #include "capture/CaptureAppearance.h"
 
 #include <array>
+#include <cmath>
+#include <cstdint>
+#include <locale>
+#include <sstream>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "support/FatalError.h"
+#include "support/PercentEncoding.h"
 #include "support/Text.h"
 
 namespace navora {
 namespace {
 
 constexpr std::size_t maximumPlaceholderCharacters = 200;
+constexpr std::size_t maximumColorCharacters = 80;
 
 using ColorField = std::pair<const char*, Color CaptureAppearance::*>;
 
@@ -42,7 +49,7 @@ constexpr std::array<NumberField, 4> numberFields{{
     {"lineHeight", &CaptureAppearance::lineHeight, 10, 64},
 }};
 
-// In the order of colorFields.
+// Both palettes in the order of colorFields.
 constexpr std::array<const char*, 11> darkPalette{"#292725", "#242322", "#49403b", "#ab7873",
                                                   "#ede6df", "#f2a99c", "#b2a69e", "#a49991",
                                                   "#e94a69", "#f05b77", "#20201e"};
@@ -55,6 +62,46 @@ bool isOneOf(std::string_view text, std::initializer_list<std::string_view> choi
     if (text == choice) return true;
   }
   return false;
+}
+
+std::optional<Color> hexadecimalColor(std::string_view digits) {
+  std::vector<double> channels;
+  for (std::size_t index = 0; index < digits.size(); index += 2) {
+    const auto high = hexadecimalValue(digits[index]);
+    const auto low = hexadecimalValue(digits[index + 1]);
+    if (!high || !low) return std::nullopt;
+    channels.push_back((*high * 16 + *low) / 255.0);
+  }
+  return Color{channels[0], channels[1], channels[2], channels.size() == 4 ? channels[3] : 1};
+}
+
+// Parses the whole piece as one finite decimal number, whatever the process's locale is.
+std::optional<double> decimalNumber(std::string_view piece) {
+  if (piece.empty() || piece.find_first_not_of("0123456789.eE+-") != std::string_view::npos) {
+    return std::nullopt;
+  }
+  std::istringstream stream{std::string(piece)};
+  stream.imbue(std::locale::classic());
+  double number = 0;
+  stream >> number;
+  if (stream.fail() || stream.peek() != std::istringstream::traits_type::eof()) return std::nullopt;
+  return std::isfinite(number) ? std::optional(number) : std::nullopt;
+}
+
+std::optional<Color> functionalColor(std::string_view arguments) {
+  std::vector<double> numbers;
+  for (const std::string& piece : split(arguments, ',')) {
+    const auto number = decimalNumber(strippedOf(piece, " \t"));
+    if (!number) return std::nullopt;
+    numbers.push_back(*number);
+  }
+  if (numbers.size() != 3 && numbers.size() != 4) return std::nullopt;
+  for (std::size_t index = 0; index < 3; ++index) {
+    if (numbers[index] < 0 || numbers[index] > 255) return std::nullopt;
+  }
+  const double alpha = numbers.size() == 4 ? numbers[3] : 1;
+  if (alpha < 0 || alpha > 1) return std::nullopt;
+  return Color{numbers[0] / 255, numbers[1] / 255, numbers[2] / 255, alpha};
 }
 
 bool readTheme(const Json& dictionary, CaptureAppearance& appearance) {
@@ -79,7 +126,7 @@ bool readColors(const Json& dictionary, CaptureAppearance& appearance) {
 bool readNumbers(const Json& dictionary, CaptureAppearance& appearance) {
   for (const auto& field : numberFields) {
     const auto number = numberMember(dictionary, field.key);
-    // Written so that no not-a-number passes.
+    // Phrased so that NaN is rejected.
     if (!number || !(*number >= field.minimum && *number <= field.maximum)) return false;
     appearance.*field.member = *number;
   }
@@ -108,6 +155,21 @@ std::optional<CaptureAppearance> CaptureAppearance::read(const Json& dictionary)
     return std::nullopt;
   }
   return appearance;
+}
+
+std::optional<Color> CaptureAppearance::color(const Json& value) {
+  if (!value.is_string()) return std::nullopt;
+  const auto& written = value.get_ref<const std::string&>();
+  if (characterCount(written) > maximumColorCharacters) return std::nullopt;
+  const std::string text = trimmed(written);
+  if (text.starts_with("#") && (text.size() == 7 || text.size() == 9)) {
+    return hexadecimalColor(std::string_view(text).substr(1));
+  }
+  if ((text.starts_with("rgb(") || text.starts_with("rgba(")) && text.ends_with(")")) {
+    const auto begin = text.find('(') + 1;
+    return functionalColor(std::string_view(text).substr(begin, text.size() - 1 - begin));
+  }
+  return std::nullopt;
 }
 
 CaptureAppearance CaptureAppearance::fallback(bool dark) {

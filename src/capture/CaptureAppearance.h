@@ -10,7 +10,7 @@
 
 namespace navora {
 
-// How the page's editor looks, so that the panel can look the same. Lengths in points.
+// The appearance of the page's editor, which the panel adopts. Lengths in points.
 struct CaptureAppearance {
   bool dark;
   Color surface, surfaceEnd, border, focus, ink, caret, placeholderColor, muted, button,
@@ -20,15 +20,18 @@ struct CaptureAppearance {
   std::string placeholder;  // may be empty
   std::string theme;        // "system", "light" or "dark"
 
-  // What the page says, checked all or nothing.
+  // Reads an appearance as the page reports it. Returns nullopt if any member is missing or
+  // invalid.
   static std::optional<CaptureAppearance> read(const Json& dictionary);
-  // "#rrggbb", "#rrggbbaa", "rgb(...)" or "rgba(...)" with three or four numbers.
+  // Parses "#rrggbb", "#rrggbbaa", or "rgb(...)" or "rgba(...)" with three or four numbers. Returns
+  // nullopt for anything else.
   static std::optional<Color> color(const Json& value);
-  // For the time before the page has said anything.
+  // Returns the appearance used until the page has reported one.
   static CaptureAppearance fallback(bool dark);
 
-  // For a desktop that is dark or light now: an appearance that follows the system and was made for
-  // the other kind gives way to the fallback, in the page's own type.
+  // Adapts the appearance to a desktop that is now dark or light. One that follows the system but
+  // was reported for the opposite mode is replaced by the fallback, with its font and placeholder
+  // kept.
   CaptureAppearance followingSystemAppearance(bool systemIsDark) const;
 
   WindowAppearance windowAppearance() const;

@@ -6,19 +6,19 @@
 
 namespace navora {
 
-// How to produce a text that the user sees, so that it can be produced again in another language.
+// Returns a text for the user in the current language; called again when the language changes.
 using CaptureMessage = std::function<std::string()>;
 
-// Why a note was not stored, as far as is known.
+// The reason why a note is not known to be stored.
 struct CaptureError {
   enum class Kind {
-    // The answer is no confirmation or cannot be trusted; `text` says so.
+    // The reply confirms nothing or cannot be trusted; `text` describes it.
     message,
-    // Nobody is signed in.
+    // No user is signed in.
     login,
-    // Somebody else is signed in than when the note was first sent.
+    // The signed-in user is not the one who first sent the note.
     changedAccount,
-    // The service could not be asked, or did not answer in its own words.
+    // The service could not be reached, or its reply is not JSON.
     network,
   };
 

@@ -9,11 +9,11 @@ namespace navora {
 namespace {
 
 constexpr double screenMargin = 20;
-// Of the visible height, to where the panel's top edge comes.
+// Top edge of the panel, as a fraction of the visible height.
 constexpr double openingLevel = 0.68;
 constexpr double editorShareOfScreen = 0.4;
 constexpr double editorHeightWithoutScreen = 280;
-// In font sizes.
+// In multiples of the font size.
 constexpr double smallestEditor = 3.4;
 constexpr double smallestMessageWidth = 160;
 constexpr double smallestMessageHeight = 14;

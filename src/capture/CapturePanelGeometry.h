@@ -8,24 +8,24 @@
 
 namespace navora {
 
-// Where the panel opens and how it grows with its text. Pure functions.
+// Computes where the panel opens and how it grows with its text. Pure functions; lengths in points.
 class CapturePanelGeometry {
  public:
   static constexpr Size initialSize{800, 165};
 
-  // The screen with the pointer, else the main one.
+  // Returns the screen that contains `mouse`, or the main screen if none does.
   static std::optional<Screen> screen(const std::vector<Screen>& screens,
                                       const std::optional<Screen>& mainScreen, Point mouse);
   static Rectangle openingFrame(const Rectangle& visibleFrame);
 
-  // `visibleFrame` is that of the panel's screen, if it is on one.
+  // `visibleFrame` is that of the panel's screen, nullopt if the panel is on no screen.
   static double largestEditorHeight(const std::optional<Rectangle>& visibleFrame);
-  // The limit wins over the smallest height.
+  // Returns at least the minimum height, but never more than `largest`.
   static double editorHeight(double textHeight, double fontSize, double largest);
   static double messageWidth(double panelWidth, double padding);
   static double messageHeight(double textHeight);
   static double panelHeight(double editorHeight, double messageHeight, double padding);
-  // The same top edge, another height.
+  // Returns `frame` with another height and the same top edge.
   static Rectangle withHeight(const Rectangle& frame, double height);
 };
 

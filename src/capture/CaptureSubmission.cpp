@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "capture/QuickCapturePolicy.h"
 #include "locale/DesktopLocale.h"
 #include "origin/DesktopOrigin.h"
 #include "support/Text.h"
@@ -65,11 +64,11 @@ Task<CaptureSubmission::Result> CaptureSubmission::send(std::string text,
     if (!made) co_return Unexpected(CaptureError::network());
     attempt_ = std::move(made);
   }
-  // From here on the service may have the note, whatever becomes of the answer.
+  // From here on the service may have stored the note, even if no reply arrives.
   unconfirmed_ = true;
   const auto reply = co_await client_.post("/api/captures", *cookie, trace.sessionId, *attempt_);
   if (!reply) co_return Unexpected(reply.error());
-  co_return judge(*reply, wasUnconfirmed);
+  co_return evaluateReply(*reply, wasUnconfirmed);
 }
 
 Task<Expected<std::string, CaptureError>> CaptureSubmission::signedInAccount(
@@ -92,11 +91,11 @@ Task<std::optional<CaptureAttempt>> CaptureSubmission::makeAttempt(std::string t
     if (const auto value = stringMember(model, key)) body[key] = *value;
   }
   if (!isValidUtf8(text)) co_return std::nullopt;
-  // A page can make texts that are no valid UTF-8; they must not make the note unsendable.
   CaptureAttempt attempt;
   attempt.raw = std::move(text);
   attempt.key = "mac-" + uppercasedAscii(system_.randomUuid());
   attempt.account = std::move(account);
+  // The page's choice of a model may hold invalid UTF-8, which must not make the note unsendable.
   attempt.body = body.dump(-1, ' ', false, Json::error_handler_t::replace);
   attempt.flowId = std::move(flowId);
   co_return attempt;
@@ -113,19 +112,19 @@ Task<Json> CaptureSubmission::chosenModel() {
   co_return result&& isObjectOfStrings(*result) ? *result : Json::object();
 }
 
-CaptureSubmission::Result CaptureSubmission::judge(const CaptureClient::Reply& reply,
-                                                   bool wasUnconfirmed) {
+CaptureSubmission::Result CaptureSubmission::evaluateReply(const CaptureClient::Reply& reply,
+                                                           bool wasUnconfirmed) {
   if (!wasUnconfirmed && isRefusal(reply.status)) {
-    // A first sending that is refused outright has stored nothing.
+    // The service stores nothing of a note that it refuses on the first attempt.
     unconfirmed_ = false;
     return Unexpected(unconfirmedBy(reply.body));
   }
-  if (reply.status != 202 || !QuickCapturePolicy::confirmed(reply.body, origin_)) {
-    return Unexpected(unconfirmedBy(reply.body));
-  }
+  auto receipt =
+      reply.status == 202 ? QuickCapturePolicy::readReceipt(reply.body, origin_) : std::nullopt;
+  if (!receipt) return Unexpected(unconfirmedBy(reply.body));
   attempt_.reset();
   unconfirmed_ = false;
-  return Receipt{*stringMember(reply.body, "captureId"), *stringMember(reply.body, "jobId")};
+  return *std::move(receipt);
 }
 
 }  // namespace navora

@@ -7,6 +7,7 @@
 #include "capture/CaptureAttempt.h"
 #include "capture/CaptureClient.h"
 #include "capture/CaptureError.h"
+#include "capture/QuickCapturePolicy.h"
 #include "platform/System.h"
 #include "platform/WebView.h"
 #include "support/Expected.h"
@@ -15,32 +16,27 @@
 
 namespace navora {
 
-// Stores a note and proves it. Remembers what was sent until the service has confirmed it, so that
-// a text whose first sending may or may not have arrived can be sent again without a second note.
+// Sends a note and verifies that it was stored. Keeps the attempt until the service has confirmed
+// it, so that a text that may already have arrived can be sent again without creating a second
+// note.
 class CaptureSubmission {
  public:
-  // What the service confirmed.
-  struct Receipt {
-    std::string captureId;
-    std::string jobId;
-    bool operator==(const Receipt&) const = default;
-  };
-  using Result = Expected<Receipt, CaptureError>;
+  using Result = Expected<QuickCapturePolicy::Receipt, CaptureError>;
 
-  // The client must outlive this object.
+  // The client and the system must outlive this object.
   CaptureSubmission(CaptureClient& client, const System& system, std::weak_ptr<WebView> webView,
                     Url origin);
 
-  // A text was sent, and the service may have stored it.
+  // Returns whether a note was sent that the service may have stored but has not confirmed.
   bool isUnconfirmed() const { return unconfirmed_; }
   const std::optional<CaptureAttempt>& attempt() const { return attempt_; }
-  // While an earlier text is unconfirmed, only that one may be sent.
+  // Returns whether `text` may be sent: while a note is unconfirmed, only its own text may be.
   bool maySend(const std::string& text) const;
-  // The user gave up a text that the service refused.
+  // Discards the attempt of a note that the service refused and the user has deleted.
   void forgetAttempt() { attempt_.reset(); }
 
-  // One at a time, of a text that may be sent. `trace` names the run of the application and the
-  // note. The task must not outlive this object.
+  // Sends a text for which `maySend` is true. One send at a time; the task must not outlive this
+  // object.
   Task<Result> send(std::string text, CaptureClient::Trace trace);
 
  private:
@@ -48,9 +44,10 @@ class CaptureSubmission {
                                                             CaptureClient::Trace trace);
   Task<std::optional<CaptureAttempt>> makeAttempt(std::string text, std::string account,
                                                   std::string flowId);
-  // What the page's selector says of the model that is to process the note.
+  // Reads which model the page has selected to process the note: an object with the optional texts
+  // "provider" and "model".
   Task<Json> chosenModel();
-  Result judge(const CaptureClient::Reply& reply, bool wasUnconfirmed);
+  Result evaluateReply(const CaptureClient::Reply& reply, bool wasUnconfirmed);
 
   CaptureClient& client_;
   const System& system_;

@@ -43,7 +43,7 @@ void CaptureTelemetry::record(const std::string& event, const Json& fields) {
              {"clientAt", iso8601(system_.now())}};
   entry.update(fields);
 
-  // A burst of typing leaves only its last event.
+  // Collapse consecutive input events into the last one.
   if (event == inputEvent && !events_.empty() && events_.back()["event"] == inputEvent) {
     events_.pop_back();
   }
@@ -70,7 +70,7 @@ Task<> CaptureTelemetry::flush() {
       co_await client_.postTelemetry(*cookie,
                                      body.dump(-1, ' ', false, Json::error_handler_t::replace));
     }
-    // What was recorded meanwhile waits its own two seconds.
+    // Events recorded during the request wait for a full delay of their own.
   } while (!events_.empty());
   flushing_ = false;
 }

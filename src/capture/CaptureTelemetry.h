@@ -14,29 +14,30 @@
 
 namespace navora {
 
-// Reports to the service how the capture is used: small batches, at best effort, never in the way.
+// Reports to the service how the capture panel is used, in small batches and with best effort: a
+// failure drops the batch and never delays the user.
 class CaptureTelemetry {
  public:
-  // All must outlive this object.
+  // The references must outlive this object.
   CaptureTelemetry(CaptureClient& client, MainQueue& queue, const System& system);
 
-  // One per run of the application.
+  // The id of this run of the application.
   const std::string& sessionId() const { return sessionId_; }
-  // One per note.
+  // The id of the note being written.
   const std::string& flowId() const { return flowId_; }
-  // Changes of the text in this flow.
+  // The number of text changes in the current flow.
   int inputCount() const { return inputCount_; }
   double millisecondsSinceStart() const;
 
-  // While a note is on its way, its events keep the flow that it began with.
+  // Returns the flow id of the attempt being sent, if any; events recorded meanwhile carry it.
   std::function<std::optional<std::string>()> attemptFlowId;
 
   void startNewFlow();
-  // The user begins only now.
+  // Sets the start of the current flow to now.
   void restartClock() { startedAt_ = system_.now(); }
   int countInput() { return ++inputCount_; }
 
-  // `fields` win over those that every event has.
+  // Queues an event and schedules a flush. `fields` override the members common to all events.
   void record(const std::string& event, const Json& fields = Json::object());
 
  private:

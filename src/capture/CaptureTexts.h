@@ -6,20 +6,20 @@
 
 namespace navora {
 
-// The native texts of the capture panel, in the present language.
+// The capture panel's own texts, in the current language.
 struct CaptureTexts {
   static std::string title();
   static std::string editorLabel();
   static std::string placeholder();
   static std::string submitToolTip();
   static std::string submitLabel();
-  // The message while nothing else is to be said.
+  // The message shown when there is nothing to report.
   static std::string hint();
   static std::string tooLong();
   static std::string saving();
   static std::string unconfirmedText();
   static std::string loginDone();
-  // Why the note was not stored; `unconfirmed` when it may be all the same.
+  // Returns the text for an error; `unconfirmed` tells that the note may have been stored anyway.
   static CaptureMessage failure(const CaptureError& error, bool unconfirmed);
 };
 

@@ -8,9 +8,8 @@
 #include "capture/CaptureAppearance.h"
 #include "capture/CaptureClient.h"
 #include "capture/CaptureError.h"
+#include "capture/CapturePainting.h"
 #include "capture/CaptureSubmission.h"
-#include "capture/CaptureSubmitButton.h"
-#include "capture/CaptureSurface.h"
 #include "capture/CaptureTelemetry.h"
 #include "platform/CapturePanelView.h"
 #include "platform/Platform.h"
@@ -79,7 +78,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   void beginBusy();
   void endBusy();
   Task<> send(std::string text);
-  void noteAccepted(const CaptureSubmission::Receipt& receipt);
+  void noteAccepted(const QuickCapturePolicy::Receipt& receipt);
   void noteFailed(const CaptureError& error);
 
   Platform& platform_;

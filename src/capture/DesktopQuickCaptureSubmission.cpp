@@ -1,4 +1,4 @@
-// What the user sees of a submission.
+// Sending a note, as the panel presents it: the busy state, the result and the login in between.
 #include <utility>
 
 #include "capture/CaptureTexts.h"
@@ -51,7 +51,7 @@ void DesktopQuickCapture::beginBusy() {
 
 void DesktopQuickCapture::endBusy() {
   busy_ = false;
-  // A text that may have been stored must stay as it is: only the same text can be sent again.
+  // A note that may have been stored stays frozen: only the same text can be sent again.
   panel_->editor().setEditable(!submission_.isUnconfirmed());
   setSubmitEnabled(QuickCapturePolicy::validText(trimmedText()));
   panel_->setSubmitOpacity(1);
@@ -69,7 +69,7 @@ Task<> DesktopQuickCapture::send(std::string text) {
   endBusy();
 }
 
-void DesktopQuickCapture::noteAccepted(const CaptureSubmission::Receipt& receipt) {
+void DesktopQuickCapture::noteAccepted(const QuickCapturePolicy::Receipt& receipt) {
   telemetry_.record("native_accepted",
                     {{"captureId", receipt.captureId}, {"jobId", receipt.jobId}});
   panel_->editor().clear();

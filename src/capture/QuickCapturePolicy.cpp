@@ -1,7 +1,7 @@
 #include "capture/QuickCapturePolicy.h"
 
 #include <algorithm>
-#include <optional>
+#include <utility>
 
 #include "origin/DesktopOrigin.h"
 #include "platform/KeyEvent.h"
@@ -42,14 +42,20 @@ bool QuickCapturePolicy::validText(std::string_view text) {
 }
 
 bool QuickCapturePolicy::confirmed(const Json& reply, const Url& origin) {
-  const auto captureId = stringMember(reply, "captureId");
-  const auto jobId = stringMember(reply, "jobId");
+  return readReceipt(reply, origin).has_value();
+}
+
+std::optional<QuickCapturePolicy::Receipt> QuickCapturePolicy::readReceipt(const Json& reply,
+                                                                           const Url& origin) {
+  auto captureId = stringMember(reply, "captureId");
+  auto jobId = stringMember(reply, "jobId");
   const auto statusUrl = stringMember(reply, "statusUrl");
-  if (!captureId || !isUuid(*captureId)) return false;
-  if (!jobId || !isUuid(*jobId)) return false;
-  if (!statusUrl) return false;
+  if (!captureId || !isUuid(*captureId)) return std::nullopt;
+  if (!jobId || !isUuid(*jobId)) return std::nullopt;
+  if (!statusUrl) return std::nullopt;
   const auto url = origin.resolve(*statusUrl);
-  return url && isStatusUrlOf(*url, *jobId, origin);
+  if (!url || !isStatusUrlOf(*url, *jobId, origin)) return std::nullopt;
+  return Receipt{*std::move(captureId), *std::move(jobId)};
 }
 
 std::size_t reportedLength(std::string_view text) {

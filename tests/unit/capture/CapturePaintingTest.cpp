@@ -1,7 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "capture/CaptureSubmitButton.h"
-#include "capture/CaptureSurface.h"
+#include "capture/CapturePainting.h"
 #include "fakes/RecordingCanvas.h"
 
 namespace navora {
