@@ -15,8 +15,8 @@ std::string failureText() {
 
 }  // namespace
 
-LoadFailureView::LoadFailureView(Platform& platform, MainWindow& window, Actions actions)
-    : platform_(platform), window_(window), actions_(std::move(actions)), view_(make()) {}
+LoadFailureView::LoadFailureView(MakeView makeView, Actions actions)
+    : makeView_(std::move(makeView)), actions_(std::move(actions)), view_(make()) {}
 
 void LoadFailureView::show() {
   view_->setDetail(failureText());
@@ -36,10 +36,9 @@ void LoadFailureView::refreshLocale() {
 }
 
 std::unique_ptr<ErrorView> LoadFailureView::make() {
-  return platform_.makeErrorView(
-      window_,
-      {L("Навора пока недоступна"), L("Проверьте подключение к интернету."), L("Попробовать снова"),
-       L("Открыть в браузере"), actions_.retry, actions_.openInBrowser});
+  return makeView_({L("Навора пока недоступна"), L("Проверьте подключение к интернету."),
+                    L("Попробовать снова"), L("Открыть в браузере"), actions_.retry,
+                    actions_.openInBrowser});
 }
 
 }  // namespace navora

@@ -4,12 +4,10 @@
 #include <memory>
 
 #include "platform/ErrorView.h"
-#include "platform/MainWindow.h"
-#include "platform/Platform.h"
 
 namespace navora {
 
-// The overlay that covers the page when it could not be loaded, in the current language.
+// The overlay that covers the page after a failed load, in the current language.
 class LoadFailureView {
  public:
   struct Actions {
@@ -17,21 +15,22 @@ class LoadFailureView {
     std::function<void()> openInBrowser;
   };
 
-  // Made hidden, over the content of `window`; both arguments must outlive this object.
-  LoadFailureView(Platform& platform, MainWindow& window, Actions actions);
+  using MakeView = std::function<std::unique_ptr<ErrorView>(const ErrorViewDescription&)>;
+
+  // Makes the overlay, hidden. `makeView` is called again whenever the language changes.
+  LoadFailureView(MakeView makeView, Actions actions);
 
   void show();
   void hide();
 
-  // Built anew in the language that is current now; stays shown or hidden.
+  // Rebuilds the overlay in the current language; it stays shown or hidden.
   void refreshLocale();
 
  private:
   std::unique_ptr<ErrorView> make();
 
-  Platform& platform_;
-  MainWindow& window_;
-  Actions actions_;
+  const MakeView makeView_;
+  const Actions actions_;
   std::unique_ptr<ErrorView> view_;
 };
 

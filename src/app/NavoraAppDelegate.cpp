@@ -108,8 +108,11 @@ void NavoraAppDelegate::makeNavigation() {
 
 void NavoraAppDelegate::makeErrorView() {
   errorView_ = std::make_unique<LoadFailureView>(
-      platform_, *window_,
-      LoadFailureView::Actions{[this] { reload(); }, [this] { openInBrowser(); }});
+      [this](const ErrorViewDescription& description) {
+        return platform_.makeErrorView(*window_, description);
+      },
+      LoadFailureView::Actions{.retry = [this] { reload(); },
+                               .openInBrowser = [this] { openInBrowser(); }});
 }
 
 void NavoraAppDelegate::observeSystem() {
@@ -120,7 +123,18 @@ void NavoraAppDelegate::observeSystem() {
 void NavoraAppDelegate::makeQuickCapture() {
   captureFocus_ =
       std::make_unique<CaptureFocus>(*webView_, *window_, platform_.mainQueue(), origin_);
-  quickCapturePanel_ = std::make_unique<DesktopQuickCapture>(platform_, webView_, origin_);
+  quickCapturePanel_ = std::make_unique<DesktopQuickCapture>(
+      DesktopQuickCapture::Dependencies{
+          .mainQueue = platform_.mainQueue(),
+          .system = platform_.system(),
+          .userDefaults = platform_.userDefaults(),
+          .workspace = platform_.workspace(),
+          .makeHttpSession = httpSessions(),
+          .makePanel =
+              [this](Size contentSize, CapturePanelDelegate& delegate) {
+                return platform_.makeCapturePanel(contentSize, delegate);
+              }},
+      webView_, origin_);
   quickCapturePanel_->onLogin = [this] {
     showWindow();
     const auto url = webView_->url();
@@ -142,7 +156,17 @@ void NavoraAppDelegate::registerCaptureShortcut() {
 }
 
 void NavoraAppDelegate::makeNotifications() {
-  notifications_ = std::make_unique<DesktopNotifications>(platform_, webView_, origin_);
+  notifications_ = std::make_unique<DesktopNotifications>(
+      DesktopNotifications::Dependencies{
+          .backgroundQueue = platform_.backgroundQueue(),
+          .dialogs = platform_.dialogs(),
+          .mainQueue = platform_.mainQueue(),
+          .notificationCenter = platform_.notificationCenter(),
+          .system = platform_.system(),
+          .userDefaults = platform_.userDefaults(),
+          .makeHttpSession = httpSessions(),
+          .deniedText = [this] { return platform_.wording().notificationsDenied; }},
+      webView_, origin_);
   notifications_->onOpen = [this](const Url& url) {
     if (DesktopOrigin::contains(url, origin_)) openNotification(url);
   };
@@ -152,17 +176,16 @@ void NavoraAppDelegate::makeNotifications() {
 void NavoraAppDelegate::makeUpdates() {
   updateGuard_ = std::make_unique<UpdateGuard>(*webView_, *quickCapturePanel_, origin_);
   updates_ = std::make_unique<DesktopUpdates>(
-      DesktopUpdates::Doors{
+      DesktopUpdates::Dependencies{
           .mainQueue = platform_.mainQueue(),
+          .system = platform_.system(),
           .workspace = platform_.workspace(),
-          .bannerView = platform_.makeUpdateBannerView(),
           .makeUpdater =
               [this](UpdaterUserDriver& userDriver, UpdaterDelegate& delegate) {
                 return platform_.makeUpdater(userDriver, delegate);
               },
-          .wording = {[this] { return platform_.wording().upToDate; }},
-          .log = [this](const std::string& line) { platform_.system().log(line); }},
-      reminderPolicy_);
+          .upToDateText = [this] { return platform_.wording().upToDate; }},
+      platform_.makeUpdateBannerView(), reminderPolicy_);
   updates_->attach(*window_);
   updates_->showWindow = [this] { showWindow(); };
   updates_->prepareForRestart = [this](UpdateGuard::Answer answer) {
@@ -170,6 +193,12 @@ void NavoraAppDelegate::makeUpdates() {
   };
   updates_->resumeEditing = [this] { updateGuard_->resume(); };
   updates_->start();
+}
+
+ServiceClient::MakeHttpSession NavoraAppDelegate::httpSessions() {
+  return [this](const HttpSessionConfiguration& configuration) {
+    return platform_.makeHttpSession(configuration);
+  };
 }
 
 void NavoraAppDelegate::loadLogin() {

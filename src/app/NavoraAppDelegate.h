@@ -11,6 +11,7 @@
 #include "capture/DesktopQuickCapture.h"
 #include "navigation/DesktopNavigation.h"
 #include "notifications/DesktopNotifications.h"
+#include "origin/ServiceClient.h"
 #include "platform/Application.h"
 #include "platform/MainWindow.h"
 #include "platform/Menu.h"
@@ -94,6 +95,7 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void registerCaptureShortcut();
   void makeNotifications();
   void makeUpdates();
+  ServiceClient::MakeHttpSession httpSessions();
   void loadLogin();
   void pageDidLoad();
 

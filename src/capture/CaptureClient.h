@@ -3,10 +3,9 @@
 #include <memory>
 #include <string>
 
-#include "capture/CaptureAttempt.h"
 #include "capture/CaptureError.h"
-#include "platform/HttpSession.h"
-#include "platform/Platform.h"
+#include "origin/ServiceClient.h"
+#include "platform/System.h"
 #include "platform/WebView.h"
 #include "support/Expected.h"
 #include "support/Json.h"
@@ -15,42 +14,51 @@
 
 namespace navora {
 
-// Speaks to the service as the user who is signed in to the web view.
+// A note being sent. Every request for it repeats the same body under the same idempotency key, so
+// that the service stores it once.
+struct CaptureAttempt {
+  std::string raw;
+  std::string key;
+  // The id of the user who was signed in when the note was first sent.
+  std::string account;
+  std::string body;
+  std::string flowId;
+
+  bool operator==(const CaptureAttempt&) const = default;
+};
+
+// The capture's requests to the service, sent as the user who is signed in to the web view.
 class CaptureClient {
  public:
   struct Reply {
     int status = 0;
-    // An object.
+    // A JSON object.
     Json body;
   };
-  // What a request says of the run of the application and of the note that it belongs to.
+  // Sent with every request: the ids of this run of the application and of the note.
   struct Trace {
     std::string sessionId;
     std::string flowId;
   };
 
-  CaptureClient(Platform& platform, std::weak_ptr<WebView> webView, Url origin);
+  // `system` must outlive the client.
+  CaptureClient(const System& system, ServiceClient::MakeHttpSession makeHttpSession,
+                std::weak_ptr<WebView> webView, Url origin);
 
-  // The "Cookie" header; `login` without a session.
+  // Returns the value of the "Cookie" header, or the error `login` if no user is signed in.
   Task<Expected<std::string, CaptureError>> cookieHeader();
 
   Task<Expected<Reply, CaptureError>> get(std::string path, std::string cookie, Trace trace);
   Task<Expected<Reply, CaptureError>> post(std::string path, std::string cookie,
                                            std::string sessionId, CaptureAttempt attempt);
-  // Whatever becomes of it.
+  // Posts a batch of telemetry events; the response and any failure are ignored.
   Task<> postTelemetry(std::string cookie, std::string body);
 
  private:
-  HttpSession& session();
-  Url resolved(const std::string& path) const;
   HttpRequest request(const std::string& path, const std::string& cookie, const Trace& trace) const;
-  Task<HttpSession::Result> send(HttpRequest request);
-  Expected<Reply, CaptureError> read(const HttpSession::Result& result) const;
+  Task<Expected<Reply, CaptureError>> send(HttpRequest request);
 
-  Platform& platform_;
-  std::weak_ptr<WebView> webView_;
-  const Url origin_;
-  std::unique_ptr<HttpSession> session_;
+  ServiceClient service_;
 };
 
 }  // namespace navora

@@ -4,7 +4,6 @@
 #include <optional>
 #include <string>
 
-#include "capture/CaptureAttempt.h"
 #include "capture/CaptureClient.h"
 #include "capture/CaptureError.h"
 #include "capture/QuickCapturePolicy.h"

@@ -9,15 +9,16 @@
 
 namespace navora {
 
-DesktopQuickCapture::DesktopQuickCapture(Platform& platform, std::weak_ptr<WebView> webView,
-                                         Url origin)
-    : platform_(platform),
-      client_(platform, webView, origin),
-      submission_(client_, platform.system(), std::move(webView), origin),
-      telemetry_(client_, platform.mainQueue(), platform.system()),
+DesktopQuickCapture::DesktopQuickCapture(const Dependencies& dependencies,
+                                         std::weak_ptr<WebView> webView, const Url& origin)
+    : userDefaults_(dependencies.userDefaults),
+      workspace_(dependencies.workspace),
+      client_(dependencies.system, dependencies.makeHttpSession, webView, origin),
+      submission_(client_, dependencies.system, std::move(webView), origin),
+      telemetry_(client_, dependencies.mainQueue, dependencies.system),
       palette_(surface_.palette),
       messageText_(CaptureTexts::hint),
-      panel_(platform.makeCapturePanel(CapturePanelGeometry::initialSize, *this)) {
+      panel_(dependencies.makePanel(CapturePanelGeometry::initialSize, *this)) {
   telemetry_.attemptFlowId = [this]() -> std::optional<std::string> {
     if (!submission_.attempt()) return std::nullopt;
     return submission_.attempt()->flowId;
@@ -40,7 +41,7 @@ void DesktopQuickCapture::show() {
     telemetry_.restartClock();
   }
   telemetry_.record("native_opened");
-  previousApplication_ = platform_.workspace().frontmostApplication();
+  previousApplication_ = workspace_.frontmostApplication();
   place();
   updateLayout();
   panel_->makeKeyAndOrderFront();
@@ -49,9 +50,8 @@ void DesktopQuickCapture::show() {
 }
 
 void DesktopQuickCapture::place() {
-  Workspace& workspace = platform_.workspace();
-  const auto screen = CapturePanelGeometry::screen(workspace.screens(), workspace.mainScreen(),
-                                                   workspace.mouseLocation());
+  const auto screen = CapturePanelGeometry::screen(workspace_.screens(), workspace_.mainScreen(),
+                                                   workspace_.mouseLocation());
   if (screen) panel_->setFrame(CapturePanelGeometry::openingFrame(screen->visibleFrame));
 }
 

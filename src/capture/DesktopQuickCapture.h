@@ -11,9 +11,14 @@
 #include "capture/CapturePainting.h"
 #include "capture/CaptureSubmission.h"
 #include "capture/CaptureTelemetry.h"
+#include "origin/ServiceClient.h"
 #include "platform/CapturePanelView.h"
-#include "platform/Platform.h"
+#include "platform/MainQueue.h"
+#include "platform/RunningApplication.h"
+#include "platform/System.h"
+#include "platform/UserDefaults.h"
 #include "platform/WebView.h"
+#include "platform/Workspace.h"
 #include "support/Json.h"
 #include "support/Task.h"
 #include "support/Url.h"
@@ -21,38 +26,52 @@
 namespace navora {
 
 // The small floating panel in which the user writes a note from anywhere on the desktop. The text
-// stays in it until the service has confirmed the note, whatever fails.
+// stays in the panel until the service has confirmed the note.
 class DesktopQuickCapture final : private CapturePanelDelegate {
  public:
-  // The platform must outlive this object. The notes are sent as the user who is signed in to
-  // `webView`.
-  DesktopQuickCapture(Platform& platform, std::weak_ptr<WebView> webView, Url origin);
+  // The references must outlive this object.
+  struct Dependencies {
+    MainQueue& mainQueue;
+    const System& system;
+    UserDefaults& userDefaults;
+    Workspace& workspace;
+    // Called once, before the first request.
+    ServiceClient::MakeHttpSession makeHttpSession;
+    // Called once, by the constructor.
+    std::function<std::unique_ptr<CapturePanelView>(Size, CapturePanelDelegate&)> makePanel;
+  };
+
+  // Notes are sent as the user who is signed in to `webView`.
+  DesktopQuickCapture(const Dependencies& dependencies, std::weak_ptr<WebView> webView,
+                      const Url& origin);
   ~DesktopQuickCapture();
 
   DesktopQuickCapture(const DesktopQuickCapture&) = delete;
   DesktopQuickCapture& operator=(const DesktopQuickCapture&) = delete;
 
-  // The user must sign in before the note can be sent.
+  // Called when the user must sign in before the note can be sent.
   std::function<void()> onLogin;
 
-  // Opens the panel on the pointer's screen with whatever draft is in it, or brings it to the
-  // front.
+  // Opens the panel with its draft on the pointer's screen, or brings the open panel to the front.
   void show();
-  // The draft stays. With `restoreFocus` the application that was in front gets the focus again.
+  // Hides the panel and keeps the draft. With `restoreFocus`, activates the application that had
+  // the focus before.
   void hide(bool restoreFocus);
-  // Sends the draft, if it may be sent.
+  // Sends the draft, unless it is empty or too long, is being sent already, or differs from a note
+  // that is still unconfirmed.
   void submit();
-  // The native language changed.
+  // Sets every text again, in the current language.
   void refreshLocale();
-  // The page's look, as it reports it; one that cannot be read changes nothing. Kept for the next
-  // launch.
+  // Adopts the page's appearance, as the page reports it, and stores it for the next launch.
+  // Ignores one that cannot be read.
   void syncAppearance(const Json& dictionary);
-  // The page that follows a login is there: the draft comes back if it was waiting for that.
+  // Reopens the panel if its note is waiting for the user to sign in. Called when a page has loaded
+  // that only a signed-in user sees.
   void resumeAfterLogin();
 
-  // A restart now could lose a text or store it twice.
+  // Returns whether a restart now could lose a text or store it twice.
   bool preventsRestart() const;
-  // Without the focus going anywhere: the application is about to end.
+  // Hides the panel without activating another application: this one is about to be restarted.
   void hideForRestart();
 
  private:
@@ -81,7 +100,8 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   void noteAccepted(const QuickCapturePolicy::Receipt& receipt);
   void noteFailed(const CaptureError& error);
 
-  Platform& platform_;
+  UserDefaults& userDefaults_;
+  Workspace& workspace_;
   CaptureClient client_;
   CaptureSubmission submission_;
   CaptureTelemetry telemetry_;

@@ -1,4 +1,4 @@
-// How the panel looks: what the page says of its own editor, drawn by both hosts alike.
+// The panel's appearance: adopted from the page's editor and painted alike on every host.
 #include "capture/CaptureTexts.h"
 #include "capture/DesktopQuickCapture.h"
 
@@ -12,13 +12,13 @@ constexpr const char* appearanceKey = "NavoraCaptureAppearance";
 void DesktopQuickCapture::syncAppearance(const Json& dictionary) {
   const auto appearance = CaptureAppearance::read(dictionary);
   if (!appearance) return;
-  platform_.userDefaults().setValue(appearanceKey, dictionary);
+  userDefaults_.setValue(appearanceKey, dictionary);
   applyAppearance(*appearance);
 }
 
 void DesktopQuickCapture::restoreAppearance() {
   const bool dark = panel_->systemIsDark();
-  const auto stored = platform_.userDefaults().value(appearanceKey);
+  const auto stored = userDefaults_.value(appearanceKey);
   const auto appearance = stored ? CaptureAppearance::read(*stored) : std::nullopt;
   applyAppearance(appearance ? appearance->followingSystemAppearance(dark)
                              : CaptureAppearance::fallback(dark));

@@ -12,21 +12,24 @@
 
 namespace navora {
 
-// Remembers which of one account's notifications have been dealt with, so that each is shown at
-// most once and what is older than the ledger never. Lasts no longer than the process.
+// The ledger of one account's notifications: each is shown at most once, and those that are older
+// than the ledger never. Kept in memory only.
 class DesktopNotificationDelivery {
  public:
   using Result = std::optional<PlatformError>;
-  // Hands a notification to the desktop; called with where to report how that went.
+  // Hands a notification to the desktop and calls the callback once with the result, nullopt for
+  // success.
   using Enqueue = std::function<void(Callback<Result>)>;
 
-  // The first call takes all `ids` as dealt with and returns true; later ones change nothing.
+  // Returns whether `baseline` has been called.
+  bool isBaselined() const { return records_->baselined; }
+  // Marks all `ids` as seen and returns true; every later call changes nothing and returns false.
   bool baseline(const std::set<std::string>& ids);
-  // Never to be shown.
+  // Marks the id as seen, so that it is never shown.
   void ignore(const std::string& id);
-  // Enqueues what is neither dealt with nor just being enqueued. After a failure, which is
-  // returned, the next call tries again. An enqueuing that has begun is taken note of even if
-  // nobody awaits this task, or this ledger is gone, when it ends.
+  // Enqueues the notification unless its id is seen or being enqueued. Returns the error of a
+  // failed attempt, after which the next call tries again. The result of a pending enqueue is
+  // recorded even if the task or the ledger is destroyed first.
   Task<Result> deliver(std::string id, Enqueue enqueue);
 
  private:

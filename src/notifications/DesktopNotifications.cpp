@@ -2,12 +2,10 @@
 
 #include <chrono>
 #include <utility>
-#include <vector>
 
 #include "locale/DesktopLocale.h"
 #include "notifications/DesktopNotificationPolicy.h"
 #include "notifications/NotificationItems.h"
-#include "platform/SessionCookies.h"
 
 namespace navora {
 namespace {
@@ -24,13 +22,13 @@ std::string stateScript(AuthorizationStatus status, bool enabled) {
 
 }  // namespace
 
-DesktopNotifications::DesktopNotifications(Platform& platform, std::weak_ptr<WebView> webView,
-                                           Url origin)
-    : platform_(platform),
-      center_(platform.notificationCenter()),
+DesktopNotifications::DesktopNotifications(Dependencies dependencies,
+                                           std::weak_ptr<WebView> webView, Url origin)
+    : dependencies_(std::move(dependencies)),
+      center_(dependencies_.notificationCenter),
       webView_(std::move(webView)),
       origin_(std::move(origin)),
-      client_(platform, origin_) {
+      client_(dependencies_.system, dependencies_.makeHttpSession, webView_, origin_) {
   center_.setDelegate(this);
 }
 
@@ -39,7 +37,7 @@ DesktopNotifications::~DesktopNotifications() {
 }
 
 bool DesktopNotifications::isEnabled() const {
-  const auto stored = platform_.userDefaults().value(enabledKey);
+  const auto stored = dependencies_.userDefaults.value(enabledKey);
   return !stored || *stored != Json(false);
 }
 
@@ -51,7 +49,7 @@ void DesktopNotifications::start() {
 }
 
 void DesktopNotifications::scheduleNextPoll() {
-  timer_ = platform_.mainQueue().after(pollInterval, [this] {
+  timer_ = dependencies_.mainQueue.after(pollInterval, [this] {
     scheduleNextPoll();
     poll();
   });
@@ -69,20 +67,19 @@ void DesktopNotifications::refresh() {
 }
 
 void DesktopNotifications::poll() {
-  if (!active_ || pollTask_.isRunning()) return;
-  if (auto webView = webView_.lock()) pollTask_ = pollService(std::move(webView));
+  if (!active_ || pollTask_.isRunning() || webView_.expired()) return;
+  pollTask_ = pollService();
 }
 
-Task<> DesktopNotifications::pollService(std::shared_ptr<WebView> webView) {
-  const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
-      [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
-  webView.reset();
-  auto cookie =
-      sessionCookieHeader(cookies, origin_, platform_.system().now(), CookieDomainDots::oneLeading);
+Task<> DesktopNotifications::pollService() {
+  auto cookie = co_await client_.cookieHeader();
   auto selection = co_await fetch(std::move(cookie));
   if (!selection) co_return;
-  // What is there at first is the past.
-  if (delivery_.baseline(selection->ids)) co_return;
+  // The first list of an account is history: none of it is shown.
+  if (!delivery_.isBaselined()) {
+    delivery_.baseline(selection->ids());
+    co_return;
+  }
   co_await deliver(*std::move(selection));
 }
 
@@ -114,15 +111,15 @@ std::optional<Reply> DesktopNotifications::accept(
   return std::nullopt;
 }
 
-// In the background: with a list of thousands this would keep the main thread from the screen.
+// Reads the list in the background: a list of thousands would block the main thread for too long.
 Task<std::optional<NotificationSelection>> DesktopNotifications::select(
     std::string list, NotificationSettings settings) {
   using Selection = std::optional<NotificationSelection>;
   std::function<Selection()> work = [list = std::move(list), settings = std::move(settings),
-                                     now = platform_.system().now(), origin = origin_] {
+                                     now = dependencies_.system.now(), origin = origin_] {
     return NotificationSelection::read(list, settings, now, origin);
   };
-  co_return co_await awaitBackground<Selection>(platform_.backgroundQueue(), std::move(work));
+  co_return co_await awaitBackground<Selection>(dependencies_.backgroundQueue, std::move(work));
 }
 
 Task<> DesktopNotifications::deliver(NotificationSelection selection) {
@@ -134,7 +131,7 @@ Task<> DesktopNotifications::deliver(NotificationSelection selection) {
       const DesktopNotificationDelivery::Enqueue enqueue = [&](auto done) {
         center_.add(userNotification(item.id, *std::move(item.content)), std::move(done));
       };
-      // What the desktop did not take is offered again by the next poll.
+      // A notification that the desktop did not accept is offered again by the next poll.
       (void)co_await delivery_.deliver(item.id, enqueue);
     }
   }
@@ -157,9 +154,9 @@ Task<> DesktopNotifications::authorize() {
   if (!result) {
     co_await runAlert(result.error().localizedDescription);
   } else if (!*result) {
-    co_await runAlert(platform_.wording().notificationsDenied);
+    co_await runAlert(dependencies_.deniedText());
   } else {
-    platform_.userDefaults().setValue(enabledKey, true);
+    dependencies_.userDefaults.setValue(enabledKey, true);
     start();
     poll();
   }
@@ -179,7 +176,7 @@ Task<> DesktopNotifications::publishState() {
 }
 
 void DesktopNotifications::disable() {
-  platform_.userDefaults().setValue(enabledKey, false);
+  dependencies_.userDefaults.setValue(enabledKey, false);
   stop();
   publishAuthorization();
 }
@@ -206,7 +203,7 @@ Task<> DesktopNotifications::runAlert(std::string text) {
   alert.messageText = L("Навора");
   alert.informativeText = std::move(text);
   co_await awaitCallback<AlertResult>([this, &alert](Callback<AlertResult> done) {
-    platform_.dialogs().runAlert(alert, std::move(done));
+    dependencies_.dialogs.runAlert(alert, std::move(done));
   });
 }
 

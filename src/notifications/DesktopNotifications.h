@@ -10,9 +10,14 @@
 #include "notifications/NotificationClient.h"
 #include "notifications/NotificationReplies.h"
 #include "notifications/NotificationSelection.h"
+#include "origin/ServiceClient.h"
+#include "platform/BackgroundQueue.h"
+#include "platform/Dialogs.h"
+#include "platform/MainQueue.h"
 #include "platform/NotificationCenter.h"
 #include "platform/ObserverToken.h"
-#include "platform/Platform.h"
+#include "platform/System.h"
+#include "platform/UserDefaults.h"
 #include "platform/WebView.h"
 #include "support/Task.h"
 #include "support/TaskGroup.h"
@@ -20,38 +25,53 @@
 
 namespace navora {
 
-// Brings the service's notifications to the desktop: asks the service once a minute as the user who
-// is signed in to the web view, and shows each new item once. Also asks the desktop for permission,
-// tells the page how things stand, and opens what the user clicks.
+// Shows the service's notifications on the desktop: polls the service once a minute as the user who
+// is signed in to the web view and shows each new item once. Also asks the desktop for permission,
+// publishes the authorization to the page, and opens the notifications that the user clicks.
 class DesktopNotifications final : public NotificationCenterDelegate {
  public:
-  // The user's default that switches everything off; absent means on.
+  // The user default that disables notifications if it is false.
   static constexpr std::string_view enabledKey = "desktopNotificationsEnabled";
 
-  // The platform must outlive this object, which becomes the delegate of its notification center.
-  DesktopNotifications(Platform& platform, std::weak_ptr<WebView> webView, Url origin);
+  // The references must outlive this object.
+  struct Dependencies {
+    BackgroundQueue& backgroundQueue;
+    Dialogs& dialogs;
+    MainQueue& mainQueue;
+    NotificationCenter& notificationCenter;
+    const System& system;
+    UserDefaults& userDefaults;
+    // Called once, before the first request.
+    ServiceClient::MakeHttpSession makeHttpSession;
+    // Returns the text that says why no notification can be shown, in the current language.
+    std::function<std::string()> deniedText;
+  };
+
+  // Becomes the delegate of the notification center.
+  DesktopNotifications(Dependencies dependencies, std::weak_ptr<WebView> webView, Url origin);
   ~DesktopNotifications() override;
 
   DesktopNotifications(const DesktopNotifications&) = delete;
   DesktopNotifications& operator=(const DesktopNotifications&) = delete;
 
-  // The user opened a notification that leads to this page of the origin.
+  // Called when the user opens a notification, with its page of the origin.
   std::function<void(const Url&)> onOpen;
 
-  // Begins to poll, unless the user has switched notifications off.
+  // Starts polling, unless the user has disabled notifications.
   void start();
-  // Nothing is shown after this returns.
+  // Stops polling and cancels a poll in progress. No notification is shown after it returns.
   void stop();
-  // Tells the page how things stand and polls now.
+  // Publishes the authorization to the page and polls at once.
   void refresh();
 
-  // Asks the desktop for permission; the user is told if there is none.
+  // Asks the desktop for permission. If it is granted, enables notifications and starts polling;
+  // otherwise shows an alert.
   void requestAuthorization();
-  // Tells the page how things stand.
+  // Tells the page whether notifications are authorized, enabled and denied.
   void publishAuthorization();
-  // Switches notifications off, until the next `requestAuthorization`.
+  // Disables notifications until the next `requestAuthorization` that is granted.
   void disable();
-  // Shows the test notification, or asks for permission first.
+  // Shows the test notification; without permission, asks for it instead.
   void sendTest();
 
   PresentationOptions willPresentNotification() override;
@@ -60,13 +80,14 @@ class DesktopNotifications final : public NotificationCenterDelegate {
  private:
   void poll();
   void scheduleNextPoll();
-  Task<> pollService(std::shared_ptr<WebView> webView);
-  // What the service has for the user, if it answered properly.
+  Task<> pollService();
+  // Fetches and selects the signed-in user's notifications. Returns nullopt after any failure.
   Task<std::optional<NotificationSelection>> fetch(std::optional<std::string> cookie);
   Task<std::optional<NotificationSelection>> select(std::string list,
                                                     NotificationSettings settings);
   Task<> deliver(NotificationSelection selection);
-  // The reply, unless the service refused it, which may mean that the account has gone.
+  // Returns the reply, or nullopt for an error. `unauthorized` also forgets the account, so that
+  // the next one starts with a ledger of its own.
   template <class Reply>
   std::optional<Reply> accept(Expected<Reply, NotificationClient::PollError> reply);
 
@@ -77,7 +98,7 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   Task<> runAlert(std::string text);
   bool isEnabled() const;
 
-  Platform& platform_;
+  const Dependencies dependencies_;
   NotificationCenter& center_;
   const std::weak_ptr<WebView> webView_;
   const Url origin_;
@@ -87,7 +108,7 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   std::unique_ptr<ObserverToken> timer_;
   std::optional<std::string> accountId_;
   DesktopNotificationDelivery delivery_;
-  // At most one poll at a time; whatever it waits for, it ends with this.
+  // The poll in progress. At most one runs at a time; destroying the task cancels it.
   Task<> pollTask_;
   TaskGroup tasks_;
 };

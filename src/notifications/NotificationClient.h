@@ -4,8 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/HttpSession.h"
-#include "platform/Platform.h"
+#include "origin/ServiceClient.h"
+#include "platform/System.h"
+#include "platform/WebView.h"
 #include "support/Expected.h"
 #include "support/Json.h"
 #include "support/Task.h"
@@ -13,37 +14,34 @@
 
 namespace navora {
 
-// Asks the service as the user who is signed in to the web view.
+// The poller's requests to the service, sent as the user who is signed in to the web view.
 class NotificationClient {
  public:
   enum class PollError {
-    // Nobody is signed in.
+    // No user is signed in.
     unauthorized,
-    // Not from the origin, not what was asked for, or too long.
+    // The response is from another origin, has an unexpected status or content, or is too long.
     invalidResponse,
-    // No answer.
+    // No response was received.
     transport
   };
   using Body = Expected<std::string, PollError>;
   using Reply = Expected<Json, PollError>;
 
-  NotificationClient(Platform& platform, Url origin);
+  // `system` must outlive the client.
+  NotificationClient(const System& system, ServiceClient::MakeHttpSession makeHttpSession,
+                     std::weak_ptr<WebView> webView, Url origin);
 
-  // What the service has at `path`, unread. `cookie` is the "Cookie" header, if there is one to
-  // send.
+  // Returns the value of the "Cookie" header, or nullopt if no user is signed in.
+  Task<std::optional<std::string>> cookieHeader();
+
+  // Fetches the body at `path`, unparsed. Without a `cookie` no "Cookie" header is sent.
   Task<Body> body(std::string path, std::optional<std::string> cookie);
-  // The JSON object at `path`; anything else there is an invalid response.
+  // Fetches the JSON object at `path`; anything else there is an invalid response.
   Task<Reply> json(std::string path, std::optional<std::string> cookie);
 
  private:
-  HttpSession& session();
-  std::optional<HttpRequest> request(const std::string& path,
-                                     const std::optional<std::string>& cookie) const;
-  Body accept(HttpSession::Result result) const;
-
-  Platform& platform_;
-  const Url origin_;
-  std::unique_ptr<HttpSession> session_;
+  ServiceClient service_;
 };
 
 }  // namespace navora

@@ -9,26 +9,26 @@
 
 namespace navora {
 
-// Where an item of the service's list leads: a page of the origin; none if the item names one
-// elsewhere.
+// Returns the page of the origin that an item of the service's list leads to, or nullopt if the
+// item names an address outside the origin.
 std::optional<Url> notificationDestination(const Json& item, const Url& origin);
 
-// What an item has to say, in its own words.
+// The texts of an item, as the service wrote them.
 struct NotificationContent {
-  // Absent if it is the product's name.
+  // Absent for items that are titled with the product's name.
   std::optional<std::string> title;
   std::string body;
-  // Where it leads.
+  // The item's destination.
   std::string url;
 
   bool operator==(const NotificationContent&) const = default;
 };
 NotificationContent notificationContent(const Json& item, const Url& destination);
 
-// What the desktop shows of the item with this id, in the interface's language of the moment.
+// Makes the desktop notification for the item `id`, in the interface's current language.
 UserNotification userNotification(const std::string& id, NotificationContent content);
 
-// What the desktop shows when the user tries its notifications out.
+// Makes the notification that the user requests to try notifications out.
 UserNotification testNotification(const Url& origin);
 
 }  // namespace navora

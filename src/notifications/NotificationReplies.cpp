@@ -6,7 +6,7 @@
 namespace navora {
 namespace {
 
-// A JSON object that holds nothing but texts.
+// Parses a JSON object whose members are all texts.
 std::optional<std::map<std::string, std::string>> readTexts(const std::string& text) {
   const auto object = parseJson(text);
   if (!object || !object->is_object()) return std::nullopt;

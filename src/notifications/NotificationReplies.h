@@ -9,15 +9,14 @@
 
 namespace navora {
 
-// What the service answers to a poll. Each is read as a whole or not at all; members that are not
-// named here do not matter.
+// The service's replies to a poll. Each is read all or nothing; members not named here are ignored.
 
-// Of "/api/auth/me": the id of the user who is signed in.
+// Reads the reply to "/api/auth/me": the id of the user who is signed in.
 std::optional<std::string> readUserId(const Json& reply);
 
-// Of "/api/settings".
+// The reply to "/api/settings".
 struct NotificationSettings {
-  // From the kind of an item to its channel.
+  // Maps an item's kind to its channel.
   std::map<std::string, std::string> preferences;
   std::string quietHours;
   std::string timeZone;
@@ -26,14 +25,14 @@ struct NotificationSettings {
   bool operator==(const NotificationSettings&) const = default;
 };
 
-// Of "/api/notifications".
+// The reply to "/api/notifications".
 struct NotificationList {
-  // Objects, the newest first.
+  // JSON objects, the newest first.
   std::vector<Json> items;
-  // From the kind of an item to its channel; of kinds that are named twice the last one counts.
+  // Maps an item's kind to its channel. If the reply lists a kind twice, the last entry counts.
   std::map<std::string, std::string> defaults;
 
-  // Takes the items out of the reply.
+  // Moves the items out of the reply.
   static std::optional<NotificationList> read(Json reply);
 };
 

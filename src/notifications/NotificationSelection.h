@@ -13,22 +13,23 @@
 
 namespace navora {
 
-// What remains of the service's list once the user's wishes have been asked. Items without an id
-// are left out.
+// The service's list after the user's settings have been applied. Items without an id are dropped.
 struct NotificationSelection {
   struct Item {
     std::string id;
-    // Absent if the user does not want the item now, or it leads nowhere.
+    // Absent if the item is not to be shown: not wanted now, or without a destination.
     std::optional<NotificationContent> content;
   };
 
-  // Of all items.
-  std::set<std::string> ids;
   // The oldest first.
   std::vector<Item> items;
 
-  // Of the body that answers to "/api/notifications", for the moment `now`. Absent if the body
-  // cannot be read as a whole. A pure function that takes its time: for the background.
+  // Collects the ids of all items.
+  std::set<std::string> ids() const;
+
+  // Reads the body of a reply to "/api/notifications" and decides for each item, as of `now`,
+  // whether it is to be shown. Returns nullopt if any part of the body is invalid. A pure function
+  // that takes long for long lists; call it in the background.
   static std::optional<NotificationSelection> read(std::string_view body,
                                                    const NotificationSettings& settings, Date now,
                                                    const Url& origin);

@@ -5,34 +5,28 @@
 
 namespace navora {
 
-DesktopUpdates::DesktopUpdates(Doors doors, UpdateReminderPolicy& reminderPolicy,
+DesktopUpdates::DesktopUpdates(Dependencies dependencies,
+                               std::unique_ptr<UpdateBannerView> bannerView,
+                               UpdateReminderPolicy& reminderPolicy,
                                UpdateReminderController::Schedule scheduleReminder)
-    : doors_(std::move(doors)),
-      reminderPolicy_(reminderPolicy),
-      scheduleReminder_(scheduleReminder
-                            ? std::move(scheduleReminder)
-                            : UpdateReminderController::scheduleTimer(doors_.mainQueue)),
-      banner_(std::move(doors_.bannerView)) {}
+    : dependencies_(std::move(dependencies)),
+      banner_(std::move(bannerView)),
+      reminders_(
+          reminderPolicy,
+          [this] { return updater().canCheckForUpdates() && !updater().sessionInProgress(); },
+          [this] { updater().checkForUpdatesInBackground(); },
+          scheduleReminder ? std::move(scheduleReminder)
+                           : UpdateReminderController::scheduleTimer(dependencies_.mainQueue)) {}
 
 Updater& DesktopUpdates::updater() {
-  if (!updater_) updater_ = doors_.makeUpdater(*this, *this);
+  if (!updater_) updater_ = dependencies_.makeUpdater(*this, *this);
   return *updater_;
 }
 
-UpdateReminderController& DesktopUpdates::reminders() {
-  if (!reminders_) {
-    reminders_ = std::make_unique<UpdateReminderController>(
-        reminderPolicy_,
-        [this] { return updater().canCheckForUpdates() && !updater().sessionInProgress(); },
-        [this] { updater().checkForUpdatesInBackground(); }, scheduleReminder_);
-  }
-  return *reminders_;
-}
-
 void DesktopUpdates::start() {
-  // Not from within the change: the updater may be in the middle of something.
+  // Deferred, because the updater may report a change while it is in the middle of it.
   const Action whenReady = lifetime_.guard([this] {
-    doors_.mainQueue.async(lifetime_.guard([this] { performPendingManualCheckIfReady(); }));
+    dependencies_.mainQueue.async(lifetime_.guard([this] { performPendingManualCheckIfReady(); }));
   });
   readinessObservations_.clear();
   readinessObservations_.push_back(updater().observeCanCheckForUpdates(whenReady));
@@ -40,7 +34,7 @@ void DesktopUpdates::start() {
   if (const auto error = updater().startUpdater()) {
     fail(*error);
   } else {
-    reminders().refresh();
+    reminders_.refresh();
   }
 }
 
@@ -77,14 +71,16 @@ DesktopUpdates::Action DesktopUpdates::inThisState(Action action) {
 }
 
 void DesktopUpdates::present(UpdateBannerState::Value state) {
-  banner_.present(UpdateBannerState::present(std::move(state), doors_.wording));
+  banner_.present(UpdateBannerState::present(std::move(state)));
 }
 
-template <class State>
-void DesktopUpdates::presentOutcome() {
+void DesktopUpdates::beginOutcome() {
   preserveMessage_ = true;
   beginState();
-  present(State{inThisState([this] { banner_.hide(); })});
+}
+
+DesktopUpdates::Action DesktopUpdates::closingBanner() {
+  return inThisState([this] { banner_.hide(); });
 }
 
 void DesktopUpdates::showUpdatePermissionRequest(
@@ -97,13 +93,15 @@ void DesktopUpdates::showUpdatePermissionRequest(
 void DesktopUpdates::showUserInitiatedUpdateCheck(std::function<void()> cancellation) {
   preserveMessage_ = false;
   beginState();
-  present(UpdateBannerState::Checking{inThisState(std::move(cancellation))});
+  present(UpdateBannerState::Checking{.cancel = inThisState(std::move(cancellation))});
 }
 
 void DesktopUpdates::showUpdateNotFound(const PlatformError&,
                                         std::function<void()> acknowledgement) {
   manualCheckPending_ = false;
-  presentOutcome<UpdateBannerState::UpToDate>();
+  beginOutcome();
+  present(
+      UpdateBannerState::UpToDate{.heading = dependencies_.upToDateText, .close = closingBanner()});
   acknowledgement();
 }
 
@@ -115,17 +113,18 @@ void DesktopUpdates::showUpdaterError(const PlatformError& error,
 }
 
 void DesktopUpdates::fail(const PlatformError& error) {
-  doors_.log("Navora updater: " + error.localizedDescription);
+  dependencies_.system.log("Navora updater: " + error.localizedDescription);
   isInstalling_ = false;
   resumeEditing();
-  presentOutcome<UpdateBannerState::Failed>();
+  beginOutcome();
+  present(UpdateBannerState::Failed{.close = closingBanner()});
 }
 
 void DesktopUpdates::showDownloadInitiated(std::function<void()> cancellation) {
   received_ = 0;
   expected_ = 0;
   beginState();
-  present(UpdateBannerState::Downloading{inThisState(std::move(cancellation))});
+  present(UpdateBannerState::Downloading{.cancel = inThisState(std::move(cancellation))});
 }
 
 void DesktopUpdates::showDownloadDidReceiveExpectedContentLength(std::uint64_t length) {
@@ -167,7 +166,7 @@ void DesktopUpdates::dismissUpdateInstallation() {
   resumeEditing();
   if (!preserveMessage_) banner_.hide();
   banner_.clearActions();
-  if (preserveMessage_) banner_.setClose(inThisState([this] { banner_.hide(); }));
+  if (preserveMessage_) banner_.setClose(closingBanner());
 }
 
 void DesktopUpdates::showUpdateInFocus() {

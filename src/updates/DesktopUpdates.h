@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "platform/MainQueue.h"
+#include "platform/System.h"
 #include "platform/UpdateBannerView.h"
 #include "platform/Updater.h"
 #include "platform/Workspace.h"
@@ -21,46 +22,49 @@ namespace navora {
 
 class MainWindow;
 
-// Leads the user through an update: is what the updater reports to, shows every step in the banner,
-// asks the reminder policy whether an update may be offered and remembers the answers there, and
-// installs nothing before the application has agreed to be restarted.
+// Guides the user through an update: receives the updater's reports, shows every step in the
+// banner, offers a version only if the reminder policy allows it, stores the user's answers there,
+// and installs nothing before the application has agreed to be restarted.
 class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate {
  public:
-  // What updating needs of the desktop. References must outlive the DesktopUpdates.
-  struct Doors {
+  // The references must outlive this object.
+  struct Dependencies {
     MainQueue& mainQueue;
+    const System& system;
     Workspace& workspace;
-    std::unique_ptr<UpdateBannerView> bannerView;
     // Called once, when the updater is first needed.
     std::function<std::unique_ptr<Updater>(UpdaterUserDriver&, UpdaterDelegate&)> makeUpdater;
-    DesktopUpdatesWording wording;
-    // Takes a line for whoever looks into why updating failed.
-    std::function<void(const std::string&)> log;
+    // Returns the heading for an application that is up to date, in the current language.
+    UpdateBannerState::Text upToDateText;
   };
-  // Called once with none if a restart is all right now, otherwise with what the user is told.
+  // Called once: with nullopt if the application may be restarted now, otherwise with the message
+  // for the user.
   using RestartAnswer = std::function<void(std::optional<std::string> message)>;
 
-  // The policy must outlive this object. Without a timer factory, reminders wait on the main queue.
-  DesktopUpdates(Doors doors, UpdateReminderPolicy& reminderPolicy,
+  // The policy must outlive this object. Without a schedule, reminders use timers of the main
+  // queue.
+  DesktopUpdates(Dependencies dependencies, std::unique_ptr<UpdateBannerView> bannerView,
+                 UpdateReminderPolicy& reminderPolicy,
                  UpdateReminderController::Schedule scheduleReminder = {});
 
-  // May answer at once or later, on the main thread.
+  // Asked before an installation; answers at once or later, on the main thread.
   std::function<void(RestartAnswer)> prepareForRestart = [](const RestartAnswer& answer) {
     answer(std::nullopt);
   };
-  // An attempt to update ended without a restart.
+  // Called when an update has ended without a restart.
   std::function<void()> resumeEditing = [] {};
   std::function<void()> showWindow = [] {};
 
-  // To be called once.
+  // Called once.
   void attach(MainWindow& window) { banner_.attach(window); }
-  // Starts the updater and the reminder of what was postponed in an earlier launch.
+  // Starts the updater, and the reminder of an update that was postponed in an earlier launch.
   void start();
-  // The user asks. Waits for a session that goes on unseen.
+  // Checks on behalf of the user. Deferred until a session that shows no banner has ended; if the
+  // banner is shown, only brings it into focus.
   void checkForUpdates();
   void refreshLocale();
 
-  // From the moment that installation is certain until the session ends or fails.
+  // Returns whether an installation is certain: true until the session ends or fails.
   bool isInstalling() const { return isInstalling_; }
 
  private:
@@ -87,54 +91,53 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
   void didFinishUpdateCycle(const std::optional<PlatformError>& error) override;
 
   Updater& updater();
-  UpdateReminderController& reminders();
   void performPendingManualCheckIfReady();
 
-  // What was handed out for an earlier state does nothing from now on.
+  // Begins a new state: actions returned by `inThisState` for earlier ones do nothing from now on.
   void beginState() { ++generation_; }
-  // Does nothing once the state has ended that has begun last.
+  // Wraps an action so that it does nothing once another state has begun.
   Action inThisState(Action action);
   void present(UpdateBannerState::Value state);
-  // A state that stays when the session ends. Its button closes the banner.
-  template <class State>
-  void presentOutcome();
+  // Begins a state that remains visible after the session has ended.
+  void beginOutcome();
+  Action closingBanner();
   void fail(const PlatformError& error);
 
   void presentInformation(const AppcastItem& item, Choose reply);
   void presentResumed(const AppcastItem& item, UserUpdateState::Stage stage, Choose reply);
   void presentOffer(const AppcastItem& item, Choose reply);
-  Action answeringOffer(Choose reply, Action record);
+  // Returns an action that stores an answer other than to install, and dismisses the offer.
+  Action decliningOffer(Choose reply, Action record);
   void refuseOffer(const Choose& reply);
   void updateDownloadProgress();
 
-  // Lets the application say whether it may be restarted now; if it may, goes on with `proceed`.
+  // Asks the application whether it may be restarted now, and calls `proceed` if it may.
   void checkRestart(Action proceed);
   void restartChecked(std::optional<std::string> message, Action proceed);
   void deferInstallation();
 
-  Doors doors_;
-  UpdateReminderPolicy& reminderPolicy_;
-  const UpdateReminderController::Schedule scheduleReminder_;
+  const Dependencies dependencies_;
   UpdateBanner banner_;
 
   bool isInstalling_ = false;
-  // The user has chosen to install the update that is being shown.
+  // The user has chosen to install the update that is shown.
   bool installRequested_ = false;
-  // The banner shows how things ended, which outlasts the session.
+  // The banner shows an outcome, which remains visible when the session ends.
   bool preserveMessage_ = false;
-  // The user asked for a check while the updater was busy.
+  // The user requested a check while the updater was busy.
   bool manualCheckPending_ = false;
+  // Bytes of the download.
   std::uint64_t received_ = 0;
-  // 0 while it is not known.
+  // 0 while unknown.
   std::uint64_t expected_ = 0;
-  // Counts what the banner has shown, so that answers to something older are dropped.
+  // Incremented by beginState() to discard stale actions and answers.
   std::uint64_t generation_ = 0;
-  // Dismisses the update that waits for the user's choice; none when none waits.
+  // Dismisses the update that is waiting for the user's choice; null if none is waiting.
   Action dismissPendingUpdate_;
 
   std::unique_ptr<Updater> updater_;
   std::vector<std::unique_ptr<ObserverToken>> readinessObservations_;
-  std::unique_ptr<UpdateReminderController> reminders_;
+  UpdateReminderController reminders_;
   Lifetime lifetime_;
 };
 

@@ -1,5 +1,5 @@
-// From the update that was found to its installation: what the user is offered, what the answers
-// lead to, and the application's consent to be restarted.
+// The part of an update from the version that was found to its installation: the offer, the user's
+// answers, and the application's consent to be restarted.
 
 #include <utility>
 
@@ -21,23 +21,23 @@ void DesktopUpdates::showUpdateFound(const AppcastItem& item, UserUpdateState st
     presentInformation(item, std::move(reply));
   } else if (state.stage != Stage::notDownloaded) {
     presentResumed(item, state.stage, std::move(reply));
-  } else if (!reminderPolicy_.shouldOffer(item.versionString, userInitiated)) {
+  } else if (!reminders_.shouldOffer(item.versionString, userInitiated)) {
     refuseOffer(reply);
   } else {
-    reminderPolicy_.observeEligibleVersion(item.versionString);
-    reminders().refresh();
+    reminders_.observeEligibleVersion(item.versionString);
     presentOffer(item, std::move(reply));
   }
 }
 
 void DesktopUpdates::presentInformation(const AppcastItem& item, Choose reply) {
   auto learnMore = inThisState([this, url = item.infoUrl, reply] {
-    if (url && url->scheme() == "https") doors_.workspace.open(*url);
+    if (url && url->scheme() == "https") dependencies_.workspace.open(*url);
     banner_.hide();
     reply(UserUpdateChoice::dismiss);
   });
   auto later = inThisState([reply] { reply(UserUpdateChoice::dismiss); });
-  present(UpdateBannerState::InformationOnly{std::move(learnMore), std::move(later)});
+  present(UpdateBannerState::InformationOnly{.learnMore = std::move(learnMore),
+                                             .later = std::move(later)});
 }
 
 void DesktopUpdates::presentResumed(const AppcastItem& item, Stage stage, Choose reply) {
@@ -51,42 +51,40 @@ void DesktopUpdates::presentResumed(const AppcastItem& item, Stage stage, Choose
     }
   });
   auto later = inThisState([reply] { reply(UserUpdateChoice::dismiss); });
-  present(
-      UpdateBannerState::Resumed{item.displayVersionString, std::move(install), std::move(later)});
+  present(UpdateBannerState::Resumed{.displayVersion = item.displayVersionString,
+                                     .install = std::move(install),
+                                     .later = std::move(later)});
 }
 
 void DesktopUpdates::refuseOffer(const Choose& reply) {
   banner_.hide();
   banner_.clearActions();
   dismissPendingUpdate_ = nullptr;
-  // Never skipped: which versions are ignored is the policy's business, not the updater's.
+  // Dismissed, not skipped: the policy records ignored versions, not the updater.
   reply(UserUpdateChoice::dismiss);
 }
 
 void DesktopUpdates::presentOffer(const AppcastItem& item, Choose reply) {
   const std::string& version = item.versionString;
   auto install = inThisState([this, version, reply] {
-    reminderPolicy_.beginInstallation(version);
-    reminders().refresh();
+    reminders_.beginInstallation(version);
     installRequested_ = true;
     banner_.disableActions();
     reply(UserUpdateChoice::install);
   });
-  auto postponeByHour =
-      answeringOffer(reply, [this, version] { reminderPolicy_.postpone(version, Delay::hour); });
-  auto ignore = answeringOffer(reply, [this, version] { reminderPolicy_.ignore(version); });
-  auto postponeUntilTomorrow = answeringOffer(
-      reply, [this, version] { reminderPolicy_.postpone(version, Delay::tomorrow); });
-  present(UpdateBannerState::Offer{item.displayVersionString, std::move(install),
-                                   std::move(postponeByHour), std::move(ignore),
-                                   std::move(postponeUntilTomorrow)});
+  const auto declining = [&](Action record) { return decliningOffer(reply, std::move(record)); };
+  present(UpdateBannerState::Offer{
+      .displayVersion = item.displayVersionString,
+      .install = std::move(install),
+      .postponeByHour = declining([this, version] { reminders_.postpone(version, Delay::hour); }),
+      .ignore = declining([this, version] { reminders_.ignore(version); }),
+      .postponeUntilTomorrow =
+          declining([this, version] { reminders_.postpone(version, Delay::tomorrow); })});
 }
 
-// Remembers an answer that is not to install.
-DesktopUpdates::Action DesktopUpdates::answeringOffer(Choose reply, Action record) {
+DesktopUpdates::Action DesktopUpdates::decliningOffer(Choose reply, Action record) {
   return inThisState([this, reply = std::move(reply), record = std::move(record)] {
     record();
-    reminders().refresh();
     banner_.hide();
     reply(UserUpdateChoice::dismiss);
   });
@@ -102,7 +100,7 @@ void DesktopUpdates::showReadyToInstallAndRelaunch(Choose reply) {
   beginState();
   auto check = inThisState([this, install = std::move(install)] { checkRestart(install); });
   auto later = inThisState([this] { deferInstallation(); });
-  present(UpdateBannerState::Ready{std::move(check), std::move(later)});
+  present(UpdateBannerState::Ready{.install = std::move(check), .later = std::move(later)});
 }
 
 void DesktopUpdates::checkRestart(Action proceed) {
@@ -119,7 +117,9 @@ void DesktopUpdates::restartChecked(std::optional<std::string> message, Action p
   if (message) {
     auto tryAgain = inThisState([this, proceed = std::move(proceed)] { checkRestart(proceed); });
     auto later = inThisState([this] { deferInstallation(); });
-    present(UpdateBannerState::Blocked{*std::move(message), std::move(tryAgain), std::move(later)});
+    present(UpdateBannerState::Blocked{.message = *std::move(message),
+                                       .tryAgain = std::move(tryAgain),
+                                       .later = std::move(later)});
     return;
   }
   isInstalling_ = true;
@@ -128,7 +128,7 @@ void DesktopUpdates::restartChecked(std::optional<std::string> message, Action p
 }
 
 void DesktopUpdates::deferInstallation() {
-  // The reply may end the session, and with it what is called here.
+  // Copied, because the reply may end the session and with it replace the member being called.
   const Action dismiss = dismissPendingUpdate_;
   if (dismiss) dismiss();
 }

@@ -9,7 +9,7 @@ namespace navora {
 namespace {
 
 UpdateBannerProgress progressOf(double value) {
-  // Not a number means as little as a negative one.
+  // NaN counts as unknown, like a negative value.
   if (!(value >= 0)) return UpdateBannerProgress::indeterminate();
   return UpdateBannerProgress::ofFraction(std::min(value, 1.0));
 }

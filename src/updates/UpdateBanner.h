@@ -12,13 +12,13 @@ namespace navora {
 
 class MainWindow;
 
-// What one state of the banner says and offers. Texts are functions, called each time that they are
-// shown, so that the banner follows the interface's language.
+// The texts and buttons of one state of the banner. Texts are functions, called again whenever the
+// interface's language changes.
 struct UpdateBannerPresentation {
   using Text = std::function<std::string()>;
   using Action = std::function<void()>;
 
-  // Shown exactly when it has a title.
+  // Visible if and only if it has a title.
   struct Button {
     Text title;
     Action action;
@@ -26,18 +26,17 @@ struct UpdateBannerPresentation {
 
   Text heading;
   Text detail;
-  // None for no bar, negative for an indeterminate one, otherwise from 0 to 1.
+  // No bar if absent; indeterminate if negative; otherwise a fraction from 0 to 1.
   std::optional<double> progress;
   Button primary;
   Button secondary;
   Button tertiary;
-  // The close button is shown exactly when there is this.
+  // The close button is visible if and only if this is set.
   Action close;
 };
 
-// The banner through which updates talk to the user: keeps the texts and actions of the current
-// state and decides nothing else. One press runs at most one action, and after it the state has
-// none left.
+// The banner that shows updates to the user. Keeps the texts and actions of the current state. A
+// press of a button runs its action and discards all actions of the state.
 class UpdateBanner final : private UpdateBannerViewDelegate {
  public:
   using Text = UpdateBannerPresentation::Text;
@@ -50,26 +49,27 @@ class UpdateBanner final : private UpdateBannerViewDelegate {
   UpdateBanner(const UpdateBanner&) = delete;
   UpdateBanner& operator=(const UpdateBanner&) = delete;
 
-  // Puts it over the window's content; to be called once.
+  // Puts the banner over the window's content. Called once.
   void attach(MainWindow& window);
 
   // Replaces the state and shows the banner.
   void present(UpdateBannerPresentation presentation);
-  // Does not show a bar that the state does not have.
+  // Sets the bar as UpdateBannerPresentation::progress does; ignored in a state without a bar.
   void setProgress(double value);
-  // The current state gets a primary button "Перезапустить", or a secondary one "Закрыть".
+  // Adds the primary button "Перезапустить" to the current state.
   void setRetry(Action action);
+  // Adds the secondary button "Закрыть" to the current state.
   void setClose(Action action);
-  // The buttons stay as they are.
+  // Discards the actions without changing how the buttons look.
   void clearActions();
-  // The buttons stay visible, but do nothing until the next state.
+  // Discards the actions and disables the buttons until the next state.
   void disableActions();
 
   void hide();
   bool isHidden() const;
-  // Reads the heading aloud to those who use a screen reader.
+  // Announces the heading to assistive technology.
   void announce();
-  // Shows every text in the language that is current now.
+  // Sets every text again, in the current language.
   void refreshLocale();
 
  private:

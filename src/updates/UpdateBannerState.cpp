@@ -7,7 +7,7 @@
 namespace navora {
 namespace {
 
-using Text = UpdateBannerPresentation::Text;
+using Text = UpdateBannerState::Text;
 using Button = UpdateBannerPresentation::Button;
 
 constexpr double indeterminate = -1;
@@ -46,7 +46,7 @@ Button close(UpdateBannerState::Action action) {
   return {[] { return L("Закрыть"); }, std::move(action)};
 }
 
-// What a state has beyond its two texts is filled in by its own overload below.
+// Returns a presentation with these texts and nothing else.
 UpdateBannerPresentation texts(Text heading, Text detail) {
   UpdateBannerPresentation presentation;
   presentation.heading = std::move(heading);
@@ -55,8 +55,6 @@ UpdateBannerPresentation texts(Text heading, Text detail) {
 }
 
 struct Presenter {
-  const DesktopUpdatesWording& wording;
-
   UpdateBannerPresentation operator()(UpdateBannerState::Checking&& state) const {
     auto shown = texts([] { return L("Проверяем обновления…"); },
                        [] { return L("Это займёт несколько секунд."); });
@@ -125,7 +123,7 @@ struct Presenter {
   }
 
   UpdateBannerPresentation operator()(UpdateBannerState::UpToDate&& state) const {
-    auto shown = texts(wording.upToDate, canKeepWorking);
+    auto shown = texts(std::move(state.heading), canKeepWorking);
     shown.secondary = close(std::move(state.close));
     return shown;
   }
@@ -143,9 +141,8 @@ struct Presenter {
 
 }  // namespace
 
-UpdateBannerPresentation UpdateBannerState::present(Value state,
-                                                    const DesktopUpdatesWording& wording) {
-  return std::visit(Presenter{wording}, std::move(state));
+UpdateBannerPresentation UpdateBannerState::present(Value state) {
+  return std::visit(Presenter(), std::move(state));
 }
 
 }  // namespace navora

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 #include <variant>
 
@@ -8,20 +7,15 @@
 
 namespace navora {
 
-// Those texts about updates that name the machine, in the language that is current when they are
-// asked for.
-struct DesktopUpdatesWording {
-  std::function<std::string()> upToDate;
-};
-
-// The states that the user sees an update in, each with what the user can do in it.
+// The states in which the banner shows an update, each with the actions that are valid in it.
 struct UpdateBannerState {
+  using Text = UpdateBannerPresentation::Text;
   using Action = UpdateBannerPresentation::Action;
 
   struct Checking {
     Action cancel;
   };
-  // There is a version that cannot be installed from here.
+  // The available version cannot be installed by the updater.
   struct InformationOnly {
     Action learnMore;
     Action later;
@@ -47,7 +41,7 @@ struct UpdateBannerState {
     Action install;
     Action later;
   };
-  // The application must not be restarted now; the message says why.
+  // The application must not be restarted now; `message` says why.
   struct Blocked {
     std::string message;
     Action tryAgain;
@@ -55,6 +49,8 @@ struct UpdateBannerState {
   };
   struct Installing {};
   struct UpToDate {
+    // The host's text, which names the desktop.
+    Text heading;
     Action close;
   };
   struct Failed {
@@ -64,7 +60,8 @@ struct UpdateBannerState {
   using Value = std::variant<Checking, InformationOnly, Offer, Resumed, Downloading, Extracting,
                              Ready, Blocked, Installing, UpToDate, Failed>;
 
-  static UpdateBannerPresentation present(Value state, const DesktopUpdatesWording& wording);
+  // Returns the texts and buttons of a state.
+  static UpdateBannerPresentation present(Value state);
 };
 
 }  // namespace navora

@@ -15,7 +15,7 @@ constexpr UpdateReminderController::Delay longestTimer = std::chrono::hours(24);
 UpdateReminderController::Schedule UpdateReminderController::scheduleTimer(MainQueue& queue) {
   return [&queue](Delay delay, std::function<void()> fire) {
     const Delay bounded = std::clamp(delay, Delay(0), longestTimer);
-    // Rounded up: a timer that fires a little early would only be set again.
+    // Rounded up, because a timer that fires a fraction early has to be set again.
     return queue.after(std::chrono::ceil<std::chrono::milliseconds>(bounded), std::move(fire));
   };
 }
@@ -30,6 +30,26 @@ UpdateReminderController::UpdateReminderController(UpdateReminderPolicy& policy,
 
 void UpdateReminderController::refresh() {
   scheduleNext(std::nullopt);
+}
+
+void UpdateReminderController::postpone(std::string_view version, UpdateReminderPolicy::Delay by) {
+  policy_.postpone(version, by);
+  refresh();
+}
+
+void UpdateReminderController::ignore(std::string_view version) {
+  policy_.ignore(version);
+  refresh();
+}
+
+void UpdateReminderController::observeEligibleVersion(std::string_view version) {
+  policy_.observeEligibleVersion(version);
+  refresh();
+}
+
+void UpdateReminderController::beginInstallation(std::string_view version) {
+  policy_.beginInstallation(version);
+  refresh();
 }
 
 void UpdateReminderController::scheduleNext(std::optional<Delay> retryDelay) {
@@ -53,7 +73,7 @@ void UpdateReminderController::timerFired() {
     scheduleNext(std::nullopt);
   } else if (canCheck_()) {
     check_();
-    // What the check finds is not held back any more.
+    // The version that the check finds may be offered again.
     policy_.consume(*pending);
     scheduleNext(std::nullopt);
   } else {

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "platform/MainQueue.h"
 #include "platform/ObserverToken.h"
@@ -13,26 +14,37 @@
 
 namespace navora {
 
-// Brings a postponed update back at its deadline while the application is running: one timer, aimed
-// at the stored postponement, that starts a check in the background.
+// Offers a postponed update again at its deadline while the application is running: keeps one
+// timer, set to the stored deadline, that starts a check in the background. Everything that changes
+// the stored reminder is done through this class, which resets the timer accordingly.
 class UpdateReminderController {
  public:
   using Delay = std::chrono::duration<double>;  // seconds
-  // Calls `fire` once on the main thread after the delay, unless the token is released first.
+  // Calls `fire` once on the main thread after the delay. Destroying the token cancels the timer.
   using Schedule =
       std::function<std::unique_ptr<ObserverToken>(Delay delay, std::function<void()> fire)>;
 
-  // Timers of the queue, which must outlive whatever uses them. They may fire early: none runs
-  // longer than a day, because hosts count in whole numbers of a limited size.
+  // Returns a Schedule that uses timers of `queue`, which must outlive it. A timer may fire early:
+  // none is set for longer than a day, as hosts limit the length of a timer.
   static Schedule scheduleTimer(MainQueue& queue);
 
-  // The policy must outlive this object. `canCheck` says whether a check may start now; `check`
-  // starts it.
+  // The policy must outlive this object. `canCheck` returns whether a check may start now; `check`
+  // starts one. Sets no timer before the first call of a member function.
   UpdateReminderController(UpdateReminderPolicy& policy, std::function<bool()> canCheck,
                            std::function<void()> check, Schedule schedule);
 
-  // To be called after every change of what the policy has stored.
+  // Sets the timer for the reminder that the policy has stored, or clears it if there is none.
   void refresh();
+
+  // Each calls the policy's function of the same name, then `refresh`.
+  void postpone(std::string_view version, UpdateReminderPolicy::Delay by);
+  void ignore(std::string_view version);
+  void observeEligibleVersion(std::string_view version);
+  void beginInstallation(std::string_view version);
+
+  bool shouldOffer(std::string_view version, bool userInitiated) const {
+    return policy_.shouldOffer(version, userInitiated);
+  }
 
  private:
   void scheduleNext(std::optional<Delay> retryDelay);
@@ -43,7 +55,7 @@ class UpdateReminderController {
   const std::function<void()> check_;
   const Schedule schedule_;
   std::unique_ptr<ObserverToken> timer_;
-  // Counts the timers, so that one that fires although it was replaced does nothing.
+  // Incremented for every timer, so that one that fires after it was replaced does nothing.
   std::int64_t generation_ = 0;
   Lifetime lifetime_;
 };

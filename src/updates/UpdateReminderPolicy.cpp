@@ -83,7 +83,7 @@ void UpdateReminderPolicy::beginInstallation(std::string_view version) {
 }
 
 void UpdateReminderPolicy::consume(const Pending& expected) {
-  // The user may have postponed again in the meantime.
+  // The update may have been postponed again since `expected` was read.
   if (pending() != expected) return;
   if (expected.deadline <= now()) defaults_.removeValue(pendingKey);
 }

@@ -11,12 +11,12 @@
 
 namespace navora {
 
-// Decides whether a found update may be offered now, and remembers what the user answered: one
-// postponement and one ignored version. Everything it knows is in the defaults, so it lasts over
-// launches. Versions are compared as they are written.
+// Decides whether an available update may be offered now, and stores the user's answers: one
+// postponement and one ignored version. Its whole state is in the user defaults, so it persists
+// across launches. Versions are compared as plain texts.
 class UpdateReminderPolicy {
  public:
-  // A postponed update and the moment from which it may be offered again.
+  // A postponed update and the time from which it may be offered again.
   struct Pending {
     std::string version;
     Date deadline;
@@ -25,33 +25,36 @@ class UpdateReminderPolicy {
 
   enum class Delay {
     hour,
-    // Until the next midnight of the user's calendar.
+    // Until the next midnight in the user's calendar.
     tomorrow
   };
 
-  // The defaults must outlive the policy; the callbacks are asked at every use.
+  // The defaults must outlive the policy. `clock` and `calendar` are called at every use.
   UpdateReminderPolicy(UserDefaults& defaults, std::function<Date()> clock,
                        std::function<Calendar()> calendar);
 
   Date now() const;
-  // None as well for a stored record that cannot be read; reading does not remove it.
+  // Returns the stored postponement. Returns nullopt for a record that cannot be read, without
+  // removing it.
   std::optional<Pending> pending() const;
 
-  // A check that the user started always shows what it found.
+  // Returns whether `version` may be offered now: always in a check that the user started,
+  // otherwise unless it is ignored or still postponed.
   bool shouldOffer(std::string_view version, bool userInitiated) const;
 
-  // Replaces any earlier postponement and takes back that the version is ignored. Does nothing if
-  // the calendar has no next midnight.
+  // Replaces any earlier postponement and stops ignoring the version. Does nothing if the calendar
+  // has no next midnight.
   void postpone(std::string_view version, Delay by);
-  // Until another version is ignored, or this one is postponed or installed.
+  // Ignores the version until another one is ignored, or this one is postponed or installed, and
+  // removes its postponement.
   void ignore(std::string_view version);
-  // Forgets the postponement of this version.
+  // Removes the postponement of this version.
   void clearPending(std::string_view version);
-  // This version is the one to offer: a postponement of another one means nothing any more.
+  // Removes the postponement of any other version: this one supersedes it.
   void observeEligibleVersion(std::string_view version);
-  // The user wants this version: it is neither postponed nor ignored any more.
+  // Removes the postponement of this version and stops ignoring it.
   void beginInstallation(std::string_view version);
-  // The reminder `expected` was waited for: removes it, if it is still the stored one and due.
+  // Removes the reminder `expected` if it is still the stored one and due.
   void consume(const Pending& expected);
 
  private:

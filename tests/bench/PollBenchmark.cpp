@@ -1,5 +1,5 @@
-// What a poll for notifications takes with the longest list that is accepted, of the main thread
-// and of the background.
+// The cost of a poll for notifications with the longest accepted list, on the main thread and in the
+// background.
 #include <chrono>
 #include <memory>
 #include <string>
@@ -23,7 +23,7 @@ const Url& origin() {
   return url;
 }
 
-// As long as 4,000 items may be together. All but the newest have been read.
+// Returns a list of 4,000 items, close to the size limit, of which only the newest is unread.
 std::string list(std::size_t newest) {
   Json items = Json::array();
   for (std::size_t number = newest + itemCount; number > newest; --number) {
@@ -42,14 +42,25 @@ std::string list(std::size_t newest) {
   return Json{{"notifications", std::move(items)}, {"kinds", kinds}}.dump();
 }
 
-// A user who is signed in, and a service whose lists come when the benchmark says so.
+// A signed-in user, and a service whose replies the benchmark controls.
 struct Polls {
   FakePlatform platform;
   std::shared_ptr<FakeWebView> webView =
       std::make_shared<FakeWebView>(platform.log(), WebViewConfiguration{origin()});
-  DesktopNotifications notifications{platform, webView, origin()};
+  DesktopNotifications notifications{
+      {.backgroundQueue = platform.backgroundQueue(),
+       .dialogs = platform.dialogs(),
+       .mainQueue = platform.mainQueue(),
+       .notificationCenter = platform.notificationCenter(),
+       .system = platform.system(),
+       .userDefaults = platform.userDefaults(),
+       .makeHttpSession =
+           [this](const auto& configuration) { return platform.makeHttpSession(configuration); },
+       .deniedText = [] { return std::string(); }},
+      webView,
+      origin()};
 
-  // A poll up to its last question, which waits for the list.
+  // Runs a poll up to its last request, which is for the list.
   void ask() {
     platform.mainQueue().advance(std::chrono::seconds(60));
     webView->answerCookies();
@@ -68,7 +79,7 @@ struct Polls {
   }
 };
 
-// The main thread's part, before and after the background's. Each poll finds one item that is new.
+// The main thread's part, before and after the background's. Each poll finds one new item.
 void poll(benchmark::State& state) {
   Polls polls;
   polls.platform.system().time = dateFromSecondsSince1970(1'700'049'600);  // 13:00 in Berlin
@@ -88,14 +99,14 @@ void poll(benchmark::State& state) {
     polls.show();
   }
   if (polls.platform.notificationCenter().added.size() + 1 != newest)
-    state.SkipWithError("A poll did not show what was new");
-  if (bytes > largestReply) state.SkipWithError("The list is longer than is accepted");
+    state.SkipWithError("A poll did not show the new item");
+  if (bytes > largestReply) state.SkipWithError("The list is longer than the limit");
   state.counters["bytes"] = static_cast<double>(bytes);
 }
-// Counted, because what happens between the timed parts takes far longer than they do.
+// A fixed number of iterations: the untimed steps in between take far longer than the timed ones.
 BENCHMARK(poll)->Unit(benchmark::kMillisecond)->Iterations(100);
 
-// The background's part: from the body to the few values that the main thread goes on with.
+// The background's part: from the body to the values that return to the main thread.
 void pollInBackground(benchmark::State& state) {
   const NotificationSettings settings{{}, "22:00-07:00", "Europe/Berlin"};
   const Date now = dateFromSecondsSince1970(1'700'049'600);
@@ -103,7 +114,7 @@ void pollInBackground(benchmark::State& state) {
   for (auto _ : state) {
     auto selection = NotificationSelection::read(body, settings, now, origin());
     if (!selection || selection->items.size() != itemCount)
-      state.SkipWithError("The list was not read");
+      state.SkipWithError("The list could not be read");
     benchmark::DoNotOptimize(selection);
   }
 }

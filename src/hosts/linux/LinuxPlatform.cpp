@@ -71,7 +71,7 @@ std::unique_ptr<Updater> LinuxPlatform::makeUpdater(UpdaterUserDriver& userDrive
           .systemVersion = gnu_get_libc_version(),
           .launch = updateLaunch_,
           .terminate = application_.commands().terminate},
-      LinuxUpdater::Doors{mainQueue_, system_, userDefaults_}, userDriver, delegate);
+      LinuxUpdater::Dependencies{mainQueue_, system_, userDefaults_}, userDriver, delegate);
 }
 
 std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(

@@ -184,7 +184,7 @@ class LinuxUpdaterTest : public testing::Test {
     updater = std::make_unique<LinuxUpdater>(
         LinuxUpdater::Configuration{settings, Installation::at(installed()), "1.0", "2.36", launch,
                                     [this] { ++terminations; }},
-        LinuxUpdater::Doors{queue, system, defaults}, userDriver, delegate);
+        LinuxUpdater::Dependencies{queue, system, defaults}, userDriver, delegate);
   }
   // A check that the user asks for, until its session ends or the application is to end.
   void check() {

@@ -28,8 +28,10 @@ class LoadFailureViewTest : public testing::Test {
   std::shared_ptr<MainWindow> window_ = platform_.makeMainWindow({}, windowDelegate_);
   int retries_ = 0;
   int browserRequests_ = 0;
-  LoadFailureView view_{
-      platform_, *window_, {[this] { ++retries_; }, [this] { ++browserRequests_; }}};
+  LoadFailureView view_{[this](const ErrorViewDescription& description) {
+                          return platform_.makeErrorView(*window_, description);
+                        },
+                        {[this] { ++retries_; }, [this] { ++browserRequests_; }}};
 };
 
 TEST_F(LoadFailureViewTest, IsMadeHiddenWithItsTexts) {

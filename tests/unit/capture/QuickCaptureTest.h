@@ -31,7 +31,20 @@ class QuickCaptureTest : public testing::Test {
   }
 
   void make() {
-    capture = std::make_unique<DesktopQuickCapture>(platform, webView, testUrl(origin));
+    capture = std::make_unique<DesktopQuickCapture>(
+        DesktopQuickCapture::Dependencies{.mainQueue = platform.mainQueue(),
+                                          .system = platform.system(),
+                                          .userDefaults = platform.userDefaults(),
+                                          .workspace = platform.workspace(),
+                                          .makeHttpSession =
+                                              [this](const auto& configuration) {
+                                                return platform.makeHttpSession(configuration);
+                                              },
+                                          .makePanel =
+                                              [this](Size size, CapturePanelDelegate& delegate) {
+                                                return platform.makeCapturePanel(size, delegate);
+                                              }},
+        webView, testUrl(origin));
   }
   // The panel is open with this draft; the log is empty.
   void open(const std::string& draft = {}) {

@@ -22,8 +22,23 @@ class DesktopNotificationsTest : public testing::Test {
     webView = std::make_shared<FakeWebView>(platform.log(), WebViewConfiguration{origin});
     webView->setUrl(origin);
     webView->cookies = {{"tolvin_session", "abc", "navora.example", "/", true, std::nullopt}};
-    notifications = std::make_unique<DesktopNotifications>(platform, webView, origin);
+    notifications =
+        std::make_unique<DesktopNotifications>(dependenciesOf(platform), webView, origin);
     notifications->onOpen = [this](const Url& url) { opened.push_back(url); };
+  }
+
+  static DesktopNotifications::Dependencies dependenciesOf(FakePlatform& platform) {
+    return {.backgroundQueue = platform.backgroundQueue(),
+            .dialogs = platform.dialogs(),
+            .mainQueue = platform.mainQueue(),
+            .notificationCenter = platform.notificationCenter(),
+            .system = platform.system(),
+            .userDefaults = platform.userDefaults(),
+            .makeHttpSession =
+                [&platform](const auto& configuration) {
+                  return platform.makeHttpSession(configuration);
+                },
+            .deniedText = [&platform] { return platform.wording().notificationsDenied; }};
   }
 
   static Json item(const std::string& id, const std::string& kind = "message") {

@@ -85,7 +85,7 @@ TEST_F(NotificationSelectionTest, CollectsTheIdsOfAllItems) {
   const auto selection = read(
       {{"notifications", {item("b"), item("a", "unknown"), item(7), item("b")}}, {"kinds", kinds}});
   ASSERT_TRUE(selection);
-  EXPECT_THAT(selection->ids, ElementsAre("a", "b"));
+  EXPECT_THAT(selection->ids(), ElementsAre("a", "b"));
 }
 
 TEST_F(NotificationSelectionTest, ReadsNoBodyInPart) {

@@ -18,13 +18,13 @@ TEST_F(DesktopUpdatesSessionTest, MakesTheUpdaterWhenItIsNeeded) {
   EXPECT_THAT(log.events(), ElementsAre("updater.make", "updater.observeCanCheck",
                                         "updater.observeInProgress", "updater.start"));
   EXPECT_TRUE(screen.hidden);
-  EXPECT_THAT(lines, IsEmpty());
+  EXPECT_THAT(system.logged, IsEmpty());
 }
 
 TEST_F(DesktopUpdatesSessionTest, TellsWhyTheUpdaterDoesNotStart) {
   session.startError = error();
   updates->start();
-  EXPECT_THAT(lines, ElementsAre("Navora updater: The feed is gone."));
+  EXPECT_THAT(system.logged, ElementsAre("Navora updater: The feed is gone."));
   EXPECT_EQ(log.events().back(), "resumeEditing");
   EXPECT_EQ(heading(), "Не удалось обновить Навору");
   EXPECT_FALSE(screen.hidden);
@@ -236,7 +236,7 @@ TEST_F(DesktopUpdatesSessionTest, ShowsHowFarTheExtractionIs) {
 TEST_F(DesktopUpdatesSessionTest, TellsOfAnError) {
   start();
   driver().showUpdaterError(error(), called("ok"));
-  EXPECT_THAT(lines, ElementsAre("Navora updater: The feed is gone."));
+  EXPECT_THAT(system.logged, ElementsAre("Navora updater: The feed is gone."));
   EXPECT_THAT(log.take(), ElementsAre("resumeEditing", "ok"));
   EXPECT_EQ(heading(), "Не удалось обновить Навору");
 }
@@ -244,7 +244,7 @@ TEST_F(DesktopUpdatesSessionTest, TellsOfAnError) {
 TEST_F(DesktopUpdatesSessionTest, TellsThatThereIsNoUpdate) {
   start();
   driver().showUpdateNotFound(error(), called("ok"));
-  EXPECT_THAT(lines, IsEmpty());
+  EXPECT_THAT(system.logged, IsEmpty());
   EXPECT_THAT(log.take(), ElementsAre("ok"));
   EXPECT_EQ(heading(), "Обновлений для этого Mac нет");
 }

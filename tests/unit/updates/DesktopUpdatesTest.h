@@ -13,6 +13,7 @@
 
 #include "fakes/EventLog.h"
 #include "fakes/FakeMainQueue.h"
+#include "fakes/FakeSystem.h"
 #include "fakes/FakeUpdateBannerView.h"
 #include "fakes/FakeUpdater.h"
 #include "fakes/FakeWorkspace.h"
@@ -37,16 +38,16 @@ class DesktopUpdatesTest : public testing::Test {
   void make() {
     updates.reset();
     updates = std::make_unique<DesktopUpdates>(
-        DesktopUpdates::Doors{.mainQueue = queue,
-                              .workspace = workspace,
-                              .bannerView = std::make_unique<FakeUpdateBannerView>(screen),
-                              .makeUpdater =
-                                  [this](UpdaterUserDriver& driver, UpdaterDelegate& delegate) {
-                                    return std::make_unique<FakeUpdater>(session, driver, delegate);
-                                  },
-                              .wording = {[] { return L("Обновлений для этого Mac нет"); }},
-                              .log = [this](const std::string& line) { lines.push_back(line); }},
-        policy);
+        DesktopUpdates::Dependencies{
+            .mainQueue = queue,
+            .system = system,
+            .workspace = workspace,
+            .makeUpdater =
+                [this](UpdaterUserDriver& driver, UpdaterDelegate& delegate) {
+                  return std::make_unique<FakeUpdater>(session, driver, delegate);
+                },
+            .upToDateText = [this] { return L(upToDate); }},
+        std::make_unique<FakeUpdateBannerView>(screen), policy);
     updates->showWindow = [this] { log.record("showWindow"); };
     updates->resumeEditing = [this] { log.record("resumeEditing"); };
     updates->prepareForRestart = [this](DesktopUpdates::RestartAnswer answer) {
@@ -104,7 +105,10 @@ class DesktopUpdatesTest : public testing::Test {
 
   LocaleScope locale;
   EventLog log;
+  // The Russian text that this host shows when there is no newer version.
+  std::string upToDate = "Обновлений для этого Mac нет";
   FakeMainQueue queue;
+  FakeSystem system{log};
   FakeWorkspace workspace{log};
   MemoryUserDefaults defaults;
   const Date launch = dateFromSecondsSince1970(1800000000);
@@ -113,7 +117,6 @@ class DesktopUpdatesTest : public testing::Test {
   FakeUpdater::Session session{log};
   FakeUpdateBannerView::Screen screen;
   std::vector<DesktopUpdates::RestartAnswer> restartAnswers;
-  std::vector<std::string> lines;
   std::unique_ptr<DesktopUpdates> updates;
 };
 

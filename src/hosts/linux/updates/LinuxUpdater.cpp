@@ -40,20 +40,20 @@ class LinuxUpdater::Observation final : public ObserverToken {
   Observers::iterator entry_;
 };
 
-LinuxUpdater::LinuxUpdater(Configuration configuration, const Doors& doors,
+LinuxUpdater::LinuxUpdater(Configuration configuration, const Dependencies& dependencies,
                            UpdaterUserDriver& userDriver, UpdaterDelegate& delegate)
     : configuration_(std::move(configuration)),
-      doors_(doors),
+      dependencies_(dependencies),
       userDriver_(userDriver),
       delegate_(delegate),
       context_{configuration_.settings, configuration_.installation, userDriver,
-               doors.mainQueue,         configuration_.terminate,    std::nullopt} {}
+               dependencies.mainQueue,  configuration_.terminate,    std::nullopt} {}
 
 LinuxUpdater::~LinuxUpdater() = default;
 
 std::optional<PlatformError> LinuxUpdater::startUpdater() {
   // After everything that belongs to the start of the application.
-  doors_.mainQueue.async(lifetime_.guard([this] { reportLaunch(); }));
+  dependencies_.mainQueue.async(lifetime_.guard([this] { reportLaunch(); }));
   scheduleCheck();
   return std::nullopt;
 }
@@ -75,13 +75,13 @@ void LinuxUpdater::reportLaunch() {
 void LinuxUpdater::scheduleCheck() {
   // Whatever else was installed is kept up to date by whoever installed it.
   if (!configuration_.installation || !configuration_.settings) return;
-  const double sinceLastCheck =
-      secondsSince1970(doors_.system.now()) - numberFor(doors_.userDefaults, lastCheckKey, 0);
+  const double sinceLastCheck = secondsSince1970(dependencies_.system.now()) -
+                                numberFor(dependencies_.userDefaults, lastCheckKey, 0);
   // A clock that was put back does not delay the check beyond the interval.
   const double delay =
       std::clamp(checkInterval - std::max(sinceLastCheck, 0.0), shortestDelay, checkInterval);
-  timer_ = doors_.mainQueue.after(std::chrono::milliseconds(static_cast<long>(delay * 1000)),
-                                  [this] { checkForUpdatesInBackground(); });
+  timer_ = dependencies_.mainQueue.after(std::chrono::milliseconds(static_cast<long>(delay * 1000)),
+                                         [this] { checkForUpdatesInBackground(); });
 }
 
 void LinuxUpdater::checkForUpdates() {
@@ -97,8 +97,8 @@ void LinuxUpdater::check(bool userInitiated) {
     if (userInitiated) userDriver_.showUpdateInFocus();
     return;
   }
-  const Date now = doors_.system.now();
-  doors_.userDefaults.setValue(lastCheckKey, secondsSince1970(now));
+  const Date now = dependencies_.system.now();
+  dependencies_.userDefaults.setValue(lastCheckKey, secondsSince1970(now));
   scheduleCheck();
   session_ = std::make_unique<UpdateSession>(
       context_,
@@ -117,12 +117,12 @@ void LinuxUpdater::sessionEnded(const std::optional<PlatformError>& error) {
 
 // Chosen once, so that nobody is always among the first.
 int LinuxUpdater::rolloutGroup() {
-  const double stored = numberFor(doors_.userDefaults, rolloutGroupKey, -1);
+  const double stored = numberFor(dependencies_.userDefaults, rolloutGroupKey, -1);
   const auto group = static_cast<int>(stored);
   if (group >= 0 && group < AppcastSelection::rolloutGroups) return group;
   std::random_device entropy;
   const int chosen = std::uniform_int_distribution(0, AppcastSelection::rolloutGroups - 1)(entropy);
-  doors_.userDefaults.setValue(rolloutGroupKey, chosen);
+  dependencies_.userDefaults.setValue(rolloutGroupKey, chosen);
   return chosen;
 }
 

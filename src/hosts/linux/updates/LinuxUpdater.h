@@ -30,15 +30,15 @@ class LinuxUpdater final : public Updater {
     // Ends the application.
     std::function<void()> terminate;
   };
-  struct Doors {
+  struct Dependencies {
     MainQueue& mainQueue;
     System& system;
     UserDefaults& userDefaults;
   };
 
   // Everything must outlive this object.
-  LinuxUpdater(Configuration configuration, const Doors& doors, UpdaterUserDriver& userDriver,
-               UpdaterDelegate& delegate);
+  LinuxUpdater(Configuration configuration, const Dependencies& dependencies,
+               UpdaterUserDriver& userDriver, UpdaterDelegate& delegate);
   ~LinuxUpdater() override;
 
   std::optional<PlatformError> startUpdater() override;
@@ -61,7 +61,7 @@ class LinuxUpdater final : public Updater {
   void tellObservers() const;
 
   const Configuration configuration_;
-  const Doors doors_;
+  const Dependencies dependencies_;
   UpdaterUserDriver& userDriver_;
   UpdaterDelegate& delegate_;
   UpdateSession::Context context_;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "fakes/TestUrl.h"
-#include "platform/SessionCookies.h"
+#include "origin/SessionCookies.h"
 
 namespace navora {
 namespace {

@@ -1,4 +1,4 @@
-#include "platform/SessionCookies.h"
+#include "origin/SessionCookies.h"
 
 #include <string_view>
 

@@ -10,11 +10,12 @@
 
 namespace navora {
 
-// Which dots around a stored cookie's domain do not count.
+// The dots around a stored cookie's domain that are ignored when it is compared with a host.
 enum class CookieDomainDots { oneLeading, allAround };
 
-// The value of the "Cookie" header with the service's session among these cookies; none without a
-// session. Only cookies of exactly the origin's host and of its root path count.
+// Returns the value of a "Cookie" header with the service's session cookies among `cookies`, or
+// nullopt if there are none. A cookie counts only if its domain is exactly the origin's host, its
+// path is "/", it has not expired by `now`, and, for a secure cookie, the origin is https.
 std::optional<std::string> sessionCookieHeader(const std::vector<HttpCookie>& cookies,
                                                const Url& origin, Date now, CookieDomainDots dots);
 

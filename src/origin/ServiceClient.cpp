@@ -1,0 +1,61 @@
+#include "origin/ServiceClient.h"
+
+#include <utility>
+#include <vector>
+
+#include "origin/DesktopOrigin.h"
+#include "support/FatalError.h"
+
+namespace navora {
+namespace {
+
+constexpr double resourceTimeoutSeconds = 30;
+
+}  // namespace
+
+ServiceClient::ServiceClient(const System& system, MakeHttpSession makeHttpSession,
+                             std::weak_ptr<WebView> webView, Url origin, Settings settings)
+    : system_(system),
+      makeHttpSession_(std::move(makeHttpSession)),
+      webView_(std::move(webView)),
+      origin_(std::move(origin)),
+      settings_(settings) {}
+
+HttpSession& ServiceClient::session() {
+  if (!session_) {
+    session_ = makeHttpSession_({.requestTimeoutSeconds = settings_.requestTimeoutSeconds,
+                                 .resourceTimeoutSeconds = resourceTimeoutSeconds,
+                                 .maximumBodyBytes = maximumBodyBytes});
+  }
+  return *session_;
+}
+
+Url ServiceClient::url(const std::string& path) const {
+  auto url = origin_.resolve(path);
+  if (!url) fatalError("A built-in path does not resolve", "ServiceClient", __LINE__);
+  return *std::move(url);
+}
+
+Task<std::optional<std::string>> ServiceClient::sessionCookie() {
+  const auto webView = webView_.lock();
+  if (!webView) co_return std::nullopt;
+  const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
+      [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
+  co_return sessionCookieHeader(cookies, origin_, system_.now(), settings_.cookieDomainDots);
+}
+
+Task<Expected<HttpResponse, ServiceClient::Failure>> ServiceClient::send(HttpRequest request) {
+  HttpSession& session = this->session();
+  auto result = co_await awaitCallback<HttpSession::Result>(
+      [&session, &request](Callback<HttpSession::Result> done) {
+        session.send(request, std::move(done));
+      });
+  if (!result) co_return Unexpected(Failure::transport);
+  HttpResponse& response = *result;
+  if (!response.url || !DesktopOrigin::contains(*response.url, origin_))
+    co_return Unexpected(Failure::foreignOrigin);
+  response.bodyTooLarge = response.bodyTooLarge || response.body.size() > maximumBodyBytes;
+  co_return std::move(response);
+}
+
+}  // namespace navora
