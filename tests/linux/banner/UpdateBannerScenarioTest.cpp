@@ -1,6 +1,5 @@
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 #include <optional>
 #include <string>
 #include <variant>
@@ -15,19 +14,16 @@
 #include "linux/support/Widgets.h"
 #include "linux/web/WebViewTest.h"
 #include "linux/window/WindowTest.h"
-#include "locale/DesktopLocale.h"
 #include "support/Json.h"
-#include "updates/UpdateBannerState.h"
+#include "tests/support/UpdateBannerScenarios.h"
 
 namespace navora {
 namespace {
 
 using Button = UpdateBannerButton;
 using Kind = UpdateBannerProgress::Kind;
+using Scenario = UpdateBannerScenario;
 
-constexpr const char* version = "2.0 (1187)";
-constexpr const char* blocked =
-    "Сохраните быструю запись (⌘⇧Пробел) или дождитесь её отправки, затем продолжите обновление.";
 constexpr const char* page = R"(<!doctype html><meta charset=utf-8><style>
   :root { color-scheme: light dark }
   body { margin: 0; font: 15px sans-serif; background: canvas; color: canvastext }
@@ -39,74 +35,6 @@ constexpr const char* page = R"(<!doctype html><meta charset=utf-8><style>
 weekend, and the invoice of the last repair is still missing.</article>
 <article>Notes from the walk along the river, with the list of the birds that we have seen.</article>
 <article>Groceries: bread, lentils, tomatoes, coffee.</article>)";
-
-// What the banner shows, by the Russian texts that are the keys of all others. An empty text stands
-// for a button that is not there.
-struct Shown {
-  std::string heading;
-  std::string detail;
-  std::string primary;
-  std::string secondary;
-  std::string tertiary;
-  bool close = false;
-  Kind bar = Kind::hidden;
-};
-
-struct Scenario {
-  std::string name;
-  std::function<UpdateBannerState::Value()> state;
-  Shown shown;
-};
-
-const std::string updateApp = "Обновить приложение";
-const std::string willRestart = "Обновление установится, и приложение перезапустится.";
-
-// In the order in which a user meets them.
-const std::vector<Scenario> scenarios = {
-    {"checking",
-     [] { return UpdateBannerState::Checking{}; },
-     {"Проверяем обновления…", "Это займёт несколько секунд.", "", "Отмена", "", false,
-      Kind::indeterminate}},
-    {"information-only",
-     [] { return UpdateBannerState::InformationOnly{}; },
-     {"Доступна новая версия", "Для этой версии нужна отдельная установка.", "Подробнее", "Позже",
-      "", false, Kind::hidden}},
-    {"offer",
-     [] { return UpdateBannerState::Offer{version, {}, {}, {}, [] {}}; },
-     {"Доступна Навора {version}", willRestart, updateApp, "Отложить на 1 час",
-      "Не показывать больше", true, Kind::hidden}},
-    {"resumed",
-     [] { return UpdateBannerState::Resumed{version, {}, {}}; },
-     {"Доступна Навора {version}", willRestart, updateApp, "Позже", "", false, Kind::hidden}},
-    {"downloading",
-     [] { return UpdateBannerState::Downloading{}; },
-     {"Скачиваем обновление…", "Можно продолжать работу.", "", "Отмена", "", false,
-      Kind::fraction}},
-    {"extracting",
-     [] { return UpdateBannerState::Extracting{}; },
-     {"Готовим обновление…", "Проверяем и распаковываем новую версию.", "", "", "", false,
-      Kind::indeterminate}},
-    {"ready",
-     [] { return UpdateBannerState::Ready{}; },
-     {"Обновление готово", "Навора перезапустится после установки.", updateApp, "Позже", "", false,
-      Kind::hidden}},
-    {"blocked",
-     [] { return UpdateBannerState::Blocked{L(blocked), {}, {}}; },
-     {"Обновление готово", blocked, "Продолжить обновление", "Позже", "", false, Kind::hidden}},
-    {"installing",
-     [] { return UpdateBannerState::Installing{}; },
-     {"Устанавливаем обновление…", "Навора сейчас перезапустится.", "", "", "", false,
-      Kind::indeterminate}},
-    {"no-update",
-     [] { return UpdateBannerState::UpToDate{}; },
-     {"Обновлений для этой системы нет", "Можно продолжать работу.", "", "Закрыть", "", false,
-      Kind::hidden}},
-    {"failed",
-     [] { return UpdateBannerState::Failed{}; },
-     {"Не удалось обновить Навору",
-      "Текущая версия продолжает работать. Проверьте связь и попробуйте ещё раз.", "", "Закрыть",
-      "", false, Kind::hidden}},
-};
 
 struct Look {
   std::string language;
@@ -166,11 +94,12 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
     }
     const std::string placeholder = "{version}";
     if (const auto place = shown.find(placeholder); place != std::string::npos)
-      shown.replace(place, placeholder.size(), version);
+      shown.replace(place, placeholder.size(), Scenario::displayVersion);
     return withModifierNames(shown);
   }
 
-  void expectShown(const Shown& shown) {
+  void expectShown(const Scenario& scenario) {
+    const Scenario::Shown& shown = scenario.shown;
     std::vector<std::string> expected{text(shown.heading)};
     if (shown.close) expected.push_back("×");
     for (const auto& key : {shown.detail, shown.primary, shown.secondary, shown.tertiary})
@@ -188,10 +117,10 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
       }
     }
     auto& bar = bannerView_->bar();
-    EXPECT_EQ(bar.widget().get_mapped(), shown.bar != Kind::hidden);
-    EXPECT_EQ(bar.isAnimating(), shown.bar == Kind::indeterminate);
-    if (shown.bar == Kind::fraction) {
-      EXPECT_DOUBLE_EQ(bar.widget().get_fraction(), 0.4);
+    EXPECT_EQ(bar.widget().get_mapped(), shown.progress.kind != Kind::hidden);
+    EXPECT_EQ(bar.isAnimating(), shown.progress.kind == Kind::indeterminate && !scenario.progress);
+    if (scenario.progress) {
+      EXPECT_DOUBLE_EQ(bar.widget().get_fraction(), *scenario.progress);
     }
   }
 
@@ -279,17 +208,15 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
 };
 
 TEST_P(UpdateBannerScenarioTest, ShowsEveryState) {
-  ASSERT_EQ(scenarios.size(), std::variant_size_v<UpdateBannerState::Value>);
-  for (const auto& [name, state, shown] : scenarios) {
-    SCOPED_TRACE(name);
+  ASSERT_EQ(updateBannerScenarios().size(), std::variant_size_v<UpdateBannerState::Value>);
+  for (const Scenario& scenario : updateBannerScenarios()) {
+    SCOPED_TRACE(scenario.name);
     drawn_ = false;
-    banner_->present(
-        UpdateBannerState::present(state(), {[] { return L("Обновлений для этой системы нет"); }}));
-    if (shown.bar == Kind::fraction) banner_->setProgress(0.4);
+    scenario.present(*banner_);
     ASSERT_TRUE(waitUntil([this] { return isDrawn(); }));
-    expectShown(shown);
+    expectShown(scenario);
     expectNothingClipped();
-    savePicture(name);
+    savePicture(scenario.name);
   }
   banner_->hide();
   EXPECT_TRUE(waitUntil([this] { return isPageBare(); }));

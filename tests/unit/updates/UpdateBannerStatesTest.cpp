@@ -1,75 +1,29 @@
+#include <functional>
 #include <map>
-#include <ostream>
-#include <set>
+#include <string>
+#include <variant>
 
 #include "support/Json.h"
+#include "tests/support/UpdateBannerScenarios.h"
 #include "unit/updates/DesktopUpdatesTest.h"
 
 namespace navora {
 namespace {
 
-using Progress = UpdateBannerProgress;
-
-// What the banner shows, by the Russian texts that are the keys of all others. An empty text stands
-// for a button that is not there.
-struct Shown {
-  std::string heading;
-  std::string detail;
-  std::string primary;
-  std::string secondary;
-  std::string tertiary;
-  bool close = false;
-  Progress progress;
-};
-
-constexpr const char* version = "2.0 (display)";
-constexpr const char* reason = "The page says: wait";
-
-const std::vector<std::pair<std::string, Shown>> scenarios = {
-    {"checking",
-     {"Проверяем обновления…", "Это займёт несколько секунд.", "", "Отмена", "", false,
-      Progress::indeterminate()}},
-    {"information only",
-     {"Доступна новая версия", "Для этой версии нужна отдельная установка.", "Подробнее", "Позже",
-      "", false, Progress()}},
-    {"offer",
-     {"Доступна Навора {version}", "Обновление установится, и приложение перезапустится.",
-      "Обновить приложение", "Отложить на 1 час", "Не показывать больше", true, Progress()}},
-    {"resumed",
-     {"Доступна Навора {version}", "Обновление установится, и приложение перезапустится.",
-      "Обновить приложение", "Позже", "", false, Progress()}},
-    {"downloading",
-     {"Скачиваем обновление…", "Можно продолжать работу.", "", "Отмена", "", false,
-      Progress::indeterminate()}},
-    {"extracting",
-     {"Готовим обновление…", "Проверяем и распаковываем новую версию.", "", "", "", false,
-      Progress::indeterminate()}},
-    {"ready",
-     {"Обновление готово", "Навора перезапустится после установки.", "Обновить приложение", "Позже",
-      "", false, Progress()}},
-    {"blocked",
-     {"Обновление готово", reason, "Продолжить обновление", "Позже", "", false, Progress()}},
-    {"installing",
-     {"Устанавливаем обновление…", "Навора сейчас перезапустится.", "", "", "", false,
-      Progress::indeterminate()}},
-    {"no update",
-     {"Обновлений для этого Mac нет", "Можно продолжать работу.", "", "Закрыть", "", false,
-      Progress()}},
-    {"failed",
-     {"Не удалось обновить Навору",
-      "Текущая версия продолжает работать. Проверьте связь и попробуйте ещё раз.", "", "Закрыть",
-      "", false, Progress()}},
-};
+using Scenario = UpdateBannerScenario;
 
 std::string inEnglish(const std::string& key) {
-  return key == reason || key.empty() ? key : "[" + key + "]";
+  // The application's message arrives translated.
+  return key == Scenario::blockedMessage || key.empty() ? key : "[" + key + "]";
 }
 
-class UpdateStatesTest : public DesktopUpdatesTest {
+class UpdateBannerStatesTest : public DesktopUpdatesTest {
  protected:
-  UpdateStatesTest() {
+  UpdateBannerStatesTest() {
+    upToDate = Scenario::upToDateHeading;
     Json catalog = Json::object();
-    for (const auto& [name, shown] : scenarios) {
+    for (const Scenario& scenario : updateBannerScenarios()) {
+      const auto& shown = scenario.shown;
       for (const auto& key :
            {shown.heading, shown.detail, shown.primary, shown.secondary, shown.tertiary})
         catalog[key] = inEnglish(key);
@@ -79,13 +33,15 @@ class UpdateStatesTest : public DesktopUpdatesTest {
     start();
   }
 
-  // Does what leads from the beginning to the state.
+  static AppcastItem release() { return {"2.0", Scenario::displayVersion, std::nullopt, false}; }
+
+  // Makes the updater and the user take the steps that lead to the state.
   void play(const std::string& name) {
     const std::map<std::string, std::function<void()>> steps = {
         {"checking", [&] { driver().showUserInitiatedUpdateCheck([] {}); }},
-        {"information only", [&] { find(information("https://navora.example/")); }},
-        {"offer", [&] { find(item()); }},
-        {"resumed", [&] { find(item(), false, Stage::downloaded); }},
+        {"information-only", [&] { find(information("https://navora.example/")); }},
+        {"offer", [&] { find(release()); }},
+        {"resumed", [&] { find(release(), false, Stage::downloaded); }},
         {"downloading", [&] { driver().showDownloadInitiated([] {}); }},
         {"extracting", [&] { driver().showDownloadDidStartExtractingUpdate(); }},
         {"ready", [&] { becomeReady(); }},
@@ -93,10 +49,10 @@ class UpdateStatesTest : public DesktopUpdatesTest {
          [&] {
            becomeReady();
            press(Button::primary);
-           answerRestart(reason);
+           answerRestart(Scenario::blockedMessage);
          }},
         {"installing", [&] { driver().showInstallingUpdate(true, [] {}); }},
-        {"no update", [&] { driver().showUpdateNotFound(error(), [] {}); }},
+        {"up-to-date", [&] { driver().showUpdateNotFound(error(), [] {}); }},
         {"failed", [&] { driver().showUpdaterError(error(), [] {}); }},
     };
     steps.at(name)();
@@ -107,79 +63,119 @@ class UpdateStatesTest : public DesktopUpdatesTest {
     updates->refreshLocale();
   }
 
-  void expectShown(const std::string& name, const Shown& shown, const std::string& language) {
-    SCOPED_TRACE(name + " in " + language);
+  void expectShown(const Scenario::Shown& shown, const std::string& language) {
+    expectShown(screen, shown, language);
+  }
+  static void expectShown(const FakeUpdateBannerView::Screen& banner, const Scenario::Shown& shown,
+                          const std::string& language) {
     const auto text = [&](std::string key) {
       if (language == "en") key = inEnglish(key);
       const auto place = key.find("{version}");
-      if (place != std::string::npos) key.replace(place, std::string("{version}").size(), version);
+      if (place != std::string::npos)
+        key.replace(place, std::string("{version}").size(), Scenario::displayVersion);
       return key;
     };
-    EXPECT_FALSE(screen.hidden);
-    EXPECT_EQ(heading(), text(shown.heading));
-    EXPECT_EQ(detail(), text(shown.detail));
-    EXPECT_EQ(screen.progress, shown.progress);
+    const auto expectButton = [&](Button which, const std::string& title) {
+      expectButtonShown(banner.button(which), title);
+    };
+    EXPECT_FALSE(banner.hidden);
+    EXPECT_EQ(banner.content.title, text(shown.heading));
+    EXPECT_EQ(banner.content.detail, text(shown.detail));
+    EXPECT_EQ(banner.progress, shown.progress);
     expectButton(Button::primary, text(shown.primary));
     expectButton(Button::secondary, text(shown.secondary));
     expectButton(Button::tertiary, text(shown.tertiary));
     expectButton(Button::close, shown.close ? "×" : "");
   }
 
-  void expectButton(Button which, const std::string& title) {
-    const auto& button = screen.button(which);
+  static void expectButtonShown(const UpdateBannerContent::Button& button,
+                                const std::string& title) {
     EXPECT_EQ(button.visible ? button.title : "", title);
     EXPECT_TRUE(button.enabled);
   }
 };
 
-TEST_F(UpdateStatesTest, AreAllPlayed) {
-  EXPECT_EQ(scenarios.size(), std::variant_size_v<UpdateBannerState::Value>);
+TEST_F(UpdateBannerStatesTest, AllHaveAScenario) {
+  const auto& scenarios = updateBannerScenarios();
+  ASSERT_EQ(scenarios.size(), std::variant_size_v<UpdateBannerState::Value>);
+  for (std::size_t index = 0; index < scenarios.size(); ++index)
+    EXPECT_EQ(scenarios[index].makeState({}).index(), index) << scenarios[index].name;
 }
 
-TEST_F(UpdateStatesTest, ShowWhatTheyHaveInEitherLanguage) {
+TEST_F(UpdateBannerStatesTest, ShowTheirTextsAndButtonsInBothLanguages) {
   for (const std::string language : {"ru", "en"}) {
-    for (const auto& [name, shown] : scenarios) {
+    for (const Scenario& scenario : updateBannerScenarios()) {
+      SCOPED_TRACE(scenario.name + " in " + language);
       speak(language);
-      play(name);
-      expectShown(name, shown, language);
+      play(scenario.name);
+      expectShown(scenario.shown, language);
       driver().dismissUpdateInstallation();
     }
   }
 }
 
-TEST_F(UpdateStatesTest, FollowTheLanguageWhileTheyAreShown) {
-  for (const auto& [name, shown] : scenarios) {
+TEST_F(UpdateBannerStatesTest, FollowTheLanguageWhileTheyAreShown) {
+  for (const Scenario& scenario : updateBannerScenarios()) {
+    SCOPED_TRACE(scenario.name);
     speak("ru");
-    play(name);
+    play(scenario.name);
     speak("en");
-    expectShown(name, shown, "en");
+    expectShown(scenario.shown, "en");
     speak("ru");
-    expectShown(name, shown, "ru");
+    expectShown(scenario.shown, "ru");
     driver().dismissUpdateInstallation();
   }
 }
 
-TEST_F(UpdateStatesTest, FollowEachOtherInAnyOrder) {
-  for (const auto& [first, ignored] : scenarios) {
-    for (const auto& [second, shown] : scenarios) {
-      play(first);
-      play(second);
-      expectShown(first + ", " + second, shown, "ru");
+TEST_F(UpdateBannerStatesTest, FollowEachOtherInAnyOrder) {
+  for (const Scenario& first : updateBannerScenarios()) {
+    for (const Scenario& second : updateBannerScenarios()) {
+      SCOPED_TRACE(first.name + ", " + second.name);
+      play(first.name);
+      play(second.name);
+      expectShown(second.shown, "ru");
     }
   }
 }
 
-TEST_F(UpdateStatesTest, KeepTheirActionsWhenTheLanguageChanges) {
+TEST_F(UpdateBannerStatesTest, ArePresentedByTheirScenarios) {
+  FakeUpdateBannerView::Screen sample;
+  UpdateBanner banner(std::make_unique<FakeUpdateBannerView>(sample));
+  for (const Scenario& scenario : updateBannerScenarios()) {
+    SCOPED_TRACE(scenario.name);
+    scenario.present(banner);
+    Scenario::Shown shown = scenario.shown;
+    if (scenario.progress) shown.progress = Progress::ofFraction(*scenario.progress);
+    expectShown(sample, shown, "ru");
+  }
+}
+
+TEST_F(UpdateBannerStatesTest, RunTheActionThatTheirScenarioIsGiven) {
+  FakeUpdateBannerView::Screen sample;
+  UpdateBanner banner(std::make_unique<FakeUpdateBannerView>(sample));
+  for (const Scenario& scenario : updateBannerScenarios()) {
+    for (const auto button :
+         {Button::primary, Button::secondary, Button::tertiary, Button::close}) {
+      int presses = 0;
+      scenario.present(banner, [&] { ++presses; });
+      if (!sample.button(button).visible) continue;
+      sample.press(button);
+      EXPECT_EQ(presses, 1) << scenario.name;
+    }
+  }
+}
+
+TEST_F(UpdateBannerStatesTest, KeepTheirActionsWhenTheLanguageChanges) {
   play("offer");
   speak("en");
   press(Button::primary);
   EXPECT_EQ(log.take().back(), "reply install");
 }
 
-TEST_F(UpdateStatesTest, NameTheMachineAsTheHostDoes) {
+TEST_F(UpdateBannerStatesTest, AskTheHostForItsTextEveryTimeItIsShown) {
   std::string machine = "Mac";
-  const auto shown =
-      UpdateBannerState::present(UpdateBannerState::UpToDate{}, {[&] { return machine; }});
+  const auto shown = UpdateBannerState::present(
+      UpdateBannerState::UpToDate{.heading = [&] { return machine; }, .close = {}});
   EXPECT_EQ(shown.heading(), "Mac");
   machine = "System";
   EXPECT_EQ(shown.heading(), "System");
