@@ -1,9 +1,9 @@
-// Tells the application how the page's editor looks, so that the capture panel can look the same.
-// Posts once when the editor is there, and again whenever something about its look has changed.
+// Reports the appearance of the page's editor to the application, whose capture panel adopts it.
+// Posts a message once the editor exists, and again whenever its appearance has changed.
 //
-// A page can name its colours in custom properties ("--capture-surface", "--capture-focus" and so
-// on). Without them they are read from the computed styles, and those of states that the editor is
-// not in at the moment (focused, hovered, empty) from the rules of the style sheets.
+// A page may state its colours in custom properties ("--capture-surface", "--capture-focus" and so
+// on). All others are read from the computed styles, or, for states that the editor is not in
+// (focused, hovered, empty), from the rules of the style sheets.
 (() => {
   'use strict';
   const themes = ['system', 'light', 'dark'];
@@ -18,16 +18,17 @@
   let posted = '';
   let pending = false;
 
-  // A page that cannot be read, or does not want to be, leaves the panel as it is and learns nothing.
+  // Swallows exceptions: a page whose appearance cannot be read leaves the panel unchanged and sees
+  // no error.
   const quietly = (work) => (...parameters) => {
     try {
       work(...parameters);
     } catch {
-      // As above.
+      // See above.
     }
   };
 
-  // Splits at a separator outside of parentheses.
+  // Splits at every separator outside parentheses, and trims the pieces.
   function split(text, separator) {
     const pieces = [''];
     let depth = 0;
@@ -40,7 +41,7 @@
     return pieces.map((piece) => piece.trim()).filter(Boolean);
   }
 
-  // ---- Colours: [red, green, blue, alpha], the first three up to 255.
+  // ---- Colours: arrays [red, green, blue, alpha], with alpha up to 1 and the others up to 255.
 
   function numbers(text) {
     const hex = /^#([0-9a-f]{2})([0-9a-f]{2})([0-9a-f]{2})$/i.exec(text);
@@ -49,7 +50,8 @@
     return list && list.slice(1).map((number) => (number === undefined ? 1 : Number(number)));
   }
 
-  // Whatever notation a style uses, painting it makes it sRGB. Nothing when it is no colour.
+  // Parses a colour of any CSS notation by painting it, which converts it to sRGB. Returns null for
+  // anything else.
   function color(text) {
     const simple = numbers(text);
     if (simple || !brush) return simple;
@@ -76,7 +78,7 @@
   const over = (above, below) => [0, 1, 2].map((index) =>
     above[index] * above[3] + below[index] * (1 - above[3])).concat(1);
 
-  // The first colour in a value as a rule or a custom property states it.
+  // Returns the first colour in the specified value of a rule or a custom property.
   function statedColor(text, style) {
     const resolved = (argument) => split(argument, ' ').reduce((found, piece) => {
       if (found) return found;
@@ -96,11 +98,12 @@
     return resolved(text);
   }
 
-  // ---- What the style sheets say of states that an element may not be in.
+  // ---- Colours that the style sheets specify for states that an element may not be in.
 
   const states = [':focus-within', ':focus-visible', ':focus', ':hover', ':active', ':disabled', ':empty'];
 
-  // The selector with the assumed states taken for granted; nothing when it needs another one.
+  // Rewrites a selector so that it matches as if the element were in the assumed states. Returns null
+  // if it requires another state.
   function inStates(selector, assumed) {
     let rest = selector;
     for (const state of states) {
@@ -131,7 +134,7 @@
     try {
       yield* styleRules(sheet.cssRules);
     } catch {
-      // Another origin's rules cannot be read.
+      // The rules of another origin's style sheet are not accessible.
     }
   }
 
@@ -169,7 +172,8 @@
     return stops.length ? [stops[0], stops[stops.length - 1]] : null;
   }
 
-  // Both ends of the card's background as they are seen: a translucent one lets the page through.
+  // Returns both end colours of the card's background as displayed: translucent ones are composited
+  // over the backgrounds of the ancestors.
   function surfaces(card, dark) {
     const style = getComputedStyle(card);
     const plain = color(style.backgroundColor) || [0, 0, 0, 0];
@@ -259,7 +263,7 @@
     };
   }
 
-  // ---- When to look.
+  // ---- When to report.
 
   function report() {
     pending = false;
@@ -271,7 +275,7 @@
     const changing = card.getAnimations({subtree: true}).filter((animation) =>
       animation instanceof CSSTransition && animation.playState === 'running');
     if (changing.length) {
-      // A colour on its way from one theme to another belongs to neither.
+      // In the middle of a transition between themes, a colour belongs to neither.
       Promise.allSettled(changing.map((animation) => animation.finished)).then(look);
       return;
     }
@@ -282,7 +286,7 @@
     posted = serialized;
   }
 
-  // At most once in a frame, and not while nobody sees the page.
+  // Schedules a report: at most one per frame, and none while the page is hidden.
   const look = quietly(() => {
     if (pending || document.hidden) return;
     requestAnimationFrame(quietly(report));
@@ -307,7 +311,7 @@
     if (isStyle(event.target)) look();
   });
 
-  // Also for a document that was written anew: it keeps its window and loses its listeners.
+  // Called again after document.open(), which keeps the window but removes the document's listeners.
   function begin() {
     root = document.documentElement;
     if (!root || root[mark]) return;

@@ -1,19 +1,19 @@
-// Tells the application whether the page can be torn down for a restart, and lets nobody into it
-// from then on. A page that knows better puts a guard of its own in `window.NavoraUpdateGuard`.
+// Tells the application whether the page may be unloaded for a restart, and blocks all input to the
+// page from then on. A page that knows better may provide its own `window.NavoraUpdateGuard`.
 //
-// It runs before the page's scripts and works with what it has taken from the platform then, so
-// that it does not matter what a page makes of the built-in objects later. What has to run late
-// goes without spread, for-of and array destructuring, which call what a page can replace.
+// Runs before the page's scripts and keeps references to the platform's functions, so that it works
+// whatever the page does to the built-in objects later. Code that runs afterwards avoids spread,
+// for-of and array destructuring, because they call iterators that the page can replace.
 (() => {
   'use strict';
   if (window.NavoraUpdateGuard) return;
 
-  // ---- What is taken from the platform.
+  // ---- The platform's functions.
 
   const {apply} = Reflect;
   const {defineProperty, getOwnPropertyDescriptor, freeze, keys} = Object;
   const {parse} = JSON;
-  // The methods and getters of a type as functions of the object.
+  // Returns the methods and getters of a type as functions that take the object as first argument.
   const taken = (type) => {
     const found = {__proto__: null};
     const all = Object.getOwnPropertyDescriptors(type.prototype);
@@ -62,10 +62,10 @@
   const push = (list, value) => { list[list.length] = value; };
   const squeezed = (text) => replace(blanks, text, '');
 
-  // ---- What a user can fill in.
+  // ---- The kinds of elements that a user can fill in.
 
-  // Texts and choices as strings that can be compared: `value` now, `initial` as the page has it in
-  // its markup. `typed` tells texts from choices.
+  // Each kind represents the element's content as a string: `value` is the current one, `initial`
+  // that of the markup. `typed` distinguishes texts from choices.
   const linesOf = (list, line) => {
     let text = '';
     for (let index = 0; index < list.length; ++index) text += line(list[index]);
@@ -89,7 +89,7 @@
       initial: () => '',
       form: (element) => elements.closest(element, 'form'),
     },
-    // An editor in a closed shadow tree: that something was typed is all that can be known.
+    // An editor in a closed shadow tree: its content is not accessible.
     sealed: {typed: true, value: () => '\ufffc', initial: () => '', form: () => null},
     toggle: {value: (element) => `${input.checked(element)}`, initial: (element) => `${input.defaultChecked(element)}`, form: input.form},
     scale: {value: input.value, initial: input.defaultValue, form: input.form},
@@ -120,8 +120,9 @@
     return html.isContentEditable(element) || documents.designMode(document) === 'on' ? kinds.host : kinds.sealed;
   }
 
-  // ---- What the user has filled in. A record's `base` is what is not worth keeping: what was there
-  // before, or what was sent. `seen` is what the user last left there, null while they are at it.
+  // ---- What the user has filled in. A record's `base` is the value that need not be kept: the
+  // original one, or the one last sent. `seen` is the value when the user last finished editing, null
+  // during the editing.
 
   const records = new WeakMap();
   let tracked = [];
@@ -145,7 +146,8 @@
     tracked = alive;
   }
 
-  // What a page makes of a text, in capitals or with other signs, is still the user's text.
+  // Returns whether `now` is still the user's text `before`, ignoring case and punctuation, which the
+  // page may have changed.
   function retains(now, before) {
     const left = lower(replace(signs, now, ''));
     const typed = lower(replace(signs, before, ''));
@@ -166,14 +168,14 @@
       const element = innermost(event);
       const record = recall(records, element);
       if (record) {
-        // Once for all that is typed in one go: what the user adds to, unless it is theirs.
+        // At the start of each editing: text that is not the user's own becomes the base.
         if (record.seen !== null && !isUnsent(element, record)) record.base = record.kind.value(element);
         return;
       }
       const kind = kindOf(element);
       if (kind?.typed) track(element, kind, kind === kinds.sealed ? null : kind.value(element));
     },
-    // Without an event before it where there are no keys: a wheel over a number, a calendar.
+    // Not always preceded by `beforeinput`: the wheel over a number and date pickers send only this.
     input(event) {
       const element = innermost(event);
       const record = recall(records, element);
@@ -198,14 +200,15 @@
     submit: submitted,
   };
 
-  // ---- What is on its way to the service.
+  // ---- Requests and form submissions in progress.
 
   let pending = 0;
   let undecided = 0;
   let submitting = null;
   let departing = null;
 
-  // The names and values in a body. What cannot be read may be anything.
+  // Returns the names and values in a request body. `readable` is false for types of body that cannot
+  // be read synchronously.
   function partsOf(body) {
     const parts = {names: [], values: [], readable: true};
     const add = (value, name) => { push(parts.names, name); push(parts.values, value); };
@@ -240,15 +243,15 @@
       const own = input.name(element) || elements.getAttribute(element, 'id');
       return name === own && (`${part}` === value || (input.checked(element) && part === input.value(element)));
     }
-    // A number is a text's only where numbers are asked for: requests are full of small ones.
+    // Match numbers only with elements that take numbers: requests hold many unrelated small ones.
     const takesNumbers = !kind.typed || (kind === kinds.line && input.type(element) === 'number');
     if (typeof part !== 'string' && !(typeof part === 'number' && takesNumbers)) return false;
     const text = squeezed(value);
     return text !== '' && squeezed(`${part}`) === text;
   }
 
-  // What a request takes with it: the texts and choices that are in it, or all of the form that is
-  // being submitted when it cannot be read.
+  // Returns the unsent texts and choices that a request carries: those found in its body or, for a
+  // body that cannot be read, all of the form being submitted.
   function cargoOf(body) {
     const cargo = [];
     if (tracked.length === 0) return cargo;
@@ -276,7 +279,7 @@
     try {
       ticket.cargo = cargoOf(body);
     } catch {
-      // Then nothing counts as sent.
+      // Nothing counts as sent then.
     }
     return ticket;
   }
@@ -301,11 +304,11 @@
       const options = arguments[1];
       let ticket = null;
       try {
-        // The body of a request object can be read only once.
+        // A Request is passed unread, because its body can be consumed only once.
         const object = resource instanceof types.Request ? resource : null;
         ticket = beginRequest(options?.method ?? (object ? methodOf(object) : 'GET'), options?.body ?? object);
       } catch {
-        // The native one says what is wrong with it.
+        // The native function reports invalid arguments.
       }
       const answer = apply(native, this, arguments);
       if (!ticket) return answer;
@@ -325,7 +328,7 @@
     const tickets = new WeakMap();
     replaceMethod(XMLHttpRequest.prototype, 'open', function open(name) {
       const result = apply(nativeOpen, this, arguments);
-      // Opening it again gives up what it was doing without a word.
+      // Opening it again aborts the earlier request without an event.
       endRequest(recall(tickets, this), false);
       remember(names, this, name);
       return result;
@@ -351,7 +354,7 @@
     });
   }
 
-  // The browser's own submission, which ends with another page in this window or elsewhere.
+  // Records the browser's own submission of a form, which loads a page in this window or another one.
   function depart(form, button) {
     const asked = (name) => lower((button && elements.getAttribute(button, `form${name}`)) || elements.getAttribute(form, name) || '');
     const verb = asked('method');
@@ -361,7 +364,7 @@
     if (stays) settleForm(form, true);
     if (stays || verb !== 'post') return;
     departing = form;
-    // The page stays when the answer is a download, or none.
+    // The page stays loaded if the response is a download or has no content.
     later(() => { if (departing === form) departing = null; }, 30000);
   }
 
@@ -370,7 +373,7 @@
     settleForm(form, false);
     submitting = form;
     ++undecided;
-    // Whether the page prevents it is known after everybody has heard of it.
+    // Deferred: whether the page prevents the submission is known only after all its listeners ran.
     later(() => {
       --undecided;
       if (submitting === form) submitting = null;
@@ -387,14 +390,15 @@
     });
   }
 
-  // A page that comes back from the history has been answered, and is not asked to be still.
+  // Settles a departing form: if the page is restored from the back/forward cache, the form has been
+  // sent and the page accepts input again.
   function leave() {
     if (departing) settleForm(departing, true);
     departing = null;
     thaw();
   }
 
-  // ---- Reasons.
+  // ---- The reasons given to the user.
 
   const reasons = {
     text: {
@@ -453,9 +457,8 @@
     return found;
   }
 
-  // ---- Keeping the page still. Events are stopped on their way into it. A transparent dialog over
-  // everything takes the focus and makes what is below inert, without an attribute or a style that
-  // would show, and it is what the wheel scrolls.
+  // ---- Blocking input. Events are stopped in the capture phase. A transparent modal dialog takes the
+  // focus, makes the rest of the page inert without a visible change to it, and absorbs scrolling.
 
   const scrolling = 'wheel mousewheel touchstart touchmove touchend touchcancel'.split(' ');
   const inputs = `
@@ -474,7 +477,7 @@
   function makeCover() {
     try {
       const host = document.createElement('navora-restart-guard');
-      // Nothing that the page says of elements reaches the dialog, and this one has no box.
+      // Protects the dialog from the page's style sheets; the host itself generates no box.
       host.style.setProperty('all', 'initial', 'important');
       host.style.setProperty('display', 'contents', 'important');
       const shadow = host.attachShadow({mode: 'closed'});
@@ -493,7 +496,7 @@
       shadow.append(dialog);
       return {host, dialog};
     } catch {
-      return null;  // Not a page of HTML.
+      return null;  // Not an HTML document.
     }
   }
 
@@ -501,7 +504,7 @@
     const type = events.type(event);
     const element = innermost(event);
     if (type === 'focus' || type === 'blur' || type === 'focusin' || type === 'focusout') {
-      // The window's own focus is no input.
+      // Focus events of the window itself are not input.
       if (!(element instanceof types.Element)) return;
       events.stopImmediatePropagation(event);
       const enters = type === 'focus' || type === 'focusin';
@@ -510,7 +513,7 @@
     }
     events.stopImmediatePropagation(event);
     events.preventDefault(event);
-    // A drag that is prevented is one that is welcome, unless it can have no effect.
+    // Preventing the default accepts the drag; the effect "none" refuses it again.
     if (type === 'dragenter' || type === 'dragover') dataTransfer(event).dropEffect = 'none';
   }
 
@@ -520,7 +523,7 @@
       if (frozen) block(event);
       else observers[events.type(event)]?.(event);
     } catch {
-      // Better a restart too late than a text that is lost.
+      // Refuse a later restart rather than risk losing a text.
       failed = failed || !frozen;
     }
   }
@@ -562,7 +565,7 @@
         now.setBaseAndExtent(anchorNode, anchorOffset, focusNode, focusOffset);
       }
     } catch {
-      // The page is let go whatever became of its focus.
+      // The page accepts input again even if its focus could not be restored.
     }
     before = null;
     thawing = false;
@@ -574,7 +577,7 @@
     try {
       found = obstacle();
     } catch {
-      // Unclear is not ready.
+      // A failed check counts as unsaved text.
     }
     if (found) {
       thaw();
@@ -588,7 +591,7 @@
   watchXMLHttpRequest();
   watchForms();
   arm();
-  // A document that is written anew keeps its window and loses its listeners.
+  // document.open() keeps the window but removes its listeners.
   new MutationObserver(arm).observe(document, {childList: true});
   defineProperty(window, 'NavoraUpdateGuard', {
     value: freeze({prepare, resume: thaw}), writable: true, configurable: true, enumerable: true,
