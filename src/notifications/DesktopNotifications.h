@@ -20,7 +20,6 @@
 #include "platform/UserDefaults.h"
 #include "platform/WebView.h"
 #include "support/Task.h"
-#include "support/TaskGroup.h"
 #include "support/Url.h"
 
 namespace navora {

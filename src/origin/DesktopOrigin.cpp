@@ -9,7 +9,6 @@
 #include "support/Text.h"
 
 namespace navora {
-
 namespace {
 
 constexpr std::string_view productionOrigin = "https://navora.example";
@@ -30,13 +29,9 @@ std::uint16_t effectivePort(const Url& url) {
 
 bool mayServe(const Url& url) {
   const auto host = lowercased(url.host());
-  if (!host || host->empty() || hasCredentials(url)) {
-    return false;
-  }
+  if (!host || host->empty() || hasCredentials(url)) return false;
   const auto scheme = lowercased(url.scheme());
-  if (scheme == "https") {
-    return true;
-  }
+  if (scheme == "https") return true;
   return scheme == "http" && std::ranges::find(plaintextHosts, *host) != plaintextHosts.end();
 }
 
@@ -53,9 +48,7 @@ std::optional<Url> rootOf(const Url& url) {
 const Url& DesktopOrigin::production() {
   static const Url url = [] {
     const auto parsed = Url::parse(productionOrigin);
-    if (!parsed) {
-      fatalError("The production origin does not parse", "DesktopOrigin", __LINE__);
-    }
+    if (!parsed) fatalError("The production origin does not parse", "DesktopOrigin", __LINE__);
     return *parsed;
   }();
   return url;
@@ -63,9 +56,7 @@ const Url& DesktopOrigin::production() {
 
 Url DesktopOrigin::configured(std::optional<std::string_view> value) {
   const auto url = value ? Url::parse(*value) : std::nullopt;
-  if (!url || !mayServe(*url)) {
-    return production();
-  }
+  if (!url || !mayServe(*url)) return production();
   return rootOf(*url).value_or(production());
 }
 
@@ -76,13 +67,9 @@ bool DesktopOrigin::contains(const Url& url, const Url& origin) {
 }
 
 bool DesktopOrigin::canOpenExternally(const Url& url) {
-  if (hasCredentials(url)) {
-    return false;
-  }
+  if (hasCredentials(url)) return false;
   const auto scheme = lowercased(url.scheme());
-  if (scheme == "https" || scheme == "http") {
-    return url.host().has_value();
-  }
+  if (scheme == "https" || scheme == "http") return url.host().has_value();
   return scheme == "mailto" || scheme == "tel";
 }
 

@@ -8,24 +8,25 @@
 namespace navora {
 
 // Decides which web origin the application serves, which URLs belong to it and which links may be
-// handed to the system. Every rule is a pure function of its arguments.
+// opened outside the application. Every rule is a pure function of its arguments.
 class DesktopOrigin {
  public:
-  // The built-in origin of the service.
+  // Returns the built-in origin of the service.
   static const Url& production();
 
-  // The origin to serve for a configured text: scheme, host and port of an https URL, or of an
-  // http URL on this machine, with the path "/". Whatever else is configured, production.
+  // Returns the origin to serve for a configured URL: its scheme, host and port with the path "/"
+  // if it is an https URL, or an http URL of this machine; production() for any other value.
   static Url configured(std::optional<std::string_view> value);
 
-  // Whether `url` has the scheme, host and effective port of `origin`, and no credentials.
+  // Returns whether `url` has the scheme, host and effective port of `origin`, and no credentials.
   static bool contains(const Url& url, const Url& origin);
 
-  // Whether a link may be opened by the user's browser, mail program or telephone.
+  // Returns whether a link may be opened by the user's default application for it: http and https
+  // URLs with a host, mailto and tel, without credentials.
   static bool canOpenExternally(const Url& url);
 
-  // Prints one line and returns, or names the first failing check on standard error and exits with
-  // status 1.
+  // Prints one line if all checks pass. Otherwise names the first failing check on standard error
+  // and exits with status 1.
   static void selfTest();
 };
 

@@ -5,14 +5,11 @@
 #include "support/SelfTest.h"
 
 namespace navora {
-
 namespace {
 
 Url literal(std::string_view text) {
   const auto url = Url::parse(text);
-  if (!url) {
-    fatalError("A self-test URL does not parse", "DesktopOrigin", __LINE__);
-  }
+  if (!url) fatalError("A self-test URL does not parse", "DesktopOrigin", __LINE__);
   return *url;
 }
 

@@ -7,10 +7,9 @@
 #include <date/tz.h>
 
 namespace navora {
-
 namespace {
 
-// 0001-01-01 and 10000-01-01, both 00:00 UTC.
+// 0001-01-01 and 10000-01-01, both at 00:00 UTC.
 constexpr double firstSecond = -62135596800.0;
 constexpr double endSecond = 253402300800.0;
 
@@ -24,16 +23,14 @@ const date::time_zone* findZone(std::string_view identifier) {
 
 std::optional<date::sys_seconds> wholeSeconds(Date date) {
   const double seconds = std::floor(secondsSince1970(date));
-  // Not-a-number fails the comparison.
-  if (!(seconds >= firstSecond && seconds < endSecond)) {
-    return std::nullopt;
-  }
+  // Written so that NaN fails the comparison.
+  if (!(seconds >= firstSecond && seconds < endSecond)) return std::nullopt;
   return date::sys_seconds(std::chrono::seconds(static_cast<long long>(seconds)));
 }
 
-// Runs a function of the time zone library, which reports its failures as exceptions.
+// Calls `function`; returns nullopt if it throws, as the time zone library does on errors.
 template <class Function>
-auto absentOnFailure(Function function) -> std::optional<decltype(function())> {
+auto nulloptOnException(Function function) -> std::optional<decltype(function())> {
   try {
     return function();
   } catch (const std::exception&) {
@@ -47,10 +44,8 @@ Calendar::Calendar(std::string_view timeZone) : zone_(findZone(timeZone)) {}
 
 std::optional<CivilTime> Calendar::civilTime(Date date) const {
   const auto instant = wholeSeconds(date);
-  if (!zone_ || !instant) {
-    return std::nullopt;
-  }
-  return absentOnFailure([&] {
+  if (!zone_ || !instant) return std::nullopt;
+  return nulloptOnException([&] {
     const auto local = zone_->to_local(*instant);
     const auto midnight = date::floor<date::days>(local);
     const date::year_month_day day(midnight);
@@ -66,13 +61,11 @@ std::optional<CivilTime> Calendar::civilTime(Date date) const {
 
 std::optional<Date> Calendar::startOfNextDay(Date date) const {
   const auto instant = wholeSeconds(date);
-  if (!zone_ || !instant) {
-    return std::nullopt;
-  }
-  return absentOnFailure([&] {
+  if (!zone_ || !instant) return std::nullopt;
+  return nulloptOnException([&] {
     const auto today = date::floor<date::days>(zone_->to_local(*instant));
     const date::local_seconds midnight = today + date::days(1);
-    // The earliest choice is the instant of the change where the local time does not exist.
+    // `earliest` also selects the instant of the change if the local time does not exist.
     return Date(zone_->to_sys(midnight, date::choose::earliest));
   });
 }

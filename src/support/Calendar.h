@@ -11,7 +11,7 @@ class time_zone;
 
 namespace navora {
 
-// A date and time of day of the Gregorian calendar as clocks show it.
+// A local date and time of the Gregorian calendar.
 struct CivilTime {
   int year;
   int month;   // 1 to 12
@@ -24,19 +24,17 @@ struct CivilTime {
 };
 
 // The Gregorian calendar in one time zone of the system's time zone database. Cheap to copy; never
-// throws. Every operation is absent when the zone is unknown, and for dates outside of the years 1
-// to 9999, infinite ones and not-a-number.
+// throws. Every function returns nullopt if the zone is unknown, and for dates outside the years 1
+// to 9999, infinities and NaN.
 class Calendar {
  public:
-  // An IANA identifier such as "Europe/Berlin", exactly as the database spells it.
+  // `timeZone` is an IANA identifier such as "Europe/Berlin", in the database's exact spelling.
   explicit Calendar(std::string_view timeZone);
-
-  bool isKnown() const { return zone_ != nullptr; }
 
   std::optional<CivilTime> civilTime(Date date) const;
 
-  // The first instant of the day after the one that contains the date. Where clocks skip midnight
-  // that is the instant of the change; where they show it twice, the first of both.
+  // Returns the first instant of the day after the one that contains `date`: if the clocks skip
+  // midnight, the instant of the change; if midnight occurs twice, the first one.
   std::optional<Date> startOfNextDay(Date date) const;
 
  private:

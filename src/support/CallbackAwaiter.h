@@ -26,8 +26,8 @@ struct CallbackOf<void> {
 template <class Value>
 using Callback = typename CallbackOf<Value>::Type;
 
-// Where a task waits for a callback; made by awaitCallback. The callback and the task share a small
-// state, so that the callback can outlive the task.
+// Suspends a task until a callback is called; created by awaitCallback(). The callback and the
+// awaiter share a small state, so that the callback can outlive the task.
 template <class Value>
 class [[nodiscard]] CallbackAwaiter {
  public:
@@ -38,28 +38,23 @@ class [[nodiscard]] CallbackAwaiter {
   CallbackAwaiter& operator=(CallbackAwaiter&&) = delete;
 
   ~CallbackAwaiter() {
-    if (wait_) {
-      wait_->task = nullptr;
-    }
+    if (wait_) wait_->task = nullptr;
   }
 
   bool await_ready() const { return false; }
 
-  // Not inlined: some compilers would keep its variables in the frame, which may end in here.
+  // Not inlined: otherwise some compilers keep its variables in the coroutine frame, which may be
+  // destroyed during the call.
   template <std::derived_from<TaskPromise> Promise>
   [[gnu::noinline]] bool await_suspend(std::coroutine_handle<Promise> frame) {
     TaskPromise& task = frame.promise();
-    if (task.endIfReleased()) {
-      return true;
-    }
+    if (task.endIfReleased()) return true;
     const std::shared_ptr<Wait> wait = wait_;
     const Start start = std::move(start_);
     wait->task = &task;
     start(callbackFor(wait));
     wait->starting = false;
-    if (wait->value) {
-      return task.endIfReleased();
-    }
+    if (wait->value) return task.endIfReleased();
     task.suspend();
     return true;
   }
@@ -74,18 +69,14 @@ class [[nodiscard]] CallbackAwaiter {
   using Stored = std::conditional_t<std::is_void_v<Value>, std::monostate, Value>;
 
   struct Wait {
-    TaskPromise* task = nullptr;  // null once the task is gone or goes on
+    TaskPromise* task = nullptr;  // null once the task is resumed or destroyed
     std::optional<Stored> value;
     bool starting = true;
 
     void finish(Stored result) {
-      if (!task || value) {
-        return;
-      }
+      if (!task || value) return;
       value.emplace(std::move(result));
-      if (!starting) {
-        task->resume();
-      }
+      if (!starting) task->resume();
     }
   };
 
@@ -101,10 +92,10 @@ class [[nodiscard]] CallbackAwaiter {
   std::shared_ptr<Wait> wait_ = std::make_shared<Wait>();
 };
 
-// Adapts an operation that answers by a callback: `start` is called with the callback at the
-// co_await, whose value is what the callback is given. It may be called at once, later or never; a
-// second call does nothing, nor does one after the end of the task. It must come on the task's
-// thread.
+// Adapts an operation that completes through a callback: co_await calls `start` with the callback,
+// and yields the value that the callback is called with. The callback may be called immediately,
+// later or never, on the task's thread; calls after the first, and after the task was destroyed, do
+// nothing.
 template <class Value>
 CallbackAwaiter<Value> awaitCallback(std::function<void(Callback<Value>)> start) {
   return CallbackAwaiter<Value>(std::move(start));

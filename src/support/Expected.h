@@ -7,14 +7,14 @@
 
 namespace navora {
 
-// Wraps the error of an Expected on its way out: `return Unexpected(TransportError::timeout);`
+// Marks a value as the error of an Expected: `return Unexpected(TransportError::timeout);`
 template <class Error>
 struct Unexpected {
   explicit Unexpected(Error reason) : error(std::move(reason)) {}
   Error error;
 };
 
-// A value or the reason why there is none. For an operation without a result use
+// Holds either a value or an error. For an operation without a result use
 // Expected<std::monostate, Error>. Value and Error may be the same type.
 template <class Value, class Error>
 class [[nodiscard]] Expected {
@@ -27,7 +27,7 @@ class [[nodiscard]] Expected {
   bool hasValue() const { return content_.index() == 0; }
   explicit operator bool() const { return hasValue(); }
 
-  // Asking for the value of an error, or for the error of a value, is a fatal error.
+  // Accessing the alternative that is not held is a fatal error.
   const Value& value() const& { return *checked(std::get_if<0>(&content_)); }
   Value& value() & { return *checked(std::get_if<0>(&content_)); }
   Value&& value() && { return std::move(*checked(std::get_if<0>(&content_))); }
@@ -45,9 +45,8 @@ class [[nodiscard]] Expected {
  private:
   template <class Content>
   static Content* checked(Content* content) {
-    if (!content) {
-      fatalError("The other side of an Expected was asked for", "Expected", __LINE__);
-    }
+    if (!content)
+      fatalError("An Expected does not hold the requested alternative", "Expected", __LINE__);
     return content;
   }
 

@@ -10,7 +10,7 @@ void fatalError(std::string_view message, std::string_view source, int line) {
   std::string text = "Fatal error: ";
   text.append(message).append(" (").append(source).append(":");
   text.append(std::to_string(line)).append(")\n");
-  // One write, so that the line stays whole when another process shares the terminal.
+  // A single write keeps the line intact when another process shares the terminal.
   std::fwrite(text.data(), 1, text.size(), stderr);
   std::fflush(stderr);
   std::abort();

@@ -3,12 +3,11 @@
 #include "support/Text.h"
 
 namespace navora {
-
 namespace {
 
 constexpr int deepestNesting = 512;
 
-// Judges the brackets outside of strings only; whether the text is JSON is the parser's question.
+// Counts brackets outside strings only; whether the text is valid JSON is left to the parser.
 bool nestsTooDeep(std::string_view text) {
   int depth = 0;
   bool inString = false;
@@ -23,9 +22,7 @@ bool nestsTooDeep(std::string_view text) {
     } else if (character == '"') {
       inString = true;
     } else if (character == '[' || character == '{') {
-      if (++depth > deepestNesting) {
-        return true;
-      }
+      if (++depth > deepestNesting) return true;
     } else if (character == ']' || character == '}') {
       --depth;
     }
@@ -34,9 +31,7 @@ bool nestsTooDeep(std::string_view text) {
 }
 
 const Json* member(const Json& json, std::string_view key) {
-  if (!json.is_object()) {
-    return nullptr;
-  }
+  if (!json.is_object()) return nullptr;
   const auto found = json.find(key);
   return found == json.end() ? nullptr : &*found;
 }
@@ -44,14 +39,10 @@ const Json* member(const Json& json, std::string_view key) {
 }  // namespace
 
 std::optional<Json> parseJson(std::string_view text) {
-  if (nestsTooDeep(text)) {
-    return std::nullopt;
-  }
+  if (nestsTooDeep(text)) return std::nullopt;
   constexpr bool allowExceptions = false;
   Json json = Json::parse(text, nullptr, allowExceptions);
-  if (json.is_discarded()) {
-    return std::nullopt;
-  }
+  if (json.is_discarded()) return std::nullopt;
   return json;
 }
 

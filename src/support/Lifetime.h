@@ -5,16 +5,17 @@
 
 namespace navora {
 
-// Lets callbacks hold their owner weakly. The owner has a Lifetime as its last member, so that it
-// ends before the others, and wraps every callback that it hands out:
+// Disables callbacks once their owner has been destroyed. The owner declares a Lifetime as its last
+// member, so that it is destroyed first, and wraps every callback that it passes on:
 //
-//   door.fetch(lifetime_.guard([this](Answer answer) { show(answer); }));
+//   client.fetch(lifetime_.guard([this](Answer answer) { show(answer); }));
 //
-// A wrapped callback that is called after the end of the Lifetime does nothing. It returns nothing.
+// A wrapped callback returns void and does nothing if it is called after the Lifetime was
+// destroyed.
 class Lifetime {
  public:
   Lifetime() = default;
-  // Guards belong to the object that issued them and do not follow it.
+  // Wrapped callbacks capture the address of their owner, so it must not move.
   Lifetime(const Lifetime&) = delete;
   Lifetime& operator=(const Lifetime&) = delete;
 
@@ -22,13 +23,11 @@ class Lifetime {
   auto guard(Function function) const {
     return [token = std::weak_ptr<const Token>(token_),
             function = std::move(function)](auto&&... arguments) mutable -> void {
-      if (!token.expired()) {
-        function(std::forward<decltype(arguments)>(arguments)...);
-      }
+      if (!token.expired()) function(std::forward<decltype(arguments)>(arguments)...);
     };
   }
 
-  // Silences every callback wrapped until now; later ones work.
+  // Disables every callback wrapped so far; those wrapped later work.
   void renew() { token_ = std::make_shared<const Token>(); }
 
  private:

@@ -1,9 +1,6 @@
 #include "support/PercentEncoding.h"
 
-#include "support/Text.h"
-
 namespace navora {
-
 namespace {
 
 constexpr std::string_view segmentMarks = "-._~!$&'()*+,;=:@";
@@ -29,15 +26,9 @@ std::string encodedExcept(std::string_view text, std::string_view marks) {
 }  // namespace
 
 std::optional<unsigned> hexadecimalValue(char digit) {
-  if (digit >= '0' && digit <= '9') {
-    return static_cast<unsigned>(digit - '0');
-  }
-  if (digit >= 'a' && digit <= 'f') {
-    return static_cast<unsigned>(digit - 'a') + 10;
-  }
-  if (digit >= 'A' && digit <= 'F') {
-    return static_cast<unsigned>(digit - 'A') + 10;
-  }
+  if (digit >= '0' && digit <= '9') return static_cast<unsigned>(digit - '0');
+  if (digit >= 'a' && digit <= 'f') return static_cast<unsigned>(digit - 'a') + 10;
+  if (digit >= 'A' && digit <= 'F') return static_cast<unsigned>(digit - 'A') + 10;
   return std::nullopt;
 }
 
@@ -47,28 +38,6 @@ std::string percentEncoded(std::string_view text) {
 
 std::string percentEncodedPathSegment(std::string_view text) {
   return encodedExcept(text, segmentMarks);
-}
-
-std::optional<std::string> percentDecoded(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  while (!text.empty()) {
-    if (text.front() != '%') {
-      result.push_back(text.front());
-      text.remove_prefix(1);
-      continue;
-    }
-    if (!startsWithPercentTriplet(text)) {
-      return std::nullopt;
-    }
-    result.push_back(
-        static_cast<char>(*hexadecimalValue(text[1]) * 16 + *hexadecimalValue(text[2])));
-    text.remove_prefix(3);
-  }
-  if (!isValidUtf8(result)) {
-    return std::nullopt;
-  }
-  return result;
 }
 
 bool startsWithPercentTriplet(std::string_view text) {

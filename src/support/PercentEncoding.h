@@ -6,24 +6,21 @@
 
 namespace navora {
 
-// The value of a hexadecimal digit of either case; absent for any other character.
+// Returns the value of a hexadecimal digit of either case, or nullopt for any other character.
 std::optional<unsigned> hexadecimalValue(char digit);
 
-// Every byte of the text as "%XX", except ASCII letters and digits: safe in any part of a URL.
+// Returns the text with every byte except ASCII letters and digits as "%XX", which is safe in any
+// part of a URL.
 std::string percentEncoded(std::string_view text);
 
-// The text as one path segment: letters, digits and the marks that a segment may hold stay, all
-// other bytes, "/", "?" and "%" among them, become "%XX".
+// Returns the text as one path segment: ASCII letters, digits and the other characters of `pchar`
+// (RFC 3986, section 3.3) are kept, all other bytes, including "/", "?" and "%", become "%XX".
 std::string percentEncodedPathSegment(std::string_view text);
 
-// The text with every "%XX" replaced by its byte. A "%" without two hexadecimal digits, and a
-// result that is not valid UTF-8, make it absent.
-std::optional<std::string> percentDecoded(std::string_view text);
-
-// Whether the text begins with "%" and two hexadecimal digits.
+// Returns whether the text begins with "%" and two hexadecimal digits.
 bool startsWithPercentTriplet(std::string_view text);
 
-// Appends one byte as "%XX", with upper-case digits.
+// Appends the byte as "%XX" with upper-case digits.
 void appendPercentTriplet(std::string& text, char byte);
 
 }  // namespace navora

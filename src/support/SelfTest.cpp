@@ -5,7 +5,6 @@
 #include <string>
 
 namespace navora {
-
 namespace {
 
 void writeLine(std::FILE* stream, std::string_view label, std::string_view text) {

@@ -5,6 +5,7 @@
 #include <optional>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "support/CallbackAwaiter.h"
 #include "support/FatalError.h"
@@ -15,7 +16,7 @@ namespace navora {
 template <class Result>
 class TaskAwaiter;
 
-// Where co_return leaves the result.
+// Stores the value of co_return.
 template <class Result>
 class TaskResult {
  public:
@@ -33,7 +34,7 @@ class TaskResult<void> {
   void get() {}
 };
 
-// A coroutine that does one thing after another on one thread:
+// A coroutine for sequential asynchronous work on one thread:
 //
 //   Task<Answer> Poller::ask() {
 //     const Reply reply = co_await awaitCallback<Reply>(
@@ -41,47 +42,45 @@ class TaskResult<void> {
 //     co_return co_await interpret(reply);  // another task
 //   }
 //
-// It runs at once until it first waits. The Task owns it: destroying or replacing the Task ends the
-// coroutine where it waits, with all tasks that it awaits, and no callback wakes it any more. If
-// the coroutine is running just then (its own work led to its owner's end), it ends at its next
-// co_await or return; until then it must not touch what has gone.
+// It runs immediately until it first suspends. The Task owns it: destroying or replacing the Task
+// destroys the suspended coroutine and all tasks that it awaits, and no callback resumes it. If the
+// coroutine is running at that moment (its own work destroyed its owner), it is destroyed at its
+// next co_await or return; until then it must not use anything already destroyed.
 //
-// g++ 12 destroys some temporaries of an expression with co_await twice: aggregates made in it with
-// braces, and lambdas that own what they capture. Name them before, and capture by reference. The
-// rule can go with that compiler.
+// g++ 12 destroys some temporaries of a co_await expression twice: aggregates initialized in it
+// with braces, and lambdas with owning captures. Store them in named variables first, and capture
+// by reference. This rule can be dropped together with support for g++ 12.
 //
-// An exception must not leave the coroutine: that is a fatal error. A coroutine keeps the
-// references and views that it was given, not what they refer to, and uses a lambda's captures only
-// as long as the lambda lives: pass by value what must last beyond the first wait.
+// An exception leaving the coroutine is a fatal error. The coroutine copies its parameters but not
+// what references and views refer to, and a lambda's captures are valid only while the lambda
+// exists: pass by value what is used after the first suspension.
 template <class Result = void>
 class [[nodiscard]] Task {
  public:
   class promise_type;
 
-  // No coroutine: neither running nor finished.
+  // An empty Task, neither running nor finished.
   Task() = default;
   Task(Task&& other) noexcept : promise_(std::exchange(other.promise_, nullptr)) {}
   Task& operator=(Task&& other) noexcept {
-    // The old coroutine ends last, so that this Task is whole for whatever that leads to.
+    // The old coroutine is destroyed last, when this Task is valid again, because destroying it may
+    // run code that uses this Task.
     Task incoming(std::move(other));
     std::swap(promise_, incoming.promise_);
     return *this;
   }
   ~Task() {
-    if (promise_) {
-      promise_->release();
-    }
+    if (promise_) promise_->release();
   }
 
   bool isRunning() const { return promise_ && !promise_->isFinished(); }
   bool isFinished() const { return promise_ && promise_->isFinished(); }
 
-  // What the coroutine returned; for Task<void> nothing. A fatal error before it has finished.
-  // The result can be moved out: `std::move(task.result())`.
+  // Returns a reference to the coroutine's result, which may be moved from. Calling it before the
+  // coroutine has finished is a fatal error.
   std::add_lvalue_reference_t<Result> result() const {
-    if (!isFinished()) {
-      fatalError("A task was asked for its result before it has finished", "Task", __LINE__);
-    }
+    if (!isFinished())
+      fatalError("The result of an unfinished task was requested", "Task", __LINE__);
     return promise_->get();
   }
 
@@ -92,7 +91,7 @@ class [[nodiscard]] Task {
   promise_type* promise_ = nullptr;
 };
 
-// Where a task waits for another one, which it owns from then on.
+// Suspends a task until another one, which it owns, has finished.
 template <class Result>
 class [[nodiscard]] TaskAwaiter {
  public:
@@ -100,19 +99,13 @@ class [[nodiscard]] TaskAwaiter {
 
   bool await_ready() const { return false; }
 
-  // Not inlined: some compilers would keep its variables in the frame, which may end in here.
+  // Not inlined, for the same reason as CallbackAwaiter::await_suspend().
   template <std::derived_from<TaskPromise> Promise>
   [[gnu::noinline]] bool await_suspend(std::coroutine_handle<Promise> frame) {
     TaskPromise& parent = frame.promise();
-    if (parent.endIfReleased()) {
-      return true;
-    }
-    if (task_.isFinished()) {
-      return false;
-    }
-    if (!task_.promise_) {
-      fatalError("An empty task was awaited", "Task", __LINE__);
-    }
+    if (parent.endIfReleased()) return true;
+    if (task_.isFinished()) return false;
+    if (!task_.promise_) fatalError("An empty task was awaited", "Task", __LINE__);
     task_.promise_->awaitBy(parent);
     parent.suspend();
     return true;
@@ -128,7 +121,7 @@ class [[nodiscard]] TaskAwaiter {
   Task<Result> task_;
 };
 
-// The names that the language asks of a coroutine.
+// The customization points of the language.
 template <class Result>
 class Task<Result>::promise_type : public TaskPromise, public TaskResult<Result> {
  public:
@@ -148,7 +141,8 @@ class Task<Result>::promise_type : public TaskPromise, public TaskResult<Result>
   };
   FinalAwaiter final_suspend() noexcept { return {}; }
 
-  // A task waits for callbacks and for other tasks; nothing else keeps the rules above.
+  // Only callbacks and other tasks can be awaited: other awaiters would not check for a released
+  // task.
   template <class Value>
   CallbackAwaiter<Value>&& await_transform(CallbackAwaiter<Value>&& awaiter) {
     return std::move(awaiter);
@@ -157,6 +151,19 @@ class Task<Result>::promise_type : public TaskPromise, public TaskResult<Result>
   TaskAwaiter<Other> await_transform(Task<Other>&& task) {
     return TaskAwaiter<Other>(std::move(task));
   }
+};
+
+// Owns tasks that nothing awaits. Destroying the group destroys them.
+class TaskGroup {
+ public:
+  // Takes ownership of the task, and destroys the tasks that have finished.
+  void add(Task<> task) {
+    std::erase_if(tasks_, [](const Task<>& old) { return !old.isRunning(); });
+    tasks_.push_back(std::move(task));
+  }
+
+ private:
+  std::vector<Task<>> tasks_;
 };
 
 }  // namespace navora

@@ -8,12 +8,8 @@
 namespace navora {
 
 TaskPromise::~TaskPromise() {
-  if (parent_) {
-    parent_->child_ = nullptr;
-  }
-  if (child_) {
-    child_->parent_ = nullptr;
-  }
+  if (parent_) parent_->child_ = nullptr;
+  if (child_) child_->parent_ = nullptr;
 }
 
 void TaskPromise::resume() {
@@ -23,30 +19,24 @@ void TaskPromise::resume() {
 
 bool TaskPromise::runs() const {
   const TaskPromise* task = this;
-  while (task->child_) {
+  while (task->child_)
     task = task->child_;
-  }
   return task->running_;
 }
 
 void TaskPromise::release() {
   released_ = true;
-  if (!runs()) {
-    frame_.destroy();
-  }
+  if (!runs()) frame_.destroy();
 }
 
 bool TaskPromise::endIfReleased() {
-  // At most one of a chain is released: the others belong to the frame above them.
+  // At most one task of a chain is released: the others are owned by the frames of their parents.
   TaskPromise* released = this;
-  while (released && !released->released_) {
+  while (released && !released->released_)
     released = released->parent_;
-  }
-  if (!released) {
-    return false;
-  }
+  if (!released) return false;
   running_ = false;
-  // Takes the frames below with it, this one among them.
+  // Also destroys the frames of the tasks that it awaits, including this one.
   released->frame_.destroy();
   return true;
 }
@@ -59,9 +49,7 @@ bool TaskPromise::suspend() {
 std::coroutine_handle<> TaskPromise::finish() {
   finished_ = true;
   TaskPromise* const parent = parent_;
-  if (suspend() || !parent) {
-    return std::noop_coroutine();
-  }
+  if (suspend() || !parent) return std::noop_coroutine();
   parent->child_ = nullptr;
   parent_ = nullptr;
   parent->running_ = true;

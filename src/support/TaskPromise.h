@@ -4,8 +4,8 @@
 
 namespace navora {
 
-// What every task's frame knows about its place: whether it runs, who awaits it, and whether its
-// owner has let go of it. The rules of Task are kept here, once for all result types.
+// The state of a task that does not depend on its result type: whether it is running, which task
+// awaits it, and whether its owner has released it.
 class TaskPromise {
  public:
   TaskPromise() = default;
@@ -14,26 +14,26 @@ class TaskPromise {
 
   bool isFinished() const { return finished_; }
 
-  // Continues the frame where it is suspended. It may be gone on return.
+  // Resumes the suspended frame. The frame may be destroyed on return.
   void resume();
 
-  // The owner lets go. The frame is destroyed now or, when it or a task that it awaits is running,
-  // as soon as that one is suspended again.
+  // Releases the owner's hold: destroys the frame immediately or, if it or a task that it awaits is
+  // running, as soon as the running one is suspended.
   void release();
 
-  // To be called before each wait begins and again when it has begun. Returns true if this was the
-  // end: the frame, or a task that awaits it, had been released while it ran. Then the frame has
-  // been destroyed, and nothing that lives in it may be touched.
+  // Called before each suspension (endIfReleased) and when it takes effect (suspend). Return true
+  // if the frame, or a task that awaits it, was released while it ran: then the frame has been
+  // destroyed, and nothing in it may be used.
   [[nodiscard]] bool endIfReleased();
   bool suspend();
 
-  // Called when the frame has run to its end. Returns what is to run next, perhaps nothing.
+  // Called at the frame's final suspension. Returns the coroutine to resume, possibly a no-op.
   std::coroutine_handle<> finish();
 
-  // The task that awaits this one, and the link back. Neither is owned.
+  // Links this task with the one that awaits it. Neither owns the other.
   void awaitBy(TaskPromise& parent);
 
-  // An exception has left the coroutine.
+  // Reports an exception that left the coroutine as a fatal error.
   [[noreturn]] static void failUnhandled();
 
  protected:
@@ -46,7 +46,7 @@ class TaskPromise {
   std::coroutine_handle<> frame_;
   TaskPromise* parent_ = nullptr;
   TaskPromise* child_ = nullptr;
-  bool running_ = true;  // a task starts at once
+  bool running_ = true;  // a task starts running when it is created
   bool released_ = false;
   bool finished_ = false;
 };

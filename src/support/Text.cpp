@@ -5,7 +5,6 @@
 #include <utf8proc.h>
 
 namespace navora {
-
 namespace {
 
 constexpr utf8proc_int32_t replacementCharacter = 0xFFFD;
@@ -18,14 +17,12 @@ struct Scalar {
   bool valid;
 };
 
-// The first scalar value of a text that is not empty.
+// Returns the first Unicode scalar value of a non-empty text.
 Scalar firstScalar(std::string_view text) {
   utf8proc_int32_t value = 0;
   const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
   const auto size = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &value);
-  if (size <= 0) {
-    return {replacementCharacter, text.substr(0, 1), false};
-  }
+  if (size <= 0) return {replacementCharacter, text.substr(0, 1), false};
   return {value, text.substr(0, static_cast<std::size_t>(size)), true};
 }
 
@@ -36,9 +33,7 @@ void append(std::string& text, utf8proc_int32_t value) {
 }
 
 bool isWhiteSpaceOrNewline(utf8proc_int32_t value) {
-  if ((value >= 0x09 && value <= 0x0D) || value == 0x85) {
-    return true;
-  }
+  if ((value >= 0x09 && value <= 0x0D) || value == 0x85) return true;
   const auto category = utf8proc_category(value);
   return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
          category == UTF8PROC_CATEGORY_ZP;
@@ -49,8 +44,7 @@ struct ClusterScan {
   std::size_t bytes;
 };
 
-// Counts extended grapheme clusters from the start of a text, at most `maximum` of them, and the
-// bytes they take.
+// Counts extended grapheme clusters from the start of the text, at most `maximum`, and their bytes.
 ClusterScan scanClusters(std::string_view text, std::size_t maximum) {
   std::size_t clusters = 0;
   std::optional<utf8proc_int32_t> previous;
@@ -59,9 +53,7 @@ ClusterScan scanClusters(std::string_view text, std::size_t maximum) {
   while (!rest.empty()) {
     const Scalar scalar = firstScalar(rest);
     if (!previous || utf8proc_grapheme_break_stateful(*previous, scalar.value, &state)) {
-      if (clusters == maximum) {
-        break;
-      }
+      if (clusters == maximum) break;
       ++clusters;
     }
     previous = scalar.value;
@@ -75,9 +67,7 @@ ClusterScan scanClusters(std::string_view text, std::size_t maximum) {
 bool isValidUtf8(std::string_view text) {
   while (!text.empty()) {
     const Scalar scalar = firstScalar(text);
-    if (!scalar.valid) {
-      return false;
-    }
+    if (!scalar.valid) return false;
     text.remove_prefix(scalar.bytes.size());
   }
   return true;
@@ -127,9 +117,7 @@ std::string_view strippedOf(std::string_view text, std::string_view bytes) {
 std::string lowercasedAscii(std::string_view text) {
   std::string result(text);
   for (char& character : result) {
-    if (character >= 'A' && character <= 'Z') {
-      character = static_cast<char>(character - 'A' + 'a');
-    }
+    if (character >= 'A' && character <= 'Z') character = static_cast<char>(character - 'A' + 'a');
   }
   return result;
 }
@@ -137,9 +125,7 @@ std::string lowercasedAscii(std::string_view text) {
 std::string uppercasedAscii(std::string_view text) {
   std::string result(text);
   for (char& character : result) {
-    if (character >= 'a' && character <= 'z') {
-      character = static_cast<char>(character - 'a' + 'A');
-    }
+    if (character >= 'a' && character <= 'z') character = static_cast<char>(character - 'a' + 'A');
   }
   return result;
 }
@@ -152,7 +138,7 @@ std::string lowercased(std::string_view text) {
     if (!scalar.valid) {
       result.append(scalar.bytes);
     } else if (scalar.value == capitalIWithDotAbove) {
-      // The only character whose lower case is two characters; utf8proc maps one to one.
+      // U+0130 is the only character whose lower case is two characters; utf8proc maps one to one.
       result.append("i\xCC\x87");
     } else {
       append(result, utf8proc_tolower(scalar.value));
@@ -167,9 +153,7 @@ std::string replaceAll(std::string_view text, std::string_view from, std::string
   std::size_t offset = 0;
   while (!from.empty()) {
     const std::size_t found = text.find(from, offset);
-    if (found == std::string_view::npos) {
-      break;
-    }
+    if (found == std::string_view::npos) break;
     result.append(text, offset, found - offset).append(to);
     offset = found + from.size();
   }

@@ -11,47 +11,49 @@
 
 namespace navora {
 
-// Functions on UTF-8 text. Unless a function says otherwise, text that is not valid UTF-8 is not an
-// error: every byte that belongs to no valid sequence counts as one replacement character (U+FFFD)
-// and is left as it is in results.
+// Functions on UTF-8 text. Unless a comment says otherwise, invalid UTF-8 is not an error: each
+// byte that is not part of a valid sequence counts as one replacement character (U+FFFD) and is
+// copied unchanged to the result.
 
-// Whether the text is well-formed UTF-8: no overlong forms, no surrogates, nothing above U+10FFFF.
+// Returns whether the text is well-formed UTF-8, without overlong forms, surrogates or values above
+// U+10FFFF.
 bool isValidUtf8(std::string_view text);
 
-// The length in UTF-16 code units: 2 for a character outside of the Basic Multilingual Plane.
+// Returns the length in UTF-16 code units.
 std::size_t utf16Length(std::string_view text);
 
-// The number of user-perceived characters (extended grapheme clusters).
+// Returns the number of user-perceived characters (extended grapheme clusters, UAX #29).
 std::size_t characterCount(std::string_view text);
 
-// The first `count` user-perceived characters, or the whole text when it has fewer.
+// Returns the first `count` user-perceived characters, or the whole text if it has fewer.
 std::string prefixCharacters(std::string_view text, std::size_t count);
 
-// The text without white space and line breaks at both ends: the general categories Zs, Zl and Zp,
-// U+0009 to U+000D and U+0085.
+// Removes white space and line breaks from both ends: the general categories Zs, Zl and Zp, U+0009
+// to U+000D and U+0085.
 std::string trimmed(std::string_view text);
 
-// The text without any of these bytes at both ends; a view into it.
+// Removes all of these bytes from both ends. Returns a view into `text`.
 std::string_view strippedOf(std::string_view text, std::string_view bytes);
 
-// A to Z lower-cased, every other byte kept; for names of protocols, hosts and the like.
+// Maps A to Z to lower case and keeps every other byte; for protocol identifiers such as schemes
+// and host names.
 std::string lowercasedAscii(std::string_view text);
 
-// a to z upper-cased, every other byte kept.
+// Maps a to z to upper case and keeps every other byte.
 std::string uppercasedAscii(std::string_view text);
 
-// Lower case by the Unicode mapping of each character, independent of any language.
+// Maps each character to lower case by its language-independent Unicode mapping.
 std::string lowercased(std::string_view text);
 
-// Every occurrence of `from`, searched from the left without overlap, replaced by `to`. An empty
-// `from` occurs nowhere.
+// Replaces every non-overlapping occurrence of `from`, searching from the left. An empty `from`
+// matches nothing.
 std::string replaceAll(std::string_view text, std::string_view from, std::string_view to);
 
-// The pieces between separators, empty ones included: one more piece than there are separators.
+// Returns the pieces between separators, including empty ones.
 std::vector<std::string> split(std::string_view text, char separator);
 
-// The text as a decimal number, if it is nothing else: digits, after a minus where Integer has
-// negative numbers. None for a number that Integer cannot hold.
+// Parses a text that is exactly one decimal number: digits, preceded by an optional minus sign if
+// Integer is signed. Returns nullopt if it is not, or if Integer cannot represent the number.
 template <std::integral Integer>
 std::optional<Integer> wholeNumber(std::string_view text) {
   Integer number{};

@@ -8,13 +8,12 @@
 #include "support/PercentEncoding.h"
 #include "support/Text.h"
 #include "support/UrlLayout.h"
-#include "support/UrlReference.h"
 
 namespace navora {
 
 struct Url::Representation {
   explicit Representation(std::string url) : text(std::move(url)), layout(text) {}
-  // The layout points into the text.
+  // The layout has views into the text.
   Representation(const Representation&) = delete;
   Representation& operator=(const Representation&) = delete;
 
@@ -33,7 +32,7 @@ bool isIllegal(char character) {
   return byte < 0x20 || byte >= 0x7F || illegalCharacters.find(character) != std::string_view::npos;
 }
 
-// `delimiters` are characters that are legal elsewhere in a URL but not in this part of it.
+// Encodes illegal characters. `delimiters` are legal elsewhere in a URL but not in this part.
 std::string encodedPart(std::string_view part, std::string_view delimiters) {
   std::string result;
   result.reserve(part.size());
@@ -60,32 +59,20 @@ std::string encodedFragment(std::string_view fragment) {
 
 std::string encodedAuthority(const UrlLayout& layout) {
   std::string result;
-  if (layout.userInformation) {
-    result.append(encodedPart(*layout.userInformation, "[]")).append("@");
-  }
+  if (layout.userInformation) result.append(encodedPart(*layout.userInformation, "[]")).append("@");
   result.append(encodedHost(*layout.host));
-  if (layout.port) {
-    result.append(":").append(encodedPart(*layout.port, "[]"));
-  }
+  if (layout.port) result.append(":").append(encodedPart(*layout.port, "[]"));
   return result;
 }
 
 std::string encodedUrl(std::string_view text) {
   const UrlLayout layout(text);
   std::string result;
-  if (layout.scheme) {
-    result.append(*layout.scheme).append(":");
-  }
-  if (layout.authority) {
-    result.append("//").append(encodedAuthority(layout));
-  }
+  if (layout.scheme) result.append(*layout.scheme).append(":");
+  if (layout.authority) result.append("//").append(encodedAuthority(layout));
   result.append(encodedPart(layout.path, "[]"));
-  if (layout.query) {
-    result.append("?").append(encodedPart(*layout.query, "[]"));
-  }
-  if (layout.fragment) {
-    result.append("#").append(encodedFragment(*layout.fragment));
-  }
+  if (layout.query) result.append("?").append(encodedPart(*layout.query, "[]"));
+  if (layout.fragment) result.append("#").append(encodedFragment(*layout.fragment));
   return result;
 }
 
@@ -94,27 +81,25 @@ bool matchesGrammar(std::string_view text) {
   const char* errorPosition = nullptr;
   const int status =
       uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &errorPosition);
-  if (status != URI_SUCCESS) {
-    return false;
-  }
+  if (status != URI_SUCCESS) return false;
   uriFreeUriMembersA(&uri);
   return true;
 }
 
-bool isEmptyOrAbsent(OptionalView text) {
+bool isMissingOrEmpty(OptionalView text) {
   return !text || text->empty();
 }
 
 std::optional<std::uint16_t> portNumber(OptionalView digits) {
-  return isEmptyOrAbsent(digits) ? std::nullopt : wholeNumber<std::uint16_t>(*digits);
+  return isMissingOrEmpty(digits) ? std::nullopt : wholeNumber<std::uint16_t>(*digits);
 }
 
 std::optional<std::string> owned(OptionalView text) {
   return text ? std::optional<std::string>(*text) : std::nullopt;
 }
 
-// Brackets are delimiters around an IPv6 address; an address of a future kind, which only they
-// tell from a name, keeps them.
+// Removes the brackets of an IPv6 address. An IPvFuture literal keeps them, because nothing else
+// distinguishes it from a registered name.
 std::string_view withoutBrackets(std::string_view host) {
   const bool isIpv6 = host.size() > 2 && host[0] == '[' && host[1] != 'v' && host[1] != 'V';
   return isIpv6 ? host.substr(1, host.size() - 2) : host;
@@ -122,16 +107,10 @@ std::string_view withoutBrackets(std::string_view host) {
 
 UrlComponents encodedComponents(UrlComponents parts) {
   for (auto* part : {&parts.user, &parts.password, &parts.query}) {
-    if (*part) {
-      *part = encodedPart(**part, "[]");
-    }
+    if (*part) *part = encodedPart(**part, "[]");
   }
-  if (parts.host) {
-    parts.host = encodedHost(*parts.host);
-  }
-  if (parts.fragment) {
-    parts.fragment = encodedFragment(*parts.fragment);
-  }
+  if (parts.host) parts.host = encodedHost(*parts.host);
+  if (parts.fragment) parts.fragment = encodedFragment(*parts.fragment);
   parts.path = encodedPart(parts.path, "[]");
   return parts;
 }
@@ -140,34 +119,22 @@ std::string assembledAuthority(const UrlComponents& parts) {
   std::string result;
   if (parts.user) {
     result.append(*parts.user);
-    if (parts.password) {
-      result.append(":").append(*parts.password);
-    }
+    if (parts.password) result.append(":").append(*parts.password);
     result.append("@");
   }
   const bool isIpv6 = !parts.host->starts_with('[') && parts.host->find(':') != std::string::npos;
   result.append(isIpv6 ? "[" : "").append(*parts.host).append(isIpv6 ? "]" : "");
-  if (parts.port) {
-    result.append(":").append(*parts.port);
-  }
+  if (parts.port) result.append(":").append(*parts.port);
   return result;
 }
 
 std::string assembledUrl(const UrlComponents& parts) {
   std::string result;
-  if (parts.scheme) {
-    result.append(*parts.scheme).append(":");
-  }
-  if (parts.host) {
-    result.append("//").append(assembledAuthority(parts));
-  }
+  if (parts.scheme) result.append(*parts.scheme).append(":");
+  if (parts.host) result.append("//").append(assembledAuthority(parts));
   result.append(parts.path);
-  if (parts.query) {
-    result.append("?").append(*parts.query);
-  }
-  if (parts.fragment) {
-    result.append("#").append(*parts.fragment);
-  }
+  if (parts.query) result.append("?").append(*parts.query);
+  if (parts.fragment) result.append("#").append(*parts.fragment);
   return result;
 }
 
@@ -177,23 +144,18 @@ Url::Url(std::shared_ptr<const Representation> representation)
     : representation_(std::move(representation)) {}
 
 std::optional<Url> Url::parse(std::string_view text) {
-  if (text.empty() || !isValidUtf8(text)) {
-    return std::nullopt;
-  }
+  if (text.empty() || !isValidUtf8(text)) return std::nullopt;
   auto representation = std::make_shared<const Representation>(encodedUrl(text));
   const OptionalView port = representation->layout.port;
-  if (!matchesGrammar(representation->text) || (!isEmptyOrAbsent(port) && !portNumber(port))) {
+  if (!matchesGrammar(representation->text) || (!isMissingOrEmpty(port) && !portNumber(port)))
     return std::nullopt;
-  }
   return Url(std::move(representation));
 }
 
 std::optional<Url> Url::fromComponents(const UrlComponents& components) {
   const UrlComponents encoded = encodedComponents(components);
   auto url = parse(assembledUrl(encoded));
-  if (!url || url->components() != encoded) {
-    return std::nullopt;
-  }
+  if (!url || url->components() != encoded) return std::nullopt;
   return url;
 }
 
@@ -235,15 +197,14 @@ std::optional<std::string> Url::fragment() const {
 
 UrlComponents Url::components() const {
   const OptionalView port = representation_->layout.port;
-  return {scheme(), user(),  password(), host(), isEmptyOrAbsent(port) ? std::nullopt : owned(port),
-          path(),   query(), fragment()};
+  return {
+      scheme(), user(),  password(), host(), isMissingOrEmpty(port) ? std::nullopt : owned(port),
+      path(),   query(), fragment()};
 }
 
 std::optional<Url> Url::resolve(std::string_view reference) const {
   const auto parsed = parse(reference);
-  if (!parsed || !representation_->layout.scheme) {
-    return std::nullopt;
-  }
+  if (!parsed || !representation_->layout.scheme) return std::nullopt;
   return parse(resolvedReference(representation_->layout, parsed->representation_->layout));
 }
 
@@ -251,14 +212,10 @@ Url Url::appendingPathComponent(std::string_view component) const {
   UrlComponents parts = components();
   parts.query.reset();
   parts.fragment.reset();
-  if (!parts.path.ends_with('/')) {
-    parts.path.push_back('/');
-  }
+  if (!parts.path.ends_with('/')) parts.path.push_back('/');
   parts.path.append(percentEncodedPathSegment(component));
   const auto url = fromComponents(parts);
-  if (!url) {
-    fatalError("A path component must be appendable to every URL", "Url", __LINE__);
-  }
+  if (!url) fatalError("A path component must be appendable to every URL", "Url", __LINE__);
   return *url;
 }
 

@@ -4,6 +4,7 @@
 #include "support/FatalError.h"
 #include "support/PercentEncoding.h"
 #include "support/Text.h"
+#include "support/Url.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(characterCount(prefixCharacters(text, characters / 2)) == characters / 2, __LINE__);
   require(trimmed(trimmed(text)) == trimmed(text), __LINE__);
   require(isValidUtf8(lowercased(text)) == isValidUtf8(text), __LINE__);
-  const auto decoded = percentDecoded(percentEncoded(text));
-  require(decoded.has_value() == isValidUtf8(text) && (!decoded || *decoded == text), __LINE__);
+  const auto url = Url::parse("https://navora.example/" + percentEncoded(text));
+  require(url && url->path() == "/" + percentEncoded(text), __LINE__);
   return 0;
 }

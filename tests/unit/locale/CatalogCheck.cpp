@@ -58,9 +58,8 @@ Problems problemsOfOne(const std::string& locale, const Json& catalog,
                        const std::set<std::string>& keys) {
   if (!catalog.is_object()) return {locale + ": no object"};
   Problems problems;
-  for (const auto& key : keys) {
+  for (const auto& key : keys)
     if (!catalog.contains(key)) problems.push_back(locale + ": missing: " + key);
-  }
   for (const auto& [key, text] : catalog.items()) {
     if (!keys.contains(key)) {
       problems.push_back(locale + ": unused: " + key);
@@ -80,9 +79,8 @@ Problems catalogProblems(const Json& catalogs, const std::vector<std::string>& l
                          const std::set<std::string>& keys) {
   if (!catalogs.is_object()) return {"the resource is no object"};
   Problems problems;
-  for (const auto& locale : locales) {
+  for (const auto& locale : locales)
     if (!catalogs.contains(locale)) problems.push_back(locale + ": no catalog");
-  }
   for (const auto& [locale, catalog] : catalogs.items()) {
     if (std::ranges::find(locales, locale) == locales.end()) {
       problems.push_back(locale + ": unsupported");

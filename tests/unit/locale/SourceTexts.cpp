@@ -80,9 +80,8 @@ class Search {
 
   SourceTexts run() {
     for (const auto& file : files_) {
-      for (std::size_t index = 0; index < file.tokens.size(); ++index) {
+      for (std::size_t index = 0; index < file.tokens.size(); ++index)
         if (isCall(file, index)) addCall(file, index);
-      }
     }
     for (const auto& file : files_)
       reportForgotten(file);
@@ -129,9 +128,8 @@ class Search {
 
   static std::set<std::string> russianLiterals(const ParsedFile& file) {
     std::set<std::string> texts;
-    for (const auto& token : file.tokens) {
+    for (const auto& token : file.tokens)
       if (token.kind == TokenKind::string && hasCyrillic(token.text)) texts.insert(token.text);
-    }
     return texts;
   }
 

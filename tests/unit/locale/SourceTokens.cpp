@@ -94,9 +94,8 @@ class Reader {
 
   void skipCharacter() {
     take();
-    while (!atEnd() && current() != '\'') {
+    while (!atEnd() && current() != '\'')
       if (take() == '\\') take();
-    }
     take();
   }
 

@@ -11,9 +11,7 @@ namespace {
 enum class Failure { timeout, refused };
 
 Expected<int, Failure> half(int number) {
-  if (number % 2 != 0) {
-    return Unexpected(Failure::refused);
-  }
+  if (number % 2 != 0) return Unexpected(Failure::refused);
   return number / 2;
 }
 

@@ -47,9 +47,8 @@ TEST(ParseJson, DoesNotCountBracketsInStringsOrSiblings) {
   EXPECT_TRUE(parseJson(std::string("\"").append(brackets).append("\"")));
   EXPECT_TRUE(parseJson(std::string("[\"\\\"").append(brackets).append("\\\\\"]")));
   std::string siblings = "[[]";
-  for (int index = 0; index < 1000; ++index) {
+  for (int index = 0; index < 1000; ++index)
     siblings.append(",[]");
-  }
   EXPECT_TRUE(parseJson(siblings + "]"));
 }
 

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/TaskGroup.h"
+#include "support/Task.h"
 
 namespace navora {
 namespace {
@@ -19,17 +19,31 @@ TEST(TaskGroup, KeepsItsTasksRunning) {
   TaskGroup group;
   group.add(waitFor(callbacks, finished));
   group.add(waitFor(callbacks, finished));
-  EXPECT_EQ(group.runningCount(), 2U);
   callbacks[0]();
-  EXPECT_EQ(group.runningCount(), 1U);
+  EXPECT_EQ(finished, 1);
   group.add(waitFor(callbacks, finished));
-  EXPECT_EQ(group.runningCount(), 2U);
+  EXPECT_EQ(finished, 1);
   callbacks[1]();
   callbacks[2]();
   EXPECT_EQ(finished, 3);
 }
 
-TEST(TaskGroup, EndsItsTasksWithItself) {
+TEST(TaskGroup, DestroysFinishedTasksWhenAnotherIsAdded) {
+  std::vector<Callback<void>> callbacks;
+  const auto holdUntilCalled = [](std::vector<Callback<void>>& to, std::shared_ptr<int>) -> Task<> {
+    co_await awaitCallback<void>([&](Callback<void> done) { to.push_back(std::move(done)); });
+  };
+  const auto held = std::make_shared<int>();
+  TaskGroup group;
+  group.add(holdUntilCalled(callbacks, held));
+  group.add(holdUntilCalled(callbacks, held));
+  EXPECT_EQ(held.use_count(), 3);
+  callbacks[0]();
+  group.add(holdUntilCalled(callbacks, held));
+  EXPECT_EQ(held.use_count(), 3);
+}
+
+TEST(TaskGroup, DestroysItsTasksWithItself) {
   std::vector<Callback<void>> callbacks;
   int finished = 0;
   auto group = std::make_unique<TaskGroup>();
@@ -39,20 +53,22 @@ TEST(TaskGroup, EndsItsTasksWithItself) {
   EXPECT_EQ(finished, 0);
 }
 
-TEST(TaskGroup, LetsATaskAddAnother) {
+TEST(TaskGroup, AllowsATaskToAddAnother) {
   std::vector<Callback<void>> callbacks;
   int finished = 0;
   TaskGroup group;
-  const auto adding = [](TaskGroup& to, std::vector<Callback<void>>& doors, int& count) -> Task<> {
-    co_await awaitCallback<void>([&](Callback<void> done) { doors.push_back(std::move(done)); });
-    to.add(waitFor(doors, count));
+  const auto adding = [](TaskGroup& to, std::vector<Callback<void>>& pending,
+                         int& count) -> Task<> {
+    co_await awaitCallback<void>([&](Callback<void> done) { pending.push_back(std::move(done)); });
+    to.add(waitFor(pending, count));
     ++count;
   };
   group.add(adding(group, callbacks, finished));
   const Callback<void> first = callbacks[0];
   first();
   EXPECT_EQ(finished, 1);
-  EXPECT_EQ(group.runningCount(), 1U);
+  callbacks[1]();
+  EXPECT_EQ(finished, 2);
 }
 
 }  // namespace

@@ -88,9 +88,8 @@ TEST(Task, IsNeitherRunningNorFinishedWithoutACoroutine) {
 TEST(Task, GoesOnWhenTheCallbackComesAtOnce) {
   const auto sum = []() -> Task<int> {
     int total = 0;
-    for (int index = 0; index < 100'000; ++index) {
+    for (int index = 0; index < 100'000; ++index)
       total += co_await awaitCallback<int>([](Callback<int> done) { done(1); });
-    }
     co_return total;
   };
   EXPECT_EQ(sum().result(), 100'000);
@@ -236,9 +235,7 @@ struct SelfDestruction : testing::Test {
     co_await test.first.answer();
     co_await awaitCallback<void>([&test, answerAtOnce](Callback<void> done) {
       test.owner.reset();
-      if (answerAtOnce) {
-        done();
-      }
+      if (answerAtOnce) done();
       test.second.callback = std::move(done);
     });
     test.log.push_back("never");
@@ -434,9 +431,8 @@ TEST(TaskAwait, DoesNotUseUpTheStackInALoop) {
   const auto one = [](Door<int>& from) -> Task<int> { co_return co_await from.answer(); };
   const auto sum = [](Door<int>& from, auto next) -> Task<int> {
     int total = 0;
-    while (total < 100'000) {
+    while (total < 100'000)
       total += co_await next(from);
-    }
     co_return total;
   };
   const Task<int> task = sum(door, one);

@@ -112,9 +112,8 @@ TEST(UrlResolve, RefusesARelativeBaseAndAReferenceThatDoesNotParse) {
 
 TEST(UrlResolve, StaysLinearForManyDotSegments) {
   std::string reference;
-  for (int index = 0; index < 200'000; ++index) {
+  for (int index = 0; index < 200'000; ++index)
     reference.append("a/../");
-  }
   EXPECT_EQ(resolved("https://h/", reference), "https://h/");
 }
 
