@@ -51,7 +51,7 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   // Closing only hides the window.
   bool windowShouldClose() override;
 
-  void performMenuAction(MenuAction action) override;
+  void performMenuAction(DelegateAction action) override;
 
   // Messages that do not come from the main frame of a page of the origin are dropped.
   void didReceiveScriptMessage(const ScriptMessage& message) override;

@@ -1,4 +1,4 @@
-// What the user can make the application do: the menus' commands and a click on a notification.
+// The user's actions: menu commands and clicks on notifications.
 #include <utility>
 
 #include "app/NavoraAppDelegate.h"
@@ -7,24 +7,22 @@
 
 namespace navora {
 
-void NavoraAppDelegate::performMenuAction(MenuAction action) {
+void NavoraAppDelegate::performMenuAction(DelegateAction action) {
   switch (action) {
-    case MenuAction::about:
+    case DelegateAction::about:
       return about();
-    case MenuAction::enableNotifications:
+    case DelegateAction::enableNotifications:
       return enableNotifications();
-    case MenuAction::checkForUpdates:
+    case DelegateAction::checkForUpdates:
       return checkForUpdates();
-    case MenuAction::quickCapture:
+    case DelegateAction::quickCapture:
       return quickCapture();
-    case MenuAction::reload:
+    case DelegateAction::reload:
       return reload();
-    case MenuAction::openInBrowser:
+    case DelegateAction::openInBrowser:
       return openInBrowser();
-    case MenuAction::showWindow:
+    case DelegateAction::showWindow:
       return showWindow();
-    default:
-      return;
   }
 }
 
@@ -76,7 +74,7 @@ void NavoraAppDelegate::openNotification(const Url& url) {
     webView_->load(WebRequest{url});
     return;
   }
-  // A place within the root page: the page-ready handler leads there after what is loaded here.
+  // For a place within the root page, pageDidLoad() continues after the loads below.
   const auto shown = currentServiceUrl();
   if (!shown) {
     loadLogin();

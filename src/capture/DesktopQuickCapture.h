@@ -14,7 +14,6 @@
 #include "origin/ServiceClient.h"
 #include "platform/CapturePanelView.h"
 #include "platform/MainQueue.h"
-#include "platform/RunningApplication.h"
 #include "platform/System.h"
 #include "platform/UserDefaults.h"
 #include "platform/WebView.h"

@@ -2,46 +2,40 @@
 
 #include <optional>
 #include <string>
+#include <variant>
 #include <vector>
 
 namespace navora {
 
-// What a menu item does. The names are those of the desktop's own commands where there are some.
-enum class MenuAction {
+// The actions of menu items, one enumeration per kind of target. The names follow the platform's
+// own commands where it has them. Code that handles an enumeration switches over it without
+// `default`, so that a new action does not compile until it is handled everywhere.
+
+// Actions that the core performs: passed to the MenuDelegate.
+enum class DelegateAction {
   about,
   checkForUpdates,
   enableNotifications,
   quickCapture,
-  hide,
-  terminate,
-  undo,
-  redo,
-  cut,
-  copy,
-  paste,
-  selectAll,
   reload,
   openInBrowser,
-  showWindow,
-  performMiniaturize,
-  performClose
+  showWindow
 };
 
-// Who carries an item's action out.
-enum class MenuTarget {
-  // The MenuDelegate is told.
-  delegate,
-  // The host does it to the whole application: `hide` and `terminate`.
-  application,
-  // The host does it to whatever has the keyboard: the edit commands to the focused text, native or
-  // in the page; `performMiniaturize` and `performClose` to the window in front.
-  responderChain
-};
+// Actions that the host applies to the whole application.
+enum class ApplicationAction { hide, terminate };
 
-// A letter, digit or sign that is pressed with Command; on a desktop whose main modifier is
-// Control, with that one.
+// Actions that the host applies to the focused text, native or in the page.
+enum class EditAction { undo, redo, cut, copy, paste, selectAll };
+
+// Actions that the host applies to the frontmost window.
+enum class WindowAction { performMiniaturize, performClose };
+
+using MenuAction = std::variant<DelegateAction, ApplicationAction, EditAction, WindowAction>;
+
+// A character key pressed together with the desktop's main modifier (Command or Control).
 struct KeyEquivalent {
-  // Lower case; the key that types this character.
+  // The lower-case character that the key types.
   char key = 0;
   bool shift = false;
 
@@ -51,10 +45,9 @@ struct KeyEquivalent {
 struct MenuItem {
   // Empty for a separator.
   std::string title;
-  // None: the item only informs and cannot be chosen (a separator has neither action nor title).
+  // If nullopt, the item is disabled: a separator, or a line of information.
   std::optional<MenuAction> action;
   std::optional<KeyEquivalent> keyEquivalent;
-  MenuTarget target = MenuTarget::delegate;
 
   static MenuItem separator() { return {}; }
   bool isSeparator() const { return title.empty() && !action; }
@@ -63,7 +56,7 @@ struct MenuItem {
 };
 
 struct Menu {
-  // The system adds its own items to the menu of windows where it knows one.
+  // On platforms with a standard window menu, the system adds its own items to the `windows` menu.
   enum class Role { plain, windows };
 
   std::string title;
@@ -73,12 +66,12 @@ struct Menu {
   bool operator==(const Menu&) const = default;
 };
 
-// Learns what the user has chosen, of the items that are aimed at it.
+// Performs the core's menu actions. Called on the main thread.
 class MenuDelegate {
  public:
   virtual ~MenuDelegate() = default;
 
-  virtual void performMenuAction(MenuAction action) = 0;
+  virtual void performMenuAction(DelegateAction action) = 0;
 };
 
 }  // namespace navora

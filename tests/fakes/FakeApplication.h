@@ -13,8 +13,8 @@ class FakeApplication final : public Application {
 
   const std::vector<Menu>& menus() const { return menus_; }
   const std::vector<AboutPanelOptions>& aboutPanels() const { return aboutPanels_; }
-  // The user chooses an item of the main menu.
-  void choose(MenuAction action) { menuDelegate_->performMenuAction(action); }
+  // Acts as the user choosing an item of the main menu.
+  void choose(DelegateAction action) { menuDelegate_->performMenuAction(action); }
 
   void activateIgnoringOtherApplications() override { log_.record("application.activate"); }
   void setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) override {

@@ -9,7 +9,7 @@ namespace navora {
 
 class FakeStatusItem final : public StatusItem {
  public:
-  // `current` points at the item as long as it is there.
+  // `current` points to the item until it is destroyed.
   FakeStatusItem(EventLog& log, StatusItemDescription description, MenuDelegate& delegate,
                  FakeStatusItem*& current)
       : log_(log), description_(std::move(description)), delegate_(delegate), current_(current) {
@@ -24,7 +24,7 @@ class FakeStatusItem final : public StatusItem {
   FakeStatusItem& operator=(const FakeStatusItem&) = delete;
 
   const StatusItemDescription& description() const { return description_; }
-  void choose(MenuAction action) { delegate_.performMenuAction(action); }
+  void choose(DelegateAction action) { delegate_.performMenuAction(action); }
 
   void insertMenuItem(std::size_t index, const MenuItem& item) override {
     auto& items = description_.menu.items;

@@ -25,36 +25,30 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-MenuItem delegateItem(std::string title, MenuAction action, char key = 0) {
-  MenuItem item{std::move(title), action, std::nullopt, MenuTarget::delegate};
-  if (key != 0) item.keyEquivalent = KeyEquivalent{key};
-  return item;
+MenuItem item(std::string title, MenuAction action) {
+  return {std::move(title), action, std::nullopt};
 }
-MenuItem focusItem(std::string title, MenuAction action, char key, bool shift = false) {
-  return {std::move(title), action, KeyEquivalent{key, shift}, MenuTarget::responderChain};
-}
-MenuItem applicationItem(std::string title, MenuAction action, char key) {
-  return {std::move(title), action, KeyEquivalent{key}, MenuTarget::application};
+MenuItem item(std::string title, MenuAction action, char key, bool shift = false) {
+  return {std::move(title), action, KeyEquivalent{key, shift}};
 }
 
 std::vector<Menu> menus() {
   return {{"App",
-           {delegateItem("About", MenuAction::about),
+           {item("About", DelegateAction::about),
             MenuItem::separator(),
-            delegateItem("New_note_ ⌘⇧", MenuAction::quickCapture, 'n'),
+            item("New_note_ ⌘⇧", DelegateAction::quickCapture, 'n'),
             {"Only a message", std::nullopt, std::nullopt},
-            applicationItem("Hide", MenuAction::hide, 'h'),
-            applicationItem("Quit", MenuAction::terminate, 'q')}},
+            item("Hide", ApplicationAction::hide, 'h'),
+            item("Quit", ApplicationAction::terminate, 'q')}},
           {"Edit",
-           {focusItem("Undo", MenuAction::undo, 'z'),
-            focusItem("Redo", MenuAction::redo, 'z', true), focusItem("Cut", MenuAction::cut, 'x'),
-            focusItem("Copy", MenuAction::copy, 'c'), focusItem("Paste", MenuAction::paste, 'v'),
-            focusItem("Select All", MenuAction::selectAll, 'a')}},
-          {"View", {delegateItem("Reload", MenuAction::reload, 'r')}},
+           {item("Undo", EditAction::undo, 'z'), item("Redo", EditAction::redo, 'z', true),
+            item("Cut", EditAction::cut, 'x'), item("Copy", EditAction::copy, 'c'),
+            item("Paste", EditAction::paste, 'v'), item("Select All", EditAction::selectAll, 'a')}},
+          {"View", {item("Reload", DelegateAction::reload, 'r')}},
           {"Window",
-           {delegateItem("Show", MenuAction::showWindow, '0'),
-            focusItem("Minimise", MenuAction::performMiniaturize, 'm'),
-            focusItem("Close", MenuAction::performClose, 'w')},
+           {item("Show", DelegateAction::showWindow, '0'),
+            item("Minimise", WindowAction::performMiniaturize, 'm'),
+            item("Close", WindowAction::performClose, 'w')},
            Menu::Role::windows}};
 }
 
@@ -197,8 +191,8 @@ TEST_F(MenuBarTest, KeysActOnceWhileThePageHasTheKeyboardWhichDoesNotGetThem) {
   ASSERT_TRUE(waitForActions(3));
   keyboard_.type("x");
   ASSERT_TRUE(pageHas("x"));
-  EXPECT_THAT(delegate_.actions,
-              ElementsAre(MenuAction::quickCapture, MenuAction::reload, MenuAction::showWindow));
+  EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::quickCapture, DelegateAction::reload,
+                                             DelegateAction::showWindow));
   ASSERT_TRUE(waitForMessages());
   EXPECT_THAT(messages_.bodies(), ElementsAre("\"KeyX\""));
 }
@@ -211,7 +205,7 @@ TEST_F(MenuBarTest, KeysWithOtherModifiersAreNotTheMenus) {
   keyboard_.chord("Control+n");
   ASSERT_TRUE(waitForActions(1));
   runPendingEvents();
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::quickCapture));
+  EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::quickCapture));
 }
 
 TEST_F(MenuBarTest, HidesAndEndsTheApplication) {
@@ -241,7 +235,7 @@ TEST_F(MenuBarTest, ItemsActWhenTheyAreClicked) {
   ASSERT_TRUE(showPage());
   ASSERT_TRUE(choose(0, "About"));
   ASSERT_TRUE(waitForActions(1));
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::about));
+  EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::about));
   ASSERT_TRUE(choose(3, "Close"));
   EXPECT_TRUE(waitUntil([&] { return closeRequests_ == 1; }));
 }
@@ -253,7 +247,7 @@ TEST_F(MenuBarTest, OpensWithAKey) {
   keyboard_.chord("Down");
   keyboard_.chord("Return");
   ASSERT_TRUE(waitForActions(1));
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::about));
+  EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::about));
 }
 
 TEST_F(MenuBarTest, ThePageKeepsTheKeysOfItsEditor) {
@@ -326,7 +320,7 @@ TEST_F(MenuBarTest, KeysWorkUnderALayoutWithoutLatinLetters) {
     keyboard_.chord("Control+Shift+z");
     EXPECT_TRUE(pageHas("one"));
   }
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::quickCapture));
+  EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::quickCapture));
 }
 
 TEST_F(MenuBarTest, NativeFieldsKeepTheirKeysAndTakeTheItems) {
@@ -356,42 +350,39 @@ TEST_F(MenuBarTest, EditItemsReachTextViewsAndLabels) {
   Gtk::TextView view;
   addContent(GTK_WIDGET(view.gobj()));
   view.get_buffer()->set_text("text");
-  performEditCommand(MenuAction::selectAll, GTK_WIDGET(view.gobj()));
-  performEditCommand(MenuAction::cut, GTK_WIDGET(view.gobj()));
+  performEditAction(EditAction::selectAll, GTK_WIDGET(view.gobj()));
+  performEditAction(EditAction::cut, GTK_WIDGET(view.gobj()));
   EXPECT_EQ(view.get_buffer()->get_text(), "");
-  performEditCommand(MenuAction::paste, GTK_WIDGET(view.gobj()));
+  performEditAction(EditAction::paste, GTK_WIDGET(view.gobj()));
   EXPECT_TRUE(waitUntil([&] { return view.get_buffer()->get_text() == "text"; }));
 
   Gtk::Label label("label");
   label.set_selectable(true);
   addContent(GTK_WIDGET(label.gobj()));
-  performEditCommand(MenuAction::selectAll, GTK_WIDGET(label.gobj()));
-  performEditCommand(MenuAction::copy, GTK_WIDGET(label.gobj()));
+  performEditAction(EditAction::selectAll, GTK_WIDGET(label.gobj()));
+  performEditAction(EditAction::copy, GTK_WIDGET(label.gobj()));
   EXPECT_EQ(Gtk::Clipboard::get()->wait_for_text(), "label");
 }
 
 TEST_F(MenuBarTest, EditItemsLeaveAloneWhatHasNoText) {
   Gtk::Button button("Button");
-  for (const MenuAction action : {MenuAction::undo, MenuAction::redo, MenuAction::cut,
-                                  MenuAction::copy, MenuAction::paste, MenuAction::selectAll}) {
-    EXPECT_TRUE(isEditCommand(action));
-    performEditCommand(action, GTK_WIDGET(button.gobj()));
-    performEditCommand(action, nullptr);
+  for (const EditAction action : {EditAction::undo, EditAction::redo, EditAction::cut,
+                                  EditAction::copy, EditAction::paste, EditAction::selectAll}) {
+    performEditAction(action, GTK_WIDGET(button.gobj()));
+    performEditAction(action, nullptr);
   }
-  EXPECT_FALSE(isEditCommand(MenuAction::reload));
   EXPECT_EQ(button.get_label(), "Button");
 }
 
 TEST_F(MenuBarTest, ReplacesEverything) {
   ASSERT_TRUE(showPage());
-  bar_.setMenus({{"Other", {delegateItem("Elsewhere", MenuAction::openInBrowser, 'l')}}},
-                delegate_);
+  bar_.setMenus({{"Other", {item("Elsewhere", DelegateAction::openInBrowser, 'l')}}}, delegate_);
   ASSERT_EQ(topLevelItems().size(), 1U);
   EXPECT_TRUE(topLevelItems()[0]->get_visible());
   keyboard_.chord("Control+q");
   keyboard_.chord("Control+l");
   ASSERT_TRUE(waitForActions(1));
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::openInBrowser));
+  EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::openInBrowser));
   EXPECT_EQ(terminations_, 0);
   ASSERT_TRUE(choose(0, "Elsewhere"));
   EXPECT_TRUE(waitForActions(2));
@@ -440,7 +431,7 @@ TEST_F(MenuKeysInPanelTest, ThoseOfTheApplicationWork) {
   keyboard_.chord("Control+n");
   keyboard_.chord("Control+h");
   ASSERT_TRUE(waitUntil([&] { return hides_ == 1; }));
-  EXPECT_THAT(menuDelegate_.actions, ElementsAre(MenuAction::quickCapture));
+  EXPECT_THAT(menuDelegate_.actions, ElementsAre(DelegateAction::quickCapture));
   EXPECT_TRUE(panel_->isVisible());
 }
 

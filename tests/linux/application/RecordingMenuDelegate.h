@@ -9,12 +9,12 @@ namespace navora {
 
 class RecordingMenuDelegate final : public MenuDelegate {
  public:
-  void performMenuAction(MenuAction action) override {
+  void performMenuAction(DelegateAction action) override {
     actions.push_back(action);
     if (onAction) onAction();
   }
 
-  std::vector<MenuAction> actions;
+  std::vector<DelegateAction> actions;
   std::function<void()> onAction;
 };
 

@@ -33,16 +33,14 @@ constexpr const char* menuInterface = "com.canonical.dbusmenu";
 
 Menu statusMenu() {
   const auto item = [](std::string title, MenuAction action) {
-    return MenuItem{std::move(title), action, std::nullopt, MenuTarget::delegate};
+    return MenuItem{std::move(title), action, std::nullopt};
   };
   return {"Navora",
-          {item("New note  ⌘⇧Space", MenuAction::quickCapture),
-           item("Show_it", MenuAction::showWindow),
-           MenuItem::separator(),
-           {"Hide", MenuAction::hide, std::nullopt, MenuTarget::application},
-           {"Quit", MenuAction::terminate, std::nullopt, MenuTarget::application}}};
+          {item("New note  ⌘⇧Space", DelegateAction::quickCapture),
+           item("Show_it", DelegateAction::showWindow), MenuItem::separator(),
+           item("Hide", ApplicationAction::hide), item("Quit", ApplicationAction::terminate)}};
 }
-const MenuItem information{"Only a message", std::nullopt, std::nullopt, MenuTarget::delegate};
+const MenuItem information{"Only a message", std::nullopt, std::nullopt};
 
 class LinuxStatusItemTest : public testing::Test {
  protected:
@@ -134,7 +132,8 @@ TEST_F(LinuxStatusItemTest, ShowsTheWindowWhenItIsActivated) {
   ASSERT_TRUE(showItem());
   EXPECT_EQ(askItem("Activate", g_variant_new("(ii)", 10, 10)).error, "");
   EXPECT_EQ(askItem("SecondaryActivate", g_variant_new("(ii)", 10, 10)).error, "");
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::showWindow, MenuAction::showWindow));
+  EXPECT_THAT(delegate_.actions,
+              ElementsAre(DelegateAction::showWindow, DelegateAction::showWindow));
   EXPECT_EQ(askItem("ContextMenu", g_variant_new("(ii)", 10, 10)).error, "");
   EXPECT_EQ(askItem("Scroll", g_variant_new("(is)", 1, "vertical")).error, "");
   EXPECT_EQ(delegate_.actions.size(), 2U);
@@ -155,7 +154,8 @@ TEST_F(LinuxStatusItemTest, DoesWhatIsClicked) {
   const auto entries = layout().entries;
   for (const std::size_t index : {0U, 1U, 3U, 4U})
     EXPECT_EQ(click(entries[index].id).error, "");
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::quickCapture, MenuAction::showWindow));
+  EXPECT_THAT(delegate_.actions,
+              ElementsAre(DelegateAction::quickCapture, DelegateAction::showWindow));
   EXPECT_EQ(hides_, 1);
   EXPECT_EQ(terminations_, 1);
 }
@@ -265,7 +265,8 @@ TEST_F(LinuxStatusItemTest, TakesSeveralEventsAtOnce) {
   const auto answer = clickAll({entries[0].id, 9999, entries[1].id});
   ASSERT_TRUE(answer.value) << answer.error;
   EXPECT_EQ(stringFrom(GCharPtr(g_variant_print(answer.value.get(), FALSE)).get()), "([9999],)");
-  EXPECT_THAT(delegate_.actions, ElementsAre(MenuAction::quickCapture, MenuAction::showWindow));
+  EXPECT_THAT(delegate_.actions,
+              ElementsAre(DelegateAction::quickCapture, DelegateAction::showWindow));
 }
 
 TEST_F(LinuxStatusItemTest, MayGoWithinAnEventOfItsOwn) {

@@ -8,7 +8,6 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 constexpr const char* home = "https://navora.example/";
 
@@ -18,7 +17,7 @@ class NavoraAppDelegateMenusTest : public AppDelegateTest {
   const std::vector<MenuItem>& statusItems() { return statusItem().description().menu.items; }
 
   // The user chooses the action in both menus; what the application did, the same for both.
-  std::vector<std::string> choose(MenuAction action) {
+  std::vector<std::string> choose(DelegateAction action) {
     log().take();
     platform.application().choose(action);
     auto events = log().take();
@@ -61,12 +60,12 @@ TEST_F(NavoraAppDelegateMenusTest, BuildsEverythingAnewInANewLanguage) {
   EXPECT_EQ(statusItem().description().accessibilityLabel, "Navora");
   EXPECT_EQ(statusItems(), NavoraMenus::statusMenu().items);
   EXPECT_EQ(statusItems()[1].title, "Show");
-  EXPECT_THAT(choose(MenuAction::showWindow), Contains("application.activate"));
+  EXPECT_THAT(choose(DelegateAction::showWindow), Contains("application.activate"));
 }
 
 TEST_F(NavoraAppDelegateMenusTest, ShowsWhatTheApplicationIs) {
   launch();
-  choose(MenuAction::about);
+  choose(DelegateAction::about);
   EXPECT_THAT(platform.application().aboutPanels(),
               ElementsAre(NavoraMenus::about(), NavoraMenus::about()));
 }
@@ -74,35 +73,27 @@ TEST_F(NavoraAppDelegateMenusTest, ShowsWhatTheApplicationIs) {
 TEST_F(NavoraAppDelegateMenusTest, OpensTheQuickCaptureUnlessARestartIsPrepared) {
   launch();
   prepareRestart();
-  platform.application().choose(MenuAction::quickCapture);
+  platform.application().choose(DelegateAction::quickCapture);
   EXPECT_FALSE(platform.capturePanel().isVisible());
   giveUpRestart();
-  platform.application().choose(MenuAction::quickCapture);
+  platform.application().choose(DelegateAction::quickCapture);
   EXPECT_TRUE(platform.capturePanel().isVisible());
 }
 
 TEST_F(NavoraAppDelegateMenusTest, DoesWhatTheOtherItemsSay) {
   launchShowing(testUrl("https://navora.example/circles"));
-  EXPECT_THAT(choose(MenuAction::reload), Contains("webView.load https://navora.example/circles"));
-  EXPECT_THAT(choose(MenuAction::openInBrowser),
+  EXPECT_THAT(choose(DelegateAction::reload),
+              Contains("webView.load https://navora.example/circles"));
+  EXPECT_THAT(choose(DelegateAction::openInBrowser),
               ElementsAre("workspace.open https://navora.example/circles"));
-  EXPECT_THAT(choose(MenuAction::showWindow),
+  EXPECT_THAT(choose(DelegateAction::showWindow),
               ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
 }
 
 TEST_F(NavoraAppDelegateMenusTest, AsksForPermissionToNotify) {
   launch();
-  choose(MenuAction::enableNotifications);
+  choose(DelegateAction::enableNotifications);
   EXPECT_EQ(platform.notificationCenter().requests.size(), 2U);
-}
-
-TEST_F(NavoraAppDelegateMenusTest, LeavesTheHostsActionsToTheHost) {
-  launchShowing(testUrl(home));
-  for (const MenuAction action :
-       {MenuAction::hide, MenuAction::terminate, MenuAction::undo, MenuAction::redo,
-        MenuAction::cut, MenuAction::copy, MenuAction::paste, MenuAction::selectAll,
-        MenuAction::performMiniaturize, MenuAction::performClose})
-    EXPECT_THAT(choose(action), IsEmpty());
 }
 
 }  // namespace

@@ -49,7 +49,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, PutsTheBannerIntoTheWindow) {
 
 TEST_F(NavoraAppDelegateUpdatesTest, LooksForUpdatesWhenTheMenuSaysSo) {
   launchShowing(testUrl(page));
-  platform.application().choose(MenuAction::checkForUpdates);
+  platform.application().choose(DelegateAction::checkForUpdates);
   EXPECT_THAT(log().take(),
               ElementsAre("window.makeKeyAndOrderFront", "application.activate", "updater.check"));
 }

@@ -12,12 +12,9 @@ namespace {
 
 using testing::ElementsAre;
 
-using Action = MenuAction;
-using Target = MenuTarget;
-
-MenuItem item(std::string title, Action action, Target target = Target::delegate,
+MenuItem item(std::string title, MenuAction action,
               std::optional<KeyEquivalent> key = std::nullopt) {
-  return {std::move(title), action, key, target};
+  return {std::move(title), action, key};
 }
 
 std::vector<std::string> titles(const std::vector<Menu>& menus) {
@@ -44,49 +41,46 @@ TEST_F(NavoraMenusTest, HasTheApplicationsCommandsInTheFirst) {
   EXPECT_THAT(
       NavoraMenus::mainMenu()[0].items,
       ElementsAre(
-          item("О Наворе", Action::about), item("Проверить обновления…", Action::checkForUpdates),
-          MenuItem::separator(), item("Включить уведомления…", Action::enableNotifications),
-          item("Новая запись", Action::quickCapture, Target::delegate, KeyEquivalent{'n'}),
-          MenuItem::separator(),
-          item("Скрыть Навору", Action::hide, Target::application, KeyEquivalent{'h'}),
-          item("Завершить Навору", Action::terminate, Target::application, KeyEquivalent{'q'})));
+          item("О Наворе", DelegateAction::about),
+          item("Проверить обновления…", DelegateAction::checkForUpdates), MenuItem::separator(),
+          item("Включить уведомления…", DelegateAction::enableNotifications),
+          item("Новая запись", DelegateAction::quickCapture, KeyEquivalent{'n'}),
+          MenuItem::separator(), item("Скрыть Навору", ApplicationAction::hide, KeyEquivalent{'h'}),
+          item("Завершить Навору", ApplicationAction::terminate, KeyEquivalent{'q'})));
 }
 
 TEST_F(NavoraMenusTest, HasRedoRightAfterUndo) {
-  constexpr Target chain = Target::responderChain;
   EXPECT_THAT(NavoraMenus::mainMenu()[1].items,
-              ElementsAre(item("Отменить", Action::undo, chain, KeyEquivalent{'z'}),
-                          item("Повторить", Action::redo, chain, KeyEquivalent{'z', true}),
-                          item("Вырезать", Action::cut, chain, KeyEquivalent{'x'}),
-                          item("Копировать", Action::copy, chain, KeyEquivalent{'c'}),
-                          item("Вставить", Action::paste, chain, KeyEquivalent{'v'}),
-                          item("Выбрать всё", Action::selectAll, chain, KeyEquivalent{'a'})));
+              ElementsAre(item("Отменить", EditAction::undo, KeyEquivalent{'z'}),
+                          item("Повторить", EditAction::redo, KeyEquivalent{'z', true}),
+                          item("Вырезать", EditAction::cut, KeyEquivalent{'x'}),
+                          item("Копировать", EditAction::copy, KeyEquivalent{'c'}),
+                          item("Вставить", EditAction::paste, KeyEquivalent{'v'}),
+                          item("Выбрать всё", EditAction::selectAll, KeyEquivalent{'a'})));
 }
 
 TEST_F(NavoraMenusTest, HasThePageInTheThird) {
-  EXPECT_THAT(NavoraMenus::mainMenu()[2].items,
-              ElementsAre(item("Обновить", Action::reload, Target::delegate, KeyEquivalent{'r'}),
-                          item("Открыть в браузере", Action::openInBrowser, Target::delegate,
-                               KeyEquivalent{'l'})));
+  EXPECT_THAT(
+      NavoraMenus::mainMenu()[2].items,
+      ElementsAre(item("Обновить", DelegateAction::reload, KeyEquivalent{'r'}),
+                  item("Открыть в браузере", DelegateAction::openInBrowser, KeyEquivalent{'l'})));
 }
 
 TEST_F(NavoraMenusTest, LeavesTheWindowsOwnActionsToTheWindow) {
-  constexpr Target chain = Target::responderChain;
-  EXPECT_THAT(
-      NavoraMenus::mainMenu()[3].items,
-      ElementsAre(item("Показать Навору", Action::showWindow, Target::delegate, KeyEquivalent{'0'}),
-                  item("Свернуть", Action::performMiniaturize, chain, KeyEquivalent{'m'}),
-                  item("Закрыть окно", Action::performClose, chain, KeyEquivalent{'w'})));
+  EXPECT_THAT(NavoraMenus::mainMenu()[3].items,
+              ElementsAre(item("Показать Навору", DelegateAction::showWindow, KeyEquivalent{'0'}),
+                          item("Свернуть", WindowAction::performMiniaturize, KeyEquivalent{'m'}),
+                          item("Закрыть окно", WindowAction::performClose, KeyEquivalent{'w'})));
 }
 
 TEST_F(NavoraMenusTest, HasAShortStatusMenuWithoutKeys) {
   EXPECT_THAT(
       NavoraMenus::statusMenu().items,
-      ElementsAre(item("Новая запись  ⌘⇧Пробел", Action::quickCapture),
-                  item("Показать Навору", Action::showWindow),
-                  item("Проверить обновления…", Action::checkForUpdates),
-                  item("Включить уведомления…", Action::enableNotifications), MenuItem::separator(),
-                  item("Завершить Навору", Action::terminate, Target::application)));
+      ElementsAre(item("Новая запись  ⌘⇧Пробел", DelegateAction::quickCapture),
+                  item("Показать Навору", DelegateAction::showWindow),
+                  item("Проверить обновления…", DelegateAction::checkForUpdates),
+                  item("Включить уведомления…", DelegateAction::enableNotifications),
+                  MenuItem::separator(), item("Завершить Навору", ApplicationAction::terminate)));
 }
 
 TEST_F(NavoraMenusTest, OnlyInformsOfATakenShortcut) {

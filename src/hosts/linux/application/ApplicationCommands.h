@@ -2,13 +2,24 @@
 
 #include <functional>
 
+#include "platform/Menu.h"
+
 namespace navora {
 
-// What the host does to the whole application when a menu says so. Both are set, and may end the
-// menu that calls them.
+// Performs the menu actions on the whole application. Both functions are set; either may destroy
+// the menu that calls it.
 struct ApplicationCommands {
   std::function<void()> hide;
   std::function<void()> terminate;
+
+  void perform(ApplicationAction action) const {
+    switch (action) {
+      case ApplicationAction::hide:
+        return hide();
+      case ApplicationAction::terminate:
+        return terminate();
+    }
+  }
 };
 
 }  // namespace navora

@@ -5,42 +5,27 @@
 namespace navora {
 namespace {
 
-// The engine's name of the command; null for what is none.
-const char* pageCommandFor(MenuAction action) {
+const char* pageCommandFor(EditAction action) {
   switch (action) {
-    case MenuAction::undo:
+    case EditAction::undo:
       return WEBKIT_EDITING_COMMAND_UNDO;
-    case MenuAction::redo:
+    case EditAction::redo:
       return WEBKIT_EDITING_COMMAND_REDO;
-    case MenuAction::cut:
+    case EditAction::cut:
       return WEBKIT_EDITING_COMMAND_CUT;
-    case MenuAction::copy:
+    case EditAction::copy:
       return WEBKIT_EDITING_COMMAND_COPY;
-    case MenuAction::paste:
+    case EditAction::paste:
       return WEBKIT_EDITING_COMMAND_PASTE;
-    case MenuAction::selectAll:
+    case EditAction::selectAll:
       return WEBKIT_EDITING_COMMAND_SELECT_ALL;
-    default:
-      return nullptr;
   }
+  return nullptr;
 }
 
-// The signal with which the toolkit's own keys do it.
-const char* clipboardSignalFor(MenuAction action) {
-  switch (action) {
-    case MenuAction::cut:
-      return "cut-clipboard";
-    case MenuAction::copy:
-      return "copy-clipboard";
-    case MenuAction::paste:
-      return "paste-clipboard";
-    default:
-      return nullptr;
-  }
-}
-
-bool hasSignal(GtkWidget* widget, const char* name) {
-  return g_signal_lookup(name, G_OBJECT_TYPE(widget)) != 0;
+// Emits the action signal that the widget's own key binding would, if the widget has it.
+void emitClipboardSignal(GtkWidget* widget, const char* name) {
+  if (g_signal_lookup(name, G_OBJECT_TYPE(widget)) != 0) g_signal_emit_by_name(widget, name);
 }
 
 void selectAll(GtkWidget* focus) {
@@ -53,21 +38,31 @@ void selectAll(GtkWidget* focus) {
   }
 }
 
-}  // namespace
-
-bool isEditCommand(MenuAction action) {
-  return pageCommandFor(action) != nullptr;
+void performOnNativeText(EditAction action, GtkWidget* focus) {
+  switch (action) {
+    case EditAction::undo:
+    case EditAction::redo:
+      return;
+    case EditAction::cut:
+      return emitClipboardSignal(focus, "cut-clipboard");
+    case EditAction::copy:
+      return emitClipboardSignal(focus, "copy-clipboard");
+    case EditAction::paste:
+      return emitClipboardSignal(focus, "paste-clipboard");
+    case EditAction::selectAll:
+      return selectAll(focus);
+  }
 }
 
-void performEditCommand(MenuAction action, GtkWidget* focus) {
-  if (focus == nullptr || !isEditCommand(action)) return;
+}  // namespace
+
+void performEditAction(EditAction action, GtkWidget* focus) {
+  if (focus == nullptr) return;
   if (WEBKIT_IS_WEB_VIEW(focus)) {
     webkit_web_view_execute_editing_command(WEBKIT_WEB_VIEW(focus), pageCommandFor(action));
-    return;
+  } else {
+    performOnNativeText(action, focus);
   }
-  if (action == MenuAction::selectAll) return selectAll(focus);
-  const char* signal = clipboardSignalFor(action);
-  if (signal != nullptr && hasSignal(focus, signal)) g_signal_emit_by_name(focus, signal);
 }
 
 }  // namespace navora

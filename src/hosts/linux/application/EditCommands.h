@@ -6,11 +6,9 @@
 
 namespace navora {
 
-// Whether the action is about the text that has the keyboard: undo to selectAll.
-bool isEditCommand(MenuAction action);
-
-// Does it to a page, a text field, a text view or a label, with what that knows; anything else,
-// null included, is left alone. The toolkit's own fields and views have no undo.
-void performEditCommand(MenuAction action, GtkWidget* focus);
+// Applies the action to the focused widget: a page, a text field, a text view or a label. Does
+// nothing for other widgets or null, nor for actions that the widget does not support: GTK 3's own
+// text widgets have no undo.
+void performEditAction(EditAction action, GtkWidget* focus);
 
 }  // namespace navora

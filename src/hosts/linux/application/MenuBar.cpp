@@ -1,6 +1,7 @@
 #include "hosts/linux/application/MenuBar.h"
 
 #include <utility>
+#include <variant>
 
 #include <gtkmm/accellabel.h>
 #include <gtkmm/separatormenuitem.h>
@@ -25,10 +26,21 @@ bool types(const GdkEventKey& event, const KeyEquivalent& key) {
          latinKeyFrom(event) == keyvalOf(key);
 }
 
-// A panel shows neither the page nor a frame with a button to minimise it.
-bool makesSenseInPanel(MenuAction action) {
-  return action != MenuAction::reload && action != MenuAction::openInBrowser &&
-         action != MenuAction::performMiniaturize;
+// A panel has neither a page nor a frame with a minimise button, so the keys of the actions on them
+// are active in the main window only.
+bool isMainWindowAction(const MenuAction& action) {
+  return action == MenuAction(DelegateAction::reload) ||
+         action == MenuAction(DelegateAction::openInBrowser) ||
+         action == MenuAction(WindowAction::performMiniaturize);
+}
+
+void performInWindow(WindowAction action, GtkWindow* window) {
+  switch (action) {
+    case WindowAction::performMiniaturize:
+      return gtk_window_iconify(window);
+    case WindowAction::performClose:
+      return gtk_window_close(window);
+  }
 }
 
 }  // namespace
@@ -92,13 +104,13 @@ Gtk::MenuItem* MenuBar::makeItem(const MenuItem& item) {
 }
 
 void MenuBar::addKey(const MenuItem& item) {
-  if (isEditCommand(*item.action)) {
+  if (std::holds_alternative<EditAction>(*item.action)) {
     editItems_.push_back(item);
     return;
   }
   const auto release = [](gpointer data, GClosure*) { delete static_cast<ShortcutData*>(data); };
   GtkAccelGroup* group =
-      makesSenseInPanel(*item.action) ? commonKeys_.get() : mainWindowKeys_.get();
+      isMainWindowAction(*item.action) ? mainWindowKeys_.get() : commonKeys_.get();
   GClosure* closure = g_cclosure_new(G_CALLBACK(onShortcut), new ShortcutData{this, item}, release);
   gtk_accel_group_connect(group, keyvalOf(*item.keyEquivalent), modifiersOf(*item.keyEquivalent),
                           GTK_ACCEL_VISIBLE, closure);
@@ -137,31 +149,25 @@ gboolean MenuBar::onShortcut(GtkAccelGroup*, GObject* window, guint, GdkModifier
 bool MenuBar::keyLeftOver(const GdkEventKey& event, GtkWindow* window) {
   for (const MenuItem& item : editItems_) {
     if (!types(event, *item.keyEquivalent)) continue;
-    performInWindow(*item.action, window);
+    perform(item, window);
     return true;
   }
   return false;
 }
 
 void MenuBar::perform(const MenuItem& item, GtkWindow* window) {
-  switch (item.target) {
-    case MenuTarget::delegate:
-      return delegate_->performMenuAction(*item.action);
-    case MenuTarget::application:
-      return item.action == MenuAction::hide ? commands_.hide() : commands_.terminate();
-    case MenuTarget::responderChain:
-      return performInWindow(*item.action, window);
-  }
-}
+  struct Performer {
+    MenuBar& bar;
+    GtkWindow* window;
 
-void MenuBar::performInWindow(MenuAction action, GtkWindow* window) {
-  if (action == MenuAction::performMiniaturize) {
-    gtk_window_iconify(window);
-  } else if (action == MenuAction::performClose) {
-    gtk_window_close(window);
-  } else {
-    performEditCommand(action, gtk_window_get_focus(window));
-  }
+    void operator()(DelegateAction action) const { bar.delegate_->performMenuAction(action); }
+    void operator()(ApplicationAction action) const { bar.commands_.perform(action); }
+    void operator()(EditAction action) const {
+      performEditAction(action, gtk_window_get_focus(window));
+    }
+    void operator()(WindowAction action) const { performInWindow(action, window); }
+  };
+  std::visit(Performer{*this, window}, *item.action);
 }
 
 }  // namespace navora

@@ -49,7 +49,6 @@ class MenuBar {
   // A key that nobody wanted.
   bool keyLeftOver(const GdkEventKey& event, GtkWindow* window);
   void perform(const MenuItem& item, GtkWindow* window);
-  void performInWindow(MenuAction action, GtkWindow* window);
 
   ApplicationCommands commands_;
   MenuDelegate* delegate_ = nullptr;

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <string_view>
 #include <utility>
+#include <variant>
 
 #include <unistd.h>
 
@@ -147,11 +148,11 @@ void LinuxStatusItem::insertMenuItem(std::size_t index, const MenuItem& item) {
 }
 
 void LinuxStatusItem::choose(const MenuItem& item) {
-  if (item.target == MenuTarget::delegate) return delegate_.performMenuAction(*item.action);
-  // May end this item.
+  if (const auto* action = std::get_if<DelegateAction>(&*item.action))
+    return delegate_.performMenuAction(*action);
+  // Copied because the commands may destroy this item.
   const ApplicationCommands commands = commands_;
-  if (item.action == MenuAction::terminate) commands.terminate();
-  if (item.action == MenuAction::hide) commands.hide();
+  if (const auto* action = std::get_if<ApplicationAction>(&*item.action)) commands.perform(*action);
 }
 
 void LinuxStatusItem::call(const char* method, GDBusMethodInvocation* invocation) {
@@ -159,7 +160,7 @@ void LinuxStatusItem::call(const char* method, GDBusMethodInvocation* invocation
   g_dbus_method_invocation_return_value(invocation, nullptr);
   // The tray shows the menu itself, and there is nothing to scroll.
   if (name == "Activate" || name == "SecondaryActivate")
-    delegate_.performMenuAction(MenuAction::showWindow);
+    delegate_.performMenuAction(DelegateAction::showWindow);
 }
 
 GVariant* LinuxStatusItem::property(const char* name) const {

@@ -1,37 +1,40 @@
 #include "hosts/macos/application/AppKitMenus.h"
 
+#include <variant>
+
 #include "hosts/macos/system/Conversions.h"
 
-using navora::MenuAction;
+using navora::DelegateAction;
 
 @implementation NavoraMenuTarget
 
 - (void)about:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::about);
+  if (self.delegate != nullptr) self.delegate->performMenuAction(DelegateAction::about);
 }
 
 - (void)checkForUpdates:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::checkForUpdates);
+  if (self.delegate != nullptr) self.delegate->performMenuAction(DelegateAction::checkForUpdates);
 }
 
 - (void)enableNotifications:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::enableNotifications);
+  if (self.delegate != nullptr)
+    self.delegate->performMenuAction(DelegateAction::enableNotifications);
 }
 
 - (void)quickCapture:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::quickCapture);
+  if (self.delegate != nullptr) self.delegate->performMenuAction(DelegateAction::quickCapture);
 }
 
 - (void)reload:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::reload);
+  if (self.delegate != nullptr) self.delegate->performMenuAction(DelegateAction::reload);
 }
 
 - (void)openInBrowser:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::openInBrowser);
+  if (self.delegate != nullptr) self.delegate->performMenuAction(DelegateAction::openInBrowser);
 }
 
 - (void)showWindow:(id)sender {
-  if (self.delegate != nullptr) self.delegate->performMenuAction(MenuAction::showWindow);
+  if (self.delegate != nullptr) self.delegate->performMenuAction(DelegateAction::showWindow);
 }
 
 @end
@@ -40,57 +43,75 @@ namespace navora {
 
 namespace {
 
-SEL selectorOf(MenuAction action) {
+SEL selectorOf(DelegateAction action) {
   switch (action) {
-    case MenuAction::about:
+    case DelegateAction::about:
       return @selector(about:);
-    case MenuAction::checkForUpdates:
+    case DelegateAction::checkForUpdates:
       return @selector(checkForUpdates:);
-    case MenuAction::enableNotifications:
+    case DelegateAction::enableNotifications:
       return @selector(enableNotifications:);
-    case MenuAction::quickCapture:
+    case DelegateAction::quickCapture:
       return @selector(quickCapture:);
-    case MenuAction::hide:
-      return @selector(hide:);
-    case MenuAction::terminate:
-      return @selector(terminate:);
-    // Responders implement undo: and redo:, but AppKit declares neither.
-    case MenuAction::undo:
-      return NSSelectorFromString(@"undo:");
-    case MenuAction::redo:
-      return NSSelectorFromString(@"redo:");
-    case MenuAction::cut:
-      return @selector(cut:);
-    case MenuAction::copy:
-      return @selector(copy:);
-    case MenuAction::paste:
-      return @selector(paste:);
-    case MenuAction::selectAll:
-      return @selector(selectAll:);
-    case MenuAction::reload:
+    case DelegateAction::reload:
       return @selector(reload:);
-    case MenuAction::openInBrowser:
+    case DelegateAction::openInBrowser:
       return @selector(openInBrowser:);
-    case MenuAction::showWindow:
+    case DelegateAction::showWindow:
       return @selector(showWindow:);
-    case MenuAction::performMiniaturize:
+  }
+}
+
+SEL selectorOf(ApplicationAction action) {
+  switch (action) {
+    case ApplicationAction::hide:
+      return @selector(hide:);
+    case ApplicationAction::terminate:
+      return @selector(terminate:);
+  }
+}
+
+SEL selectorOf(EditAction action) {
+  switch (action) {
+    // Responders implement undo: and redo:, but AppKit declares neither.
+    case EditAction::undo:
+      return NSSelectorFromString(@"undo:");
+    case EditAction::redo:
+      return NSSelectorFromString(@"redo:");
+    case EditAction::cut:
+      return @selector(cut:);
+    case EditAction::copy:
+      return @selector(copy:);
+    case EditAction::paste:
+      return @selector(paste:);
+    case EditAction::selectAll:
+      return @selector(selectAll:);
+  }
+}
+
+SEL selectorOf(WindowAction action) {
+  switch (action) {
+    case WindowAction::performMiniaturize:
       return @selector(performMiniaturize:);
-    case MenuAction::performClose:
+    case WindowAction::performClose:
       return @selector(performClose:);
   }
 }
 
-// A nil target sends the action through the key window's responder chain.
-id _Nullable targetOf(MenuTarget where, NavoraMenuTarget* target) {
-  switch (where) {
-    case MenuTarget::delegate:
-      return target;
-    case MenuTarget::application:
-      return NSApplication.sharedApplication;
-    case MenuTarget::responderChain:
-      return nil;
-  }
+SEL _Nullable actionOf(const MenuItem& item) {
+  if (!item.action) return nullptr;
+  return std::visit([](auto action) { return selectorOf(action); }, *item.action);
 }
+
+struct TargetSelection {
+  NavoraMenuTarget* delegateTarget;
+
+  id operator()(DelegateAction) const { return delegateTarget; }
+  id operator()(ApplicationAction) const { return NSApplication.sharedApplication; }
+  // A nil target sends the action through the key window's responder chain.
+  id _Nullable operator()(EditAction) const { return nil; }
+  id _Nullable operator()(WindowAction) const { return nil; }
+};
 
 NSString* keyEquivalentOf(const MenuItem& item) {
   return toNSString(item.keyEquivalent ? std::string(1, item.keyEquivalent->key) : std::string());
@@ -100,15 +121,14 @@ NSString* keyEquivalentOf(const MenuItem& item) {
 
 NSMenuItem* toNSMenuItem(const MenuItem& item, NavoraMenuTarget* target) {
   if (item.isSeparator()) return [NSMenuItem separatorItem];
-  NSMenuItem* nsItem =
-      [[NSMenuItem alloc] initWithTitle:toNSString(item.title)
-                                 action:item.action ? selectorOf(*item.action) : nullptr
-                          keyEquivalent:keyEquivalentOf(item)];
+  NSMenuItem* nsItem = [[NSMenuItem alloc] initWithTitle:toNSString(item.title)
+                                                  action:actionOf(item)
+                                           keyEquivalent:keyEquivalentOf(item)];
   if (item.keyEquivalent && item.keyEquivalent->shift) {
     nsItem.keyEquivalentModifierMask = NSEventModifierFlagCommand | NSEventModifierFlagShift;
   }
   // Without an action the item is informative, and the menu disables it.
-  if (item.action) nsItem.target = targetOf(item.target, target);
+  if (item.action) nsItem.target = std::visit(TargetSelection{target}, *item.action);
   return nsItem;
 }
 
