@@ -8,14 +8,13 @@
 namespace navora {
 namespace {
 
-// Command and Shift in the bits that the registration uses.
 constexpr HotKey hotKey{.keyCode = KeyEvent::spaceKey,
-                        .carbonModifiers = 256 + 512,
+                        .carbonModifiers = HotKey::carbonCommand | HotKey::carbonShift,
                         .signature = 0x4E41564F,  // "NAVO"
                         .identifier = 1};
 
-// The modifiers that a key press is compared by: without Caps Lock, the numeric pad and Fn, which
-// say nothing about what the user meant.
+// The modifier bits compared: all device-independent ones except Caps Lock, the numeric pad and Fn,
+// which do not change the meaning of a shortcut.
 constexpr std::uint32_t comparedModifiers = 0xFF5E0000;
 
 bool isShortcut(const KeyEvent& event) {

@@ -2,18 +2,18 @@
 
 #include <vector>
 
-#include "platform/AboutPanel.h"
+#include "platform/Application.h"
 #include "platform/Menu.h"
 
 namespace navora {
 
-// The application's menus and its About panel, in the interface's current language.
+// Creates the application's menus and About panel in the current interface language.
 class NavoraMenus {
  public:
-  // Application, edit, view and window.
+  // Returns the application, edit, view and window menus.
   static std::vector<Menu> mainMenu();
   static Menu statusMenu();
-  // Says in the status menu that another application has the capture shortcut.
+  // Returns the status menu's line that another application has the capture shortcut.
   static MenuItem shortcutTaken();
   static AboutPanelOptions about();
 };

@@ -43,13 +43,13 @@ std::vector<UserScript> PageScripts::userScripts(const Url& origin,
       DesktopTimeZone::script(timeZoneIdentifier) + " " + std::string(timeZoneDetection);
 
   std::vector<UserScript> scripts;
-  scripts.push_back({guarded(origin, timeZone), InjectionTime::documentStart, true});
-  scripts.push_back({std::string(settingsSynchronization), InjectionTime::documentEnd, true});
+  scripts.push_back({guarded(origin, timeZone), InjectionTime::documentStart});
+  scripts.push_back({std::string(settingsSynchronization), InjectionTime::documentEnd});
   if (const auto appearance = resources.read("CaptureAppearance", "js")) {
-    scripts.push_back({guarded(origin, *appearance), InjectionTime::documentEnd, true});
+    scripts.push_back({guarded(origin, *appearance), InjectionTime::documentEnd});
   }
   if (auto guard = resources.read("RestartGuard", "js")) {
-    scripts.push_back({*std::move(guard), InjectionTime::documentStart, true});
+    scripts.push_back({*std::move(guard), InjectionTime::documentStart});
   }
   return scripts;
 }

@@ -13,7 +13,8 @@ void BackgroundJobs::add(Step work, Step completion) {
 }
 
 void BackgroundJobs::completeNext() {
-  if (completions_.empty()) fatalError("No work has ended", "BackgroundJobs", __LINE__);
+  if (completions_.empty())
+    fatalError("No background work has finished", "BackgroundJobs", __LINE__);
   const Step completion = std::move(completions_.front());
   completions_.pop_front();
   completion();
@@ -22,7 +23,7 @@ void BackgroundJobs::completeNext() {
 void BackgroundJobs::dropWaiting() {
   std::deque<Step> dropped;
   const std::lock_guard lock(mutex_);
-  // Released after the lock: what the work captured may be anything.
+  // Destroyed after the lock is released, because destroying the captures may run any code.
   dropped.swap(works_);
 }
 

@@ -6,27 +6,27 @@
 
 namespace navora {
 
-// The part of a BackgroundQueue that is the same everywhere: what is to be done and who waits for
-// it. The host brings the one thread that works, and calls for the completions on the main thread.
+// The portable part of a BackgroundQueue: pending work and its completions, in order. The host
+// provides the worker thread and runs the completions on the main thread. Only workOnNext() is
+// called on the worker thread; everything else, the destructor included, on the main thread.
 class BackgroundJobs {
  public:
   using Step = std::function<void()>;
 
-  // The rest happens on the main thread, the destruction included.
+  // Appends `work`, and the `completion` to run once it has finished.
   void add(Step work, Step completion);
-  // Calls the completion of the oldest work, which must have ended.
+  // Runs the completion of the oldest work, which must have finished.
   void completeNext();
-  // Forgets the work that has not begun.
+  // Discards the work that has not started.
   void dropWaiting();
 
-  // On the thread that works: does the oldest work that waits and releases what it captured. False
-  // if there is none.
+  // Runs the oldest pending work and destroys its captures. Returns false if nothing is pending.
   bool workOnNext();
 
  private:
   std::mutex mutex_;
   std::deque<Step> works_;  // guarded by the mutex
-  // Of all work that was added, in its order.
+  // One for each work added, in the same order.
   std::deque<Step> completions_;
 };
 

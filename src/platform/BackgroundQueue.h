@@ -9,26 +9,26 @@
 
 namespace navora {
 
-// Another thread for work on values that would keep the main thread too long.
+// One background thread for pure work on values that would block the main thread for too long.
 //
-// The host destroys the queue on the main thread: that waits for the end of the work that runs.
-// Work that has not begun is dropped, and no completion comes any more.
+// Destroyed on the main thread: the destructor waits for running work to finish, discards work that
+// has not started, and no further completion is called.
 class BackgroundQueue {
  public:
   virtual ~BackgroundQueue() = default;
 
-  // Called on the main thread. `work` runs on the other one, after the work that was handed over
-  // before, and then `completion` on the main thread, never before this returns.
+  // Called on the main thread. Runs `work` on the background thread, after all work passed in
+  // earlier, and then `completion` on the main thread, never before run() returns.
   //
-  // The work may touch only what it owns and what never changes: no door, no text of the interface,
-  // nothing of the objects of the main thread. It must not throw. What it captured is released on
-  // the other thread before the completion comes, or on the main thread if it never runs; what the
-  // completion captured always on the main thread.
+  // `work` may use only values that it owns and immutable data: no platform interface, no localized
+  // text, no object of the main thread. It must not throw. Its captures are destroyed on the
+  // background thread before `completion` is called, or on the main thread if it never runs; those
+  // of `completion` always on the main thread.
   virtual void run(std::function<void()> work, std::function<void()> completion) = 0;
 };
 
-// For tasks: the value that `work` makes on the other thread. The work goes on when the task ends,
-// and its value is dropped.
+// Runs `work` on the background thread and resumes the awaiting task with its value. If the task is
+// destroyed first, the work still finishes and its value is discarded.
 template <class Value>
 CallbackAwaiter<Value> awaitBackground(BackgroundQueue& queue, std::function<Value()> work) {
   return awaitCallback<Value>([&queue, work = std::move(work)](Callback<Value> done) mutable {

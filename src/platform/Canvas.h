@@ -4,13 +4,45 @@
 
 #include "platform/Color.h"
 #include "platform/Geometry.h"
-#include "platform/Path.h"
 
 namespace navora {
 
-// Stops by location from 0 to 1. The line runs through the middle of the painted path's bounds in
-// the direction of `angle` (degrees, counter-clockwise from the x axis) and is as long as the
-// bounds need for their outermost corners to get the end colours.
+// A path of lines and cubic Bézier curves. Every `moveTo` starts a subpath; the first element must
+// be one.
+class Path {
+ public:
+  enum class Kind { moveTo, lineTo, curveTo };
+  struct Element {
+    Kind kind;
+    Point end;
+    // Set for `curveTo` only.
+    Point control1{};
+    Point control2{};
+    bool operator==(const Element&) const = default;
+  };
+
+  Path& moveTo(Point point) { return append({Kind::moveTo, point}); }
+  Path& lineTo(Point point) { return append({Kind::lineTo, point}); }
+  Path& curveTo(Point end, Point control1, Point control2) {
+    return append({Kind::curveTo, end, control1, control2});
+  }
+
+  const std::vector<Element>& elements() const { return elements_; }
+
+  bool operator==(const Path&) const = default;
+
+ private:
+  Path& append(Element element) {
+    elements_.push_back(element);
+    return *this;
+  }
+
+  std::vector<Element> elements_;
+};
+
+// A linear gradient whose stops have locations from 0 to 1. The gradient line passes through the
+// centre of the painted shape's bounds at `angle` (degrees, counter-clockwise from the x axis), and
+// is just long enough that the outermost corners get the end colours.
 struct LinearGradient {
   struct Stop {
     double location = 0;
@@ -29,20 +61,21 @@ struct StrokeStyle {
   bool operator==(const StrokeStyle&) const = default;
 };
 
-// What a view paints on, in the view's coordinates: the origin is its lower left corner and y grows
-// upwards. Valid during the call that hands it over.
+// A drawing surface in the coordinates of its view: the origin is the lower left corner and y grows
+// upwards. Valid only during the call that receives it.
 class Canvas {
  public:
   virtual ~Canvas() = default;
 
-  // A radius of more than half a side counts as that half.
+  // `radius` is clamped to half the shorter side.
   virtual void fillRoundedRectangle(const Rectangle& rectangle, double radius,
                                     const LinearGradient& gradient) = 0;
   virtual void strokeRoundedRectangle(const Rectangle& rectangle, double radius, Color color,
                                       const StrokeStyle& style) = 0;
-  // The ellipse inscribed in the rectangle.
+  // Fills the ellipse inscribed in the rectangle.
   virtual void fillOval(const Rectangle& rectangle, Color color) = 0;
-  // All subpaths at once: where they cross, the colour is not laid on twice.
+  // Strokes all subpaths in one operation, so that a translucent colour is not applied twice where
+  // they cross.
   virtual void strokePath(const Path& path, Color color, const StrokeStyle& style) = 0;
 };
 

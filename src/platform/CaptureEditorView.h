@@ -9,12 +9,12 @@ namespace navora {
 
 enum class FontFamily { sans, serif, mono };
 
-// How the editor's text looks.
+// The appearance of the editor's text.
 struct CaptureEditorStyle {
   FontFamily family = FontFamily::sans;
   // Points.
   double fontSize = 17;
-  // The smallest height of a line; also of those that were typed under another style.
+  // Minimum line height in points. Applies to existing text too.
   double lineHeight = 0;
   Color ink;
   Color caret;
@@ -23,43 +23,45 @@ struct CaptureEditorStyle {
   bool operator==(const CaptureEditorStyle&) const = default;
 };
 
+// Receives the editor's events. Called on the main thread.
 class CaptureEditorDelegate {
  public:
   virtual ~CaptureEditorDelegate() = default;
 
-  // A key press on its way to the editor; `composing` while an input method holds uncommitted text.
-  // True keeps it from the editor.
+  // Called before the editor handles a key press; `composing` is true while an input method holds
+  // uncommitted text. Returns true to consume the event.
   virtual bool editorKeyDown(const KeyEvent& event, bool composing) = 0;
-  // The same for combinations with the desktop's main modifier, which come here first on platforms
-  // that tell them apart.
+  // The same for key equivalents (combinations with the main modifier), on platforms that dispatch
+  // them before ordinary key presses.
   virtual bool editorKeyEquivalent(const KeyEvent& event, bool composing) = 0;
-  // After the user changed the text, whether typed, pasted, dropped or undone. Not for `clear`.
+  // Called after the user changed the text by typing, pasting, dropping or undoing; not after
+  // clear().
   virtual void editorTextDidChange() = 0;
   virtual void editorDidChangeFocus(bool focused) = 0;
 };
 
-// The plain text editor of the capture panel: undo, the platform's input methods, an overlay
-// scroller that hides itself, no background of its own.
+// The plain text editor of the capture panel, with undo, the platform's input methods, an
+// auto-hiding overlay scroller and no background.
 class CaptureEditorView {
  public:
   virtual ~CaptureEditorView() = default;
 
-  // UTF-8, line breaks as "\n".
+  // Returns the text as UTF-8 with "\n" line breaks.
   virtual std::string text() const = 0;
-  // Empties the text, and what undo could bring back.
+  // Removes the text and the undo history.
   virtual void clear() = 0;
   virtual void setEditable(bool editable) = 0;
   virtual void setStyle(const CaptureEditorStyle& style) = 0;
-  // Shown while the text is empty and nothing is being composed.
+  // Sets the text shown while the editor is empty and nothing is being composed.
   virtual void setPlaceholder(const std::string& text) = 0;
   virtual void setAccessibilityLabel(const std::string& label) = 0;
 
   virtual void makeFirstResponder() = 0;
   virtual void moveCaretToEnd() = 0;
 
-  // The height of the laid-out text at the editor's present width, with an empty line after a final
-  // line break, without the insets. Exact below `enough`; a text that is at least so high gives
-  // some height that is, too, so that nobody lays out what makes no difference.
+  // Returns the height in points of the text laid out at the editor's current width, including the
+  // empty line after a final line break, excluding the insets. Exact below `enough`; taller text
+  // may return any value >= `enough`, so that layout can stop early.
   virtual double textHeight(double enough) = 0;
 };
 

@@ -12,13 +12,13 @@ namespace navora {
 
 class Canvas;
 
-// Where the parts of the panel are. `frames` is for hosts without a layout system of their own.
+// The metrics of the panel's layout, in points. Hosts without a layout system use framesIn().
 struct CapturePanelLayout {
   static constexpr double buttonSize = 38;
-  // The message begins this far right of the editor's edge and keeps this distance to the button.
+  // From the editor's left edge to the message, and from the message to the button.
   static constexpr double messageIndent = 5;
   static constexpr double messageButtonGap = 18;
-  // Above and below the text, inside of the editor.
+  // Above and below the text, within the editor.
   static constexpr double editorInset = 5;
 
   double padding = 0;
@@ -27,22 +27,23 @@ struct CapturePanelLayout {
 
   struct Frames {
     Rectangle editor;
-    // The widest that the message may get.
+    // At its maximum width.
     Rectangle message;
     Rectangle button;
     bool operator==(const Frames&) const = default;
   };
-  // In a panel of this size: the editor at the top, the button in the lower right corner, the
-  // message left of it on the same middle line.
+  // Computes the frames in a panel of this size: the editor at the top, the button in the lower
+  // right corner, the message to its left with the same vertical centre.
   Frames framesIn(Size panel) const;
 
   bool operator==(const CapturePanelLayout&) const = default;
 };
 
-// Nothing of it is called while the panel is being made or destroyed.
+// Receives the panel's events and paints it. Called on the main thread, never while the panel is
+// being constructed or destroyed.
 class CapturePanelDelegate : public CaptureEditorDelegate {
  public:
-  // The user gave the focus to something else. Not called for a panel that was ordered out.
+  // The panel lost the keyboard focus to another window. Not called after orderOut().
   virtual void panelDidResignKey() = 0;
   virtual void submitButtonPressed() = 0;
   virtual void submitButtonHovered(bool hovered) = 0;
@@ -52,9 +53,9 @@ class CapturePanelDelegate : public CaptureEditorDelegate {
   virtual void systemAppearanceDidChange(bool dark) = 0;
 };
 
-// The floating panel of the quick capture: no title bar, over all windows of every work space,
-// movable by its background. It takes the keyboard focus without activating the application. It is
-// made hidden and lives as long as its controller.
+// The floating capture panel: borderless, above all windows on every workspace, movable by its
+// background. It takes the keyboard focus without activating the application. Created hidden; lives
+// as long as its controller.
 class CapturePanelView {
  public:
   static constexpr double messageFontSize = 12;
@@ -66,20 +67,20 @@ class CapturePanelView {
 
   virtual void setTitle(const std::string& title) = 0;
   virtual void setAppearance(WindowAppearance appearance) = 0;
-  // Whether the desktop as a whole is dark now, whatever the panel's own appearance.
+  // Returns whether the desktop currently uses a dark appearance, whatever the panel's own is.
   virtual bool systemIsDark() const = 0;
 
   virtual bool isVisible() const = 0;
   virtual Rectangle frame() const = 0;
   virtual void setFrame(const Rectangle& frame) = 0;
-  // Of the screen that the panel is on; none while it is on none.
+  // Returns the visible frame of the panel's screen, or nullopt while it is on no screen.
   virtual std::optional<Rectangle> screenVisibleFrame() const = 0;
   virtual void makeKeyAndOrderFront() = 0;
   virtual void orderOut() = 0;
 
   virtual void setMessage(const std::string& text) = 0;
   virtual void setMessageColor(Color color) = 0;
-  // The height of the message's text, wrapped at this width.
+  // Returns the height in points of the message wrapped at `width`.
   virtual double messageTextHeight(double width) = 0;
 
   virtual void setSubmitEnabled(bool enabled) = 0;

@@ -2,7 +2,7 @@
 
 namespace navora {
 
-// sRGB, not premultiplied; every component from 0 to 1.
+// An sRGB colour, not premultiplied; every component from 0 to 1.
 struct Color {
   double red, green, blue, alpha;
   bool operator==(const Color&) const = default;

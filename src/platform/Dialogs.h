@@ -14,7 +14,7 @@ namespace navora {
 
 class MainWindow;
 
-// An application-modal alert.
+// The contents of an application-modal alert.
 struct AlertDescription {
   struct TextField {
     Size size;
@@ -24,23 +24,23 @@ struct AlertDescription {
 
   std::string messageText;
   std::string informativeText;
-  // The first one is the default button. Empty: the platform's own single button.
+  // The first is the default button. If empty, the alert has the platform's standard single button.
   std::vector<std::string> buttons;
-  // Below the texts, with the keyboard focus.
+  // Shown below the texts, with the keyboard focus.
   std::optional<TextField> textField;
 
   bool operator==(const AlertDescription&) const = default;
 };
 
 struct AlertResult {
-  // Index of the button pressed. Closing the alert in another way gives the last one.
+  // Index of the pressed button; the last one if the alert was closed without a button.
   std::size_t button = 0;
-  // Content of the text field, empty without one.
+  // Content of the text field; empty if there is none.
   std::string text;
 };
 
-// Native dialogs. Completions are called exactly once, on the main thread, before the call returns
-// or later.
+// Native dialogs. Each completion is called exactly once, on the main thread, possibly before the
+// function returns.
 class Dialogs {
  public:
   using AlertCompletion = std::function<void(const AlertResult&)>;
@@ -51,7 +51,7 @@ class Dialogs {
   virtual ~Dialogs() = default;
 
   virtual void runAlert(const AlertDescription& alert, AlertCompletion completion) = 0;
-  // Sheets on `window`.
+  // Show a file chooser as a sheet on `window`. The completion gets nullopt if the user cancels.
   virtual void beginOpenPanel(MainWindow& window, const OpenPanelParameters& parameters,
                               OpenPanelCompletion completion) = 0;
   virtual void beginSavePanel(MainWindow& window, const std::string& suggestedName,

@@ -12,25 +12,27 @@ namespace navora {
 
 class Download;
 
-// What a download asks and reports. Called on the main thread.
+// Makes a download's decisions and receives its result. Called on the main thread.
 class DownloadDelegate {
  public:
-  // The file to write, or none to cancel the download. May be called later, at most once.
+  // Takes the file to write, or nullopt to cancel the download. Called at most once, possibly
+  // later.
   using DestinationCompletion = std::function<void(std::optional<std::filesystem::path>)>;
 
   virtual ~DownloadDelegate() = default;
 
   virtual void decideDestination(Download& download, const std::string& suggestedFilename,
                                  DestinationCompletion completion) = 0;
-  // Whether a redirect to `url` may be followed; refusing ends the download as failed.
+  // Returns whether a redirect to `url` may be followed; a refused redirect fails the download.
   virtual bool allowsRedirect(Download& download, const std::optional<Url>& url) = 0;
 
-  // Exactly one of the two ends every download, also one that was cancelled.
+  // Exactly one of these is called for each download; a cancelled download fails.
   virtual void downloadDidFinish(Download& download) = 0;
   virtual void downloadDidFail(Download& download, const PlatformError& error) = 0;
 };
 
-// A file being fetched by the web view. Released before its end, it is cancelled silently.
+// A file being downloaded by the web view. Destroying an unfinished download cancels it without
+// calling the delegate.
 class Download {
  public:
   virtual ~Download() = default;

@@ -5,8 +5,8 @@
 
 namespace navora {
 
-// What the overlay over the page shows: a title, a wrapping detail text in the secondary label
-// colour and two buttons, stacked in this order in the middle of the window.
+// The contents of the overlay: a title, a wrapping detail text in the secondary label colour and
+// two buttons, stacked in this order in the centre of the window. Lengths are in points.
 struct ErrorViewDescription {
   static constexpr double titleFontSize = 24;
   static constexpr double stackSpacing = 18;
@@ -14,14 +14,15 @@ struct ErrorViewDescription {
 
   std::string title;
   std::string detail;
-  // Return presses this one.
+  // The default button, pressed by Return.
   std::string retryTitle;
   std::string browserTitle;
   std::function<void()> onRetry;
   std::function<void()> onOpenInBrowser;
 };
 
-// Opaque overlay that covers the whole page. Made hidden; destroying it removes it from its window.
+// An opaque overlay that covers the whole page. Created hidden; destroying it removes it from its
+// window.
 class ErrorView {
  public:
   virtual ~ErrorView() = default;

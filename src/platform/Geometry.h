@@ -2,7 +2,7 @@
 
 namespace navora {
 
-// Lengths in points, the display's logical unit.
+// All lengths are in points, the display's logical unit.
 struct Size {
   double width = 0;
   double height = 0;
@@ -15,8 +15,8 @@ struct Point {
   bool operator==(const Point&) const = default;
 };
 
-// `x` and `y` are the left and the bottom edge: y grows upwards. On the screen the origin is the
-// lower left corner of the main screen, in a view it is the view's own.
+// `x` and `y` are the left and bottom edges; y grows upwards. The origin is the lower left corner
+// of the main screen for windows, of the view for its contents.
 struct Rectangle {
   double x = 0;
   double y = 0;
@@ -28,7 +28,7 @@ struct Rectangle {
   double maxX() const { return x + width; }
   double maxY() const { return y + height; }
   Size size() const { return {width, height}; }
-  // The left and lower edges belong to the rectangle, the others to its neighbours.
+  // The left and lower edges are inside, the right and upper edges outside.
   bool contains(Point point) const {
     return point.x >= x && point.x < maxX() && point.y >= y && point.y < maxY();
   }

@@ -9,11 +9,16 @@
 
 namespace navora {
 
-// A combination that is caught system-wide.
+// A key combination registered system-wide.
 struct HotKey {
+  // Modifier bits of Carbon's RegisterEventHotKey.
+  static constexpr std::uint32_t carbonCommand = 0x100;
+  static constexpr std::uint32_t carbonShift = 0x200;
+  static constexpr std::uint32_t carbonOption = 0x800;
+
+  // A key code as in KeyEvent.
   std::uint16_t keyCode = 0;
-  // The Carbon bits (256 Command, 512 Shift); a host whose desktop has another main modifier takes
-  // that one for Command.
+  // A host whose desktop has another main modifier uses that one for carbonCommand.
   std::uint32_t carbonModifiers = 0;
   std::uint32_t signature = 0;
   std::uint32_t identifier = 0;
@@ -21,7 +26,7 @@ struct HotKey {
   bool operator==(const HotKey&) const = default;
 };
 
-// Keys that are caught before they reach a view. Statuses are the platform's own numbers; 0 is
+// Intercepts keys before they reach a view. A Status is the platform's own error number; 0 means
 // success.
 class HotKeys {
  public:
@@ -29,17 +34,18 @@ class HotKeys {
 
   virtual ~HotKeys() = default;
 
-  // `onPressed` may be called outside of the normal flow of events: it must do no more than
-  // schedule.
+  // Installs the handler of the registered hot key. `onPressed` may be called outside the main
+  // loop's event dispatch, so it must only schedule work.
   virtual Status installEventHandler(std::function<void()> onPressed) = 0;
   virtual void removeEventHandler() = 0;
-  // Fails if another application has taken the combination.
+  // Fails if another application has registered the combination.
   virtual Status registerHotKey(const HotKey& hotKey) = 0;
   virtual void unregisterHotKey() = 0;
 
-  // Sees every key press in the application's own windows before they do; true swallows it. As in a
-  // registration, a desktop's other main modifier comes as Command: Control on Linux, whose Super
-  // comes as Control.
+  // Calls `monitor` for every key press in the application's own windows before they handle it,
+  // until the token is destroyed; `monitor` returns true to consume the event. As in a
+  // registration, the desktop's main modifier is reported as Command: on Linux Control as Command,
+  // and Super as Control.
   virtual std::unique_ptr<ObserverToken> addLocalKeyDownMonitor(
       std::function<bool(const KeyEvent&)> monitor) = 0;
 };

@@ -7,15 +7,15 @@
 
 namespace navora {
 
-// A stored cookie, as the web view's store holds it.
+// A cookie from the web view's store.
 struct HttpCookie {
   std::string name;
   std::string value;
-  // Without a port; with a leading dot where the store keeps one.
+  // Has no port; may have a leading dot, as the store keeps it.
   std::string domain;
   std::string path;
   bool isSecure = false;
-  // None for a cookie of the session.
+  // Nullopt for a session cookie.
   std::optional<Date> expires;
 
   bool operator==(const HttpCookie&) const = default;

@@ -16,7 +16,7 @@ namespace navora {
 struct HttpRequest {
   Url url;
   std::string method = "GET";
-  // Sent in this order, as they are.
+  // Sent unchanged, in this order.
   std::vector<std::pair<std::string, std::string>> headers = {};
   std::string body = {};
   double timeoutSeconds = 60;
@@ -26,29 +26,30 @@ struct HttpRequest {
 
 struct HttpResponse {
   int status = 0;
-  // Where the answer came from; none if it did not come over HTTP.
+  // The URL of the response; nullopt if it was not an HTTP response.
   std::optional<Url> url;
   std::string body;
-  // The answer was longer than the session reads; `body` is empty then.
+  // The body exceeded the session's maximumBodyBytes; `body` is empty then.
   bool bodyTooLarge = false;
 
   bool operator==(const HttpResponse&) const = default;
 };
 
-// How requests of one feature are sent: nothing is kept on disk, no cookie is stored or added, no
-// cache is asked, and redirects are not followed: the redirecting answer is the response.
+// The limits of a session. Every session is ephemeral: nothing is stored on disk, no cookies are
+// stored or sent, no cache is used. Redirects are not followed; the redirect itself is returned as
+// the response.
 struct HttpSessionConfiguration {
-  // Without any data for so long, a request fails as timed out, as it does when its own, shorter
-  // timeout runs out.
+  // Maximum time without receiving data. A request's own timeout applies if it is shorter.
   double requestTimeoutSeconds = 60;
-  // For a request from its start to the end of its answer.
+  // Maximum time from the start of a request to the end of its response.
   double resourceTimeoutSeconds = 60;
-  // The session stops reading beyond.
+  // The session stops reading a longer body.
   std::size_t maximumBodyBytes = 0;
 
   bool operator==(const HttpSessionConfiguration&) const = default;
 };
 
+// Sends HTTP requests. Main thread only.
 class HttpSession {
  public:
   using Result = Expected<HttpResponse, PlatformError>;
@@ -56,8 +57,8 @@ class HttpSession {
 
   virtual ~HttpSession() = default;
 
-  // The completion comes once, later, on the main thread. Destroying the session cancels what is
-  // under way, without a completion.
+  // Sends the request. `completion` is called once, on the main thread, after send() has returned.
+  // Destroying the session cancels its requests; their completions are not called.
   virtual void send(const HttpRequest& request, Completion completion) = 0;
 };
 

@@ -11,7 +11,7 @@
 
 namespace navora {
 
-// Pixels of red, green, blue and alpha, 8 bits each.
+// An RGBA bitmap with 8 bits per component.
 class Bitmap {
  public:
   virtual ~Bitmap() = default;
@@ -19,17 +19,19 @@ class Bitmap {
   virtual int pixelsWide() const = 0;
   virtual int pixelsHigh() const = 0;
 
-  // Clears every pixel to full transparency, then lets `paint` draw with `scale` pixels per unit.
+  // Clears every pixel to transparent, then calls `paint` with a canvas of `scale` pixels per
+  // point.
   virtual void draw(double scale, const std::function<void(Canvas&)>& paint) = 0;
-  // Not premultiplied; y grows downwards from the top row. None outside.
+  // Returns the pixel's colour, not premultiplied, or nullopt outside the bitmap. y grows downwards
+  // from the top row.
   virtual std::optional<Color> colorAt(int x, int y) const = 0;
 
-  // How large the bitmap counts, in points; as many as it has pixels until set.
+  // The size at which the bitmap is shown, in points; initially its size in pixels.
   virtual void setSize(Size points) = 0;
   virtual Size size() const = 0;
 };
 
-// A picture made of bitmaps, each for another resolution.
+// An image with one bitmap per resolution.
 class Image {
  public:
   virtual ~Image() = default;
@@ -38,17 +40,17 @@ class Image {
   virtual void addRepresentation(std::shared_ptr<Bitmap> bitmap) = 0;
   virtual std::vector<std::shared_ptr<Bitmap>> representations() const = 0;
 
-  // Of a template only the alpha counts: who shows it chooses the colour.
+  // A template image is an alpha mask; whatever displays it chooses the colour.
   virtual void setTemplate(bool isTemplate) = 0;
   virtual bool isTemplate() const = 0;
 };
 
-// Makes pictures. Needs no display.
+// Creates bitmaps and images. Needs no display.
 class Imaging {
  public:
   virtual ~Imaging() = default;
 
-  // Null if the memory for it cannot be had.
+  // Returns null if memory cannot be allocated.
   virtual std::shared_ptr<Bitmap> makeBitmap(int pixelsWide, int pixelsHigh) = 0;
   virtual std::shared_ptr<Image> makeImage(Size points) = 0;
 };

@@ -4,15 +4,15 @@
 
 namespace navora {
 
-// A key press in the terms of the Mac: virtual key codes, which name the key and not what it types,
-// and the device-independent modifier bits. Hosts translate; where the desktop's main modifier is
-// Control, their Control is the Control bit here.
+// A key press in macOS terms: the virtual key code, which identifies the physical key rather than
+// the character it types, and the device-independent modifier flags. Hosts translate their events;
+// on a desktop whose main modifier is Control, that key sets the Control bit.
 struct KeyEvent {
   static constexpr std::uint16_t returnKey = 36;
   static constexpr std::uint16_t spaceKey = 49;
   static constexpr std::uint16_t escapeKey = 53;
   static constexpr std::uint16_t keypadEnterKey = 76;
-  // A key that the core does not know by name.
+  // Any key without a constant here.
   static constexpr std::uint16_t otherKey = 0xFFFF;
 
   static constexpr std::uint32_t capsLock = 0x10000;

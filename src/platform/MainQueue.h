@@ -8,14 +8,15 @@
 
 namespace navora {
 
-// Work for later on the main thread.
+// Schedules work on the main thread.
 class MainQueue {
  public:
   virtual ~MainQueue() = default;
 
-  // After everything that is under way now.
+  // Runs `work` in a later iteration of the main loop.
   virtual void async(std::function<void()> work) = 0;
-  // Once, unless the token goes first. The work may release its own token.
+  // Runs `work` once after `delay`; destroying the token cancels it. `work` may destroy its own
+  // token.
   virtual std::unique_ptr<ObserverToken> after(std::chrono::milliseconds delay,
                                                std::function<void()> work) = 0;
 };

@@ -10,33 +10,35 @@ namespace navora {
 
 class WebView;
 
+// The initial state of the main window. Sizes are in points.
 struct MainWindowDescription {
   std::string title;
   Size contentSize;
   Size minimumSize;
-  // Under this name the frame is kept in the user defaults. The size is restored at the next
-  // launch; the position is not: the window starts centred on the screen.
+  // The frame is stored in the user defaults under this name. The next launch restores its size,
+  // not its position: the window is initially centred on the screen.
   std::string frameAutosaveName;
 
   bool operator==(const MainWindowDescription&) const = default;
 };
 
+// Receives the window's events. Called on the main thread.
 class MainWindowDelegate {
  public:
   virtual ~MainWindowDelegate() = default;
-  // The user asks to close the window; false keeps it.
+  // The user asked to close the window. Returns false to keep it.
   virtual bool windowShouldClose() = 0;
 };
 
-// The one titled, closable, miniaturizable and resizable window. It starts hidden.
+// The application's one titled, closable, miniaturizable and resizable window. Created hidden.
 class MainWindow {
  public:
   virtual ~MainWindow() = default;
 
   virtual void setTitle(const std::string& title) = 0;
-  // Fills the window with the view.
+  // Makes the view the window's content.
   virtual void setContentView(std::shared_ptr<WebView> webView) = 0;
-  // Gives the view the keyboard focus within the window.
+  // Gives the content view the keyboard focus within the window.
   virtual void makeContentViewFirstResponder() = 0;
   virtual void setAppearance(WindowAppearance appearance) = 0;
   virtual bool isMiniaturized() const = 0;

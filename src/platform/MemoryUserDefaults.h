@@ -10,7 +10,7 @@
 
 namespace navora {
 
-// User defaults that live as long as the object: for tests and tools.
+// User defaults kept in memory for the life of the object, for tests and tools.
 class MemoryUserDefaults final : public UserDefaults {
  public:
   std::optional<Json> value(std::string_view key) const override;

@@ -8,11 +8,11 @@
 
 namespace navora {
 
-// A frame of the page. What a host cannot find out about a frame it reports as not the main frame
-// and without a URL, so that a doubtful frame is never trusted.
+// A frame of the page. If a host cannot determine these facts, it reports a subframe without a URL,
+// so that an unknown frame is never trusted.
 struct FrameInfo {
   bool isMainFrame = false;
-  // URL of the frame's current request.
+  // The URL of the frame's current request.
   std::optional<Url> requestUrl;
 
   bool operator==(const FrameInfo&) const = default;
@@ -27,16 +27,16 @@ enum class NavigationType {
   other
 };
 
-// A navigation that is about to happen.
+// A requested navigation that has not started.
 struct NavigationAction {
   std::optional<Url> url;
   NavigationType type = NavigationType::other;
   FrameInfo sourceFrame;
-  // None when the page asks for a new window.
+  // Nullopt if the page requests a new window.
   std::optional<FrameInfo> targetFrame;
-  // The page marked the link as a download.
+  // The link has the `download` attribute.
   bool shouldPerformDownload = false;
-  // The request itself; null only where no view is involved.
+  // The platform's request; null only where no web view is involved.
   std::shared_ptr<const PlatformRequest> request;
 };
 

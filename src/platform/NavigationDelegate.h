@@ -10,9 +10,9 @@ namespace navora {
 class Download;
 class WebView;
 
-// What a web view asks and reports about its navigations. Called on the main thread; the answers
-// are given before anything is sent or shown. From within a question the delegate may load another
-// page, which then replaces the one asked about.
+// Decides and observes a web view's navigations. Called on the main thread; the web view waits for
+// each decision before it sends a request or shows a response. While deciding, the delegate may
+// load another page, which replaces the navigation in question.
 class NavigationDelegate {
  public:
   virtual ~NavigationDelegate() = default;
@@ -21,13 +21,14 @@ class NavigationDelegate {
                                                  const NavigationAction& action) = 0;
   virtual NavigationPolicy decidePolicyForResponse(const NavigationResponse& response) = 0;
 
-  // Main-frame life cycle.
+  // Report the progress of navigations of the main frame.
   virtual void didStartProvisionalNavigation() = 0;
   virtual void didFinishNavigation() = 0;
   virtual void didFailNavigation(const PlatformError& error) = 0;
   virtual void webContentProcessDidTerminate() = 0;
 
-  // A navigation turned into a download, which lives only as long as somebody holds it.
+  // A navigation became a download. The delegate must retain the download: releasing the last
+  // reference cancels it.
   virtual void navigationDidBecomeDownload(std::shared_ptr<Download> download) = 0;
 };
 

@@ -10,14 +10,14 @@
 namespace navora {
 
 struct UserNotification {
-  // A later notification with the same identifier takes the place of an earlier one.
+  // A notification replaces an earlier one with the same identifier.
   std::string identifier;
-  // Plain text of any length and content; the host makes of it what the desktop can show, and never
-  // markup.
+  // Plain text of any length. The host shortens it to what the desktop can show, and never lets it
+  // be interpreted as markup.
   std::string title;
   std::string body;
   bool defaultSound = true;
-  // What comes back when the user opens the notification.
+  // Passed to didReceiveNotification() when the user opens the notification.
   std::string url;
 
   bool operator==(const UserNotification&) const = default;
@@ -32,17 +32,19 @@ struct PresentationOptions {
   bool operator==(const PresentationOptions&) const = default;
 };
 
+// Receives the events of shown notifications. Called on the main thread.
 class NotificationCenterDelegate {
  public:
   virtual ~NotificationCenterDelegate() = default;
 
-  // How a notification is shown while the application is in front.
+  // Returns how to show a notification while the application is frontmost.
   virtual PresentationOptions willPresentNotification() = 0;
-  // The user opened a notification; `url` is the one it was given, none if it came without.
+  // The user opened a notification. `url` is the one it was added with, nullopt if it had none.
   virtual void didReceiveNotification(std::optional<std::string> url) = 0;
 };
 
-// The desktop's notifications. Completions come once, later, on the main thread.
+// The desktop's notification service. Each completion is called once, on the main thread, after the
+// function has returned.
 class NotificationCenter {
  public:
   struct Options {
@@ -50,18 +52,18 @@ class NotificationCenter {
     bool sound = false;
     bool operator==(const Options&) const = default;
   };
-  // Whether the user (or the desktop) has granted it.
+  // True if the user or the desktop granted permission.
   using AuthorizationResult = Expected<bool, PlatformError>;
 
   virtual ~NotificationCenter() = default;
 
-  // None to take it away; it must be taken away before it ends.
+  // The delegate must be replaced by null before it is destroyed.
   virtual void setDelegate(NotificationCenterDelegate* delegate) = 0;
 
   virtual void requestAuthorization(Options options,
                                     std::function<void(AuthorizationResult)> completion) = 0;
   virtual void authorizationStatus(std::function<void(AuthorizationStatus)> completion) = 0;
-  // None if the desktop has taken the notification over.
+  // Shows a notification. The completion gets nullopt once the desktop has accepted it.
   virtual void add(const UserNotification& notification,
                    std::function<void(std::optional<PlatformError>)> completion) = 0;
 };

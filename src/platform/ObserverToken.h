@@ -2,7 +2,7 @@
 
 namespace navora {
 
-// Keeps a registration alive: releasing it ends the registration.
+// Owns a registration: destroying the token ends it.
 class ObserverToken {
  public:
   virtual ~ObserverToken() = default;

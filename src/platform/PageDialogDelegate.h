@@ -17,8 +17,8 @@ struct OpenPanelParameters {
   bool operator==(const OpenPanelParameters&) const = default;
 };
 
-// The dialogs that a page can ask for. Every completion is called exactly once, now or later; the
-// page waits for it.
+// Shows the dialogs that a page requests. Called on the main thread. Each completion must be called
+// exactly once, possibly later; the page's scripts are blocked until then.
 class PageDialogDelegate {
  public:
   using AlertCompletion = std::function<void()>;

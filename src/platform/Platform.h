@@ -1,11 +1,11 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/Application.h"
 #include "platform/BackgroundQueue.h"
 #include "platform/CapturePanelView.h"
-#include "platform/DesktopWording.h"
 #include "platform/Dialogs.h"
 #include "platform/ErrorView.h"
 #include "platform/HotKeys.h"
@@ -25,8 +25,17 @@
 
 namespace navora {
 
-// The way to every door of one host. The host makes one of these before the application delegate
-// and keeps it until after it.
+// Texts that name the desktop or its settings and therefore differ between hosts, in the current
+// interface language.
+struct DesktopWording {
+  // Says that notifications are not allowed, and how to allow them.
+  std::string notificationsDenied;
+  // Says that no newer version exists for this kind of computer.
+  std::string upToDate;
+};
+
+// Provides all platform interfaces of a host. The host creates it before the application delegate
+// and destroys it after.
 class Platform {
  public:
   virtual ~Platform() = default;
@@ -48,7 +57,7 @@ class Platform {
   virtual std::shared_ptr<MainWindow> makeMainWindow(const MainWindowDescription& description,
                                                      MainWindowDelegate& delegate) = 0;
   virtual std::shared_ptr<WebView> makeWebView(const WebViewConfiguration& configuration) = 0;
-  // Over the content view of `window`, on top of everything added before.
+  // Adds the view to the content of `window`, above everything added before.
   virtual std::unique_ptr<ErrorView> makeErrorView(MainWindow& window,
                                                    const ErrorViewDescription& description) = 0;
   // The delegate must outlive the panel.
@@ -58,7 +67,7 @@ class Platform {
   virtual std::unique_ptr<StatusItem> makeStatusItem(const StatusItemDescription& description,
                                                      MenuDelegate& delegate) = 0;
   virtual std::unique_ptr<UpdateBannerView> makeUpdateBannerView() = 0;
-  // Both must outlive the updater.
+  // The user driver and the delegate must outlive the updater.
   virtual std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
                                                UpdaterDelegate& delegate) = 0;
   virtual std::unique_ptr<HttpSession> makeHttpSession(

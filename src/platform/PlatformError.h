@@ -4,11 +4,11 @@
 
 namespace navora {
 
-// A failure reported by the platform, with the text that the platform shows for it.
+// An error reported by the platform, with its localized description.
 //
-// Hosts keep the domain and code that their platform gives, with two exceptions that the core
-// relies on: a load that was cancelled, by the user or by one of the core's own decisions, has
-// `cancelledCode`, and one that ran out of time has `timedOutCode`.
+// Hosts keep the platform's domain and code, except for two codes that the core depends on: a load
+// cancelled by the user or by a decision of the core has `cancelledCode`, one that timed out has
+// `timedOutCode`.
 struct PlatformError {
   static constexpr int cancelledCode = -999;
   static constexpr int timedOutCode = -1001;

@@ -6,12 +6,12 @@
 
 namespace navora {
 
-// The files that are installed with the application.
+// Reads the files installed with the application.
 class Resources {
  public:
   virtual ~Resources() = default;
 
-  // The resource as UTF-8 text; none if it is missing, unreadable or not UTF-8.
+  // Returns the file as UTF-8 text, or nullopt if it is missing, unreadable or not UTF-8.
   virtual std::optional<std::string> read(std::string_view name,
                                           std::string_view extension) const = 0;
 };

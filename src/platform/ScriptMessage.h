@@ -6,14 +6,15 @@
 
 namespace navora {
 
-// A message that the page posted to one of the named handlers.
+// A message that the page posted to one of the registered handlers.
 struct ScriptMessage {
   std::string name;
-  // The body as JSON text, not yet checked in any way; "null" for a body that JSON cannot express.
+  // The body as unvalidated JSON text; "null" if JSON cannot represent it.
   std::string body;
   FrameInfo frame;
 };
 
+// Receives the page's messages. Called on the main thread.
 class ScriptMessageHandler {
  public:
   virtual ~ScriptMessageHandler() = default;

@@ -14,12 +14,12 @@ struct StatusItemDescription {
   Menu menu;
 };
 
-// The application's place in the desktop's bar of status items: there as long as this object is.
+// The application's item in the desktop's status bar or tray. Destroying it removes the item.
 class StatusItem {
  public:
   virtual ~StatusItem() = default;
 
-  // Shifts the items from `index` on.
+  // Inserts `item` before the item at `index`; an index beyond the end appends it.
   virtual void insertMenuItem(std::size_t index, const MenuItem& item) = 0;
 };
 

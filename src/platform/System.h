@@ -12,18 +12,18 @@
 
 namespace navora {
 
-// Facts about the machine and the user's session, read anew at every call.
+// Facts about the machine and the user's session, read afresh by each call.
 class System {
  public:
   virtual ~System() = default;
 
   virtual std::optional<std::string> environmentVariable(const std::string& name) const = 0;
-  // Language tags, most wanted first.
+  // Returns the user's preferred languages as language tags, in descending order of preference.
   virtual std::vector<std::string> preferredLanguages() const = 0;
-  // IANA identifier of the current time zone, as the system reports it.
+  // Returns the IANA identifier of the current time zone, as the system reports it.
   virtual std::string timeZoneIdentifier() const = 0;
   virtual Date now() const = 0;
-  // A fresh random UUID (version 4) in its textual form, lower case.
+  // Returns a new random UUID (RFC 9562, version 4) as lower-case text.
   virtual std::string randomUuid() const = 0;
 
   // Writes one line to the system log.
@@ -31,7 +31,7 @@ class System {
   // Writes one line to the debug log; nothing is written unless NAVORA_DEBUG names the area.
   virtual void debug(DebugArea area, const std::string& line) const = 0;
 
-  // Callbacks come on the main thread.
+  // Call `callback` on the main thread after each change or wake-up, until the token is destroyed.
   virtual std::unique_ptr<ObserverToken> observeTimeZoneChange(std::function<void()> callback) = 0;
   virtual std::unique_ptr<ObserverToken> observeWake(std::function<void()> callback) = 0;
 };

@@ -9,15 +9,15 @@ namespace navora {
 
 class MainWindow;
 
-// In the order in which they are reached: the first two stand in one row, the third below them, the
-// last one in the row of the title.
+// The banner's buttons in tab order. The first two share a row, the third is below them, and the
+// close button is in the row of the title.
 enum class UpdateBannerButton { primary, secondary, tertiary, close };
 
 struct UpdateBannerProgress {
   enum class Kind { hidden, indeterminate, fraction };
 
   Kind kind = Kind::hidden;
-  // From 0 to 1; only of a fraction.
+  // From 0 to 1; used for Kind::fraction only.
   double fraction = 0;
 
   static constexpr UpdateBannerProgress indeterminate() { return {Kind::indeterminate, 0}; }
@@ -26,14 +26,14 @@ struct UpdateBannerProgress {
   bool operator==(const UpdateBannerProgress&) const = default;
 };
 
-// Everything that the banner says and which of its buttons are there.
+// The banner's texts and the state of its buttons.
 struct UpdateBannerContent {
   struct Button {
     std::string title;
     bool visible = false;
-    // A disabled button is seen but cannot be pressed.
+    // A disabled button is visible but cannot be pressed.
     bool enabled = true;
-    // Empty for none of its own.
+    // No tool tip if empty.
     std::string toolTip;
     std::string accessibilityLabel;
 
@@ -43,7 +43,7 @@ struct UpdateBannerContent {
   std::string title;
   std::string detail;
   std::array<Button, 4> buttons;
-  // Of the banner as a whole.
+  // The label of the whole banner.
   std::string accessibilityLabel;
 
   Button& button(UpdateBannerButton which) { return buttons[static_cast<std::size_t>(which)]; }
@@ -54,60 +54,58 @@ struct UpdateBannerContent {
   bool operator==(const UpdateBannerContent&) const = default;
 };
 
-// How the banner is built, in points. A column, aligned at its leading edge, holds from the top:
-// the row of title and close button, the detail text, the bar, the row of the first two buttons,
-// the third button. The heading row, the detail text and the bar are as wide as the column; long
-// texts wrap or are cut and never widen the banner.
+// The banner's metrics, in points. A column with leading alignment contains, from the top: the row
+// of title and close button, the detail text, the progress bar, the row of the first two buttons,
+// the third button. The title row, the detail text and the progress bar fill the width; long texts
+// wrap or are truncated and never widen the banner.
 struct UpdateBannerLayout {
   static constexpr double titleFontSize = 14;   // semibold
   static constexpr double detailFontSize = 12;  // in the secondary label colour
   static constexpr double closeFontSize = 18;
   static constexpr double closeButtonSize = 24;
-  // Between neighbours, in rows as in the column.
+  // Between adjacent views, in rows and in the column.
   static constexpr double spacing = 8;
   static constexpr double horizontalInset = 16;
   static constexpr double verticalInset = 14;
   static constexpr double cornerRadius = 16;
   static constexpr double borderWidth = 0.5;  // in the separator colour
 
-  // The distances to the edges of the window's content, over which the banner floats.
+  // Distances to the edges of the window's content.
   static constexpr double trailingDistance = 18;
   static constexpr double topDistance = 14;
   static constexpr double minimumLeadingDistance = 18;
-  // Gives way in a window that is too narrow for it.
+  // Reduced in a window that is too narrow.
   static constexpr double width = 480;
 };
 
-// How much it matters that an announcement interrupts what is being read aloud.
-enum class AnnouncementPriority { low = 10, medium = 50, high = 90 };
-
+// Receives button presses. Called on the main thread.
 class UpdateBannerViewDelegate {
  public:
   virtual ~UpdateBannerViewDelegate() = default;
   virtual void bannerButtonPressed(UpdateBannerButton button) = 0;
 };
 
-// The card over the top right corner of the main window's content that tells about updates. The
-// primary button has the system's red. Made hidden, in no window, and empty; shows what it is told.
+// A card over the top right corner of the main window's content that shows the state of an update.
+// Its primary button is red. Created hidden, empty and without a window.
 class UpdateBannerView {
  public:
   virtual ~UpdateBannerView() = default;
 
-  // None to take it away; it must be taken away before it ends.
+  // The delegate must be replaced by null before it is destroyed.
   virtual void setDelegate(UpdateBannerViewDelegate* delegate) = 0;
-  // Over everything in the window's content that was added before, for the life of the window. To
-  // be called once.
+  // Adds the banner to the window's content, above everything added before, for the life of the
+  // window. Called at most once.
   virtual void attach(MainWindow& window) = 0;
 
   virtual void setHidden(bool hidden) = 0;
   virtual bool isHidden() const = 0;
-  // May come while a button of it is being pressed.
+  // May be called from bannerButtonPressed().
   virtual void setContent(const UpdateBannerContent& content) = 0;
   // An indeterminate bar is animated.
   virtual void setProgress(UpdateBannerProgress progress) = 0;
 
-  // For people who use a screen reader.
-  virtual void announce(const std::string& text, AnnouncementPriority priority) = 0;
+  // Announces `text` through assistive technologies with medium priority.
+  virtual void announce(const std::string& text) = 0;
 };
 
 }  // namespace navora

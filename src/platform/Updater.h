@@ -12,13 +12,14 @@
 
 namespace navora {
 
-// A release that the update feed offers.
+// A release listed in the update feed.
 struct AppcastItem {
-  // What tells releases apart, and what people read.
+  // Identifies the release.
   std::string versionString;
+  // Shown to the user.
   std::string displayVersionString;
   std::optional<Url> infoUrl;
-  // It cannot be installed from here; there is only a page about it.
+  // The release cannot be installed by the updater; `infoUrl` describes it.
   bool isInformationOnlyUpdate = false;
 
   bool operator==(const AppcastItem&) const = default;
@@ -28,7 +29,7 @@ struct UserUpdateState {
   enum class Stage { notDownloaded, downloaded, installing };
 
   Stage stage = Stage::notDownloaded;
-  // The user asked for the check that found the update.
+  // The update was found by a check that the user requested.
   bool userInitiated = false;
 
   bool operator==(const UserUpdateState&) const = default;
@@ -44,9 +45,9 @@ struct UpdatePermissionResponse {
   bool operator==(const UpdatePermissionResponse&) const = default;
 };
 
-// What an updater shows of an update session, step by step, on the main thread. Callbacks that it
-// hands over are for the same thread, and stay callable whatever became of the session. A host
-// whose updater also reports release notes drops them: none are shown.
+// Presents the steps of an update session. Called on the main thread. The callbacks it receives
+// must be called on the main thread too, and may be called after the session has ended. Release
+// notes are not shown; hosts whose updater reports them ignore them.
 class UpdaterUserDriver {
  public:
   using Choose = std::function<void(UserUpdateChoice)>;
@@ -62,53 +63,53 @@ class UpdaterUserDriver {
                                 std::function<void()> acknowledgement) = 0;
 
   virtual void showDownloadInitiated(std::function<void()> cancellation) = 0;
-  // In bytes; 0 if it is not known. May come again with a better number.
+  // `length` is in bytes, 0 if unknown. May be called again with a corrected length.
   virtual void showDownloadDidReceiveExpectedContentLength(std::uint64_t length) = 0;
-  // Bytes since the last call.
+  // `length` is the number of bytes received since the last call.
   virtual void showDownloadDidReceiveData(std::uint64_t length) = 0;
   virtual void showDownloadDidStartExtractingUpdate() = 0;
-  // From 0 to 1.
+  // `progress` is from 0 to 1.
   virtual void showExtractionReceivedProgress(double progress) = 0;
 
   virtual void showReadyToInstallAndRelaunch(Choose reply) = 0;
-  // `retryTerminatingApplication` asks the application to end once more.
+  // `retryTerminatingApplication` asks the application to terminate again.
   virtual void showInstallingUpdate(bool applicationTerminated,
                                     std::function<void()> retryTerminatingApplication) = 0;
   virtual void showUpdateInstalledAndRelaunched(bool relaunched,
                                                 std::function<void()> acknowledgement) = 0;
-  // The session is over, however it went.
+  // The session has ended, with any result.
   virtual void dismissUpdateInstallation() = 0;
-  // The user asked for updates while one is being shown.
+  // The user checked for updates while an update is being shown.
   virtual void showUpdateInFocus() = 0;
 };
 
+// Called on the main thread.
 class UpdaterDelegate {
  public:
   virtual ~UpdaterDelegate() = default;
-  // A check and all that followed from it is over.
+  // A check, and everything that followed from it, has ended.
   virtual void didFinishUpdateCycle(const std::optional<PlatformError>& error) = 0;
 };
 
-// Finds, fetches and installs new versions of the application. It shows nothing itself: that is its
-// user driver's, which together with the delegate is given when it is made and outlives it. Main
-// thread only.
+// Finds, downloads and installs new versions of the application. It has no user interface of its
+// own; the user driver passed at creation presents every step. Main thread only.
 class Updater {
  public:
   virtual ~Updater() = default;
 
-  // To be called once, before anything else. Checks in the background from then on, whenever one is
-  // due. Why it cannot work, if it cannot.
+  // Starts scheduled background checks. Called once, before any other function. Returns the error
+  // if the updater cannot run, otherwise nullopt.
   virtual std::optional<PlatformError> startUpdater() = 0;
 
-  // The user asks; the user driver shows whatever comes of it.
+  // Checks on the user's request; the user driver shows every result.
   virtual void checkForUpdates() = 0;
-  // The user driver hears only of an update that is there.
+  // Checks in the background; the user driver shows only an available update.
   virtual void checkForUpdatesInBackground() = 0;
 
   virtual bool canCheckForUpdates() const = 0;
   virtual bool sessionInProgress() const = 0;
-  // The callback comes on the main thread after every change, perhaps from within it, as long as
-  // the token is kept.
+  // Call `callback` on the main thread after every change, possibly during it, until the token is
+  // destroyed.
   virtual std::unique_ptr<ObserverToken> observeCanCheckForUpdates(
       std::function<void()> callback) = 0;
   virtual std::unique_ptr<ObserverToken> observeSessionInProgress(

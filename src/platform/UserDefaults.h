@@ -7,8 +7,8 @@
 
 namespace navora {
 
-// The user's small persistent values. Reads see earlier writes at once; a store that cannot be
-// written keeps the values for the life of the process.
+// The user's persistent settings. Reads see earlier writes immediately; if the store cannot be
+// written, values are kept for the life of the process. Main thread only.
 class UserDefaults {
  public:
   virtual ~UserDefaults() = default;

@@ -6,18 +6,18 @@ namespace navora {
 
 enum class CachePolicy { useProtocolCachePolicy, reloadIgnoringLocalCacheData };
 
-// A page load that the application asks for.
+// A page load requested by the application.
 struct WebRequest {
   Url url;
   CachePolicy cachePolicy = CachePolicy::useProtocolCachePolicy;
-  // How long the load may go without receiving anything before it fails as timed out.
+  // Maximum time without receiving data before the load fails with timedOutCode.
   double timeoutSeconds = 60;
 
   bool operator==(const WebRequest&) const = default;
 };
 
-// A request that the page made, exactly as the platform holds it (method, headers, body). The core
-// only hands it back to the view that it came from.
+// A request made by the page, with method, headers and body, in the platform's own representation.
+// The core only passes it back to the view that it came from.
 class PlatformRequest {
  public:
   virtual ~PlatformRequest() = default;

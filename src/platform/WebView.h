@@ -19,31 +19,31 @@ class NavigationDelegate;
 class PageDialogDelegate;
 class ScriptMessageHandler;
 
+// A script injected into the main frame of every page.
 struct UserScript {
   enum class InjectionTime { documentStart, documentEnd };
 
   std::string source;
   InjectionTime injectionTime = InjectionTime::documentStart;
-  bool mainFrameOnly = true;
 
   bool operator==(const UserScript&) const = default;
 };
 
-// How a web view is made. Cookies and storage are persistent.
+// The configuration of a web view. Cookies and storage are persistent; back and forward gestures
+// are enabled.
 struct WebViewConfiguration {
-  // The one origin that the view serves. The decisions are the delegate's; a host whose engine
-  // tells it too little about frames needs the origin to answer in the delegate's terms.
+  // The one origin that the view serves. Navigation decisions are the delegate's; a host whose
+  // engine does not report enough about frames needs the origin to derive the missing facts.
   Url origin;
-  // Names under which pages find `window.webkit.messageHandlers.NAME.postMessage`.
+  // Each NAME is available to pages as `window.webkit.messageHandlers.NAME.postMessage`.
   std::vector<std::string> messageHandlerNames = {};
   // Injected into every page, in this order.
   std::vector<UserScript> userScripts = {};
   // Must outlive the view.
   ScriptMessageHandler* messageHandler = nullptr;
-  bool allowsBackForwardNavigationGestures = true;
 };
 
-// The page. Used on the main thread only.
+// Shows the page. Main thread only.
 class WebView {
  public:
   using EvaluationResult = Expected<Json, PlatformError>;
@@ -57,23 +57,24 @@ class WebView {
   virtual void setPageDialogDelegate(PageDialogDelegate* delegate) = 0;
 
   virtual void load(const WebRequest& request) = 0;
-  // Loads a request that this very view asked about.
+  // Loads a request that this view passed to its navigation delegate.
   virtual void load(const PlatformRequest& request) = 0;
 
-  // The page shown, or the one being loaded; none before the first load.
+  // Returns the URL of the page being loaded or shown, or nullopt before the first load.
   virtual std::optional<Url> url() const = 0;
 
-  // From the start of a navigation of the main frame until everything of the page is there, or it
-  // fails.
+  // Returns true from the start of a main-frame navigation until the page is completely loaded or
+  // has failed.
   virtual bool isLoading() const = 0;
 
-  // Evaluates `script` in the main frame. The completion may be empty; it is called once, later,
-  // unless the view goes first. An undefined result reads as null.
+  // Evaluates `script` in the main frame. `completion` may be empty; it is called once, after the
+  // function has returned, unless the view is destroyed first. An undefined result becomes null.
   virtual void evaluateJavaScript(const std::string& script,
                                   EvaluationCompletion completion = {}) = 0;
 
-  // Every cookie in the view's store, whichever host it is for. The completion is called once,
-  // later, unless the view goes first; without a readable store the list is empty.
+  // Fetches every cookie in the view's store, for all hosts. `completion` is called once, after the
+  // function has returned, unless the view is destroyed first; the list is empty if the store
+  // cannot be read.
   virtual void allCookies(CookiesCompletion completion) = 0;
 };
 

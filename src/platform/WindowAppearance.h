@@ -2,7 +2,7 @@
 
 namespace navora {
 
-// How the native parts of a window look; `system` follows the desktop.
+// The appearance of a window's native parts; `system` follows the desktop.
 enum class WindowAppearance { system, light, dark };
 
 }  // namespace navora

@@ -88,7 +88,7 @@ bool UpdateBanner::isHidden() const {
 }
 
 void UpdateBanner::announce() {
-  view_->announce(content_.title, AnnouncementPriority::medium);
+  view_->announce(content_.title);
 }
 
 void UpdateBanner::refreshLocale() {

@@ -9,17 +9,17 @@
 
 namespace navora {
 
-// A banner that shows nothing to anybody but the test.
+// A banner whose contents the test reads.
 class FakeUpdateBannerView final : public UpdateBannerView {
  public:
-  // What there is to see, kept apart from the view, which is its banner's.
+  // The visible state; separate from the view, which its controller owns.
   struct Screen {
     UpdateBannerViewDelegate* delegate = nullptr;
     MainWindow* window = nullptr;
     bool hidden = true;
     UpdateBannerContent content;
     UpdateBannerProgress progress;
-    std::vector<std::pair<std::string, AnnouncementPriority>> announcements;
+    std::vector<std::string> announcements;
 
     const UpdateBannerContent::Button& button(UpdateBannerButton which) const {
       return content.button(which);
@@ -27,9 +27,10 @@ class FakeUpdateBannerView final : public UpdateBannerView {
     bool canPress(UpdateBannerButton which) const {
       return !hidden && button(which).visible && button(which).enabled;
     }
-    // The user presses it, as only a button that is there can be pressed.
+    // Acts as the user pressing the button. A fatal error if it cannot be pressed.
     void press(UpdateBannerButton which) const {
-      if (!canPress(which)) fatalError("There is no such button", "FakeUpdateBannerView", __LINE__);
+      if (!canPress(which))
+        fatalError("The button cannot be pressed", "FakeUpdateBannerView", __LINE__);
       delegate->bannerButtonPressed(which);
     }
   };
@@ -42,9 +43,7 @@ class FakeUpdateBannerView final : public UpdateBannerView {
   bool isHidden() const override { return screen_.hidden; }
   void setContent(const UpdateBannerContent& content) override { screen_.content = content; }
   void setProgress(UpdateBannerProgress progress) override { screen_.progress = progress; }
-  void announce(const std::string& text, AnnouncementPriority priority) override {
-    screen_.announcements.emplace_back(text, priority);
-  }
+  void announce(const std::string& text) override { screen_.announcements.push_back(text); }
 
  private:
   Screen& screen_;

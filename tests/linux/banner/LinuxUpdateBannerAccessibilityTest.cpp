@@ -95,8 +95,8 @@ TEST_F(LinuxUpdateBannerAccessibilityTest, AnnouncesAloud) {
                        &heard);
   ASSERT_NE(handler, 0U);
   ASSERT_TRUE(showBanner(offer()));
-  banner_->announce("Navora 2.0 is available", AnnouncementPriority::medium);
-  banner_->announce("⌘⇧Space", AnnouncementPriority::high);
+  banner_->announce("Navora 2.0 is available");
+  banner_->announce("⌘⇧Space");
   EXPECT_THAT(heard, ElementsAre("Navora 2.0 is available", "Ctrl+Shift+Space"));
 }
 

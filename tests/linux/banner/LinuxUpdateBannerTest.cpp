@@ -43,7 +43,7 @@ TEST_F(LinuxUpdateBannerTest, MayLiveInNoWindow) {
   other.setProgress(UpdateBannerProgress::indeterminate());
   other.setHidden(false);
   EXPECT_FALSE(other.isHidden());
-  other.announce("text", AnnouncementPriority::low);
+  other.announce("text");
   other.setHidden(true);
   EXPECT_TRUE(other.isHidden());
 }
@@ -234,7 +234,7 @@ TEST_F(LinuxUpdateBannerTest, MayOutliveItsWindow) {
   banner_->setContent(downloading());
   banner_->setHidden(true);
   banner_->setHidden(false);
-  banner_->announce("text", AnnouncementPriority::low);
+  banner_->announce("text");
   EXPECT_FALSE(banner_->bar().isAnimating());
   banner_.reset();
 }

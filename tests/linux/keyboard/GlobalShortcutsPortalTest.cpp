@@ -18,7 +18,8 @@ using testing::ElementsAre;
 constexpr const char* shortcuts = "org.freedesktop.portal.GlobalShortcuts";
 constexpr const char* portalPath = PortalRequest::portalPath;
 constexpr const char* sessionPath = "/org/freedesktop/portal/desktop/session/test/one";
-constexpr HotKey hotKey{.keyCode = KeyEvent::spaceKey, .carbonModifiers = 256 | 512};
+constexpr HotKey hotKey{.keyCode = KeyEvent::spaceKey,
+                        .carbonModifiers = HotKey::carbonCommand | HotKey::carbonShift};
 
 std::string textOption(GVariant* options, const char* name) {
   const char* text = nullptr;
@@ -217,10 +218,16 @@ TEST_F(GlobalShortcutsPortalTest, TellsWhetherThereIsAPortal) {
 }
 
 TEST(ShortcutTriggerTest, NamesModifiersAndKeyAsThePortalDoes) {
-  EXPECT_EQ(shortcutTrigger({.keyCode = KeyEvent::spaceKey, .carbonModifiers = 256}), "CTRL+space");
-  EXPECT_EQ(shortcutTrigger({.keyCode = KeyEvent::returnKey, .carbonModifiers = 256 | 512 | 2048}),
+  EXPECT_EQ(
+      shortcutTrigger({.keyCode = KeyEvent::spaceKey, .carbonModifiers = HotKey::carbonCommand}),
+      "CTRL+space");
+  EXPECT_EQ(shortcutTrigger({.keyCode = KeyEvent::returnKey,
+                             .carbonModifiers = HotKey::carbonCommand | HotKey::carbonShift |
+                                                HotKey::carbonOption}),
             "CTRL+ALT+SHIFT+Return");
-  EXPECT_EQ(shortcutTrigger({.keyCode = KeyEvent::otherKey, .carbonModifiers = 256}), "");
+  EXPECT_EQ(
+      shortcutTrigger({.keyCode = KeyEvent::otherKey, .carbonModifiers = HotKey::carbonCommand}),
+      "");
 }
 
 }  // namespace

@@ -16,7 +16,8 @@
 namespace navora {
 namespace {
 
-constexpr HotKey captureKey{.keyCode = KeyEvent::spaceKey, .carbonModifiers = 256 + 512};
+constexpr HotKey captureKey{.keyCode = KeyEvent::spaceKey,
+                            .carbonModifiers = HotKey::carbonCommand | HotKey::carbonShift};
 constexpr unsigned controlShift = ControlMask | ShiftMask;
 
 Display* display() {
@@ -84,7 +85,8 @@ class LinuxHotKeysTest : public testing::Test {
   int presses_ = 0;
   int markers_ = 0;
   // Command and Option.
-  KeyGrab marker_{{.keyCode = KeyEvent::spaceKey, .carbonModifiers = 256 + 2048},
+  KeyGrab marker_{{.keyCode = KeyEvent::spaceKey,
+                   .carbonModifiers = HotKey::carbonCommand | HotKey::carbonOption},
                   [this] { ++markers_; }};
 };
 

@@ -120,22 +120,27 @@ TEST_F(LinuxWebViewTest, AnAnswerMayDestroyTheView) {
   runPendingEvents();
 }
 
-TEST_F(LinuxWebViewTest, RunsUserScriptsInTheirOrderAndFrames) {
+TEST_F(LinuxWebViewTest, EnablesBackAndForwardGestures) {
+  makeView();
+  WebKitSettings* settings = webkit_web_view_get_settings(WEBKIT_WEB_VIEW(view_->widget()));
+  EXPECT_TRUE(webkit_settings_get_enable_back_forward_navigation_gestures(settings));
+}
+
+TEST_F(LinuxWebViewTest, RunsUserScriptsInTheMainFrameInTheirOrder) {
   const auto push = [](const std::string& name) {
     return "(window.order ||= []).push('" + name + "');";
   };
   auto scripted = configuration();
-  scripted.userScripts = {{push("end"), InjectionTime::documentEnd, true},
-                          {push("start"), InjectionTime::documentStart, true},
-                          {push("start everywhere"), InjectionTime::documentStart, false},
-                          {push("end everywhere"), InjectionTime::documentEnd, false}};
+  scripted.userScripts = {{push("end"), InjectionTime::documentEnd},
+                          {push("start"), InjectionTime::documentStart},
+                          {push("second start"), InjectionTime::documentStart},
+                          {push("second end"), InjectionTime::documentEnd}};
   makeView(scripted);
   const std::string page = "<script>" + push("page") + "</script>";
   server_.setPage("/frame", page);
   ASSERT_TRUE(loadHtml(page + "<iframe src=/frame></iframe>"));
-  EXPECT_EQ(evaluate("order"),
-            (Json{"start", "start everywhere", "page", "end", "end everywhere"}));
-  EXPECT_EQ(evaluate("frames[0].order"), (Json{"start everywhere", "page", "end everywhere"}));
+  EXPECT_EQ(evaluate("order"), (Json{"start", "second start", "page", "end", "second end"}));
+  EXPECT_EQ(evaluate("frames[0].order"), Json::array({"page"}));
 }
 
 TEST_F(LinuxWebViewTest, ALoadThatFailsIsReportedOnce) {

@@ -69,8 +69,8 @@ TEST_F(PageBridgeTest, OffersTheConfiguredHandlersOnly) {
 
 TEST_F(PageBridgeTest, DeliversWhatAUserScriptPostsBeforeThePage) {
   auto scripted = configuration();
-  scripted.userScripts = {{post("'start'"), UserScript::InjectionTime::documentStart, true},
-                          {post("'end'"), UserScript::InjectionTime::documentEnd, true}};
+  scripted.userScripts = {{post("'start'"), UserScript::InjectionTime::documentStart},
+                          {post("'end'"), UserScript::InjectionTime::documentEnd}};
   makeView(scripted);
   ASSERT_TRUE(loadHtml(script(post("'page'"))));
   ASSERT_TRUE(waitForMessages());

@@ -75,9 +75,8 @@ TEST_F(CaptureShortcutTest, SwallowsTheKeyInItsOwnWindows) {
 
 TEST_F(CaptureShortcutTest, DoesNotMindLocksAndTheFunctionKey) {
   make();
-  for (const auto more : {KeyEvent::capsLock, KeyEvent::numericPad, KeyEvent::function}) {
+  for (const auto more : {KeyEvent::capsLock, KeyEvent::numericPad, KeyEvent::function})
     EXPECT_TRUE(pressLocally(KeyEvent::spaceKey, commandShift | more)) << more;
-  }
   EXPECT_EQ(presses, 3);
 }
 

@@ -50,7 +50,6 @@ TEST_F(NavoraAppDelegateLaunchTest, FillsTheWindowWithTheViewOfTheOrigin) {
   launch();
   EXPECT_EQ(window().contentView().get(), &webView());
   EXPECT_EQ(webView().configuration().origin, testUrl("https://navora.example"));
-  EXPECT_TRUE(webView().configuration().allowsBackForwardNavigationGestures);
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, RegistersItselfForTheFourMessagesOfThePage) {

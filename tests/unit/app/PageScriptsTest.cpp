@@ -49,18 +49,18 @@ class PageScriptsTest : public testing::Test {
   FakeResources resources;
 };
 
-TEST_F(PageScriptsTest, AreFourInTheirOrderAndTimesAllForTheMainFrame) {
+TEST_F(PageScriptsTest, AreFourInTheirOrderAndTimes) {
   resources.put("CaptureAppearance", "js", "appearance();");
   resources.put("RestartGuard", "js", "guard();\n");
   EXPECT_THAT(
       scripts(),
       ElementsAre(
-          UserScript{timeZoneScript, InjectionTime::documentStart, true},
-          UserScript{synchronizationScript, InjectionTime::documentEnd, true},
+          UserScript{timeZoneScript, InjectionTime::documentStart},
+          UserScript{synchronizationScript, InjectionTime::documentEnd},
           UserScript{"if (window.location.origin === new URL(\"https://navora.example\").origin) "
                      "{ appearance(); }",
-                     InjectionTime::documentEnd, true},
-          UserScript{"guard();\n", InjectionTime::documentStart, true}));
+                     InjectionTime::documentEnd},
+          UserScript{"guard();\n", InjectionTime::documentStart}));
 }
 
 TEST_F(PageScriptsTest, LeaveOutAMissingAppearanceScript) {

@@ -143,8 +143,7 @@ TEST_F(DesktopUpdatesSessionTest, PointsToTheUpdateThatIsShown) {
   session.canCheck = false;
   updates->checkForUpdates();
   EXPECT_THAT(log.take(), ElementsAre("showWindow", "showWindow"));
-  EXPECT_THAT(screen.announcements, ElementsAre(std::pair("Доступна Навора 2.0 (display)",
-                                                          AnnouncementPriority::medium)));
+  EXPECT_THAT(screen.announcements, ElementsAre("Доступна Навора 2.0 (display)"));
 }
 
 TEST_F(DesktopUpdatesSessionTest, LeavesItToTheUpdaterToPointToAnUpdateWhileItCanCheck) {

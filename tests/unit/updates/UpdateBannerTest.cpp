@@ -228,8 +228,7 @@ TEST_F(UpdateBannerTest, StaysHiddenWhenItGetsAButton) {
 TEST_F(UpdateBannerTest, AnnouncesItsHeading) {
   banner.present(full());
   banner.announce();
-  EXPECT_THAT(screen.announcements,
-              ElementsAre(std::pair("Heading", AnnouncementPriority::medium)));
+  EXPECT_THAT(screen.announcements, ElementsAre("Heading"));
 }
 
 TEST_F(UpdateBannerTest, FollowsTheLanguage) {

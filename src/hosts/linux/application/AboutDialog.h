@@ -4,7 +4,7 @@
 
 #include <gtkmm/aboutdialog.h>
 
-#include "platform/AboutPanel.h"
+#include "platform/Application.h"
 
 namespace navora {
 

@@ -177,15 +177,13 @@ void LinuxUpdateBanner::setProgress(UpdateBannerProgress progress) {
   bar_.show(progress);
 }
 
-void LinuxUpdateBanner::announce(const std::string& text, AnnouncementPriority priority) {
+void LinuxUpdateBanner::announce(const std::string& text) {
   AtkObject* accessible = gtk_widget_get_accessible(GTK_WIDGET(card_.gobj()));
   const std::string shown = withModifierNames(text);
   // The later signal carries a politeness; libraries before it have only the plain one.
   if (g_signal_lookup("notification", ATK_TYPE_OBJECT) != 0) {
     constexpr int polite = 1;
-    constexpr int assertive = 2;
-    g_signal_emit_by_name(accessible, "notification", shown.c_str(),
-                          priority == AnnouncementPriority::high ? assertive : polite);
+    g_signal_emit_by_name(accessible, "notification", shown.c_str(), polite);
   } else if (g_signal_lookup("announcement", ATK_TYPE_OBJECT) != 0) {
     g_signal_emit_by_name(accessible, "announcement", shown.c_str());
   }

@@ -32,7 +32,7 @@ class LinuxUpdateBanner final : public UpdateBannerView {
   bool isHidden() const override;
   void setContent(const UpdateBannerContent& content) override;
   void setProgress(UpdateBannerProgress progress) override;
-  void announce(const std::string& text, AnnouncementPriority priority) override;
+  void announce(const std::string& text) override;
 
   BannerCard& card() { return card_; }
   BannerBar& bar() { return bar_; }

@@ -11,11 +11,6 @@ constexpr const char* sessionInterface = "org.freedesktop.portal.Session";
 constexpr const char* shortcutId = "capture";
 constexpr int patienceMilliseconds = 2000;
 
-// The bits of the registration: Command is this desktop's Control.
-constexpr std::uint32_t carbonCommand = 256;
-constexpr std::uint32_t carbonShift = 512;
-constexpr std::uint32_t carbonOption = 2048;
-
 GObjectPtr<GDBusConnection> sessionBus() {
   return GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
 }
@@ -45,9 +40,10 @@ std::string shortcutTrigger(const HotKey& hotKey) {
   const std::string key = nameOfKey(hotKey.keyCode);
   if (key.empty()) return {};
   std::string trigger;
-  if ((hotKey.carbonModifiers & carbonCommand) != 0) trigger += "CTRL+";
-  if ((hotKey.carbonModifiers & carbonOption) != 0) trigger += "ALT+";
-  if ((hotKey.carbonModifiers & carbonShift) != 0) trigger += "SHIFT+";
+  // The main modifier, Command, is Control here.
+  if ((hotKey.carbonModifiers & HotKey::carbonCommand) != 0) trigger += "CTRL+";
+  if ((hotKey.carbonModifiers & HotKey::carbonOption) != 0) trigger += "ALT+";
+  if ((hotKey.carbonModifiers & HotKey::carbonShift) != 0) trigger += "SHIFT+";
   return trigger + key;
 }
 

@@ -14,11 +14,6 @@ namespace navora {
 
 namespace {
 
-// The bits of the registration: Command is this desktop's Control.
-constexpr std::uint32_t carbonCommand = 256;
-constexpr std::uint32_t carbonShift = 512;
-constexpr std::uint32_t carbonOption = 2048;
-
 // What a combination is compared by; the pointer's buttons and the keyboard's group are not.
 constexpr unsigned comparedModifiers =
     ShiftMask | LockMask | ControlMask | Mod1Mask | Mod2Mask | Mod3Mask | Mod4Mask | Mod5Mask;
@@ -35,11 +30,12 @@ guint keyvalFrom(std::uint16_t keyCode) {
   return keyCode == KeyEvent::spaceKey ? GDK_KEY_space : GDK_KEY_VoidSymbol;
 }
 
+// Translates Carbon's modifiers; the main modifier, Command, is Control here.
 unsigned modifiersFrom(std::uint32_t carbonModifiers) {
   unsigned modifiers = 0;
-  if ((carbonModifiers & carbonCommand) != 0) modifiers |= ControlMask;
-  if ((carbonModifiers & carbonShift) != 0) modifiers |= ShiftMask;
-  if ((carbonModifiers & carbonOption) != 0) modifiers |= Mod1Mask;
+  if ((carbonModifiers & HotKey::carbonCommand) != 0) modifiers |= ControlMask;
+  if ((carbonModifiers & HotKey::carbonShift) != 0) modifiers |= ShiftMask;
+  if ((carbonModifiers & HotKey::carbonOption) != 0) modifiers |= Mod1Mask;
   return modifiers;
 }
 

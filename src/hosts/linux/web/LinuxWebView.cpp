@@ -57,8 +57,7 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
       pageDialogs_(view_.get(), bridge_),
       contextMenu_(view_.get()) {
   webkit_settings_set_enable_back_forward_navigation_gestures(
-      webkit_web_view_get_settings(view_.get()),
-      configuration.allowsBackForwardNavigationGestures ? TRUE : FALSE);
+      webkit_web_view_get_settings(view_.get()), TRUE);
   startWebProcess();
 }
 

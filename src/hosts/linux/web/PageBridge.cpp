@@ -114,9 +114,7 @@ void PageBridge::addBridgeScripts(const WebViewConfiguration& configuration) {
 
 void PageBridge::addUserScripts(const WebViewConfiguration& configuration) {
   for (const auto& script : configuration.userScripts) {
-    addScript(script.source,
-              script.mainFrameOnly ? WEBKIT_USER_CONTENT_INJECT_TOP_FRAME
-                                   : WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
+    addScript(script.source, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
               script.injectionTime == UserScript::InjectionTime::documentStart
                   ? WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START
                   : WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_END,

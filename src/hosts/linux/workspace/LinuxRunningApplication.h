@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/RunningApplication.h"
+#include "platform/Workspace.h"
 
 namespace navora {
 

@@ -21,7 +21,7 @@ class MacUpdateBanner final : public UpdateBannerView {
   bool isHidden() const override;
   void setContent(const UpdateBannerContent& content) override;
   void setProgress(UpdateBannerProgress progress) override;
-  void announce(const std::string& text, AnnouncementPriority priority) override;
+  void announce(const std::string& text) override;
 
  private:
   ::UpdateBanner* _Nonnull banner_;

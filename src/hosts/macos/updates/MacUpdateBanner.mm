@@ -8,17 +8,6 @@ namespace navora {
 
 namespace {
 
-NSAccessibilityPriorityLevel toPriorityLevel(AnnouncementPriority priority) {
-  switch (priority) {
-    case AnnouncementPriority::low:
-      return NSAccessibilityPriorityLow;
-    case AnnouncementPriority::medium:
-      return NSAccessibilityPriorityMedium;
-    case AnnouncementPriority::high:
-      return NSAccessibilityPriorityHigh;
-  }
-}
-
 NSLayoutConstraint* makeWidth(NSView* banner) {
   NSLayoutConstraint* width =
       [banner.widthAnchor constraintEqualToConstant:UpdateBannerLayout::width];
@@ -73,11 +62,11 @@ void MacUpdateBanner::setProgress(UpdateBannerProgress progress) {
   [banner_ showProgress:progress];
 }
 
-void MacUpdateBanner::announce(const std::string& text, AnnouncementPriority priority) {
+void MacUpdateBanner::announce(const std::string& text) {
   NSAccessibilityPostNotificationWithUserInfo(
       banner_, NSAccessibilityAnnouncementRequestedNotification, @{
         NSAccessibilityAnnouncementKey : toNSString(text),
-        NSAccessibilityPriorityKey : [NSNumber numberWithInteger:toPriorityLevel(priority)],
+        NSAccessibilityPriorityKey : @(NSAccessibilityPriorityMedium),
       });
 }
 

@@ -36,7 +36,7 @@ WKUserScript* toUserScript(const UserScript& script) {
   return [[WKUserScript alloc] initWithSource:toNSString(script.source)
                                 injectionTime:atStart ? WKUserScriptInjectionTimeAtDocumentStart
                                                       : WKUserScriptInjectionTimeAtDocumentEnd
-                             forMainFrameOnly:script.mainFrameOnly];
+                             forMainFrameOnly:YES];
 }
 
 WKWebViewConfiguration* makeConfiguration(const WebViewConfiguration& description,
@@ -57,7 +57,7 @@ WKWebView* makeWebView(const WebViewConfiguration& description,
                        NavoraScriptMessageForwarder* messages) {
   WKWebView* webView = [[WKWebView alloc] initWithFrame:NSZeroRect
                                           configuration:makeConfiguration(description, messages)];
-  webView.allowsBackForwardNavigationGestures = description.allowsBackForwardNavigationGestures;
+  webView.allowsBackForwardNavigationGestures = YES;
   webView.customUserAgent = nil;
   return webView;
 }
