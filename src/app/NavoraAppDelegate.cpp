@@ -87,8 +87,8 @@ void NavoraAppDelegate::makeWindow() {
 
 void NavoraAppDelegate::makeWebView() {
   WebViewConfiguration configuration{origin_};
-  configuration.messageHandlerNames = {"navoraLocale", "navoraCaptureAppearance",
-                                       "navoraTimeZoneDetection", "navoraNotifications"};
+  for (const MessageHandler& handler : messageHandlers)
+    configuration.messageHandlerNames.emplace_back(handler.name);
   configuration.userScripts = PageScripts::userScripts(
       origin_, platform_.system().timeZoneIdentifier(), platform_.resources());
   configuration.messageHandler = this;

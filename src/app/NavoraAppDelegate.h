@@ -1,8 +1,10 @@
 #pragma once
 
+#include <array>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "app/CaptureFocus.h"
 #include "app/CaptureShortcut.h"
@@ -27,14 +29,15 @@
 
 namespace navora {
 
-// Owns everything that lives as long as the application, builds the main window on the service
-// origin and wires the features to each other.
+// Owns the objects that live as long as the application, creates the main window on the service
+// origin and connects the features with each other.
 class NavoraAppDelegate final : public ApplicationDelegate,
                                 public MainWindowDelegate,
                                 public MenuDelegate,
                                 public ScriptMessageHandler {
  public:
-  // The origin is fixed here, for the life of the process. The platform must outlive this object.
+  // Reads the origin, which is fixed for the life of the process. `platform` must outlive this
+  // object.
   explicit NavoraAppDelegate(Platform& platform);
   ~NavoraAppDelegate() override;
 
@@ -48,39 +51,41 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void applicationDidBecomeActive() override;
   void applicationWillTerminate() override;
 
-  // Closing only hides the window.
+  // Hides the window and returns false.
   bool windowShouldClose() override;
 
   void performMenuAction(DelegateAction action) override;
 
-  // Messages that do not come from the main frame of a page of the origin are dropped.
+  // Dispatches a message to its handler. Messages from other frames than the main frame of a page
+  // of the origin are ignored, as are unknown names and bodies that do not parse.
   void didReceiveScriptMessage(const ScriptMessage& message) override;
 
-  // Says what the application is.
+  // Shows the About panel.
   void about();
   // Asks the desktop for permission to show notifications.
   void enableNotifications();
-  // Brings the window to the front, whatever state it is in.
+  // Shows the window if it is hidden or miniaturized, and brings it to the front.
   void showWindow();
-  // Loads the page again, past the local cache; the origin itself where no page of it is shown.
+  // Reloads the page, bypassing the local cache; loads the origin if no page of it is shown.
   void reload();
-  // Opens the quick capture panel.
+  // Shows the capture panel.
   void quickCapture();
-  // Opens what `reload` would load in the user's browser.
+  // Opens the URL that reload() would load in the user's browser.
   void openInBrowser();
-  // Shows the window on a page of the origin that a notification points to; a place within the root
-  // page as soon as that page is ready for it. Nothing while an update restart is prepared.
+  // Shows the window and loads the page of the origin that a notification refers to; for a place
+  // within the root page, waits until that page is ready. Does nothing while a restart is prepared.
   void openNotification(const Url& url);
-  // Publishes the current system time zone to the page.
+  // Publishes the system's current time zone to the page.
   void refreshSystemTimeZone();
-  // Looks for a newer version, and says what came of it.
+  // Checks for a newer version and shows the result.
   void checkForUpdates();
-  // Answers whether the application may be restarted now, with nothing unsaved.
+  // Calls `answer` with whether the application can restart now without losing unsaved input.
   void prepareForUpdate(UpdateGuard::Answer answer);
-  // While an update restart is prepared, nothing may reload the page or open the panel: what the
-  // user was doing has been put away.
+  // Returns whether a restart for an update is prepared. Until it happens or is cancelled, nothing
+  // may reload the page or show the capture panel, because the user's input has been secured.
   bool restartPrepared() const { return updateGuard_ && updateGuard_->restartPrepared(); }
-  // Lets the page catch up after the system woke or the application became active.
+  // Refreshes the page and the notifications after the system woke up or the application became
+  // active.
   void refreshAfterResume();
 
  private:
@@ -99,10 +104,19 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void loadLogin();
   void pageDidLoad();
 
+  // Returns the URL of the shown page if it is of the origin.
   std::optional<Url> currentServiceUrl() const;
-  void handleLocaleMessage(const Json& body);
-  void handleAppearanceMessage(const Json& body);
-  void handleNotificationsMessage(const Json& body);
+
+  struct MessageHandler {
+    std::string_view name;
+    void (NavoraAppDelegate::*handle)(const Json& body);
+  };
+  // Every message that pages can post.
+  static const std::array<MessageHandler, 4> messageHandlers;
+  void handleLocale(const Json& body);
+  void handleCaptureAppearance(const Json& body);
+  void handleTimeZoneDetection(const Json& body);
+  void handleNotifications(const Json& body);
   void rebuildInterface();
 
   Platform& platform_;

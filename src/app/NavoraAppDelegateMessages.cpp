@@ -1,55 +1,59 @@
-// What the page tells the application.
+// The messages of the page.
+#include <algorithm>
 #include <cstddef>
 
-#include "app/LocaleMessage.h"
 #include "app/NavoraAppDelegate.h"
+#include "app/PageMessages.h"
 #include "locale/DesktopLocale.h"
 #include "origin/DesktopOrigin.h"
 
 namespace navora {
 namespace {
 
-// No message of ours comes near this size; a larger one is not worth parsing.
+// Far above the size of any valid message; a larger one is not worth parsing.
 constexpr std::size_t maximumMessageBytes = 1024 * 1024;
 
 }  // namespace
+
+const std::array<NavoraAppDelegate::MessageHandler, 4> NavoraAppDelegate::messageHandlers = {{
+    {PageMessages::locale, &NavoraAppDelegate::handleLocale},
+    {PageMessages::captureAppearance, &NavoraAppDelegate::handleCaptureAppearance},
+    {PageMessages::timeZoneDetection, &NavoraAppDelegate::handleTimeZoneDetection},
+    {PageMessages::notifications, &NavoraAppDelegate::handleNotifications},
+}};
 
 void NavoraAppDelegate::didReceiveScriptMessage(const ScriptMessage& message) {
   if (!message.frame.isMainFrame || !message.frame.requestUrl) return;
   if (!DesktopOrigin::contains(*message.frame.requestUrl, origin_)) return;
   if (message.body.size() > maximumMessageBytes) return;
-  const auto body = parseJson(message.body);
-  if (!body) return;
-
-  if (message.name == "navoraLocale") {
-    handleLocaleMessage(*body);
-  } else if (message.name == "navoraCaptureAppearance") {
-    handleAppearanceMessage(*body);
-  } else if (message.name == "navoraTimeZoneDetection") {
-    refreshSystemTimeZone();
-  } else if (message.name == "navoraNotifications") {
-    handleNotificationsMessage(*body);
-  }
+  const auto* handler = std::ranges::find(messageHandlers, message.name, &MessageHandler::name);
+  if (handler == messageHandlers.end()) return;
+  if (const auto body = parseJson(message.body)) (this->*handler->handle)(*body);
 }
 
-void NavoraAppDelegate::handleLocaleMessage(const Json& body) {
+void NavoraAppDelegate::handleLocale(const Json& body) {
   const auto message = LocaleMessage::read(body);
   if (!message) return;
   DesktopLocale::requested = message->requested;
   DesktopLocale::detected = message->detected;
-  if (DesktopLocale::current() == displayedLocale_) return;
-  displayedLocale_ = DesktopLocale::current();
+  const std::string locale = DesktopLocale::current();
+  if (locale == displayedLocale_) return;
+  displayedLocale_ = locale;
   rebuildInterface();
 }
 
-void NavoraAppDelegate::handleAppearanceMessage(const Json& body) {
+void NavoraAppDelegate::handleCaptureAppearance(const Json& body) {
   const auto appearance = CaptureAppearance::read(body);
   if (!appearance) return;
   quickCapturePanel_->syncAppearance(body);
   window_->setAppearance(appearance->windowAppearance());
 }
 
-void NavoraAppDelegate::handleNotificationsMessage(const Json& body) {
+void NavoraAppDelegate::handleTimeZoneDetection(const Json&) {
+  refreshSystemTimeZone();
+}
+
+void NavoraAppDelegate::handleNotifications(const Json& body) {
   if (!notifications_) return;
   if (body == "enable") {
     notifications_->requestAuthorization();

@@ -4,26 +4,28 @@
 #include <utility>
 
 #include "app/DesktopTimeZone.h"
+#include "app/PageMessages.h"
 #include "support/Json.h"
+#include "support/Text.h"
 
 namespace navora {
 namespace {
 
 using InjectionTime = UserScript::InjectionTime;
 
-// Reports the user's language setting now, when the page says that it saved one and whenever the
-// window gets the focus. Answers that a newer question has overtaken are dropped.
-constexpr std::string_view settingsSynchronization = R"((() => {
+// Reports the user's language setting when the page loads, when the page has saved a setting and
+// when the window gets the focus. Replies superseded by a newer request are discarded.
+constexpr std::string_view settingsSynchronizationTemplate = R"((() => {
   let generation = 0;
   async function sync() {
     const requestGeneration = ++generation;
     try {
       const response = await fetch('/api/settings', {credentials:'same-origin', cache:'no-store'});
       if (requestGeneration !== generation) return;
-      if (!response.ok) { window.webkit.messageHandlers.navoraLocale.postMessage({requestedLocale:'system',detectedLocale:null}); return; }
+      if (!response.ok) { window.webkit.messageHandlers.{handler}.postMessage({requestedLocale:'system',detectedLocale:null}); return; }
       const data = await response.json();
       if (requestGeneration !== generation) return;
-      window.webkit.messageHandlers.navoraLocale.postMessage({requestedLocale:data.settings?.locale || 'system',detectedLocale:data.settings?.detectedLocale || null});
+      window.webkit.messageHandlers.{handler}.postMessage({requestedLocale:data.settings?.locale || 'system',detectedLocale:data.settings?.detectedLocale || null});
     } catch {}
   }
   sync(); window.addEventListener('tolvin:localesaved', sync);
@@ -31,26 +33,28 @@ constexpr std::string_view settingsSynchronization = R"((() => {
   window.addEventListener('focus', sync);
 })();)";
 
-constexpr std::string_view timeZoneDetection =
-    "window.webkit.messageHandlers.navoraTimeZoneDetection.postMessage({});";
+std::string settingsSynchronization() {
+  return replaceAll(settingsSynchronizationTemplate, "{handler}", PageMessages::locale);
+}
+
+std::string timeZonePublication(std::string_view timeZoneIdentifier) {
+  return DesktopTimeZone::script(timeZoneIdentifier) + " window.webkit.messageHandlers." +
+         std::string(PageMessages::timeZoneDetection) + ".postMessage({});";
+}
 
 }  // namespace
 
 std::vector<UserScript> PageScripts::userScripts(const Url& origin,
                                                  std::string_view timeZoneIdentifier,
                                                  const Resources& resources) {
-  const std::string timeZone =
-      DesktopTimeZone::script(timeZoneIdentifier) + " " + std::string(timeZoneDetection);
-
   std::vector<UserScript> scripts;
-  scripts.push_back({guarded(origin, timeZone), InjectionTime::documentStart});
-  scripts.push_back({std::string(settingsSynchronization), InjectionTime::documentEnd});
-  if (const auto appearance = resources.read("CaptureAppearance", "js")) {
+  scripts.push_back(
+      {guarded(origin, timeZonePublication(timeZoneIdentifier)), InjectionTime::documentStart});
+  scripts.push_back({settingsSynchronization(), InjectionTime::documentEnd});
+  if (const auto appearance = resources.read("CaptureAppearance", "js"))
     scripts.push_back({guarded(origin, *appearance), InjectionTime::documentEnd});
-  }
-  if (auto guard = resources.read("RestartGuard", "js")) {
+  if (auto guard = resources.read("RestartGuard", "js"))
     scripts.push_back({*std::move(guard), InjectionTime::documentStart});
-  }
   return scripts;
 }
 

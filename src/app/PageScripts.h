@@ -13,11 +13,12 @@ namespace navora {
 // The scripts that the application injects into every page.
 class PageScripts {
  public:
-  // The four user scripts in their order; a resource script that cannot be read is left out.
+  // Returns the user scripts in the order of injection: time zone, settings, appearance, restart
+  // guard. A script whose resource cannot be read is omitted.
   static std::vector<UserScript> userScripts(const Url& origin, std::string_view timeZoneIdentifier,
                                              const Resources& resources);
 
-  // `body` wrapped so that it runs only on pages of `origin`.
+  // Returns `body` wrapped so that it runs only on pages of `origin`.
   static std::string guarded(const Url& origin, std::string_view body);
 };
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "app/LocaleMessage.h"
+#include "app/PageMessages.h"
 
 namespace navora {
 namespace {

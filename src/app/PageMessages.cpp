@@ -1,4 +1,4 @@
-#include "app/LocaleMessage.h"
+#include "app/PageMessages.h"
 
 #include <algorithm>
 
