@@ -21,7 +21,7 @@ constexpr const char* inputScript = R"((() => {
 })())";
 
 void increment(int& counter, int line) {
-  if (counter == std::numeric_limits<int>::max()) fatalError("A counter overflows", "App", line);
+  if (counter == std::numeric_limits<int>::max()) fatalError("A counter overflowed", "App", line);
   ++counter;
 }
 

@@ -12,21 +12,22 @@
 
 namespace navora {
 
-// Leads the page to a place within itself as soon as the page is ready for that: to a destination,
-// or to its own capture input. Asks again and again while the page renders, in runs: a newer run
-// ends the older one.
+// Moves the root page to a destination within it (a URL fragment), or focuses its capture input, as
+// soon as the page is ready. While the page renders, a run repeats the attempt up to
+// maximumAttempts times; a new run supersedes the previous one.
 class CaptureFocus {
  public:
   static constexpr int maximumAttempts = 40;
 
-  // All must outlive this object.
+  // The references must outlive this object.
   CaptureFocus(WebView& webView, MainWindow& window, MainQueue& queue, Url origin);
 
-  // Wanted once the page is ready; a run clears them when the page has confirmed.
+  // What to do once the page is ready; both are cleared when the page has confirmed it.
   bool capturePending = false;
   std::optional<Url> pendingDestination;
 
-  // Begins a run, if anything is wanted and the service's root page is shown.
+  // Starts a run. It does nothing unless one of the above is set and the service's root page is
+  // shown.
   void start();
 
  private:

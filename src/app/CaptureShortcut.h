@@ -11,11 +11,11 @@
 
 namespace navora {
 
-// Command+Shift+Space opens the quick capture: from any application through a system-wide hot key,
-// and in the application's own windows through a monitor, which keeps the key from the page.
+// The shortcut Command+Shift+Space: a system-wide hot key for other applications, and a key monitor
+// for the application's own windows, where the key must not reach the page.
 class CaptureShortcut {
  public:
-  // Both doors must outlive this object. `onPressed` is called on the main thread.
+  // The references must outlive this object. `onPressed` is called on the main thread.
   CaptureShortcut(HotKeys& hotKeys, MainQueue& queue, const System& system,
                   std::function<void()> onPressed);
   ~CaptureShortcut();
@@ -23,7 +23,8 @@ class CaptureShortcut {
   CaptureShortcut(const CaptureShortcut&) = delete;
   CaptureShortcut& operator=(const CaptureShortcut&) = delete;
 
-  // Another application has the combination: it works in the application's own windows only.
+  // Returns whether another application has registered the combination, so that it works in the
+  // application's own windows only.
   bool isTaken() const { return installed_ && !registered_; }
 
  private:

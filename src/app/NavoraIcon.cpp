@@ -47,7 +47,7 @@ bool passesSelfTest(Imaging& imaging) {
 }  // namespace
 
 void NavoraIcon::paint(Canvas& canvas) {
-  // One path: where the legs cross the beams the strokes are laid on once.
+  // A single path, so that the crossings of legs and beams are stroked once.
   const Path gate = Path()
                         .moveTo({8, 47})
                         .curveTo({56, 47}, {25, 53}, {39, 53})
@@ -77,9 +77,8 @@ std::shared_ptr<Image> NavoraIcon::menuBarTemplate(Imaging& imaging, double size
 }
 
 void NavoraIcon::selfTest(Imaging& imaging) {
-  if (!passesSelfTest(imaging)) {
+  if (!passesSelfTest(imaging))
     fatalError("Navora menu bar icon failed its transparency/template self-test", "NavoraIcon", 27);
-  }
   SelfTest::pass("Navora menu bar icon (transparent corners, visible mark, template)");
 }
 

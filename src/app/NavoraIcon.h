@@ -7,19 +7,19 @@
 
 namespace navora {
 
-// The mark in the desktop's bar of status items: a gate of one arched beam, one tie beam and two
-// slightly splayed legs, drawn by code.
+// The status item's mark: a gate of an arched beam, a tie beam and two slightly splayed legs.
 class NavoraIcon {
  public:
-  // The mark in its design space of 64 × 64 units.
+  // Draws the mark in its design space of 64 × 64 units.
   static void paint(Canvas& canvas);
-  // The mark at `scale` pixels per unit on transparent ground. Running out of memory for it is
-  // fatal.
+  // Renders the mark on a transparent bitmap with `scale` pixels per unit. An allocation failure is
+  // a fatal error.
   static std::shared_ptr<Bitmap> render(Imaging& imaging, int scale);
-  // A template of `size` × `size` points with one bitmap of double resolution.
+  // Returns a template image of `size` × `size` points with one bitmap at double resolution.
   static std::shared_ptr<Image> menuBarTemplate(Imaging& imaging, double size);
 
-  // Draws the mark and looks at it: prints the verdict or stops the process.
+  // Renders the mark and checks its pixels: prints one line if they are right, otherwise a fatal
+  // error.
   static void selfTest(Imaging& imaging);
 };
 

@@ -9,6 +9,7 @@
 
 namespace navora {
 
+// The part of main() that does not depend on a toolkit.
 class NavoraMain {
  public:
   // The program as its host provides it.

@@ -14,7 +14,7 @@ std::string notChecked() {
   return L("Не удалось проверить незавершённый ввод. Попробуйте обновление ещё раз.");
 }
 
-// What the page's script evaluated to: a JSON text of an object. None for anything else.
+// Parses the result of the page's script, the JSON text of an object; nullopt for anything else.
 std::optional<Json> readAnswer(const WebView::EvaluationResult& result) {
   if (!result || !result->is_string()) return std::nullopt;
   auto answer = parseJson(result->get<std::string>());

@@ -12,23 +12,24 @@
 
 namespace navora {
 
-// Sees to it that a restart for an update loses nothing that the user has typed, neither in the
-// page nor in the quick capture. An answer that is not clear keeps the application running.
+// Ensures that a restart for an update loses no input, neither in the page nor in the capture
+// panel. Unless both are known to have nothing unsaved, the application keeps running.
 class UpdateGuard {
  public:
-  // Called once, on the main thread: with none if the application may be restarted now, otherwise
-  // with what to tell the user. Not called at all if the guard or the web view ends first.
+  // Called once, on the main thread, with nullopt if the application can restart now, otherwise
+  // with a message for the user. Not called if the guard or the web view is destroyed first.
   using Answer = std::function<void(std::optional<std::string> message)>;
 
-  // All must outlive this object.
+  // The references must outlive this object.
   UpdateGuard(WebView& webView, DesktopQuickCapture& quickCapture, Url origin);
 
-  // While this is true, nothing may change the page or open the quick capture.
+  // While true, nothing may change the page or show the capture panel.
   bool restartPrepared() const { return restartPrepared_; }
 
-  // On success, the page takes no input until `resume`.
+  // Asks the page and the capture panel for unsaved input. If there is none, the page accepts no
+  // input until resume().
   void prepareForUpdate(Answer answer);
-  // The restart does not come after all: the user may go on.
+  // Cancels a prepared restart and lets the user continue.
   void resume();
 
  private:
@@ -42,8 +43,7 @@ class UpdateGuard {
   DesktopQuickCapture& quickCapture_;
   const Url origin_;
   bool restartPrepared_ = false;
-  // Counts the calls of `resume`: one that comes while the page is being asked undoes what the page
-  // will have answered.
+  // Incremented by resume(), to discard replies of the page to earlier questions.
   std::uint64_t resumptions_ = 0;
   Lifetime lifetime_;
 };

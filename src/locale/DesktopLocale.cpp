@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::string_view followSystem = "system";
 
-// Language code to (source text to translation).
+// Maps a language code to a map from source text to translation.
 using Catalogs =
     std::map<std::string, std::map<std::string, std::string, std::less<>>, std::less<>>;
 
-// The whole resource counts or nothing of it; only values that are no texts are left out one by
-// one, which shows their keys.
+// Returns the catalogs, or none if the resource does not have their structure. Values that are not
+// strings are skipped, so that their keys are shown instead.
 Catalogs readCatalogs(const std::optional<std::string>& resource) {
   const auto json = resource ? parseJson(*resource) : std::nullopt;
   if (!json || !json->is_object()) return {};
@@ -27,9 +27,8 @@ Catalogs readCatalogs(const std::optional<std::string>& resource) {
   for (const auto& [locale, texts] : json->items()) {
     if (!texts.is_object()) return {};
     auto& catalog = catalogs[locale];
-    for (const auto& [key, text] : texts.items()) {
+    for (const auto& [key, text] : texts.items())
       if (text.is_string()) catalog.emplace(key, text.get<std::string>());
-    }
   }
   return catalogs;
 }
@@ -90,15 +89,12 @@ std::optional<std::string> DesktopLocale::normalize(std::string_view tag) {
 std::string DesktopLocale::resolve(std::string_view requestedLocale,
                                    const std::vector<std::string>& preferred,
                                    const std::optional<std::string>& detectedLocale) {
-  if (requestedLocale != followSystem) {
+  if (requestedLocale != followSystem)
     if (auto explicitChoice = normalize(requestedLocale)) return *explicitChoice;
-  }
-  for (const auto& language : preferred) {
+  for (const auto& language : preferred)
     if (auto usable = normalize(language)) return *usable;
-  }
-  if (detectedLocale) {
+  if (detectedLocale)
     if (auto usable = normalize(*detectedLocale)) return *usable;
-  }
   return supported().front();
 }
 

@@ -9,48 +9,51 @@
 
 namespace navora {
 
-// Decides the language of the native interface and translates its texts. Texts are written in
-// Russian in the code and serve as keys into the catalogs; what has no translation shows in
+// Selects the language of the native interface and translates its texts. The code contains the
+// Russian texts, which are the keys of the catalogs; a text without a translation is shown in
 // Russian.
 //
-// The process has one interface language: `requested` and `detected` are what the service last
-// reported. Main thread only.
+// The process has one interface language, derived from `requested` and `detected`, which hold the
+// values last reported by the service. Main thread only.
 class DesktopLocale {
  public:
-  // Codes of the languages that the interface can be shown in; the first is the source language.
+  // Returns the codes of the interface languages; the first is the source language.
   static const std::vector<std::string>& supported();
 
-  // The user's setting on the service; "system" follows the operating system.
+  // The user's setting in the service; "system" follows the operating system.
   static inline std::string requested = "system";
-  // The language that the service detected for the user, if it said so.
+  // The language that the service detected for the user, if reported.
   static inline std::optional<std::string> detected;
 
-  // Tells where the system's preferred languages (asked at every use) and the catalog resource
-  // (read once, at the first translation after this call) come from. Without it there are none.
+  // Sets the sources of the system's preferred languages, which is called at every use, and of the
+  // catalog resource, which is read once, at the first translation after this call. Before the
+  // first call there are neither preferred languages nor catalogs.
   static void configure(std::function<std::vector<std::string>()> preferredLanguages,
                         std::function<std::optional<std::string>()> catalogResource);
 
-  // The supported code for a language tag, whatever its region: every Portuguese is Brazilian here.
+  // Returns the supported code for a language tag, ignoring its region (every Portuguese tag
+  // becomes pt-BR), or nullopt if the language is not supported.
   static std::optional<std::string> normalize(std::string_view tag);
 
-  // An explicit setting wins, then the first usable preferred language, then the detected one, then
-  // the source language.
+  // Returns the language to use: an explicit setting if supported, else the first supported
+  // preferred language, else the detected one, else the source language.
   static std::string resolve(std::string_view requestedLocale,
                              const std::vector<std::string>& preferred,
                              const std::optional<std::string>& detectedLocale);
 
-  // The language to show now.
+  // Returns the current interface language.
   static std::string current();
 
-  // The text for `key` in the current language, every "{name}" replaced by its parameter.
+  // Returns the text for `key` in the current language, with each "{name}" replaced by the
+  // parameter of that name.
   static std::string translate(std::string_view key,
                                const std::map<std::string, std::string>& parameters = {});
 
-  // Checks the policy; prints a line on success and traps on failure.
+  // Checks the rules: prints one line if they hold, otherwise traps.
   static void selfTest();
 };
 
-// Shorthand for `DesktopLocale::translate`: every visible native text passes through it.
+// Shorthand for DesktopLocale::translate(), used for every visible native text.
 std::string L(std::string_view key, const std::map<std::string, std::string>& parameters = {});
 
 }  // namespace navora

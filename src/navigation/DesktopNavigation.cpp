@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view productName = "Навора";
 constexpr Size promptFieldSize{320, 24};
 
-// The part behind the last slash, so that no folder the server names gets into the suggestion.
+// Returns the part after the last slash, so that a folder named by the server is not suggested.
 std::string lastPathComponent(const std::string& path) {
   const auto end = path.find_last_not_of('/');
   if (end == std::string::npos) return {};
@@ -50,7 +50,7 @@ NavigationPolicy DesktopNavigation::decideWithinOrigin(WebView& webView,
     debug("Allowed " + action.url->string());
     return NavigationPolicy::allow;
   }
-  // There is only one window: what asks for a new one is shown in it.
+  // There is only one window, so requests for a new one load in it.
   debug("Loading in this window, instead of a new one: " + action.url->string());
   if (action.request) webView.load(*action.request);
   return NavigationPolicy::cancel;
@@ -158,8 +158,7 @@ void DesktopNavigation::downloadDidFinish(Download& download) {
 
 void DesktopNavigation::downloadDidFail(Download& download, const PlatformError& error) {
   forget(download);
-  // A download that the user cancelled is reported too: the file they may be waiting for is not
-  // there.
+  // Also shown for cancelled downloads, because the user may be waiting for the file.
   dialogs_.runAlert({L("Не удалось скачать файл"), error.localizedDescription, {}, std::nullopt},
                     [](const AlertResult&) {});
 }

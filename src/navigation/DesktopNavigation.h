@@ -18,26 +18,27 @@
 
 namespace navora {
 
-// Keeps the web view on the service origin: pages of the origin load in the view, foreign links
-// that the user clicks on the trusted page go to the user's browser, everything else is cancelled.
-// Gives dialogs and file choosers to the trusted main frame only, and sees downloads through.
+// Keeps the web view on the service origin. Pages of the origin load in the view. Foreign URLs that
+// the trusted main frame links to, or requests in a new window, open in the user's browser. All
+// other navigations are cancelled. Dialogs and file choosers are shown for the trusted main frame
+// only. Owns the downloads until they finish.
 class DesktopNavigation final : public NavigationDelegate,
                                 public PageDialogDelegate,
                                 public DownloadDelegate {
  public:
-  // The platform interfaces must outlive this object.
+  // The references must outlive this object.
   DesktopNavigation(Url origin, Dialogs& dialogs, const System& system, Workspace& workspace);
   ~DesktopNavigation() override;
 
   DesktopNavigation(const DesktopNavigation&) = delete;
   DesktopNavigation& operator=(const DesktopNavigation&) = delete;
 
-  // Optional; read at the moment of each event.
+  // Optional callbacks, called on the main thread.
   std::function<void()> onLoad;
   std::function<void(const PlatformError&)> onFailure;
   std::function<void()> onStart;
 
-  // The parent of file choosers; without it they give no files.
+  // The parent of file choosers. Without it they are cancelled.
   std::weak_ptr<MainWindow> window;
 
   NavigationPolicy decidePolicyForAction(WebView& webView, const NavigationAction& action) override;
@@ -78,7 +79,7 @@ class DesktopNavigation final : public NavigationDelegate,
   Dialogs& dialogs_;
   const System& system_;
   Workspace& workspace_;
-  // In the order they started; only keeps them alive until they end.
+  // Retained in the order in which they started, until they finish or fail.
   std::vector<std::shared_ptr<Download>> downloads_;
 };
 

@@ -6,15 +6,15 @@
 
 namespace navora {
 
-// What happened at the fake doors of one platform, in order: "door.operation detail". Reads of a
-// door are not recorded.
+// The calls that one FakePlatform's interfaces received, in order, as "interface.operation detail".
+// Calls that only read are not recorded.
 class EventLog {
  public:
   void record(std::string event) { events_.push_back(std::move(event)); }
 
   const std::vector<std::string>& events() const { return events_; }
 
-  // The events up to now; the log starts anew.
+  // Returns the events recorded so far and clears the log.
   std::vector<std::string> take() { return std::exchange(events_, {}); }
 
  private:

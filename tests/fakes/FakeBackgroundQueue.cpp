@@ -13,14 +13,14 @@ void FakeBackgroundQueue::run(std::function<void()> work, std::function<void()> 
 }
 
 void FakeBackgroundQueue::workOnNext() {
-  if (waiting_ == 0) fatalError("No work waits", "FakeBackgroundQueue", __LINE__);
+  if (waiting_ == 0) fatalError("No background work is pending", "FakeBackgroundQueue", __LINE__);
   std::thread([this] { jobs_.workOnNext(); }).join();
   --waiting_;
   ++worked_;
 }
 
 void FakeBackgroundQueue::completeNext() {
-  if (worked_ == 0) fatalError("No work has ended", "FakeBackgroundQueue", __LINE__);
+  if (worked_ == 0) fatalError("No background work has finished", "FakeBackgroundQueue", __LINE__);
   --worked_;
   jobs_.completeNext();
 }

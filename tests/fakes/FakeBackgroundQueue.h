@@ -8,19 +8,19 @@
 
 namespace navora {
 
-// A queue whose every step is the test's.
+// A queue that runs each step when the test says so.
 class FakeBackgroundQueue final : public BackgroundQueue {
  public:
   void run(std::function<void()> work, std::function<void()> completion) override;
 
-  // How much work has not begun, and how much has been done without its completion.
+  // The number of works that have not started, and of those whose completion has not been called.
   std::size_t waiting() const { return waiting_; }
   std::size_t worked() const { return worked_; }
-  // Does the oldest work that waits, on another thread, and waits for its end.
+  // Runs the oldest pending work on another thread and waits for it.
   void workOnNext();
-  // Calls the completion of the oldest work that has been done.
+  // Calls the completion of the oldest finished work.
   void completeNext();
-  // All of both, what completions hand over included.
+  // Runs all works and completions, including those added by completions.
   void finishAll();
 
  private:

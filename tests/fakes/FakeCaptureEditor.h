@@ -7,7 +7,7 @@
 
 namespace navora {
 
-// An editor in which the test types. A line is as high as the style says, and never wraps.
+// An editor in which the test types. Lines have the height of the style and never wrap.
 class FakeCaptureEditor final : public CaptureEditorView {
  public:
   FakeCaptureEditor(EventLog& log, CaptureEditorDelegate& delegate)
@@ -19,9 +19,9 @@ class FakeCaptureEditor final : public CaptureEditorView {
   const std::string& placeholder() const { return placeholder_; }
   const std::string& accessibilityLabel() const { return accessibilityLabel_; }
 
-  // The user replaces the text. One that is not editable cannot be typed in: a fatal error.
+  // Acts as the user replacing the text. A fatal error if the editor is not editable.
   void type(const std::string& text);
-  // Whether the application took the key from the editor.
+  // Return whether the delegate consumed the key.
   bool press(const KeyEvent& event, bool composing = false) const {
     return delegate_.editorKeyDown(event, composing);
   }

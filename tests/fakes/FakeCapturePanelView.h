@@ -11,14 +11,14 @@ namespace navora {
 
 class FakeCapturePanelView final : public CapturePanelView {
  public:
-  // What the panel finds on its desktop.
+  // The desktop that the panel is shown on.
   struct Desktop {
     bool dark = false;
     std::optional<Rectangle> visibleFrame = Rectangle{0, 0, 1440, 900};
-    // The height of a message of one line, and the width at which it becomes two.
+    // The height of a one-line message, and the width at which it wraps to two lines.
     double messageLineHeight = 14;
     double messageLineWidth = 0;
-    // The panel that was made last, while it lives.
+    // The last panel created; null once it is destroyed.
     FakeCapturePanelView* panel = nullptr;
   };
 
@@ -41,9 +41,9 @@ class FakeCapturePanelView final : public CapturePanelView {
   int surfaceRedraws() const { return surfaceRedraws_; }
   int buttonRedraws() const { return buttonRedraws_; }
 
-  // What the user does. A click elsewhere takes the focus first.
+  // Act as the user. A click elsewhere moves the focus first.
   void clickElsewhere();
-  // A disabled button cannot be pressed: a fatal error.
+  // A fatal error if the button is disabled.
   void clickSubmit();
 
   FakeCaptureEditor& editor() override { return editor_; }

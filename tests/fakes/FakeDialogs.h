@@ -14,8 +14,8 @@
 
 namespace navora {
 
-// One kind of dialog: what was asked, and the answers. An answer given ahead is used at once,
-// before the dialog's call returns; without one the dialog stays open until the test answers it.
+// The requests for one kind of dialog, and their answers. answerAhead() answers the next request
+// before the call that makes it returns; other dialogs stay open until the test answers them.
 template <class Request, class Answer>
 class FakeDialog {
  public:
@@ -32,7 +32,7 @@ class FakeDialog {
 
   void answerAhead(Answer next) { answersAhead_.push_back(std::move(next)); }
 
-  // Answers the dialog that was opened last and is still open.
+  // Answers the open dialog that was opened last.
   void answer(const Answer& given) {
     if (open_.empty()) fatalError("No dialog is open", "FakeDialogs", __LINE__);
     const Completion completion = std::move(open_.back());

@@ -10,7 +10,7 @@
 
 namespace navora {
 
-// A download whose course the test tells. Its delegate may release it in every report that ends it.
+// A download driven by the test. Its delegate may release it when it finishes or fails.
 class FakeDownload final : public Download {
  public:
   FakeDownload(EventLog& log, std::string name);
@@ -18,13 +18,14 @@ class FakeDownload final : public Download {
   FakeDownload(const FakeDownload&) = delete;
   FakeDownload& operator=(const FakeDownload&) = delete;
 
-  // Where the file goes, once that is known.
+  // The chosen file; nullopt until it is chosen.
   const std::optional<std::filesystem::path>& destination() const { return destination_; }
   DownloadDelegate* delegate() const { return delegate_; }
 
-  // Asks for the destination; without one the download fails as cancelled.
+  // Asks the delegate for the destination; without one the download fails as cancelled.
   void askDestination(const std::string& suggestedFilename);
-  // The server sends the download elsewhere; a refusal fails it. Tells whether it goes on.
+  // Acts as a redirect by the server, which fails the download if refused. Returns whether the
+  // download continues.
   bool redirect(const std::optional<Url>& url);
   void finish();
   void fail(const PlatformError& error);

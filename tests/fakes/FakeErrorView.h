@@ -19,7 +19,7 @@ class FakeErrorView final : public ErrorView {
   const ErrorViewDescription& description() const { return description_; }
   const std::string& detail() const { return detail_; }
 
-  // What the user does.
+  // Act as the user.
   void clickRetry() const { description_.onRetry(); }
   void clickOpenInBrowser() const { description_.onOpenInBrowser(); }
 

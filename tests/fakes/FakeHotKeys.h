@@ -10,7 +10,7 @@
 
 namespace navora {
 
-// A keyboard that the test presses.
+// A keyboard whose keys the test presses.
 class FakeHotKeys final : public HotKeys {
  public:
   explicit FakeHotKeys(EventLog& log) : log_(log) {}
@@ -22,9 +22,9 @@ class FakeHotKeys final : public HotKeys {
   bool hasEventHandler() const { return static_cast<bool>(onPressed_); }
   bool hasMonitor() const { return monitor_ != nullptr && *monitor_; }
 
-  // The combination that was registered, wherever the focus is.
+  // Presses the registered combination, whichever application has the focus.
   void press() const { onPressed_(); }
-  // A key in one of the application's own windows; whether the monitor swallowed it.
+  // Presses a key in one of the application's own windows. Returns whether the monitor consumed it.
   bool pressLocally(const KeyEvent& event) const { return hasMonitor() && (*monitor_)(event); }
 
   Status installEventHandler(std::function<void()> onPressed) override {

@@ -10,20 +10,20 @@
 
 namespace navora {
 
-// A network whose every answer is the test's.
+// A session whose responses come from the test.
 class FakeHttpSession final : public HttpSession {
  public:
-  // What outlives the session.
+  // The requests and responses of all sessions; outlives them.
   struct Network {
     std::vector<HttpSessionConfiguration> sessions;
-    // Every request that was ever sent.
+    // Every request sent so far.
     std::vector<HttpRequest> requests;
 
-    // How many wait for their answer.
+    // The number of requests without a response.
     std::size_t underWay() const { return transfers.size(); }
-    // Ends the oldest request that waits. Of a body beyond its session's limit nothing is left.
+    // Finish the oldest request. A body above its session's limit is dropped.
     void finish(HttpSession::Result result);
-    // With this status and body, from the address that was asked.
+    // With this status and body, from the requested URL.
     void answer(int status, std::string body);
     void fail(int code);
 

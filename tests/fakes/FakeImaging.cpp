@@ -55,7 +55,7 @@ bool covers(const RecordingCanvas::PathStroke& stroke, Point point) {
   return false;
 }
 
-// From the outline, negative inside.
+// Returns the distance of the point from the outline, negative inside.
 double distanceToOutline(const Rectangle& rectangle, double wantedRadius, Point point) {
   const double radius = std::min({wantedRadius, rectangle.width / 2, rectangle.height / 2});
   const double beyondX = std::abs(point.x - rectangle.midX()) - (rectangle.width / 2 - radius);

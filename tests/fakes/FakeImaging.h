@@ -8,8 +8,9 @@
 
 namespace navora {
 
-// Remembers what was painted. Its pixels are what `pixel` says, or else what was painted over their
-// middle: without soft edges, every gradient in its first colour, every line with round ends.
+// Records what was painted. A pixel has the colour given by `pixel` or, without that function, the
+// colour painted at its centre: without antialiasing, gradients in their first colour, lines with
+// round caps.
 class FakeBitmap final : public Bitmap {
  public:
   using Pixel = std::function<std::optional<Color>(int x, int y)>;
@@ -21,7 +22,7 @@ class FakeBitmap final : public Bitmap {
         pixel_(std::move(pixel)) {}
 
   RecordingCanvas canvas;
-  // Of the last drawing.
+  // The scale of the last draw().
   double scale = 1;
 
   int pixelsWide() const override { return wide_; }
@@ -64,7 +65,7 @@ class FakeImaging final : public Imaging {
  public:
   bool hasMemory = true;
   bool keepsTemplateFlag = true;
-  // Of the bitmaps made from now on.
+  // Used by bitmaps created from now on.
   FakeBitmap::Pixel pixel;
 
   std::shared_ptr<Bitmap> makeBitmap(int wide, int high) override {

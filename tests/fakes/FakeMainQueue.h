@@ -10,14 +10,14 @@
 
 namespace navora {
 
-// A queue whose time stands still until the test moves it.
+// A queue with a clock that only the test advances.
 class FakeMainQueue final : public MainQueue {
  public:
   void async(std::function<void()> work) override;
   std::unique_ptr<ObserverToken> after(std::chrono::milliseconds delay,
                                        std::function<void()> work) override;
 
-  // Runs what is due, what that adds for now included, in the order of its time.
+  // Runs all work that is due, in the order of its time, including work that this adds.
   void runDue();
   void advance(std::chrono::milliseconds time);
 

@@ -14,7 +14,7 @@ class FakeErrorView;
 
 class FakeMainWindow final : public MainWindow {
  public:
-  // The views over the content, the topmost last. Shared with them, because they may outlive the
+  // The views above the content, the topmost last. Shared with them, because they may outlive the
   // window.
   using Overlays = std::vector<FakeErrorView*>;
 
@@ -27,7 +27,7 @@ class FakeMainWindow final : public MainWindow {
   WindowAppearance appearance() const { return appearance_; }
   const std::shared_ptr<Overlays>& overlays() const { return overlays_; }
 
-  // What the user does. Miniaturizing keeps the window from being visible.
+  // Act as the user. A miniaturized window is not visible.
   void clickClose();
   void miniaturize();
 

@@ -10,22 +10,22 @@
 
 namespace navora {
 
-// A desktop whose every answer is the test's. Questions wait until they are answered.
+// A notification service whose replies come from the test. Requests stay pending until then.
 class FakeNotificationCenter final : public NotificationCenter {
  public:
-  // What is answered to the questions for the status.
+  // The reply of answerStatus().
   AuthorizationStatus status = AuthorizationStatus::authorized;
-  // Everything that was ever added, and the options that were asked for.
+  // All notifications added and authorizations requested so far.
   std::vector<UserNotification> added;
   std::vector<Options> requests;
 
   NotificationCenterDelegate* delegate() const { return delegate_; }
-  // The user opens a notification with this address.
+  // Acts as the user opening a notification with this URL.
   void click(std::optional<std::string> url) {
     if (delegate_ != nullptr) delegate_->didReceiveNotification(std::move(url));
   }
 
-  // Answer the oldest question of their kind.
+  // Reply to the oldest pending request of each kind.
   void answerStatus() { take(statusQuestions_)(status); }
   void answerRequest(AuthorizationResult result) { take(requestQuestions_)(std::move(result)); }
   void finishAdd(std::optional<PlatformError> failure = std::nullopt) {

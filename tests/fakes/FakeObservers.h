@@ -9,7 +9,7 @@
 
 namespace navora {
 
-// The observers of one system event.
+// The observers of one event.
 class FakeObservers {
  public:
   std::unique_ptr<ObserverToken> add(std::function<void()> callback) {
@@ -20,13 +20,12 @@ class FakeObservers {
 
   std::size_t count() const { return callbacks_->size(); }
 
-  // Calls them in the order of their registration. A callback may end any registration, its own
-  // too: those that it ended are not called any more, those that it added wait for the next event.
+  // Calls the callbacks in the order of registration. A callback may remove any registration,
+  // including its own; removed ones are not called, and added ones only by the next notify().
   void notify() const {
     const Callbacks present = *callbacks_;
-    for (const auto& [id, callback] : present) {
+    for (const auto& [id, callback] : present)
       if (callbacks_->contains(id)) callback();
-    }
   }
 
  private:

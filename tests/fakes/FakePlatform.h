@@ -26,9 +26,9 @@
 
 namespace navora {
 
-// A host without a desktop: all doors are fakes that share one log. The accessors give the fakes
-// themselves; window, view and overlay are the ones made last, and asking for one that is not there
-// is a fatal error.
+// A host without a desktop: its platform interfaces are fakes that share one log. The accessors
+// return the fakes; for objects created by the make functions the last one, and it is a fatal error
+// if there is none.
 class FakePlatform final : public Platform {
  public:
   EventLog& log() { return log_; }

@@ -9,7 +9,7 @@
 
 namespace navora {
 
-// Holds the resources that a test puts there; without any it is a broken installation.
+// The resources that the test adds; initially none, as in a broken installation.
 class FakeResources final : public Resources {
  public:
   void put(const std::string& name, const std::string& extension, std::string content) {

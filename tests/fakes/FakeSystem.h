@@ -10,7 +10,7 @@
 
 namespace navora {
 
-// A machine whose facts and events are the test's.
+// A system whose facts and events come from the test.
 class FakeSystem final : public System {
  public:
   explicit FakeSystem(EventLog& log) : log_(log) {}
@@ -24,10 +24,10 @@ class FakeSystem final : public System {
   // Every line of the debug log as "area: line", whether or not the area is turned on.
   mutable std::vector<std::string> debugged;
 
-  // The number in the UUID that is made next; every UUID has its own.
+  // The number in the next UUID, incremented with each.
   mutable int nextUuid = 1;
 
-  // The user or the system moves to another zone.
+  // Acts as a change of the system's time zone.
   void changeTimeZone(std::string identifier);
   void wake() { wakeObservers_.notify(); }
 

@@ -10,16 +10,15 @@
 
 namespace navora {
 
-// An updater that finds, fetches and installs nothing: the test tells its user driver what it
-// would.
+// An updater without function: the test calls its user driver.
 class FakeUpdater final : public Updater {
  public:
-  // How the updater stands, kept apart from it, because it belongs to what it reports to.
+  // The updater's state; separate from the updater, which its controller owns.
   struct Session {
     explicit Session(EventLog& eventLog) : log(eventLog) {}
 
     EventLog& log;
-    // None before the updater is made.
+    // Null until an updater is created.
     UpdaterUserDriver* driver = nullptr;
     UpdaterDelegate* delegate = nullptr;
     std::optional<PlatformError> startError;

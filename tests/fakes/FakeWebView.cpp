@@ -15,9 +15,8 @@ FakeWebView::FakeWebView(EventLog& log, WebViewConfiguration configuration)
 void FakeWebView::post(const std::string& handler, const std::string& body,
                        const FrameInfo& frame) {
   const auto& names = configuration_.messageHandlerNames;
-  if (std::ranges::find(names, handler) == names.end() || !configuration_.messageHandler) {
+  if (std::ranges::find(names, handler) == names.end() || !configuration_.messageHandler)
     fatalError("The page finds no message handler " + handler, "FakeWebView", __LINE__);
-  }
   configuration_.messageHandler->didReceiveScriptMessage({handler, body, frame});
 }
 

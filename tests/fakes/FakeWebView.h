@@ -12,7 +12,7 @@
 
 namespace navora {
 
-// A request that a page made, told apart by its address.
+// A request made by a page, identified by its URL.
 class FakeRequest final : public PlatformRequest {
  public:
   explicit FakeRequest(Url url) : url_(std::move(url)) {}
@@ -22,7 +22,7 @@ class FakeRequest final : public PlatformRequest {
   Url url_;
 };
 
-// A view without an engine: it shows what it is told to load, and the test is the page.
+// A web view without an engine: its URL is the last one loaded, and the test acts as the page.
 class FakeWebView final : public WebView {
  public:
   FakeWebView(EventLog& log, WebViewConfiguration configuration);
@@ -30,23 +30,23 @@ class FakeWebView final : public WebView {
   const WebViewConfiguration& configuration() const { return configuration_; }
   NavigationDelegate* navigationDelegate() const { return navigationDelegate_; }
   PageDialogDelegate* pageDialogDelegate() const { return pageDialogDelegate_; }
-  // The loads that the application asked for, and the page's requests that it handed back.
+  // The requests that the application loaded: its own, and those that the page made.
   const std::vector<WebRequest>& loads() const { return loads_; }
   const std::vector<const PlatformRequest*>& requestLoads() const { return requestLoads_; }
   const std::vector<std::string>& scripts() const { return scripts_; }
 
-  // Shows another page without anybody having asked for it.
+  // Shows another page without a load.
   void setUrl(std::optional<Url> url) { url_ = std::move(url); }
-  // The page posts a message. One for a handler without a registration cannot be posted.
+  // Acts as the page posting a message. A fatal error if the handler is not registered.
   void post(const std::string& handler, const std::string& body, const FrameInfo& frame);
   bool loading = false;
-  // What the store holds; every question is answered with it later.
+  // The contents of the store, returned by answerCookies().
   std::vector<HttpCookie> cookies;
-  // Answers the oldest question for the cookies.
+  // Completes the oldest call of allCookies().
   void answerCookies();
   std::size_t cookieQuestions() const { return cookieQuestions_.size(); }
   std::size_t evaluationsUnderWay() const { return evaluations_.size(); }
-  // Ends the oldest evaluation that is still under way.
+  // Completes the oldest pending evaluation.
   void finishEvaluation(EvaluationResult result);
 
   void setNavigationDelegate(NavigationDelegate* delegate) override;

@@ -39,7 +39,7 @@ class FakeWorkspace final : public Workspace {
   }
   std::shared_ptr<RunningApplication> frontmostApplication() override { return frontmost; }
   std::vector<Screen> screens() const override { return allScreens; }
-  // The first one, if any.
+  // The first of allScreens, if any.
   std::optional<Screen> mainScreen() const override {
     return hasMainScreen && !allScreens.empty() ? std::optional(allScreens.front()) : std::nullopt;
   }

@@ -10,9 +10,9 @@
 
 namespace navora {
 
-// Gives a test the interface language as a launch finds it, and puts it back at the end: nothing
-// requested, nothing detected, no preferred languages and no catalogs (everything shows in Russian)
-// until the test says otherwise.
+// Resets the interface language to its state at launch, and again when it is destroyed: nothing
+// requested or detected, and, unless the test sets them, no preferred languages and no catalogs, so
+// that texts are shown in Russian.
 class LocaleScope {
  public:
   LocaleScope() { reset(); }
@@ -22,7 +22,7 @@ class LocaleScope {
 
   void prefer(std::vector<std::string> languages) { *languages_ = std::move(languages); }
 
-  // Replaces the catalog resource, as a new launch would.
+  // Replaces the catalog resource as a new launch would.
   void setCatalogs(std::optional<std::string> resource) {
     DesktopLocale::configure([languages = languages_] { return *languages; },
                              [resource = std::move(resource)] { return resource; });

@@ -7,7 +7,7 @@
 
 namespace navora {
 
-// Remembers what was painted on it.
+// Records what is painted on it.
 class RecordingCanvas final : public Canvas {
  public:
   struct GradientFill {
@@ -39,7 +39,7 @@ class RecordingCanvas final : public Canvas {
   std::vector<RectangleStroke> rectangleStrokes;
   std::vector<OvalFill> ovalFills;
   std::vector<PathStroke> pathStrokes;
-  // The kinds, in the order of painting.
+  // The kinds of operations, in order.
   std::vector<std::string> order;
 
   void fillRoundedRectangle(const Rectangle& rectangle, double radius,

@@ -9,7 +9,7 @@
 
 namespace navora {
 
-// The URL written in a test.
+// Parses a URL literal of a test.
 inline Url testUrl(std::string_view text) {
   const auto url = Url::parse(text);
   if (!url) fatalError("Not a URL: " + std::string(text), "TestUrl", __LINE__);
