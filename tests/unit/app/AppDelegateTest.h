@@ -14,31 +14,31 @@
 
 namespace navora {
 
-// The application on a fake platform. Tests prepare the platform, launch, and say what the user,
-// the page and the system do.
+// The application on a fake platform. Tests prepare the platform, launch the application, and act
+// as the user, the page and the system.
 class AppDelegateTest : public testing::Test {
  protected:
-  // Makes the delegate and lets it start up.
+  // Creates the delegate and launches the application.
   void launch() {
     create();
     delegate->applicationDidFinishLaunching();
   }
 
-  // The application runs and shows this page; the log is empty.
+  // Launches the application, shows this page and clears the log.
   void launchShowing(const std::optional<Url>& url) {
     launch();
     webView().setUrl(url);
     log().take();
   }
 
-  // An update asks for a restart, and the page has nothing unsaved.
+  // Prepares a restart for an update; the page has nothing unsaved.
   void prepareRestart() {
     delegate->prepareForUpdate([](const std::optional<std::string>&) {});
     while (webView().evaluationsUnderWay() > 0)
       webView().finishEvaluation(Json("{}"));
     log().take();
   }
-  // The restart does not come.
+  // Cancels the restart.
   void giveUpRestart() { platform.updater().driver->dismissUpdateInstallation(); }
 
   void create() { delegate = std::make_unique<NavoraAppDelegate>(platform); }

@@ -40,12 +40,12 @@ class CaptureFocusTest : public testing::Test {
   CaptureFocus focus{webView, window, platform.mainQueue(), testUrl("https://navora.example/")};
 };
 
-TEST_F(CaptureFocusTest, DoesNothingWhenNothingIsWanted) {
+TEST_F(CaptureFocusTest, DoesNothingIfNothingIsPending) {
   focus.start();
   EXPECT_THAT(webView.scripts(), IsEmpty());
 }
 
-TEST_F(CaptureFocusTest, LeadsThePageToTheDestination) {
+TEST_F(CaptureFocusTest, MovesThePageToTheDestination) {
   focus.pendingDestination = testUrl("https://navora.example/#circles");
   focus.start();
   EXPECT_EQ(webView.scripts().back(),
@@ -55,16 +55,16 @@ TEST_F(CaptureFocusTest, LeadsThePageToTheDestination) {
   EXPECT_FALSE(focus.pendingDestination);
   expectFocus(true);
   platform.mainQueue().advance(std::chrono::minutes(1));
-  EXPECT_EQ(webView.scripts().size(), 1u);
+  EXPECT_EQ(webView.scripts().size(), 1U);
 }
 
-TEST_F(CaptureFocusTest, TakesTodayForADestinationWithoutAFragment) {
+TEST_F(CaptureFocusTest, UsesTodayForADestinationWithoutAFragment) {
   focus.pendingDestination = testUrl("https://navora.example/");
   focus.start();
   EXPECT_THAT(webView.scripts().back(), testing::HasSubstr("location.hash = [\"today\"][0]"));
 }
 
-TEST_F(CaptureFocusTest, WritesAFragmentAsATextWhateverItHolds) {
+TEST_F(CaptureFocusTest, QuotesAnyFragment) {
   focus.pendingDestination = testUrl("https://navora.example/#a'b\"];alert(1)//");
   focus.start();
   EXPECT_THAT(webView.scripts().back(), testing::HasSubstr("[\"a'b%22%5D;alert(1)//\"][0]"));
@@ -84,15 +84,15 @@ TEST_F(CaptureFocusTest, FocusesThePagesOwnInput) {
   expectFocus(true);
 }
 
-TEST_F(CaptureFocusTest, AsksAgainUntilThePageIsReady) {
+TEST_F(CaptureFocusTest, RetriesUntilThePageIsReady) {
   focus.capturePending = true;
   focus.start();
   for (const Json& value : {Json(false), Json(), Json(1), Json("true"), Json::array({true})}) {
     answer(value);
     platform.mainQueue().advance(interval - std::chrono::milliseconds(1));
-    EXPECT_EQ(webView.evaluationsUnderWay(), 0u);
+    EXPECT_EQ(webView.evaluationsUnderWay(), 0U);
     platform.mainQueue().advance(std::chrono::milliseconds(1));
-    EXPECT_EQ(webView.evaluationsUnderWay(), 1u);
+    EXPECT_EQ(webView.evaluationsUnderWay(), 1U);
   }
   webView.finishEvaluation(Unexpected(PlatformError{"js", 4, "thrown"}));
   platform.mainQueue().advance(interval);
@@ -100,20 +100,20 @@ TEST_F(CaptureFocusTest, AsksAgainUntilThePageIsReady) {
   EXPECT_FALSE(focus.capturePending);
 }
 
-TEST_F(CaptureFocusTest, GivesUpAfterFortyAttemptsAndKeepsTheIntention) {
+TEST_F(CaptureFocusTest, StopsAfterFortyAttemptsAndStaysPending) {
   focus.capturePending = true;
   focus.start();
   for (int attempt = 0; attempt < 40; ++attempt) {
-    ASSERT_EQ(webView.evaluationsUnderWay(), 1u);
+    ASSERT_EQ(webView.evaluationsUnderWay(), 1U);
     answer(false);
     platform.mainQueue().advance(interval);
   }
   platform.mainQueue().advance(std::chrono::hours(1));
-  EXPECT_EQ(webView.scripts().size(), 40u);
+  EXPECT_EQ(webView.scripts().size(), 40U);
   EXPECT_TRUE(focus.capturePending);
   expectFocus(false);
   focus.start();
-  EXPECT_EQ(webView.scripts().size(), 41u);
+  EXPECT_EQ(webView.scripts().size(), 41U);
 }
 
 TEST_F(CaptureFocusTest, WaitsForTheRootPageOfTheService) {
@@ -129,27 +129,27 @@ TEST_F(CaptureFocusTest, WaitsForTheRootPageOfTheService) {
   EXPECT_THAT(webView.scripts(), IsEmpty());
 }
 
-TEST_F(CaptureFocusTest, StopsWhenThePageGoesAwayMeanwhile) {
+TEST_F(CaptureFocusTest, StopsIfAnotherPageIsShownMeanwhile) {
   focus.capturePending = true;
   focus.start();
   answer(false);
   webView.setUrl(testUrl("https://navora.example/login"));
   platform.mainQueue().advance(interval);
-  EXPECT_EQ(webView.scripts().size(), 1u);
-  EXPECT_EQ(platform.mainQueue().pendingCount(), 0u);
+  EXPECT_EQ(webView.scripts().size(), 1U);
+  EXPECT_EQ(platform.mainQueue().pendingCount(), 0U);
 }
 
-TEST_F(CaptureFocusTest, EndsAnOlderRunWithANewerOne) {
+TEST_F(CaptureFocusTest, StopsAnOlderRunWhenANewerOneStarts) {
   focus.capturePending = true;
   focus.start();
   answer(false);
   focus.start();
-  EXPECT_EQ(webView.scripts().size(), 2u);
+  EXPECT_EQ(webView.scripts().size(), 2U);
   platform.mainQueue().advance(interval);
-  EXPECT_EQ(webView.scripts().size(), 2u);
+  EXPECT_EQ(webView.scripts().size(), 2U);
 }
 
-TEST_F(CaptureFocusTest, IgnoresAnAnswerToAnOlderRun) {
+TEST_F(CaptureFocusTest, IgnoresAReplyToAnOlderRun) {
   focus.capturePending = true;
   focus.start();
   focus.start();

@@ -21,7 +21,7 @@ class CaptureShortcutTest : public testing::Test {
   bool pressLocally(std::uint16_t key, std::uint32_t modifiers) {
     return platform.hotKeys().pressLocally({key, modifiers});
   }
-  // What is written to standard error while the shortcut is made and pressed once.
+  // Returns the standard error of creating the shortcut and pressing it once.
   std::string debugLines() {
     testing::internal::CaptureStderr();
     make();
@@ -43,7 +43,7 @@ TEST_F(CaptureShortcutTest, RegistersTheMonitorTheHandlerAndTheKeyInOrder) {
   EXPECT_FALSE(shortcut->isTaken());
 }
 
-TEST_F(CaptureShortcutTest, TakesEverythingBackInOrder) {
+TEST_F(CaptureShortcutTest, UnregistersEverythingInOrder) {
   make();
   platform.log().take();
   shortcut.reset();
@@ -51,7 +51,7 @@ TEST_F(CaptureShortcutTest, TakesEverythingBackInOrder) {
                                                  "hotKeys.removeLocalMonitor"));
 }
 
-TEST_F(CaptureShortcutTest, ActsOnTheMainQueueWhenTheKeyIsPressedAnywhere) {
+TEST_F(CaptureShortcutTest, ActsOnTheMainQueueWhenTheHotKeyIsPressed) {
   make();
   platform.hotKeys().press();
   EXPECT_EQ(presses, 0);
@@ -59,7 +59,7 @@ TEST_F(CaptureShortcutTest, ActsOnTheMainQueueWhenTheKeyIsPressedAnywhere) {
   EXPECT_EQ(presses, 1);
 }
 
-TEST_F(CaptureShortcutTest, DoesNothingAfterItsEnd) {
+TEST_F(CaptureShortcutTest, DoesNothingAfterItsDestruction) {
   make();
   platform.hotKeys().press();
   shortcut.reset();
@@ -67,20 +67,20 @@ TEST_F(CaptureShortcutTest, DoesNothingAfterItsEnd) {
   EXPECT_EQ(presses, 0);
 }
 
-TEST_F(CaptureShortcutTest, SwallowsTheKeyInItsOwnWindows) {
+TEST_F(CaptureShortcutTest, ConsumesTheKeyInItsOwnWindows) {
   make();
   EXPECT_TRUE(pressLocally(KeyEvent::spaceKey, commandShift));
   EXPECT_EQ(presses, 1);
 }
 
-TEST_F(CaptureShortcutTest, DoesNotMindLocksAndTheFunctionKey) {
+TEST_F(CaptureShortcutTest, IgnoresLocksAndTheFunctionKey) {
   make();
   for (const auto more : {KeyEvent::capsLock, KeyEvent::numericPad, KeyEvent::function})
     EXPECT_TRUE(pressLocally(KeyEvent::spaceKey, commandShift | more)) << more;
   EXPECT_EQ(presses, 3);
 }
 
-TEST_F(CaptureShortcutTest, PassesEveryOtherKeyOn) {
+TEST_F(CaptureShortcutTest, IgnoresEveryOtherKey) {
   make();
   EXPECT_FALSE(pressLocally(KeyEvent::spaceKey, commandShift | KeyEvent::option));
   EXPECT_FALSE(pressLocally(KeyEvent::spaceKey, commandShift | KeyEvent::control));
@@ -91,7 +91,7 @@ TEST_F(CaptureShortcutTest, PassesEveryOtherKeyOn) {
   EXPECT_EQ(presses, 0);
 }
 
-TEST_F(CaptureShortcutTest, WorksInItsOwnWindowsWhenAnotherApplicationHasTheKey) {
+TEST_F(CaptureShortcutTest, WorksInItsOwnWindowsIfAnotherApplicationHasTheKey) {
   platform.hotKeys().registerStatus = -9878;
   make();
   EXPECT_TRUE(shortcut->isTaken());
@@ -120,7 +120,7 @@ TEST_F(CaptureShortcutTest, WritesDebugLinesOnRequest) {
             "Navora hotkey: Carbon event received\n");
 }
 
-TEST_F(CaptureShortcutTest, WritesTheStatusOfWhatFailed) {
+TEST_F(CaptureShortcutTest, WritesTheStatusOfAFailure) {
   platform.system().environment["NAVORA_DEBUG_HOTKEY"] = "1";
   platform.hotKeys().installStatus = -50;
   EXPECT_EQ(debugLines(), "Navora hotkey: InstallEventHandler status=-50\n");
@@ -133,7 +133,7 @@ TEST_F(CaptureShortcutTest, WritesTheStatusOfWhatFailed) {
             "Navora hotkey: Carbon event received\n");
 }
 
-TEST_F(CaptureShortcutTest, WritesNothingForAnyOtherRequest) {
+TEST_F(CaptureShortcutTest, WritesNothingForAnyOtherValue) {
   for (const char* value : {"", "0", "true", "yes", "1 ", "11"}) {
     platform.system().environment["NAVORA_DEBUG_HOTKEY"] = value;
     EXPECT_EQ(debugLines(), "") << value;

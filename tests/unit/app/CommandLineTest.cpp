@@ -66,7 +66,7 @@ TEST(CommandLineTest, TheHelpListsEveryOptionInLinesThatFitATerminal) {
     EXPECT_NE(help.find(option), std::string::npos) << option;
   std::istringstream lines(help);
   for (std::string line; std::getline(lines, line);)
-    EXPECT_LE(line.size(), 80u) << line;
+    EXPECT_LE(line.size(), 80U) << line;
   EXPECT_EQ(help.back(), '\n');
 }
 

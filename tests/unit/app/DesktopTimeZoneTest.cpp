@@ -13,7 +13,7 @@ TEST(DesktopTimeZone, PublishesTheIdentifierAndAnnouncesIt) {
             std::string("window.NavoraSystemTimeZone = \"Europe/Moscow\"") + announcement);
 }
 
-TEST(DesktopTimeZone, PassesTheIdentifierOnWithoutMappingOrValidation) {
+TEST(DesktopTimeZone, UsesTheIdentifierWithoutMappingOrValidation) {
   for (const std::string identifier : {"GMT", "Asia/Calcutta", "Mars/Olympus", "+03", " x "}) {
     EXPECT_EQ(DesktopTimeZone::script(identifier),
               "window.NavoraSystemTimeZone = \"" + identifier + "\"" + announcement);
@@ -22,14 +22,14 @@ TEST(DesktopTimeZone, PassesTheIdentifierOnWithoutMappingOrValidation) {
             std::string("window.NavoraSystemTimeZone = \"\"") + announcement);
 }
 
-TEST(DesktopTimeZone, CannotBeLeftByAnIdentifierThatIsCode) {
+TEST(DesktopTimeZone, EscapesAnIdentifierThatContainsCode) {
   EXPECT_EQ(DesktopTimeZone::script("\"; alert(1); //\\\n\xE2\x80\xA8</script>"),
             std::string("window.NavoraSystemTimeZone = "
                         "\"\\\"; alert(1); //\\\\\\n\\u2028<\\/script>\"") +
                 announcement);
 }
 
-TEST(DesktopTimeZoneDeathTest, StopsOnAnIdentifierThatCannotBeEncoded) {
+TEST(DesktopTimeZoneDeathTest, AbortsOnAnIdentifierThatCannotBeEncoded) {
   EXPECT_DEATH(DesktopTimeZone::script("Europe/\xFF"), "Fatal error: .* \\(TimeZone:5\\)");
 }
 

@@ -34,7 +34,7 @@ class LoadFailureViewTest : public testing::Test {
                         {[this] { ++retries_; }, [this] { ++browserRequests_; }}};
 };
 
-TEST_F(LoadFailureViewTest, IsMadeHiddenWithItsTexts) {
+TEST_F(LoadFailureViewTest, IsCreatedHiddenWithItsTexts) {
   EXPECT_TRUE(overlay().isHidden());
   EXPECT_EQ(overlay().description().title, "Навора пока недоступна");
   EXPECT_EQ(overlay().detail(), "Проверьте подключение к интернету.");
@@ -63,7 +63,7 @@ TEST_F(LoadFailureViewTest, ForwardsItsButtons) {
   EXPECT_EQ(browserRequests_, 1);
 }
 
-TEST_F(LoadFailureViewTest, RemovesTheOldOverlayBeforeItMakesTheNewOne) {
+TEST_F(LoadFailureViewTest, RemovesTheOldOverlayBeforeCreatingTheNewOne) {
   platform_.log().take();
   view_.refreshLocale();
   EXPECT_THAT(platform_.log().take(), ElementsAre("errorView.remove", "errorView.make",
@@ -98,7 +98,7 @@ TEST_F(LoadFailureViewTest, ForwardsTheButtonsOfTheNewOverlay) {
   EXPECT_EQ(browserRequests_, 1);
 }
 
-TEST_F(LoadFailureViewTest, HasThePlannedMeasures) {
+TEST_F(LoadFailureViewTest, HasTheExpectedMetrics) {
   EXPECT_EQ(ErrorViewDescription::titleFontSize, 24);
   EXPECT_EQ(ErrorViewDescription::stackSpacing, 18);
   EXPECT_EQ(ErrorViewDescription::maximumStackWidth, 480);

@@ -21,7 +21,7 @@ class NavoraAppDelegateCaptureTest : public AppDelegateTest {
     webView().setUrl(testUrl(url));
     webView().navigationDelegate()->didFinishNavigation();
   }
-  // A note cannot be sent because nobody is signed in.
+  // Submits a note while the user is not signed in.
   void submitSignedOut() {
     delegate->quickCapture();
     panel().editor().type("Note");
@@ -32,7 +32,7 @@ class NavoraAppDelegateCaptureTest : public AppDelegateTest {
   }
 };
 
-TEST_F(NavoraAppDelegateCaptureTest, OpensThePanelOnEveryRoute) {
+TEST_F(NavoraAppDelegateCaptureTest, OpensThePanelFromEveryTrigger) {
   launch();
   const auto expectOpened = [&] {
     EXPECT_TRUE(panel().isVisible());
@@ -63,7 +63,7 @@ TEST_F(NavoraAppDelegateCaptureTest, OpensNothingWhileARestartIsPrepared) {
   EXPECT_FALSE(panel().isVisible());
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, ShowsTheLoginPageWhenANoteNeedsOne) {
+TEST_F(NavoraAppDelegateCaptureTest, ShowsTheLoginPageWhenANoteNeedsALogin) {
   launchShowing(testUrl(home));
   submitSignedOut();
   EXPECT_THAT(log().take(),
@@ -72,14 +72,14 @@ TEST_F(NavoraAppDelegateCaptureTest, ShowsTheLoginPageWhenANoteNeedsOne) {
   EXPECT_EQ(webView().loads().back().timeoutSeconds, 60);
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, DoesNotReloadTheLoginPageThatIsThere) {
+TEST_F(NavoraAppDelegateCaptureTest, DoesNotReloadAShownLoginPage) {
   launchShowing(testUrl("https://navora.example/login?next=1"));
   submitSignedOut();
   EXPECT_THAT(log().take(),
               ElementsAre("panel.orderOut", "window.makeKeyAndOrderFront", "application.activate"));
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, BringsTheDraftBackOnThePageBehindTheLogin) {
+TEST_F(NavoraAppDelegateCaptureTest, ShowsTheDraftAgainOnTheRootPageAfterALogin) {
   launchShowing(testUrl(home));
   submitSignedOut();
   finishLoading("https://navora.example/login");
@@ -90,13 +90,13 @@ TEST_F(NavoraAppDelegateCaptureTest, BringsTheDraftBackOnThePageBehindTheLogin) 
   EXPECT_EQ(panel().editor().text(), "Note");
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, BringsNothingBackWithoutALogin) {
+TEST_F(NavoraAppDelegateCaptureTest, ShowsNoDraftWithoutALogin) {
   launch();
   finishLoading(home);
   EXPECT_FALSE(panel().isVisible());
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, TakesThePagesLookForPanelAndWindow) {
+TEST_F(NavoraAppDelegateCaptureTest, AppliesThePagesAppearanceToPanelAndWindow) {
   launchShowing(testUrl(home));
   Json look = appearanceDictionary();
   look["theme"] = "dark";
@@ -105,7 +105,7 @@ TEST_F(NavoraAppDelegateCaptureTest, TakesThePagesLookForPanelAndWindow) {
   EXPECT_EQ(window().appearance(), WindowAppearance::dark);
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, TakesNoLookThatItCannotReadOrTrust) {
+TEST_F(NavoraAppDelegateCaptureTest, IgnoresInvalidAndUntrustedAppearances) {
   launchShowing(testUrl(home));
   const auto style = panel().editor().style();
   Json wrong = appearanceDictionary();
@@ -119,7 +119,7 @@ TEST_F(NavoraAppDelegateCaptureTest, TakesNoLookThatItCannotReadOrTrust) {
   EXPECT_THAT(log().take(), Not(Contains("window.setAppearance")));
 }
 
-TEST_F(NavoraAppDelegateCaptureTest, TakesTheShortcutBackWhenItEnds) {
+TEST_F(NavoraAppDelegateCaptureTest, UnregistersTheShortcutWhenItTerminates) {
   launchShowing(testUrl(home));
   delegate->applicationWillTerminate();
   EXPECT_THAT(log().take(), ElementsAre("hotKeys.unregister", "hotKeys.removeEventHandler",

@@ -13,7 +13,7 @@ using testing::StartsWith;
 
 class NavoraAppDelegateLaunchTest : public AppDelegateTest {};
 
-TEST_F(NavoraAppDelegateLaunchTest, MakesNothingBeforeTheApplicationHasLaunched) {
+TEST_F(NavoraAppDelegateLaunchTest, CreatesNothingBeforeTheApplicationHasLaunched) {
   create();
   EXPECT_THAT(log().events(), IsEmpty());
 }
@@ -72,7 +72,7 @@ TEST_F(NavoraAppDelegateLaunchTest, InjectsThePageScriptsOfItsOriginZoneAndResou
   EXPECT_EQ(webView().configuration().userScripts.size(), 4U);
 }
 
-TEST_F(NavoraAppDelegateLaunchTest, BuildsTheWindowWithoutTheResourceScripts) {
+TEST_F(NavoraAppDelegateLaunchTest, CreatesTheWindowWithoutTheResourceScripts) {
   launch();
   EXPECT_EQ(webView().configuration().userScripts.size(), 2U);
   EXPECT_TRUE(window().isVisible());
@@ -86,7 +86,7 @@ TEST_F(NavoraAppDelegateLaunchTest, InstallsOneDelegateForNavigationAndDialogs) 
   EXPECT_EQ(navigation->window.lock().get(), &window());
 }
 
-TEST_F(NavoraAppDelegateLaunchTest, LoadsTheLoginPageWithinAMinuteByTheProtocolsCacheRules) {
+TEST_F(NavoraAppDelegateLaunchTest, LoadsTheLoginPageWithTheProtocolsCachePolicyAndATimeout) {
   launch();
   EXPECT_THAT(webView().loads(), ElementsAre(WebRequest{testUrl("https://navora.example/login"),
                                                         CachePolicy::useProtocolCachePolicy, 60}));
@@ -141,7 +141,7 @@ TEST_F(NavoraAppDelegateLaunchTest, HidesTheWindowInsteadOfClosingIt) {
   EXPECT_FALSE(window().isVisible());
 }
 
-TEST_F(NavoraAppDelegateLaunchTest, OutlivesItsLastWindow) {
+TEST_F(NavoraAppDelegateLaunchTest, KeepsRunningWithoutAWindow) {
   launch();
   EXPECT_FALSE(delegate->applicationShouldTerminateAfterLastWindowClosed());
 }
@@ -166,14 +166,14 @@ TEST_F(NavoraAppDelegateLaunchTest, DeminiaturizesTheWindowFirstWhenReopened) {
   EXPECT_TRUE(window().isVisible());
 }
 
-TEST_F(NavoraAppDelegateLaunchTest, BringsAVisibleWindowToTheFrontToo) {
+TEST_F(NavoraAppDelegateLaunchTest, BringsAVisibleWindowToTheFront) {
   launch();
   log().take();
   EXPECT_TRUE(delegate->applicationShouldHandleReopen(true));
   EXPECT_THAT(log().take(), ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
 }
 
-TEST_F(NavoraAppDelegateLaunchTest, LeavesAViewThatOutlivesItWithoutDelegates) {
+TEST_F(NavoraAppDelegateLaunchTest, RemovesItsDelegatesFromAViewThatOutlivesIt) {
   launch();
   const auto view = window().contentView();
   auto& fake = webView();
@@ -182,7 +182,7 @@ TEST_F(NavoraAppDelegateLaunchTest, LeavesAViewThatOutlivesItWithoutDelegates) {
   EXPECT_EQ(fake.pageDialogDelegate(), nullptr);
 }
 
-TEST_F(NavoraAppDelegateLaunchTest, GoesWithoutHavingLaunched) {
+TEST_F(NavoraAppDelegateLaunchTest, CanBeDestroyedWithoutHavingLaunched) {
   create();
   delegate.reset();
   EXPECT_THAT(log().events(), IsEmpty());
@@ -198,7 +198,7 @@ TEST_F(NavoraAppDelegateLaunchTest, TerminatesWithoutTouchingTheWindow) {
 
 using NavoraAppDelegateLaunchDeathTest = NavoraAppDelegateLaunchTest;
 
-TEST_F(NavoraAppDelegateLaunchDeathTest, CannotShowAWindowThatWasNeverMade) {
+TEST_F(NavoraAppDelegateLaunchDeathTest, AbortsIfTheWindowToShowIsMissing) {
   create();
   EXPECT_DEATH(delegate->showWindow(), "Fatal error: The main window is missing \\(App:[0-9]+\\)");
 }

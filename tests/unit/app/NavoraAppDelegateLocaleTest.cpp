@@ -35,13 +35,13 @@ TEST_F(NavoraAppDelegateLocaleTest, StoresBothValuesOfAValidMessage) {
   EXPECT_EQ(DesktopLocale::detected, "fr");
 }
 
-TEST_F(NavoraAppDelegateLocaleTest, ForgetsTheDetectedLanguageWhenAMessageHasNone) {
+TEST_F(NavoraAppDelegateLocaleTest, ClearsTheDetectedLanguageIfAMessageHasNone) {
   post(R"({"requestedLocale": "system", "detectedLocale": "fr"})");
   post(R"({"requestedLocale": "system", "detectedLocale": null})");
   EXPECT_EQ(DesktopLocale::detected, std::nullopt);
 }
 
-TEST_F(NavoraAppDelegateLocaleTest, IgnoresTheWholeOfAnInvalidMessage) {
+TEST_F(NavoraAppDelegateLocaleTest, IgnoresAnInvalidMessageAsAWhole) {
   post(R"({"requestedLocale": "en", "detectedLocale": "xx"})");
   post(R"({"requestedLocale": "pt-PT"})");
   post(R"("en")");
@@ -86,12 +86,12 @@ TEST_F(NavoraAppDelegateLocaleTest, RebuildsAtEveryChange) {
   EXPECT_EQ(window().title(), "Навора");
 }
 
-TEST_F(NavoraAppDelegateLocaleTest, FollowsTheDetectedLanguageWhereTheSystemPrefersNone) {
+TEST_F(NavoraAppDelegateLocaleTest, UsesTheDetectedLanguageIfTheSystemPrefersNone) {
   post(R"({"requestedLocale": "system", "detectedLocale": "en"})");
   EXPECT_EQ(window().title(), "Navora");
 }
 
-// The user changes the system's languages while the application runs: the next report notices.
+// A change of the system's languages takes effect with the page's next report.
 TEST_F(NavoraAppDelegateLocaleTest, FollowsASystemLanguageThatChangedSinceTheLaunch) {
   locale.prefer({"en-GB"});
   post(R"({"requestedLocale": "system"})");
@@ -104,7 +104,7 @@ TEST_F(NavoraAppDelegateLocaleTest, KeepsAHiddenOverlayHidden) {
   EXPECT_THAT(*window().overlays(), testing::SizeIs(1));
 }
 
-TEST_F(NavoraAppDelegateLocaleTest, KeepsAShownOverlayShownWithTheGeneralTextInTheNewLanguage) {
+TEST_F(NavoraAppDelegateLocaleTest, KeepsAShownOverlayShownWithTheFailureTextInTheNewLanguage) {
   webView().navigationDelegate()->didFailNavigation({"NSURLErrorDomain", -1009, "offline"});
   post(R"({"requestedLocale": "en"})");
   EXPECT_FALSE(errorView().isHidden());
@@ -114,7 +114,7 @@ TEST_F(NavoraAppDelegateLocaleTest, KeepsAShownOverlayShownWithTheGeneralTextInT
   EXPECT_THAT(*window().overlays(), testing::SizeIs(1));
 }
 
-TEST_F(NavoraAppDelegateLocaleTest, LetsTheNewOverlayRetryAndTakeFailures) {
+TEST_F(NavoraAppDelegateLocaleTest, ConnectsTheNewOverlayToRetriesAndFailures) {
   post(R"({"requestedLocale": "en"})");
   webView().navigationDelegate()->didFailNavigation({"NSURLErrorDomain", -1009, "offline"});
   EXPECT_FALSE(errorView().isHidden());

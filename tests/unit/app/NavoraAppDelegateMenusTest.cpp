@@ -16,7 +16,7 @@ class NavoraAppDelegateMenusTest : public AppDelegateTest {
   FakeStatusItem& statusItem() { return platform.statusItem(); }
   const std::vector<MenuItem>& statusItems() { return statusItem().description().menu.items; }
 
-  // The user chooses the action in both menus; what the application did, the same for both.
+  // Chooses the action in both menus and returns the events, which must be the same for both.
   std::vector<std::string> choose(DelegateAction action) {
     log().take();
     platform.application().choose(action);
@@ -27,7 +27,7 @@ class NavoraAppDelegateMenusTest : public AppDelegateTest {
   }
 };
 
-TEST_F(NavoraAppDelegateMenusTest, MakesTheMenusAndTheStatusItem) {
+TEST_F(NavoraAppDelegateMenusTest, CreatesTheMenusAndTheStatusItem) {
   launch();
   EXPECT_EQ(platform.application().menus(), NavoraMenus::mainMenu());
   EXPECT_EQ(statusItem().description().menu, NavoraMenus::statusMenu());
@@ -43,13 +43,13 @@ TEST_F(NavoraAppDelegateMenusTest, SaysInTheStatusMenuThatTheShortcutIsTaken) {
   EXPECT_EQ(statusItems()[0], NavoraMenus::shortcutTaken());
 }
 
-TEST_F(NavoraAppDelegateMenusTest, SaysNothingWhereNoShortcutCanBeCaughtAtAll) {
+TEST_F(NavoraAppDelegateMenusTest, SaysNothingIfNoShortcutCanBeRegisteredAtAll) {
   platform.hotKeys().installStatus = -1;
   launch();
   EXPECT_EQ(statusItems(), NavoraMenus::statusMenu().items);
 }
 
-TEST_F(NavoraAppDelegateMenusTest, BuildsEverythingAnewInANewLanguage) {
+TEST_F(NavoraAppDelegateMenusTest, RecreatesEverythingInANewLanguage) {
   locale.setCatalogs(
       R"({"en": {"Навора": "Navora", "Правка": "Edit", "Показать Навору": "Show"}})");
   platform.hotKeys().registerStatus = -9878;
@@ -63,14 +63,14 @@ TEST_F(NavoraAppDelegateMenusTest, BuildsEverythingAnewInANewLanguage) {
   EXPECT_THAT(choose(DelegateAction::showWindow), Contains("application.activate"));
 }
 
-TEST_F(NavoraAppDelegateMenusTest, ShowsWhatTheApplicationIs) {
+TEST_F(NavoraAppDelegateMenusTest, ShowsTheAboutPanel) {
   launch();
   choose(DelegateAction::about);
   EXPECT_THAT(platform.application().aboutPanels(),
               ElementsAre(NavoraMenus::about(), NavoraMenus::about()));
 }
 
-TEST_F(NavoraAppDelegateMenusTest, OpensTheQuickCaptureUnlessARestartIsPrepared) {
+TEST_F(NavoraAppDelegateMenusTest, OpensTheCapturePanelUnlessARestartIsPrepared) {
   launch();
   prepareRestart();
   platform.application().choose(DelegateAction::quickCapture);
@@ -80,7 +80,7 @@ TEST_F(NavoraAppDelegateMenusTest, OpensTheQuickCaptureUnlessARestartIsPrepared)
   EXPECT_TRUE(platform.capturePanel().isVisible());
 }
 
-TEST_F(NavoraAppDelegateMenusTest, DoesWhatTheOtherItemsSay) {
+TEST_F(NavoraAppDelegateMenusTest, PerformsTheOtherActions) {
   launchShowing(testUrl("https://navora.example/circles"));
   EXPECT_THAT(choose(DelegateAction::reload),
               Contains("webView.load https://navora.example/circles"));
@@ -90,7 +90,7 @@ TEST_F(NavoraAppDelegateMenusTest, DoesWhatTheOtherItemsSay) {
               ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
 }
 
-TEST_F(NavoraAppDelegateMenusTest, AsksForPermissionToNotify) {
+TEST_F(NavoraAppDelegateMenusTest, RequestsPermissionForNotifications) {
   launch();
   choose(DelegateAction::enableNotifications);
   EXPECT_EQ(platform.notificationCenter().requests.size(), 2U);

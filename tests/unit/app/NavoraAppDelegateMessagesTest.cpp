@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 constexpr std::size_t maximumBytes = 1024 * 1024;
 
-// Whether a message was accepted shows in the time zone being published.
+// An accepted message makes the application publish the time zone.
 class NavoraAppDelegateMessagesTest : public AppDelegateTest {
  protected:
   void SetUp() override { launchShowing(testUrl("https://navora.example/")); }
@@ -23,7 +23,7 @@ class NavoraAppDelegateMessagesTest : public AppDelegateTest {
     return !log().take().empty();
   }
 
-  // A JSON string that is `size` bytes long with its quotes.
+  // Returns a JSON string of `size` bytes, including its quotes.
   static std::string bodyOfSize(std::size_t size) { return '"' + std::string(size - 2, 'a') + '"'; }
 };
 
@@ -32,37 +32,37 @@ TEST_F(NavoraAppDelegateMessagesTest, AcceptsTheMainFrameOfAPageOfTheOrigin) {
   EXPECT_TRUE(accepts("{}", mainFrame("https://navora.example:443/settings#locale")));
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, DropsASubframeEvenOfTheOrigin) {
+TEST_F(NavoraAppDelegateMessagesTest, IgnoresASubframeEvenOfTheOrigin) {
   EXPECT_FALSE(accepts("{}", subframe("https://navora.example/")));
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, DropsAForeignMainFrame) {
+TEST_F(NavoraAppDelegateMessagesTest, IgnoresAForeignMainFrame) {
   for (const char* url : {"https://remote.example/", "http://navora.example/",
                           "https://navora.example:444/", "https://navora.example.remote.example/",
                           "https://user@navora.example/", "about:blank", "file:///tmp/index.html"})
     EXPECT_FALSE(accepts("{}", mainFrame(url))) << url;
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, DropsAFrameWithoutAUrl) {
+TEST_F(NavoraAppDelegateMessagesTest, IgnoresAFrameWithoutAUrl) {
   EXPECT_FALSE(accepts("{}", FrameInfo{true, std::nullopt}));
   EXPECT_FALSE(accepts("{}", FrameInfo{}));
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, AcceptsAMessageOfTheLargestSizeAndDropsOneByteMore) {
+TEST_F(NavoraAppDelegateMessagesTest, AcceptsAMessageOfTheMaximumSizeAndIgnoresOneByteMore) {
   EXPECT_TRUE(accepts(bodyOfSize(maximumBytes)));
   EXPECT_FALSE(accepts(bodyOfSize(maximumBytes + 1)));
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, DropsABodyThatIsNotOneJsonValue) {
+TEST_F(NavoraAppDelegateMessagesTest, IgnoresABodyThatIsNotOneJsonValue) {
   for (const char* body : {"", "{", "{} {}", "undefined", "'text'", "\"\xFF\"", "[1,]", "NaN"})
     EXPECT_FALSE(accepts(body)) << body;
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, DropsABodyThatIsNestedTooDeeply) {
+TEST_F(NavoraAppDelegateMessagesTest, IgnoresABodyThatIsNestedTooDeeply) {
   EXPECT_FALSE(accepts(std::string(10000, '[') + std::string(10000, ']')));
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, PublishesTheTimeZoneWhateverTheDetectionMessageSays) {
+TEST_F(NavoraAppDelegateMessagesTest, PublishesTheTimeZoneForAnyBodyOfTheDetectionMessage) {
   system().timeZone = "Asia/Tokyo";
   for (const char* body : {"{}", "null", "\"text\"", "[1]", "7", "false"}) {
     EXPECT_TRUE(accepts(body)) << body;
@@ -70,13 +70,13 @@ TEST_F(NavoraAppDelegateMessagesTest, PublishesTheTimeZoneWhateverTheDetectionMe
   }
 }
 
-// The message was still on its way when the page was left.
-TEST_F(NavoraAppDelegateMessagesTest, PublishesNoTimeZoneToAPageThatIsForeignByThen) {
+// The user may leave the page before its message arrives.
+TEST_F(NavoraAppDelegateMessagesTest, PublishesNoTimeZoneIfTheShownPageIsForeign) {
   webView().setUrl(testUrl("https://remote.example/"));
   EXPECT_FALSE(accepts("{}", mainFrame("https://navora.example/")));
 }
 
-TEST_F(NavoraAppDelegateMessagesTest, DropsAMessageUnderAnUnknownName) {
+TEST_F(NavoraAppDelegateMessagesTest, IgnoresAMessageWithAnUnknownName) {
   for (const char* name : {"navoraUnknown", "navoralocale", ""}) {
     delegate->didReceiveScriptMessage(
         {name, R"({"requestedLocale": "de"})", mainFrame("https://navora.example/")});

@@ -20,7 +20,7 @@ class NavoraAppDelegateNotificationsTest : public AppDelegateTest {
   }
 };
 
-TEST_F(NavoraAppDelegateNotificationsTest, PollsFromTheStartToTheEnd) {
+TEST_F(NavoraAppDelegateNotificationsTest, PollsFromLaunchToTermination) {
   launch();
   EXPECT_EQ(webView().cookieQuestions(), 1U);
   const std::size_t withPoll = platform.mainQueue().pendingCount();
@@ -28,7 +28,7 @@ TEST_F(NavoraAppDelegateNotificationsTest, PollsFromTheStartToTheEnd) {
   EXPECT_EQ(platform.mainQueue().pendingCount(), withPoll - 1);
 }
 
-TEST_F(NavoraAppDelegateNotificationsTest, CarriesOutThePagesCommands) {
+TEST_F(NavoraAppDelegateNotificationsTest, PerformsThePagesCommands) {
   launchShowing(testUrl(home));
   post(R"("status")");
   EXPECT_EQ(center().statusQuestions(), 1U);
@@ -55,7 +55,7 @@ TEST_F(NavoraAppDelegateNotificationsTest, IgnoresEverythingElse) {
   EXPECT_EQ(platform.userDefaults().value("desktopNotificationsEnabled"), std::nullopt);
 }
 
-TEST_F(NavoraAppDelegateNotificationsTest, RefreshesWithEveryPageAndEveryResume) {
+TEST_F(NavoraAppDelegateNotificationsTest, RefreshesAfterEveryLoadAndEveryResume) {
   launchShowing(testUrl(home));
   webView().navigationDelegate()->didFinishNavigation();
   EXPECT_EQ(center().statusQuestions(), 1U);
@@ -67,7 +67,7 @@ TEST_F(NavoraAppDelegateNotificationsTest, RefreshesWithEveryPageAndEveryResume)
   EXPECT_EQ(center().statusQuestions(), 4U);
 }
 
-TEST_F(NavoraAppDelegateNotificationsTest, OpensWhatIsClicked) {
+TEST_F(NavoraAppDelegateNotificationsTest, OpensAClickedNotification) {
   launchShowing(testUrl(home));
   center().click("https://navora.example/circles/7");
   EXPECT_EQ(webView().url(), testUrl("https://navora.example/circles/7"));

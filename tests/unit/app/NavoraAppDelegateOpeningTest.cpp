@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 const Url circle = testUrl("https://navora.example/#circles?room=7");
 
-// What a click on a notification does.
+// Clicks on notifications.
 class NavoraAppDelegateOpeningTest : public AppDelegateTest {
  protected:
   void launchShowingPage(const char* url) {
@@ -42,7 +42,7 @@ class NavoraAppDelegateOpeningTest : public AppDelegateTest {
   std::size_t forgetScripts_ = 0;
 };
 
-TEST_F(NavoraAppDelegateOpeningTest, LoadsAPageOfItsOwn) {
+TEST_F(NavoraAppDelegateOpeningTest, LoadsAPageOtherThanTheRoot) {
   launchShowingPage("https://navora.example/");
   const Url page = testUrl("https://navora.example/circles/7?from=note");
   delegate->openNotification(page);
@@ -61,13 +61,13 @@ TEST_F(NavoraAppDelegateOpeningTest, OnlySetsTheFragmentOfTheRootPage) {
   EXPECT_THAT(log().take(), testing::Contains("application.activate"));
 }
 
-TEST_F(NavoraAppDelegateOpeningTest, LeadsToTodayWithoutAFragment) {
+TEST_F(NavoraAppDelegateOpeningTest, UsesTodayWithoutAFragment) {
   launchShowingPage("https://navora.example/");
   delegate->openNotification(testUrl("https://navora.example"));
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr(R"(["today"][0])")));
 }
 
-TEST_F(NavoraAppDelegateOpeningTest, ComesBackToTheRootPageFromAnother) {
+TEST_F(NavoraAppDelegateOpeningTest, LoadsTheRootPageFromAnotherPage) {
   launchShowingPage("https://navora.example/settings");
   delegate->openNotification(circle);
   EXPECT_THAT(loaded(), ElementsAre(testUrl("https://navora.example")));
@@ -76,7 +76,7 @@ TEST_F(NavoraAppDelegateOpeningTest, ComesBackToTheRootPageFromAnother) {
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr("circles?room=7")));
 }
 
-TEST_F(NavoraAppDelegateOpeningTest, WaitsForTheUserToSignIn) {
+TEST_F(NavoraAppDelegateOpeningTest, WaitsUntilTheUserHasSignedIn) {
   launchShowingPage("https://navora.example/login");
   delegate->openNotification(circle);
   EXPECT_THAT(loaded(), IsEmpty());
@@ -85,7 +85,7 @@ TEST_F(NavoraAppDelegateOpeningTest, WaitsForTheUserToSignIn) {
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr("circles?room=7")));
 }
 
-TEST_F(NavoraAppDelegateOpeningTest, LoadsTheLoginPageWhereNothingOfTheServiceIsShown) {
+TEST_F(NavoraAppDelegateOpeningTest, LoadsTheLoginPageIfNoPageOfTheServiceIsShown) {
   launchShowingPage("https://remote.example/");
   delegate->openNotification(circle);
   EXPECT_THAT(loaded(), ElementsAre(testUrl("https://navora.example/login")));
@@ -93,7 +93,7 @@ TEST_F(NavoraAppDelegateOpeningTest, LoadsTheLoginPageWhereNothingOfTheServiceIs
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr("circles?room=7")));
 }
 
-TEST_F(NavoraAppDelegateOpeningTest, DoesNothingAtAllWhileARestartIsPrepared) {
+TEST_F(NavoraAppDelegateOpeningTest, DoesNothingWhileARestartIsPrepared) {
   launchShowingPage("https://navora.example/");
   prepareRestart();
   const auto before = scripts();
@@ -103,7 +103,7 @@ TEST_F(NavoraAppDelegateOpeningTest, DoesNothingAtAllWhileARestartIsPrepared) {
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
-TEST_F(NavoraAppDelegateOpeningTest, FollowsTheNewestOfTwo) {
+TEST_F(NavoraAppDelegateOpeningTest, UsesTheLaterOfTwo) {
   launchShowingPage("https://navora.example/login");
   delegate->openNotification(testUrl("https://navora.example/#calendar"));
   delegate->openNotification(circle);

@@ -20,28 +20,28 @@ class NavoraAppDelegateReloadTest : public AppDelegateTest {
   WebRequest lastLoad() { return webView().loads().back(); }
 };
 
-TEST_F(NavoraAppDelegateReloadTest, ReloadsASubPageOfTheOriginPastTheLocalCache) {
+TEST_F(NavoraAppDelegateReloadTest, ReloadsASubPageOfTheOriginBypassingTheCache) {
   launchShowing(testUrl(subPage));
   delegate->reload();
   EXPECT_EQ(lastLoad(),
             (WebRequest{testUrl(subPage), CachePolicy::reloadIgnoringLocalCacheData, 60}));
 }
 
-TEST_F(NavoraAppDelegateReloadTest, LoadsTheOriginWhereAForeignPageIsShown) {
+TEST_F(NavoraAppDelegateReloadTest, LoadsTheOriginIfAForeignPageIsShown) {
   launchShowing(testUrl(foreignPage));
   delegate->reload();
   EXPECT_EQ(lastLoad(),
             (WebRequest{testUrl(origin), CachePolicy::reloadIgnoringLocalCacheData, 60}));
 }
 
-TEST_F(NavoraAppDelegateReloadTest, LoadsTheOriginWhereNoPageIsShown) {
+TEST_F(NavoraAppDelegateReloadTest, LoadsTheOriginIfNoPageIsShown) {
   launchShowing(std::nullopt);
   delegate->reload();
   EXPECT_EQ(lastLoad(),
             (WebRequest{testUrl(origin), CachePolicy::reloadIgnoringLocalCacheData, 60}));
 }
 
-TEST_F(NavoraAppDelegateReloadTest, CountsAChangedPortAsForeign) {
+TEST_F(NavoraAppDelegateReloadTest, TreatsAnotherPortAsForeign) {
   launchShowing(testUrl("https://navora.example:444/login"));
   delegate->reload();
   EXPECT_EQ(lastLoad().url, testUrl(origin));
@@ -63,7 +63,7 @@ TEST_F(NavoraAppDelegateReloadTest, DoesNothingWhileARestartIsPrepared) {
   EXPECT_FALSE(errorView().isHidden());
 }
 
-TEST_F(NavoraAppDelegateReloadTest, WorksAgainWhenTheRestartIsGivenUp) {
+TEST_F(NavoraAppDelegateReloadTest, WorksAgainAfterTheRestartIsCancelled) {
   launchShowing(testUrl(subPage));
   EXPECT_FALSE(delegate->restartPrepared());
   prepareRestart();
@@ -79,19 +79,19 @@ TEST_F(NavoraAppDelegateReloadTest, OpensTheShownPageOfTheOriginInTheBrowser) {
   EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(subPage)));
 }
 
-TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserWhereAForeignPageIsShown) {
+TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserIfAForeignPageIsShown) {
   launchShowing(testUrl(foreignPage));
   delegate->openInBrowser();
   EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(origin)));
 }
 
-TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserWhereNoPageIsShown) {
+TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserIfNoPageIsShown) {
   launchShowing(std::nullopt);
   delegate->openInBrowser();
   EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(origin)));
 }
 
-TEST_F(NavoraAppDelegateReloadTest, OpensTheBrowserAlsoWhileARestartIsPrepared) {
+TEST_F(NavoraAppDelegateReloadTest, OpensTheBrowserEvenWhileARestartIsPrepared) {
   launchShowing(testUrl(subPage));
   prepareRestart();
   delegate->openInBrowser();
@@ -112,7 +112,7 @@ TEST_F(NavoraAppDelegateReloadTest, ShowsTheOverlayWithTheFailureTextWhenALoadFa
             "Ваши записи остаются на сервере.");
 }
 
-TEST_F(NavoraAppDelegateReloadTest, ShowsTheOverlayWhenThePagesProcessDies) {
+TEST_F(NavoraAppDelegateReloadTest, ShowsTheOverlayWhenTheWebProcessTerminates) {
   launchShowing(testUrl(subPage));
   webView().navigationDelegate()->webContentProcessDidTerminate();
   EXPECT_FALSE(errorView().isHidden());

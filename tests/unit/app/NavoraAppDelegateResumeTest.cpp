@@ -24,14 +24,14 @@ TEST_F(NavoraAppDelegateResumeTest, PublishesTheTimeZoneBeforeTheResumeEventWhen
               ElementsAre(DesktopTimeZone::script("Europe/Moscow"), resumeScript));
 }
 
-TEST_F(NavoraAppDelegateResumeTest, DoesTheSameWhenTheSystemWakes) {
+TEST_F(NavoraAppDelegateResumeTest, DoesTheSameWhenTheSystemWakesUp) {
   launchShowing(page());
   system().wake();
   EXPECT_THAT(webView().scripts(),
               ElementsAre(DesktopTimeZone::script("Europe/Moscow"), resumeScript));
 }
 
-TEST_F(NavoraAppDelegateResumeTest, PublishesTheZoneThatIsCurrentThen) {
+TEST_F(NavoraAppDelegateResumeTest, PublishesTheCurrentZone) {
   launchShowing(page());
   system().timeZone = "Asia/Tokyo";
   delegate->applicationDidBecomeActive();
@@ -51,14 +51,14 @@ TEST_F(NavoraAppDelegateResumeTest, SendsNothingToAForeignPage) {
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
-TEST_F(NavoraAppDelegateResumeTest, SendsNothingWhereNoPageIsShown) {
+TEST_F(NavoraAppDelegateResumeTest, SendsNothingIfNoPageIsShown) {
   launchShowing(std::nullopt);
   delegate->applicationDidBecomeActive();
   system().wake();
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
-// A desktop may activate an application while it is still starting.
+// A desktop may activate an application before it has finished launching.
 TEST_F(NavoraAppDelegateResumeTest, IsHarmlessBeforeTheWindowExists) {
   create();
   delegate->applicationDidBecomeActive();
@@ -79,7 +79,7 @@ TEST_F(NavoraAppDelegateResumeTest, PublishesTheIdentifierExactlyAsTheSystemRepo
                           "window.dispatchEvent(new CustomEvent('tolvin:systemtimezonechange'));"));
 }
 
-TEST_F(NavoraAppDelegateResumeTest, PublishesAlsoAZoneThatDidNotChange) {
+TEST_F(NavoraAppDelegateResumeTest, PublishesAnUnchangedZoneToo) {
   launchShowing(page());
   system().changeTimeZone("Europe/Moscow");
   system().changeTimeZone("Europe/Moscow");
@@ -92,7 +92,7 @@ TEST_F(NavoraAppDelegateResumeTest, ChangesNothingInAForeignPageWhenTheTimeZoneC
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
-TEST_F(NavoraAppDelegateResumeTest, StopsObservingTheSystemWhenItGoes) {
+TEST_F(NavoraAppDelegateResumeTest, StopsObservingTheSystemWhenItIsDestroyed) {
   launchShowing(page());
   EXPECT_EQ(system().timeZoneObserverCount(), 1U);
   EXPECT_EQ(system().wakeObserverCount(), 1U);

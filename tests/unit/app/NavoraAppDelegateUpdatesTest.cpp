@@ -24,12 +24,12 @@ class NavoraAppDelegateUpdatesTest : public AppDelegateTest {
   UpdaterUserDriver& updater() { return *platform.updater().driver; }
   FakeUpdateBannerView::Screen& banner() { return platform.updateBanner(); }
 
-  // The updater shows a release, and the choices are recorded.
+  // Shows a release and records the choices.
   void offer() {
     updater().showUpdateFound(release, {},
                               [this](UserUpdateChoice choice) { choices.push_back(choice); });
   }
-  // The user wants the release, which is then ready for its installation.
+  // Acts as the user installing the release, up to the step before the installation.
   void installUpTo(const std::optional<Url>& url) {
     launchShowing(url);
     offer();
@@ -41,20 +41,20 @@ class NavoraAppDelegateUpdatesTest : public AppDelegateTest {
   std::vector<UserUpdateChoice> choices;
 };
 
-TEST_F(NavoraAppDelegateUpdatesTest, PutsTheBannerIntoTheWindow) {
+TEST_F(NavoraAppDelegateUpdatesTest, AttachesTheBannerToTheWindow) {
   launch();
   EXPECT_EQ(banner().window, &window());
   EXPECT_TRUE(banner().hidden);
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, LooksForUpdatesWhenTheMenuSaysSo) {
+TEST_F(NavoraAppDelegateUpdatesTest, ChecksForUpdatesFromTheMenu) {
   launchShowing(testUrl(page));
   platform.application().choose(DelegateAction::checkForUpdates);
   EXPECT_THAT(log().take(),
               ElementsAre("window.makeKeyAndOrderFront", "application.activate", "updater.check"));
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, InstallsAfterThePageHasAgreed) {
+TEST_F(NavoraAppDelegateUpdatesTest, InstallsIfThePageHasNothingUnsaved) {
   installUpTo(testUrl(page));
   EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install));
   webView().finishEvaluation(Json("{}"));
@@ -62,7 +62,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, InstallsAfterThePageHasAgreed) {
   EXPECT_TRUE(delegate->restartPrepared());
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, ShowsWhyThePageDoesNotAgree) {
+TEST_F(NavoraAppDelegateUpdatesTest, ShowsThePagesReasonAgainstARestart) {
   installUpTo(testUrl(page));
   webView().finishEvaluation(Json(R"({"reason": "Save the note"})"));
   EXPECT_EQ(banner().content.detail, "Save the note");
@@ -80,7 +80,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
   EXPECT_EQ(message, "Дождитесь загрузки страницы и продолжите обновление.");
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, GivesThePageBackWhenTheRestartDoesNotCome) {
+TEST_F(NavoraAppDelegateUpdatesTest, ResumesThePageWhenTheRestartIsCancelled) {
   installUpTo(testUrl(page));
   webView().finishEvaluation(Json("{}"));
   updater().dismissUpdateInstallation();
@@ -88,7 +88,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, GivesThePageBackWhenTheRestartDoesNotCome) 
   EXPECT_EQ(webView().scripts().back(), resumeScript);
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, RemembersWhatWasPostponedUntilTheNextMidnightOfTheUser) {
+TEST_F(NavoraAppDelegateUpdatesTest, PostponesUntilTheUsersNextMidnight) {
   system().timeZone = "Europe/Berlin";
   system().time = dateFromSecondsSince1970(1'700'049'600);  // 2023-11-15 13:00 in Berlin
   launch();
@@ -100,7 +100,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, RemembersWhatWasPostponedUntilTheNextMidnig
   EXPECT_EQ(numberMember(*pending, "deadline"), 1'700'049'600 + 11 * 3600);
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, SpeaksTheUsersLanguageAsSoonAsItChanges) {
+TEST_F(NavoraAppDelegateUpdatesTest, FollowsAChangeOfLanguage) {
   locale.setCatalogs(R"({"en": {"Обновить приложение": "Update"}})");
   locale.prefer({"ru"});
   launchShowing(testUrl(page));
@@ -111,13 +111,13 @@ TEST_F(NavoraAppDelegateUpdatesTest, SpeaksTheUsersLanguageAsSoonAsItChanges) {
   EXPECT_EQ(banner().button(Button::primary).title, "Update");
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, NamesTheMachineAsTheHostDoes) {
+TEST_F(NavoraAppDelegateUpdatesTest, UsesTheHostsWording) {
   launch();
   updater().showUpdateNotFound({}, [] {});
   EXPECT_EQ(banner().content.title, platform.wording().upToDate);
 }
 
-TEST_F(NavoraAppDelegateUpdatesTest, StartsAlthoughTheUpdaterDoesNot) {
+TEST_F(NavoraAppDelegateUpdatesTest, LaunchesEvenIfTheUpdaterFailsToStart) {
   platform.updater().startError = PlatformError{"test", 1, "broken"};
   launch();
   EXPECT_FALSE(banner().hidden);

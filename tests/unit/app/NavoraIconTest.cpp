@@ -39,15 +39,15 @@ TEST(NavoraIcon, RendersTwoPixelsPerUnit) {
   EXPECT_EQ(bitmap->pixelsWide(), 128);
   EXPECT_EQ(bitmap->pixelsHigh(), 128);
   EXPECT_EQ(bitmap->scale, 2);
-  EXPECT_EQ(bitmap->canvas.pathStrokes.size(), 1u);
+  EXPECT_EQ(bitmap->canvas.pathStrokes.size(), 1U);
 }
 
-TEST(NavoraIcon, IsATemplateWithOneBitmapOfDoubleResolution) {
+TEST(NavoraIcon, IsATemplateWithOneBitmapAtDoubleResolution) {
   FakeImaging imaging;
   const auto image = NavoraIcon::menuBarTemplate(imaging, 18);
   EXPECT_TRUE(image->isTemplate());
   EXPECT_EQ(image->size(), (Size{18, 18}));
-  ASSERT_EQ(image->representations().size(), 1u);
+  ASSERT_EQ(image->representations().size(), 1U);
   EXPECT_EQ(image->representations()[0]->size(), (Size{64, 64}));
   EXPECT_EQ(image->representations()[0]->pixelsWide(), 128);
 }
@@ -62,7 +62,7 @@ TEST(NavoraIcon, PassesItsSelfTestWithOneLine) {
 
 using NavoraIconDeathTest = testing::Test;
 
-TEST(NavoraIconDeathTest, FailsForACornerThatIsNotTransparent) {
+TEST(NavoraIconDeathTest, FailsForAnOpaqueCorner) {
   using Corner = std::pair<int, int>;
   for (const Corner& corner : {Corner{0, 0}, {127, 0}, {0, 127}, {127, 127}}) {
     FakeImaging imaging;
@@ -75,7 +75,7 @@ TEST(NavoraIconDeathTest, FailsForACornerThatIsNotTransparent) {
   }
 }
 
-TEST(NavoraIconDeathTest, FailsForACornerThatCannotBeRead) {
+TEST(NavoraIconDeathTest, FailsForAnUnreadableCorner) {
   FakeImaging imaging;
   imaging.pixel = [](int x, int) -> std::optional<Color> {
     if (x == 127) return std::nullopt;
@@ -87,7 +87,7 @@ TEST(NavoraIconDeathTest, FailsForACornerThatCannotBeRead) {
 TEST(NavoraIconDeathTest, FailsWithoutAVisibleMark) {
   FakeImaging imaging;
   imaging.pixel = [](int x, int y) -> std::optional<Color> {
-    // Opaque everywhere but in the corners and where the check looks.
+    // Opaque except in the corners and at the checked pixels.
     const bool looked = x % 4 == 0 && y % 4 == 0 && x <= 116 && y <= 116;
     const bool corner = x % 127 == 0 && y % 127 == 0;
     return Color{0, 0, 0, looked ? 0.5 : corner ? 0 : 1};
@@ -95,13 +95,13 @@ TEST(NavoraIconDeathTest, FailsWithoutAVisibleMark) {
   EXPECT_DEATH(NavoraIcon::selfTest(imaging), failed);
 }
 
-TEST(NavoraIconDeathTest, FailsIfTheImageForgetsThatItIsATemplate) {
+TEST(NavoraIconDeathTest, FailsIfTheImageIsNotATemplate) {
   FakeImaging imaging;
   imaging.keepsTemplateFlag = false;
   EXPECT_DEATH(NavoraIcon::selfTest(imaging), failed);
 }
 
-TEST(NavoraIconDeathTest, CannotDoWithoutMemory) {
+TEST(NavoraIconDeathTest, FailsWithoutMemory) {
   FakeImaging imaging;
   imaging.hasMemory = false;
   EXPECT_DEATH(NavoraIcon::render(imaging, 2),

@@ -24,20 +24,20 @@ std::vector<std::string> titles(const std::vector<Menu>& menus) {
   return result;
 }
 
-// Without a catalog every text shows as its key.
+// Without catalogs, every text is its key.
 class NavoraMenusTest : public testing::Test {
  protected:
   LocaleScope locale;
 };
 
-TEST_F(NavoraMenusTest, HasFourMenusOfWhichTheLastIsTheWindows) {
+TEST_F(NavoraMenusTest, HasFourMenusOfWhichTheLastHasTheWindowsRole) {
   const auto menus = NavoraMenus::mainMenu();
   EXPECT_THAT(titles(menus), ElementsAre("Навора", "Правка", "Вид", "Окно"));
   for (const Menu& menu : menus)
     EXPECT_EQ(menu.role == Menu::Role::windows, menu.title == "Окно") << menu.title;
 }
 
-TEST_F(NavoraMenusTest, HasTheApplicationsCommandsInTheFirst) {
+TEST_F(NavoraMenusTest, HasTheApplicationsActionsInTheFirstMenu) {
   EXPECT_THAT(
       NavoraMenus::mainMenu()[0].items,
       ElementsAre(
@@ -59,14 +59,14 @@ TEST_F(NavoraMenusTest, HasRedoRightAfterUndo) {
                           item("Выбрать всё", EditAction::selectAll, KeyEquivalent{'a'})));
 }
 
-TEST_F(NavoraMenusTest, HasThePageInTheThird) {
+TEST_F(NavoraMenusTest, HasThePagesActionsInTheThirdMenu) {
   EXPECT_THAT(
       NavoraMenus::mainMenu()[2].items,
       ElementsAre(item("Обновить", DelegateAction::reload, KeyEquivalent{'r'}),
                   item("Открыть в браузере", DelegateAction::openInBrowser, KeyEquivalent{'l'})));
 }
 
-TEST_F(NavoraMenusTest, LeavesTheWindowsOwnActionsToTheWindow) {
+TEST_F(NavoraMenusTest, HasTheWindowsActionsInTheLastMenu) {
   EXPECT_THAT(NavoraMenus::mainMenu()[3].items,
               ElementsAre(item("Показать Навору", DelegateAction::showWindow, KeyEquivalent{'0'}),
                           item("Свернуть", WindowAction::performMiniaturize, KeyEquivalent{'m'}),
@@ -83,7 +83,7 @@ TEST_F(NavoraMenusTest, HasAShortStatusMenuWithoutKeys) {
                   MenuItem::separator(), item("Завершить Навору", ApplicationAction::terminate)));
 }
 
-TEST_F(NavoraMenusTest, OnlyInformsOfATakenShortcut) {
+TEST_F(NavoraMenusTest, DisablesTheLineAboutATakenShortcut) {
   const MenuItem line = NavoraMenus::shortcutTaken();
   EXPECT_EQ(line.title, "⌘⇧Пробел занят — используйте меню «Новая запись»");
   EXPECT_FALSE(line.action);
@@ -91,11 +91,11 @@ TEST_F(NavoraMenusTest, OnlyInformsOfATakenShortcut) {
   EXPECT_FALSE(line.isSeparator());
 }
 
-TEST_F(NavoraMenusTest, TellsInThreeLinesWhatTheApplicationIs) {
+TEST_F(NavoraMenusTest, DescribesTheApplicationInThreeLines) {
   const auto about = NavoraMenus::about();
   EXPECT_EQ(about.applicationName, "Навора");
   EXPECT_EQ(std::ranges::count(about.credits, '\n'), 2);
-  EXPECT_EQ(about.credits.find("⌘⇧Пробел — новая запись"), 0u);
+  EXPECT_EQ(about.credits.find("⌘⇧Пробел — новая запись"), 0U);
 }
 
 TEST_F(NavoraMenusTest, UsesEveryKeyOnce) {
@@ -107,10 +107,10 @@ TEST_F(NavoraMenusTest, UsesEveryKeyOnce) {
       keys.push_back(*each.keyEquivalent);
     }
   }
-  EXPECT_EQ(keys.size(), 14u);
+  EXPECT_EQ(keys.size(), 14U);
 }
 
-TEST_F(NavoraMenusTest, SpeaksTheRequestedLanguageAndRussianWhereItHasNoText) {
+TEST_F(NavoraMenusTest, UsesTheRequestedLanguageAndRussianForMissingTexts) {
   locale.setCatalogs(R"({"en": {"Правка": "Edit", "Вырезать": "Cut"}})");
   DesktopLocale::requested = "en";
   const Menu edit = NavoraMenus::mainMenu()[1];

@@ -12,7 +12,7 @@ struct ValidBody {
 
 class ValidLocaleMessageTest : public testing::TestWithParam<ValidBody> {};
 
-TEST_P(ValidLocaleMessageTest, IsRead) {
+TEST_P(ValidLocaleMessageTest, IsAccepted) {
   EXPECT_EQ(LocaleMessage::read(Json::parse(GetParam().json)), GetParam().message);
 }
 
@@ -35,7 +35,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class InvalidLocaleMessageTest : public testing::TestWithParam<std::string> {};
 
-TEST_P(InvalidLocaleMessageTest, IsRefusedAsAWhole) {
+TEST_P(InvalidLocaleMessageTest, IsRejectedAsAWhole) {
   EXPECT_EQ(LocaleMessage::read(Json::parse(GetParam())), std::nullopt);
 }
 

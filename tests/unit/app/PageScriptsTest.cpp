@@ -49,7 +49,7 @@ class PageScriptsTest : public testing::Test {
   FakeResources resources;
 };
 
-TEST_F(PageScriptsTest, AreFourInTheirOrderAndTimes) {
+TEST_F(PageScriptsTest, AreInOrderWithTheirInjectionTimes) {
   resources.put("CaptureAppearance", "js", "appearance();");
   resources.put("RestartGuard", "js", "guard();\n");
   EXPECT_THAT(
@@ -63,19 +63,19 @@ TEST_F(PageScriptsTest, AreFourInTheirOrderAndTimes) {
           UserScript{"guard();\n", InjectionTime::documentStart}));
 }
 
-TEST_F(PageScriptsTest, LeaveOutAMissingAppearanceScript) {
+TEST_F(PageScriptsTest, OmitAMissingAppearanceScript) {
   resources.put("RestartGuard", "js", "guard();");
   ASSERT_THAT(scripts(), SizeIs(3));
   EXPECT_EQ(scripts()[2].source, "guard();");
 }
 
-TEST_F(PageScriptsTest, LeaveOutAMissingRestartGuard) {
+TEST_F(PageScriptsTest, OmitAMissingRestartGuard) {
   resources.put("CaptureAppearance", "js", "appearance();");
   ASSERT_THAT(scripts(), SizeIs(3));
   EXPECT_EQ(scripts()[2].injectionTime, InjectionTime::documentEnd);
 }
 
-TEST_F(PageScriptsTest, LeaveOutResourcesThatAreNotText) {
+TEST_F(PageScriptsTest, OmitResourcesThatAreNotText) {
   resources.put("CaptureAppearance", "js", "\xFF");
   resources.put("RestartGuard", "js", "\xFF");
   EXPECT_THAT(scripts(), SizeIs(2));
@@ -101,7 +101,7 @@ TEST(PageScriptsGuard, NamesTheOriginWithItsPort) {
             "{ body(); }");
 }
 
-TEST(PageScriptsGuard, KeepsTheBodyAsItIs) {
+TEST(PageScriptsGuard, KeepsTheBodyUnchanged) {
   EXPECT_EQ(PageScripts::guarded(testUrl("https://navora.example"), "// \"a\"\n"),
             "if (window.location.origin === new URL(\"https://navora.example\").origin) "
             "{ // \"a\"\n }");

@@ -22,7 +22,7 @@ const std::string notChecked =
     "Не удалось проверить незавершённый ввод. Попробуйте обновление ещё раз.";
 constexpr const char* resumeScript = "window.NavoraUpdateGuard?.resume()";
 
-// The quick capture and the page, both without anything unsaved, and a guard over them.
+// A guard for a capture panel and a page without unsaved input.
 class UpdateGuardTest : public QuickCaptureTest {
  protected:
   using Answers = std::vector<std::optional<std::string>>;
@@ -37,7 +37,7 @@ class UpdateGuardTest : public QuickCaptureTest {
     guard->prepareForUpdate(
         [this](std::optional<std::string> message) { answers.push_back(std::move(message)); });
   }
-  // The page's script has run.
+  // Completes the page's script.
   void pageAnswers(WebView::EvaluationResult result) {
     webView->finishEvaluation(std::move(result));
   }
@@ -67,13 +67,13 @@ TEST_F(UpdateGuardTest, AsksWithTheMessageInTheUsersLanguage) {
   EXPECT_THAT(webView->scripts(), ElementsAre(DesktopRestartScript::prepare("Reload \"now\"")));
 }
 
-TEST_F(UpdateGuardTest, TakesNullForNoReason) {
+TEST_F(UpdateGuardTest, TreatsANullReasonAsReady) {
   prepare();
   pageAnswers(Json(R"({"reason": null})"));
   EXPECT_EQ(takeAnswers(), success());
 }
 
-TEST_F(UpdateGuardTest, GivesThePagesReasonAsItStands) {
+TEST_F(UpdateGuardTest, ReturnsThePagesReasonUnchanged) {
   for (const char* reason : {"An open editor", "", " \n", "⌘⇧Пробел"}) {
     prepare();
     pageAnswers(Json(Json{{"reason", reason}}.dump()));
@@ -82,7 +82,7 @@ TEST_F(UpdateGuardTest, GivesThePagesReasonAsItStands) {
   }
 }
 
-TEST_F(UpdateGuardTest, TakesBackAnEarlierPreparationWhenThePageHasAReasonNow) {
+TEST_F(UpdateGuardTest, CancelsAnEarlierPreparationIfThePageHasAReasonNow) {
   prepare();
   pageIsReady();
   prepare();
@@ -90,7 +90,7 @@ TEST_F(UpdateGuardTest, TakesBackAnEarlierPreparationWhenThePageHasAReasonNow) {
   EXPECT_FALSE(guard->restartPrepared());
 }
 
-TEST_F(UpdateGuardTest, BlocksOnAnAnswerThatIsNotClear) {
+TEST_F(UpdateGuardTest, BlocksOnAnUnclearReply) {
   const WebView::EvaluationResult results[] = {
       Unexpected(PlatformError{"WebKit", 4, "The script failed"}),
       Json(nullptr),
@@ -118,7 +118,7 @@ TEST_F(UpdateGuardTest, BlocksOnAnAnswerThatIsNotClear) {
   }
 }
 
-TEST_F(UpdateGuardTest, WaitsForADraft) {
+TEST_F(UpdateGuardTest, BlocksOnADraft) {
   open("A thought");
   prepare();
   EXPECT_EQ(takeAnswers(), one("Сохраните быструю запись (⌘⇧Пробел) или дождитесь её отправки, "
@@ -127,7 +127,7 @@ TEST_F(UpdateGuardTest, WaitsForADraft) {
   EXPECT_FALSE(guard->restartPrepared());
 }
 
-TEST_F(UpdateGuardTest, WaitsForADraftBeforeEverythingElse) {
+TEST_F(UpdateGuardTest, BlocksOnADraftFirst) {
   open("A thought");
   webView->loading = true;
   webView->setUrl(testUrl("https://elsewhere.example/"));
@@ -135,7 +135,7 @@ TEST_F(UpdateGuardTest, WaitsForADraftBeforeEverythingElse) {
   EXPECT_THAT(takeAnswers(), ElementsAre(testing::Optional(testing::HasSubstr("быструю запись"))));
 }
 
-TEST_F(UpdateGuardTest, WaitsForThePageToLoad) {
+TEST_F(UpdateGuardTest, BlocksWhileThePageLoads) {
   webView->loading = true;
   for (const auto& url :
        {std::optional(testUrl(origin)), std::optional(testUrl("https://elsewhere.example/")),
@@ -147,7 +147,7 @@ TEST_F(UpdateGuardTest, WaitsForThePageToLoad) {
   EXPECT_THAT(webView->scripts(), IsEmpty());
 }
 
-TEST_F(UpdateGuardTest, IsReadyAtOnceWithoutAPage) {
+TEST_F(UpdateGuardTest, IsReadyImmediatelyWithoutAPage) {
   webView->setUrl(std::nullopt);
   open();
   prepare();
@@ -157,14 +157,14 @@ TEST_F(UpdateGuardTest, IsReadyAtOnceWithoutAPage) {
   EXPECT_THAT(webView->scripts(), IsEmpty());
 }
 
-TEST_F(UpdateGuardTest, AsksNoForeignPage) {
+TEST_F(UpdateGuardTest, DoesNotAskAForeignPage) {
   webView->setUrl(testUrl("https://elsewhere.example/"));
   prepare();
   EXPECT_EQ(takeAnswers(), one("Вернитесь в Навору и продолжите обновление."));
   EXPECT_THAT(webView->scripts(), IsEmpty());
 }
 
-TEST_F(UpdateGuardTest, HidesTheQuickCapture) {
+TEST_F(UpdateGuardTest, HidesTheCapturePanel) {
   open();
   prepare();
   EXPECT_TRUE(panel().isVisible());
@@ -172,7 +172,7 @@ TEST_F(UpdateGuardTest, HidesTheQuickCapture) {
   EXPECT_FALSE(panel().isVisible());
 }
 
-TEST_F(UpdateGuardTest, GivesThePageBackWhenADraftWasBegunMeanwhile) {
+TEST_F(UpdateGuardTest, ResumesThePageIfADraftWasStartedMeanwhile) {
   prepare();
   open("A thought");
   pageIsReady();
@@ -182,17 +182,17 @@ TEST_F(UpdateGuardTest, GivesThePageBackWhenADraftWasBegunMeanwhile) {
   EXPECT_EQ(webView->scripts().back(), resumeScript);
 }
 
-TEST_F(UpdateGuardTest, GivesThePageBackWhenTheRestartDoesNotCome) {
+TEST_F(UpdateGuardTest, ResumesThePageWhenTheRestartIsCancelled) {
   prepare();
   pageIsReady();
   guard->resume();
   EXPECT_FALSE(guard->restartPrepared());
   EXPECT_EQ(webView->scripts().back(), resumeScript);
-  EXPECT_EQ(webView->scripts().size(), 2u);
+  EXPECT_EQ(webView->scripts().size(), 2U);
 }
 
-// The page runs both scripts in their order, so it takes input again when the answer arrives.
-TEST_F(UpdateGuardTest, IsNotPreparedByAnAnswerFromBeforeThePageWasGivenBack) {
+// The page runs both scripts in order, so it accepts input again when the reply arrives.
+TEST_F(UpdateGuardTest, IgnoresAReplyFromBeforeThePageWasResumed) {
   open();
   prepare();
   guard->resume();
@@ -214,7 +214,7 @@ TEST_F(UpdateGuardTest, CanBePreparedAgain) {
   EXPECT_TRUE(guard->restartPrepared());
 }
 
-TEST_F(UpdateGuardTest, AnswersNothingAfterItsEnd) {
+TEST_F(UpdateGuardTest, DoesNotAnswerAfterItsDestruction) {
   prepare();
   guard.reset();
   pageIsReady();

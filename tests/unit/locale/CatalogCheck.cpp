@@ -33,7 +33,7 @@ bool hasTypewriterMarks(const std::string& text) {
   return containsAny(text, std::array<std::string_view, 3>{"'", "\"", "..."});
 }
 
-// French sets a no-break space inside of its quotation marks and before these marks.
+// French puts a no-break space inside quotation marks and before these marks.
 bool hasBreakableMark(const std::string& text) {
   return containsAny(text, std::array<std::string_view, 6>{" :", " ;", " !", " ?", " »", "« "});
 }

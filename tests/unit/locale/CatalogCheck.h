@@ -8,8 +8,8 @@
 
 namespace navora::test {
 
-// Everything that is wrong with a catalog resource, a line each, beginning with the locale.
-// `locales` are the catalogs that there must be, `keys` the texts that each must translate.
+// Returns the errors of a catalog resource, one line each, starting with the locale. `locales` are
+// the required catalogs, `keys` the texts that each of them must translate.
 std::vector<std::string> catalogProblems(const Json& catalogs,
                                          const std::vector<std::string>& locales,
                                          const std::set<std::string>& keys);

@@ -15,13 +15,13 @@ Problems problemsOf(const char* catalogs, const std::set<std::string>& keys) {
   return catalogProblems(Json::parse(catalogs), {"en", "fr"}, keys);
 }
 
-// The problems of one French translation.
+// Returns the errors of one French translation.
 Problems problemsOf(const std::string& key, const std::string& text) {
   return catalogProblems({{"en", {{key, key == "Один" ? "One" : key}}}, {"fr", {{key, text}}}},
                          {"en", "fr"}, {key});
 }
 
-TEST(CatalogCheck, AcceptsWhatIsComplete) {
+TEST(CatalogCheck, AcceptsCompleteCatalogs) {
   EXPECT_EQ(problemsOf(R"({"en": {"Да": "Yes", "Нет": "No"}, "fr": {"Да": "Oui", "Нет": "Non"}})",
                        {"Да", "Нет"}),
             Problems{});
@@ -41,13 +41,13 @@ TEST(CatalogCheck, ReportsMissingAndUnsupportedLocales) {
             Problems{"it: unsupported"});
 }
 
-TEST(CatalogCheck, ReportsAnythingThatIsNoCatalog) {
+TEST(CatalogCheck, ReportsMalformedCatalogs) {
   EXPECT_EQ(problemsOf("[]", {"Да"}), Problems{"the resource is no object"});
   EXPECT_EQ(problemsOf(R"({"en": [], "fr": {"Да": 1}})", {"Да"}),
             (Problems{"en: no object", "fr: no text: Да"}));
 }
 
-TEST(CatalogCheck, ReportsTranslationsThatDoNotFitTheirKey) {
+TEST(CatalogCheck, ReportsTranslationsThatDoNotMatchTheirKey) {
   EXPECT_EQ(problemsOf("Один", "Un"), Problems{});
   EXPECT_EQ(problemsOf("Один", ""), Problems{"fr: empty: Один"});
   EXPECT_EQ(problemsOf("Один", "Оne"), Problems{"fr: Cyrillic: Один"});
@@ -61,19 +61,19 @@ TEST(CatalogCheck, ComparesPlaceholdersByName) {
   EXPECT_EQ(problemsOf("{a} + {b_2}", "{a}"), Problems{"fr: other placeholders: {a} + {b_2}"});
 }
 
-TEST(CatalogCheck, ReportsWhiteSpaceAtTheEndsOfALine) {
+TEST(CatalogCheck, ReportsLeadingAndTrailingWhiteSpace) {
   for (const std::string text : {" Un", "Un ", "Un\t", "\u00A0Un", "Un\u3000"})
     EXPECT_EQ(problemsOf("Один", text), Problems{"fr: outer white space: Один"}) << text;
   EXPECT_EQ(problemsOf("1\n2", "1 \n2"), Problems{"fr: outer white space: 1\n2"});
 }
 
-TEST(CatalogCheck, ReportsMarksOfTheTypewriter) {
+TEST(CatalogCheck, ReportsTypewriterPunctuation) {
   for (const std::string text : {"L'un", "\"Un\"", "Un..."})
     EXPECT_EQ(problemsOf("Один", text), Problems{"fr: typewriter marks: Один"}) << text;
   EXPECT_EQ(problemsOf("Один", "L’un…"), Problems{});
 }
 
-TEST(CatalogCheck, AsksForNoBreakSpacesInFrench) {
+TEST(CatalogCheck, RequiresNoBreakSpacesInFrench) {
   for (const std::string text : {"Un : deux", "Un ?", "« Un\u00A0»", "«\u00A0Un »"})
     EXPECT_EQ(problemsOf("Один", text), Problems{"fr: breakable mark: Один"}) << text;
   EXPECT_EQ(problemsOf("Один", "Un\u00A0: «\u00A0deux\u00A0»"), Problems{});

@@ -32,7 +32,7 @@ std::string joined(const std::vector<std::string>& lines) {
   return text;
 }
 
-// The texts of the code and the catalogs that ship, read once for all tests.
+// The texts of the code and the shipped catalogs, read once for all tests.
 class Catalog : public testing::Test {
  protected:
   static void SetUpTestSuite() {
@@ -45,7 +45,7 @@ class Catalog : public testing::Test {
   static inline std::string resource_;
 };
 
-TEST_F(Catalog, CoversTextsThatTheCodeIsKnownToShow) {
+TEST_F(Catalog, CoversKnownTextsOfTheCode) {
   for (const std::string known :
        {"Навора", "Навора пока недоступна", "Проверьте подключение к интернету.",
         "Проверьте подключение к интернету и попробуйте ещё раз.\n"
@@ -67,9 +67,9 @@ TEST_F(Catalog, TranslatesEveryTextIntoEveryLanguage) {
   EXPECT_TRUE(problems.empty()) << joined(problems);
 }
 
-// One way to write it keeps changes readable. A key that occurs twice is found here too, because
-// writing it again leaves one of them out.
-TEST_F(Catalog, IsWrittenInTheSameOrderAndFormThroughout) {
+// A canonical form keeps changes readable. This also finds duplicate keys, of which serializing
+// keeps only one.
+TEST_F(Catalog, IsSortedAndFormattedConsistently) {
   const auto json = nlohmann::ordered_json::parse(resource_, nullptr, false);
   ASSERT_TRUE(json.is_object());
   EXPECT_EQ(json.dump(2) + "\n", resource_);
@@ -84,7 +84,7 @@ TEST_F(Catalog, IsWrittenInTheSameOrderAndFormThroughout) {
     EXPECT_EQ(keysOf(catalog), keysOf(json.front())) << locale;
 }
 
-TEST_F(Catalog, IsWhatTheTranslatorShows) {
+TEST_F(Catalog, IsWhatTranslateReturns) {
   const auto json = parseJson(resource_);
   ASSERT_TRUE(json);
   for (const auto& locale : translatedLocales()) {
@@ -95,14 +95,14 @@ TEST_F(Catalog, IsWhatTheTranslatorShows) {
   }
 }
 
-TEST_F(Catalog, LeavesTheSourceLanguageAsItIs) {
+TEST_F(Catalog, LeavesTheSourceLanguageUnchanged) {
   locale_.setCatalogs(resource_);
   locale_.prefer({"ru"});
   for (const auto& key : texts_.keys)
     EXPECT_EQ(L(key), key);
 }
 
-TEST_F(Catalog, KeepsTheProductsNameInEveryLanguage) {
+TEST_F(Catalog, KeepsTheProductNameInEveryLanguage) {
   const auto json = parseJson(resource_);
   ASSERT_TRUE(json);
   for (const auto& [locale, catalog] : json->items()) {

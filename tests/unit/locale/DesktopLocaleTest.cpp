@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(DesktopLocale, SupportsSevenLanguagesAndIsWrittenInTheFirst) {
+TEST(DesktopLocale, SupportsSevenLanguagesOfWhichTheFirstIsTheSource) {
   EXPECT_THAT(DesktopLocale::supported(), ElementsAre("ru", "en", "es", "pt-BR", "de", "fr", "ja"));
 }
 
@@ -20,7 +20,7 @@ struct Normalization {
 
 class DesktopLocaleNormalizeTest : public testing::TestWithParam<Normalization> {};
 
-TEST_P(DesktopLocaleNormalizeTest, GivesTheSupportedCodeOrNone) {
+TEST_P(DesktopLocaleNormalizeTest, ReturnsTheSupportedCodeOrNullopt) {
   EXPECT_EQ(DesktopLocale::normalize(GetParam().tag), GetParam().locale) << GetParam().tag;
 }
 
@@ -59,7 +59,7 @@ TEST(DesktopLocaleResolve, PutsAnExplicitSettingFirst) {
   EXPECT_EQ(DesktopLocale::resolve("pt-BR", {}, std::nullopt), "pt-BR");
 }
 
-TEST(DesktopLocaleResolve, InterpretsAnExplicitSettingAsATag) {
+TEST(DesktopLocaleResolve, NormalizesAnExplicitSetting) {
   EXPECT_EQ(DesktopLocale::resolve("EN_us", {"ja"}, std::nullopt), "en");
 }
 
@@ -69,7 +69,7 @@ TEST(DesktopLocaleResolve, TreatsAnUnsupportedSettingLikeSystem) {
   EXPECT_EQ(DesktopLocale::resolve("", {"ja"}, std::nullopt), "ja");
 }
 
-TEST(DesktopLocaleResolve, TakesTheFirstUsablePreferredLanguage) {
+TEST(DesktopLocaleResolve, UsesTheFirstSupportedPreferredLanguage) {
   EXPECT_EQ(DesktopLocale::resolve("system", {"it-IT", "fr-CA"}, "de"), "fr");
   EXPECT_EQ(DesktopLocale::resolve("system", {"", "-", "ja", "en"}, std::nullopt), "ja");
 }
@@ -96,7 +96,7 @@ TEST_F(DesktopLocaleCurrentTest, StartsByFollowingTheSystem) {
   EXPECT_EQ(DesktopLocale::current(), "ru");
 }
 
-TEST_F(DesktopLocaleCurrentTest, AsksForThePreferredLanguagesAnewAtEveryUse) {
+TEST_F(DesktopLocaleCurrentTest, ReadsThePreferredLanguagesAtEveryUse) {
   locale.prefer({"en-US"});
   EXPECT_EQ(DesktopLocale::current(), "en");
   locale.prefer({"ja-JP", "en-US"});
@@ -112,14 +112,14 @@ TEST_F(DesktopLocaleCurrentTest, UsesWhatTheServiceReported) {
   EXPECT_EQ(DesktopLocale::current(), "de");
 }
 
-TEST_F(DesktopLocaleCurrentTest, DoesWithoutSources) {
+TEST_F(DesktopLocaleCurrentTest, NeedsNoSources) {
   DesktopLocale::configure({}, {});
   EXPECT_EQ(DesktopLocale::current(), "ru");
   DesktopLocale::requested = "en";
   EXPECT_EQ(L("Навора"), "Навора");
 }
 
-TEST(DesktopLocaleSelfTest, PrintsItsVerdict) {
+TEST(DesktopLocaleSelfTest, PrintsItsResult) {
   testing::internal::CaptureStdout();
   DesktopLocale::selfTest();
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "PASS: native locale policy (3 checks)\n");

@@ -29,13 +29,13 @@ class DesktopLocaleTranslateTest : public testing::Test {
   LocaleScope locale;
 };
 
-TEST_F(DesktopLocaleTranslateTest, GivesTheTextOfTheCurrentLanguage) {
+TEST_F(DesktopLocaleTranslateTest, ReturnsTheTextOfTheCurrentLanguage) {
   EXPECT_EQ(L("Навора"), "Navora");
   DesktopLocale::requested = "pt-BR";
   EXPECT_EQ(L("Навора"), "Navora BR");
 }
 
-TEST_F(DesktopLocaleTranslateTest, IsWhatTheShorthandDoes) {
+TEST_F(DesktopLocaleTranslateTest, IsCalledByTheShorthand) {
   EXPECT_EQ(DesktopLocale::translate("Навора"), L("Навора"));
   EXPECT_EQ(DesktopLocale::translate("{a}", {{"a", "1"}}), L("{a}", {{"a", "1"}}));
 }
@@ -57,7 +57,7 @@ TEST_F(DesktopLocaleTranslateTest, ReplacesThePlaceholdersOfAKeyThatHasNoTransla
   EXPECT_EQ(L("Версия {version}", {{"version", "1.2"}}), "Версия 1.2");
 }
 
-TEST_F(DesktopLocaleTranslateTest, ShowsTheKeyWhereTheCatalogHasNoText) {
+TEST_F(DesktopLocaleTranslateTest, ShowsTheKeyIfTheCatalogHasNoText) {
   EXPECT_EQ(L("число"), "число");
   EXPECT_EQ(L("нет"), "нет");
   EXPECT_EQ(L("список"), "список");
@@ -77,11 +77,11 @@ TEST_F(DesktopLocaleTranslateTest, ReplacesEveryOccurrenceOfEveryPlaceholder) {
   EXPECT_EQ(L("{x}{x} {x}", {{"x", "1"}}), "11 1");
 }
 
-TEST_F(DesktopLocaleTranslateTest, LeavesUnknownPlaceholdersAndIgnoresSpareParameters) {
+TEST_F(DesktopLocaleTranslateTest, KeepsUnknownPlaceholdersAndIgnoresUnusedParameters) {
   EXPECT_EQ(L("{a} {c} {A}", {{"a", "1"}, {"spare", "2"}}), "1 {c} {A}");
 }
 
-TEST_F(DesktopLocaleTranslateTest, ReplacesByAnEmptyText) {
+TEST_F(DesktopLocaleTranslateTest, AcceptsAnEmptyParameter) {
   EXPECT_EQ(L("[{a}]", {{"a", ""}}), "[]");
 }
 
@@ -105,7 +105,7 @@ INSTANTIATE_TEST_SUITE_P(Catalogs, DesktopLocaleBrokenCatalogTest,
                                          R"({"en": {"Навора": "Navora"}, "de": "wrong"})",
                                          R"({"en": {"Навора": "Navora"}, "de": null})"));
 
-TEST(DesktopLocaleCatalog, IsNotNeeded) {
+TEST(DesktopLocaleCatalog, IsOptional) {
   const LocaleScope locale;
   DesktopLocale::requested = "en";
   EXPECT_EQ(L("Навора"), "Навора");
@@ -126,7 +126,7 @@ class DesktopLocaleCatalogReadTest : public testing::Test {
   int reads = 0;
 };
 
-TEST_F(DesktopLocaleCatalogReadTest, HappensAtTheFirstTranslationAndNeverAgain) {
+TEST_F(DesktopLocaleCatalogReadTest, HappensOnceAtTheFirstTranslation) {
   configure(R"({"en": {"Навора": "Navora"}})");
   EXPECT_EQ(DesktopLocale::current(), "en");
   EXPECT_EQ(reads, 0);
@@ -143,7 +143,7 @@ TEST_F(DesktopLocaleCatalogReadTest, IsNotRepeatedForABrokenResource) {
   EXPECT_EQ(reads, 1);
 }
 
-TEST_F(DesktopLocaleCatalogReadTest, HappensAnewWhenTheSourcesAreReplaced) {
+TEST_F(DesktopLocaleCatalogReadTest, IsRepeatedWhenTheSourcesAreReplaced) {
   configure(R"({"en": {"Навора": "Navora"}})");
   EXPECT_EQ(L("Навора"), "Navora");
   configure(R"({"en": {"Навора": "Navora 2"}})");

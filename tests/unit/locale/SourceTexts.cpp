@@ -12,7 +12,7 @@
 namespace navora::test {
 namespace {
 
-// Name to the literals that it was initialised with or assigned.
+// Maps a name to the literals that it is initialized with or assigned.
 using Constants = std::map<std::string, std::set<std::string>>;
 
 struct ParsedFile {
@@ -32,7 +32,7 @@ std::string place(const ParsedFile& file, const SourceToken& token) {
   return file.name + ":" + std::to_string(token.line);
 }
 
-// Past the brackets that may follow an array's name.
+// Returns the index after the brackets that may follow an array's name.
 std::size_t skipBrackets(const ParsedFile& file, std::size_t index) {
   if (!file.is(index, "[")) return index;
   while (index < file.tokens.size() && !file.is(index, "]"))
@@ -55,7 +55,7 @@ Constants findConstants(const ParsedFile& file) {
   return constants;
 }
 
-// L( after a type is the translator's own declaration.
+// `L(` after a type is the declaration of L itself.
 bool isCall(const ParsedFile& file, std::size_t index) {
   constexpr std::array<std::string_view, 6> keywords = {"return", "co_return", "co_yield",
                                                         "else",   "case",      "throw"};
@@ -99,7 +99,7 @@ class Search {
     found_.keys.insert(texts.begin(), texts.end());
   }
 
-  // The literals of the first argument, which starts at `index`.
+  // Returns the literals of the first argument, which starts at `index`.
   std::set<std::string> argumentTexts(const ParsedFile& file, std::size_t index) const {
     std::set<std::string> texts;
     for (int depth = 0; index < file.tokens.size(); ++index) {
@@ -114,7 +114,7 @@ class Search {
     return texts;
   }
 
-  // Whether the name before `index` is a function, a type or a scope and not a value.
+  // Returns whether the name before `index` is a function, a type or a scope rather than a value.
   static bool isPrefix(const ParsedFile& file, std::size_t index) {
     const bool isScope = file.is(index, ":") && file.is(index + 1, ":");
     return isScope || file.is(index, "(") || file.is(index, "{");

@@ -13,23 +13,23 @@ struct SourceFile {
   std::string text;
 };
 
-// The texts that the code gives to the translator `L`.
+// The texts that the code passes to L().
 struct SourceTexts {
   std::set<std::string> keys;
-  // Why `keys` may be incomplete, a line each: a call whose text cannot be followed to a literal,
-  // or a Russian literal that reaches no call.
+  // Reasons why `keys` may be incomplete, one line each: a call whose text cannot be traced to a
+  // literal, or a Russian literal that is not passed to L().
   std::vector<std::string> problems;
 };
 
-// A call's text may be a literal, a choice of literals or a named constant of its own file or of a
-// header. If it is none of these (a member of a table, say), every Russian literal of the file
-// counts as its text.
+// Collects the texts. The text of a call may be a literal, a conditional of literals or a named
+// constant of its own file or of a header. Otherwise, for example for a member of a table, every
+// Russian literal of the file counts.
 SourceTexts findSourceTexts(const std::vector<SourceFile>& files);
 
-// All .h, .cpp and .mm files below a folder, in the order of their names.
+// Returns all .h, .cpp and .mm files below a folder, sorted by name.
 std::vector<SourceFile> readSourceFiles(const std::filesystem::path& folder);
 
-// The whole file; empty when it cannot be read.
+// Returns the contents of a file, or an empty text if it cannot be read.
 std::string readTextFile(const std::filesystem::path& path);
 
 bool hasCyrillic(std::string_view text);

@@ -35,12 +35,12 @@ TEST(SourceTexts, DecodesEscapes) {
   EXPECT_EQ(keysOf("L(R\"x(а\\n\"б\")x\")"), Keys{"а\\n\"б\""});
 }
 
-TEST(SourceTexts, TakesTheFirstArgumentOnly) {
+TEST(SourceTexts, UsesTheFirstArgumentOnly) {
   EXPECT_EQ(keysOf(R"(L("Версия {version}", {{"version", text("1", 2)}}))"),
             Keys{"Версия {version}"});
 }
 
-TEST(SourceTexts, TakesEveryTextOfAChoice) {
+TEST(SourceTexts, UsesEveryLiteralOfAConditional) {
   EXPECT_EQ(keysOf(R"(constexpr auto no = "Нет"; L(agreed ? "Да" : no))"), (Keys{"Да", "Нет"}));
 }
 
@@ -50,7 +50,7 @@ TEST(SourceTexts, FollowsNamedConstants) {
   EXPECT_EQ(keysOf(R"(const char name[] = "Да" "!"; L(name))"), Keys{"Да!"});
 }
 
-TEST(SourceTexts, FollowsConstantsIntoHeadersAfterItsOwnFile) {
+TEST(SourceTexts, LooksUpConstantsInHeadersAfterTheFileItself) {
   const SourceFile header{"Names.h", R"(inline constexpr std::string_view name = "Заголовок";)"};
   const SourceFile other{"Other.cpp", R"(constexpr auto name = "Другой"; L("Другой");)"};
   EXPECT_EQ(findSourceTexts({header, other, {"User.cpp", "L(texts::name)"}}).keys,
@@ -60,7 +60,7 @@ TEST(SourceTexts, FollowsConstantsIntoHeadersAfterItsOwnFile) {
       Keys{"Свой"});
 }
 
-TEST(SourceTexts, TakesTheRussianLiteralsOfTheFileForAVariable) {
+TEST(SourceTexts, UsesTheRussianLiteralsOfTheFileForAVariable) {
   EXPECT_EQ(keysOf(R"(Item items[] = {{"Файл", "f"}, {"Правка", "e"}}; L(item.title))"),
             (Keys{"Файл", "Правка"}));
 }
@@ -75,7 +75,7 @@ TEST(SourceTexts, ReportsRussianTextsThatAreNotTranslated) {
             Problems{"Sample.cpp:3: does not pass through L: Да"});
 }
 
-TEST(SourceTexts, IgnoresWhatIsNoCall) {
+TEST(SourceTexts, IgnoresTextThatIsNotACall) {
   for (const std::string source : {
            R"(// L("Да"))",
            R"(/* L("Да") */)",
@@ -92,13 +92,13 @@ TEST(SourceTexts, IgnoresWhatIsNoCall) {
   }
 }
 
-TEST(SourceTexts, EndsWithASourceThatBreaksOff) {
+TEST(SourceTexts, TerminatesOnATruncatedSource) {
   for (const std::string source : {"L(\"Да", "L(R\"x(Да", "L(\"Да\"", "L(\"Да\\", "L(\"\\u04",
                                    "L(/*", "L('", "L(R\"", "name[", "L("})
     EXPECT_LE(keysOf(source).size(), 1U) << source;
 }
 
-TEST(SourceTexts, IsNotMisledByQuotesInCharactersAndNumbers) {
+TEST(SourceTexts, HandlesQuotesInCharactersAndNumbers) {
   EXPECT_EQ(keysOf(R"(take('"'); take('\''); take(10'000); L("Да");)"), Keys{"Да"});
   EXPECT_EQ(keysOf(R"(take("\\"); L("Да");)"), Keys{"Да"});
 }

@@ -75,7 +75,7 @@ class Reader {
     if (isIdentifierPart(current())) return readWord();
     if (current() == '"') return readString();
     if (current() == '\'') return skipCharacter();
-    // An Objective-C literal is a text like any other.
+    // An Objective-C string literal.
     if (startsWith("@\"")) return static_cast<void>(take());
     const auto line = line_;
     const char character = take();

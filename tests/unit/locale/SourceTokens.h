@@ -11,16 +11,17 @@ enum class TokenKind { identifier, string, punctuation };
 
 struct SourceToken {
   TokenKind kind;
-  // A string's content with its escapes decoded, or the token as written.
+  // The content of a string literal with its escapes decoded, or the token as written.
   std::string text;
-  // Counted from 1.
+  // Starts at 1.
   std::size_t line;
 
   bool is(std::string_view spelling) const { return kind != TokenKind::string && text == spelling; }
 };
 
-// The tokens of C++ or Objective-C++ as far as texts need them: no comments, no numbers, no
-// character literals; adjacent string literals are one token. Punctuation is one character each.
+// Returns the tokens of a C++ or Objective-C++ source that matter for texts: comments, numbers and
+// character literals are omitted, adjacent string literals are one token, and each punctuation
+// character is a token.
 std::vector<SourceToken> readSourceTokens(std::string_view source);
 
 }  // namespace navora::test

@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// What NAVORA_DEBUG=navigation tells: each decision with its address, and a refusal with its rule.
+// NAVORA_DEBUG=navigation logs each decision with its URL, and a refusal with its rule.
 class DesktopNavigationDebugLogTest : public DesktopNavigationTest {
  protected:
   NavigationAction clickOn(std::string_view url) {

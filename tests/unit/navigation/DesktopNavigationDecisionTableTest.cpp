@@ -5,8 +5,8 @@
 
 #include "unit/navigation/DesktopNavigationTest.h"
 
-// Every combination of what a navigation decision depends on, against the rules written out once
-// more in the tests' own words.
+// Checks every combination of a navigation decision's inputs against an independent formulation of
+// the rules.
 namespace navora {
 namespace {
 
@@ -58,7 +58,7 @@ const auto allTypes = testing::Values(NavigationType::linkActivated, NavigationT
                                       NavigationType::backForward, NavigationType::reload,
                                       NavigationType::formResubmitted, NavigationType::other);
 
-// What is not worth a test of its own: each test goes through all of these.
+// Inputs that each test iterates over instead of being a parameter.
 struct Circumstances {
   Source source;
   Target target;
@@ -99,7 +99,7 @@ class ForeignNavigationTest
     : public DesktopNavigationTest,
       public testing::WithParamInterface<std::tuple<Destination, NavigationType>> {};
 
-TEST_P(ForeignNavigationTest, IsCancelledAndOpensTheBrowserOnlyForTheTrustedPagesClicks) {
+TEST_P(ForeignNavigationTest, IsCancelledAndOpensTheBrowserOnlyForTheTrustedMainFrame) {
   const auto& [destination, type] = GetParam();
   for (const Circumstances& circumstances : allCircumstances()) {
     SCOPED_TRACE(testing::PrintToString(circumstances));
@@ -136,7 +136,7 @@ INSTANTIATE_TEST_SUITE_P(
 class OriginNavigationTest : public DesktopNavigationTest,
                              public testing::WithParamInterface<NavigationType> {};
 
-TEST_P(OriginNavigationTest, StaysInTheOneView) {
+TEST_P(OriginNavigationTest, StaysInTheSameView) {
   for (const Circumstances& circumstances : allCircumstances()) {
     SCOPED_TRACE(testing::PrintToString(circumstances));
     const auto action = makeAction("https://navora.example/circles", GetParam(), circumstances);

@@ -41,7 +41,7 @@ class DesktopNavigationDialogsTest : public DesktopNavigationTest {
   std::vector<std::optional<Files>> fileAnswers;
 };
 
-TEST_F(DesktopNavigationDialogsTest, AnswerUntrustedFramesAtOnceWithoutADialog) {
+TEST_F(DesktopNavigationDialogsTest, AnswerUntrustedFramesImmediatelyWithoutADialog) {
   for (const auto& frame : untrustedFrames) {
     alert(frame);
     confirm(frame);
@@ -56,26 +56,26 @@ TEST_F(DesktopNavigationDialogsTest, AnswerUntrustedFramesAtOnceWithoutADialog) 
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
-TEST_F(DesktopNavigationDialogsTest, AlertShowsThePagesMessageUnderTheProductsName) {
+TEST_F(DesktopNavigationDialogsTest, AlertShowsThePagesMessageWithTheProductName) {
   alert(trustedFrame);
   EXPECT_THAT(dialogs().alerts.requests(),
               ElementsAre(AlertDescription{"Навора", "Done", {}, std::nullopt}));
 }
 
-TEST_F(DesktopNavigationDialogsTest, AlertLetsThePageGoOnWhenItIsAnswered) {
+TEST_F(DesktopNavigationDialogsTest, AlertUnblocksThePageWhenItIsAnswered) {
   alert(trustedFrame);
   EXPECT_EQ(alertAnswers, 0);
   dialogs().alerts.answer({});
   EXPECT_EQ(alertAnswers, 1);
 }
 
-TEST_F(DesktopNavigationDialogsTest, AlertMayBeAnsweredBeforeItsCallReturns) {
+TEST_F(DesktopNavigationDialogsTest, AlertCanBeAnsweredBeforeTheCallReturns) {
   dialogs().alerts.answerAhead({});
   alert(trustedFrame);
   EXPECT_EQ(alertAnswers, 1);
 }
 
-TEST_F(DesktopNavigationDialogsTest, ConfirmOffersToContinueFirst) {
+TEST_F(DesktopNavigationDialogsTest, ConfirmHasContinueAsItsFirstButton) {
   confirm(trustedFrame);
   EXPECT_THAT(dialogs().alerts.requests(),
               ElementsAre(AlertDescription{
@@ -112,13 +112,13 @@ TEST_F(DesktopNavigationDialogsTest, PromptStartsEmptyWithoutADefaultText) {
             (AlertDescription::TextField{{320, 24}, ""}));
 }
 
-TEST_F(DesktopNavigationDialogsTest, PromptAnswersTheTextOfTheFieldWhenSaved) {
+TEST_F(DesktopNavigationDialogsTest, PromptReturnsTheTextOfTheFieldWhenSaved) {
   dialogs().alerts.answerAhead({0, "Круг"});
   prompt(trustedFrame, "Untitled");
   EXPECT_THAT(promptAnswers, ElementsAre("Круг"));
 }
 
-TEST_F(DesktopNavigationDialogsTest, PromptTellsAnEmptyTextFromACancellation) {
+TEST_F(DesktopNavigationDialogsTest, PromptDistinguishesAnEmptyTextFromACancellation) {
   dialogs().alerts.answerAhead({0, ""});
   prompt(trustedFrame, "Untitled");
   dialogs().alerts.answerAhead({1, "Untitled"});
@@ -126,7 +126,7 @@ TEST_F(DesktopNavigationDialogsTest, PromptTellsAnEmptyTextFromACancellation) {
   EXPECT_THAT(promptAnswers, ElementsAre("", std::nullopt));
 }
 
-TEST_F(DesktopNavigationDialogsTest, ShowTheirTextsInTheCurrentLanguageAndThePagesAsTheyAre) {
+TEST_F(DesktopNavigationDialogsTest, ShowTheirTextsInTheCurrentLanguageAndThePagesUnchanged) {
   locale.setCatalogs(R"({"en": {"Навора": "Navora", "Продолжить": "Continue", "Отмена": "Cancel",
                                 "Сохранить": "Save", "Delete it?": "no", "Name?": "no"}})");
   DesktopLocale::requested = "en";
@@ -153,7 +153,7 @@ TEST_F(DesktopNavigationDialogsTest, OpenPanelIsASheetOnTheWindowWithThePagesPar
                   Request{window.get(), {true, false}}, Request{window.get(), {true, true}}));
 }
 
-TEST_F(DesktopNavigationDialogsTest, OpenPanelGivesTheChosenFilesOrNone) {
+TEST_F(DesktopNavigationDialogsTest, OpenPanelReturnsTheChosenFilesOrNullopt) {
   chooseFiles(trustedFrame);
   EXPECT_THAT(fileAnswers, IsEmpty());
   dialogs().openPanels.answer(Files{"/home/a.txt", "/home/b.txt"});
@@ -162,7 +162,7 @@ TEST_F(DesktopNavigationDialogsTest, OpenPanelGivesTheChosenFilesOrNone) {
   EXPECT_THAT(fileAnswers, ElementsAre(Files{"/home/a.txt", "/home/b.txt"}, std::nullopt));
 }
 
-TEST_F(DesktopNavigationDialogsTest, OpenPanelGivesNoFilesWhenTheWindowIsGone) {
+TEST_F(DesktopNavigationDialogsTest, OpenPanelReturnsNulloptIfTheWindowIsDestroyed) {
   window.reset();
   chooseFiles(trustedFrame);
   EXPECT_THAT(fileAnswers, ElementsAre(std::nullopt));
@@ -182,8 +182,8 @@ TEST_F(DesktopNavigationDialogsTest, DoNotKeepTheWindowAlive) {
   EXPECT_TRUE(observed.expired());
 }
 
-// The page still waits for its answer when the application goes.
-TEST_F(DesktopNavigationDialogsTest, CanBeAnsweredAfterTheNavigationIsGone) {
+// The application can quit while the page waits for an answer.
+TEST_F(DesktopNavigationDialogsTest, CanBeAnsweredAfterTheNavigationIsDestroyed) {
   confirm(trustedFrame);
   chooseFiles(trustedFrame);
   navigation.reset();

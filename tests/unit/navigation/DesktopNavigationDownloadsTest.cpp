@@ -12,7 +12,7 @@ const PlatformError connectionLost{"NSURLErrorDomain", -1005, "The connection wa
 
 class DesktopNavigationDownloadsTest : public DesktopNavigationTest {
  protected:
-  // A download that only the navigation holds.
+  // Starts a download that only the navigation retains.
   FakeDownload& start(const std::string& name = "a") {
     auto download = std::make_shared<FakeDownload>(log_(), name);
     FakeDownload& fake = *download;
@@ -24,7 +24,7 @@ class DesktopNavigationDownloadsTest : public DesktopNavigationTest {
   EventLog& log_() { return platform.log(); }
 };
 
-TEST_F(DesktopNavigationDownloadsTest, AreKeptAliveAndServedByTheNavigation) {
+TEST_F(DesktopNavigationDownloadsTest, AreRetainedAndServedByTheNavigation) {
   const FakeDownload& download = start();
   EXPECT_EQ(download.delegate(), navigation.get());
   EXPECT_THAT(log().take(), IsEmpty()) << "nothing is shown, nothing is cancelled";
@@ -38,7 +38,7 @@ struct SuggestedName {
 class DesktopNavigationSuggestedNameTest : public DesktopNavigationDownloadsTest,
                                            public testing::WithParamInterface<SuggestedName> {};
 
-TEST_P(DesktopNavigationSuggestedNameTest, IsOfferedWithoutItsFolders) {
+TEST_P(DesktopNavigationSuggestedNameTest, IsOfferedWithoutFolders) {
   start().askDestination(GetParam().suggested);
   EXPECT_THAT(dialogs().savePanels.requests(),
               ElementsAre(FakeDialogs::SavePanelRequest{window.get(), GetParam().offered}));
@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(Names, DesktopNavigationSuggestedNameTest,
                                          SuggestedName{"C:\\data\\a.txt", "C:\\data\\a.txt"},
                                          SuggestedName{"отчёты/итог.pdf", "итог.pdf"}));
 
-TEST_F(DesktopNavigationDownloadsTest, GoWhereTheUserSays) {
+TEST_F(DesktopNavigationDownloadsTest, AreSavedWhereTheUserChooses) {
   FakeDownload& download = start();
   download.askDestination("summary.pdf");
   EXPECT_EQ(download.destination(), std::nullopt);
@@ -65,7 +65,7 @@ TEST_F(DesktopNavigationDownloadsTest, GoWhereTheUserSays) {
   EXPECT_THAT(dialogs().alerts.requests(), IsEmpty());
 }
 
-// A cancellation is reported like every other end without a file.
+// A cancellation is reported like any other failure.
 TEST_F(DesktopNavigationDownloadsTest, AreReportedAsFailedWhenTheSavePanelIsDismissed) {
   FakeDownload& download = start();
   download.askDestination("summary.pdf");
@@ -75,7 +75,7 @@ TEST_F(DesktopNavigationDownloadsTest, AreReportedAsFailedWhenTheSavePanelIsDism
               ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
 }
 
-TEST_F(DesktopNavigationDownloadsTest, AreCancelledWhenTheWindowIsGoneBeforeTheSheet) {
+TEST_F(DesktopNavigationDownloadsTest, AreCancelledIfTheWindowIsDestroyedBeforeTheSheet) {
   FakeDownload& download = start();
   window.reset();
   download.askDestination("summary.pdf");
@@ -108,18 +108,18 @@ INSTANTIATE_TEST_SUITE_P(OutOfTheOrigin, DesktopNavigationRedirectTest,
                                          "https://navora.example.remote.example/7",
                                          "data:text/plain,7", ""));
 
-TEST_F(DesktopNavigationDownloadsTest, AreForgottenSilentlyWhenTheyFinish) {
+TEST_F(DesktopNavigationDownloadsTest, AreReleasedSilentlyWhenTheyFinish) {
   start().finish();
   EXPECT_THAT(log().take(), ElementsAre("download.release a"));
 }
 
-TEST_F(DesktopNavigationDownloadsTest, AreForgottenBeforeTheirFailureIsShown) {
+TEST_F(DesktopNavigationDownloadsTest, AreReleasedBeforeTheirFailureIsShown) {
   start().fail(connectionLost);
   EXPECT_THAT(log().take(),
               ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
 }
 
-TEST_F(DesktopNavigationDownloadsTest, ShowTheSystemsTextForAFailure) {
+TEST_F(DesktopNavigationDownloadsTest, ShowThePlatformsDescriptionOfAFailure) {
   start().fail(connectionLost);
   EXPECT_THAT(dialogs().alerts.requests(),
               ElementsAre(AlertDescription{
@@ -134,14 +134,14 @@ TEST_F(DesktopNavigationDownloadsTest, ShowAFailureInTheCurrentLanguage) {
   EXPECT_EQ(dialogs().alerts.requests().front().messageText, "The file could not be downloaded");
 }
 
-TEST_F(DesktopNavigationDownloadsTest, ShowAFailureAlsoWithoutAWindow) {
+TEST_F(DesktopNavigationDownloadsTest, ShowAFailureEvenWithoutAWindow) {
   FakeDownload& download = start();
   window.reset();
   download.fail(connectionLost);
   EXPECT_THAT(dialogs().alerts.requests(), testing::SizeIs(1));
 }
 
-TEST_F(DesktopNavigationDownloadsTest, RunBesideEachOther) {
+TEST_F(DesktopNavigationDownloadsTest, RunConcurrently) {
   FakeDownload& first = start("first");
   FakeDownload& second = start("second");
   first.askDestination("1.txt");
@@ -152,7 +152,7 @@ TEST_F(DesktopNavigationDownloadsTest, RunBesideEachOther) {
   EXPECT_EQ(second.destination(), "/home/2.txt");
 }
 
-TEST_F(DesktopNavigationDownloadsTest, EndOneByOne) {
+TEST_F(DesktopNavigationDownloadsTest, AreReleasedIndividually) {
   FakeDownload& first = start("first");
   FakeDownload& second = start("second");
   FakeDownload& third = start("third");
@@ -165,8 +165,8 @@ TEST_F(DesktopNavigationDownloadsTest, EndOneByOne) {
   EXPECT_THAT(log().take(), ElementsAre("download.release third"));
 }
 
-// The same download reported twice, as by an action and by its response, is still one object.
-TEST_F(DesktopNavigationDownloadsTest, AreForgottenInEveryEntry) {
+// An action and its response may both report the same download.
+TEST_F(DesktopNavigationDownloadsTest, AreReleasedEvenIfReportedTwice) {
   auto download = std::make_shared<FakeDownload>(log(), "a");
   FakeDownload& fake = *download;
   navigation->navigationDidBecomeDownload(download);
@@ -175,7 +175,7 @@ TEST_F(DesktopNavigationDownloadsTest, AreForgottenInEveryEntry) {
   EXPECT_THAT(log().take(), ElementsAre("download.release a"));
 }
 
-TEST_F(DesktopNavigationDownloadsTest, AreCancelledSilentlyWhenTheNavigationGoes) {
+TEST_F(DesktopNavigationDownloadsTest, AreCancelledSilentlyWhenTheNavigationIsDestroyed) {
   start("first");
   start("second");
   navigation.reset();
@@ -183,14 +183,14 @@ TEST_F(DesktopNavigationDownloadsTest, AreCancelledSilentlyWhenTheNavigationGoes
               testing::UnorderedElementsAre("download.cancel first", "download.cancel second"));
 }
 
-TEST_F(DesktopNavigationDownloadsTest, HaveNoDelegateOnceTheNavigationIsGone) {
+TEST_F(DesktopNavigationDownloadsTest, HaveNoDelegateAfterTheNavigationIsDestroyed) {
   const auto download = std::make_shared<FakeDownload>(log(), "held");
   navigation->navigationDidBecomeDownload(download);
   navigation.reset();
   EXPECT_EQ(download->delegate(), nullptr);
 }
 
-TEST_F(DesktopNavigationDownloadsTest, DoNotMindASavePanelAnsweredAfterTheNavigationIsGone) {
+TEST_F(DesktopNavigationDownloadsTest, IgnoreASavePanelAnsweredAfterTheNavigationIsDestroyed) {
   start().askDestination("summary.pdf");
   navigation.reset();
   log().take();

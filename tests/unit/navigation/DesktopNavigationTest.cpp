@@ -30,7 +30,7 @@ TEST_F(DesktopNavigationTest, CancelsANavigationWithoutAUrl) {
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
-TEST_F(DesktopNavigationTest, AllowsTheOriginInItsOtherSpellings) {
+TEST_F(DesktopNavigationTest, AllowsOtherSpellingsOfTheOrigin) {
   for (const char* url : {"https://navora.example", "https://navora.example:443/login",
                           "HTTPS://NAVORA.EXAMPLE/today?day=1#note"}) {
     EXPECT_EQ(navigation->decidePolicyForAction(webView, actionTo(url)), NavigationPolicy::allow)
@@ -38,7 +38,7 @@ TEST_F(DesktopNavigationTest, AllowsTheOriginInItsOtherSpellings) {
   }
 }
 
-TEST_F(DesktopNavigationTest, LoadsANewWindowsVeryRequestInTheSameView) {
+TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowInTheSameView) {
   auto action = actionTo("https://navora.example/circles");
   action.targetFrame.reset();
   EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
@@ -46,7 +46,7 @@ TEST_F(DesktopNavigationTest, LoadsANewWindowsVeryRequestInTheSameView) {
   EXPECT_THAT(log().take(), ElementsAre("webView.loadRequest https://navora.example/circles"));
 }
 
-TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowWhoeverAskedForIt) {
+TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowFromAnyFrame) {
   for (const FrameInfo& source : {subframe("https://navora.example/"), FrameInfo{}}) {
     auto action = actionTo("https://navora.example/circles");
     action.type = NavigationType::other;
@@ -57,7 +57,7 @@ TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowWhoeverAskedForIt) {
   EXPECT_THAT(webView.requestLoads(), testing::SizeIs(2));
 }
 
-TEST_F(DesktopNavigationTest, DownloadsWhatThePageMarkedAlsoWithoutATarget) {
+TEST_F(DesktopNavigationTest, DownloadsMarkedLinksEvenWithoutATargetFrame) {
   auto action = actionTo("https://navora.example/export.zip");
   action.shouldPerformDownload = true;
   EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::download);
@@ -81,7 +81,7 @@ struct ResponseCase {
 class DesktopNavigationResponseTest : public DesktopNavigationTest,
                                       public testing::WithParamInterface<ResponseCase> {};
 
-TEST_P(DesktopNavigationResponseTest, IsDecided) {
+TEST_P(DesktopNavigationResponseTest, HasThisPolicy) {
   NavigationResponse response;
   if (GetParam().url) response.url = testUrl(*GetParam().url);
   response.canShowMimeType = GetParam().canShow;
@@ -123,7 +123,7 @@ TEST_F(DesktopNavigationCallbacksTest, ReportTheStartAndTheEndOfALoad) {
   EXPECT_THAT(failures, IsEmpty());
 }
 
-TEST_F(DesktopNavigationCallbacksTest, PassAFailureOnAsItCame) {
+TEST_F(DesktopNavigationCallbacksTest, ForwardAFailureUnchanged) {
   const PlatformError timedOut{"NSURLErrorDomain", -1001, "The request timed out."};
   navigation->didFailNavigation(timedOut);
   EXPECT_THAT(failures, ElementsAre(timedOut));
@@ -136,14 +136,14 @@ TEST_F(DesktopNavigationCallbacksTest, IgnoreACancelledLoadOfAnyDomain) {
   EXPECT_THAT(failures, IsEmpty());
 }
 
-TEST_F(DesktopNavigationCallbacksTest, ReportTheCodesNextToACancellation) {
+TEST_F(DesktopNavigationCallbacksTest, ReportTheCodesNextToTheCancellation) {
   navigation->didFailNavigation({"NSURLErrorDomain", -1000, ""});
   navigation->didFailNavigation({"NSURLErrorDomain", -998, ""});
   navigation->didFailNavigation({"NSURLErrorDomain", 999, ""});
   EXPECT_THAT(failures, testing::SizeIs(3));
 }
 
-TEST_F(DesktopNavigationCallbacksTest, ReportACrashedPageAsAFailureOfOurOwn) {
+TEST_F(DesktopNavigationCallbacksTest, ReportACrashedPageAsTheApplicationsError) {
   navigation->webContentProcessDidTerminate();
   EXPECT_THAT(failures,
               ElementsAre(PlatformError{"Navora", 1, "Окно приложения нужно перезагрузить."}));
@@ -169,7 +169,7 @@ TEST_F(DesktopNavigationCallbacksTest, AreOptional) {
   EXPECT_THAT(failures, IsEmpty());
 }
 
-TEST_F(DesktopNavigationCallbacksTest, AreReadAtTheMomentOfTheEvent) {
+TEST_F(DesktopNavigationCallbacksTest, AreReadAtTheTimeOfTheEvent) {
   navigation->didFinishNavigation();
   navigation->onLoad = [this] { calls.push_back("other"); };
   navigation->didFinishNavigation();

@@ -16,7 +16,7 @@
 
 namespace navora {
 
-// The navigation of a view on the production origin, with a window to put sheets on.
+// A navigation on the production origin, with a window for sheets.
 class DesktopNavigationTest : public testing::Test {
  protected:
   class StayingOpen final : public MainWindowDelegate {

@@ -28,7 +28,7 @@ bool opensExternally(std::string_view text) {
 
 constexpr const char* production = "https://navora.example";
 
-TEST(DesktopOrigin, ProductionIsSchemeAndHostOnly) {
+TEST(DesktopOrigin, ProductionHasSchemeAndHostOnly) {
   EXPECT_EQ(DesktopOrigin::production().string(), production);
   EXPECT_EQ(DesktopOrigin::production().string().size(), 22U);
   EXPECT_EQ(&DesktopOrigin::production(), &DesktopOrigin::production());
@@ -75,7 +75,7 @@ TEST(DesktopOriginConfigured, RejectsCredentialsEvenEmptyOnes) {
   }
 }
 
-TEST(DesktopOriginConfigured, RejectsWhatHasNoHostOrAnotherScheme) {
+TEST(DesktopOriginConfigured, RejectsUrlsWithoutAHostOrWithAnotherScheme) {
   for (const std::string text :
        {"file:///tmp/index.html", "ftp://host/", "https:///path", "https://", "https:host",
         "https://:443/", "//host/", "host", "/path", "localhost:3000", "mailto:a@b",
@@ -84,7 +84,7 @@ TEST(DesktopOriginConfigured, RejectsWhatHasNoHostOrAnotherScheme) {
   }
 }
 
-TEST(DesktopOriginConfigured, RejectsTextThatIsNoUrl) {
+TEST(DesktopOriginConfigured, RejectsTextThatIsNotAUrl) {
   for (const std::string text :
        {" https://host/", "\nhttps://host/", "https://host:65536/", "https://host:+80/",
         "https://host:99999999999999999999/", "https://[::1/", "https://a@b@c/", "\xFF\xFE",
@@ -93,7 +93,7 @@ TEST(DesktopOriginConfigured, RejectsTextThatIsNoUrl) {
   }
 }
 
-TEST(DesktopOriginConfigured, SurvivesAVeryLongValue) {
+TEST(DesktopOriginConfigured, AcceptsAVeryLongPath) {
   const std::string path(1'000'000, 'x');
   EXPECT_EQ(configured("https://host/" + path), "https://host/");
   EXPECT_EQ(configured(path), production);
@@ -109,7 +109,7 @@ TEST(DesktopOriginContains, ComparesTheEffectivePort) {
   EXPECT_FALSE(isService("http://navora.example:443/"));
 }
 
-TEST(DesktopOriginContains, GivesEverySchemeButHttpsPort80) {
+TEST(DesktopOriginContains, UsesPort80ForEverySchemeButHttps) {
   EXPECT_TRUE(DesktopOrigin::contains(url("ftp://host/"), url("ftp://host:80/")));
   EXPECT_FALSE(DesktopOrigin::contains(url("ftp://host/"), url("ftp://host:21/")));
   EXPECT_TRUE(DesktopOrigin::contains(url("//host/"), url("//host:80/")));
@@ -137,7 +137,7 @@ TEST(DesktopOriginContains, ComparesTheWholeHost) {
   }
 }
 
-TEST(DesktopOriginContains, RejectsCredentialsOfTheCandidateOnly) {
+TEST(DesktopOriginContains, RejectsCredentialsOfTheUrlButNotOfTheOrigin) {
   for (const std::string text :
        {"https://navora.example@evil.example/", "https://evil.example@navora.example/",
         "https://@navora.example/", "https://:@navora.example/", "https://user:@navora.example/",
@@ -147,7 +147,7 @@ TEST(DesktopOriginContains, RejectsCredentialsOfTheCandidateOnly) {
   EXPECT_TRUE(DesktopOrigin::contains(url("https://host/"), url("https://user@host/")));
 }
 
-TEST(DesktopOriginContains, TreatsSchemesAndHostsThatBothLackAsEqual) {
+TEST(DesktopOriginContains, TreatsTwoMissingSchemesOrHostsAsEqual) {
   EXPECT_TRUE(DesktopOrigin::contains(url("/a"), url("b")));
   EXPECT_TRUE(DesktopOrigin::contains(url("mailto:a@b"), url("mailto:c@d")));
   EXPECT_FALSE(DesktopOrigin::contains(url("//host/"), url("http://host/")));
@@ -155,7 +155,7 @@ TEST(DesktopOriginContains, TreatsSchemesAndHostsThatBothLackAsEqual) {
   EXPECT_FALSE(DesktopOrigin::contains(url("https:/a"), url("https:///a")));
 }
 
-TEST(DesktopOriginContains, DoesNotTakeOtherSchemesForThePageTheyName) {
+TEST(DesktopOriginContains, DoesNotUnwrapSchemesThatContainAUrl) {
   for (const std::string text :
        {"blob:https://navora.example/1", "view-source:https://navora.example/",
         "javascript://navora.example/%0Aalert(1)", "wss://navora.example/", "data:text/html,x",
@@ -164,7 +164,7 @@ TEST(DesktopOriginContains, DoesNotTakeOtherSchemesForThePageTheyName) {
   }
 }
 
-TEST(DesktopOriginCanOpenExternally, LetsWebMailAndTelephoneLinksThrough) {
+TEST(DesktopOriginCanOpenExternally, AllowsWebMailAndTelephoneLinks) {
   for (const std::string text :
        {"https://remote.example/", "http://remote.example", "HTTPS://REMOTE.EXAMPLE", "TEL:+1",
         "mailto:someone@remote.example", "Mailto:?subject=x", "https://[::1]/"}) {
@@ -172,13 +172,13 @@ TEST(DesktopOriginCanOpenExternally, LetsWebMailAndTelephoneLinksThrough) {
   }
 }
 
-TEST(DesktopOriginCanOpenExternally, RefusesWebLinksWithoutAHost) {
+TEST(DesktopOriginCanOpenExternally, RejectsWebLinksWithoutAHost) {
   EXPECT_FALSE(opensExternally("https:/path"));
   EXPECT_FALSE(opensExternally("https:path"));
   EXPECT_FALSE(opensExternally("http:"));
 }
 
-TEST(DesktopOriginCanOpenExternally, RefusesCredentialsAndOtherSchemes) {
+TEST(DesktopOriginCanOpenExternally, RejectsCredentialsAndOtherSchemes) {
   for (const std::string text :
        {"https://user@remote.example/", "https://@remote.example/", "https://u:p@remote.example/",
         "javascript:alert(1)", "JavaScript:alert(1)", "file:///tmp/data", "data:text/html,test",
@@ -188,7 +188,7 @@ TEST(DesktopOriginCanOpenExternally, RefusesCredentialsAndOtherSchemes) {
   }
 }
 
-TEST(DesktopOriginSelfTest, PrintsItsVerdictAndReturns) {
+TEST(DesktopOriginSelfTest, PrintsItsResultAndReturns) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   DesktopOrigin::selfTest();

@@ -27,7 +27,7 @@ std::optional<std::string> headerWith(const std::function<void(HttpCookie&)>& ch
   return header({cookie}, origin);
 }
 
-TEST(SessionCookies, TakesTheSessionAndNothingElse) {
+TEST(SessionCookies, UsesOnlyTheSessionCookie) {
   HttpCookie other = session();
   other.name = "other";
   HttpCookie upperCase = session();
@@ -37,13 +37,13 @@ TEST(SessionCookies, TakesTheSessionAndNothingElse) {
   EXPECT_EQ(header({}), std::nullopt);
 }
 
-TEST(SessionCookies, TakesEveryUsableSession) {
+TEST(SessionCookies, UsesEveryValidSessionCookie) {
   HttpCookie second = session();
   second.value = "def";
   EXPECT_EQ(header({session(), second}), "tolvin_session=abc; tolvin_session=def");
 }
 
-TEST(SessionCookies, NeedsExactlyTheOriginsHost) {
+TEST(SessionCookies, RequiresExactlyTheOriginsHost) {
   for (const char* domain :
        {"navora.example", ".navora.example", "NAVORA.Example", "..navora.example."})
     EXPECT_TRUE(headerWith([&](HttpCookie& cookie) { cookie.domain = domain; })) << domain;
@@ -52,7 +52,7 @@ TEST(SessionCookies, NeedsExactlyTheOriginsHost) {
     EXPECT_FALSE(headerWith([&](HttpCookie& cookie) { cookie.domain = domain; })) << domain;
 }
 
-TEST(SessionCookies, CanForgiveOneLeadingDotOnly) {
+TEST(SessionCookies, CanIgnoreOneLeadingDotOnly) {
   const auto taken = [](const char* domain) {
     HttpCookie cookie = session();
     cookie.domain = domain;
@@ -64,12 +64,12 @@ TEST(SessionCookies, CanForgiveOneLeadingDotOnly) {
     EXPECT_FALSE(taken(domain)) << domain;
 }
 
-TEST(SessionCookies, NeedsTheRootPath) {
+TEST(SessionCookies, RequiresTheRootPath) {
   for (const char* path : {"", "/api", "//", "/x/.."})
     EXPECT_FALSE(headerWith([&](HttpCookie& cookie) { cookie.path = path; })) << path;
 }
 
-TEST(SessionCookies, KeepsSecureCookiesToHttps) {
+TEST(SessionCookies, UsesSecureCookiesForHttpsOnly) {
   const auto onLoopback = [](bool secure) {
     return headerWith(
         [&](HttpCookie& cookie) {
@@ -82,7 +82,7 @@ TEST(SessionCookies, KeepsSecureCookiesToHttps) {
   EXPECT_TRUE(onLoopback(false));
 }
 
-TEST(SessionCookies, DropsExpiredCookies) {
+TEST(SessionCookies, IgnoresExpiredCookies) {
   const auto expiringIn = [](double seconds) {
     return headerWith(
         [&](HttpCookie& cookie) { cookie.expires = now + std::chrono::duration<double>(seconds); });

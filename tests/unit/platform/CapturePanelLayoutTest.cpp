@@ -5,7 +5,7 @@
 namespace navora {
 namespace {
 
-TEST(CapturePanelLayout, PutsEditorMessageAndButtonIntoThePanel) {
+TEST(CapturePanelLayout, PlacesEditorMessageAndButtonInThePanel) {
   const CapturePanelLayout layout{.padding = 24, .editorHeight = 58, .messageHeight = 14};
   const auto frames = layout.framesIn({800, 165});
   EXPECT_EQ(frames.editor, (Rectangle{24, 83, 752, 58}));
@@ -13,7 +13,7 @@ TEST(CapturePanelLayout, PutsEditorMessageAndButtonIntoThePanel) {
   EXPECT_EQ(frames.message, (Rectangle{29, 36, 691, 14}));
 }
 
-TEST(CapturePanelLayout, LeavesAMessageNoWidthBelowZero) {
+TEST(CapturePanelLayout, NeverGivesTheMessageANegativeWidth) {
   const CapturePanelLayout layout{.padding = 48, .editorHeight = 58, .messageHeight = 14};
   EXPECT_EQ(layout.framesIn({120, 165}).message.width, 0);
 }

@@ -19,7 +19,7 @@ TEST(DebugAreaTest, NamesAreSeparatedByCommas) {
 
 TEST(DebugAreaTest, EveryAreaHasANameOfItsOwn) {
   const Areas all = parseDebugRequest("all").areas;
-  EXPECT_EQ(all.size(), 5u);
+  EXPECT_EQ(all.size(), 5U);
   for (const DebugArea area : all)
     EXPECT_EQ(parseDebugRequest(debugAreaName(area)).areas, Areas{area}) << debugAreaName(area);
 }

@@ -9,7 +9,7 @@ TEST(MemoryUserDefaults, StartsWithoutValues) {
   EXPECT_EQ(MemoryUserDefaults().value("key"), std::nullopt);
 }
 
-TEST(MemoryUserDefaults, ReadsBackEveryKindOfValue) {
+TEST(MemoryUserDefaults, StoresEveryKindOfValue) {
   MemoryUserDefaults defaults;
   for (const Json& value : {Json("text"), Json(true), Json(1.5), Json(-3), Json::array({1, "a"}),
                             Json{{"a", {{"b", nullptr}}}}}) {
@@ -18,7 +18,7 @@ TEST(MemoryUserDefaults, ReadsBackEveryKindOfValue) {
   }
 }
 
-TEST(MemoryUserDefaults, TellsANullValueFromNoValue) {
+TEST(MemoryUserDefaults, DistinguishesANullValueFromAMissingOne) {
   MemoryUserDefaults defaults;
   defaults.setValue("key", nullptr);
   ASSERT_TRUE(defaults.value("key").has_value());
@@ -32,7 +32,7 @@ TEST(MemoryUserDefaults, KeepsTheLastValueOfAKey) {
   EXPECT_EQ(defaults.value("key"), Json("two"));
 }
 
-TEST(MemoryUserDefaults, KeysAreExactAndApart) {
+TEST(MemoryUserDefaults, ComparesKeysExactly) {
   MemoryUserDefaults defaults;
   defaults.setValue("key", 1);
   defaults.setValue("Key", 2);
@@ -52,7 +52,7 @@ TEST(MemoryUserDefaults, RemovesOnlyTheNamedValue) {
   EXPECT_EQ(defaults.value("kept"), Json(2));
 }
 
-TEST(MemoryUserDefaults, GivesCopiesThatDoNotFollowTheStore) {
+TEST(MemoryUserDefaults, ReturnsCopiesIndependentOfTheStore) {
   MemoryUserDefaults defaults;
   defaults.setValue("key", 1);
   const auto before = defaults.value("key");

@@ -5,8 +5,8 @@
 namespace navora {
 namespace {
 
-// The platform's own numbers, which every host has to translate its errors into.
-TEST(PlatformError, HasThePlatformsCodesForTheTwoFailuresThatRulesDependOn) {
+// Foundation's values, which every host translates its errors into.
+TEST(PlatformError, HasTheCodesOfCancellationAndTimeout) {
   EXPECT_EQ(PlatformError::cancelledCode, -999);
   EXPECT_EQ(PlatformError::timedOutCode, -1001);
 }

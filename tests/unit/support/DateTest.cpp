@@ -14,7 +14,7 @@ TEST(DateIso8601, WritesWholeSecondsInUtc) {
   EXPECT_EQ(iso8601(dateFromSecondsSince1970(-0.5)), "1969-12-31T23:59:59Z");
 }
 
-TEST(DateIso8601, IsTheSameInEveryLanguage) {
+TEST(DateIso8601, DoesNotDependOnTheLocale) {
   class Grouped : public std::numpunct<char> {
     char do_thousands_sep() const override { return '.'; }
     std::string do_grouping() const override { return "\1"; }

@@ -15,7 +15,7 @@ Expected<int, Failure> half(int number) {
   return number / 2;
 }
 
-TEST(Expected, HoldsAValueOrTheReasonWhyThereIsNone) {
+TEST(Expected, HoldsAValueOrAnError) {
   EXPECT_TRUE(half(4));
   EXPECT_EQ(half(4).value(), 2);
   EXPECT_EQ(*half(4), 2);
@@ -25,7 +25,7 @@ TEST(Expected, HoldsAValueOrTheReasonWhyThereIsNone) {
   EXPECT_FALSE(half(3) == half(4));
 }
 
-TEST(Expected, TellsValueFromErrorOfTheSameType) {
+TEST(Expected, DistinguishesValueAndErrorOfTheSameType) {
   const Expected<std::string, std::string> value(std::string("same"));
   const Expected<std::string, std::string> error(Unexpected(std::string("same")));
   EXPECT_TRUE(value.hasValue());
@@ -40,7 +40,7 @@ TEST(Expected, MovesAValueThatCannotBeCopied) {
   EXPECT_EQ(*taken, 7);
 }
 
-TEST(ExpectedDeathTest, StopsWhenAskedForTheOtherSide) {
+TEST(ExpectedDeathTest, AbortsOnAccessToTheOtherAlternative) {
   EXPECT_DEATH(half(3).value(), "Fatal error: .*Expected");
   EXPECT_DEATH(half(4).error(), "Fatal error: .*Expected");
 }

@@ -8,12 +8,12 @@
 namespace navora {
 namespace {
 
-TEST(FatalErrorDeathTest, NamesMessageSourceAndLineAndAborts) {
+TEST(FatalErrorDeathTest, WritesMessageSourceAndLineAndAborts) {
   EXPECT_EXIT(fatalError("broken rule", "TimeZone", 5), testing::KilledBySignal(SIGABRT),
               "^Fatal error: broken rule \\(TimeZone:5\\)\n");
 }
 
-TEST(FatalErrorDeathTest, APreconditionStopsTheProcessWithoutAFatalErrorLine) {
+TEST(FatalErrorDeathTest, TrapsOnAPreconditionWithoutWritingALine) {
   EXPECT_DEATH(preconditionFailure(), testing::Not(testing::HasSubstr("Fatal error")));
 }
 

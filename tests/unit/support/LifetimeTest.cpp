@@ -8,7 +8,7 @@
 namespace navora {
 namespace {
 
-TEST(Lifetime, LetsCallbacksThroughWhileItLasts) {
+TEST(Lifetime, ForwardsCallbacksWhileItExists) {
   const Lifetime lifetime;
   std::string heard;
   const std::function<void(std::string, int)> callback =
@@ -17,7 +17,7 @@ TEST(Lifetime, LetsCallbacksThroughWhileItLasts) {
   EXPECT_EQ(heard, "a1");
 }
 
-TEST(Lifetime, SilencesCallbacksOfAnOwnerThatIsGone) {
+TEST(Lifetime, DisablesCallbacksOfADestroyedOwner) {
   int calls = 0;
   std::function<void()> callback;
   {
@@ -29,7 +29,7 @@ TEST(Lifetime, SilencesCallbacksOfAnOwnerThatIsGone) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(Lifetime, LetsACallbackEndItsOwner) {
+TEST(Lifetime, AllowsACallbackToDestroyItsOwner) {
   auto lifetime = std::make_unique<Lifetime>();
   int calls = 0;
   const std::function<void()> callback = lifetime->guard([&] {
@@ -41,7 +41,7 @@ TEST(Lifetime, LetsACallbackEndItsOwner) {
   EXPECT_EQ(calls, 1);
 }
 
-TEST(Lifetime, RenewalSilencesEarlierCallbacksOnly) {
+TEST(Lifetime, RenewalDisablesEarlierCallbacksOnly) {
   Lifetime lifetime;
   std::string heard;
   const std::function<void()> earlier = lifetime.guard([&] { heard += "earlier"; });
@@ -52,7 +52,7 @@ TEST(Lifetime, RenewalSilencesEarlierCallbacksOnly) {
   EXPECT_EQ(heard, "later");
 }
 
-TEST(Lifetime, PassesArgumentsThatCannotBeCopied) {
+TEST(Lifetime, ForwardsMoveOnlyArguments) {
   const Lifetime lifetime;
   int heard = 0;
   auto callback = lifetime.guard([&](std::unique_ptr<int> number) { heard = *number; });

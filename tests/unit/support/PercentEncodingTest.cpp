@@ -13,16 +13,16 @@ TEST(PercentEncoding, KeepsOnlyAsciiLettersAndDigits) {
   EXPECT_EQ(percentEncoded(""), "");
 }
 
-TEST(PercentEncoding, KeepsWhatAPathSegmentMayHold) {
+TEST(PercentEncoding, KeepsTheLegalCharactersOfAPathSegment) {
   EXPECT_EQ(percentEncodedPathSegment("a-._~!$&'()*+,;=:@"), "a-._~!$&'()*+,;=:@");
   EXPECT_EQ(percentEncodedPathSegment("/?#[]%20"), "%2F%3F%23%5B%5D%2520");
 }
 
-TEST(HexadecimalValue, KnowsDigitsOfEitherCaseOnly) {
-  EXPECT_EQ(hexadecimalValue('0'), 0u);
-  EXPECT_EQ(hexadecimalValue('9'), 9u);
-  EXPECT_EQ(hexadecimalValue('a'), 10u);
-  EXPECT_EQ(hexadecimalValue('F'), 15u);
+TEST(HexadecimalValue, AcceptsHexadecimalDigitsOfEitherCaseOnly) {
+  EXPECT_EQ(hexadecimalValue('0'), 0U);
+  EXPECT_EQ(hexadecimalValue('9'), 9U);
+  EXPECT_EQ(hexadecimalValue('a'), 10U);
+  EXPECT_EQ(hexadecimalValue('F'), 15U);
   for (const char other : {'g', 'G', '/', ':', '@', '`', ' ', '\0', '\xC3'})
     EXPECT_EQ(hexadecimalValue(other), std::nullopt) << other;
 }

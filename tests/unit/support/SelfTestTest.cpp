@@ -5,14 +5,14 @@
 namespace navora {
 namespace {
 
-TEST(SelfTest, CountsTheChecksThatHold) {
+TEST(SelfTest, CountsTheChecksThatPass) {
   SelfTest test;
   test.check(true, "first");
   test.check(true, "second");
   EXPECT_EQ(test.count(), 2);
 }
 
-TEST(SelfTest, PrintsItsVerdictOnStandardOutput) {
+TEST(SelfTest, PrintsTheResultOnStandardOutput) {
   testing::internal::CaptureStdout();
   SelfTest::pass("policy (2 checks)");
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "PASS: policy (2 checks)\n");

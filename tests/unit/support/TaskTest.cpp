@@ -10,11 +10,11 @@
 namespace navora {
 namespace {
 
-// A door that answers when the test says so.
+// An operation that completes when the test calls its callback.
 template <class Value>
-class Door {
+class Operation {
  public:
-  CallbackAwaiter<Value> answer() {
+  CallbackAwaiter<Value> result() {
     return awaitCallback<Value>([this](Callback<Value> done) {
       ++calls;
       callback = std::move(done);
@@ -25,7 +25,7 @@ class Door {
   int calls = 0;
 };
 
-// Counts how many of its kind are alive: one in a coroutine tells whether the frame still exists.
+// Counts its instances. One in a coroutine shows whether the frame still exists.
 class Witness {
  public:
   explicit Witness(int& alive) : alive_(&alive) { ++*alive_; }
@@ -37,55 +37,55 @@ class Witness {
   int* alive_;
 };
 
-Task<int> doubled(Door<int>& door, int& alive) {
+Task<int> doubled(Operation<int>& operation, int& alive) {
   const Witness witness(alive);
-  const int value = co_await door.answer();
+  const int value = co_await operation.result();
   co_return value * 2;
 }
 
-Task<> record(std::vector<std::string>& log, Door<void>& door, std::string name) {
+Task<> record(std::vector<std::string>& log, Operation<void>& operation, std::string name) {
   log.push_back(name + " begins");
-  co_await door.answer();
+  co_await operation.result();
   log.push_back(name + " ends");
 }
 
-TEST(Task, RunsAtOnceUntilItFirstWaits) {
+TEST(Task, RunsImmediatelyUntilItFirstSuspends) {
   std::vector<std::string> log;
-  Door<void> door;
-  const Task<> task = record(log, door, "a");
+  Operation<void> operation;
+  const Task<> task = record(log, operation, "a");
   EXPECT_EQ(log, (std::vector<std::string>{"a begins"}));
   EXPECT_TRUE(task.isRunning());
   EXPECT_FALSE(task.isFinished());
-  door.callback();
+  operation.callback();
   EXPECT_EQ(log.back(), "a ends");
   EXPECT_FALSE(task.isRunning());
   EXPECT_TRUE(task.isFinished());
 }
 
 TEST(Task, KeepsItsResult) {
-  Door<int> door;
+  Operation<int> operation;
   int alive = 0;
-  const Task<int> task = doubled(door, alive);
+  const Task<int> task = doubled(operation, alive);
   EXPECT_EQ(alive, 1);
-  door.callback(21);
+  operation.callback(21);
   EXPECT_EQ(alive, 0);
   EXPECT_EQ(task.result(), 42);
 }
 
-TEST(Task, GivesAwayAResultThatCannotBeCopied) {
+TEST(Task, AllowsItsResultToBeMovedOut) {
   const auto make = []() -> Task<std::unique_ptr<int>> { co_return std::make_unique<int>(3); };
   const Task<std::unique_ptr<int>> task = make();
   const std::unique_ptr<int> taken = std::move(task.result());
   EXPECT_EQ(*taken, 3);
 }
 
-TEST(Task, IsNeitherRunningNorFinishedWithoutACoroutine) {
+TEST(Task, IsNeitherRunningNorFinishedIfEmpty) {
   const Task<int> task;
   EXPECT_FALSE(task.isRunning());
   EXPECT_FALSE(task.isFinished());
 }
 
-TEST(Task, GoesOnWhenTheCallbackComesAtOnce) {
+TEST(Task, ContinuesIfTheCallbackIsCalledImmediately) {
   const auto sum = []() -> Task<int> {
     int total = 0;
     for (int index = 0; index < 100'000; ++index)
@@ -95,12 +95,12 @@ TEST(Task, GoesOnWhenTheCallbackComesAtOnce) {
   EXPECT_EQ(sum().result(), 100'000);
 }
 
-TEST(Task, CountsACallbackOnce) {
-  Door<int> first;
-  Door<int> second;
-  const auto sum = [](Door<int>& one, Door<int>& two) -> Task<int> {
-    const int value = co_await one.answer();
-    co_return value + co_await two.answer();
+TEST(Task, IgnoresASecondCall) {
+  Operation<int> first;
+  Operation<int> second;
+  const auto sum = [](Operation<int>& one, Operation<int>& two) -> Task<int> {
+    const int value = co_await one.result();
+    co_return value + co_await two.result();
   };
   const Task<int> task = sum(first, second);
   first.callback(1);
@@ -112,7 +112,7 @@ TEST(Task, CountsACallbackOnce) {
   EXPECT_EQ(task.result(), 3);
 }
 
-TEST(Task, CountsTheFirstOfTwoCallbacksThatComeAtOnce) {
+TEST(Task, UsesTheFirstOfTwoImmediateCalls) {
   const auto run = []() -> Task<int> {
     co_return co_await awaitCallback<int>([](Callback<int> done) {
       done(1);
@@ -122,45 +122,45 @@ TEST(Task, CountsTheFirstOfTwoCallbacksThatComeAtOnce) {
   EXPECT_EQ(run().result(), 1);
 }
 
-TEST(Task, PassesValuesThatCannotBeCopied) {
-  Door<std::unique_ptr<int>> door;
-  const auto read = [](Door<std::unique_ptr<int>>& from) -> Task<int> {
-    co_return *co_await from.answer();
+TEST(Task, PassesMoveOnlyValues) {
+  Operation<std::unique_ptr<int>> operation;
+  const auto read = [](Operation<std::unique_ptr<int>>& from) -> Task<int> {
+    co_return *co_await from.result();
   };
-  const Task<int> task = read(door);
-  door.callback(std::make_unique<int>(9));
+  const Task<int> task = read(operation);
+  operation.callback(std::make_unique<int>(9));
   EXPECT_EQ(task.result(), 9);
 }
 
-TEST(Task, WaitsForeverForADoorThatDropsItsCallback) {
+TEST(Task, StaysSuspendedIfItsCallbackIsDropped) {
   int alive = 0;
-  Door<int> door;
+  Operation<int> operation;
   {
-    const Task<int> task = doubled(door, alive);
-    door.callback = nullptr;
+    const Task<int> task = doubled(operation, alive);
+    operation.callback = nullptr;
     EXPECT_TRUE(task.isRunning());
     EXPECT_EQ(alive, 1);
   }
   EXPECT_EQ(alive, 0);
 }
 
-TEST(TaskEnd, DestroysTheWaitingFrameAndIgnoresTheLateCallback) {
+TEST(TaskDestruction, DestroysTheSuspendedFrameAndIgnoresTheLateCallback) {
   int alive = 0;
-  Door<int> door;
+  Operation<int> operation;
   {
-    const Task<int> task = doubled(door, alive);
+    const Task<int> task = doubled(operation, alive);
     EXPECT_EQ(alive, 1);
   }
   EXPECT_EQ(alive, 0);
-  door.callback(1);
-  door.callback(2);
+  operation.callback(1);
+  operation.callback(2);
   EXPECT_EQ(alive, 0);
 }
 
-TEST(TaskEnd, ReplacingATaskEndsTheOldCoroutine) {
+TEST(TaskDestruction, ReplacingATaskDestroysTheOldCoroutine) {
   std::vector<std::string> log;
-  Door<void> first;
-  Door<void> second;
+  Operation<void> first;
+  Operation<void> second;
   Task<> task = record(log, first, "a");
   task = record(log, second, "b");
   first.callback();
@@ -168,38 +168,38 @@ TEST(TaskEnd, ReplacingATaskEndsTheOldCoroutine) {
   EXPECT_EQ(log, (std::vector<std::string>{"a begins", "b begins", "b ends"}));
 }
 
-TEST(TaskEnd, MovingATaskDoesNotEndIt) {
+TEST(TaskDestruction, MovingATaskKeepsItsCoroutine) {
   std::vector<std::string> log;
-  Door<void> door;
-  Task<> task = record(log, door, "a");
+  Operation<void> operation;
+  Task<> task = record(log, operation, "a");
   const Task<> moved = std::move(task);
-  door.callback();
+  operation.callback();
   EXPECT_EQ(log.back(), "a ends");
   EXPECT_TRUE(moved.isFinished());
 }
 
-TEST(TaskEnd, MovingATaskToItselfKeepsIt) {
+TEST(TaskDestruction, MovingATaskToItselfKeepsItsCoroutine) {
   std::vector<std::string> log;
-  Door<void> door;
-  Task<> task = record(log, door, "a");
+  Operation<void> operation;
+  Task<> task = record(log, operation, "a");
   Task<>& same = task;
   task = std::move(same);
-  door.callback();
+  operation.callback();
   EXPECT_EQ(log.back(), "a ends");
 }
 
-TEST(TaskEnd, DestroysWhatTheDoorStillHoldsOnlyOnce) {
+TEST(TaskDestruction, DestroysTheFrameOnceWhileTheCallbackIsHeld) {
   auto shared = std::make_shared<int>(1);
-  Door<std::shared_ptr<int>> door;
-  const auto read = [](Door<std::shared_ptr<int>>& from) -> Task<> { co_await from.answer(); };
-  auto task = std::make_unique<Task<>>(read(door));
+  Operation<std::shared_ptr<int>> operation;
+  const auto read = [](Operation<std::shared_ptr<int>>& from) -> Task<> { co_await from.result(); };
+  auto task = std::make_unique<Task<>>(read(operation));
   task.reset();
-  door.callback(shared);
-  door.callback = nullptr;
+  operation.callback(shared);
+  operation.callback = nullptr;
   EXPECT_EQ(shared.use_count(), 1);
 }
 
-// The owner whose work leads to its own end.
+// An owner whose task destroys it.
 struct Owner {
   explicit Owner(std::vector<std::string>& events) : log(&events) {}
 
@@ -210,29 +210,29 @@ struct Owner {
 struct SelfDestruction : testing::Test {
   std::vector<std::string> log;
   int alive = 0;
-  Door<void> first;
-  Door<void> second;
+  Operation<void> first;
+  Operation<void> second;
   std::unique_ptr<Owner> owner = std::make_unique<Owner>(log);
 
   static Task<> endingItsOwner(SelfDestruction& test) {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     test.owner.reset();
     test.log.push_back("after the end");
-    co_await test.second.answer();
+    co_await test.second.result();
     test.log.push_back("never");
   }
 
   static Task<> endingItsOwnerLast(SelfDestruction& test) {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     test.owner.reset();
     test.log.push_back("after the end");
   }
 
   static Task<> endingItsOwnerWhileStartingAWait(SelfDestruction& test, bool answerAtOnce) {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     co_await awaitCallback<void>([&test, answerAtOnce](Callback<void> done) {
       test.owner.reset();
       if (answerAtOnce) done();
@@ -242,7 +242,7 @@ struct SelfDestruction : testing::Test {
   }
 };
 
-TEST_F(SelfDestruction, EndsTheCoroutineAtItsNextWaitWithoutBeginningTheWait) {
+TEST_F(SelfDestruction, DestroysTheCoroutineAtItsNextAwaitWithoutStartingIt) {
   owner->task = endingItsOwner(*this);
   first.callback();
   EXPECT_EQ(log, (std::vector<std::string>{"after the end"}));
@@ -252,14 +252,14 @@ TEST_F(SelfDestruction, EndsTheCoroutineAtItsNextWaitWithoutBeginningTheWait) {
   EXPECT_EQ(alive, 0);
 }
 
-TEST_F(SelfDestruction, EndsTheCoroutineAtItsReturn) {
+TEST_F(SelfDestruction, DestroysTheCoroutineAtItsReturn) {
   owner->task = endingItsOwnerLast(*this);
   first.callback();
   EXPECT_EQ(log, (std::vector<std::string>{"after the end"}));
   EXPECT_EQ(alive, 0);
 }
 
-TEST_F(SelfDestruction, EndsTheCoroutineInTheWaitThatItIsJustBeginning) {
+TEST_F(SelfDestruction, DestroysTheCoroutineInTheAwaitThatItIsStarting) {
   owner->task = endingItsOwnerWhileStartingAWait(*this, false);
   first.callback();
   EXPECT_EQ(alive, 0);
@@ -267,7 +267,7 @@ TEST_F(SelfDestruction, EndsTheCoroutineInTheWaitThatItIsJustBeginning) {
   EXPECT_TRUE(log.empty());
 }
 
-TEST_F(SelfDestruction, EndsTheCoroutineEvenWhenTheAnswerComesAtOnce) {
+TEST_F(SelfDestruction, DestroysTheCoroutineEvenIfTheCallbackIsCalledImmediately) {
   owner->task = endingItsOwnerWhileStartingAWait(*this, true);
   first.callback();
   EXPECT_EQ(alive, 0);
@@ -275,10 +275,10 @@ TEST_F(SelfDestruction, EndsTheCoroutineEvenWhenTheAnswerComesAtOnce) {
   EXPECT_TRUE(log.empty());
 }
 
-TEST_F(SelfDestruction, DoesNotAwaitATaskThatItHasJustStarted) {
+TEST_F(SelfDestruction, DoesNotAwaitATaskThatItHasStarted) {
   const auto parent = [](SelfDestruction& test) -> Task<> {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     test.owner.reset();
     co_await record(test.log, test.second, "child");
     test.log.push_back("never");
@@ -291,11 +291,11 @@ TEST_F(SelfDestruction, DoesNotAwaitATaskThatItHasJustStarted) {
   EXPECT_EQ(log.size(), 1U);
 }
 
-TEST_F(SelfDestruction, DoesNotGoOnAfterATaskThatHasFinishedAtOnce) {
+TEST_F(SelfDestruction, DoesNotContinueAfterATaskThatFinishedImmediately) {
   const auto nothing = []() -> Task<> { co_return; };
   const auto parent = [](SelfDestruction& test, auto child) -> Task<> {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     test.owner.reset();
     co_await child();
     test.log.push_back("never");
@@ -306,13 +306,13 @@ TEST_F(SelfDestruction, DoesNotGoOnAfterATaskThatHasFinishedAtOnce) {
   EXPECT_EQ(alive, 0);
 }
 
-TEST_F(SelfDestruction, EndsTheCoroutineAtItsNextWaitAfterItHasAwaitedATask) {
+TEST_F(SelfDestruction, DestroysTheCoroutineAtItsNextAwaitAfterAwaitingATask) {
   const auto parent = [](SelfDestruction& test) -> Task<> {
     const Witness witness(test.alive);
     co_await record(test.log, test.first, "child");
     test.owner.reset();
     EXPECT_EQ(test.alive, 1);
-    co_await test.second.answer();
+    co_await test.second.result();
     test.log.push_back("never");
   };
   owner->task = parent(*this);
@@ -322,14 +322,14 @@ TEST_F(SelfDestruction, EndsTheCoroutineAtItsNextWaitAfterItHasAwaitedATask) {
   EXPECT_EQ(second.calls, 0);
 }
 
-TEST_F(SelfDestruction, KeepsTheFramesOfAllWaitingTasksUntilTheRunningOneWaits) {
-  // The innermost task uses a variable of the outermost frame after the owner's end.
+TEST_F(SelfDestruction, KeepsTheFramesOfAllAwaitingTasksUntilTheRunningOneSuspends) {
+  // The innermost task uses a variable of the outermost frame after the owner was destroyed.
   const auto inner = [](SelfDestruction& test, const std::string& borrowed) -> Task<> {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     test.owner.reset();
     test.log.push_back(borrowed);
-    co_await test.second.answer();
+    co_await test.second.result();
     test.log.push_back("never");
   };
   const auto middle = [](SelfDestruction& test, auto next, const std::string& text) -> Task<> {
@@ -352,10 +352,10 @@ TEST_F(SelfDestruction, KeepsTheFramesOfAllWaitingTasksUntilTheRunningOneWaits) 
   EXPECT_EQ(second.calls, 0);
 }
 
-TEST_F(SelfDestruction, ReplacingTheOwnTaskEndsTheOldRunOnly) {
+TEST_F(SelfDestruction, ReplacingItsOwnTaskDestroysTheOldCoroutineOnly) {
   const auto again = [](SelfDestruction& test, auto self) -> Task<> {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     test.owner->task = record(test.log, test.second, "new");
     co_await self(test, self);
     test.log.push_back("never");
@@ -368,14 +368,14 @@ TEST_F(SelfDestruction, ReplacingTheOwnTaskEndsTheOldRunOnly) {
   EXPECT_EQ(log, (std::vector<std::string>{"new begins", "new ends"}));
 }
 
-TEST_F(SelfDestruction, EndsWhenADestructorInTheFrameEndsTheOwner) {
+TEST_F(SelfDestruction, IsDestroyedIfADestructorInTheFrameDestroysTheOwner) {
   struct OwnerEnder {
     ~OwnerEnder() { test.owner.reset(); }
     SelfDestruction& test;
   };
   const auto run = [](SelfDestruction& test) -> Task<> {
     const Witness witness(test.alive);
-    co_await test.first.answer();
+    co_await test.first.result();
     const OwnerEnder ender{test};
   };
   owner->task = run(*this);
@@ -385,65 +385,65 @@ TEST_F(SelfDestruction, EndsWhenADestructorInTheFrameEndsTheOwner) {
 }
 
 TEST(TaskAwait, PassesTheResultOfAnotherTask) {
-  Door<int> door;
+  Operation<int> operation;
   int alive = 0;
-  const auto plusOne = [](Door<int>& from, int& count) -> Task<int> {
+  const auto plusOne = [](Operation<int>& from, int& count) -> Task<int> {
     const Witness witness(count);
     co_return co_await doubled(from, count) + 1;
   };
-  const Task<int> task = plusOne(door, alive);
+  const Task<int> task = plusOne(operation, alive);
   EXPECT_EQ(alive, 2);
-  door.callback(10);
+  operation.callback(10);
   EXPECT_EQ(task.result(), 21);
   EXPECT_EQ(alive, 0);
 }
 
-TEST(TaskAwait, AwaitsATaskThatWasStartedBefore) {
-  Door<int> door;
+TEST(TaskAwait, AwaitsATaskStartedEarlier) {
+  Operation<int> operation;
   int alive = 0;
-  const auto two = [](Door<int>& from, int& count) -> Task<int> {
+  const auto two = [](Operation<int>& from, int& count) -> Task<int> {
     Task<int> early = doubled(from, count);
     co_await awaitCallback<void>([](Callback<void> done) { done(); });
     co_return co_await std::move(early);
   };
-  const Task<int> task = two(door, alive);
-  door.callback(4);
+  const Task<int> task = two(operation, alive);
+  operation.callback(4);
   EXPECT_EQ(task.result(), 8);
 }
 
-TEST(TaskAwait, EndsTheAwaitedTaskWithTheAwaitingOne) {
-  Door<int> door;
+TEST(TaskAwait, DestroysTheAwaitedTaskWithTheAwaitingOne) {
+  Operation<int> operation;
   int alive = 0;
-  const auto outer = [](Door<int>& from, int& count) -> Task<int> {
+  const auto outer = [](Operation<int>& from, int& count) -> Task<int> {
     const Witness witness(count);
     co_return co_await doubled(from, count);
   };
   {
-    const Task<int> task = outer(door, alive);
+    const Task<int> task = outer(operation, alive);
     EXPECT_EQ(alive, 2);
   }
   EXPECT_EQ(alive, 0);
-  door.callback(1);
+  operation.callback(1);
 }
 
-TEST(TaskAwait, DoesNotUseUpTheStackInALoop) {
-  Door<int> door;
-  const auto one = [](Door<int>& from) -> Task<int> { co_return co_await from.answer(); };
-  const auto sum = [](Door<int>& from, auto next) -> Task<int> {
+TEST(TaskAwait, DoesNotExhaustTheStackInALoop) {
+  Operation<int> operation;
+  const auto one = [](Operation<int>& from) -> Task<int> { co_return co_await from.result(); };
+  const auto sum = [](Operation<int>& from, auto next) -> Task<int> {
     int total = 0;
     while (total < 100'000)
       total += co_await next(from);
     co_return total;
   };
-  const Task<int> task = sum(door, one);
+  const Task<int> task = sum(operation, one);
   while (task.isRunning()) {
-    const Callback<int> callback = door.callback;
+    const Callback<int> callback = operation.callback;
     callback(1);
   }
   EXPECT_EQ(task.result(), 100'000);
 }
 
-TEST(TaskDeathTest, StopsOnAnException) {
+TEST(TaskDeathTest, AbortsOnAnException) {
   const auto fails = []() -> Task<> {
     throw std::runtime_error("lost");
     co_return;
@@ -451,14 +451,14 @@ TEST(TaskDeathTest, StopsOnAnException) {
   EXPECT_DEATH((void)fails(), "Fatal error: An exception left a task: lost \\(Task:");
 }
 
-TEST(TaskDeathTest, StopsWhenAskedForAResultTooEarly) {
-  Door<int> door;
+TEST(TaskDeathTest, AbortsIfTheResultIsRequestedTooEarly) {
+  Operation<int> operation;
   int alive = 0;
-  const Task<int> task = doubled(door, alive);
+  const Task<int> task = doubled(operation, alive);
   EXPECT_DEATH((void)task.result(), "Fatal error: .*result before it has finished");
 }
 
-TEST(TaskDeathTest, StopsWhenAnEmptyTaskIsAwaited) {
+TEST(TaskDeathTest, AbortsIfAnEmptyTaskIsAwaited) {
   const auto run = []() -> Task<int> { co_return co_await Task<int>(); };
   EXPECT_DEATH((void)run(), "Fatal error: An empty task was awaited");
 }

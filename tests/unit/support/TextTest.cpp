@@ -48,7 +48,7 @@ TEST(Text, CountsUserPerceivedCharacters) {
   EXPECT_EQ(characterCount("\xFF\xFF"), 2U);
 }
 
-TEST(Text, CutsBetweenUserPerceivedCharacters) {
+TEST(Text, TruncatesBetweenUserPerceivedCharacters) {
   const std::string text = std::string("e\xCC\x81") + family + flag + "x";
   EXPECT_EQ(prefixCharacters(text, 0), "");
   EXPECT_EQ(prefixCharacters(text, 1), "e\xCC\x81");
@@ -100,7 +100,7 @@ TEST(Text, SplitsKeepingEmptyPieces) {
   EXPECT_EQ(split("abc", '-'), Pieces{"abc"});
 }
 
-TEST(TextStrippedOf, TakesTheBytesAwayAtBothEndsOnly) {
+TEST(TextStrippedOf, RemovesBytesFromBothEndsOnly) {
   EXPECT_EQ(strippedOf("..a.b.", "."), "a.b");
   EXPECT_EQ(strippedOf(" \ta b\t", " \t"), "a b");
   EXPECT_EQ(strippedOf("ab", "."), "ab");
@@ -108,21 +108,21 @@ TEST(TextStrippedOf, TakesTheBytesAwayAtBothEndsOnly) {
   EXPECT_EQ(strippedOf("", "."), "");
 }
 
-TEST(TextWholeNumber, ReadsDecimalDigits) {
+TEST(TextWholeNumber, ParsesDecimalDigits) {
   EXPECT_EQ(wholeNumber<int>("0"), 0);
   EXPECT_EQ(wholeNumber<int>("0042"), 42);
   EXPECT_EQ(wholeNumber<int>("-7"), -7);
   EXPECT_EQ(wholeNumber<int>(std::string_view("123", 2)), 12);
 }
 
-TEST(TextWholeNumber, RefusesWhateverElseStandsInTheText) {
+TEST(TextWholeNumber, RejectsAnyOtherCharacter) {
   for (const char* text : {"", "-", "x", " 1", "1 ", "+1", "1.5", "1e3", "0x10", "--1"})
     EXPECT_EQ(wholeNumber<int>(text), std::nullopt) << text;
   EXPECT_EQ(wholeNumber<int>(std::string_view()), std::nullopt);
   EXPECT_EQ(wholeNumber<int>(std::string_view("1\0", 2)), std::nullopt);
 }
 
-TEST(TextWholeNumber, RefusesWhatTheTypeCannotHold) {
+TEST(TextWholeNumber, RejectsNumbersThatTheTypeCannotRepresent) {
   EXPECT_EQ(wholeNumber<std::uint64_t>("18446744073709551615"),
             std::numeric_limits<std::uint64_t>::max());
   EXPECT_EQ(wholeNumber<std::uint64_t>("18446744073709551616"), std::nullopt);
@@ -131,7 +131,7 @@ TEST(TextWholeNumber, RefusesWhatTheTypeCannotHold) {
   EXPECT_EQ(wholeNumber<std::int8_t>("128"), std::nullopt);
 }
 
-TEST(TextUppercasedAscii, ChangesNothingButAToZ) {
+TEST(TextUppercasedAscii, ChangesOnlyAToZ) {
   EXPECT_EQ(uppercasedAscii("abc-XYZ-019-\u00E9-\u00DF"), "ABC-XYZ-019-\u00E9-\u00DF");
 }
 

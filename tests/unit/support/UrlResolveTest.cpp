@@ -16,7 +16,7 @@ struct Example {
   const char* result;
 };
 
-// The examples of RFC 3986, sections 5.4.1 and 5.4.2, but for the empty reference.
+// The examples of RFC 3986, sections 5.4.1 and 5.4.2, except the empty reference.
 constexpr Example standardExamples[] = {
     {"g:h", "g:h"},
     {"g", "http://a/b/c/g"},
@@ -61,7 +61,7 @@ constexpr Example standardExamples[] = {
     {"http:g", "http:g"},
 };
 
-TEST(UrlResolve, FollowsTheExamplesOfTheStandard) {
+TEST(UrlResolve, MatchesTheExamplesOfRfc3986) {
   for (const Example& example : standardExamples) {
     EXPECT_EQ(resolved("http://a/b/c/d;p?q", example.reference), example.result)
         << example.reference;
@@ -73,7 +73,7 @@ TEST(UrlResolve, KeepsPortAndCredentialsOfTheBase) {
   EXPECT_EQ(resolved("http://[::1]:8080/", "api/jobs/1"), "http://[::1]:8080/api/jobs/1");
 }
 
-TEST(UrlResolve, FillsInTheRootWhenTheBaseHasNoPath) {
+TEST(UrlResolve, InsertsTheRootIfTheBaseHasNoPath) {
   EXPECT_EQ(resolved("https://navora.example", "login"), "https://navora.example/login");
   EXPECT_EQ(resolved("https://navora.example", "/#today"), "https://navora.example/#today");
   EXPECT_EQ(resolved("https://navora.example", ".."), "https://navora.example/");
@@ -84,13 +84,13 @@ TEST(UrlResolve, DropsTheFragmentOfTheBase) {
   EXPECT_EQ(resolved("https://h/a?b#c", "#d"), "https://h/a?b#d");
 }
 
-TEST(UrlResolve, LetsAnAbsoluteReferenceReplaceTheBase) {
+TEST(UrlResolve, ReturnsAnAbsoluteReferenceItself) {
   EXPECT_EQ(resolved("https://h/a", "HTTP://other:1/x/../y"), "HTTP://other:1/y");
   EXPECT_EQ(resolved("https://h/a", "//other/x"), "https://other/x");
   EXPECT_EQ(resolved("https://h/a", "javascript:alert(1)"), "javascript:alert(1)");
 }
 
-TEST(UrlResolve, NeverMakesAnAuthorityOutOfAPath) {
+TEST(UrlResolve, NeverTurnsAPathIntoAnAuthority) {
   EXPECT_EQ(resolved("x:/a", "/.//evil.example"), "x:/.//evil.example");
   EXPECT_EQ(resolved("https://h/a", "/.//evil.example"), "https://h//evil.example");
   EXPECT_EQ(resolved("https://h/a", "\\\\evil.example"), "https://h/%5C%5Cevil.example");
@@ -101,7 +101,7 @@ TEST(UrlResolve, EncodesIllegalCharactersOfTheReference) {
   EXPECT_EQ(resolved("https://h", "/a b#\xC3\xA9"), "https://h/a%20b#%C3%A9");
 }
 
-TEST(UrlResolve, RefusesARelativeBaseAndAReferenceThatDoesNotParse) {
+TEST(UrlResolve, RejectsARelativeBaseAndAReferenceThatDoesNotParse) {
   EXPECT_EQ(resolved("/a", "b"), "(refused)");
   EXPECT_EQ(resolved("//h/a", "b"), "(refused)");
   EXPECT_EQ(resolved("https://h/", ""), "(refused)");
