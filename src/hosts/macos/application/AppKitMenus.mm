@@ -17,8 +17,9 @@ using navora::DelegateAction;
 }
 
 - (void)enableNotifications:(id)sender {
-  if (self.delegate != nullptr)
+  if (self.delegate != nullptr) {
     self.delegate->performMenuAction(DelegateAction::enableNotifications);
+  }
 }
 
 - (void)quickCapture:(id)sender {
@@ -103,6 +104,7 @@ SEL _Nullable actionOf(const MenuItem& item) {
   return std::visit([](auto action) { return selectorOf(action); }, *item.action);
 }
 
+// Selects the target of an action, given the one for the core's actions.
 struct TargetSelection {
   NavoraMenuTarget* delegateTarget;
 
