@@ -2,8 +2,8 @@
 
 #include <string>
 
-#include "end_to_end/driver/Files.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Files.h"
+#include "tests/support/Wait.h"
 
 namespace navora::bench {
 
@@ -28,10 +28,10 @@ driver::VirtualDesktop::Options withoutWindowManager(bool accessibility) {
 }
 
 void writeConfiguration(const std::filesystem::path& from, const std::filesystem::path& to) {
-  std::string text = driver::readFile(from);
+  std::string text = readFile(from);
   const std::size_t end = text.rfind("</openbox_config>");
-  if (end == std::string::npos) throw driver::DriverError("No configuration of the window manager");
-  driver::writeFile(to, text.insert(end, windowSizes));
+  if (end == std::string::npos) throw TestError("No configuration of the window manager");
+  writeFile(to, text.insert(end, windowSizes));
 }
 
 }  // namespace
@@ -42,10 +42,9 @@ BenchmarkDesktop::BenchmarkDesktop(bool accessibility)
   writeConfiguration(desktop_.root() / "openbox.xml", configuration);
   windowManager_ = desktop_.start({"openbox", "--sm-disable", "--config-file", configuration});
   driver::XConnection& connection = desktop_.display().connection();
-  driver::waitUntil(
-      [&] { return connection.hasProperty(connection.root(), "_NET_SUPPORTING_WM_CHECK"); },
-      "the window manager is ready", driver::defaultTimeout(),
-      [this] { return windowManager_->errorText(); });
+  waitUntil([&] { return connection.hasProperty(connection.root(), "_NET_SUPPORTING_WM_CHECK"); },
+            "the window manager is ready", defaultTimeout(),
+            [this] { return windowManager_->errorText(); });
   // Off the windows: what a page does under the pointer is not measured.
   desktop_.mouse().moveTo({0, 0});
 }

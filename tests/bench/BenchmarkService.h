@@ -4,7 +4,7 @@
 #include <string>
 
 #include "end_to_end/driver/ChildProcess.h"
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::bench {
 
@@ -20,7 +20,7 @@ class BenchmarkService {
   const std::string& origin() const { return origin_; }
 
  private:
-  driver::TemporaryDirectory folder_;
+  TemporaryDirectory folder_;
   std::unique_ptr<driver::ChildProcess> process_;
   std::string origin_;
 };

@@ -91,7 +91,7 @@ class CaptureBenchmark {
   double timeUntil(const std::function<bool()>& condition, Clock::time_point start) {
     while (!condition()) {
       if (Clock::now() - start > std::chrono::seconds(20))
-        throw driver::DriverError("What is measured does not happen");
+        throw TestError("What is measured does not happen");
       sched_yield();
     }
     return Milliseconds(Clock::now() - start).count();
@@ -106,8 +106,7 @@ class CaptureBenchmark {
     return time;
   }
   void waitForOther() {
-    driver::waitUntil([&] { return focus_.focus() == other_; },
-                      "the other window has the keyboard");
+    waitUntil([&] { return focus_.focus() == other_; }, "the other window has the keyboard");
   }
   std::optional<WindowId> ownFocus() {
     const WindowId window = focus_.focus();
@@ -116,7 +115,7 @@ class CaptureBenchmark {
 
   void followPanel() {
     desktop_.keyboard().chord("Control+Shift+space");
-    focus_.follow(driver::waitFor([&] { return ownFocus(); }, "the panel has the keyboard"));
+    focus_.follow(waitFor([&] { return ownFocus(); }, "the panel has the keyboard"));
     desktop_.keyboard().chord("Escape");
     waitForOther();
     focus_.follow(other_);

@@ -31,11 +31,11 @@ void FocusWatch::follow(driver::WindowId window) {
 }
 
 Clock::time_point FocusWatch::waitForFocus() {
-  const Clock::time_point deadline = Clock::now() + driver::defaultTimeout();
+  const Clock::time_point deadline = Clock::now() + defaultTimeout();
   while (Clock::now() < deadline) {
     if (hearsOfFocus()) return Clock::now();
   }
-  throw driver::DriverError("No window that is followed gets the keyboard");
+  throw TestError("No window that is followed gets the keyboard");
 }
 
 void FocusWatch::forget() {

@@ -54,7 +54,7 @@ Launch::~Launch() {
   // The next run must not meet processes of this one.
   const std::vector<pid_t> members = family_.members();
   process_->terminate();
-  if (!driver::becomesTrue([&] { return allEnded(members); }, std::chrono::seconds(5))) {
+  if (!becomesTrue([&] { return allEnded(members); }, std::chrono::seconds(5))) {
     for (pid_t pid : members) {
       if (driver::isAlive(pid)) ::kill(pid, SIGKILL);
     }
@@ -74,8 +74,8 @@ double Launch::waitUntilLoaded(const std::string& origin) {
     if (!answer || !answer->is_number() || answer->get<double>() < start) return std::nullopt;
     return answer->get<double>() - start;
   };
-  return driver::waitFor(loaded, process_->name() + " has loaded the page",
-                         driver::defaultTimeout(), [this] { return process_->errorText(); });
+  return waitFor(loaded, process_->name() + " has loaded the page", defaultTimeout(),
+                 [this] { return process_->errorText(); });
 }
 
 FamilyMemory Launch::settledMemory() const {
@@ -97,7 +97,7 @@ FamilyMemory Launch::settledMemory() const {
 FamilyActivity Launch::activity(std::chrono::seconds duration) const {
   const ActivityCounters start = family_.counters();
   std::this_thread::sleep_for(duration);
-  if (!process_->running()) throw driver::DriverError(process_->name() + " ended while idle");
+  if (!process_->running()) throw TestError(process_->name() + " ended while idle");
   return family_.activitySince(start);
 }
 

@@ -15,7 +15,7 @@
 namespace navora::bench {
 
 // Launches Navora and surf in turn on the same page of the same service and compares what they
-// need. Judges nothing; a DriverError when one does not start or does not load its page.
+// need. Judges nothing; a TestError when one does not start or does not load its page.
 class LaunchComparison {
  public:
   explicit LaunchComparison(BenchmarkOptions options);

@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/ProcessTable.h"
+#include "tests/support/Files.h"
 
 namespace navora::bench {
 
@@ -27,7 +27,7 @@ std::int64_t field(const std::string& text, std::string_view name) {
 }
 
 MemoryUse memoryOf(pid_t pid) {
-  const std::string text = driver::readFile(folderOf(pid) / "smaps_rollup");
+  const std::string text = readFile(folderOf(pid) / "smaps_rollup");
   return {field(text, "Pss:"), field(text, "Pss_Anon:")};
 }
 
@@ -35,7 +35,7 @@ std::map<pid_t, std::int64_t> switchesOf(pid_t pid) {
   std::map<pid_t, std::int64_t> found;
   std::error_code gone;
   for (const auto& thread : std::filesystem::directory_iterator(folderOf(pid) / "task", gone)) {
-    const std::string status = driver::readFile(thread.path() / "status");
+    const std::string status = readFile(thread.path() / "status");
     found[std::stoi(thread.path().filename())] = field(status, "voluntary_ctxt_switches:");
   }
   return found;

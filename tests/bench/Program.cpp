@@ -25,7 +25,7 @@ void requireSurf() {
   for (std::string folder; std::getline(folders, folder, ':');) {
     if (access((std::filesystem::path(folder) / "surf").c_str(), X_OK) == 0) return;
   }
-  throw driver::DriverError(
+  throw TestError(
       "The launch is compared with that of the browser surf, which is not installed here: "
       "apt-get install surf");
 }

@@ -19,7 +19,7 @@ struct Program {
   static Program surf(const std::string& origin);
 };
 
-// Throws a DriverError that says what to install when the other browser is missing.
+// Throws a TestError that says what to install when the other browser is missing.
 void requireSurf();
 
 }  // namespace navora::bench

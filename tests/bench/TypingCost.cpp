@@ -5,7 +5,7 @@
 #include <string>
 #include <thread>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::bench {
 
@@ -18,8 +18,7 @@ double mainThreadMilliseconds(pid_t program) {
   const std::string process = std::to_string(program);
   std::ifstream counters("/proc/" + process + "/task/" + process + "/schedstat");
   double nanoseconds = 0;
-  if (!(counters >> nanoseconds))
-    throw driver::DriverError("No scheduler's counters of " + process);
+  if (!(counters >> nanoseconds)) throw TestError("No scheduler's counters of " + process);
   return nanoseconds / 1e6;
 }
 

@@ -12,7 +12,6 @@
 #include <iostream>
 #include <random>
 #include <string>
-#include <system_error>
 
 #include <malloc.h>
 #include <sys/wait.h>
@@ -24,6 +23,7 @@
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -147,10 +147,6 @@ int run(const std::filesystem::path& folder) {
 }  // namespace
 
 int main() {
-  std::string name = std::filesystem::temp_directory_path() / "navora-update-benchmark-XXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) return fail("No folder can be made");
-  const int result = run(name);
-  std::error_code unused;
-  std::filesystem::remove_all(name, unused);
-  return result;
+  const navora::TemporaryDirectory folder("navora-update-benchmark");
+  return run(folder.path());
 }

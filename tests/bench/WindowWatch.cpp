@@ -9,7 +9,6 @@ namespace navora::bench {
 namespace {
 
 using Clock = std::chrono::steady_clock;
-using driver::DriverError;
 
 constexpr int pollMilliseconds = 50;
 constexpr int leastWidth = 700;  // no dialog comes near it
@@ -26,12 +25,12 @@ WindowWatch::WindowWatch(driver::Display& display)
 }
 
 Clock::time_point WindowWatch::waitFor(pid_t program) {
-  const Clock::time_point deadline = Clock::now() + driver::defaultTimeout();
+  const Clock::time_point deadline = Clock::now() + defaultTimeout();
   while (Clock::now() < deadline) {
     if (waitForMapping() && isShown(program)) return latestMapping_;
-    if (!driver::isAlive(program)) throw DriverError("The program ended before it had a window");
+    if (!driver::isAlive(program)) throw TestError("The program ended before it had a window");
   }
-  throw DriverError("The program showed no window\n" + display_.describeWindows());
+  throw TestError("The program showed no window\n" + display_.describeWindows());
 }
 
 bool WindowWatch::waitForMapping() {

@@ -17,7 +17,7 @@ class ShortcutHolder {
         connection_.get(), 0, connection_.root(), XCB_MOD_MASK_CONTROL | XCB_MOD_MASK_SHIFT,
         spaceKeyCode(), XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_SYNC);
     const XReply<xcb_generic_error_t> error(xcb_request_check(connection_.get(), cookie));
-    if (error) throw DriverError("The shortcut cannot be taken");
+    if (error) throw TestError("The shortcut cannot be taken");
   }
 
   // Waits for one press.
@@ -40,13 +40,13 @@ class ShortcutHolder {
     const XReply<xcb_get_keyboard_mapping_reply_t> reply(xcb_get_keyboard_mapping_reply(
         connection_.get(), xcb_get_keyboard_mapping(connection_.get(), setup->min_keycode, count),
         nullptr));
-    if (!reply) throw DriverError("The display has no keyboard layout");
+    if (!reply) throw TestError("The display has no keyboard layout");
     const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(reply.get());
     for (int index = 0; index < count; ++index) {
       if (symbols[index * reply->keysyms_per_keycode] == space)
         return static_cast<xcb_keycode_t>(setup->min_keycode + index);
     }
-    throw DriverError("The keyboard has no space key");
+    throw TestError("The keyboard has no space key");
   }
 
   XConnection connection_;

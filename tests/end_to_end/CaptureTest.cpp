@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -26,7 +26,7 @@ class CaptureThemeTest : public CaptureTest {
 
   Screenshot panelPicture() {
     const auto shown = panel();
-    if (!shown) throw DriverError("The capture panel is not on the screen");
+    if (!shown) throw TestError("The capture panel is not on the screen");
     return desktop().display().screenshot(shown->content);
   }
 

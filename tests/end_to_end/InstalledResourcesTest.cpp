@@ -7,8 +7,8 @@
 
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/Executables.h"
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/UpdatableInstallation.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 namespace {

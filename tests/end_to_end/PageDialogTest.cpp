@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/TestPageTest.h"
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 namespace {

@@ -38,7 +38,7 @@ class StatusItemTest : public CaptureTest {
     item = items.front();
     try {
       return labels().front();
-    } catch (const DriverError&) {
+    } catch (const TestError&) {
       return {};
     }
   }

@@ -7,7 +7,7 @@
 
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/Executables.h"
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 namespace {

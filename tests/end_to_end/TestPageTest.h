@@ -3,7 +3,7 @@
 #include <string>
 
 #include "end_to_end/driver/EndToEndTest.h"
-#include "end_to_end/driver/ForeignServer.h"
+#include "tests/support/HttpServer.h"
 
 namespace navora::driver {
 
@@ -24,10 +24,10 @@ class TestPageTest : public EndToEndTest {
   // action was going to open, it has opened by then. Gives what was opened before.
   std::vector<std::string> openedBeforeMarker();
 
-  ForeignServer& foreign() { return foreign_; }
+  HttpServer& foreign() { return foreign_; }
 
  private:
-  ForeignServer foreign_;
+  HttpServer foreign_{{.body = "<!doctype html><title>Foreign</title><p>A foreign page."}};
 };
 
 }  // namespace navora::driver

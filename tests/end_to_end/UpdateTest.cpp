@@ -12,9 +12,9 @@
 #include <signal.h>
 
 #include "end_to_end/driver/EndToEndTest.h"
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/UpdatableInstallation.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Files.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 namespace {

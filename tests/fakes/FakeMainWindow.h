@@ -12,6 +12,18 @@ namespace navora {
 
 class FakeErrorView;
 
+// Counts the requests to close a window, and refuses them unless `allowsClose` is set.
+class FakeMainWindowDelegate final : public MainWindowDelegate {
+ public:
+  bool windowShouldClose() override {
+    ++closeRequests;
+    return allowsClose;
+  }
+
+  int closeRequests = 0;
+  bool allowsClose = false;
+};
+
 class FakeMainWindow final : public MainWindow {
  public:
   // The views above the content, the topmost last. Shared with them, because they may outlive the

@@ -1,13 +1,13 @@
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "hosts/linux/installation/UpdateUnpacker.h"
 #include "support/FatalError.h"
+#include "tests/support/Files.h"
 
 namespace {
 
@@ -17,23 +17,12 @@ void require(bool condition, int line) {
   }
 }
 
-std::filesystem::path makeFolder() {
-  const bool hasMemory = std::filesystem::is_directory("/dev/shm");
-  std::string name = std::string(hasMemory ? "/dev/shm" : "/tmp") + "/navora-archive-XXXXXX";
-  require(::mkdtemp(name.data()) != nullptr, __LINE__);
-  return name;
+// In memory where possible: each input creates and removes a tree of files.
+std::filesystem::path parentDirectory() {
+  return std::filesystem::is_directory("/dev/shm") ? "/dev/shm" : "/tmp";
 }
 
-// A folder that goes when the process ends, as far as it ends well.
-struct Folder {
-  ~Folder() {
-    std::error_code unused;
-    std::filesystem::remove_all(path, unused);
-  }
-  const std::filesystem::path path = makeFolder();
-};
-
-// Nothing outside of `root` may be reached by what is in it.
+// Checks that nothing below `root` refers to a file outside it or can be changed by other users.
 void requireInside(const std::filesystem::path& root) {
   std::error_code error;
   for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
@@ -55,9 +44,9 @@ void requireInside(const std::filesystem::path& root) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  static const Folder folder;
-  static const auto archive = folder.path / "archive";
-  static const auto target = folder.path / "target";
+  static const navora::TemporaryDirectory folder("navora-archive", parentDirectory());
+  static const auto archive = folder.path() / "archive";
+  static const auto target = folder.path() / "target";
   std::error_code error;
   std::filesystem::remove_all(target, error);
   std::filesystem::create_directory(target, error);
@@ -77,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   require(failure || last == 1, __LINE__);
   requireInside(target);
   std::size_t beside = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(folder.path))
+  for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
     beside += entry.path() == archive || entry.path() == target ? 0U : 1U;
   require(beside == 0, __LINE__);
   return 0;

@@ -45,8 +45,8 @@ void require(bool condition, int line) {
 
 }  // namespace
 
-// Nobody can guess a signature, so nothing that was not signed is valid; and everything that was
-// signed is, whatever comments it holds.
+// Checks that text without a signature is never valid, and that signed text always is, whatever
+// comments it contains.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using navora::FeedSignature;
   static const Keys keys = makeKeys();

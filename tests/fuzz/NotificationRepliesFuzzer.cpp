@@ -7,7 +7,7 @@
 #include "origin/DesktopOrigin.h"
 #include "support/FatalError.h"
 
-// The text is taken for each of the service's replies.
+// Reads the input as each of the service's replies.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   using namespace navora;
   const Url& origin = DesktopOrigin::production();

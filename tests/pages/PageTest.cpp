@@ -1,6 +1,6 @@
 #include "pages/PageTest.h"
 
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

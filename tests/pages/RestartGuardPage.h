@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/Keyboard.h"
 #include "pages/PageTest.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -11,7 +11,7 @@ class Api : public ServiceTest {
     options.samples = true;
     service = std::make_unique<Service>(options);
     ASSERT_FALSE(service->start());
-    client = std::make_unique<HttpClient>(service->port());
+    client = std::make_unique<SessionClient>(service->port());
     client->signIn();
   }
 };
@@ -28,7 +28,7 @@ TEST_F(Api, EveryPathNeedsASession) {
       {"GET", "/api/nowhere"},      {"GET", "/api/attachments/x"},
       {"DELETE", "/api/captures/x"}};
   for (const auto& [method, path] : requests) {
-    const Reply reply = client->request(method, path);
+    const HttpReply reply = client->request(method, path);
     EXPECT_EQ(reply.status, 401) << method << " " << path;
     EXPECT_EQ(reply.header("Content-Type"), "application/json") << path;
     EXPECT_EQ(reply.json()["error"]["code"], "signed_out") << path;
@@ -45,7 +45,7 @@ TEST_F(Api, UnknownPathIsNotFoundForASignedInUser) {
 TEST_F(Api, MalformedJsonIsRefused) {
   start();
   client->signIn();
-  const HttpClient::Headers json{{"Content-Type", "application/json"}};
+  const HttpHeaders json{{"Content-Type", "application/json"}};
   for (const char* body : {"{", "[]", "\"text\"", "{\"raw\": \"\xFF\"}", "{} trailing"}) {
     EXPECT_EQ(client->request("POST", "/api/captures", body, json).status, 400) << body;
   }
@@ -54,7 +54,7 @@ TEST_F(Api, MalformedJsonIsRefused) {
 TEST_F(Api, BodyOfAnotherTypeIsRefused) {
   start();
   client->signIn();
-  const Reply reply =
+  const HttpReply reply =
       client->request("POST", "/api/captures", R"({"raw":"x"})", {{"Content-Type", "text/plain"}});
   EXPECT_EQ(reply.status, 415);
 }
@@ -62,10 +62,10 @@ TEST_F(Api, BodyOfAnotherTypeIsRefused) {
 TEST_F(Api, BodyOfOneMebibyteIsReadAndOneByteMoreIsNot) {
   start();
   client->signIn();
-  const HttpClient::Headers json{{"Content-Type", "application/json"}};
+  const HttpHeaders json{{"Content-Type", "application/json"}};
   const std::string largest = R"({"raw":"x"})" + std::string(1024 * 1024 - 11, ' ');
   EXPECT_EQ(client->request("POST", "/api/captures", largest, json).status, 202);
-  const Reply refused = client->request("POST", "/api/captures", largest + " ", json);
+  const HttpReply refused = client->request("POST", "/api/captures", largest + " ", json);
   EXPECT_EQ(refused.status, 413);
   EXPECT_EQ(refused.json()["error"]["code"], "too_large");
 }
@@ -73,8 +73,8 @@ TEST_F(Api, BodyOfOneMebibyteIsReadAndOneByteMoreIsNot) {
 TEST_F(Api, AnotherSiteCannotChangeAnything) {
   start();
   client->signIn();
-  const Reply reply = client->sendJson("POST", "/api/captures", {{"raw", "x"}},
-                                       {{"Origin", "http://evil.example"}});
+  const HttpReply reply = client->sendJson("POST", "/api/captures", {{"raw", "x"}},
+                                           {{"Origin", "http://evil.example"}});
   EXPECT_EQ(reply.status, 403);
   EXPECT_EQ(client->get("/api/captures").json()["captures"].size(), 0U);
   const std::string own = "http://127.0.0.1:" + std::to_string(client->port());
@@ -85,7 +85,7 @@ TEST_F(Api, AnotherSiteCannotChangeAnything) {
 TEST_F(Api, AnswersAreNeitherCachedNorSniffed) {
   start();
   client->signIn();
-  const Reply reply = client->get("/api/settings");
+  const HttpReply reply = client->get("/api/settings");
   EXPECT_EQ(reply.header("Cache-Control"), "no-store");
   EXPECT_EQ(reply.header("X-Content-Type-Options"), "nosniff");
 }
@@ -96,7 +96,7 @@ TEST_F(Api, TelemetryIsAcceptedAndCounted) {
   const Json events = Json::array({{{"event", "native_opened"}, {"seq", 1}},
                                    {{"event", "native_input"}, {"seq", 2}},
                                    {{"event", "native_input"}, {"seq", 3}}});
-  const Reply reply = client->sendJson("POST", "/api/telemetry", {{"events", events}});
+  const HttpReply reply = client->sendJson("POST", "/api/telemetry", {{"events", events}});
   EXPECT_EQ(reply.status, 202);
   EXPECT_EQ(reply.json()["accepted"], 3);
   EXPECT_EQ(client->get("/__test/telemetry").json(),
@@ -164,7 +164,7 @@ TEST_F(Api, NobodyAnswersWithoutSamplePeople) {
 TEST_F(Api, EventsBelongToTheirMonth) {
   start();
   client->signIn();
-  const Reply added = client->sendJson(
+  const HttpReply added = client->sendJson(
       "POST", "/api/events", {{"date", "2026-03-09"}, {"time", "08:30"}, {"title", "Tea"}});
   EXPECT_EQ(added.status, 201);
   EXPECT_EQ(client->get("/api/events?month=2026-03").json()["events"][0]["title"], "Tea");
@@ -179,7 +179,8 @@ TEST_F(Api, EventsWithoutARealDateAreRefused) {
   start();
   client->signIn();
   for (const char* date : {"2026-02-30", "2026-3-9", "", "tomorrow"}) {
-    const Reply reply = client->sendJson("POST", "/api/events", {{"date", date}, {"title", "Tea"}});
+    const HttpReply reply =
+        client->sendJson("POST", "/api/events", {{"date", date}, {"title", "Tea"}});
     EXPECT_EQ(reply.status, 422) << date;
   }
 }

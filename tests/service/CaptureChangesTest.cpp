@@ -58,7 +58,7 @@ class CaptureChangesRoute : public ServiceTest {
 
   Json version() { return client->get("/api/captures").json()["version"]; }
 
-  Reply changesAfter(const Json& version) {
+  HttpReply changesAfter(const Json& version) {
     return client->get("/api/captures/changes?after=" + version.dump());
   }
 };
@@ -79,16 +79,16 @@ TEST_F(CaptureChangesRoute, EveryKindOfChangeMakesANewVersion) {
 
 TEST_F(CaptureChangesRoute, AnswersWhenAnotherClientStoresANote) {
   const Json known = version();
-  const RawConnection waiting(client->port());
+  const TcpConnection waiting = TcpConnection::connect(client->port());
   waiting.send(client->requestBytes("GET", "/api/captures/changes?after=" + known.dump()));
   client->get("/__test/requests?path=/api/captures/changes&count=1&timeout=5000");
   EXPECT_FALSE(waiting.readable(100));
   client->sendJson("POST", "/api/captures", {{"raw", "x"}});
-  EXPECT_GT(HttpClient::parse(waiting.receiveAll()).json()["version"], known);
+  EXPECT_GT(HttpReply::parse(waiting.receiveAll()).json()["version"], known);
 }
 
 TEST_F(CaptureChangesRoute, DoesNotKeepTheServiceFromStopping) {
-  const RawConnection waiting(client->port());
+  const TcpConnection waiting = TcpConnection::connect(client->port());
   waiting.send(client->requestBytes("GET", "/api/captures/changes?after=" + version().dump()));
   client->get("/__test/requests?path=/api/captures/changes&count=1&timeout=5000");
   const auto begin = std::chrono::steady_clock::now();
@@ -108,7 +108,7 @@ TEST_F(CaptureChangesRoute, RefusesAVersionThatIsNone) {
 TEST(CaptureChangesOfAJob, EndOfTheJobIsAChange) {
   Service service(plainOptions({"--job-delay", "200"}));
   ASSERT_FALSE(service.start());
-  HttpClient client(service.port());
+  SessionClient client(service.port());
   client.signIn();
   client.sendJson("POST", "/api/captures", {{"raw", "x"}});
   Json list = client.get("/api/captures").json();

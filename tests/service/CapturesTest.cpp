@@ -15,8 +15,8 @@ class Captures : public ServiceTest {
     client->signIn();
   }
 
-  Reply post(const Json& body, const std::string& key = "") {
-    HttpClient::Headers headers;
+  HttpReply post(const Json& body, const std::string& key = "") {
+    HttpHeaders headers;
     if (!key.empty()) headers.emplace_back("Idempotency-Key", key);
     return client->sendJson("POST", "/api/captures", body, headers);
   }
@@ -25,7 +25,8 @@ class Captures : public ServiceTest {
 };
 
 TEST_F(Captures, NoteIsAcceptedWithAJobOnThisService) {
-  const Reply reply = post({{"raw", "  Buy tea \n"}, {"provider", "openai"}, {"model", "fast"}});
+  const HttpReply reply =
+      post({{"raw", "  Buy tea \n"}, {"provider", "openai"}, {"model", "fast"}});
   EXPECT_EQ(reply.status, 202);
   const Json accepted = reply.json();
   EXPECT_THAT(accepted["captureId"].get<std::string>(),
@@ -70,7 +71,7 @@ TEST_F(Captures, NotificationsAreNewestFirstAndCanBeRead) {
 
 TEST_F(Captures, SameKeyAndTextGiveTheSameCaptureAndJob) {
   const Json first = post({{"raw", "x"}}, "mac-1").json();
-  const Reply again = post({{"raw", "x"}}, "mac-1");
+  const HttpReply again = post({{"raw", "x"}}, "mac-1");
   EXPECT_EQ(again.status, 202);
   EXPECT_EQ(again.json(), first);
   EXPECT_EQ(notes().size(), 1U);
@@ -78,7 +79,7 @@ TEST_F(Captures, SameKeyAndTextGiveTheSameCaptureAndJob) {
 
 TEST_F(Captures, SameKeyWithAnotherTextIsAConflict) {
   post({{"raw", "x"}}, "mac-1");
-  const Reply reply = post({{"raw", "y"}}, "mac-1");
+  const HttpReply reply = post({{"raw", "y"}}, "mac-1");
   EXPECT_EQ(reply.status, 409);
   EXPECT_TRUE(reply.json()["error"]["message"].is_string());
   EXPECT_EQ(notes().size(), 1U);
@@ -112,7 +113,7 @@ TEST_F(Captures, RacingDuplicatesStoreOneNote) {
   std::vector<std::thread> threads;
   for (std::size_t index = 0; index < racers; ++index) {
     threads.emplace_back([this, &replies, index] {
-      HttpClient racer(client->port());
+      SessionClient racer(client->port());
       racer.cookie = client->cookie;
       replies[index] = racer
                            .sendJson("POST", "/api/captures", {{"raw", "race"}},
@@ -168,14 +169,14 @@ TEST_F(Captures, DeletedNoteIsGoneAndItsNotificationResolved) {
 
 TEST_F(Captures, AttachmentIsDownloadedUnderItsName) {
   const std::string id = post({{"raw", "x"}}).json()["captureId"];
-  const HttpClient::Headers bytes{{"Content-Type", "application/octet-stream"}};
+  const HttpHeaders bytes{{"Content-Type", "application/octet-stream"}};
   const std::string content("a\0\xFF<b>", 6);
-  const Reply added = client->request(
+  const HttpReply added = client->request(
       "POST", "/api/captures/" + id + "/attachments?name=..%2Fplan%20%C3%BC.html", content, bytes);
   ASSERT_EQ(added.status, 201);
   EXPECT_EQ(added.json()["attachment"]["name"], "plan ü.html");
   const std::string file = added.json()["attachment"]["id"];
-  const Reply reply = client->get("/api/attachments/" + file);
+  const HttpReply reply = client->get("/api/attachments/" + file);
   EXPECT_EQ(reply.body, content);
   EXPECT_EQ(reply.header("Content-Type"), "application/octet-stream");
   EXPECT_EQ(reply.header("Content-Disposition"), "attachment; filename*=UTF-8''plan%20%C3%BC.html");
@@ -184,10 +185,10 @@ TEST_F(Captures, AttachmentIsDownloadedUnderItsName) {
 
 TEST_F(Captures, ExportsAreDownloads) {
   post({{"raw", "to keep"}});
-  const Reply json = client->get("/api/export");
+  const HttpReply json = client->get("/api/export");
   EXPECT_EQ(json.header("Content-Disposition"), "attachment; filename=\"navora-notes.json\"");
   EXPECT_EQ(json.json()["notes"][0]["raw"], "to keep");
-  const Reply zip = client->get("/api/export/navora-notes.zip");
+  const HttpReply zip = client->get("/api/export/navora-notes.zip");
   EXPECT_EQ(zip.header("Content-Type"), "application/zip");
   EXPECT_EQ(zip.header("Content-Disposition"), "");
   EXPECT_THAT(zip.body, testing::StartsWith("PK"));
@@ -197,13 +198,13 @@ TEST_F(Captures, ExportsAreDownloads) {
 TEST(CapturesOfTwoUsers, AreInvisibleToEachOther) {
   Service service(plainOptions({"--account", "ann:1", "--account", "bo:2"}));
   ASSERT_FALSE(service.start());
-  HttpClient ann(service.port());
-  HttpClient bo(service.port());
+  SessionClient ann(service.port());
+  SessionClient bo(service.port());
   ann.signIn("ann", "1");
   bo.signIn("bo", "2");
-  const HttpClient::Headers key{{"Idempotency-Key", "same"}};
+  const HttpHeaders key{{"Idempotency-Key", "same"}};
   const Json first = ann.sendJson("POST", "/api/captures", {{"raw", "mine"}}, key).json();
-  const Reply second = bo.sendJson("POST", "/api/captures", {{"raw", "other"}}, key);
+  const HttpReply second = bo.sendJson("POST", "/api/captures", {{"raw", "other"}}, key);
   EXPECT_EQ(second.status, 202);
   EXPECT_EQ(bo.get("/api/captures").json()["captures"].size(), 1U);
   EXPECT_EQ(bo.get(first["statusUrl"].get<std::string>()).status, 404);

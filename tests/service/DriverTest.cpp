@@ -18,7 +18,7 @@ class Page {
   std::string nextTarget() const {
     return base_ + "/next?generation=" + std::to_string(generation_);
   }
-  Reply next() { return client_.get(nextTarget()); }
+  HttpReply next() { return client_.get(nextTarget()); }
   void answer(Json result) { client_.sendJson("POST", base_ + "/result", result); }
   void leave() { client_.sendJson("POST", base_ + "/leave", {{"generation", generation_}}); }
 
@@ -32,7 +32,7 @@ class Driver : public ServiceTest {
  protected:
   void SetUp() override { start({"--test"}); }
 
-  std::future<Reply> evaluate(const std::string& script, int timeout = 10000) {
+  std::future<HttpReply> evaluate(const std::string& script, int timeout = 10000) {
     return std::async(std::launch::async, [this, script, timeout] {
       return HttpClient(client->port())
           .sendJson("POST", "/__test/driver/main/evaluate",
@@ -47,7 +47,7 @@ TEST_F(Driver, ScriptGoesToThePageAndItsValueComesBack) {
   const Json script = page.next().json();
   EXPECT_EQ(script["script"], "return 6 * 7");
   page.answer({{"id", script["id"]}, {"ok", true}, {"value", 42}});
-  const Reply reply = result.get();
+  const HttpReply reply = result.get();
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(reply.json(), Json({{"ok", true}, {"value", 42}}));
 }
@@ -94,7 +94,7 @@ TEST_F(Driver, NewestPageTakesOverAndTheOlderOneIsReleased) {
 TEST_F(Driver, ScriptIsKeptForTheNextPageWhenTheListeningOneIsCut) {
   Page old(client->port(), "main");
   {
-    const RawConnection connection(client->port());
+    const TcpConnection connection = TcpConnection::connect(client->port());
     connection.send(client->requestBytes("GET", old.nextTarget()));
     EXPECT_FALSE(connection.readable(100));
   }
@@ -111,7 +111,7 @@ TEST_F(Driver, PageThatLeavesWithAScriptInHandIsReported) {
   auto result = evaluate("location.reload()");
   EXPECT_EQ(page.next().status, 200);
   page.leave();
-  const Reply reply = result.get();
+  const HttpReply reply = result.get();
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(reply.json(), Json({{"ok", false}, {"error", "the page went away"}}));
 }
@@ -129,11 +129,11 @@ TEST_F(Driver, NamesAreChannelsOfTheirOwn) {
 }
 
 TEST_F(Driver, PagesOfOtherOriginsMayUseIt) {
-  const Reply script = client->get("/__test/driver.js?name=main");
+  const HttpReply script = client->get("/__test/driver.js?name=main");
   EXPECT_EQ(script.status, 200);
   EXPECT_EQ(script.header("Access-Control-Allow-Origin"), "*");
   EXPECT_THAT(script.header("Content-Type"), HasSubstr("text/javascript"));
-  const Reply preflight = client->request(
+  const HttpReply preflight = client->request(
       "OPTIONS", "/__test/driver/main/result", "",
       {{"Origin", "http://localhost:1"}, {"Access-Control-Request-Headers", "content-type"}});
   EXPECT_EQ(preflight.status, 204);

@@ -21,7 +21,7 @@ class Faults : public ServiceTest {
     EXPECT_EQ(client->sendJson("POST", "/__test/faults", rule).status, 204) << rule;
   }
 
-  Reply me() { return client->get("/api/auth/me"); }
+  HttpReply me() { return client->get("/api/auth/me"); }
 };
 
 TEST_F(Faults, AnswerReplacesTheProperOne) {
@@ -29,7 +29,7 @@ TEST_F(Faults, AnswerReplacesTheProperOne) {
        {"headers", Json::array({{"Retry-After", "7"}, {"X-More", "a"}})},
        {"body", "later"},
        {"contentType", "text/plain"}});
-  const Reply reply = me();
+  const HttpReply reply = me();
   EXPECT_EQ(reply.status, 503);
   EXPECT_EQ(reply.header("Retry-After"), "7");
   EXPECT_EQ(reply.header("Content-Type"), "text/plain");
@@ -75,7 +75,7 @@ TEST_F(Faults, DelayComesBeforeTheProperAnswer) {
 
 TEST_F(Faults, HangingRequestIsAcceptedAndNeverAnsweredUntilTheClearing) {
   add({{"hang", true}});
-  const RawConnection connection(client->port());
+  const TcpConnection connection = TcpConnection::connect(client->port());
   connection.send(client->requestBytes("GET", "/api/auth/me"));
   client->get("/__test/requests?path=/api/auth/me&count=1&timeout=5000");
   EXPECT_FALSE(connection.readable(200));
@@ -85,7 +85,7 @@ TEST_F(Faults, HangingRequestIsAcceptedAndNeverAnsweredUntilTheClearing) {
 
 TEST_F(Faults, HangingRequestDoesNotKeepTheServiceFromStopping) {
   add({{"hang", true}});
-  const RawConnection connection(client->port());
+  const TcpConnection connection = TcpConnection::connect(client->port());
   connection.send(client->requestBytes("GET", "/api/auth/me"));
   client->get("/__test/requests?path=/api/auth/me&count=1&timeout=5000");
   service->stop();
@@ -101,7 +101,7 @@ TEST_F(Faults, DropBeforeSendsNotOneByteAndProcessesNothing) {
 TEST_F(Faults, DropDuringPromisesTheWholeLengthAndSendsLess) {
   const std::string whole = me().body;
   add({{"drop", "during"}, {"bytes", 5}});
-  const Reply reply = me();
+  const HttpReply reply = me();
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(reply.header("Content-Length"), std::to_string(whole.size()));
   EXPECT_EQ(reply.body, whole.substr(0, 5));
@@ -116,7 +116,7 @@ TEST_F(Faults, DropAfterStoresTheNoteAndSendsNothing) {
 TEST_F(Faults, OversizeHasExactlyTheSizeAndIsJson) {
   for (const std::size_t size : {14U, 15U, 1048577U}) {
     add({{"oversize", size}});
-    const Reply reply = me();
+    const HttpReply reply = me();
     EXPECT_EQ(reply.header("Content-Length"), std::to_string(size));
     EXPECT_EQ(reply.body.size(), size);
     EXPECT_TRUE(reply.json().is_object());
@@ -129,7 +129,7 @@ TEST_F(Faults, AnswerCanComeAfterTheRequestWasProcessed) {
                                     {{"oversize", 100}, {"process", true}}});
   for (std::size_t index = 0; index < actions.size(); ++index) {
     add(actions[index], "/api/captures", {{"method", "POST"}});
-    const Reply reply = client->sendJson("POST", "/api/captures", {{"raw", "x"}});
+    const HttpReply reply = client->sendJson("POST", "/api/captures", {{"raw", "x"}});
     EXPECT_NE(reply.status, 202);
     EXPECT_NE(reply.status, 0);
     EXPECT_EQ(client->get("/api/captures").json()["captures"].size(), index + 1);
@@ -140,14 +140,14 @@ TEST_F(Faults, RedirectPointsAnywhere) {
   add({{"redirect", "http://127.0.0.1:9/x"}});
   EXPECT_EQ(me().status, 302);
   add({{"redirect", "/login"}, {"status", 307}});
-  const Reply reply = me();
+  const HttpReply reply = me();
   EXPECT_EQ(reply.status, 307);
   EXPECT_EQ(reply.header("Location"), "/login");
 }
 
 TEST_F(Faults, GarbageIsNoHttp) {
   add({{"garbage", true}});
-  const Reply reply = me();
+  const HttpReply reply = me();
   EXPECT_EQ(reply.status, 0);
   EXPECT_FALSE(reply.bytes.empty());
   EXPECT_THAT(reply.bytes, testing::Not(HasSubstr("HTTP/")));
@@ -155,7 +155,7 @@ TEST_F(Faults, GarbageIsNoHttp) {
 
 TEST_F(Faults, SlowAnswerComesInPieces) {
   add({{"slow", {{"bytes", 100}, {"interval", 40}}}});
-  const RawConnection connection(client->port());
+  const TcpConnection connection = TcpConnection::connect(client->port());
   const auto begin = std::chrono::steady_clock::now();
   connection.send(client->requestBytes("GET", "/api/auth/me"));
   EXPECT_EQ(connection.receiveSome().size(), 100U);

@@ -11,7 +11,7 @@ class Pages : public ServiceTest {};
 TEST_F(Pages, RootCarriesWhatTheApplicationLooksFor) {
   start();
   client->signIn();
-  const Reply reply = client->get("/");
+  const HttpReply reply = client->get("/");
   EXPECT_EQ(reply.status, 200);
   for (const char* part : {"id=\"capture-input\"", "id=\"ai-provider\"", "id=\"ai-model\"",
                            "id=\"capture-submit\"", "data-theme=\"system\""}) {
@@ -103,7 +103,7 @@ TEST_F(Pages, DriverIsPutIntoPagesOnlyWhenAskedFor) {
   start({"--test"});
   EXPECT_THAT(client->get("/login").body, Not(HasSubstr("/__test/")));
   start({"--test", "--test-driver"});
-  const Reply page = client->get("/login");
+  const HttpReply page = client->get("/login");
   EXPECT_THAT(page.body, HasSubstr("<script src=\"/__test/driver.js?name=main\"></script>"));
   EXPECT_THAT(page.header("Content-Security-Policy"), HasSubstr("'unsafe-eval'"));
 }

@@ -1,11 +1,8 @@
 #include "ServiceHarness.h"
 
 #include <chrono>
-#include <fstream>
 #include <thread>
 #include <variant>
-
-#include <stdlib.h>
 
 namespace navora::service::tests {
 
@@ -19,26 +16,18 @@ ServiceOptions plainOptions(std::vector<std::string> more) {
   return std::get<ServiceOptions>(parsed);
 }
 
-TemporaryDirectory::TemporaryDirectory() {
-  std::string pattern = std::filesystem::temp_directory_path() / "navora-service-XXXXXX";
-  EXPECT_NE(::mkdtemp(pattern.data()), nullptr);
-  path_ = pattern;
-}
-
-TemporaryDirectory::~TemporaryDirectory() {
-  std::error_code error;
-  std::filesystem::remove_all(path_, error);
-}
-
-void TemporaryDirectory::write(const std::string& name, const std::string& content) const {
-  std::ofstream(path_ / name, std::ios::binary) << content;
+void SessionClient::signIn(const std::string& name, const std::string& password) {
+  const HttpReply reply = request("POST", "/login", "name=" + name + "&password=" + password,
+                                  {{"Content-Type", "application/x-www-form-urlencoded"}});
+  EXPECT_EQ(reply.status, 303);
+  EXPECT_FALSE(cookie.empty());
 }
 
 void ServiceTest::start(std::vector<std::string> arguments) {
   service = std::make_unique<Service>(plainOptions(std::move(arguments)));
   const auto problem = service->start();
   ASSERT_FALSE(problem) << *problem;
-  client = std::make_unique<HttpClient>(service->port());
+  client = std::make_unique<SessionClient>(service->port());
 }
 
 Json ServiceTest::finishedJob(const std::string& statusUrl) {

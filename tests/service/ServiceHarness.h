@@ -1,6 +1,5 @@
 #pragma once
 
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,27 +7,24 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "HttpClient.h"
 #include "service/Service.h"
+#include "service/support/Json.h"
+#include "tests/support/Files.h"
+#include "tests/support/HttpClient.h"
+#include "tests/support/Tcp.h"
 
 namespace navora::service::tests {
 
 /// The options of a service without sample data, whose jobs take no time.
 ServiceOptions plainOptions(std::vector<std::string> more = {});
 
-/// A directory that is removed with its owner.
-class TemporaryDirectory {
+// A client that can sign in as a user of the service.
+class SessionClient : public HttpClient {
  public:
-  TemporaryDirectory();
-  ~TemporaryDirectory();
-  TemporaryDirectory(const TemporaryDirectory&) = delete;
-  TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+  using HttpClient::HttpClient;
 
-  const std::filesystem::path& path() const { return path_; }
-  void write(const std::string& name, const std::string& content) const;
-
- private:
-  std::filesystem::path path_;
+  // Signs in through the login form; fails the test if the service refuses.
+  void signIn(const std::string& name = "demo", const std::string& password = "demo");
 };
 
 /// Starts the service anew for each test, and gives it a client.
@@ -41,7 +37,7 @@ class ServiceTest : public testing::Test {
   Json finishedJob(const std::string& statusUrl);
 
   std::unique_ptr<Service> service;
-  std::unique_ptr<HttpClient> client;
+  std::unique_ptr<SessionClient> client;
 };
 
 }  // namespace navora::service::tests

@@ -24,7 +24,7 @@ TEST_F(Settings, NewUserHasTheDefaults) {
 }
 
 TEST_F(Settings, ChangesAreStoredAndTheRestStays) {
-  const Reply reply =
+  const HttpReply reply =
       client->sendJson("PUT", "/api/settings", {{"theme", "dark"}, {"quietHours", "22:00-07:00"}});
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(stored()["theme"], "dark");
@@ -33,7 +33,7 @@ TEST_F(Settings, ChangesAreStoredAndTheRestStays) {
 }
 
 TEST_F(Settings, OneWrongValueKeepsTheWholeChangeOut) {
-  const Reply reply =
+  const HttpReply reply =
       client->sendJson("PUT", "/api/settings", {{"theme", "dark"}, {"locale", "pt-PT"}});
   EXPECT_EQ(reply.status, 422);
   EXPECT_EQ(reply.json()["error"]["field"], "locale");

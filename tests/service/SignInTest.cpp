@@ -6,20 +6,20 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-const HttpClient::Headers form{{"Content-Type", "application/x-www-form-urlencoded"}};
+const HttpHeaders form{{"Content-Type", "application/x-www-form-urlencoded"}};
 
 class SignIn : public ServiceTest {};
 
 TEST_F(SignIn, RootSendsASignedOutVisitorToTheLoginPage) {
   start();
-  const Reply reply = client->get("/");
+  const HttpReply reply = client->get("/");
   EXPECT_EQ(reply.status, 302);
   EXPECT_EQ(reply.header("Location"), "/login");
 }
 
 TEST_F(SignIn, RightPasswordOpensASessionWithAPersistentHttpOnlyCookie) {
   start();
-  const Reply reply = client->request("POST", "/login", "name=demo&password=demo", form);
+  const HttpReply reply = client->request("POST", "/login", "name=demo&password=demo", form);
   EXPECT_EQ(reply.status, 303);
   EXPECT_EQ(reply.header("Location"), "/");
   EXPECT_THAT(reply.header("Set-Cookie"),
@@ -38,7 +38,7 @@ TEST_F(SignIn, EverySignInGetsATokenOfItsOwn) {
 
 TEST_F(SignIn, WrongPasswordShowsTheLoginPageAgainWithoutACookie) {
   start();
-  const Reply reply = client->request("POST", "/login", "name=demo&password=wrong", form);
+  const HttpReply reply = client->request("POST", "/login", "name=demo&password=wrong", form);
   EXPECT_EQ(reply.status, 401);
   EXPECT_EQ(reply.header("Set-Cookie"), "");
   EXPECT_THAT(reply.body, HasSubstr("The name or the password is not right."));
@@ -47,7 +47,7 @@ TEST_F(SignIn, WrongPasswordShowsTheLoginPageAgainWithoutACookie) {
 
 TEST_F(SignIn, NameIsShownEscapedAfterAFailure) {
   start();
-  const Reply reply =
+  const HttpReply reply =
       client->request("POST", "/login", "name=%22%3E%3Cscript%3Ex&password=y", form);
   EXPECT_THAT(reply.body, HasSubstr("value=\"&quot;&gt;&lt;script&gt;x\""));
   EXPECT_THAT(reply.body, testing::Not(HasSubstr("<script>x")));
@@ -63,7 +63,7 @@ TEST_F(SignIn, SignOutEndsTheSessionOnTheServerToo) {
   start();
   client->signIn();
   const std::string cookie = client->cookie;
-  const Reply reply = client->request("POST", "/logout");
+  const HttpReply reply = client->request("POST", "/logout");
   EXPECT_EQ(reply.status, 303);
   EXPECT_EQ(reply.header("Location"), "/login");
   EXPECT_EQ(reply.header("Set-Cookie"),
@@ -74,7 +74,7 @@ TEST_F(SignIn, SignOutEndsTheSessionOnTheServerToo) {
 
 TEST_F(SignIn, AnotherSiteCannotSignIn) {
   start();
-  HttpClient::Headers headers = form;
+  HttpHeaders headers = form;
   headers.emplace_back("Origin", "http://127.0.0.1:1");
   EXPECT_EQ(client->request("POST", "/login", "name=demo&password=demo", headers).status, 403);
 }

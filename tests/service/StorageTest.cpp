@@ -13,7 +13,7 @@ TEST(Storage, NotesSettingsAndSessionsSurviveARestart) {
   {
     Service service(plainOptions(arguments));
     ASSERT_FALSE(service.start());
-    HttpClient client(service.port());
+    SessionClient client(service.port());
     client.signIn();
     cookie = client.cookie;
     client.sendJson("POST", "/api/captures", {{"raw", "kept"}}, {{"Idempotency-Key", "k"}});
@@ -21,11 +21,11 @@ TEST(Storage, NotesSettingsAndSessionsSurviveARestart) {
   }
   Service service(plainOptions(arguments));
   ASSERT_FALSE(service.start());
-  HttpClient client(service.port());
+  SessionClient client(service.port());
   client.cookie = cookie;
   EXPECT_EQ(client.get("/api/captures").json()["captures"][0]["raw"], "kept");
   EXPECT_EQ(client.get("/api/settings").json()["settings"]["theme"], "dark");
-  const Reply other =
+  const HttpReply other =
       client.sendJson("POST", "/api/captures", {{"raw", "else"}}, {{"Idempotency-Key", "k"}});
   EXPECT_EQ(other.status, 409);
 }

@@ -52,11 +52,11 @@ TEST_F(TestControls, BytesThatAreNoTextAreRecordedAsBase64) {
 TEST_F(TestControls, ChunkedBodyIsReadAndPassedOn) {
   start({"--test"});
   client->signIn();
-  const RawConnection connection(client->port());
+  const TcpConnection connection = TcpConnection::connect(client->port());
   connection.send("POST /api/captures HTTP/1.1\r\nHost: x\r\nCookie: " + client->cookie +
                   "\r\nContent-Type: application/json\r\nTransfer-Encoding: chunked\r\n\r\n"
                   "8\r\n{\"raw\":\"\r\n3;a=b\r\nab\"\r\n1\r\n}\r\n0\r\n\r\n");
-  EXPECT_EQ(HttpClient::parse(connection.receiveAll()).status, 202);
+  EXPECT_EQ(HttpReply::parse(connection.receiveAll()).status, 202);
   const Json log = client->get("/__test/requests?path=/api/captures").json();
   EXPECT_EQ(log[0]["body"], "{\"raw\":\"ab\"}");
 }
@@ -111,7 +111,7 @@ TEST_F(TestControls, SessionsCanBecomeAnotherAccounts) {
 TEST_F(TestControls, CookiesAreSetAsTheyAreWritten) {
   start({"--test"});
   const Json cookies = Json::array({"tolvin_session=a; Path=/api", "b=c; Secure; Max-Age=0"});
-  const Reply reply = client->sendJson("POST", "/__test/cookies", cookies);
+  const HttpReply reply = client->sendJson("POST", "/__test/cookies", cookies);
   EXPECT_EQ(reply.status, 204);
   std::vector<std::string> set;
   for (const auto& [name, value] : reply.headers) {
@@ -160,10 +160,10 @@ TEST_F(TestControls, NotificationsCanBeRaised) {
 
 TEST_F(TestControls, PagesOfTheTestAreServedWithTheirPlaceholdersFilled) {
   const TemporaryDirectory pages;
-  pages.write("a.html", "<p>{{word}} {{other}} {{ word }}</p>");
-  pages.write("a.txt", "{{word}}");
+  writeFile(pages.path() / "a.html", "<p>{{word}} {{other}} {{ word }}</p>");
+  writeFile(pages.path() / "a.txt", "{{word}}");
   start({"--test", "--test-pages", pages.path().string()});
-  const Reply html = client->get("/__test/pages/a.html?word=%3Cb%3E&unused=1");
+  const HttpReply html = client->get("/__test/pages/a.html?word=%3Cb%3E&unused=1");
   EXPECT_EQ(html.body, "<p><b> {{other}} {{ word }}</p>");
   EXPECT_EQ(html.header("Content-Type"), "text/html; charset=utf-8");
   EXPECT_EQ(client->get("/__test/pages/a.txt?word=x").body, "{{word}}");
@@ -174,12 +174,12 @@ TEST_F(TestControls, PagesOfTheTestAreServedWithTheirPlaceholdersFilled) {
 
 TEST_F(TestControls, MalformedRequestIsAnswered400AndALargeHead413) {
   start({"--test"});
-  const RawConnection malformed(client->port());
+  const TcpConnection malformed = TcpConnection::connect(client->port());
   malformed.send("nonsense\r\n\r\n");
-  EXPECT_EQ(HttpClient::parse(malformed.receiveAll()).status, 400);
-  const RawConnection large(client->port());
+  EXPECT_EQ(HttpReply::parse(malformed.receiveAll()).status, 400);
+  const TcpConnection large = TcpConnection::connect(client->port());
   large.send("GET / HTTP/1.1\r\nX: " + std::string(70000, 'x'));
-  EXPECT_EQ(HttpClient::parse(large.receiveAll()).status, 413);
+  EXPECT_EQ(HttpReply::parse(large.receiveAll()).status, 413);
 }
 
 }  // namespace

@@ -28,8 +28,8 @@ std::size_t peakMemory() {
 class Updates : public ServiceTest {
  protected:
   void SetUp() override {
-    updates.write("appcast.xml", feed);
-    updates.write("Navora-2.tar.xz", archive);
+    writeFile(updates.path() / "appcast.xml", feed);
+    writeFile(updates.path() / "Navora-2.tar.xz", archive);
   }
 
   void serve(std::vector<std::string> more = {}) {
@@ -44,7 +44,7 @@ class Updates : public ServiceTest {
 
   /// A file of this size that takes no room on the disk.
   void writeLarge(const std::string& name, std::uintmax_t size) const {
-    updates.write(name, "");
+    writeFile(updates.path() / name, "");
     std::filesystem::resize_file(updates.path() / name, size);
   }
 
@@ -55,7 +55,7 @@ class Updates : public ServiceTest {
 
 TEST_F(Updates, FeedIsServedAsItIsWithoutASession) {
   serve();
-  const Reply reply = client->get(feedPath, {{"Accept-Encoding", "gzip, br"}});
+  const HttpReply reply = client->get(feedPath, {{"Accept-Encoding", "gzip, br"}});
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(reply.header("Content-Type"), "application/xml");
   EXPECT_EQ(reply.header("Cache-Control"), "no-store");
@@ -67,7 +67,7 @@ TEST_F(Updates, FeedIsServedAsItIsWithoutASession) {
 TEST_F(Updates, ArchiveIsServedAsItIsInEitherMode) {
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
     serve(mode);
-    const Reply reply = client->get(archivePath, {{"Accept-Encoding", "gzip, br"}});
+    const HttpReply reply = client->get(archivePath, {{"Accept-Encoding", "gzip, br"}});
     EXPECT_EQ(reply.status, 200);
     EXPECT_EQ(reply.header("Content-Type"), "application/octet-stream");
     EXPECT_EQ(reply.header("Content-Encoding"), "");
@@ -80,7 +80,7 @@ TEST_F(Updates, HeadTellsTheLengthAndSendsNoBody) {
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
     serve(mode);
     for (const auto& [path, size] : {std::pair(feedPath, feed.size()), {archivePath, 200008U}}) {
-      const Reply reply = client->request("HEAD", path);
+      const HttpReply reply = client->request("HEAD", path);
       EXPECT_EQ(reply.status, 200) << path;
       EXPECT_EQ(reply.header("Content-Length"), std::to_string(size)) << path;
       EXPECT_EQ(reply.body, "") << path;
@@ -90,22 +90,22 @@ TEST_F(Updates, HeadTellsTheLengthAndSendsNoBody) {
 
 TEST_F(Updates, FilesAreReadAfreshForEachRequest) {
   serve();
-  updates.write("appcast.xml", "<rss/>");
+  writeFile(updates.path() / "appcast.xml", "<rss/>");
   EXPECT_EQ(client->get(feedPath).body, "<rss/>");
-  updates.write("new one.zip", "x");
+  writeFile(updates.path() / "new one.zip", "x");
   EXPECT_EQ(client->get("/updates/new%20one.zip").body, "x");
-  updates.write("empty", "");
-  const Reply empty = client->get("/updates/empty");
+  writeFile(updates.path() / "empty", "");
+  const HttpReply empty = client->get("/updates/empty");
   EXPECT_EQ(empty.status, 200);
   EXPECT_EQ(empty.header("Content-Length"), "0");
 }
 
 TEST_F(Updates, NothingButTheFilesOfTheDirectoryIsServed) {
-  updates.write(".hidden", "secret");
+  writeFile(updates.path() / ".hidden", "secret");
   std::filesystem::create_directory(updates.path() / "deep");
-  updates.write("deep/file", "secret");
+  writeFile(updates.path() / "deep/file", "secret");
   TemporaryDirectory elsewhere;
-  elsewhere.write("secret", "secret");
+  writeFile(elsewhere.path() / "secret", "secret");
   std::filesystem::create_symlink(elsewhere.path() / "secret", updates.path() / "link");
   const std::string neighbour = elsewhere.path().filename();
   serve();
@@ -117,7 +117,7 @@ TEST_F(Updates, NothingButTheFilesOfTheDirectoryIsServed) {
         "/updates/../" + neighbour + "/secret", "/updates/%2e%2e%2f" + neighbour + "%2fsecret",
         std::string("/updates/..%5Csecret"), std::string("/updates//appcast.xml"),
         std::string("/updates/appcast.xml%00.zip")}) {
-    const Reply reply = client->get(path);
+    const HttpReply reply = client->get(path);
     EXPECT_EQ(reply.status, 404) << path;
     EXPECT_THAT(reply.body, Not(HasSubstr("secret"))) << path;
   }
@@ -132,7 +132,7 @@ TEST_F(Updates, DirectoryWithoutAFeedHasNone) {
 
 TEST_F(Updates, WithoutADirectoryThereIsAFeedWithoutItems) {
   start();
-  const Reply reply = client->get(feedPath);
+  const HttpReply reply = client->get(feedPath);
   EXPECT_EQ(reply.status, 200);
   EXPECT_EQ(reply.header("Content-Type"), "application/xml");
   EXPECT_EQ(reply.header("Cache-Control"), "no-store");
@@ -157,7 +157,7 @@ TEST_F(Updates, LargeArchiveIsNeverInMemoryAsAWhole) {
     client->get(feedPath);
     std::ofstream("/proc/self/clear_refs") << "5";  // The peak begins anew.
     const std::size_t before = peakMemory();
-    const RawConnection connection(client->port());
+    const TcpConnection connection = TcpConnection::connect(client->port());
     connection.send(client->requestBytes("GET", "/updates/large"));
     const std::string head = connection.receiveSome();
     const std::size_t received = head.size() + connection.discardAll();
@@ -170,12 +170,12 @@ TEST_F(Updates, LargeArchiveIsNeverInMemoryAsAWhole) {
 TEST_F(Updates, ArchiveThatIsReplacedMeanwhileIsSentAsItWas) {
   writeLarge("large", 32 * 1024 * 1024);
   serve();
-  const RawConnection connection(client->port());
+  const TcpConnection connection = TcpConnection::connect(client->port());
   connection.send(client->requestBytes("GET", "/updates/large"));
   const std::string beginning = connection.receiveSome();
-  updates.write("next", "other");
+  writeFile(updates.path() / "next", "other");
   std::filesystem::rename(updates.path() / "next", updates.path() / "large");
-  const Reply reply = HttpClient::parse(beginning + connection.receiveAll());
+  const HttpReply reply = HttpReply::parse(beginning + connection.receiveAll());
   EXPECT_EQ(reply.body.size(), 32U * 1024 * 1024);
   EXPECT_EQ(client->get("/updates/large").body, "other");
 }
@@ -185,7 +185,7 @@ TEST_F(Updates, ClientThatGoesAwayDoesNotKeepTheServiceFromStopping) {
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
     serve(mode);
     {
-      const RawConnection gone(client->port());
+      const TcpConnection gone = TcpConnection::connect(client->port());
       gone.send(client->requestBytes("GET", "/updates/large"));
       gone.receiveSome();
     }
@@ -204,7 +204,7 @@ class UpdateFaults : public Updates, public testing::WithParamInterface<const ch
 
   std::string path() const { return GetParam(); }
   const std::string& content() const { return path() == feedPath ? feed : archive; }
-  Reply get() { return client->get(path()); }
+  HttpReply get() { return client->get(path()); }
 };
 
 TEST_P(UpdateFaults, DelayComesBeforeTheFile) {
@@ -217,7 +217,7 @@ TEST_P(UpdateFaults, DelayComesBeforeTheFile) {
 TEST_P(UpdateFaults, TruncationPromisesTheWholeLength) {
   for (const std::size_t bytes : {std::size_t{0}, std::size_t{7}, content().size() - 1}) {
     add({{"drop", "during"}, {"bytes", bytes}}, path());
-    const Reply reply = get();
+    const HttpReply reply = get();
     EXPECT_EQ(reply.status, 200);
     EXPECT_EQ(reply.header("Content-Length"), std::to_string(content().size()));
     EXPECT_TRUE(reply.body == content().substr(0, bytes)) << bytes;
@@ -244,7 +244,7 @@ TEST_P(UpdateFaults, FileComesInPieces) {
   const std::size_t piece = content().size() / 4 + 1;
   add({{"slow", {{"bytes", piece}, {"interval", 30}}}}, path());
   const auto begin = std::chrono::steady_clock::now();
-  const Reply reply = get();
+  const HttpReply reply = get();
   EXPECT_TRUE(reply.body == content());
   const auto pauses = static_cast<int>((reply.bytes.size() - 1) / piece);
   EXPECT_GE(pauses, 3);
@@ -253,14 +253,14 @@ TEST_P(UpdateFaults, FileComesInPieces) {
 
 TEST_P(UpdateFaults, RedirectLeadsToAnotherSite) {
   add({{"redirect", "https://elsewhere.example/file"}}, path());
-  const Reply reply = get();
+  const HttpReply reply = get();
   EXPECT_EQ(reply.status, 302);
   EXPECT_EQ(reply.header("Location"), "https://elsewhere.example/file");
 }
 
 TEST_P(UpdateFaults, HeadIsAFaultyRequestLikeOthers) {
   add({{"status", 500}, {"body", "no"}}, path());
-  const Reply reply = client->request("HEAD", path());
+  const HttpReply reply = client->request("HEAD", path());
   EXPECT_EQ(reply.status, 500);
   EXPECT_EQ(reply.body, "");
 }

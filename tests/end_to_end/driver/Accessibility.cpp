@@ -96,13 +96,13 @@ std::optional<AccessibleObject> Accessibility::find(const AccessibleQuery& query
 
 AccessibleObject Accessibility::waitFor(const AccessibleQuery& query, pid_t pid,
                                         std::chrono::milliseconds timeout) {
-  return driver::waitFor([&] { return find(query, pid); }, query.describe(), timeout,
+  return navora::waitFor([&] { return find(query, pid); }, query.describe(), timeout,
                          [&] { return describe(pid); });
 }
 
 AccessibleObject Accessibility::waitFor(const AccessibleQuery& query, const AccessibleObject& below,
                                         std::chrono::milliseconds timeout) {
-  return driver::waitFor([&] { return find(query, below); }, query.describe(), timeout,
+  return navora::waitFor([&] { return find(query, below); }, query.describe(), timeout,
                          [&] { return describe(); });
 }
 

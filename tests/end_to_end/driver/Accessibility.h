@@ -10,7 +10,7 @@
 #include <sys/types.h>
 
 #include "end_to_end/driver/AccessibleObject.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 

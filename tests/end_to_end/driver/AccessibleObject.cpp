@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -41,7 +41,7 @@ void AccessibleObject::command(const char* interface, const char* method,
   const Variant reply = bus_->call({owner_, path_, interface, method}, parameters);
   gboolean done = FALSE;
   g_variant_get(reply.get(), "(b)", &done);
-  if (!done) throw DriverError("The " + what + " refused " + method);
+  if (!done) throw TestError("The " + what + " refused " + method);
 }
 
 std::string AccessibleObject::role() const {

@@ -25,7 +25,7 @@ enum class AccessibleState : std::uint8_t {
 };
 
 // One native widget as assistive technology sees it. The widget can vanish at any moment: questions
-// then answer "nothing" (empty text, no children), and commands throw a DriverError.
+// then answer "nothing" (empty text, no children), and commands throw a TestError.
 class AccessibleObject {
  public:
   AccessibleObject(std::shared_ptr<BusConnection> bus, std::string owner, std::string path);

@@ -53,7 +53,7 @@ ApplicationProcess::Outcome ApplicationProcess::run(const std::vector<std::strin
 }
 
 ChildProcess& ApplicationProcess::process() {
-  if (!process_) throw DriverError("The application has not been started");
+  if (!process_) throw TestError("The application has not been started");
   return *process_;
 }
 
@@ -73,7 +73,7 @@ std::optional<WindowInfo> ApplicationProcess::mainWindow() {
 WindowInfo ApplicationProcess::waitForMainWindow(std::chrono::milliseconds timeout) {
   const auto find = [this] {
     auto window = mainWindow();
-    if (!window && !running()) throw DriverError("The application has ended\n" + errorText());
+    if (!window && !running()) throw TestError("The application has ended\n" + errorText());
     return window;
   };
   return waitFor(find, "the main window is on the screen", timeout,
@@ -95,7 +95,7 @@ std::vector<ProcessInfo> ApplicationProcess::webProcesses() {
 
 void ApplicationProcess::killWebProcesses() {
   const auto processes = webProcesses();
-  if (processes.empty()) throw DriverError("The application runs no page");
+  if (processes.empty()) throw TestError("The application runs no page");
   for (const ProcessInfo& process : processes)
     ::kill(process.pid, SIGKILL);
   for (const ProcessInfo& process : processes) {

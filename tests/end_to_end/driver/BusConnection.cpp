@@ -1,6 +1,6 @@
 #include "end_to_end/driver/BusConnection.h"
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -24,7 +24,7 @@ BusConnection::BusConnection(const std::string& address) {
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION);
   connection_ =
       g_dbus_connection_new_for_address_sync(address.c_str(), flags, nullptr, nullptr, &error);
-  if (!connection_) throw DriverError("Cannot connect to the bus: " + takeMessage(error));
+  if (!connection_) throw TestError("Cannot connect to the bus: " + takeMessage(error));
   g_dbus_connection_set_exit_on_close(connection_, FALSE);
 }
 
@@ -51,7 +51,7 @@ Variant BusConnection::call(const Call& call, GVariant* parameters,
                             std::chrono::milliseconds timeout) {
   std::string failure;
   Variant reply = send(call, parameters, timeout, &failure);
-  if (!reply) throw DriverError(failure);
+  if (!reply) throw TestError(failure);
   return reply;
 }
 
@@ -77,7 +77,7 @@ void BusConnection::ownName(const std::string& name) {
                              g_variant_new("(su)", name.c_str(), doNotQueue));
   guint32 result = 0;
   g_variant_get(reply.get(), "(u)", &result);
-  if (result != primaryOwner) throw DriverError("The bus name " + name + " is taken");
+  if (result != primaryOwner) throw TestError("The bus name " + name + " is taken");
 }
 
 void BusConnection::releaseName(const std::string& name) {
@@ -98,7 +98,7 @@ void BusConnection::emitSignal(const std::string& path, const std::string& inter
   if (!g_dbus_connection_emit_signal(connection_, nullptr, path.c_str(), interface.c_str(),
                                      signal.c_str(), parameters, &error) ||
       !g_dbus_connection_flush_sync(connection_, nullptr, &error)) {
-    throw DriverError("Cannot emit " + signal + ": " + takeMessage(error));
+    throw TestError("Cannot emit " + signal + ": " + takeMessage(error));
   }
 }
 

@@ -30,7 +30,7 @@ class BusConnection {
 
   GDBusConnection* get() const { return connection_; }
 
-  // `parameters` is a tuple, consumed when floating; null for none. `call` throws a DriverError for
+  // `parameters` is a tuple, consumed when floating; null for none. `call` throws a TestError for
   // an error reply and for none within `timeout`; `tryCall` answers null.
   Variant call(const Call& call, GVariant* parameters = nullptr,
                std::chrono::milliseconds timeout = std::chrono::seconds(10));

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 namespace {
@@ -17,7 +17,7 @@ constexpr GDBusInterfaceVTable handlers{onCall, nullptr, nullptr, {}};
 GDBusNodeInfo* parse(const std::string& introspection) {
   GDBusNodeInfo* node = g_dbus_node_info_new_for_xml(introspection.c_str(), nullptr);
   if (node == nullptr || node->interfaces[0] == nullptr)
-    throw DriverError("The description of a bus interface cannot be read");
+    throw TestError("The description of a bus interface cannot be read");
   return node;
 }
 

@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 
@@ -26,7 +26,7 @@ std::string resolveProgram(const std::string& name) {
     if (access(candidate.c_str(), X_OK) == 0) return candidate;
     start = end + 1;
   }
-  throw DriverError("There is no program named " + name);
+  throw TestError("There is no program named " + name);
 }
 
 int openOutput(const std::filesystem::path& path) {
@@ -91,7 +91,7 @@ ChildProcess::ChildProcess(Options options) : options_(std::move(options)) {
     environment.push_back(assignment.data());
   environment.push_back(nullptr);
 
-  if (access(program.c_str(), X_OK) != 0) throw DriverError("Cannot start " + program);
+  if (access(program.c_str(), X_OK) != 0) throw TestError("Cannot start " + program);
   const int output = openOutput(options_.standardOutput);
   const int error = openOutput(options_.standardError);
   outputStart_ = sizeOf(options_.standardOutput);
@@ -104,7 +104,7 @@ ChildProcess::ChildProcess(Options options) : options_(std::move(options)) {
   }
   close(output);
   close(error);
-  if (pid_ < 0) throw DriverError("Cannot fork for " + name() + ": " + std::strerror(errno));
+  if (pid_ < 0) throw TestError("Cannot fork for " + name() + ": " + std::strerror(errno));
   // Also done by the child; whoever comes second finds it done.
   setpgid(pid_, pid_);
 }
@@ -174,8 +174,8 @@ std::string ChildProcess::waitForLine(const std::string& prefix,
       start = end + 1;
     }
     if (ended) {
-      throw DriverError(name() + " ended before it printed a line starting with \"" + prefix +
-                        "\"\n" + text + errorText());
+      throw TestError(name() + " ended before it printed a line starting with \"" + prefix +
+                      "\"\n" + text + errorText());
     }
     return std::nullopt;
   };

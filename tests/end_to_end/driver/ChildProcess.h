@@ -9,7 +9,7 @@
 #include <signal.h>
 #include <sys/types.h>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 

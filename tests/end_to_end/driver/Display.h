@@ -8,8 +8,8 @@
 
 #include "end_to_end/driver/Geometry.h"
 #include "end_to_end/driver/Screenshot.h"
-#include "end_to_end/driver/Wait.h"
 #include "end_to_end/driver/XConnection.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 

@@ -4,7 +4,7 @@
 
 #include <signal.h>
 
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -14,8 +14,7 @@ std::filesystem::path executable(const char* variable, const char* built) {
   const char* named = std::getenv(variable);
   const std::filesystem::path path = named && *named ? named : built;
   if (path.empty() || access(path.c_str(), X_OK) != 0) {
-    throw DriverError("No program to test at \"" + path.string() + "\"; build it or set " +
-                      variable);
+    throw TestError("No program to test at \"" + path.string() + "\"; build it or set " + variable);
   }
   return std::filesystem::absolute(path);
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 namespace {
@@ -50,8 +50,8 @@ MenuEntry toMenuEntry(GVariant* layout) {
     g_variant_get_child(children, index, "v", &child);
     const Variant owner(child);
     if (g_variant_is_of_type(child, G_VARIANT_TYPE("(ia{sv}av)")) == FALSE)
-      throw DriverError("A child of a menu has the type " +
-                        std::string(g_variant_get_type_string(child)));
+      throw TestError("A child of a menu has the type " +
+                      std::string(g_variant_get_type_string(child)));
     entry.children.push_back(toMenuEntry(child));
   }
   return entry;
@@ -68,8 +68,8 @@ const MenuEntry* find(const std::vector<MenuEntry>& entries, const std::string& 
 
 void demandType(const Variant& value, const char* type, const std::string& what) {
   if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE(type)) == FALSE)
-    throw DriverError(what + " has the type " + g_variant_get_type_string(value.get()) +
-                      " instead of " + type);
+    throw TestError(what + " has the type " + g_variant_get_type_string(value.get()) +
+                    " instead of " + type);
 }
 
 }  // namespace
@@ -152,7 +152,7 @@ FakeStatusNotifierWatcher::Item FakeStatusNotifierWatcher::waitForItem() {
 
 Variant FakeStatusNotifierWatcher::itemProperty(const Item& item, const std::string& name) {
   Variant value = bus_.tryProperty(item.owner, item.path, itemInterface, name);
-  if (!value) throw DriverError("The status item has no property " + name);
+  if (!value) throw TestError("The status item has no property " + name);
   return value;
 }
 
@@ -216,7 +216,7 @@ void FakeStatusNotifierWatcher::choose(const Item& item, const std::string& labe
   const auto entries = menu(item);
   const MenuEntry* entry = find(entries, label);
   if (entry == nullptr || !entry->enabled)
-    throw DriverError("The status menu offers no “" + label + "”");
+    throw TestError("The status menu offers no “" + label + "”");
   choose(item, entry->id);
 }
 

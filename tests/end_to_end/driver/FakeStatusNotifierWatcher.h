@@ -52,7 +52,7 @@ class FakeStatusNotifierWatcher {
   // Waits for the first one.
   Item waitForItem();
 
-  // What follows throws a DriverError when the item does not answer properly.
+  // What follows throws a TestError when the item does not answer properly.
 
   std::string textProperty(const Item& item, const std::string& name);
   // Of the property that holds pictures; one for each size.

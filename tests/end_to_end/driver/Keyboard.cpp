@@ -6,8 +6,8 @@
 #include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon.h>
 
-#include "end_to_end/driver/Wait.h"
 #include "end_to_end/driver/XConnection.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -37,7 +37,7 @@ std::uint32_t symbolNamed(std::string_view name) {
   const auto known = shortNames.find(name);
   const std::string full = known == shortNames.end() ? std::string(name) : known->second;
   const xkb_keysym_t symbol = xkb_keysym_from_name(full.c_str(), XKB_KEYSYM_NO_FLAGS);
-  if (symbol == XKB_KEY_NoSymbol) throw DriverError("There is no key named " + full);
+  if (symbol == XKB_KEY_NoSymbol) throw TestError("There is no key named " + full);
   return symbol;
 }
 
@@ -79,7 +79,7 @@ void Keyboard::readLayout() {
   const auto count = static_cast<std::uint8_t>(setup->max_keycode - first + 1);
   const XReply<xcb_get_keyboard_mapping_reply_t> reply(xcb_get_keyboard_mapping_reply(
       connection_.get(), xcb_get_keyboard_mapping(connection_.get(), first, count), nullptr));
-  if (!reply) throw DriverError("The display has no keyboard layout");
+  if (!reply) throw TestError("The display has no keyboard layout");
   symbolsPerKey_ = reply->keysyms_per_keycode;
   const xcb_keysym_t* symbols = xcb_get_keyboard_mapping_keysyms(reply.get());
   layout_.assign(static_cast<std::size_t>(first) * symbolsPerKey_, XCB_NO_SYMBOL);
@@ -112,7 +112,7 @@ void Keyboard::assignSpareKeys(const std::vector<std::uint32_t>& symbols) {
     if (keys_.contains(symbol)) continue;
     const bool shifted = halfUsedCode_.has_value();
     if (!shifted && spareCodes_.empty()) {
-      throw DriverError("The keyboard has no spare key for a character");
+      throw TestError("The keyboard has no spare key for a character");
     }
     const std::uint8_t code = shifted ? *halfUsedCode_ : spareCodes_.back();
     if (shifted) {
@@ -197,7 +197,7 @@ Keyboard::Hold::~Hold() {
   for (const std::string& name : std::views::reverse(keys_)) {
     try {
       keyboard_.release(name);
-    } catch (const DriverError&) {
+    } catch (const TestError&) {
       // The display has gone, and its keyboard with it.
     }
   }

@@ -4,8 +4,8 @@
 
 #include <xcb/xtest.h>
 
-#include "end_to_end/driver/Wait.h"
 #include "end_to_end/driver/XConnection.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -68,7 +68,7 @@ void Mouse::scroll(Point point, int notches) {
 Point Mouse::position() {
   const XReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
       connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
-  if (!reply) throw DriverError("The display is gone");
+  if (!reply) throw TestError("The display is gone");
   return {reply->root_x, reply->root_y};
 }
 

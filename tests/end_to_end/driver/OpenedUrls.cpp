@@ -2,7 +2,7 @@
 
 #include <sstream>
 
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 

@@ -45,9 +45,9 @@ int rounded(const Json& number) {
 
 }  // namespace
 
-PageDriver::PageDriver(VirtualDesktop& desktop, std::string url, std::function<Rectangle()> area,
-                       std::string name)
-    : desktop_(desktop), http_(std::move(url)), area_(std::move(area)), name_(std::move(name)) {}
+PageDriver::PageDriver(VirtualDesktop& desktop, const std::string& url,
+                       std::function<Rectangle()> area, std::string name)
+    : desktop_(desktop), http_(url), area_(std::move(area)), name_(std::move(name)) {}
 
 PageDriver PageDriver::frame(const std::string& selector, const std::string& name) {
   return {desktop_, http_.origin(), [this, selector] { return rectangle(selector); }, name};
@@ -55,8 +55,8 @@ PageDriver PageDriver::frame(const std::string& selector, const std::string& nam
 
 PageDriver::Answer PageDriver::ask(const std::string& script, std::chrono::milliseconds timeout) {
   const Json request{{"script", script}, {"timeout", timeout.count()}};
-  const HttpReply reply = http_.post("/__test/driver/" + name_ + "/evaluate", request.dump(),
-                                     timeout + std::chrono::seconds(5));
+  const HttpReply reply = http_.sendJson("POST", "/__test/driver/" + name_ + "/evaluate", request,
+                                         {}, timeout + std::chrono::seconds(5));
   const Json answer = Json::parse(reply.body, nullptr, false);
   if (reply.status == 200 && answer.is_object() && answer.value("ok", false)) {
     return {answer.at("value"), {}};
@@ -68,7 +68,7 @@ PageDriver::Answer PageDriver::ask(const std::string& script, std::chrono::milli
 Json PageDriver::evaluate(const std::string& script, std::chrono::milliseconds timeout) {
   const Answer answer = ask(script, timeout);
   if (!answer.value) {
-    throw DriverError("The page \"" + name_ + "\" failed: " + answer.error + "\nin " + script);
+    throw TestError("The page \"" + name_ + "\" failed: " + answer.error + "\nin " + script);
   }
   return *answer.value;
 }

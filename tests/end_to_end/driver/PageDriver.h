@@ -8,9 +8,9 @@
 #include <nlohmann/json.hpp>
 
 #include "end_to_end/driver/Geometry.h"
-#include "end_to_end/driver/HttpClient.h"
 #include "end_to_end/driver/Mouse.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/HttpClient.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -24,12 +24,12 @@ class PageDriver {
  public:
   // `url` is the service's control address, whatever the page's own origin is. `area` gives the
   // screen rectangle of the window or frame that shows the page; its centre must be the page's.
-  PageDriver(VirtualDesktop& desktop, std::string url, std::function<Rectangle()> area,
+  PageDriver(VirtualDesktop& desktop, const std::string& url, std::function<Rectangle()> area,
              std::string name = "main");
   // The page in a frame of this page, named `name`; this driver must outlive it.
   PageDriver frame(const std::string& selector, const std::string& name);
 
-  // The body of an asynchronous function: "return document.title". A DriverError when the script
+  // The body of an asynchronous function: "return document.title". A TestError when the script
   // throws, the page goes away, or no page answers in time.
   Json evaluate(const std::string& script, std::chrono::milliseconds timeout = defaultTimeout());
   // The same, but nothing in place of an error.

@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -1,7 +1,8 @@
 #include "end_to_end/driver/Relay.h"
 
-#include <array>
 #include <cerrno>
+#include <string>
+#include <utility>
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
@@ -9,7 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -25,7 +26,7 @@ sockaddr_in loopback(int port) {
 
 int newSocket() {
   const int made = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (made < 0) throw DriverError("No socket for the relay");
+  if (made < 0) throw TestError("No socket for the relay");
   const int on = 1;
   setsockopt(made, SOL_SOCKET, SO_REUSEADDR, &on, sizeof on);
   setsockopt(made, SOL_SOCKET, SO_REUSEPORT, &on, sizeof on);
@@ -33,46 +34,30 @@ int newSocket() {
   return made;
 }
 
-bool writeAll(int to, const char* data, std::size_t size) {
-  while (size > 0) {
-    const ssize_t written = send(to, data, size, MSG_NOSIGNAL);
-    if (written <= 0) return false;
-    data += written;
-    size -= static_cast<std::size_t>(written);
-  }
-  return true;
-}
-
 }  // namespace
 
-// A client that has sent everything may still wait for its answer; when the server ends, all is
-// over.
-Relay::Link::Link(int client, int server)
-    : client_(client),
-      server_(server),
+// A client that has sent everything may still wait for the reply; when the server has ended, so has
+// the exchange.
+Relay::Link::Link(TcpConnection client, TcpConnection server)
+    : client_(std::move(client)),
+      server_(std::move(server)),
       requests_([this] { pass(client_, server_, SHUT_WR); }),
       answers_([this] { pass(server_, client_, SHUT_RDWR); }) {}
 
 Relay::Link::~Link() {
-  shutdown(client_, SHUT_RDWR);
-  shutdown(server_, SHUT_RDWR);
+  client_.shutdown(SHUT_RDWR);
+  server_.shutdown(SHUT_RDWR);
   requests_.join();
   answers_.join();
-  close(client_);
-  close(server_);
 }
 
-void Relay::Link::pass(int from, int to, int ending) {
-  std::array<char, 65536> buffer{};
-  while (true) {
-    const ssize_t size = recv(from, buffer.data(), buffer.size(), 0);
-    if (size <= 0) break;
-    if (!writeAll(to, buffer.data(), static_cast<std::size_t>(size))) {
-      shutdown(from, SHUT_RDWR);
-      break;
-    }
+void Relay::Link::pass(const TcpConnection& from, const TcpConnection& to, int ending) {
+  for (std::string bytes; !(bytes = from.receiveSome()).empty();) {
+    if (to.send(bytes)) continue;
+    from.shutdown(SHUT_RDWR);
+    break;
   }
-  shutdown(to, ending);
+  to.shutdown(ending);
   --directions_;
 }
 
@@ -95,7 +80,7 @@ int Relay::boundSocket() const {
   const sockaddr_in address = loopback(port_);
   if (bind(made, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
     close(made);
-    throw DriverError("No port for the relay");
+    throw TestError("No port for the relay");
   }
   return made;
 }
@@ -103,7 +88,7 @@ int Relay::boundSocket() const {
 void Relay::plugIn() {
   if (pluggedIn()) return;
   listener_ = boundSocket();
-  if (listen(listener_, 64) != 0) throw DriverError("The relay cannot listen");
+  if (listen(listener_, 64) != 0) throw TestError("The relay cannot listen");
   acceptor_ = std::thread([this] { accept(); });
 }
 
@@ -118,20 +103,19 @@ void Relay::unplug() {
 
 void Relay::accept() {
   while (true) {
-    const int client = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-    if (client < 0) {
+    const int accepted = accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+    if (accepted < 0) {
       if (errno == EINTR || errno == ECONNABORTED) continue;
       return;
     }
-    const int server = newSocket();
+    TcpConnection client(accepted);
+    TcpConnection server(newSocket());
     const sockaddr_in address = loopback(serverPort_);
-    if (connect(server, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
-      close(server);
-      close(client);
+    if (connect(server.descriptor(), reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
+        0)
       continue;
-    }
     links_.remove_if([](const auto& link) { return link->ended(); });
-    links_.push_back(std::make_unique<Link>(client, server));
+    links_.push_back(std::make_unique<Link>(std::move(client), std::move(server)));
   }
 }
 

@@ -5,6 +5,8 @@
 #include <memory>
 #include <thread>
 
+#include "tests/support/Tcp.h"
+
 namespace navora::driver {
 
 // A network cable on this machine: passes every connection to a port on to a server at another one,
@@ -27,17 +29,17 @@ class Relay {
   // One passed-on connection, with a thread for each direction.
   class Link {
    public:
-    Link(int client, int server);
+    Link(TcpConnection client, TcpConnection server);
     ~Link();
     Link(const Link&) = delete;
     Link& operator=(const Link&) = delete;
     bool ended() const { return directions_ == 0; }
 
    private:
-    void pass(int from, int to, int ending);
+    void pass(const TcpConnection& from, const TcpConnection& to, int ending);
 
-    int client_;
-    int server_;
+    TcpConnection client_;
+    TcpConnection server_;
     std::atomic<int> directions_ = 2;
     std::thread requests_;
     std::thread answers_;

@@ -8,8 +8,8 @@
 
 #include <png.h>
 
-#include "end_to_end/driver/Wait.h"
 #include "end_to_end/driver/XConnection.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -46,7 +46,7 @@ Screenshot Screenshot::capture(XConnection& connection) {
 Screenshot Screenshot::capture(XConnection& connection, Rectangle region) {
   const xcb_screen_t& screen = connection.screen();
   region = intersection(region, {0, 0, screen.width_in_pixels, screen.height_in_pixels});
-  if (region.empty()) throw DriverError("The region to capture lies outside the screen");
+  if (region.empty()) throw TestError("The region to capture lies outside the screen");
   const auto cookie = xcb_get_image(
       connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, connection.root(),
       static_cast<std::int16_t>(region.x), static_cast<std::int16_t>(region.y),
@@ -56,7 +56,7 @@ Screenshot Screenshot::capture(XConnection& connection, Rectangle region) {
       static_cast<std::size_t>(region.width) * static_cast<std::size_t>(region.height);
   if (!reply || reply->depth != 24 ||
       static_cast<std::size_t>(xcb_get_image_data_length(reply.get())) != count * 4) {
-    throw DriverError("The screen cannot be captured as an image of 24 bits");
+    throw TestError("The screen cannot be captured as an image of 24 bits");
   }
   const auto* data = reinterpret_cast<const std::uint32_t*>(xcb_get_image_data(reply.get()));
   std::vector<std::uint32_t> pixels(data, data + count);
@@ -67,12 +67,12 @@ Screenshot Screenshot::capture(XConnection& connection, Rectangle region) {
 
 Rectangle Screenshot::clipped(Rectangle region) const {
   const Rectangle inside = intersection(region, bounds());
-  if (inside.empty()) throw DriverError("The region lies outside the screenshot");
+  if (inside.empty()) throw TestError("The region lies outside the screenshot");
   return inside;
 }
 
 PixelColor Screenshot::pixel(Point at) const {
-  if (!bounds().contains(at)) throw DriverError("The point lies outside the screenshot");
+  if (!bounds().contains(at)) throw TestError("The point lies outside the screenshot");
   return unpack(pixels_[static_cast<std::size_t>(at.y) * static_cast<std::size_t>(width_) +
                         static_cast<std::size_t>(at.x)]);
 }
@@ -139,7 +139,7 @@ void Screenshot::save(const std::filesystem::path& path) const {
   image.format = PNG_FORMAT_BGRA;
   image.flags = PNG_IMAGE_FLAG_FAST;
   if (!png_image_write_to_file(&image, path.c_str(), 0, pixels_.data(), 0, nullptr)) {
-    throw DriverError("Cannot write " + path.string() + ": " + image.message);
+    throw TestError("Cannot write " + path.string() + ": " + image.message);
   }
 }
 

@@ -8,8 +8,8 @@ namespace {
 
 void requireSuccess(const HttpReply& reply, const std::string& what) {
   if (reply.status >= 200 && reply.status < 300) return;
-  throw DriverError("The service answered " + std::to_string(reply.status) + " to " + what + ": " +
-                    reply.body);
+  throw TestError("The service answered " + std::to_string(reply.status) + " to " + what + ": " +
+                  reply.body);
 }
 
 RecordedRequest recorded(const Json& entry) {
@@ -41,7 +41,7 @@ std::vector<RecordedRequest> ServiceClient::requests(const std::string& method,
 }
 
 void ServiceClient::clearRequests() {
-  requireSuccess(http_.remove("/__test/requests"), "the clearing of its requests");
+  requireSuccess(http_.request("DELETE", "/__test/requests"), "the clearing of its requests");
 }
 
 std::vector<RecordedRequest> ServiceClient::waitForRequests(const std::string& method,
@@ -60,7 +60,7 @@ std::vector<RecordedRequest> ServiceClient::waitForRequests(const std::string& m
 }
 
 void ServiceClient::post(const std::string& path, const Json& body) {
-  requireSuccess(http_.post(path, body.dump()), "POST " + path + " " + body.dump());
+  requireSuccess(http_.sendJson("POST", path, body), "POST " + path + " " + body.dump());
 }
 
 void ServiceClient::addFault(const std::string& method, const std::string& path, const Json& action,
@@ -71,7 +71,7 @@ void ServiceClient::addFault(const std::string& method, const std::string& path,
 }
 
 void ServiceClient::clearFaults() {
-  requireSuccess(http_.remove("/__test/faults"), "the clearing of its faults");
+  requireSuccess(http_.request("DELETE", "/__test/faults"), "the clearing of its faults");
 }
 
 void ServiceClient::signEverybodyOut() {
@@ -83,7 +83,7 @@ void ServiceClient::changeSettings(const Json& changes) {
 }
 
 Json ServiceClient::addNotification(const Json& notification) {
-  const HttpReply reply = http_.post("/__test/notifications", notification.dump());
+  const HttpReply reply = http_.sendJson("POST", "/__test/notifications", notification);
   requireSuccess(reply, "a new notification");
   return Json::parse(reply.body);
 }
@@ -107,7 +107,8 @@ Json ServiceClient::captures(const std::string& account) {
 }
 
 std::string ServiceClient::switchAccount(const std::string& account) {
-  const HttpReply reply = http_.post("/__test/sessions/account?account=" + account, "{}");
+  const HttpReply reply =
+      http_.sendJson("POST", "/__test/sessions/account?account=" + account, Json::object());
   requireSuccess(reply, "the switch to the account " + account);
   return Json::parse(reply.body).at("id");
 }
@@ -116,7 +117,7 @@ void ServiceClient::setCookies(PageDriver& page, const std::vector<std::string>&
   const Json status =
       page.evaluate("const body = JSON.stringify(" + Json(cookies).dump() +
                     ");\nreturn (await fetch('/__test/cookies', {method: 'POST', body})).status");
-  if (status != 204) throw DriverError("The service did not set the cookies: " + status.dump());
+  if (status != 204) throw TestError("The service did not set the cookies: " + status.dump());
 }
 
 }  // namespace navora::driver

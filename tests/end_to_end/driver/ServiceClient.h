@@ -6,9 +6,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "end_to_end/driver/HttpClient.h"
-#include "end_to_end/driver/RecordedRequest.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/HttpClient.h"
+#include "tests/support/HttpMessage.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -19,7 +19,7 @@ class PageDriver;
 // The test controls of the development service. What goes through here is not in its request log.
 class ServiceClient {
  public:
-  explicit ServiceClient(std::string url) : http_(std::move(url)) {}
+  explicit ServiceClient(const std::string& url) : http_(url) {}
 
   // All requests since the start or the last clearing, or those with this method and path only;
   // empty means any. The path is without the query.

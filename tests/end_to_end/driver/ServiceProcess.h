@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "end_to_end/driver/ChildProcess.h"
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/Relay.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "end_to_end/driver/ChildProcess.h"
-#include "end_to_end/driver/Files.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Files.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 namespace {
@@ -21,7 +21,7 @@ void run(const std::vector<std::string>& command) {
   options.environment = baseEnvironment();
   ChildProcess program(options);
   if (program.wait() != ChildProcess::ExitStatus{0, 0})
-    throw DriverError("\"" + command.front() + "\" has failed");
+    throw TestError("\"" + command.front() + "\" has failed");
 }
 
 std::string makeUpdate() {

@@ -168,7 +168,7 @@ std::unique_ptr<ChildProcess> VirtualDesktop::start(std::vector<std::string> arg
 }
 
 Accessibility& VirtualDesktop::accessibility() {
-  if (!options_.accessibility) throw DriverError("This desktop was started without accessibility");
+  if (!options_.accessibility) throw TestError("This desktop was started without accessibility");
   if (!accessibility_) accessibility_ = std::make_unique<Accessibility>(sessionBusAddress_);
   return *accessibility_;
 }

@@ -8,10 +8,10 @@
 #include "end_to_end/driver/Accessibility.h"
 #include "end_to_end/driver/ChildProcess.h"
 #include "end_to_end/driver/Display.h"
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/Keyboard.h"
 #include "end_to_end/driver/Mouse.h"
 #include "end_to_end/driver/OpenedUrls.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 
@@ -11,7 +11,7 @@ XConnection::XConnection(const std::string& displayName) {
   connection_ = xcb_connect(displayName.c_str(), &number);
   if (xcb_connection_has_error(connection_)) {
     xcb_disconnect(connection_);
-    throw DriverError("Cannot connect to the display " + displayName);
+    throw TestError("Cannot connect to the display " + displayName);
   }
   xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection_));
   for (; number > 0; --number)
@@ -29,7 +29,7 @@ xcb_atom_t XConnection::atom(std::string_view name) {
   const auto cookie =
       xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
   const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-  if (!reply) throw DriverError("The display is gone");
+  if (!reply) throw TestError("The display is gone");
   atoms_[std::string(name)] = reply->atom;
   return reply->atom;
 }
@@ -101,7 +101,7 @@ void XConnection::sendToWindowManager(xcb_window_t window, std::string_view mess
 void XConnection::synchronize() {
   const XReply<xcb_get_input_focus_reply_t> reply(
       xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
-  if (!reply) throw DriverError("The display is gone");
+  if (!reply) throw TestError("The display is gone");
   // Nothing is listened for except errors of requests about windows that vanished meanwhile.
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
   }

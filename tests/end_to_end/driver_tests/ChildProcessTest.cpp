@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "end_to_end/driver/ChildProcess.h"
-#include "end_to_end/driver/Files.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 namespace {
@@ -63,7 +63,7 @@ TEST_F(ChildProcessTest, SaysWhenTheProgramEndsBeforeItsLine) {
   try {
     child.waitForLine("port ");
     FAIL() << "there is no such line";
-  } catch (const DriverError& error) {
+  } catch (const TestError& error) {
     EXPECT_NE(std::string(error.what()).find("trouble"), std::string::npos);
   }
 }
@@ -113,7 +113,7 @@ TEST_F(ChildProcessTest, DiesWithItsStarter) {
 TEST_F(ChildProcessTest, AProgramThatDoesNotExistIsNamed) {
   auto options = shell("");
   options.arguments = {"no-such-program-anywhere"};
-  EXPECT_THROW(ChildProcess child(options), DriverError);
+  EXPECT_THROW(ChildProcess child(options), TestError);
 }
 
 }  // namespace

@@ -192,7 +192,7 @@ TEST_F(DesktopDriverTest, FailedWaitsSayWhatWasThereInstead) {
     desktop_->accessibility().waitFor({.role = "push button", .name = "Absent"}, program_->pid(),
                                       std::chrono::milliseconds(50));
     FAIL() << "found what is not there";
-  } catch (const DriverError& error) {
+  } catch (const TestError& error) {
     const std::string message = error.what();
     EXPECT_NE(message.find("a push button named \"Absent\" is on the screen"), std::string::npos);
     EXPECT_NE(message.find("push button \"Ask\""), std::string::npos) << message;

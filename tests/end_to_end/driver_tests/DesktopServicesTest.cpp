@@ -10,7 +10,7 @@
 #include "end_to_end/driver/FakeNotificationDaemon.h"
 #include "end_to_end/driver/FakeStatusNotifierWatcher.h"
 #include "end_to_end/driver/VirtualDesktop.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 namespace {
@@ -264,9 +264,8 @@ TEST_F(DesktopServicesTest, StatusItemsAreLookedAt) {
   EXPECT_EQ(pixmaps[0].width, 1);
   EXPECT_EQ(pixmaps[0].height, 1);
   EXPECT_EQ(pixmaps[0].bytes, (std::vector<std::uint8_t>{0xFF, 0x10, 0x20, 0x30}));
-  EXPECT_THROW(fromOutside([&] { return watcher.textProperty(registered, "Status"); }),
-               DriverError);
-  EXPECT_THROW(fromOutside([&] { return watcher.textProperty(registered, "Menu"); }), DriverError);
+  EXPECT_THROW(fromOutside([&] { return watcher.textProperty(registered, "Status"); }), TestError);
+  EXPECT_THROW(fromOutside([&] { return watcher.textProperty(registered, "Menu"); }), TestError);
 
   const auto menu = fromOutside([&] { return watcher.menu(registered); });
   ASSERT_EQ(menu.size(), 5U);
@@ -299,7 +298,7 @@ TEST_F(DesktopServicesTest, StatusItemsAreUsed) {
   use([&] { watcher.choose(registered, "Deep"); });
   EXPECT_EQ(item.calls.back(), "Event(5, 'clicked', <0>, 0)");
   for (const char* unavailable : {"Quit", "Hidden", "Missing"})
-    EXPECT_THROW(use([&] { watcher.choose(registered, unavailable); }), DriverError) << unavailable;
+    EXPECT_THROW(use([&] { watcher.choose(registered, unavailable); }), TestError) << unavailable;
 }
 
 }  // namespace

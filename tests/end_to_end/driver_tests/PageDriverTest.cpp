@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/driver/ApplicationProcess.h"
-#include "end_to_end/driver/ForeignServer.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
 #include "end_to_end/driver/VirtualDesktop.h"
+#include "tests/support/HttpServer.h"
 
 namespace navora::driver {
 namespace {
@@ -50,7 +50,7 @@ class PageDriverTest : public testing::Test {
 
   static std::unique_ptr<VirtualDesktop> desktop_;
   ServiceProcess service_{{.testPages = DRIVER_TEST_PAGES}};
-  ForeignServer foreign_;
+  HttpServer foreign_;
   std::unique_ptr<ApplicationProcess> browser_;
   std::unique_ptr<PageDriver> page_;
 };
@@ -63,7 +63,7 @@ TEST_F(PageDriverTest, EvaluatesScriptsAndGivesTheirValues) {
   EXPECT_EQ(page_->evaluate("await null; return 2"), Json(2));
   EXPECT_TRUE(page_->exists("#button"));
   EXPECT_FALSE(page_->exists("#absent"));
-  EXPECT_THROW(page_->evaluate("throw new Error('no')"), DriverError);
+  EXPECT_THROW(page_->evaluate("throw new Error('no')"), TestError);
   EXPECT_FALSE(page_->tryEvaluate("throw new Error('no')").has_value());
 }
 
@@ -154,7 +154,7 @@ TEST_F(PageDriverTest, AStoppedServiceComesBackAsItWas) {
   ServiceClient client(service_.controlUrl());
   page_->evaluate("await fetch('/api/before')");
   service_.stop();
-  EXPECT_THROW(ServiceClient(service_.url()).requests(), DriverError);
+  EXPECT_THROW(ServiceClient(service_.url()).requests(), TestError);
   EXPECT_EQ(client.requests("GET", "/api/before").size(), 1U);
   service_.start();
   page_->waitUntilTrue("(await fetch('/api/after')).status > 0", "the service is reached again");
@@ -163,8 +163,9 @@ TEST_F(PageDriverTest, AStoppedServiceComesBackAsItWas) {
 
 TEST_F(PageDriverTest, APausedServiceAnswersOnlyWhenItResumes) {
   service_.pause();
-  EXPECT_THROW(HttpClient(service_.url()).get("/login", std::chrono::milliseconds(300)),
-               DriverError);
+  EXPECT_THROW(
+      HttpClient(service_.url()).request("GET", "/login", "", {}, std::chrono::milliseconds(300)),
+      TestError);
   service_.resume();
   EXPECT_EQ(HttpClient(service_.url()).get("/login").status, 200);
 }

@@ -9,7 +9,7 @@
 
 #include "end_to_end/driver/Accessibility.h"
 #include "end_to_end/driver/OtherWindow.h"
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora::driver {
 namespace {

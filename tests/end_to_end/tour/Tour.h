@@ -5,17 +5,17 @@
 
 #include "end_to_end/driver/ApplicationProcess.h"
 #include "end_to_end/driver/FakeNotificationDaemon.h"
-#include "end_to_end/driver/Files.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
 #include "end_to_end/driver/UpdatableInstallation.h"
 #include "end_to_end/driver/VirtualDesktop.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 
 // The real application on a desktop, a bus and a service of its own. A step that does not come
-// about ends the tour with a DriverError.
+// about ends the tour with a TestError.
 class Tour {
  public:
   // Screenshots go into `folder`; those of an earlier tour are removed.

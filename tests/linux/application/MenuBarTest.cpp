@@ -79,12 +79,12 @@ class MenuBarTest : public WebViewTest {
   }
   // A text area with the focus that tells of the keys it gets.
   testing::AssertionResult showPage() {
-    server_.setPage("/text",
-                    "<textarea id='text' autofocus></textarea><script>"
-                    "addEventListener('keydown', event => {"
-                    "  if (!['Control', 'Shift'].includes(event.key))"
-                    "    webkit.messageHandlers.notes.postMessage(event.code);"
-                    "});</script>");
+    server_.serveHtml("/text",
+                      "<textarea id='text' autofocus></textarea><script>"
+                      "addEventListener('keydown', event => {"
+                      "  if (!['Control', 'Shift'].includes(event.key))"
+                      "    webkit.messageHandlers.notes.postMessage(event.code);"
+                      "});</script>");
     if (auto loaded = load("/text"); !loaded) return loaded;
     addContent(view_->widget());
     if (auto shown = show(window_); !shown) return shown;

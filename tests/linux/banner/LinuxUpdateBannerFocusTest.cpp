@@ -1,9 +1,10 @@
 #include <gmock/gmock.h>
 #include <gtkmm/entry.h>
 
+#include "fakes/FakeMainWindow.h"
 #include "linux/banner/UpdateBannerTest.h"
-#include "linux/support/PageServer.h"
 #include "linux/web/WebViewTest.h"
+#include "tests/support/HttpServer.h"
 
 namespace navora {
 namespace {
@@ -154,12 +155,9 @@ class LinuxUpdateBannerPageTest : public WebViewTest {
   GtkWidget* pageWidget() { return view_->widget(); }
   Gtk::Button& cancel() { return banner_.button(Button::secondary).widget(); }
 
-  struct Delegate final : MainWindowDelegate {
-    bool windowShouldClose() override { return false; }
-  };
   driver::Keyboard& keyboard_ = TestDesktop::current().keyboard();
   driver::Mouse& mouse_ = TestDesktop::current().mouse();
-  Delegate windowDelegate_;
+  FakeMainWindowDelegate windowDelegate_;
   RecordingBannerDelegate delegate_;
   MemoryUserDefaults defaults_;
   ColorScheme colorScheme_;

@@ -7,7 +7,6 @@
 
 #include <gmock/gmock.h>
 
-#include "end_to_end/driver/Files.h"
 #include "fakes/LocaleScope.h"
 #include "hosts/linux/banner/LinuxUpdateBanner.h"
 #include "hosts/linux/keyboard/ModifierNames.h"
@@ -15,6 +14,7 @@
 #include "linux/web/WebViewTest.h"
 #include "linux/window/WindowTest.h"
 #include "support/Json.h"
+#include "tests/support/Files.h"
 #include "tests/support/UpdateBannerScenarios.h"
 
 namespace navora {
@@ -50,7 +50,7 @@ struct Look {
 class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamInterface<Look> {
  protected:
   void SetUp() override {
-    const auto catalog = driver::readFile(NAVORA_CATALOG);
+    const auto catalog = readFile(NAVORA_CATALOG);
     catalog_ = parseJson(catalog).value_or(Json());
     ASSERT_TRUE(catalog_.is_object());
     locale_.setCatalogs(catalog);
@@ -191,13 +191,10 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
         .save(std::filesystem::path(folder) / (name + "-" + GetParam().name() + ".png"));
   }
 
-  struct Delegate final : MainWindowDelegate {
-    bool windowShouldClose() override { return false; }
-  };
   driver::Display& display_ = TestDesktop::current().display();
   LocaleScope locale_;
   Json catalog_;
-  Delegate windowDelegate_;
+  FakeMainWindowDelegate windowDelegate_;
   MemoryUserDefaults defaults_;
   ColorScheme colorScheme_;
   LinuxMainWindow window_{

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <xcb/xcb.h>
 
+#include "fakes/FakeMainWindow.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
 #include "linux/capture/CapturePanelTest.h"
 #include "platform/MemoryUserDefaults.h"
@@ -13,10 +14,6 @@ namespace {
 
 using testing::Contains;
 using testing::SizeIs;
-
-struct KeptWindow final : MainWindowDelegate {
-  bool windowShouldClose() override { return false; }
-};
 
 class LinuxCapturePanelTest : public CapturePanelTest {
  protected:
@@ -109,7 +106,7 @@ TEST_F(LinuxCapturePanelTest, GrowsDownwardsAndKeepsItsTopEdge) {
 
 TEST_F(LinuxCapturePanelTest, DoesNotRaiseTheMainWindow) {
   MemoryUserDefaults defaults;
-  KeptWindow windowDelegate;
+  FakeMainWindowDelegate windowDelegate;
   LinuxMainWindow main({"Main", {500, 400}, {300, 200}, "Main"}, windowDelegate, defaults,
                        colorScheme_);
   main.makeKeyAndOrderFront();

@@ -6,9 +6,8 @@
 #include <gmock/gmock.h>
 
 #include "hosts/linux/installation/ArchiveReader.h"
-#include "linux/installation/FileTree.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "linux/installation/TestArchive.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -60,7 +59,7 @@ class ArchiveReaderTest : public testing::Test {
     return "file " + member.path.string() + (member.isExecutable ? " x: " : ": ") + content;
   }
 
-  const TemporaryFolder folder_;
+  const TemporaryDirectory folder_;
   const std::filesystem::path archive_ = folder_.path() / "archive";
 };
 

@@ -1,9 +1,8 @@
 #include <gmock/gmock.h>
 
 #include "hosts/linux/installation/ArchiveSignature.h"
-#include "linux/installation/FileTree.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -24,7 +23,7 @@ class ArchiveSignatureTest : public testing::Test {
     return readSignature(text).value_or(Ed25519Signature{});
   }
 
-  const TemporaryFolder folder_;
+  const TemporaryDirectory folder_;
   const std::filesystem::path file_ = folder_.path() / "archive";
   const std::string content_ = std::string(200'000, 'a') + "end";
   const SigningKey key_ = SigningKey::make();

@@ -8,8 +8,8 @@
 #include "hosts/linux/installation/UpdateUnpacker.h"
 #include "linux/installation/FileTree.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "make-update/ArchiveWriter.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -31,7 +31,7 @@ class ArchiveWriterTest : public testing::Test {
     return describeTree(target / "navora");
   }
 
-  const TemporaryFolder parent_;
+  const TemporaryDirectory parent_;
   const std::filesystem::path folder_ = parent_.path() / "installed";
   const std::filesystem::path archive_ = parent_.path() / "archive";
 };

@@ -1,10 +1,10 @@
 #include "linux/installation/FileTree.h"
 
-#include <fstream>
-#include <iterator>
 #include <sstream>
 
 #include <sys/stat.h>
+
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -35,17 +35,6 @@ FileTree describeTree(const std::filesystem::path& folder, const std::filesystem
     if (entry->path() == except) entry.disable_recursion_pending();
   }
   return tree;
-}
-
-std::string readFile(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
-void writeFile(const std::filesystem::path& file, std::string_view content, mode_t mode) {
-  std::filesystem::create_directories(file.parent_path());
-  std::ofstream(file, std::ios::binary) << content;
-  ::chmod(file.c_str(), mode);
 }
 
 }  // namespace navora

@@ -3,9 +3,6 @@
 #include <filesystem>
 #include <map>
 #include <string>
-#include <string_view>
-
-#include <sys/types.h>
 
 namespace navora {
 
@@ -15,9 +12,5 @@ using FileTree = std::map<std::string, std::string>;
 // Without what lies in the folder `except`.
 FileTree describeTree(const std::filesystem::path& folder,
                       const std::filesystem::path& except = {});
-
-std::string readFile(const std::filesystem::path& file);
-// With the folders above it.
-void writeFile(const std::filesystem::path& file, std::string_view content, mode_t mode = 0644);
 
 }  // namespace navora

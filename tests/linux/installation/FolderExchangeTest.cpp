@@ -2,7 +2,7 @@
 
 #include "hosts/linux/installation/FolderExchange.h"
 #include "linux/installation/FileTree.h"
-#include "linux/installation/TemporaryFolder.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -14,7 +14,7 @@ class FolderExchangeTest : public testing::Test {
     writeFile(other_ / "b", "of the other");
   }
 
-  const TemporaryFolder folder_;
+  const TemporaryDirectory folder_;
   const std::filesystem::path one_ = folder_.path() / "one";
   const std::filesystem::path other_ = folder_.path() / "deep" / "other";
 };

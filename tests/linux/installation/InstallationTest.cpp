@@ -3,10 +3,9 @@
 #include <sys/stat.h>
 
 #include "hosts/linux/installation/Installation.h"
-#include "linux/installation/FileTree.h"
 #include "linux/installation/OtherUser.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -24,7 +23,7 @@ class InstallationTest : public testing::Test {
     return installation && installation->isReplaceable();
   }
 
-  const TemporaryFolder parent_;
+  const TemporaryDirectory parent_;
   const std::filesystem::path folder_ = parent_.path() / "navora";
 };
 

@@ -8,8 +8,8 @@
 #include "linux/installation/FileTree.h"
 #include "linux/installation/Processes.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "make-update/ArchiveWriter.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -113,8 +113,8 @@ class InterruptedUpdateTest : public testing::TestWithParam<Scenario> {
     return place->second;
   }
 
-  const TemporaryFolder files_;
-  const TemporaryFolder parent_;
+  const TemporaryDirectory files_;
+  const TemporaryDirectory parent_;
   const std::filesystem::path installation_ = parent_.path() / "navora";
   const std::filesystem::path archive_ = files_.path() / "archive";
   const std::filesystem::path log_ = files_.path() / "log";

@@ -7,7 +7,7 @@
 #include "hosts/linux/installation/FeedSignature.h"
 #include "linux/installation/FileTree.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -36,7 +36,7 @@ class MakeUpdateTest : public testing::Test {
     return read ? *read : std::vector<AppcastEntry>();
   }
 
-  const TemporaryFolder folder_;
+  const TemporaryDirectory folder_;
   const std::filesystem::path keyFile_ = folder_.path() / "key";
   const SigningKey key_ = SigningKey::make();
 };

@@ -1,8 +1,8 @@
 #include "linux/installation/SampleVersion.h"
 
 #include "hosts/linux/installation/Installation.h"
-#include "linux/installation/FileTree.h"
 #include "support/FatalError.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 

@@ -1,10 +1,9 @@
 #include <gmock/gmock.h>
 
 #include "hosts/linux/installation/Ed25519.h"
-#include "linux/installation/FileTree.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "make-update/SigningKey.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -51,7 +50,7 @@ TEST(SigningKeyTest, AnythingElseIsNoKey) {
 }
 
 TEST(SigningKeyTest, AFileIsSignedByItsContent) {
-  const TemporaryFolder folder;
+  const TemporaryDirectory folder;
   const auto key = SigningKey::make();
   const std::string content = std::string(100'000, 'a') + std::string("\0\n\r\xFF", 4);
   writeFile(folder.path() / "file", content);

@@ -10,7 +10,7 @@
 #include "linux/installation/FileTree.h"
 #include "linux/installation/OtherUser.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -30,7 +30,7 @@ class UpdateFolderTest : public testing::Test {
     return tree;
   }
 
-  const TemporaryFolder parent_;
+  const TemporaryDirectory parent_;
   const std::filesystem::path folder_ = parent_.path() / ".navora.update";
   const Installation installation_ = (makeSampleVersion(parent_.path() / "navora", "1.0"),
                                       *Installation::at(parent_.path() / "navora"));

@@ -11,8 +11,8 @@
 #include "linux/installation/FileTree.h"
 #include "linux/installation/Processes.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "linux/support/EnvironmentVariable.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -74,9 +74,9 @@ class UpdateInstallerTest : public testing::Test {
     return names;
   }
 
-  const TemporaryFolder logs_;
+  const TemporaryDirectory logs_;
   const std::filesystem::path log_ = logs_.path() / "log";
-  const TemporaryFolder parent_;
+  const TemporaryDirectory parent_;
   const std::filesystem::path installation_ = parent_.path() / "navora";
   std::optional<UpdateFolder> folder_;
   FileTree old_;

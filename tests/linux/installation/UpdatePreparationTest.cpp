@@ -3,9 +3,9 @@
 #include "hosts/linux/installation/UpdatePreparation.h"
 #include "linux/installation/FileTree.h"
 #include "linux/installation/SampleVersion.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "linux/installation/TestArchive.h"
 #include "make-update/ArchiveWriter.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -34,7 +34,7 @@ class UpdatePreparationTest : public testing::Test {
     return prepare();
   }
 
-  const TemporaryFolder parent_;
+  const TemporaryDirectory parent_;
   const std::filesystem::path next_ = parent_.path() / "next";
   const Installation installation_ = (makeSampleVersion(parent_.path() / "navora", "1.0"),
                                       *Installation::at(parent_.path() / "navora"));

@@ -13,8 +13,8 @@
 
 #include "hosts/linux/installation/UpdateUnpacker.h"
 #include "linux/installation/FileTree.h"
-#include "linux/installation/TemporaryFolder.h"
 #include "linux/installation/TestArchive.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -52,7 +52,7 @@ class UpdateUnpackerTest : public testing::Test {
   FileTree unpacked() const { return describeTree(target_); }
 
   const mode_t umask_ = ::umask(022);
-  const TemporaryFolder folder_;
+  const TemporaryDirectory folder_;
   const std::filesystem::path archive_ = folder_.path() / "archive";
   const std::filesystem::path target_ = folder_.path() / "target";
   UpdateUnpacker::Limits limits_;

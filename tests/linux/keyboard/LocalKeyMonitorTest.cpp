@@ -27,12 +27,12 @@ class LocalKeyMonitorTest : public WebViewTest {
     fieldWindow_.set_default_size(300, 100);
     fieldWindow_.add(field_);
     field_.show();
-    server_.setPage("/keys",
-                    "<input id='field' autofocus><script>"
-                    "const post = text => webkit.messageHandlers.notes.postMessage(text);"
-                    "addEventListener('keydown', event => {"
-                    "  if (['Space', 'F9'].includes(event.code)) post(event.code);"
-                    "});</script>");
+    server_.serveHtml("/keys",
+                      "<input id='field' autofocus><script>"
+                      "const post = text => webkit.messageHandlers.notes.postMessage(text);"
+                      "addEventListener('keydown', event => {"
+                      "  if (['Space', 'F9'].includes(event.code)) post(event.code);"
+                      "});</script>");
     ASSERT_TRUE(load("/keys"));
   }
 

@@ -12,7 +12,7 @@
 #include "fakes/TestUrl.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/RawServer.h"
+#include "tests/support/Tcp.h"
 
 namespace navora {
 namespace {
@@ -56,23 +56,23 @@ class LinuxService {
 
   void setAnswer(int status, const std::string& body) {
     server_.reset();
-    server_ = std::make_unique<RawServer>(
+    server_ = std::make_unique<TcpServer>(
         "HTTP/1.1 " + std::to_string(status) +
         " Reason\r\nContent-Length: " + std::to_string(body.size()) + "\r\n\r\n" + body);
-    url_ = server_->url("/answer");
+    url_ = testUrl(server_->url("/answer"));
   }
   void disappear() { server_.reset(); }
   // The server does so by itself.
   void work() {}
 
  private:
-  static void keepWaiting(RawServer::Connection& connection) {
+  static void keepWaiting(TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
     }
   }
 
-  std::unique_ptr<RawServer> server_ = std::make_unique<RawServer>(keepWaiting);
-  Url url_ = server_->url("/answer");
+  std::unique_ptr<TcpServer> server_ = std::make_unique<TcpServer>(keepWaiting);
+  Url url_ = testUrl(server_->url("/answer"));
 };
 
 template <typename Service>

@@ -1,23 +1,21 @@
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <gio/gio.h>
 #include <gmock/gmock.h>
 
+#include "fakes/TestUrl.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/RawServer.h"
+#include "tests/support/Tcp.h"
 
 namespace navora {
 namespace {
 
 using testing::HasSubstr;
 using testing::Not;
-using Connection = RawServer::Connection;
 
 constexpr std::size_t limit = 1000;
 
@@ -63,7 +61,7 @@ class LinuxHttpSessionTest : public testing::Test {
     EXPECT_EQ(completions_, 1);
     return result_.value_or(Unexpected(PlatformError{"test", 0, "no result"}));
   }
-  HttpSession::Result get(const RawServer& server) { return send({.url = server.url()}); }
+  HttpSession::Result get(const TcpServer& server) { return send({.url = testUrl(server.url())}); }
 
   static std::string describe(const HttpSession::Result& result) {
     return result ? "status " + std::to_string(result->status) + " body " + result->body
@@ -79,11 +77,11 @@ class LinuxHttpSessionTest : public testing::Test {
 TEST_F(LinuxHttpSessionTest, SendsTheRequestAsItIsAndGivesTheAnswer) {
   std::string received;
   const std::string body("A\xFF\0\n", 4);
-  const RawServer server([&](Connection& connection) {
+  const TcpServer server([&](TcpConnection& connection) {
     received = connection.readRequest();
     connection.send("HTTP/1.1 201 Created\r\nContent-Length: 4\r\n\r\n" + body);
   });
-  const HttpRequest request{.url = server.url("/api/a%20b?x=%2F&y"),
+  const HttpRequest request{.url = testUrl(server.url("/api/a%20b?x=%2F&y")),
                             .method = "POST",
                             .headers = {{"X-First", "1"},
                                         {"Accept", "application/json"},
@@ -102,29 +100,29 @@ TEST_F(LinuxHttpSessionTest, SendsTheRequestAsItIsAndGivesTheAnswer) {
 
 TEST_F(LinuxHttpSessionTest, SendsNoBodyAsNone) {
   std::string received;
-  const RawServer server([&](Connection& connection) {
+  const TcpServer server([&](TcpConnection& connection) {
     received = connection.readRequest();
     connection.send("HTTP/1.1 204 No Content\r\n\r\n");
   });
-  const auto result = send({.url = server.url(), .method = "POST"});
+  const auto result = send({.url = testUrl(server.url()), .method = "POST"});
   ASSERT_TRUE(result) << describe(result);
-  EXPECT_EQ(*result, (HttpResponse{204, server.url(), "", false}));
+  EXPECT_EQ(*result, (HttpResponse{204, testUrl(server.url()), "", false}));
   EXPECT_THAT(received, HasSubstr("\r\nContent-Length: 0\r\n"));
 }
 
 TEST_F(LinuxHttpSessionTest, GivesARedirectAsTheAnswer) {
-  const RawServer server("HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 2\r\n\r\nno");
+  const TcpServer server("HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 2\r\n\r\nno");
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
-  EXPECT_EQ(*result, (HttpResponse{302, server.url(), "no", false}));
+  EXPECT_EQ(*result, (HttpResponse{302, testUrl(server.url()), "no", false}));
   EXPECT_EQ(server.connections(), 1);
 }
 
 TEST_F(LinuxHttpSessionTest, GivesTheWishForAPasswordAsTheAnswer) {
-  const RawServer server(
+  const TcpServer server(
       "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
       "Content-Length: 0\r\n\r\n");
-  const auto url = *Url::parse("http://user:secret@" + server.url().string().substr(7));
+  const auto url = *Url::parse("http://user:secret@" + server.url().substr(7));
   const auto result = send({.url = url});
   ASSERT_TRUE(result) << describe(result);
   EXPECT_EQ(result->status, 401);
@@ -133,7 +131,7 @@ TEST_F(LinuxHttpSessionTest, GivesTheWishForAPasswordAsTheAnswer) {
 
 TEST_F(LinuxHttpSessionTest, KeepsNoCookiesAndNoCache) {
   std::vector<std::string> received;
-  const RawServer server([&](Connection& connection) {
+  const TcpServer server([&](TcpConnection& connection) {
     received.push_back(connection.readRequest());
     connection.send(answer("x",
                            "Set-Cookie: a=b; Path=/\r\nETag: \"1\"\r\n"
@@ -148,7 +146,7 @@ TEST_F(LinuxHttpSessionTest, KeepsNoCookiesAndNoCache) {
 
 TEST_F(LinuxHttpSessionTest, ReadsUpToTheLimit) {
   const std::string body(limit, 'x');
-  const RawServer server(answer(body));
+  const TcpServer server(answer(body));
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
   EXPECT_FALSE(result->bodyTooLarge);
@@ -156,14 +154,14 @@ TEST_F(LinuxHttpSessionTest, ReadsUpToTheLimit) {
 }
 
 TEST_F(LinuxHttpSessionTest, GivesNothingOfAnAnswerBeyondTheLimit) {
-  const RawServer server(answer(std::string(limit + 1, 'x')));
+  const TcpServer server(answer(std::string(limit + 1, 'x')));
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
-  EXPECT_EQ(*result, (HttpResponse{200, server.url(), "", true}));
+  EXPECT_EQ(*result, (HttpResponse{200, testUrl(server.url()), "", true}));
 }
 
 TEST_F(LinuxHttpSessionTest, StopsReadingAnAnswerWithoutEnd) {
-  const RawServer server([](Connection& connection) {
+  const TcpServer server([](TcpConnection& connection) {
     connection.readRequest();
     connection.send("HTTP/1.1 500 Oops\r\n\r\n");
     while (connection.send(std::string(4096, 'x'))) {
@@ -171,16 +169,16 @@ TEST_F(LinuxHttpSessionTest, StopsReadingAnAnswerWithoutEnd) {
   });
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
-  EXPECT_EQ(*result, (HttpResponse{500, server.url(), "", true}));
+  EXPECT_EQ(*result, (HttpResponse{500, testUrl(server.url()), "", true}));
   EXPECT_TRUE(waitUntil([&] { return server.finished() == 1; })) << "it is still read";
 }
 
 TEST_F(LinuxHttpSessionTest, CountsTheDecodedSize) {
-  const RawServer fitting(answer(gzipped(std::string(limit, 'x')), "Content-Encoding: gzip\r\n"));
+  const TcpServer fitting(answer(gzipped(std::string(limit, 'x')), "Content-Encoding: gzip\r\n"));
   const auto fits = get(fitting);
   ASSERT_TRUE(fits) << describe(fits);
   EXPECT_EQ(fits->body, std::string(limit, 'x'));
-  const RawServer growing(
+  const TcpServer growing(
       answer(gzipped(std::string(limit + 1, 'x')), "Content-Encoding: gzip\r\n"));
   const auto grows = get(growing);
   ASSERT_TRUE(grows) << describe(grows);
@@ -207,14 +205,14 @@ TEST_F(LinuxHttpSessionTest, NeverTakesHalfAnAnswerForAWholeOne) {
       "",
   };
   for (const auto& bytes : answers) {
-    const RawServer server(bytes);
+    const TcpServer server(bytes);
     const auto result = get(server);
     EXPECT_FALSE(result) << bytes << "\nreads as " << describe(result);
   }
 }
 
 TEST_F(LinuxHttpSessionTest, ReadsChunksToTheirEnd) {
-  const RawServer server(
+  const TcpServer server(
       "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\none\r\n4\r\n two\r\n0\r\n\r\n");
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
@@ -222,7 +220,7 @@ TEST_F(LinuxHttpSessionTest, ReadsChunksToTheirEnd) {
 }
 
 TEST_F(LinuxHttpSessionTest, UsesAConnectionAgainAfterAWholeAnswer) {
-  const RawServer server([](Connection& connection) {
+  const TcpServer server([](TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
       connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\none\r\n0\r\n\r\n");
     }
@@ -238,8 +236,8 @@ TEST_F(LinuxHttpSessionTest, UsesAConnectionAgainAfterAWholeAnswer) {
 TEST_F(LinuxHttpSessionTest, FailsWithoutAServer) {
   std::optional<Url> url;
   {
-    const RawServer server("");
-    url = server.url();
+    const TcpServer server("");
+    url = testUrl(server.url());
   }
   const auto result = send({.url = *url});
   ASSERT_FALSE(result);
@@ -248,72 +246,72 @@ TEST_F(LinuxHttpSessionTest, FailsWithoutAServer) {
 }
 
 TEST_F(LinuxHttpSessionTest, RefusesWhatIsNoRequest) {
-  const RawServer server(answer(""));
+  const TcpServer server(answer(""));
   EXPECT_FALSE(send({.url = *Url::parse("/relative")}));
   EXPECT_FALSE(send({.url = *Url::parse("file:///etc/hostname")}));
   EXPECT_FALSE(send({.url = *Url::parse("httpx://127.0.0.1/")}));
-  EXPECT_FALSE(send({.url = server.url(), .method = "GET / HTTP/1.1\r\nX"}));
-  EXPECT_FALSE(send({.url = server.url(), .headers = {{"X-A", "1\r\nX-B: 2"}}}));
-  EXPECT_FALSE(send({.url = server.url(), .headers = {{"X A", "1"}}}));
+  EXPECT_FALSE(send({.url = testUrl(server.url()), .method = "GET / HTTP/1.1\r\nX"}));
+  EXPECT_FALSE(send({.url = testUrl(server.url()), .headers = {{"X-A", "1\r\nX-B: 2"}}}));
+  EXPECT_FALSE(send({.url = testUrl(server.url()), .headers = {{"X A", "1"}}}));
   EXPECT_EQ(server.connections(), 0);
 }
 
 TEST_F(LinuxHttpSessionTest, TimesOutWithoutAnAnswer) {
-  const RawServer server([](Connection& connection) {
+  const TcpServer server([](TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
     }
   });
   makeSession({.requestTimeoutSeconds = 0.1, .maximumBodyBytes = limit});
-  const auto ofSession = send({.url = server.url()});
+  const auto ofSession = send({.url = testUrl(server.url())});
   ASSERT_FALSE(ofSession);
   EXPECT_EQ(ofSession.error().code, PlatformError::timedOutCode);
   makeSession({.maximumBodyBytes = limit});
-  const auto ofRequest = send({.url = server.url(), .timeoutSeconds = 0.1});
+  const auto ofRequest = send({.url = testUrl(server.url()), .timeoutSeconds = 0.1});
   ASSERT_FALSE(ofRequest);
   EXPECT_EQ(ofRequest.error().code, PlatformError::timedOutCode);
   EXPECT_TRUE(waitUntil([&] { return server.finished() == 2; })) << "a connection is still open";
 }
 
 TEST_F(LinuxHttpSessionTest, TimesOutInTheMiddleOfAnAnswer) {
-  const RawServer server([](Connection& connection) {
+  const TcpServer server([](TcpConnection& connection) {
     connection.readRequest();
     connection.send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf");
     connection.readRequest();
   });
-  const auto result = send({.url = server.url(), .timeoutSeconds = 0.1});
+  const auto result = send({.url = testUrl(server.url()), .timeoutSeconds = 0.1});
   ASSERT_FALSE(result);
   EXPECT_EQ(result.error().code, PlatformError::timedOutCode);
 }
 
-// One byte of the answer after the other, at a steady pace.
-void drip(Connection& connection, int count) {
+// Sends a reply of `count` bytes, one every 50 ms, until the client hangs up.
+void drip(TcpConnection& connection, int count) {
   connection.readRequest();
   connection.send("HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(count) + "\r\n\r\n");
-  for (int sent = 0; sent < count && connection.send("x"); ++sent)
-    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  for (int sent = 0; sent < count && !connection.readable(50); ++sent)
+    connection.send("x");
 }
 
 TEST_F(LinuxHttpSessionTest, WaitsAsLongAsDataComes) {
-  const RawServer server([](Connection& connection) { drip(connection, 30); });
-  const auto result = send({.url = server.url(), .timeoutSeconds = 1});
+  const TcpServer server([](TcpConnection& connection) { drip(connection, 30); });
+  const auto result = send({.url = testUrl(server.url()), .timeoutSeconds = 1});
   ASSERT_TRUE(result) << describe(result);
   EXPECT_EQ(result->body, std::string(30, 'x'));
 }
 
 TEST_F(LinuxHttpSessionTest, TimesOutWhenTheWholeTakesTooLong) {
-  const RawServer server([](Connection& connection) { drip(connection, 900); });
+  const TcpServer server([](TcpConnection& connection) { drip(connection, 900); });
   makeSession({.resourceTimeoutSeconds = 0.3, .maximumBodyBytes = limit});
-  const auto result = send({.url = server.url()});
+  const auto result = send({.url = testUrl(server.url())});
   ASSERT_FALSE(result);
   EXPECT_EQ(result.error().code, PlatformError::timedOutCode);
 }
 
 TEST_F(LinuxHttpSessionTest, TellsNothingAfterItsEnd) {
-  const RawServer server([](Connection& connection) {
+  const TcpServer server([](TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
     }
   });
-  start({.url = server.url()});
+  start({.url = testUrl(server.url())});
   ASSERT_TRUE(waitUntil([&] { return server.connections() == 1; }));
   start({.url = *Url::parse("/invalid")});
   session_.reset();
@@ -323,8 +321,8 @@ TEST_F(LinuxHttpSessionTest, TellsNothingAfterItsEnd) {
 }
 
 TEST_F(LinuxHttpSessionTest, MayBeDestroyedByItsCompletion) {
-  const RawServer server(answer("x"));
-  for (const Url& url : {server.url(), *Url::parse("/invalid")}) {
+  const TcpServer server(answer("x"));
+  for (const Url& url : {testUrl(server.url()), *Url::parse("/invalid")}) {
     makeSession({.maximumBodyBytes = limit});
     bool done = false;
     session_->send({.url = url}, [&](const HttpSession::Result&) {
@@ -337,13 +335,13 @@ TEST_F(LinuxHttpSessionTest, MayBeDestroyedByItsCompletion) {
 }
 
 TEST_F(LinuxHttpSessionTest, AnswersSeveralRequestsAtTheSameTime) {
-  const RawServer server([](Connection& connection) {
+  const TcpServer server([](TcpConnection& connection) {
     const std::string request = connection.readRequest();
     connection.send(answer(request.substr(0, request.find(" HTTP"))));
   });
   std::vector<std::string> bodies;
   for (const char* target : {"/a", "/b", "/c", "/d"}) {
-    session_->send({.url = server.url(target)},
+    session_->send({.url = testUrl(server.url(target))},
                    [&](const HttpSession::Result& result) { bodies.push_back(describe(result)); });
   }
   ASSERT_TRUE(waitUntil([&] { return bodies.size() == 4; }));

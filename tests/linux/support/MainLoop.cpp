@@ -2,7 +2,7 @@
 
 #include <glib.h>
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora {
 namespace {
@@ -28,7 +28,7 @@ class Ticker {
 }  // namespace
 
 std::chrono::milliseconds patience() {
-  return std::chrono::milliseconds(static_cast<long>(10'000 * driver::timeoutFactor()));
+  return std::chrono::milliseconds(static_cast<long>(10'000 * timeoutFactor()));
 }
 
 testing::AssertionResult waitUntil(const std::function<bool()>& condition) {

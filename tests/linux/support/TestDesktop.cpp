@@ -1,13 +1,13 @@
 #include "linux/support/TestDesktop.h"
 
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 namespace navora {
 namespace {
 
 std::string environmentVariable(const char* name) {
   const char* value = std::getenv(name);
-  if (value == nullptr) throw driver::DriverError(std::string("The desktop has no ") + name);
+  if (value == nullptr) throw TestError(std::string("The desktop has no ") + name);
   return value;
 }
 

@@ -3,8 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/system/LinuxResources.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -12,10 +12,10 @@ namespace {
 class LinuxResourcesTest : public testing::Test {
  protected:
   void write(const std::string& name, std::string_view content) {
-    driver::writeFile(folder_.path() / name, content);
+    writeFile(folder_.path() / name, content);
   }
 
-  const driver::TemporaryDirectory folder_{"navora-resources"};
+  const TemporaryDirectory folder_{"navora-resources"};
   const LinuxResources resources_{folder_.path()};
 };
 

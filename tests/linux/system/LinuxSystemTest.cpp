@@ -10,12 +10,12 @@
 #include <gmock/gmock.h>
 
 #include "end_to_end/driver/FakeLogind.h"
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/bus/LoginManager.h"
 #include "hosts/linux/system/LinuxSystem.h"
 #include "linux/support/EnvironmentVariable.h"
 #include "linux/support/MainLoop.h"
 #include "linux/support/TestDesktop.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -64,7 +64,7 @@ TEST(LinuxSystemTest, TakesTheLanguageOfTheLocaleWithoutAList) {
 }
 
 TEST(LinuxSystemTest, ReadsTheTimeZoneOfTheFolderUnlessTheEnvironmentHasOne) {
-  const driver::TemporaryDirectory folder("navora-system");
+  const TemporaryDirectory folder("navora-system");
   std::filesystem::create_symlink("/usr/share/zoneinfo/Europe/Riga", folder.path() / "localtime");
   const LinuxSystem system{observeResume, SystemTimeZone(folder.path())};
   const EnvironmentVariable unset("TZ", std::nullopt);
@@ -87,7 +87,7 @@ class TimeZoneChangeTest : public testing::Test {
     std::filesystem::rename(fresh, localTime_);
   }
 
-  const driver::TemporaryDirectory folder_{"navora-system"};
+  const TemporaryDirectory folder_{"navora-system"};
   const std::filesystem::path localTime_ = folder_.path() / "localtime";
   LinuxSystem system_{observeResume, SystemTimeZone(folder_.path())};
   const EnvironmentVariable unset_{"TZ", std::nullopt};
@@ -112,10 +112,10 @@ TEST_F(TimeZoneChangeTest, IsReportedWhenTheLinkIsRemovedAndMadeAgain) {
 
 TEST_F(TimeZoneChangeTest, IsReportedWhenACopiedZoneIsOverwritten) {
   std::filesystem::remove(localTime_);
-  driver::writeFile(localTime_, "TZif2 old");
+  writeFile(localTime_, "TZif2 old");
   bool changed = false;
   const auto token = system_.observeTimeZoneChange([&] { changed = true; });
-  driver::writeFile(localTime_, "TZif2 new");
+  writeFile(localTime_, "TZif2 new");
   EXPECT_TRUE(waitUntil([&] { return changed; }));
 }
 

@@ -6,9 +6,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/system/LinuxUserDefaults.h"
 #include "linux/support/EnvironmentVariable.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -46,10 +46,10 @@ class LinuxUserDefaultsTest : public testing::Test {
       names.push_back(entry.path().filename());
     return names;
   }
-  void write(std::string_view content) { driver::writeFile(file_, content); }
-  std::string content() const { return driver::readFile(file_); }
+  void write(std::string_view content) { writeFile(file_, content); }
+  std::string content() const { return readFile(file_); }
 
-  const driver::TemporaryDirectory folder_{"navora-defaults"};
+  const TemporaryDirectory folder_{"navora-defaults"};
   const std::filesystem::path file_ = folder_.path() / "made" / "defaults.json";
 };
 
@@ -91,7 +91,7 @@ TEST_F(LinuxUserDefaultsTest, EveryChangeReplacesTheFileAsAWhole) {
   const auto old = folder_.path() / "old";
   std::filesystem::create_hard_link(file_, old);
   defaults.setValue("key", "new");
-  EXPECT_THAT(driver::readFile(old), HasSubstr("\"old\""));
+  EXPECT_THAT(readFile(old), HasSubstr("\"old\""));
   EXPECT_THAT(content(), HasSubstr("\"new\""));
 }
 
@@ -129,7 +129,7 @@ TEST_P(DamagedDefaultsTest, AreSetAsideAndReported) {
   EXPECT_EQ(LinuxUserDefaults(file_).value("key"), "fresh");
   auto aside = file_;
   aside += ".damaged";
-  EXPECT_EQ(driver::readFile(aside), GetParam());
+  EXPECT_EQ(readFile(aside), GetParam());
 }
 
 INSTANTIATE_TEST_SUITE_P(OfEveryKind, DamagedDefaultsTest,

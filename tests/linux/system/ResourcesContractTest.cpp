@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/Files.h"
 #include "fakes/FakeResources.h"
 #include "hosts/linux/system/LinuxResources.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -24,12 +24,12 @@ class InMemory {
 class InFolder {
  public:
   void put(const std::string& name, const std::string& extension, const std::string& content) {
-    driver::writeFile(folder_.path() / (name + "." + extension), content);
+    writeFile(folder_.path() / (name + "." + extension), content);
   }
   const Resources& resources() const { return resources_; }
 
  private:
-  const driver::TemporaryDirectory folder_{"navora-resources"};
+  const TemporaryDirectory folder_{"navora-resources"};
   const LinuxResources resources_{folder_.path()};
 };
 

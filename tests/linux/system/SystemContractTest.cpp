@@ -7,13 +7,13 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/driver/FakeLogind.h"
-#include "end_to_end/driver/Files.h"
 #include "fakes/FakeSystem.h"
 #include "hosts/linux/bus/LoginManager.h"
 #include "hosts/linux/system/LinuxSystem.h"
 #include "linux/support/EnvironmentVariable.h"
 #include "linux/support/MainLoop.h"
 #include "linux/support/TestDesktop.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -44,7 +44,7 @@ class LinuxMachine {
 
  private:
   const EnvironmentVariable unset_{"TZ", std::nullopt};
-  const driver::TemporaryDirectory folder_{"navora-system"};
+  const TemporaryDirectory folder_{"navora-system"};
   driver::FakeLogind loginManager_{TestDesktop::systemBusAddress()};
   LinuxSystem system_{observeResume, SystemTimeZone(folder_.path())};
 };

@@ -4,8 +4,8 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/system/SystemTimeZone.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -15,12 +15,12 @@ class SystemTimeZoneTest : public testing::Test {
   void link(const std::string& target) {
     std::filesystem::create_symlink(target, folder_.path() / "localtime");
   }
-  void name(const std::string& content) { driver::writeFile(folder_.path() / "timezone", content); }
+  void name(const std::string& content) { writeFile(folder_.path() / "timezone", content); }
   std::string identifier(const std::optional<std::string>& environment = std::nullopt) const {
     return SystemTimeZone(folder_.path()).identifier(environment);
   }
 
-  const driver::TemporaryDirectory folder_{"navora-time-zone"};
+  const TemporaryDirectory folder_{"navora-time-zone"};
 };
 
 TEST_F(SystemTimeZoneTest, IsNamedByTheLink) {
@@ -53,7 +53,7 @@ TEST_F(SystemTimeZoneTest, ALinkBeatsTheWrittenName) {
 }
 
 TEST_F(SystemTimeZoneTest, ACopiedZoneIsNamedInItsFile) {
-  driver::writeFile(folder_.path() / "localtime", "TZif2");
+  writeFile(folder_.path() / "localtime", "TZif2");
   name("  Asia/Tokyo \n");
   EXPECT_EQ(identifier(), "Asia/Tokyo");
 }

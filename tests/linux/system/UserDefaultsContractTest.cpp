@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/system/LinuxUserDefaults.h"
 #include "platform/MemoryUserDefaults.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -17,7 +17,7 @@ class InFile {
   UserDefaults& defaults() { return defaults_; }
 
  private:
-  const driver::TemporaryDirectory folder_{"navora-defaults"};
+  const TemporaryDirectory folder_{"navora-defaults"};
   LinuxUserDefaults defaults_{folder_.path() / "defaults.json"};
 };
 

@@ -8,7 +8,6 @@
 namespace navora {
 namespace {
 
-using driver::readFile;
 using std::filesystem::path;
 using testing::HasSubstr;
 
@@ -31,26 +30,29 @@ TEST_F(LinuxUpdaterFaultTest, MissingFeed) {
 }
 
 TEST_F(LinuxUpdaterFaultTest, FeedThatIsTooLong) {
-  server.put("/appcast.xml", std::string(5 * 1024 * 1024, ' '));
+  server.serve("/appcast.xml", {.body = std::string(5 * 1024 * 1024, ' ')});
   expectError("feed: The feed is too long");
 }
 
 TEST_F(LinuxUpdaterFaultTest, RedirectedFeed) {
-  server.put("/appcast.xml", "",
-             "HTTP/1.1 302 Found\r\nLocation: /other.xml\r\nContent-Length: 0\r\n");
+  server.serve(
+      "/appcast.xml",
+      {.body = "", .head = "HTTP/1.1 302 Found\r\nLocation: /other.xml\r\nContent-Length: 0\r\n"});
   expectError("feed: The server answered 302");
-  EXPECT_EQ(server.count("/other.xml"), 0);
+  EXPECT_EQ(server.requests("/other.xml").size(), 0U);
 }
 
 TEST_F(LinuxUpdaterFaultTest, FeedThatBreaksOff) {
-  server.put("/appcast.xml", "<rss", "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n");
+  server.serve("/appcast.xml",
+               {.body = "<rss", .head = "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n"});
   expectError("feed: ");
 }
 
 TEST_F(LinuxUpdaterFaultTest, FeedWithAWrongSignature) {
   publish("1.1");
-  server.put("/appcast.xml", feed_ + "<!-- sparkle-signatures:\nedSignature: " + key_.sign({}) +
-                                 "\nlength: " + std::to_string(feed_.size()) + "\n-->\n");
+  server.serve("/appcast.xml",
+               {.body = feed_ + "<!-- sparkle-signatures:\nedSignature: " + key_.sign({}) +
+                        "\nlength: " + std::to_string(feed_.size()) + "\n-->\n"});
   expectError("feed: The signature of the feed is not valid");
 }
 
@@ -63,33 +65,36 @@ TEST_F(LinuxUpdaterFaultTest, ArchiveAtAnInsecureAddress) {
 
 TEST_F(LinuxUpdaterFaultTest, MissingArchive) {
   publish("1.1");
-  server.put("/archive-1.1", "gone", "HTTP/1.1 410 Gone\r\nContent-Length: 4\r\n");
+  server.serve("/archive-1.1",
+               {.body = "gone", .head = "HTTP/1.1 410 Gone\r\nContent-Length: 4\r\n"});
   expectError("download: The server answered 410");
 }
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveOfAnotherLength) {
   publish("1.1");
-  server.put("/archive-1.1", "short");
+  server.serve("/archive-1.1", {.body = "short"});
   expectError("download: The archive has another length than announced");
 }
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveThatBreaksOff) {
   const auto archive = publish("1.1");
-  server.put("/archive-1.1", archive.substr(0, archive.size() / 2),
-             "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(archive.size()) + "\r\n");
+  server.serve(
+      "/archive-1.1",
+      {.body = archive.substr(0, archive.size() / 2),
+       .head = "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(archive.size()) + "\r\n"});
   expectError("download: ");
 }
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveWithoutLengthThatIsTooLong) {
   const auto archive = publish("1.1");
-  server.put("/archive-1.1", archive + "more", "HTTP/1.1 200 OK\r\n");
+  server.serve("/archive-1.1", {.body = archive + "more", .head = "HTTP/1.1 200 OK\r\n"});
   expectError("download: The archive has another length than announced");
 }
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveWithOneByteChanged) {
   auto archive = publish("1.1");
   archive[archive.size() / 2] = static_cast<char>(archive[archive.size() / 2] ^ 1);
-  server.put("/archive-1.1", archive);
+  server.serve("/archive-1.1", {.body = archive});
   expectError("verification: The signature of the archive is not valid");
 }
 
@@ -106,8 +111,8 @@ TEST_F(LinuxUpdaterFaultTest, OldArchiveUnderANewVersion) {
   item.archiveUrl = "old";
   item.archiveLength = std::filesystem::file_size(archive);
   item.archiveSignature = *key_.signFile(archive);
-  server.put("/old", readFile(archive));
-  server.put("/appcast.xml", *addToFeed("", item));
+  server.serve("/old", {.body = readFile(archive)});
+  server.serve("/appcast.xml", {.body = *addToFeed("", item)});
   expectError("verification: The archive holds version 0.9 in place of 1.1");
 }
 

@@ -65,7 +65,7 @@ TEST_F(LinuxUpdaterScheduleTest, NeverLooksByItselfWhereSomebodyElseInstalls) {
 }
 
 TEST_F(LinuxUpdaterScheduleTest, RemovesWhatAnInterruptedUpdateHasLeft) {
-  driver::writeFile(updateFolder() / "new/navora/bin/navora", "half of it");
+  writeFile(updateFolder() / "new/navora/bin/navora", "half of it");
   start();
   EXPECT_FALSE(std::filesystem::exists(updateFolder()));
 }

@@ -9,8 +9,6 @@
 namespace navora {
 namespace {
 
-using driver::readFile;
-using driver::writeFile;
 using testing::ElementsAre;
 using testing::StartsWith;
 using Choice = UserUpdateChoice;
@@ -52,7 +50,7 @@ TEST_F(LinuxUpdaterTest, LeavesEverythingAsItWasWhenTheUserDeclines) {
   userDriver.whenFound = Choice::dismiss;
   check();
   EXPECT_THAT(userDriver.shown, ElementsAre("checking", "found 1.1", "dismissed"));
-  EXPECT_EQ(server.count("/archive-1.1"), 0);
+  EXPECT_EQ(server.requests("/archive-1.1").size(), 0U);
   EXPECT_FALSE(std::filesystem::exists(updateFolder()));
 }
 
@@ -66,7 +64,7 @@ TEST_F(LinuxUpdaterTest, KeepsWhatIsReadyForTheNextTime) {
   check();
   EXPECT_THAT(userDriver.shown, ElementsAre("checking", "found 1.1", "ready"));
   EXPECT_EQ(userDriver.states.back().stage, UserUpdateState::Stage::downloaded);
-  EXPECT_EQ(server.count("/archive-1.1"), 1);
+  EXPECT_EQ(server.requests("/archive-1.1").size(), 1U);
   EXPECT_EQ(terminations, 1);
 }
 
@@ -94,22 +92,23 @@ TEST_F(LinuxUpdaterTest, StopsTheDownloadWhenItIsCancelled) {
   userDriver.onShow = [this](const std::string& what) {
     if (what == "data") queue_.async(userDriver.cancel);
   };
-  server.put("/archive-1.1", "only the beginning",
-             "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(1000) + "\r\n");
+  server.serve("/archive-1.1",
+               {.body = "only the beginning",
+                .head = "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(1000) + "\r\n"});
   feed_ = {};
   FeedItem item;
   item.version = "1.1";
   item.archiveUrl = "archive-1.1";
   item.archiveLength = 1000;
   item.archiveSignature = key_.sign({});
-  server.put("/appcast.xml", *addToFeed("", item));
+  server.serve("/appcast.xml", {.body = *addToFeed("", item)});
   check();
   EXPECT_THAT(userDriver.shown, ElementsAre("checking", "found 1.1", "download", "dismissed"));
   EXPECT_FALSE(std::filesystem::exists(updateFolder()));
 }
 
 TEST_F(LinuxUpdaterTest, StopsTheCheckWhenItIsCancelled) {
-  RawServer silent([](RawServer::Connection& connection) { connection.readRequest(); });
+  TcpServer silent([](TcpConnection& connection) { connection.readRequest(); });
   publish("1.1");
   make(queue_);
   userDriver.onShow = [this](const std::string& what) {
@@ -135,11 +134,11 @@ TEST_F(LinuxUpdaterTest, OnlyAnnouncesWhereTheInstallationCannotBeReplaced) {
   writeFile(installed() / "notes.txt", "mine");
   check();
   EXPECT_TRUE(userDriver.items.front().isInformationOnlyUpdate);
-  EXPECT_EQ(server.count("/archive-1.1"), 0);
+  EXPECT_EQ(server.requests("/archive-1.1").size(), 0U);
 }
 
 TEST_F(LinuxUpdaterTest, TellsTheUserOnlyWhenTheUserHasAsked) {
-  server.put("/appcast.xml", "no feed");
+  server.serve("/appcast.xml", {.body = "no feed"});
   make(queue_);
   updater->checkForUpdatesInBackground();
   ASSERT_TRUE(waitUntil([&] { return !updater->sessionInProgress(); }));
@@ -157,7 +156,7 @@ TEST_F(LinuxUpdaterTest, ShowsTheSessionThatIsUnderWayInsteadOfASecondOne) {
   updater->checkForUpdatesInBackground();
   EXPECT_THAT(userDriver.shown, ElementsAre("checking", "focus"));
   ASSERT_TRUE(waitUntil([&] { return terminations == 1; }));
-  EXPECT_EQ(server.count("/appcast.xml"), 1);
+  EXPECT_EQ(server.requests("/appcast.xml").size(), 1U);
 }
 
 TEST_F(LinuxUpdaterTest, TellsWhenASessionBeginsAndEnds) {

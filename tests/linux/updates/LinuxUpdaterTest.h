@@ -3,26 +3,24 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
-#include <map>
 #include <memory>
-#include <mutex>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
-#include "end_to_end/driver/Files.h"
 #include "fakes/FakeSystem.h"
+#include "fakes/TestUrl.h"
 #include "hosts/linux/system/LinuxMainQueue.h"
 #include "hosts/linux/updates/LinuxUpdater.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/RawServer.h"
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"
 #include "platform/MemoryUserDefaults.h"
+#include "tests/support/Files.h"
+#include "tests/support/HttpServer.h"
 
 namespace navora {
 
@@ -104,42 +102,6 @@ class CountingDelegate final : public UpdaterDelegate {
   void didFinishUpdateCycle(const std::optional<PlatformError>&) override { ++cycles; }
 };
 
-// Serves texts by their path, each as often as it is asked for.
-class ReleaseServer {
- public:
-  void put(const std::string& target, const std::string& body, const std::string& head = {}) {
-    const std::lock_guard lock(mutex_);
-    answers_[target] =
-        (head.empty() ? "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(body.size()) + "\r\n"
-                      : head) +
-        "Connection: close\r\n\r\n" + body;
-  }
-  Url url(const std::string& target) const { return server_.url(target); }
-  int count(const std::string& target) {
-    const std::lock_guard lock(mutex_);
-    return counts_[target];
-  }
-
- private:
-  void serve(RawServer::Connection& connection) {
-    const std::string request = connection.readRequest();
-    const auto begin = request.find(' ') + 1;
-    const std::string target = request.substr(begin, request.find(' ', begin) - begin);
-    std::string answer = "HTTP/1.1 404 Not Found\r\nContent-Length: 0\r\n\r\n";
-    {
-      const std::lock_guard lock(mutex_);
-      ++counts_[target];
-      if (const auto found = answers_.find(target); found != answers_.end()) answer = found->second;
-    }
-    connection.send(answer);
-  }
-
-  std::mutex mutex_;
-  std::map<std::string, std::string> answers_;
-  std::map<std::string, int> counts_;
-  RawServer server_{[this](RawServer::Connection& connection) { serve(connection); }};
-};
-
 class LinuxUpdaterTest : public testing::Test {
  protected:
   LinuxUpdaterTest() { makeInstallation(); }
@@ -151,10 +113,10 @@ class LinuxUpdaterTest : public testing::Test {
                  "echo \"$@\" > '" + installerCall().string() + "'");
     std::filesystem::create_directories(installed().parent_path());
     std::filesystem::copy(built(), installed(), std::filesystem::copy_options::recursive);
-    driver::writeFile(installed() / Installation::recordName, Installation::record("1.0"));
+    writeFile(installed() / Installation::recordName, Installation::record("1.0"));
   }
   static void writeProgram(const std::filesystem::path& file, const std::string& script) {
-    driver::writeFile(file, "#!/bin/sh\n" + script + "\n");
+    writeFile(file, "#!/bin/sh\n" + script + "\n");
     std::filesystem::permissions(file, std::filesystem::perms(0755));
   }
 
@@ -167,20 +129,21 @@ class LinuxUpdaterTest : public testing::Test {
   std::string publish(const std::string& version, const SigningKey& key, FeedItem item = {}) {
     const std::filesystem::path archive = folder_.path() / "archive";
     EXPECT_EQ(writeArchive(built(), version, archive), std::nullopt);
-    const std::string content = driver::readFile(archive);
+    const std::string content = readFile(archive);
     item.version = version;
     if (item.archiveUrl.empty()) item.archiveUrl = "archive-" + version;
     item.archiveLength = content.size();
     item.archiveSignature = *key.signFile(archive);
-    server.put("/archive-" + version, content);
+    server.serve("/archive-" + version, {.body = content});
     feed_ = *addToFeed(feed_, item);
-    server.put("/appcast.xml", feed_);
+    server.serve("/appcast.xml", {.body = feed_});
     return content;
   }
   std::string publish(const std::string& version) { return publish(version, key_); }
 
   void make(MainQueue& queue) {
-    UpdateSettings settings{server.url("/appcast.xml"), *readPublicKey(key_.publicText()), false};
+    UpdateSettings settings{testUrl(server.url("/appcast.xml")), *readPublicKey(key_.publicText()),
+                            false};
     updater = std::make_unique<LinuxUpdater>(
         LinuxUpdater::Configuration{settings, Installation::at(installed()), "1.0", "2.36", launch,
                                     [this] { ++terminations; }},
@@ -200,12 +163,12 @@ class LinuxUpdaterTest : public testing::Test {
     return {};
   }
 
-  driver::TemporaryDirectory folder_{"navora-updater"};
+  TemporaryDirectory folder_{"navora-updater"};
   const SigningKey key_ = SigningKey::make();
   std::string feed_;
   LinuxMainQueue queue_;
   EventLog log;
-  ReleaseServer server;
+  HttpServer server;
   RecordingDriver userDriver;
   CountingDelegate delegate;
   FakeSystem system{log};

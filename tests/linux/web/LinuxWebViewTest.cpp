@@ -22,25 +22,25 @@ class LinuxWebViewTest : public WebViewTest {};
 TEST_F(LinuxWebViewTest, LoadsAPage) {
   makeView();
   EXPECT_EQ(view_->url(), std::nullopt);
-  server_.setPage("/notes", "<title>Notes</title>");
+  server_.serveHtml("/notes", "<title>Notes</title>");
   ASSERT_TRUE(load("/notes?day=1"));
-  EXPECT_EQ(view_->url(), server_.url("/notes?day=1"));
+  EXPECT_EQ(view_->url(), testUrl(server_.url("/notes?day=1")));
   EXPECT_EQ(evaluate("document.title"), "Notes");
   EXPECT_EQ(navigation_.started, 1);
   EXPECT_EQ(navigation_.finished, 1);
   EXPECT_THAT(navigation_.failures, IsEmpty());
   ASSERT_EQ(navigation_.responses.size(), 1U);
-  EXPECT_EQ(navigation_.responses[0].url, server_.url("/notes?day=1"));
+  EXPECT_EQ(navigation_.responses[0].url, testUrl(server_.url("/notes?day=1")));
   EXPECT_TRUE(navigation_.responses[0].canShowMimeType);
 }
 
 TEST_F(LinuxWebViewTest, AsksTheServerItselfWhenTheCacheIsToBeIgnored) {
-  server_.setPage("/notes", "");
+  server_.serveHtml("/notes", "");
   makeView();
-  view_->load(
-      {.url = server_.url("/notes"), .cachePolicy = CachePolicy::reloadIgnoringLocalCacheData});
+  view_->load({.url = testUrl(server_.url("/notes")),
+               .cachePolicy = CachePolicy::reloadIgnoringLocalCacheData});
   ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 1; }));
-  ASSERT_EQ(server_.requestCount("/notes"), 1U);
+  ASSERT_EQ(server_.requests("/notes").size(), 1U);
   EXPECT_EQ(server_.requests()[0].header("Cache-Control"), "no-cache");
 }
 
@@ -137,16 +137,16 @@ TEST_F(LinuxWebViewTest, RunsUserScriptsInTheMainFrameInTheirOrder) {
                           {push("second end"), InjectionTime::documentEnd}};
   makeView(scripted);
   const std::string page = "<script>" + push("page") + "</script>";
-  server_.setPage("/frame", page);
+  server_.serveHtml("/frame", page);
   ASSERT_TRUE(loadHtml(page + "<iframe src=/frame></iframe>"));
   EXPECT_EQ(evaluate("order"), (Json{"start", "second start", "page", "end", "second end"}));
   EXPECT_EQ(evaluate("frames[0].order"), Json::array({"page"}));
 }
 
 TEST_F(LinuxWebViewTest, ALoadThatFailsIsReportedOnce) {
-  Url nobody = [] { return PageServer().url("/"); }();
+  const Url refused = testUrl(HttpServer().url("/"));
   makeView();
-  view_->load({.url = nobody});
+  view_->load({.url = refused});
   ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
   // A later load shows that no more was to come of the first one.
   ASSERT_TRUE(loadHtml("<title>Later</title>"));
@@ -158,7 +158,7 @@ TEST_F(LinuxWebViewTest, ALoadThatFailsIsReportedOnce) {
 }
 
 TEST_F(LinuxWebViewTest, AnErrorPageOfTheServerIsAPage) {
-  server_.setPage("/broken", "<title>Broken</title>", 500);
+  server_.serveHtml("/broken", "<title>Broken</title>", 500);
   ASSERT_TRUE(load("/broken"));
   EXPECT_EQ(evaluate("document.title"), "Broken");
   EXPECT_THAT(navigation_.failures, IsEmpty());
@@ -166,7 +166,8 @@ TEST_F(LinuxWebViewTest, AnErrorPageOfTheServerIsAPage) {
 
 TEST_F(LinuxWebViewTest, ASilentServerRunsOutOfTime) {
   makeView();
-  view_->load({.url = server_.url("/silent"), .timeoutSeconds = 0.2});
+  server_.leaveUnanswered("/silent");
+  view_->load({.url = testUrl(server_.url("/silent")), .timeoutSeconds = 0.2});
   ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
   EXPECT_EQ(navigation_.failures[0].code, PlatformError::timedOutCode);
   EXPECT_FALSE(navigation_.failures[0].localizedDescription.empty());
@@ -177,8 +178,9 @@ TEST_F(LinuxWebViewTest, ASilentServerRunsOutOfTime) {
 
 TEST_F(LinuxWebViewTest, AReplacedLoadIsCancelledAndTheNewOneFinishes) {
   makeView();
-  view_->load({.url = server_.url("/silent")});
-  ASSERT_TRUE(waitUntil([this] { return server_.requestCount("/silent") == 1; }));
+  server_.leaveUnanswered("/silent");
+  view_->load({.url = testUrl(server_.url("/silent"))});
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/silent").size() == 1; }));
   ASSERT_TRUE(loadHtml("<title>Second</title>"));
   EXPECT_EQ(navigation_.finished, 1);
   for (const auto& failure : navigation_.failures)
@@ -199,31 +201,31 @@ TEST_F(LinuxWebViewTest, AnEndOfTheWebProcessIsReportedAndALaterLoadWorks) {
 }
 
 TEST_F(LinuxWebViewTest, WithoutADelegateNothingIsLoaded) {
-  server_.setPage("/refused", "");
+  server_.serveHtml("/refused", "");
   makeView();
   view_->setNavigationDelegate(nullptr);
-  view_->load({.url = server_.url("/refused")});
+  view_->load({.url = testUrl(server_.url("/refused"))});
   auto* native = WEBKIT_WEB_VIEW(view_->widget());
   ASSERT_TRUE(webkit_web_view_is_loading(native));
   ASSERT_TRUE(waitUntil([&] { return webkit_web_view_is_loading(native) == FALSE; }));
-  EXPECT_EQ(server_.requestCount("/refused"), 0U);
+  EXPECT_EQ(server_.requests("/refused").size(), 0U);
   EXPECT_EQ(navigation_.started, 0);
   view_->setNavigationDelegate(&navigation_);
   EXPECT_TRUE(loadHtml("<body></body>"));
 }
 
 TEST_F(LinuxWebViewTest, ARefusedLoadIsCancelledAndCanBeTakenUpAgain) {
-  server_.setPage("/refused", "<title>Taken up</title>");
+  server_.serveHtml("/refused", "<title>Taken up</title>");
   makeView();
   navigation_.decide = [](const NavigationAction&) { return NavigationPolicy::cancel; };
-  view_->load({.url = server_.url("/refused")});
+  view_->load({.url = testUrl(server_.url("/refused"))});
   ASSERT_TRUE(waitUntil([this] { return !navigation_.actions.empty(); }));
   navigation_.decide = nullptr;
   const auto request = navigation_.actions[0].request;
   ASSERT_NE(request, nullptr);
   view_->load(*request);
   ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 1; }));
-  EXPECT_EQ(server_.requestCount("/refused"), 1U);
+  EXPECT_EQ(server_.requests("/refused").size(), 1U);
   EXPECT_EQ(evaluate("document.title"), "Taken up");
   for (const auto& failure : navigation_.failures)
     EXPECT_EQ(failure.code, PlatformError::cancelledCode);

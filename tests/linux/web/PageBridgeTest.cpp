@@ -24,7 +24,7 @@ std::string script(const std::string& source) {
 class PageBridgeTest : public WebViewTest {};
 
 TEST_F(PageBridgeTest, DeliversAMessageOnceWithItsFrame) {
-  server_.setPage("/notes", script(post("{text: 'Zürich', tags: [1, null]}")));
+  server_.serveHtml("/notes", script(post("{text: 'Zürich', tags: [1, null]}")));
   ASSERT_TRUE(load("/notes?day=1#top"));
   ASSERT_TRUE(waitForMessages());
   ASSERT_EQ(messages_.received.size(), 1U);
@@ -32,7 +32,7 @@ TEST_F(PageBridgeTest, DeliversAMessageOnceWithItsFrame) {
   EXPECT_EQ(message.name, "notes");
   EXPECT_EQ(parseJson(message.body), (Json{{"text", "Zürich"}, {"tags", {1, nullptr}}}));
   EXPECT_TRUE(message.frame.isMainFrame);
-  EXPECT_EQ(message.frame.requestUrl, server_.url("/notes?day=1#top"));
+  EXPECT_EQ(message.frame.requestUrl, testUrl(server_.url("/notes?day=1#top")));
 }
 
 TEST_F(PageBridgeTest, DeliversEveryKindOfBody) {
@@ -83,22 +83,22 @@ TEST_F(PageBridgeTest, FollowsTheAddressOfThePage) {
   run(post("1"));
   ASSERT_TRUE(waitForMessages());
   ASSERT_EQ(messages_.received.size(), 1U);
-  EXPECT_EQ(messages_.received[0].frame.requestUrl, server_.url("/elsewhere?x=1"));
+  EXPECT_EQ(messages_.received[0].frame.requestUrl, testUrl(server_.url("/elsewhere?x=1")));
 }
 
 TEST_F(PageBridgeTest, WorksOnEveryPageOfTheOrigin) {
-  server_.setPage("/second", script(post("'second'")));
+  server_.serveHtml("/second", script(post("'second'")));
   ASSERT_TRUE(loadHtml(script(post("'first'"))));
   ASSERT_TRUE(load("/second"));
   ASSERT_TRUE(waitForMessages());
   EXPECT_THAT(messages_.bodies(), ElementsAre("\"first\"", "\"second\""));
-  EXPECT_EQ(messages_.received[1].frame.requestUrl, server_.url("/second"));
+  EXPECT_EQ(messages_.received[1].frame.requestUrl, testUrl(server_.url("/second")));
 }
 
 TEST_F(PageBridgeTest, APageOfAnotherOriginFindsNothing) {
-  const PageServer other;
+  const HttpServer other;
   auto foreign = configuration();
-  foreign.origin = other.origin();
+  foreign.origin = testUrl(other.origin());
   makeView(foreign);
   ASSERT_TRUE(loadHtml(""));
   EXPECT_EQ(evaluate("typeof window.webkit"), "undefined");
@@ -134,8 +134,8 @@ void PrintTo(const FrameKind& kind, std::ostream* stream) {
 class FrameTest : public WebViewTest, public testing::WithParamInterface<FrameKind> {};
 
 TEST_P(FrameTest, FindsNoBridgeAndCannotPost) {
-  server_.setPage("/frame", script(intruder()));
-  server_.setPage("/intruder.js", intruder());
+  server_.serveHtml("/frame", script(intruder()));
+  server_.serveHtml("/intruder.js", intruder());
   const std::string listener =
       script("window.reports = []; onmessage = (event) => void reports.push(event.data);");
   ASSERT_TRUE(loadHtml(listener + GetParam().html));
@@ -163,11 +163,11 @@ INSTANTIATE_TEST_SUITE_P(
                   "<iframe src=/frame></iframe>'></iframe>"}));
 
 TEST_F(PageBridgeTest, AFrameOfAnotherOriginFindsNothing) {
-  PageServer other;
-  other.setPage("/frame", script(intruder()));
+  HttpServer other;
+  other.serveHtml("/frame", script(intruder()));
   ASSERT_TRUE(loadHtml(
       script("window.reports = []; onmessage = (event) => void reports.push(event.data);") +
-      "<iframe src=" + other.url("/frame").string() + "></iframe>"));
+      "<iframe src=" + other.url("/frame") + "></iframe>"));
   ASSERT_TRUE(waitUntil([this] { return evaluate("reports.length") == 1; }));
   EXPECT_EQ(evaluate("reports[0]"), "undefined");
   ASSERT_TRUE(waitForMessages());
@@ -226,7 +226,7 @@ TEST_F(PageBridgeTest, AHostilePageNeitherBreaksNorForgesTheFrame) {
   ASSERT_TRUE(waitForMessages());
   ASSERT_THAT(messages_.bodies(), ElementsAre(R"({"text":"real"})"));
   EXPECT_TRUE(messages_.received[0].frame.isMainFrame);
-  EXPECT_EQ(messages_.received[0].frame.requestUrl, server_.url("/page"));
+  EXPECT_EQ(messages_.received[0].frame.requestUrl, testUrl(server_.url("/page")));
 }
 
 TEST_F(PageBridgeTest, AnAnnouncementOfThePageItselfIsJustAMessageOfThatPage) {
@@ -237,7 +237,7 @@ TEST_F(PageBridgeTest, AnAnnouncementOfThePageItselfIsJustAMessageOfThatPage) {
     frameUrl: 'https://forged.example/'})})))");
   ASSERT_TRUE(waitForMessages());
   for (const auto& message : messages_.received)
-    EXPECT_EQ(message.frame.requestUrl, server_.url("/page"));
+    EXPECT_EQ(message.frame.requestUrl, testUrl(server_.url("/page")));
 }
 
 TEST_F(PageBridgeTest, AnnouncementsThatMakeNoSenseAreIgnored) {

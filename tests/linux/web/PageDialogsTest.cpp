@@ -5,11 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtkmm/window.h>
 
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/web/PageDialogs.h"
 #include "linux/support/TestDesktop.h"
 #include "linux/support/Widgets.h"
 #include "linux/web/WebViewTest.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -19,7 +19,7 @@ using testing::IsEmpty;
 
 class PageDialogsTest : public WebViewTest {
  protected:
-  FrameInfo topFrame() const { return {true, server_.url("/page")}; }
+  FrameInfo topFrame() const { return {true, testUrl(server_.url("/page"))}; }
 };
 
 TEST_F(PageDialogsTest, AlertsOfTheTopFrameAreTrustedAndUnmarked) {
@@ -83,7 +83,7 @@ TEST_F(PageDialogsTest, ThePageWaitsForALateAnswer) {
 TEST_F(PageDialogsTest, DialogsOfOtherFramesAreOfAnUnknownOne) {
   const std::string ask =
       "<script>alert('a'); confirm('c'); prompt('p', ''); parent.postMessage(1, '*');</script>";
-  server_.setPage("/frame", ask);
+  server_.serveHtml("/frame", ask);
   ASSERT_TRUE(
       loadHtml("<script>window.reports = 0; onmessage = () => ++reports;</script>"
                "<iframe src=/frame></iframe>"
@@ -98,9 +98,10 @@ TEST_F(PageDialogsTest, DialogsOfOtherFramesAreOfAnUnknownOne) {
 }
 
 TEST_F(PageDialogsTest, AFrameCannotGuessTheMark) {
-  server_.setPage("/frame",
-                  "<script>parent.postMessage(String(parent.alert) + parent.confirm + parent.prompt"
-                  " + JSON.stringify(Object.getOwnPropertyNames(parent.alert)), '*');</script>");
+  server_.serveHtml(
+      "/frame",
+      "<script>parent.postMessage(String(parent.alert) + parent.confirm + parent.prompt"
+      " + JSON.stringify(Object.getOwnPropertyNames(parent.alert)), '*');</script>");
   ASSERT_TRUE(
       loadHtml("<script>onmessage = (event) => window.seen = event.data;</script>"
                "<iframe src=/frame></iframe>"));
@@ -163,13 +164,13 @@ class PageFileChooserTest : public PageDialogsTest {
   static constexpr const char* style =
       "<style>* {margin: 0} input, iframe {position: fixed; inset: 0; width: 100%; height: 100%; "
       "border: 0}</style>";
-  const driver::TemporaryDirectory folder_{"navora-files"};
+  const TemporaryDirectory folder_{"navora-files"};
   Gtk::Window window_;
 };
 
 TEST_F(PageFileChooserTest, TheTopFrameGetsTheChosenFiles) {
-  driver::writeFile(folder_.path() / "first.txt", "1");
-  driver::writeFile(folder_.path() / "zweite.txt", "2");
+  writeFile(folder_.path() / "first.txt", "1");
+  writeFile(folder_.path() / "zweite.txt", "2");
   dialogs_.files = {folder_.path() / "first.txt", folder_.path() / "zweite.txt"};
   show(std::string(style) + "<input type=file multiple id=input>");
   click();
@@ -183,11 +184,11 @@ TEST_F(PageFileChooserTest, TheTopFrameGetsTheChosenFiles) {
 }
 
 TEST_F(PageFileChooserTest, AFrameIsNotTheTopOne) {
-  server_.setPage("/frame", std::string(style) + "<input type=file id=input>");
+  server_.serveHtml("/frame", std::string(style) + "<input type=file id=input>");
   show(std::string(style) + "<iframe src=/frame></iframe>");
   click();
   EXPECT_FALSE(dialogs_.shown[0].frame.isMainFrame);
-  EXPECT_EQ(dialogs_.shown[0].frame.requestUrl, server_.url("/frame"));
+  EXPECT_EQ(dialogs_.shown[0].frame.requestUrl, testUrl(server_.url("/frame")));
   EXPECT_FALSE(dialogs_.lastParameters.allowsMultipleSelection);
   EXPECT_EQ(evaluate("frames[0].input.files.length"), 0);
 }

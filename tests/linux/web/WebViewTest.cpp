@@ -60,7 +60,7 @@ WebSession& WebViewTest::session() {
 }
 
 WebViewConfiguration WebViewTest::configuration() {
-  return {.origin = server_.origin(),
+  return {.origin = testUrl(server_.origin()),
           .messageHandlerNames = {"notes"},
           .userScripts = {},
           .messageHandler = &messages_};
@@ -75,12 +75,12 @@ void WebViewTest::makeView(const WebViewConfiguration& configuration) {
 testing::AssertionResult WebViewTest::load(const std::string& target) {
   if (!view_) makeView();
   const int before = navigation_.finished;
-  view_->load({.url = server_.url(target)});
+  view_->load({.url = testUrl(server_.url(target))});
   return waitUntil([&] { return navigation_.finished > before; });
 }
 
 testing::AssertionResult WebViewTest::loadHtml(const std::string& html) {
-  server_.setPage("/page", html);
+  server_.serveHtml("/page", html);
   return load("/page");
 }
 

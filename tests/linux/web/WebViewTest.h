@@ -8,12 +8,13 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/TestUrl.h"
 #include "hosts/linux/web/LinuxWebView.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/PageServer.h"
 #include "platform/NavigationDelegate.h"
 #include "platform/PageDialogDelegate.h"
 #include "platform/ScriptMessage.h"
+#include "tests/support/HttpServer.h"
 
 namespace navora {
 
@@ -110,7 +111,7 @@ class WebViewTest : public testing::Test {
   // Waits until everything that the page has posted so far has arrived.
   testing::AssertionResult waitForMessages();
 
-  PageServer server_;
+  HttpServer server_;
   RecordedMessages messages_;
   RecordedNavigation navigation_;
   RecordedDialogs dialogs_;

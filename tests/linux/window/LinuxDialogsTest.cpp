@@ -8,10 +8,10 @@
 #include <gtk/gtk.h>
 #include <gtkmm/filechooserdialog.h>
 
-#include "end_to_end/driver/Files.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "hosts/linux/window/LinuxDialogs.h"
 #include "linux/window/WindowTest.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -25,7 +25,7 @@ class LinuxDialogsTest : public WindowTest {
   void SetUp() override {
     ASSERT_TRUE(show(*window_));
     for (const char* name : {"one.txt", "two.txt", "three.txt"})
-      driver::writeFile(folder_.path() / name, name);
+      writeFile(folder_.path() / name, name);
   }
 
   // A panel that a failed test leaves open would keep the keyboard from the next ones.
@@ -76,7 +76,7 @@ class LinuxDialogsTest : public WindowTest {
     EXPECT_EQ(answers_, 1);
   }
 
-  const driver::TemporaryDirectory folder_{"navora-dialogs"};
+  const TemporaryDirectory folder_{"navora-dialogs"};
   std::unique_ptr<LinuxMainWindow> window_ = makeWindow();
   LinuxDialogs dialogs_;
   Gtk::Window* panel_ = nullptr;

@@ -157,21 +157,21 @@ TEST_F(LinuxMainWindowTest, ClosingIsTheDelegatesDecision) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   display_.close(infoOf(window->native()).id);
-  ASSERT_TRUE(waitUntil([&] { return delegate_.asked == 1; }));
+  ASSERT_TRUE(waitUntil([&] { return delegate_.closeRequests == 1; }));
   runPendingEvents();
   EXPECT_TRUE(window->isVisible());
 
-  delegate_.answer = true;
+  delegate_.allowsClose = true;
   display_.close(infoOf(window->native()).id);
   EXPECT_TRUE(waitUntil([&] { return !window->isVisible(); }));
-  EXPECT_EQ(delegate_.asked, 2);
+  EXPECT_EQ(delegate_.closeRequests, 2);
 }
 
 TEST_F(LinuxMainWindowTest, ADelegateMayHideTheWindowInsteadOfClosingIt) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   display_.close(infoOf(window->native()).id);
-  ASSERT_TRUE(waitUntil([&] { return delegate_.asked == 1; }));
+  ASSERT_TRUE(waitUntil([&] { return delegate_.closeRequests == 1; }));
   window->orderOut();
   ASSERT_TRUE(show(*window));
   EXPECT_EQ(infoOf(window->native()).content.width, 1100);

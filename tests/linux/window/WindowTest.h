@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/FakeMainWindow.h"
 #include "hosts/linux/window/ColorScheme.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
 #include "linux/support/MainLoop.h"
@@ -16,15 +17,6 @@ namespace navora {
 // A main window of the usual measures on the test's desktop.
 class WindowTest : public testing::Test {
  protected:
-  struct Delegate final : MainWindowDelegate {
-    bool windowShouldClose() override {
-      ++asked;
-      return answer;
-    }
-    int asked = 0;
-    bool answer = false;
-  };
-
   static MainWindowDescription description() {
     return {"Title of the window", {1100, 760}, {700, 500}, "TestWindow"};
   }
@@ -40,7 +32,7 @@ class WindowTest : public testing::Test {
   driver::Display& display_ = TestDesktop::current().display();
   driver::Keyboard& keyboard_ = TestDesktop::current().keyboard();
   driver::Mouse& mouse_ = TestDesktop::current().mouse();
-  Delegate delegate_;
+  FakeMainWindowDelegate delegate_;
   MemoryUserDefaults defaults_;
   ColorScheme colorScheme_;
 };

@@ -15,11 +15,6 @@ using testing::Not;
 
 constexpr std::chrono::milliseconds interval{250};
 
-class WindowWithoutUser final : public MainWindowDelegate {
- public:
-  bool windowShouldClose() override { return false; }
-};
-
 class CaptureFocusTest : public testing::Test {
  protected:
   CaptureFocusTest() { webView.setUrl(testUrl("https://navora.example/#today")); }
@@ -34,9 +29,9 @@ class CaptureFocusTest : public testing::Test {
   }
 
   FakePlatform platform;
-  WindowWithoutUser user;
+  FakeMainWindowDelegate windowDelegate;
   FakeWebView webView{platform.log(), WebViewConfiguration{testUrl("https://navora.example/")}};
-  FakeMainWindow window{platform.log(), {}, user};
+  FakeMainWindow window{platform.log(), {}, windowDelegate};
   CaptureFocus focus{webView, window, platform.mainQueue(), testUrl("https://navora.example/")};
 };
 

@@ -13,18 +13,13 @@ using testing::ElementsAre;
 constexpr const char* failureText =
     "Проверьте подключение к интернету и попробуйте ещё раз.\nВаши записи остаются на сервере.";
 
-class NoWindowDelegate final : public MainWindowDelegate {
- public:
-  bool windowShouldClose() override { return false; }
-};
-
 class LoadFailureViewTest : public testing::Test {
  protected:
   FakeErrorView& overlay() { return platform_.errorView(); }
 
   LocaleScope locale_;
   FakePlatform platform_;
-  NoWindowDelegate windowDelegate_;
+  FakeMainWindowDelegate windowDelegate_;
   std::shared_ptr<MainWindow> window_ = platform_.makeMainWindow({}, windowDelegate_);
   int retries_ = 0;
   int browserRequests_ = 0;

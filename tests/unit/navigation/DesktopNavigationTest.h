@@ -19,11 +19,6 @@ namespace navora {
 // A navigation on the production origin, with a window for sheets.
 class DesktopNavigationTest : public testing::Test {
  protected:
-  class StayingOpen final : public MainWindowDelegate {
-   public:
-    bool windowShouldClose() override { return false; }
-  };
-
   void SetUp() override {
     navigation->window = window;
     log().take();
@@ -37,7 +32,7 @@ class DesktopNavigationTest : public testing::Test {
 
   LocaleScope locale;
   FakePlatform platform;
-  StayingOpen windowDelegate;
+  FakeMainWindowDelegate windowDelegate;
   std::shared_ptr<MainWindow> window = platform.makeMainWindow({}, windowDelegate);
   FakeWebView webView{platform.log(), {origin}};
   std::unique_ptr<DesktopNavigation> navigation = std::make_unique<DesktopNavigation>(

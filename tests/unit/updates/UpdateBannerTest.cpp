@@ -71,11 +71,8 @@ TEST_F(UpdateBannerTest, IsNamedAndHasItsTipsFromTheStart) {
 }
 
 TEST_F(UpdateBannerTest, IsAttachedToTheWindow) {
-  class Delegate final : public MainWindowDelegate {
-    bool windowShouldClose() override { return false; }
-  };
   EventLog log;
-  Delegate delegate;
+  FakeMainWindowDelegate delegate;
   FakeMainWindow window(log, {"", {1240, 820}, {760, 560}, ""}, delegate);
   banner.attach(window);
   EXPECT_EQ(screen.window, &window);

@@ -1,9 +1,9 @@
-#include "end_to_end/driver/Wait.h"
+#include "tests/support/Wait.h"
 
 #include <cstdlib>
 #include <thread>
 
-namespace navora::driver {
+namespace navora {
 
 namespace {
 
@@ -29,8 +29,8 @@ std::chrono::milliseconds defaultTimeout() {
 bool becomesTrue(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
   const auto deadline = Clock::now() + timeout;
   while (true) {
-    // The clock is read before the condition, so that a condition that was not looked at for long
-    // on a busy machine still gets its last look after the deadline.
+    // Reading the clock first gives the condition one check after the deadline, even if the machine
+    // was too busy to check it before.
     const bool last = Clock::now() >= deadline;
     if (condition()) return true;
     if (last) return false;
@@ -48,7 +48,7 @@ void waitUntil(const std::function<bool()>& condition, std::string_view descript
   std::string message = "Waited " + std::to_string(timeout.count()) + " ms in vain until ";
   message += description;
   if (state) message += "\n" + state();
-  throw DriverError(message);
+  throw TestError(message);
 }
 
-}  // namespace navora::driver
+}  // namespace navora

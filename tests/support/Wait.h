@@ -6,38 +6,41 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
-namespace navora::driver {
+namespace navora {
 
-// What every part of the driver throws when the desktop, the application or a stand-in does not do
-// what was asked of it. The text says what was wanted; in a test it becomes the failure message.
-class DriverError : public std::runtime_error {
+// Thrown by test helpers when the desktop, the application or a fake does not do what a test asked
+// of it. The message says what was expected; GoogleTest reports it as the failure.
+class TestError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-// How long a wait may take on a busy machine before it counts as a failure. The environment
-// variable NAVORA_TEST_TIMEOUT_FACTOR (a positive number) stretches it, for sanitizers and slow
-// machines.
+// The time after which a wait fails: 30 s, multiplied by timeoutFactor().
 std::chrono::milliseconds defaultTimeout();
+
+// The value of the environment variable NAVORA_TEST_TIMEOUT_FACTOR, which lengthens every wait for
+// sanitizers and slow machines; 1 unless it is a positive number.
 double timeoutFactor();
 
-// Polls `condition` until it holds. On time-out throws a DriverError with `description`, which
-// should read as the thing waited for ("the main window is shown"), and the text of `state`, if
-// given, which tells what was there instead.
+// Polls `condition` until it holds. Throws TestError on time-out, with `description`, which names
+// the condition as a statement ("the main window is shown"), and with the text that `state`
+// returns about what was there instead.
 void waitUntil(const std::function<bool()>& condition, std::string_view description,
                std::chrono::milliseconds timeout = defaultTimeout(),
                const std::function<std::string()>& state = {});
 
-// True as soon as `condition` holds, false when the time is up: for questions, not for demands.
+// Polls `condition`; returns true as soon as it holds, and false on time-out.
 bool becomesTrue(const std::function<bool()>& condition,
                  std::chrono::milliseconds timeout = defaultTimeout());
 
-// True when `condition` holds now and at every look until `duration` has passed: the only way to
+// Polls `condition` for `duration`; returns false as soon as it does not hold. The only way to
 // observe that something does not happen.
 bool holdsFor(const std::function<bool()>& condition, std::chrono::milliseconds duration);
 
-// Polls `producer`, which gives a std::optional, until it has a value, and returns that value.
+// Polls `producer`, which returns a std::optional, until it has a value, and returns that value.
+// Throws TestError on time-out, as waitUntil() does.
 template <typename Producer>
 auto waitFor(const Producer& producer, std::string_view description,
              std::chrono::milliseconds timeout = defaultTimeout(),
@@ -47,4 +50,4 @@ auto waitFor(const Producer& producer, std::string_view description,
   return std::move(*value);
 }
 
-}  // namespace navora::driver
+}  // namespace navora
