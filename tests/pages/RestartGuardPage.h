@@ -8,8 +8,8 @@
 
 namespace navora::driver {
 
-// Pages into which the guard is put as the application does it. What arrives at the page's window
-// is written down before the guard hears of it, in `arrived`.
+// Pages with the guard installed as in the application. `arrived` records the events that reach the
+// window, before the guard's handlers run.
 class RestartGuardPage : public PageTest {
  protected:
   static constexpr const char* textReason =
@@ -28,34 +28,26 @@ class RestartGuardPage : public PageTest {
 
   std::string firstScript() const override { return script_; }
 
-  // The guard's answer, null when the page is ready; then nobody gets into it.
+  // Returns the guard's answer: null if the page is ready, which also freezes it.
   Json prepare() { return page().evaluate("return window.NavoraUpdateGuard.prepare() ?? null"); }
   void resume() { page().evaluate("window.NavoraUpdateGuard.resume()"); }
-  // The guard's answer, after which the page goes on.
+  // Returns the guard's answer and resumes the page.
   Json ask() {
     return page().evaluate(
         "const answer = window.NavoraUpdateGuard.prepare() ?? null;"
         "window.NavoraUpdateGuard.resume(); return answer");
   }
 
-  // Types with real keys and waits until the text is there.
+  // Types with real keys and waits until the element contains the text.
   void type(const std::string& selector, const std::string& text) {
-    // The engine does not keep keys behind clicks: a click into what has the focus already, not
-    // waited for, could select what these keys have written.
-    const bool hasFocus = page().evaluate(
-        "return document.activeElement === document.querySelector(" + Json(selector).dump() + ")");
-    if (hasFocus) {
-      desktop().keyboard().type(text);
-    } else {
-      page().type(selector, text);
-    }
+    page().type(selector, text);
     page().waitUntilTrue(content(selector) + ".includes(" + Json(text).dump() + ")");
   }
   std::string content(const std::string& selector) const {
     return "((element) => element.value ?? element.textContent)(document.querySelector(" +
            Json(selector).dump() + "))";
   }
-  // Takes the focus from whatever has it.
+  // Moves the focus to a button.
   void leave() {
     page().click("#elsewhere");
     page().waitUntilTrue("document.activeElement === byId('elsewhere')");

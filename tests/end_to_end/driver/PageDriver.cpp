@@ -3,18 +3,19 @@
 #include <cmath>
 
 #include "end_to_end/driver/Keyboard.h"
+#include "end_to_end/driver/Screenshot.h"
 #include "end_to_end/driver/VirtualDesktop.h"
 
 namespace navora::driver {
 
 namespace {
 
-// Gives the element's rectangle in the viewport once it rests there, or a text that says why it
-// cannot be hit.
+// Returns the element's rectangle in the viewport once it is the same in two successive frames, or
+// a message that says why the element cannot be clicked.
 constexpr const char* locateScript = R"(
   const frame = () => new Promise((resume) => {
-    requestAnimationFrame(resume);
-    setTimeout(resume, 50);  // a page that nobody sees has no frames
+    if (document.hidden) setTimeout(resume, 50);  // a hidden page has no animation frames
+    else requestAnimationFrame(resume);
   });
   const element = document.querySelector(SELECTOR);
   if (!element) return 'it does not exist';
@@ -92,6 +93,23 @@ void PageDriver::waitUntilTrue(const std::string& expression, std::string_view d
       [&] { return "The last answer to " + expression + " was " + last; });
 }
 
+// Frames reach the screen in order: once a mark that was added last has been on the screen, so has
+// everything before it.
+void PageDriver::waitUntilPainted() {
+  constexpr PixelColor color{1, 254, 3};
+  const auto marked = [&] {
+    return Screenshot::capture(desktop_.display().connection(), area_()).pixelsLike(color, 0) > 0;
+  };
+  evaluate(
+      "await document.fonts.ready; const mark = document.createElement('div');"
+      "mark.id = 'driver-mark'; mark.style.cssText = 'position: fixed; left: 0; top: 0; width: 8px;"
+      " height: 8px; background: rgb(1, 254, 3); z-index: 2147483647';"
+      "document.documentElement.append(mark)");
+  waitUntil(marked, "the page's mark is painted");
+  evaluate("document.querySelector('#driver-mark').remove()");
+  waitUntil([&] { return !marked(); }, "the page is painted without the mark");
+}
+
 bool PageDriver::exists(const std::string& selector) {
   return evaluate(withSelector("return !!document.querySelector(SELECTOR)", selector));
 }
@@ -109,8 +127,8 @@ std::string PageDriver::text(const std::string& selector) {
 }
 
 Point PageDriver::viewportOrigin() {
-  // Only mouse events tell a page where it is. The one that is asked for must be new: the window
-  // can have moved, and bars above the page come and go.
+  // Only mouse events tell a page its place on the screen. An earlier event's offset may be
+  // outdated: the window can have moved, and bars above the page are shown and hidden.
   evaluate("window.__driverOffset = null");
   const Point center = area_().center();
   int step = 0;
@@ -153,18 +171,23 @@ void PageDriver::type(const std::string& selector, std::string_view text) {
   desktop_.keyboard().type(text);
 }
 
-// Keys that come before the focus would go elsewhere. A page that is still being laid out can move
-// the element away from under the pointer: then it is clicked once more.
+// Waits for the focus, because keys that precede it reach another element. Clicks again if a page
+// that is still being laid out moved the element away from under the pointer.
 void PageDriver::focusByClick(const std::string& selector) {
-  const std::string hasFocus = withSelector(
+  // An element stays the active one while its window does not have the focus.
+  const std::string script = withSelector(
       "const element = document.querySelector(SELECTOR);"
-      "return !!element && element.contains(document.activeElement)",
+      "return document.hasFocus() && !!element && element.contains(document.activeElement)",
       selector);
+  const auto hasFocus = [&] { return tryEvaluate(script) == Json(true); };
+  // The engine does not order keys behind clicks: after a click that changes no focus, and so
+  // cannot be waited for, the selection that it makes could replace what the keys have written.
+  if (hasFocus()) return;
   constexpr std::chrono::seconds perClick{3};
   waitUntil(
       [&] {
         click(selector);
-        return becomesTrue([&] { return tryEvaluate(hasFocus) == Json(true); }, perClick);
+        return becomesTrue(hasFocus, perClick);
       },
       "the element " + selector + " has the focus");
 }

@@ -18,39 +18,45 @@ using Json = nlohmann::json;
 
 class VirtualDesktop;
 
-// A page that includes the service's driver script: scripts run in it, and its elements are hit
-// with the desktop's real pointer and keys. Pages that follow each other in one view share a name.
+// Drives a page that includes the service's driver script: runs scripts in it, and operates its
+// elements with the desktop's real pointer and keys. Successive pages in one view share a name.
 class PageDriver {
  public:
-  // `url` is the service's control address, whatever the page's own origin is. `area` gives the
-  // screen rectangle of the window or frame that shows the page; its centre must be the page's.
+  // `url` is the control address of the service, even if the page has another origin. `area`
+  // returns the screen rectangle of the window or frame that shows the page; both have the same
+  // centre.
   PageDriver(VirtualDesktop& desktop, const std::string& url, std::function<Rectangle()> area,
              std::string name = "main");
-  // The page in a frame of this page, named `name`; this driver must outlive it.
+  // Returns a driver for the page in a frame of this page, named `name`. This driver must outlive
+  // it.
   PageDriver frame(const std::string& selector, const std::string& name);
 
-  // The body of an asynchronous function: "return document.title". A TestError when the script
-  // throws, the page goes away, or no page answers in time.
+  // Runs the body of an asynchronous function ("return document.title") and returns its value.
+  // Throws TestError if the script throws, the page is unloaded, or no page answers in time.
   Json evaluate(const std::string& script, std::chrono::milliseconds timeout = defaultTimeout());
-  // The same, but nothing in place of an error.
+  // Runs a script like evaluate(), but returns nullopt on error.
   std::optional<Json> tryEvaluate(const std::string& script,
                                   std::chrono::milliseconds timeout = std::chrono::seconds(5));
-  // Polls an expression ("location.pathname === '/'") until it is truthy, through page changes.
+  // Polls an expression ("location.pathname === '/'") until it is truthy, across page changes.
   void waitUntilTrue(const std::string& expression, std::string_view description = {},
                      std::chrono::milliseconds timeout = defaultTimeout());
 
+  // Waits until everything that the page contains now is on the screen. The top left corner of the
+  // page must not be covered.
+  void waitUntilPainted();
+
   bool exists(const std::string& selector);
-  // The rendered text of an element, once there is one.
+  // Waits for an element and returns its rendered text.
   std::string text(const std::string& selector);
   std::string path() { return evaluate("return location.pathname"); }
 
-  // Where the element is on the screen, after it was scrolled into view; waits until it is there,
-  // visible and not covered by another element.
+  // Scrolls the element into view and returns its rectangle on the screen. Waits until it exists,
+  // is visible, has stopped moving and is not covered by another element.
   Rectangle rectangle(const std::string& selector);
-  // With the real pointer; `modifiers` are keys held meanwhile ("Control+Shift").
+  // Clicks with the real pointer while the keys `modifiers` ("Control+Shift") are held.
   void click(const std::string& selector, MouseButton button = MouseButton::left,
              std::string_view modifiers = {});
-  // Clicks the element and types with real keys.
+  // Types into the element with real keys, after clicking it unless it has the focus.
   void type(const std::string& selector, std::string_view text);
 
  private:
@@ -60,7 +66,7 @@ class PageDriver {
   };
   Answer ask(const std::string& script, std::chrono::milliseconds timeout);
   void focusByClick(const std::string& selector);
-  // From coordinates of the page's viewport to those of the screen.
+  // Returns the screen coordinates of the viewport's top left corner.
   Point viewportOrigin();
 
   VirtualDesktop& desktop_;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "end_to_end/driver/ApplicationProcess.h"
+#include "end_to_end/driver/OtherWindow.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
@@ -12,7 +13,7 @@
 namespace navora::driver {
 namespace {
 
-// The sample browser on a page of the real development service, with a foreign frame in it.
+// The sample browser with a page of the development service that contains a foreign frame.
 class PageDriverTest : public testing::Test {
  protected:
   static void SetUpTestSuite() { desktop_ = std::make_unique<VirtualDesktop>(); }
@@ -113,6 +114,48 @@ TEST_F(PageDriverTest, DrivesAForeignFrame) {
 TEST_F(PageDriverTest, FollowsAPageThatNavigates) {
   page_->evaluate("setTimeout(() => location.search = '?title=Second&frame=about:blank')");
   page_->waitUntilTrue("document.querySelector('h1').innerText === 'Second'");
+}
+
+// The element starts to move when the driver scrolls it into view, so that the test does not depend
+// on how fast the driver is.
+TEST_F(PageDriverTest, WaitsUntilAMovingElementIsAtRest) {
+  page_->evaluate(
+      "const mover = document.createElement('button'); mover.id = 'mover';"
+      "mover.style.cssText = 'position: fixed; left: 100px; top: 200px; width: 90px';"
+      "mover.scrollIntoView = () => { let step = 0; const move = () => {"
+      "  mover.style.left = `${100 + 10 * ++step}px`;"
+      "  if (step < 20) requestAnimationFrame(move); };"
+      "  requestAnimationFrame(move); };"
+      "document.body.append(mover)");
+  const Rectangle found = page_->rectangle("#mover");
+  EXPECT_EQ(Json(found.x), page_->evaluate("return window.__driverOffset.x + 300"));
+}
+
+TEST_F(PageDriverTest, TypesIntoAFocusedElementWithoutClickingIt) {
+  page_->type("#field", "ab");
+  page_->waitUntilTrue("document.querySelector('#field').value === 'ab'");
+  page_->evaluate("document.querySelector('#field').setSelectionRange(0, 0)");
+  page_->type("#field", "c");
+  page_->waitUntilTrue("document.querySelector('#field').value === 'cab'");
+}
+
+TEST_F(PageDriverTest, ClicksAnElementThatKeptTheFocusOfAnInactiveWindow) {
+  page_->type("#field", "a");
+  page_->waitUntilTrue("document.querySelector('#field').value === 'a'");
+  const OtherWindow other(desktop_->display());
+  page_->waitUntilTrue("!document.hasFocus()");
+  EXPECT_EQ(page_->evaluate("return document.activeElement.id"), Json("field"));
+  page_->type("#field", "b");
+  page_->waitUntilTrue("document.querySelector('#field').value === 'ab'");
+}
+
+TEST_F(PageDriverTest, WaitsUntilThePageIsPainted) {
+  page_->evaluate("document.body.style.background = 'rgb(200, 40, 120)'");
+  page_->waitUntilPainted();
+  const Rectangle content = browser_->waitForMainWindow().content;
+  const auto screen = desktop_->display().screenshot(content);
+  EXPECT_GT(screen.pixelsLike({200, 40, 120}), 10'000U);
+  EXPECT_EQ(screen.pixelsLike({1, 254, 3}, 0), 0U);
 }
 
 TEST_F(PageDriverTest, TheForeignServerSeesEveryRequestWithItsHeadersAndBody) {
