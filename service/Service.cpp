@@ -31,14 +31,14 @@ Pages::Settings pageSettings(const ServiceOptions& options) {
       "connect-src 'self'; form-action 'self'; base-uri 'none'; frame-ancestors 'self'";
   std::string head;
   if (options.testDriver) {
-    // The driver evaluates what a test sends it.
+    // The driver evaluates the scripts of tests.
     policy.replace(policy.find("script-src 'self'"), 17, "script-src 'self' 'unsafe-eval'");
     head = R"(<script src="/__test/driver.js?name=main"></script>)";
   }
   return {options.pages, head, policy};
 }
 
-/// Gives every error without a body one that its reader understands.
+// Adds a body to an error without one: JSON below "/api/", plain text elsewhere.
 void completeError(const httplib::Request& request, httplib::Response& response,
                    Accounts& accounts) {
   if (!response.body.empty()) return;
@@ -60,9 +60,9 @@ void configure(httplib::Server& server, Accounts& accounts) {
   server.new_task_queue = [] { return new httplib::ThreadPool(serverThreads); };
   server.set_payload_max_length(bodyLimit);
   server.set_tcp_nodelay(true);
-  // Short, because a stop waits for idle connections this long.
+  // Short, because stopping waits this long for idle connections.
   server.set_keep_alive_timeout(1);
-  // The library would let two services share one port.
+  // By default the library lets two services share a port.
   server.set_socket_options([](socket_t socket) {
     const int on = 1;
     ::setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &on, sizeof(on));
@@ -155,7 +155,7 @@ class Service::Parts {
 
   void run() {
     thread_ = std::thread([this] { server_.listen_after_bind(); });
-    // A server that does not run yet cannot be stopped.
+    // stop() has no effect before the server runs.
     while (!server_.is_running())
       std::this_thread::yield();
   }

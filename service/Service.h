@@ -8,8 +8,8 @@
 
 namespace navora::service {
 
-/// The running service: storage, background jobs, the HTTP server, and in test mode the front that
-/// can misbehave.
+// The running service: storage, background jobs, the HTTP server and, in test mode, the front that
+// carries out faults.
 class Service {
  public:
   explicit Service(ServiceOptions options);
@@ -17,14 +17,14 @@ class Service {
   Service(const Service&) = delete;
   Service& operator=(const Service&) = delete;
 
-  /// Begins to serve; the port accepts connections when it returns. What went wrong otherwise.
+  // Starts serving; the port accepts connections when it returns. Returns a message on failure.
   std::optional<std::string> start();
 
-  /// Ends every connection and all threads. Harmless when not started or stopped already.
+  // Closes every connection and joins all threads. Does nothing unless the service runs.
   void stop();
 
   int port() const;
-  std::string address() const;  ///< "http://127.0.0.1:8080/"
+  std::string address() const;  // "http://127.0.0.1:8080/"
 
  private:
   class Parts;

@@ -7,7 +7,7 @@
 namespace navora::service {
 namespace {
 
-/// What is wrong with a value; empty when nothing is.
+// Returns what is wrong with a value, or an empty string.
 using Take = std::function<std::string(ServiceOptions&, const std::string&)>;
 
 template <typename Number>

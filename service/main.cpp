@@ -21,7 +21,7 @@ int main(int count, char** values) {
     return 2;
   }
 
-  // Blocked before any thread starts, so that every thread leaves these signals to sigwait below.
+  // Block the signals before any thread starts, so that only sigwait() receives them.
   sigset_t endings;
   sigemptyset(&endings);
   sigaddset(&endings, SIGTERM);

@@ -11,24 +11,23 @@
 
 namespace navora::service {
 
-/// One request to the JSON interface by a signed-in user.
+// A request to the JSON API by a signed-in user.
 struct ApiCall {
   const httplib::Request& request;
   httplib::Response& response;
   User user;
 
-  /// The part of the path that the route's pattern captured.
+  // Returns the part of the path that the route's pattern captured.
   std::string captured(std::size_t index = 1) const { return request.matches[index].str(); }
 
-  /// The body as a JSON object. When it is none, answers 400 or 415 and returns nothing.
+  // Returns the body as a JSON object. Otherwise replies with 400 or 415 and returns nullopt.
   std::optional<Json> object();
 
   void reply(const Json& value, int status = 200);
   void fail(int status, const std::string& code, const std::string& message);
 };
 
-/// Registers the routes below "/api/". Every one of them needs a session; without one the answer
-/// is 401.
+// Registers the routes below "/api/". Each replies with 401 unless the request has a session.
 class Api {
  public:
   using Handler = std::function<void(ApiCall&)>;
@@ -41,7 +40,7 @@ class Api {
   void patch(const std::string& pattern, Handler handler);
   void remove(const std::string& pattern, Handler handler);
 
-  /// An error answer of the interface: {"error": {"code": ..., "message": ...}}.
+  // Replies with an error of the API: {"error": {"code": ..., "message": ...}}.
   static void fail(httplib::Response& response, int status, const std::string& code,
                    const std::string& message);
 

@@ -22,7 +22,7 @@ bool isIdempotencyKey(const std::string& key) {
                      [](char character) { return character > ' ' && character <= '~'; });
 }
 
-/// The note of a request, or nothing after it was answered with what is wrong.
+// Returns the note of a request. Replies with the error and returns nullopt if it is invalid.
 std::optional<NewCapture> readCapture(ApiCall& call) {
   const auto body = call.object();
   if (!body) return std::nullopt;
@@ -56,7 +56,7 @@ std::optional<NewCapture> readCapture(ApiCall& call) {
   return capture;
 }
 
-/// The last part of what the user's system calls the file.
+// Returns the last component of a path in the notation of any system.
 std::string fileName(const std::string& given) {
   const std::string name = trimmed(given.substr(given.find_last_of("/\\") + 1));
   const bool usable =
@@ -87,7 +87,7 @@ void addAttachmentRoutes(Api& api, Storage& storage) {
       call.fail(404, "not_found", "There is no such file.");
       return;
     }
-    // Never shown in the page: a file that a user attached must not run as a page of the service.
+    // Always a download: an attached file must not run as a page of the service.
     call.response.set_header("Content-Disposition",
                              "attachment; filename*=UTF-8''" + percentEncoded(attachment->name));
     call.response.set_content(attachment->content, "application/octet-stream");
@@ -99,7 +99,7 @@ void addAttachmentRoutes(Api& api, Storage& storage) {
 void addCaptureRoutes(Api& api, Storage& storage, Milliseconds jobDelay,
                       std::function<void()> jobAdded) {
   api.get("/api/captures", [&storage](ApiCall& call) {
-    // Read before the notes: a change in between is reported once more rather than lost.
+    // Read before the notes, so that a change in between is reported twice rather than lost.
     const auto version = storage.captures.changes().version(call.user.id);
     call.reply({{"captures", storage.captures.list(call.user.id)}, {"version", version}});
   });

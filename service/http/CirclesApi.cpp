@@ -7,7 +7,8 @@ namespace {
 constexpr std::size_t nameLimit = 60;
 constexpr std::size_t messageLimit = 2000;
 
-/// The trimmed text member `name`; answers 422 when it is missing, empty or too long.
+// Returns the trimmed text member `name`. Replies with 422 and returns nullopt if it is missing,
+// empty or too long.
 std::optional<std::string> requiredText(ApiCall& call, const char* name, std::size_t limit) {
   const auto body = call.object();
   if (!body) return std::nullopt;

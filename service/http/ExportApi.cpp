@@ -21,7 +21,7 @@ void addExportRoutes(Api& api, Storage& storage) {
     call.response.set_content(notes.dump(2, ' ', false, Json::error_handler_t::replace) + "\n",
                               "application/json");
   });
-  // Without a Content-Disposition: a view downloads it because it cannot show the type.
+  // No Content-Disposition: a web view downloads the file because it cannot show the type.
   api.get("/api/export/navora-notes.zip", [&storage](ApiCall& call) {
     ZipArchive archive;
     for (const Json& capture : storage.captures.list(call.user.id)) {

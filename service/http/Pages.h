@@ -10,19 +10,19 @@
 
 namespace navora::service {
 
-/// Serves the pages and what they are made of from a directory, read afresh for every request so
-/// that an edited file shows after a reload.
+// Serves the pages and their assets from a directory. Files are read for each request, so that an
+// edit shows after a reload.
 class Pages {
  public:
   struct Settings {
     std::filesystem::path directory;
-    std::string headInsertion;          ///< Markup put at the end of every page's head.
-    std::string contentSecurityPolicy;  ///< Sent with every page.
+    std::string headInsertion;          // Markup inserted at the end of each page's head.
+    std::string contentSecurityPolicy;  // Sent with each page.
   };
 
   Pages(Settings settings, Storage& storage);
 
-  /// "/" and "/assets/...". The object must outlive the server's run.
+  // Registers "/" and "/assets/...". The object must outlive the server.
   void addRoutes(httplib::Server& server);
 
   void showLogin(const httplib::Request& request, httplib::Response& response,

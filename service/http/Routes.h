@@ -11,18 +11,18 @@
 
 namespace navora::service {
 
-/// The telemetry events that arrived since start, the last ones of very many.
+// The telemetry events since the start: all are counted, and the most recent are kept.
 class TelemetryLog {
  public:
   static constexpr std::size_t mostEvents = 10000;
 
-  /// `event` is an object whose "event" is its name.
+  // `event` is an object whose "event" is its name.
   void add(const User& user, const Json& event);
 
-  /// How many there were, by name.
+  // Returns the number of events by name.
   std::map<std::string, std::size_t> counts() const;
 
-  /// Each as it came, with the user's name as "account", oldest first.
+  // Returns the events as received, oldest first, each with the user's name as "account".
   Json events() const;
 
  private:
@@ -34,7 +34,7 @@ class TelemetryLog {
 void addSettingsRoutes(Api& api, Storage& storage);
 void addNotificationRoutes(Api& api, Storage& storage);
 
-/// The callbacks are called after each of the user's own additions.
+// The callbacks are called after each addition by the user.
 void addCirclesRoutes(Api& api, Storage& storage,
                       std::function<void(const User&, const std::string& roomId)> messageAdded);
 void addCalendarRoutes(Api& api, Storage& storage,
@@ -43,11 +43,11 @@ void addCalendarRoutes(Api& api, Storage& storage,
 void addExportRoutes(Api& api, Storage& storage);
 void addTelemetryRoutes(Api& api, TelemetryLog& log);
 
-/// `jobDelay`: how long the processing of a note takes. `jobAdded` is called after each new job.
+// `jobDelay` is the time that processing a note takes. `jobAdded` is called after each new job.
 void addCaptureRoutes(Api& api, Storage& storage, Milliseconds jobDelay,
                       std::function<void()> jobAdded);
 
-/// "/login" and "/logout" as form posts.
+// Registers "/login" and "/logout", which take form posts.
 void addSignInRoutes(httplib::Server& server, Accounts& accounts,
                      const std::function<void(const httplib::Request&, httplib::Response&,
                                               const std::string& error)>& showLogin);

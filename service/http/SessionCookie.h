@@ -9,12 +9,12 @@
 
 namespace navora::service {
 
-/// The cookie that carries a session's token.
+// The cookie that holds a session's token.
 class SessionCookie {
  public:
   static constexpr const char* name = "tolvin_session";
 
-  /// The token of a request, empty when it carries none.
+  // Returns the token of a request, or an empty string.
   static std::string token(const httplib::Request& request);
   static std::optional<User> user(const httplib::Request& request, Accounts& accounts);
 

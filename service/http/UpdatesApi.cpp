@@ -27,12 +27,13 @@ constexpr const char* emptyFeed = R"(<?xml version="1.0" encoding="utf-8"?>
 </rss>
 )";
 
-/// A regular file that stays open while it is sent, so that one which is replaced meanwhile is
-/// still sent as it was.
+// A regular file, kept open while it is sent, so that replacing it does not change a download in
+// progress.
 class OpenFile {
  public:
   explicit OpenFile(const std::filesystem::path& path)
-      // A link could lead out of the directory; a pipe without a writer would never open.
+      // O_NOFOLLOW refuses links out of the directory; O_NONBLOCK does not wait for a FIFO's
+      // writer.
       : descriptor_(::open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC)) {}
   ~OpenFile() {
     if (descriptor_ >= 0) ::close(descriptor_);
@@ -40,7 +41,7 @@ class OpenFile {
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
 
-  /// Nothing when it is not there or is no file.
+  // Returns the size in bytes, or nullopt unless this is a regular file.
   std::optional<std::size_t> size() const {
     struct stat status{};
     if (descriptor_ < 0 || ::fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
@@ -49,7 +50,8 @@ class OpenFile {
     return static_cast<std::size_t>(status.st_size);
   }
 
-  /// Passes on at most `length` bytes; false when there are none or nobody takes them.
+  // Sends at most `length` bytes; returns false at the end of the file or if the client has
+  // disconnected.
   bool send(std::size_t offset, std::size_t length, httplib::DataSink& sink) const {
     std::array<char, pieceSize> piece{};
     const auto size = ::pread(descriptor_, piece.data(), std::min(length, piece.size()),

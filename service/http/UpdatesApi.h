@@ -6,9 +6,8 @@
 
 namespace navora::service {
 
-/// "/updates/NAME": the feed "appcast.xml" and the archives that it names, from a directory and
-/// without a session. An empty path stands for no directory: there is a feed without items then,
-/// and nothing else.
+// Registers "/updates/NAME", which serves the feed "appcast.xml" and its archives from `directory`
+// without a session. With an empty path it serves a feed without items and nothing else.
 void addUpdateRoutes(httplib::Server& server, std::filesystem::path directory);
 
 }  // namespace navora::service

@@ -8,8 +8,8 @@
 
 namespace navora::service {
 
-/// The background worker: finishes each note's job when it is due. Jobs that an earlier run of the
-/// service left behind are finished as well.
+// The background thread that finishes each note's job when it is due, including jobs from an
+// earlier run of the service.
 class JobRunner {
  public:
   explicit JobRunner(Captures& captures);
@@ -17,7 +17,7 @@ class JobRunner {
   JobRunner(const JobRunner&) = delete;
   JobRunner& operator=(const JobRunner&) = delete;
 
-  /// To be called after a job was added.
+  // Must be called after a job has been added.
   void wake();
 
  private:

@@ -5,10 +5,10 @@
 
 namespace navora::service {
 
-/// What processing makes of a note.
+// The result of processing a note.
 struct NoteDigest {
-  std::string title;    ///< The first line, shortened.
-  std::string summary;  ///< Number of words and lines, and the note's #tags.
+  std::string title;    // The first line, shortened.
+  std::string summary;  // The numbers of words and lines, and the note's #tags.
 
   static NoteDigest of(std::string_view raw);
 };

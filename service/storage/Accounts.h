@@ -14,25 +14,25 @@ struct User {
   std::string name;
 };
 
-/// Who may sign in, and who is signed in. Passwords come from the command line and are kept in
-/// memory only; users and sessions live in the database.
+// The accounts and the open sessions. Passwords come from the command line and are kept in memory
+// only; users and sessions are stored in the database.
 class Accounts {
  public:
   static constexpr Milliseconds sessionLifetime = Milliseconds{30} * 24 * 60 * 60 * 1000;
 
-  /// `passwords`: from a user's name to the password.
+  // `passwords` maps a user's name to the password.
   Accounts(Database& database, std::map<std::string, std::string> passwords);
 
-  /// The user of a name that has an account; made on first use.
+  // Returns the user of an account; created on first use.
   User user(const std::string& name);
 
-  /// Opens a session and returns its token, or nothing when name and password do not match.
+  // Opens a session and returns its token, or nullopt if the name and the password do not match.
   std::optional<std::string> signIn(const std::string& name, const std::string& password);
 
   std::optional<User> sessionUser(const std::string& token);
   void signOut(const std::string& token);
   void signEverybodyOut();
-  /// Makes every session one of this user.
+  // Assigns every session to this user.
   void moveSessions(const User& user);
 
  private:

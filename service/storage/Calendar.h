@@ -7,19 +7,20 @@
 
 namespace navora::service {
 
-/// The user's events: a date ("2026-03-09"), a time ("14:30", empty for the whole day), a title.
+// The user's events: a date ("2026-03-09"), a time ("14:30", or empty for the whole day) and a
+// title.
 class Calendar {
  public:
   explicit Calendar(Database& database) : database_(database) {}
 
-  /// The events of a month ("2026-03") in order of date and time.
+  // Returns the events of a month ("2026-03") by date and time.
   Json list(const std::string& userId, const std::string& month);
 
-  /// The new event.
+  // Returns the new event.
   Json add(const std::string& userId, const std::string& date, const std::string& time,
            const std::string& title);
 
-  /// False when the user has no such event.
+  // Returns false if the user has no such event.
   bool remove(const std::string& userId, const std::string& uid);
 
  private:

@@ -4,7 +4,7 @@
 
 namespace navora::service {
 
-// Milliseconds since 1970: a version is larger than all of an earlier run's.
+// In milliseconds since 1970, so that versions exceed those of an earlier run.
 CaptureChanges::CaptureChanges() : start_(static_cast<Version>(currentTime())) {}
 
 CaptureChanges::Changes& CaptureChanges::of(const std::string& userId) const {

@@ -10,33 +10,33 @@
 
 namespace navora::service {
 
-/// Tells those who wait when something about a user's notes has changed.
+// Wakes waiting requests when a user's notes have changed.
 class CaptureChanges {
  public:
   using Version = std::uint64_t;
 
-  /// How many may wait for one user. A further one makes the oldest give up, so that pages that
-  /// went away cannot use up all of the server's threads.
+  // The number of requests that may wait for one user. One more ends the oldest wait, so that
+  // closed pages cannot occupy all of the server's threads.
   static constexpr std::size_t mostWaiters = 6;
 
   CaptureChanges();
 
   void raise(const std::string& userId);
 
-  /// Grows with every change; never the same again after a restart of the service.
+  // Increases with every change and is not reused after a restart of the service.
   Version version(const std::string& userId) const;
 
-  /// The version as soon as it differs from `known`; the old one after the time-out, when too many
-  /// wait, or after `close`.
+  // Waits until the version differs from `known` and returns it. Returns the old version after the
+  // time-out, when too many requests wait, or after close().
   Version wait(const std::string& userId, Version known, std::chrono::milliseconds timeout);
 
-  /// Lets everybody go, now and from now on.
+  // Ends all waits, and every later one at once.
   void close();
 
  private:
   struct Changes {
     Version version;
-    std::list<bool*> waiters;  // What each points to says that it must give up.
+    std::list<bool*> waiters;  // Set to true to end the wait.
   };
 
   Changes& of(const std::string& userId) const;

@@ -30,43 +30,44 @@ struct Attachment {
   std::string content;
 };
 
-/// The notes ("captures"), the background job of each, and the files attached to them.
+// The notes ("captures"), the background job of each, and their attached files.
 class Captures {
  public:
   Captures(Database& database, Notifications& notifications)
       : database_(database), notifications_(notifications) {}
 
-  /// Stores a note and its job, which is due at `dueAt`. The same key with the same note gives the
-  /// same capture and job again; the same key with another text, provider or model gives nothing.
+  // Stores a note and its job, which is due at `dueAt`. A repeated key with the same note returns
+  // the existing capture and job; with another text, provider or model it returns nullopt.
   std::optional<AcceptedCapture> add(const std::string& userId, const NewCapture& capture,
                                      Milliseconds dueAt);
 
-  /// All notes, newest first, as JSON objects with their job's state and their attachments.
+  // Returns all notes, newest first, as JSON objects with the state of their job and their
+  // attachments.
   Json list(const std::string& userId);
 
-  /// From the id of a note to the idempotency key that it came with, where there was one.
+  // Returns the idempotency keys by note id; notes sent without a key are missing.
   std::map<std::string, std::string> idempotencyKeys(const std::string& userId);
 
-  /// False when the user has no such note.
+  // Returns false if the user has no such note.
   bool remove(const std::string& userId, const std::string& id);
 
   std::optional<Json> job(const std::string& userId, const std::string& id);
 
-  /// The new attachment, or nothing when the user has no such note.
+  // Returns the new attachment, or nullopt if the user has no such note.
   std::optional<Json> attach(const std::string& userId, const std::string& captureId,
                              const Attachment& attachment);
   std::optional<Attachment> attachment(const std::string& userId, const std::string& id);
 
-  /// Finishes every job that is due and raises its notification, in one transaction.
-  /// Returns when the next job is due, if one is waiting.
+  // Finishes every job that is due and raises its notification, in one transaction. Returns the
+  // time at which the next job is due, if there is one.
   std::optional<Milliseconds> finishDueJobs(Milliseconds now);
 
-  /// Raised after every change of a note, its job or its attachments.
+  // Reports every change of a note, its job or its attachments.
   CaptureChanges& changes() { return changes_; }
 
  private:
   Json attachments(const std::string& captureId);
-  /// Returns whose note it was.
+  // Returns the note's owner.
   std::string finishJob(const std::string& jobId);
 
   Database& database_;

@@ -8,21 +8,21 @@
 
 namespace navora::service {
 
-/// The user's circles, their rooms, and the messages in the rooms.
+// The user's circles, their rooms and the messages in them.
 class Circles {
  public:
   explicit Circles(Database& database) : database_(database) {}
 
-  /// All circles in their order, each with its rooms, each with its messages, oldest first.
+  // Returns the circles in order, each with its rooms and their messages, oldest first.
   Json list(const std::string& userId);
 
   std::string addCircle(const std::string& userId, const std::string& name);
   std::string addRoom(const std::string& circleId, const std::string& name);
 
-  /// False when the user has no such circle.
+  // Returns false if the user has no such circle.
   bool rename(const std::string& userId, const std::string& circleId, const std::string& name);
 
-  /// The new message, or nothing when the user has no such room.
+  // Returns the new message, or nullopt if the user has no such room.
   std::optional<Json> addMessage(const std::string& userId, const std::string& roomId,
                                  const std::string& author, const std::string& text);
 

@@ -82,7 +82,7 @@ bool Statement::step() {
 }
 
 std::string Statement::text(int column) const {
-  // A NULL column has a null pointer and the size 0.
+  // A NULL column yields a null pointer and a size of 0.
   const auto* bytes = static_cast<const char*>(sqlite3_column_blob(statement_.get(), column));
   const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_.get(), column));
   return bytes == nullptr ? std::string() : std::string(bytes, size);
@@ -130,7 +130,7 @@ Database::Transaction::~Transaction() {
   if (committed_) return;
   database_.failed_ = true;
   if (database_.depth_ > 0) return;
-  // Where SQLite has already undone the transaction by itself this finds nothing to do.
+  // Has no effect if SQLite has already rolled back the transaction.
   sqlite3_exec(database_.connection_.get(), "ROLLBACK", nullptr, nullptr, nullptr);
 }
 

@@ -13,27 +13,27 @@
 
 namespace navora::service {
 
-/// A statement that SQLite refused or could not carry out. Thrown inside the service only; a
-/// request that meets it is answered 500.
+// Thrown when SQLite rejects a statement or fails to execute it. Not part of any interface: the
+// HTTP server replies with 500.
 class DatabaseError : public std::runtime_error {
  public:
   using std::runtime_error::runtime_error;
 };
 
-/// One prepared statement with its values bound, to be stepped through once.
+// A prepared statement with its values bound, to be stepped through once.
 class Statement {
  public:
   Statement(sqlite3* connection, std::string_view sql);
 
   void bind(int index, std::string_view value);
   void bind(int index, std::int64_t value);
-  /// A template, so that plain texts do not have two equally good overloads to choose from.
+  // A template, so that string literals are not ambiguous between the overloads.
   template <std::same_as<std::optional<std::string>> Value>
   void bind(int index, const Value& value) {
     value ? bind(index, std::string_view(*value)) : bindNull(index);
   }
 
-  /// Moves to the next row; false when there is none.
+  // Moves to the next row; returns false at the end.
   bool step();
 
   std::string text(int column) const;
@@ -52,17 +52,17 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// The SQLite connection that all stores share. Every use happens inside a `Transaction`, which
-/// also keeps the other threads out.
+// The SQLite connection that all stores share. Used only within a `Transaction`, which excludes
+// other threads.
 class Database {
  public:
-  /// Opens or creates the file at `path`; ":memory:" keeps everything in memory.
+  // Opens or creates the file at `path`; ":memory:" stores everything in memory.
   explicit Database(const std::string& path);
 
-  /// Runs a script of statements that return no rows.
+  // Runs a script of statements that return no rows.
   void execute(const std::string& sql);
 
-  /// A statement with `values` bound to its parameters in order.
+  // Returns a statement with `values` bound to its parameters in order.
   template <typename... Values>
   Statement prepare(std::string_view sql, const Values&... values) {
     Statement statement(connection_.get(), sql);
@@ -71,7 +71,7 @@ class Database {
     return statement;
   }
 
-  /// Runs one statement that returns no rows and reports how many rows it changed.
+  // Runs one statement that returns no rows; returns the number of rows that it changed.
   template <typename... Values>
   int run(std::string_view sql, const Values&... values) {
     Statement statement = prepare(sql, values...);
@@ -79,8 +79,8 @@ class Database {
     return sqlite3_changes(connection_.get());
   }
 
-  /// Excludes other threads for its lifetime. Transactions may nest on one thread; the outermost
-  /// one decides, and undoes everything unless every level was committed before its end.
+  // Excludes other threads during its lifetime. Transactions may nest on one thread; the outermost
+  // one rolls everything back unless every level has been committed.
   class Transaction {
    public:
     explicit Transaction(Database& database);
@@ -88,7 +88,7 @@ class Database {
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
 
-    /// The last use of the transaction.
+    // The transaction must not be used afterwards.
     void commit();
 
    private:

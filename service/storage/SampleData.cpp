@@ -74,7 +74,7 @@ void addNotes(Storage& storage, const User& user) {
                          currentTime() - entry.age, note->captureId);
   }
   storage.captures.finishDueJobs(currentTime());
-  // The notes are old news; what is new is a message.
+  // Of the sample data, only a message is new; the notes are not.
   storage.database.run("DELETE FROM notifications WHERE user_id = ?", user.id);
   const Json circles = storage.circles.list(user.id);
   storage.notifications.add(user.id, {{"kind", "message"},

@@ -4,8 +4,8 @@
 
 namespace navora::service {
 
-/// Gives a user who has no circles yet something to look at: circles with rooms and messages,
-/// events around today, and a few finished notes.
+// Fills the account of a user without circles: circles with rooms and messages, events around
+// today, and a few processed notes.
 void addSampleData(Storage& storage, const User& user);
 
 }  // namespace navora::service

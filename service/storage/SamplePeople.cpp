@@ -6,7 +6,7 @@ namespace {
 constexpr const char* answer = "Good to know, thank you!";
 constexpr const char* companion = "Ines";
 
-/// Who spoke last in the room besides the user, if anybody did.
+// Returns the last author in the room other than the user.
 std::string lastOther(const Json& room, const std::string& user) {
   std::string author = companion;
   for (const Json& message : room["messages"]) {

@@ -6,15 +6,15 @@
 
 namespace navora::service {
 
-/// The people of the sample circles: they take part, so that there is something to be notified of.
+// Acts for the people of the sample circles, so that notifications of several kinds occur.
 class SamplePeople {
  public:
   explicit SamplePeople(Storage& storage) : storage_(storage) {}
 
-  /// Somebody of the room answers the user's message there.
+  // Replies to the user's message in a room.
   void didReceiveMessage(const User& user, const std::string& roomId);
 
-  /// Somebody joins the user's new event.
+  // Joins the user's new event.
   void didReceiveEvent(const User& user, const Json& event);
 
  private:

@@ -115,7 +115,7 @@ bool SettingsRules::isTimeZone(const std::string& name) {
   if (name.size() > 64 || !std::regex_match(name, form)) return false;
   const std::filesystem::path database("/usr/share/zoneinfo");
   std::error_code error;
-  // A machine without the database can only check the form.
+  // Without the time zone database only the form can be checked.
   if (!std::filesystem::exists(database, error)) return true;
   return std::filesystem::is_regular_file(database / name, error);
 }

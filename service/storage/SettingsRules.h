@@ -8,20 +8,20 @@
 
 namespace navora::service {
 
-/// A kind of notification and the channel that it takes unless the user chose another.
+// A kind of notification, and its channel unless the user has chosen another.
 struct NotificationKind {
   const char* key;
   const char* title;
   const char* defaultChannel;
 };
 
-/// What is wrong with a change of settings: the member at fault and a sentence for the user.
+// Why a change of settings is rejected: the member at fault and a sentence for the user.
 struct SettingsProblem {
   std::string field;
   std::string message;
 };
 
-/// Which settings there are and which values they may have.
+// The names of the settings and their permitted values.
 class SettingsRules {
  public:
   static const std::vector<NotificationKind>& notificationKinds();
@@ -29,18 +29,17 @@ class SettingsRules {
 
   static Json defaults();
 
-  /// Judges an object of changed settings as a whole: nothing of it may be stored when there is a
-  /// problem. Unknown members are a problem.
+  // Checks an object of changed settings as a whole and returns the first problem; an unknown
+  // member is one. If there is a problem, nothing of the object may be stored.
   static std::optional<SettingsProblem> problem(const Json& changes);
 
-  /// An IANA time zone that this machine knows, e.g. "Europe/Lisbon".
+  // Returns whether `name` is an IANA time zone that this machine knows, such as "Europe/Lisbon".
   static bool isTimeZone(const std::string& name);
 
-  /// The zone that dates are shown in: the chosen one, or the system's as the page last reported
-  /// it.
+  // Returns the zone for dates: the chosen one, or the system's as the page last reported it.
   static std::string effectiveTimeZone(const Json& settings);
 
-  /// The first supported locale of an Accept-Language header.
+  // Returns the first supported locale of an Accept-Language header.
   static std::optional<std::string> detectLocale(const std::string& acceptLanguage);
 };
 

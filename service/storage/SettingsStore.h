@@ -7,14 +7,14 @@
 
 namespace navora::service {
 
-/// Each user's settings, complete with the defaults of what was never set.
+// Each user's settings, with the defaults of those never set.
 class SettingsStore {
  public:
   explicit SettingsStore(Database& database) : database_(database) {}
 
   Json read(const std::string& userId);
 
-  /// Stores changes that `SettingsRules` has accepted and returns the settings as they now are.
+  // Stores changes that `SettingsRules` has accepted; returns the new settings.
   Json change(const std::string& userId, const Json& changes);
 
  private:

@@ -14,7 +14,7 @@
 
 namespace navora::service {
 
-/// Everything that the service keeps, over one database.
+// The stores of the service, over one database.
 struct Storage {
   Storage(const std::string& path, std::map<std::string, std::string> passwords)
       : database(path),

@@ -6,16 +6,16 @@
 
 namespace navora::service {
 
-/// RFC 4648 with padding.
+// Encodes as base64 with padding (RFC 4648, section 4).
 std::string base64(std::string_view bytes);
 
-/// Percent-encodes everything but letters, digits and "-._~".
+// Percent-encodes everything but letters, digits and "-._~".
 std::string percentEncoded(std::string_view text);
 
-/// Decodes %XX and "+"; a broken escape stays as it is written.
+// Decodes %XX and "+"; leaves a malformed escape unchanged.
 std::string percentDecoded(std::string_view text);
 
-/// The last value of each name of "name=value&name=value", decoded.
+// Parses "name=value&name=value" into decoded values; the last value of a repeated name wins.
 std::map<std::string, std::string> queryParameters(std::string_view query);
 
 }  // namespace navora::service

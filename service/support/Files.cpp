@@ -40,7 +40,7 @@ std::string filledTemplate(std::string text, const std::map<std::string, std::st
       position += 2;
       continue;
     }
-    // Going on behind the value: a value is never searched for further placeholders.
+    // Continue after the value: values are not searched for placeholders.
     text.replace(position, end + 2 - position, value->second);
     position += value->second.size();
   }

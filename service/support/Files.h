@@ -7,16 +7,17 @@
 
 namespace navora::service {
 
-/// The content of a file, or nothing when it cannot be read.
+// Returns the content of a file, or nullopt if it cannot be read.
 std::optional<std::string> readFile(const std::filesystem::path& path);
 
-/// The media type that a file name's extension stands for.
+// Returns the media type for a file name's extension.
 std::string mediaType(const std::filesystem::path& path);
 
-/// Replaces each "{{name}}" that has a value; others stay as they are.
+// Replaces each "{{name}}" that has a value; leaves others unchanged.
 std::string filledTemplate(std::string text, const std::map<std::string, std::string>& values);
 
-/// A relative path that names a file below a directory: no "..", no empty part, no hidden file.
+// Returns whether `path` is relative and names a file below its directory: no "..", no empty
+// component, no hidden file.
 bool isPlainRelativePath(const std::string& path);
 
 }  // namespace navora::service

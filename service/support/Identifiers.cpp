@@ -9,7 +9,7 @@ namespace {
 
 template <std::size_t size>
 std::array<unsigned char, size> randomBytes() {
-  // std::random_device reads the system's random source here; no seeded generator stands between.
+  // std::random_device reads the system's entropy source; a seeded generator would be guessable.
   std::random_device device;
   std::array<unsigned char, size> bytes{};
   for (unsigned char& byte : bytes)

@@ -4,10 +4,10 @@
 
 namespace navora::service {
 
-/// A fresh random UUID (version 4) in lower case, 36 characters.
+// Returns a random UUID (RFC 4122, version 4) in lower case.
 std::string randomUuid();
 
-/// 256 random bits as 64 hexadecimal digits: the value of a session cookie.
+// Returns 256 random bits as 64 hexadecimal digits, for a session cookie.
 std::string randomToken();
 
 }  // namespace navora::service

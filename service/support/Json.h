@@ -9,12 +9,12 @@ namespace navora::service {
 
 using Json = nlohmann::json;
 
-/// Compact JSON text. Bytes that are not UTF-8 become replacement characters.
+// Returns compact JSON text. Bytes that are not UTF-8 become replacement characters.
 inline std::string jsonText(const Json& value) {
   return value.dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
-/// The text member `name` of an object, or nothing when it is missing or no text.
+// Returns the string member `name` of an object, or nullopt if it is missing or not a string.
 inline std::optional<std::string> textMember(const Json& object, const char* name) {
   const auto member = object.find(name);
   if (member == object.end() || !member->is_string()) return std::nullopt;

@@ -3,7 +3,7 @@
 namespace navora::service {
 namespace {
 
-/// The length of the UTF-8 sequence at the start of `text`, or 0 when it is not well formed.
+// Returns the length of the UTF-8 sequence at the start of `text`, or 0 if it is not well formed.
 std::size_t sequenceLength(std::string_view text) {
   const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
   const unsigned char first = byte(0);
@@ -13,7 +13,7 @@ std::size_t sequenceLength(std::string_view text) {
   for (std::size_t index = 1; index < length; ++index) {
     if ((byte(index) & 0xC0U) != 0x80U) return 0;
   }
-  // Overlong forms, surrogates and values above U+10FFFF all show in the second byte.
+  // The second byte reveals overlong forms, surrogates and values above U+10FFFF.
   if (first == 0xE0 && byte(1) < 0xA0) return 0;
   if (first == 0xED && byte(1) > 0x9F) return 0;
   if (first == 0xF0 && byte(1) < 0x90) return 0;

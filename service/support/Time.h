@@ -5,18 +5,18 @@
 
 namespace navora::service {
 
-/// Milliseconds since 1970-01-01T00:00:00Z.
+// Milliseconds since 1970-01-01T00:00:00Z.
 using Milliseconds = std::int64_t;
 
 Milliseconds currentTime();
 
-/// "2026-03-09T08:07:06.005Z"
+// Formats a time as "2026-03-09T08:07:06.005Z".
 std::string isoTime(Milliseconds time);
 
-/// The UTC date of a time moved by whole days: "2026-03-09".
+// Returns the UTC date of a time moved by whole days, as "2026-03-09".
 std::string isoDate(Milliseconds time, int daysLater = 0);
 
-/// True for a date of the Gregorian calendar written as "2026-03-09".
+// Returns whether `text` is a date of the Gregorian calendar in the form "2026-03-09".
 bool isIsoDate(const std::string& text);
 
 }  // namespace navora::service

@@ -5,7 +5,8 @@ namespace {
 
 constexpr std::uint16_t versionNeeded = 20;
 constexpr std::uint16_t utf8Names = 1U << 11U;
-// 1980-01-01, the earliest date the format can hold: archives of equal notes are equal.
+// 1980-01-01, the earliest date of the format. A constant, so that archives of equal notes are
+// equal.
 constexpr std::uint16_t dosDate = (1U << 5U) | 1U;
 
 void append16(std::string& bytes, std::uint32_t value) {
@@ -29,7 +30,7 @@ std::uint32_t checksumOf(std::string_view content) {
   return ~checksum;
 }
 
-/// The fields that a file's local header and its line in the directory share.
+// Appends the fields that a file's local header shares with its central directory entry.
 void appendDescription(std::string& bytes, std::uint32_t checksum, std::uint32_t size,
                        std::size_t nameSize) {
   append16(bytes, versionNeeded);

@@ -7,13 +7,13 @@
 
 namespace navora::service {
 
-/// Builds a ZIP archive in memory. Files are stored uncompressed, which every reader understands;
-/// names are UTF-8 paths with "/" as separator.
+// Builds a ZIP archive in memory. Files are stored uncompressed; names are UTF-8 paths with "/" as
+// separator.
 class ZipArchive {
  public:
   void add(std::string_view name, std::string_view content);
 
-  /// The whole archive, with the files added so far.
+  // Returns the whole archive with the files added so far.
   std::string bytes() const;
 
  private:

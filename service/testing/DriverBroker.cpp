@@ -7,10 +7,10 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How often a wait looks whether the other side is still connected.
+// The interval at which a wait checks that the client is still connected.
 constexpr std::chrono::milliseconds watchInterval(20);
 
-/// A page that navigates away sends its last answer while the next page is already loading.
+// A page that navigates away sends its last reply while the next page is loading.
 constexpr std::chrono::milliseconds lastAnswerGrace(1000);
 
 }  // namespace

@@ -14,10 +14,10 @@
 
 namespace navora::service {
 
-/// Brings scripts of a test to the page that runs under a name, and the page's answers back.
-///
-/// Several pages may use one name one after the other. Each registers when it is loaded and gets a
-/// generation; the newest one gets the scripts, all older ones are told to stop asking.
+// Passes a test's scripts to the page with a given name, and the page's replies back.
+//
+// Pages may use one name in succession. Each registers when it is loaded and gets a generation; the
+// newest one gets the scripts, and older ones are told to stop asking.
 class DriverBroker {
  public:
   using StillThere = std::function<bool()>;
@@ -26,39 +26,39 @@ class DriverBroker {
     std::uint64_t id;
     std::string text;
   };
-  /// Nothing came in time; the page may ask again.
+  // No script came in time; the page may ask again.
   struct Nothing {};
-  /// The page has a successor, or has said good-bye.
+  // A newer page has replaced this one, or it has announced its end.
   struct Superseded {};
   using Next = std::variant<Script, Nothing, Superseded>;
 
   std::uint64_t registerPage(const std::string& name);
   void leave(const std::string& name, std::uint64_t generation);
 
-  /// The next script for a page, waited for as long as `stillThere` says that the page listens.
+  // Waits for the next script for a page while `stillThere` returns true.
   Next next(const std::string& name, std::uint64_t generation, std::chrono::milliseconds timeout,
             const StillThere& stillThere);
 
-  /// Takes a page's answer; one that nobody waits for any more is dropped.
+  // Accepts a page's reply; drops it if its script has timed out.
   void answer(const std::string& name, std::uint64_t id, Json answer);
 
-  /// Runs a script in the page and returns its answer, or nothing after the time-out. When no page
-  /// runs under the name yet, the time-out includes waiting for one. A page that goes away with
-  /// the script in hand gives {"ok": false, "error": "the page went away"}.
+  // Runs a script in the page and returns its reply, or nullopt after the time-out, which includes
+  // waiting for a page with this name. A page that is unloaded while it runs the script yields
+  // {"ok": false, "error": "the page went away"}.
   std::optional<Json> evaluate(const std::string& name, const std::string& script,
                                std::chrono::milliseconds timeout, const StillThere& stillThere);
 
  private:
   struct Job {
     std::string script;
-    std::uint64_t generation = 0;  ///< Of the page that took it; 0 while it waits.
+    std::uint64_t generation = 0;  // The page that runs it; 0 while it is queued.
     std::optional<Json> answer;
   };
   struct Channel {
-    std::uint64_t generation = 0;  ///< Of the newest page.
-    bool present = false;          ///< Whether that page is still there.
+    std::uint64_t generation = 0;  // The newest page.
+    bool present = false;          // Whether that page is still loaded.
     std::chrono::steady_clock::time_point changedAt{};
-    std::map<std::uint64_t, Job> jobs;  ///< By id, which grows: the first waiting one is next.
+    std::map<std::uint64_t, Job> jobs;  // By ascending id; the first queued one is next.
   };
 
   static bool lost(const Channel& channel, const Job& job);

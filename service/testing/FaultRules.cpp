@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::size_t sizeLimit = 64 * 1024 * 1024;
 
-/// Reads the members of one JSON object and remembers whether any of them was wrong.
+// Reads the members of one JSON object and records whether any of them was invalid.
 class Members {
  public:
   Members(const Json& object, std::initializer_list<const char*> known) : object_(object) {

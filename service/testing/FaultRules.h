@@ -14,13 +14,13 @@
 
 namespace navora::service {
 
-/// What to do in place of a proper answer, or around it.
+// The fault to carry out in place of the proper reply, or around it.
 struct AnswerFault {
   int status;
   HeaderList headers;
   std::string body;
   std::string contentType;
-  bool processed;  ///< Only after the service has done what was asked.
+  bool processed;  // Whether the service processes the request first.
 };
 struct DelayFault {
   std::chrono::milliseconds duration;
@@ -29,7 +29,7 @@ struct HangFault {};
 struct DropFault {
   enum class Moment { before, during, after };
   Moment moment;
-  std::size_t bytes;  ///< Of the body, with `during`.
+  std::size_t bytes;  // The size of the body before the end, with `during`.
 };
 struct OversizeFault {
   std::size_t bytes;
@@ -43,27 +43,27 @@ struct SlowFault {
 using Fault = std::variant<AnswerFault, DelayFault, HangFault, DropFault, OversizeFault,
                            GarbageFault, SlowFault>;
 
-/// Which requests meet a fault, and how often.
+// The requests that meet a fault, and how often.
 struct FaultRule {
-  std::string method;  ///< Empty: every method.
-  std::string path;    ///< Without the query.
-  int times = 1;       ///< -1: for ever.
+  std::string method;  // Empty for every method.
+  std::string path;    // Without the query.
+  int times = 1;       // -1 for no limit.
   Fault fault;
 
-  /// Nothing when the JSON does not describe exactly one fault.
+  // Returns nullopt unless the JSON describes exactly one fault.
   static std::optional<FaultRule> parse(const Json& json);
 };
 
-/// The rules in force. The oldest rule that matches a request is used.
+// The rules in force. The oldest rule that matches a request applies.
 class FaultRules {
  public:
   void add(FaultRule rule);
   void clear();
 
-  /// The fault for a request; uses up one of the rule's times.
+  // Returns the fault for a request, and counts one use of its rule.
   std::optional<Fault> take(const std::string& method, const std::string& path);
 
-  /// Changes with every clearing: what hangs is let go then.
+  // Increases whenever the rules are cleared, which ends requests that hang.
   std::uint64_t generation() const { return generation_; }
 
  private:

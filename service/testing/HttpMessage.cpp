@@ -50,7 +50,7 @@ std::optional<WireRequest> parseHead(std::string_view head) {
   return request;
 }
 
-/// Takes bytes from the front of a buffer and fetches more from the connection when it runs dry.
+// Consumes a buffer from its front and refills it from the connection.
 class Reader {
  public:
   Reader(Connection& connection, std::string& buffer) : connection_(connection), buffer_(buffer) {}
@@ -183,13 +183,13 @@ std::variant<WireRequest, ReadFailure> readRequest(Connection& connection) {
 std::string requestBytes(const WireRequest& request) {
   std::string bytes = request.method + " " + request.target + " HTTP/1.1\r\n";
   for (const auto& [name, value] : request.headers) {
-    // What belongs to the connection of the client, not to the request.
+    // Hop-by-hop headers concern the client's connection, not the request.
     const bool own = equalIgnoringCase(name, "Connection") || equalIgnoringCase(name, "Expect") ||
                      equalIgnoringCase(name, "Transfer-Encoding") ||
                      equalIgnoringCase(name, "Content-Length");
     if (!own) bytes += name + ": " + value + "\r\n";
   }
-  // The server waits for a body where a request of these methods names no length.
+  // The server waits for a body if a request with these methods has no length.
   const bool hasBody = !request.body.empty() || request.method == "POST" ||
                        request.method == "PUT" || request.method == "PATCH";
   if (hasBody) bytes += "Content-Length: " + std::to_string(request.body.size()) + "\r\n";

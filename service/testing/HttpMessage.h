@@ -13,33 +13,33 @@ namespace navora::service {
 
 using HeaderList = std::vector<std::pair<std::string, std::string>>;
 
-/// A request as it came over the wire.
+// A request as received.
 struct WireRequest {
   std::string method;
-  std::string target;  ///< Path and query, as written.
-  HeaderList headers;  ///< In the order received, names as written.
-  std::string body;    ///< With a chunked transfer already undone.
+  std::string target;  // Path and query, as written.
+  HeaderList headers;  // In the order received, names as written.
+  std::string body;    // With the chunked transfer coding removed.
 
   std::string path() const;
   std::string query() const;
-  /// The first value of a header, whatever the case of its name; empty when there is none.
+  // Returns the first value of a header, or an empty string; the case of the name is ignored.
   std::string header(std::string_view name) const;
 };
 
-/// Why no request could be read.
+// The reason why no request could be read.
 enum class ReadFailure { closed, malformed, tooLarge };
 
-/// Reads one request with its whole body. A client that waits for "100 Continue" gets it.
+// Reads one request with its body, and sends "100 Continue" to a client that expects it.
 std::variant<WireRequest, ReadFailure> readRequest(Connection& connection);
 
-/// The bytes of a request that asks the server to close the connection after its answer.
+// Serialises a request that asks the server to close the connection after its reply.
 std::string requestBytes(const WireRequest& request);
 
-/// The bytes of a complete answer after which the connection is closed.
+// Serialises a complete reply after which the connection is closed.
 std::string answerBytes(int status, const std::string& contentType, const std::string& body,
                         const HeaderList& headers = {});
 
-/// Where the body of an answer begins; nothing while its head is not complete.
+// Returns the offset of a reply's body, or nullopt while its head is incomplete.
 std::optional<std::size_t> bodyOffset(std::string_view answer);
 
 }  // namespace navora::service

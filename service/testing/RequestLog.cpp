@@ -8,7 +8,7 @@
 namespace navora::service {
 namespace {
 
-/// Header values are bytes; those that are no UTF-8 are shown as base64 so that nothing is lost.
+// Header values are bytes; those that are not UTF-8 are reported as base64.
 std::string shown(const std::string& bytes) {
   return isUtf8(bytes) ? bytes : "base64:" + base64(bytes);
 }

@@ -12,10 +12,10 @@
 
 namespace navora::service {
 
-/// Every request that arrived since start or the last clearing, as JSON objects.
+// The requests since the start or the last clearing, as JSON objects.
 class RequestLog {
  public:
-  /// Which requests to report; empty members match all.
+  // The requests to report; empty members match all.
   struct Filter {
     std::string method;
     std::string path;
@@ -24,8 +24,8 @@ class RequestLog {
   void record(const WireRequest& request);
   void clear();
 
-  /// The matching requests, as soon as there are `count` of them, and at the latest after
-  /// `timeout` or when `waiting` turns false.
+  // Waits until `count` requests match, for at most `timeout` and while `waiting` returns true;
+  // returns those that match.
   Json read(const Filter& filter, std::size_t count, std::chrono::milliseconds timeout,
             const std::function<bool()>& waiting);
 

@@ -15,7 +15,7 @@
 namespace navora::service {
 namespace {
 
-/// Room for either family of loopback address.
+// Storage for an IPv4 or IPv6 loopback address.
 struct Address {
   sockaddr_storage storage{};
   socklen_t size = 0;
@@ -70,7 +70,7 @@ StopSignal::StopSignal() {
 }
 
 void StopSignal::raise() {
-  // The byte is never read, which keeps the pipe readable for every waiting thread.
+  // The byte is never read, so that the pipe stays readable for every waiting thread.
   [[maybe_unused]] const auto written = ::write(writeEnd_.number(), "x", 1);
 }
 

@@ -8,7 +8,7 @@
 
 namespace navora::service {
 
-/// A file descriptor that is closed with its owner.
+// Owns a file descriptor and closes it.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -24,14 +24,14 @@ class Descriptor {
   int number_ = -1;
 };
 
-/// Ends waits of many threads at once: everything that waits watches `descriptor()` as well.
+// Ends the waits of all threads at once: each wait also polls `descriptor()`.
 class StopSignal {
  public:
   StopSignal();
 
   void raise();
   bool raised() const;
-  /// Readable for ever once the signal was raised.
+  // Readable from the moment the signal is raised.
   int descriptor() const { return readEnd_.number(); }
 
  private:
@@ -39,27 +39,29 @@ class StopSignal {
   Descriptor writeEnd_;
 };
 
-/// One TCP connection. Every wait also ends when the stop signal is raised.
+// A TCP connection. Every wait also ends when the stop signal is raised.
 class Connection {
  public:
   Connection(Descriptor socket, const StopSignal& stop);
 
-  /// Connects to a port of this machine, or nothing.
+  // Connects to a port of this machine; returns nullopt on failure.
   static std::optional<Connection> open(int port, const StopSignal& stop);
 
-  /// Appends what arrives next; false at the end, on an error, or after the time-out.
+  // Appends the data that arrives next; returns false at the end, on an error, or after the
+  // time-out.
   bool receive(std::string& buffer, std::chrono::milliseconds timeout);
 
-  /// False when the other side does not take all of it.
+  // Returns false if the peer does not accept all of it.
   bool send(std::string_view bytes);
 
-  /// True when the other side has closed the connection, or the service stops.
+  // Returns whether the peer has closed the connection or the service is stopping.
   bool ended() const;
 
-  /// Waits this long; false as soon as the connection has ended.
+  // Waits for this time; returns false as soon as the connection has ended.
   bool wait(std::chrono::milliseconds duration) const;
 
-  /// Says that nothing more comes and lets the other side read the rest at leisure.
+  // Ends the sending direction and discards what the peer still sends: closing a socket with unread
+  // data would reset the connection before the peer has read the reply.
   void finish();
 
  private:
@@ -69,16 +71,15 @@ class Connection {
   const StopSignal* stop_;
 };
 
-/// A listening socket. Its port can be taken again at once after a restart, but never by two at
-/// the same time.
+// A listening socket. Its port can be reused at once after a restart, but not shared.
 class Listener {
  public:
-  /// Listens on a loopback address; port 0 takes a free one. Nothing when that fails.
+  // Listens on a loopback address; port 0 chooses a free one. Returns nullopt on failure.
   static std::optional<Listener> open(const std::string& host, int port);
 
   int port() const { return port_; }
 
-  /// The next connection; nothing when the stop signal is raised.
+  // Returns the next connection, or nullopt when the stop signal is raised.
   std::optional<Connection> accept(const StopSignal& stop);
 
  private:

@@ -14,7 +14,7 @@ constexpr std::string_view driverPrefix = "/__test/driver/";
 constexpr std::chrono::seconds longPoll(25);
 constexpr std::uint64_t defaultTimeout = 10000;
 
-/// Pages of other origins on this machine may use the controls too.
+// Pages of other origins on this machine may use the controls too.
 const HeaderList& openToAll() {
   static const HeaderList headers{{"Access-Control-Allow-Origin", "*"},
                                   {"Access-Control-Allow-Methods", "GET, POST, DELETE"},
@@ -204,7 +204,7 @@ std::string TestControls::changeUser(const WireRequest& request) {
   if (request.path() == "/__test/notifications") {
     return reply(storage_.notifications.add(user.id, content), 201);
   }
-  // Not judged by the rules of the settings: a test may need what the page cannot store.
+  // Not checked by SettingsRules: a test may need values that the page cannot store.
   const bool texts = std::all_of(content.begin(), content.end(),
                                  [](const Json& value) { return value.is_string(); });
   if (!texts) return failure(422, "Every setting is a text.");

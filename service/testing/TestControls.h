@@ -11,8 +11,8 @@
 
 namespace navora::service {
 
-/// What a test can ask of the service below "/__test/": what was requested, which faults happen,
-/// scripts run in pages, and changes behind the user's back.
+// The test controls below "/__test/": the log of requests, faults, scripts in pages, and changes to
+// the stored data.
 class TestControls {
  public:
   TestControls(Storage& storage, const TelemetryLog& telemetry, std::string defaultAccount);
@@ -20,7 +20,7 @@ class TestControls {
   RequestLog& log() { return log_; }
   FaultRules& faults() { return faults_; }
 
-  /// The bytes of the answer. `connection` tells whether a waiting client is still there.
+  // Returns the bytes of the reply. `connection` tells whether a waiting client is still connected.
   std::string answer(const WireRequest& request, const Connection& connection);
 
  private:
@@ -36,7 +36,7 @@ class TestControls {
   std::string moveSessions(const WireRequest& request);
   std::string setCookies(const WireRequest& request);
 
-  /// Whom "?account=NAME" names, or the first account.
+  // Returns the user that "?account=NAME" names, or the first account.
   User namedUser(const WireRequest& request);
 
   Storage& storage_;

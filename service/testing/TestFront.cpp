@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::chrono::seconds serverPatience(30);
 
-/// Passes on the head of an answer and the first bytes of its body.
+// Forwards the head of a reply and the first bytes of its body.
 class Truncation {
  public:
   Truncation(Connection& connection, std::size_t bytes) : connection_(connection), left_(bytes) {}
@@ -37,7 +37,7 @@ class Truncation {
   bool inBody_ = false;
 };
 
-/// Passes an answer on in pieces of one size, with a pause between them.
+// Forwards a reply in pieces of one size, with a pause between them.
 class SlowMotion {
  public:
   SlowMotion(Connection& connection, const SlowFault& fault)
@@ -70,15 +70,15 @@ class SlowMotion {
   bool first_ = true;
 };
 
-/// Carries out one fault on the client's connection; `properAnswer` makes the service process the
-/// request.
+// Carries out one fault on the client's connection; `properAnswer` has the service process the
+// request.
 struct FaultPerformer {
   Connection& connection;
   const FaultRules& rules;
   const WireRequest& request;
   std::function<void(const TestFront::AnswerSink&)> properAnswer;
 
-  /// Lets the service do what was asked and tells nobody.
+  // Has the service process the request and discards the reply.
   void process() const {
     properAnswer([](std::string_view) { return true; });
   }
@@ -203,7 +203,7 @@ void TestFront::properAnswer(const WireRequest& request, const AnswerSink& sink)
   }
   auto server = Connection::open(serverPort_, stop_);
   if (!server || !server->send(requestBytes(request))) return;
-  // An answer can be a large archive: it never is in memory as a whole.
+  // A reply can be a large archive: it is never held in memory as a whole.
   for (std::string piece; server->receive(piece, serverPatience); piece.clear()) {
     if (!sink(piece)) return;
   }

@@ -12,14 +12,14 @@
 
 namespace navora::service {
 
-/// Stands before the HTTP server in test mode. It records every request as it came, carries out
-/// faults on the socket itself, answers the test controls, and relays the rest.
-///
-/// Every connection carries one request, so that a recorded order of requests is the order in
-/// which they were made.
+// Takes the public port in test mode. Records each request as received, carries out faults on the
+// socket, answers the test controls, and relays all other requests to the HTTP server.
+//
+// A connection carries one request, so that the recorded order is the order in which requests were
+// made.
 class TestFront {
  public:
-  /// Takes the next bytes of an answer; false when it needs no more of them.
+  // Receives the next bytes of a reply; returns false when it needs no more.
   using AnswerSink = std::function<bool(std::string_view)>;
 
   TestFront(Listener listener, int serverPort, TestControls& controls, TestPages pages);
@@ -40,7 +40,7 @@ class TestFront {
   void serve(Connection connection);
   void misbehave(const Fault& fault, const WireRequest& request, Connection& connection);
 
-  /// Makes the server process the request and passes its answer on as it comes.
+  // Has the server process the request and forwards its reply as it arrives.
   void properAnswer(const WireRequest& request, const AnswerSink& sink);
 
   StopSignal stop_;

@@ -8,15 +8,15 @@
 
 namespace navora::service {
 
-/// The files of a directory below "/__test/pages/". In .html files each "{{name}}" becomes the
-/// query parameter of that name, as it is.
+// Serves the files of a directory below "/__test/pages/". In .html files each "{{name}}" is
+// replaced by the query parameter of that name, unescaped.
 class TestPages {
  public:
   static constexpr const char* prefix = "/__test/pages/";
 
   explicit TestPages(std::filesystem::path directory) : directory_(std::move(directory)) {}
 
-  /// The bytes of the answer.
+  // Returns the bytes of the reply.
   std::string answer(const WireRequest& request) const;
 
  private:

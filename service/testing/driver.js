@@ -1,12 +1,12 @@
-// Runs scripts for a test inside the page that includes this file. The part of "name" in its
-// address tells pages apart; the server is the one this file came from, so that a page of another
-// origin can be driven as well.
+// Runs a test's scripts in the page that includes this file. The parameter "name" of its address
+// distinguishes pages. Requests are sent to the server of this file, so that pages of other origins
+// can be driven too.
 (() => {
   const source = new URL(document.currentScript.src);
   const name = source.searchParams.get('name') || 'main';
   const base = `${source.origin}/__test/driver/${encodeURIComponent(name)}`;
   const AsyncFunction = (async () => {}).constructor;
-  // Taken before the page's own scripts can replace them.
+  // Saved before the page's scripts can replace them.
   const send = window.fetch.bind(window);
   const beacon = navigator.sendBeacon.bind(navigator);
   const answers = new Set();
@@ -17,7 +17,7 @@
   });
 
   async function run({id, script}) {
-    // What a script sees of the page's requests is not the answer of the one before it.
+    // Scripts must not observe the driver's own replies among the page's requests.
     await Promise.allSettled(answers);
     const answer = {id, ok: true};
     try {
@@ -45,7 +45,7 @@
           cache: 'no-store', credentials: 'omit', signal: session.abort.signal,
         });
         if (response.status === 410) return;
-        // Not awaited: a script may wait for what a later script does.
+        // Not awaited: a script may wait for the effect of a later one.
         if (response.status === 200) run(await response.json());
       } catch {
         if (session !== current) return;
@@ -62,7 +62,7 @@
   function stop() {
     const session = current;
     current = null;
-    // A page that comes back from the cache does not hear of what was under way.
+    // A page restored from the page cache gets no reply to its earlier requests.
     answers.clear();
     if (!session) return;
     session.abort.abort();

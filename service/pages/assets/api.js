@@ -1,4 +1,4 @@
-/** An answer of the service that is no success; `message` may be shown to the user. */
+/** An error reply of the service; `message` may be shown to the user. */
 export class ServiceError extends Error {
   constructor(status, message) {
     super(message);

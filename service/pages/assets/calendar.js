@@ -6,14 +6,14 @@ const dayLength = 86400000;
 const shownPerDay = 2;
 let month = null;   // "2026-03"
 let chosen = null;  // "2026-03-09"
-let opened = null;  // the uid of an event that a notification led to
+let opened = null;  // the uid of an event that a notification opened
 let events = [];
 let started = false;
 
 const today = () => dayOf(new Date());
 const eventsOf = (day) => events.filter((event) => event.date === day);
 
-/** The days from the Monday on or before the first of the month, in whole weeks. */
+/** Returns the days of the whole weeks (from Monday) that contain the month. */
 function days() {
   const first = calendarDay(`${month}-01`);
   const start = first.getTime() - ((first.getUTCDay() + 6) % 7) * dayLength;

@@ -1,9 +1,9 @@
-// Dates and times as the user's chosen time zone shows them.
+// Dates and times in the user's time zone.
 import {timeZone} from './settings-store.js';
 
 const format = (date, options) => new Intl.DateTimeFormat('en-GB', {timeZone: timeZone(), ...options}).format(date);
 
-/** "2026-03-09" in the user's zone. Put together from its parts: no locale's own order is sure. */
+/** Returns "2026-03-09" in the user's zone, assembled from parts because no locale guarantees this order. */
 export function dayOf(date) {
   const parts = new Intl.DateTimeFormat('en-GB', {
     timeZone: timeZone(), calendar: 'gregory', numberingSystem: 'latn', year: 'numeric', month: '2-digit', day: '2-digit',
@@ -27,7 +27,7 @@ export const shortMoment = (date) => {
   return day === 'Today' ? clock(date) : `${day}, ${clock(date)}`;
 };
 
-/** The days of a calendar, which have no zone: handled as UTC midnights. */
+/** Days of a calendar have no time zone and are represented as UTC midnights. */
 export const calendarDay = (text) => new Date(`${text}T00:00:00Z`);
 export const calendarText = (date) => date.toISOString().slice(0, 10);
 export const calendarTitle = (date, options) =>

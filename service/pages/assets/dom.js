@@ -1,4 +1,4 @@
-/** The element of an id. It is part of the page, so it is always there. */
+/** Returns the element with an id; all of these are part of the page. */
 export const byId = (id) => document.getElementById(id);
 
 /**
@@ -36,13 +36,13 @@ export function option(value, label = value) {
   return element('option', {value, textContent: label});
 }
 
-/** Chooses a value in a select, adding it when the list does not have it. */
+/** Selects a value in a select element, and adds it if the list lacks it. */
 export function choose(select, value, label = value) {
   if (![...select.options].some((each) => each.value === value)) select.append(option(value, label));
   select.value = value;
 }
 
-/** The times of a day in steps of half an hour: "00:00", "00:30", ... */
+/** Returns the times of a day in half-hour steps: "00:00", "00:30", ... */
 export const halfHours = Array.from({length: 48}, (_, index) =>
   `${String(index >> 1).padStart(2, '0')}:${index % 2 ? '30' : '00'}`);
 

@@ -9,7 +9,7 @@ import './update-guard.js';
 
 const views = ['today', 'circles', 'calendar', 'settings'];
 
-/** "#calendar?date=2026-03-09" → {view: 'calendar', parameters}. Anything unknown is today. */
+/** "#calendar?date=2026-03-09" → {view: 'calendar', parameters}. Unknown views map to today. */
 function route() {
   const [name, query = ''] = location.hash.slice(1).split('?');
   return {view: views.includes(name) ? name : 'today', parameters: new URLSearchParams(query)};

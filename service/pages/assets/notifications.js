@@ -8,7 +8,7 @@ let items = [];
 let kinds = [];
 const kindWatchers = [];
 
-/** Calls back with the kinds of notification that the service has. */
+/** Calls back with the service's kinds of notification. */
 export function onKinds(callback) {
   kindWatchers.push(callback);
   if (kinds.length) callback(kinds);
@@ -21,7 +21,7 @@ function channelOf(item) {
 
 const shown = () => items.filter((item) => !item.resolved && !item.dismissed && channelOf(item) !== 'off');
 
-/** Where an item leads inside this page. */
+/** Returns the location within this page that an item refers to. */
 function target(item) {
   if (item.captureId) return `#today?open=${encodeURIComponent(item.captureId)}`;
   if (item.roomId) return `#circles?room=${encodeURIComponent(item.roomId)}`;

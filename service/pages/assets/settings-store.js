@@ -1,4 +1,4 @@
-// The user's settings as the service knows them, and what follows from them everywhere.
+// The user's settings on the service, and their effects on the whole page.
 import {get, put} from './api.js';
 
 let current = null;
@@ -8,13 +8,13 @@ const watchers = [];
 export const settings = () => current;
 export const timeZone = () => effectiveTimeZone;
 
-/** Calls back now, if the settings are known, and after every change. */
+/** Calls back now if the settings are known, and after every change. */
 export function onSettings(callback) {
   watchers.push(callback);
   if (current) callback(current);
 }
 
-/** The zone of this computer: from the desktop application when it says, else from the browser. */
+/** Returns the system's time zone: from the desktop application if it has announced one, else from the browser. */
 export const systemTimeZone = () =>
   window.NavoraSystemTimeZone || Intl.DateTimeFormat().resolvedOptions().timeZone || 'UTC';
 
@@ -33,7 +33,7 @@ export async function loadSettings() {
   await reportSystemTimeZone();
 }
 
-// One after another: of two that are under way the older could arrive last.
+// One after another, because of two concurrent requests the older could arrive last.
 let saving = Promise.resolve();
 
 export function saveSettings(changes) {
@@ -53,7 +53,7 @@ async function reportSystemTimeZone() {
   const zone = systemTimeZone();
   if (!current || zone === current.systemTimeZone || zone === reported) return;
   reported = zone;
-  // A zone that the service does not know leaves the last known one in use.
+  // If the service does not know the zone, the last known one stays in use.
   await saveSettings({systemTimeZone: zone}).catch(() => {});
 }
 

@@ -20,7 +20,7 @@ async function save(changes) {
   }
 }
 
-/** The desktop application's side; an ordinary browser has none. */
+/** The desktop application's message handlers; undefined in a browser. */
 const desktop = () => window.webkit?.messageHandlers?.navoraNotifications;
 
 function renderDesktop() {

@@ -1,2 +1,2 @@
-// Shows the login page in the theme that was last used here.
+// Shows the login page in the theme last used in this browser.
 document.documentElement.dataset.theme = localStorage.getItem('navora.theme') || 'system';

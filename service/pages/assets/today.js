@@ -6,13 +6,13 @@ import {onSettings, saveSettings} from './settings-store.js';
 
 const textLimit = 10000;
 const draftKey = 'navora.draft';
-const pause = 500;  // after an answer that nothing has changed
-const patience = 2000;  // after a failure
+const pause = 500;  // ms, after a reply without changes
+const patience = 2000;  // ms, after a failure
 let captures = [];
 let opened = null;
-let attempt = null;  // {text, key} of a submission that has no confirmed outcome
+let attempt = null;  // {text, key} of an unconfirmed submission
 let sending = false;
-let known = null;  // the version of the notes that are shown
+let known = null;  // the version of the notes on display
 let following = null;
 
 const editor = () => byId('capture-input');
@@ -32,7 +32,7 @@ function say(text, problem = false) {
 
 function updateEditor() {
   const text = editorText();
-  // A browser leaves a line break in an emptied editor, which would hide the placeholder.
+  // Browsers leave a line break in an emptied editor, which would hide the placeholder.
   if (!text && !editor().textContent.trim() && document.activeElement !== editor()) editor().textContent = '';
   if (!editor().textContent) editor().textContent = '';
   byId('capture-submit').disabled = sending || !text || text.length > textLimit;
@@ -43,7 +43,7 @@ function updateEditor() {
 async function submit() {
   const text = editorText();
   if (sending || !text || text.length > textLimit) return;
-  // A repeated attempt keeps its key, so that a note that did arrive is not stored twice.
+  // A repeated attempt keeps its key, so that a note that has arrived is not stored twice.
   if (!attempt || attempt.text !== text) attempt = {text, key: newKey()};
   const provider = byId('ai-provider').value;
   const model = byId('ai-model').value;
@@ -149,7 +149,7 @@ function render() {
   byId('captures').replaceChildren(...content);
 }
 
-/** Shows what other pages and applications change, and what becomes of the jobs, while somebody looks. */
+/** Follows changes by other clients and the progress of jobs while the page is visible. */
 async function followChanges() {
   if (following || document.hidden || known === null) return;
   following = new AbortController();
@@ -160,16 +160,16 @@ async function followChanges() {
       else await Promise.all([refreshCaptures(), refreshNotifications()]);
     }
   } catch {
-    // Asked again later, or when the page is looked at again.
+    // Tried again later, or when the page becomes visible.
     if (!document.hidden) setTimeout(followChanges, patience);
   } finally {
     following = null;
   }
 }
 
-/** The service answers when something changes, and now and then when nothing does. */
+/** The service replies when something has changed, or after a time-out. */
 async function nextVersion(signal) {
-  // Not through the other calls: a page that nobody touches stays where it is when the session ends.
+  // Without api.js, which opens the login page: an idle page stays when the session ends.
   const response = await fetch(`/api/captures/changes?after=${known}`, {credentials: 'same-origin', cache: 'no-store', signal});
   if (response.status === 401) known = null;
   if (!response.ok) throw new Error(`status ${response.status}`);

@@ -1,7 +1,7 @@
-// What the page alone knows when the desktop application asks whether it can be torn down for an
-// update: the draft, which may come from an earlier visit, and a note that is being saved. Everything
-// else the application's own guard sees, which also keeps the page still. Without that one the page
-// has none, and does not say that it is ready.
+// Reports unsaved input that only the page knows of when the desktop application is about to restart
+// for an update: the draft, which may come from an earlier visit, and a note that is being saved. The
+// application's own guard detects everything else and freezes the page. Without that guard this script
+// installs none, so that the page does not report itself ready.
 import {editorText, isSending} from './today.js';
 
 const reasons = {

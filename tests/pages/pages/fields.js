@@ -1,4 +1,4 @@
-// Writes down what input the page hears of.
+// Records the input events that reach the page.
 window.seen = [];
 window.failures = [];
 for (const type of window.inputTypes ?? []) {
