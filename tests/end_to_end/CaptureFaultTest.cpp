@@ -17,20 +17,20 @@ const std::string sendAgainText =
 const std::string stillHereText =
     "The server didn’t confirm that the note was saved. Your draft is still here.";
 
-// What the service does at one stage of a submission.
+// A fault at one stage of a submission.
 struct Fault {
   const char* name;
   const char* method;
   const char* path;
   Json action;
-  // The text may be changed afterwards: nothing can have been stored.
+  // Whether the text may be edited afterwards, because no note can have been stored.
   bool editable = false;
 };
 
 class CaptureFaultTest : public CaptureTest, public testing::WithParamInterface<Fault> {};
 
-// The draft is there, or the service holds exactly one note of it, whatever happens; and the next
-// try brings it there.
+// Checks that after any fault the draft is kept or the service has stored exactly one note, and
+// that the next attempt stores it.
 TEST_P(CaptureFaultTest, LosesNoTextAndStoresItOnce) {
   const Fault& fault = GetParam();
   serviceClient().addFault(fault.method, fault.path, fault.action);
@@ -89,8 +89,7 @@ TEST_F(CaptureFailureTest, SaysThatItIsOfflineAndLetsTheUserGoOnWriting) {
   sendNote("Offline");
   waitForMessage(offlineText);
   EXPECT_TRUE(isEditable());
-  desktop().keyboard().type(", still");
-  waitForDraft("Offline, still");
+  typeDraft(", still", "Offline, still");
   desktop().keyboard().chord("Escape");
   waitUntilPanelHidden();
   openPanel();
@@ -102,14 +101,13 @@ TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
                            {{"status", 422}, {"body", R"({"error": {"message": "Too dull"}})"}}, 1);
   sendNote("Dull");
   waitForMessage("Too dull");
-  desktop().keyboard().type("er");
-  waitForDraft("Duller");
+  typeDraft("er", "Duller");
   desktop().keyboard().chord(sendKey);
   waitForStoredNotes({"Duller"});
   EXPECT_NE(posts()[0].header("Idempotency-Key"), posts()[1].header("Idempotency-Key"));
 }
 
-// The time that a request has is 20 seconds.
+// A request times out after 20 s.
 TEST_F(CaptureFailureTest, GivesUpWaitingForAnAnswerAndSendsTheSameAgain) {
   serviceClient().addFault("POST", captures, {{"hang", true}});
   sendNote("Patient");
@@ -183,7 +181,7 @@ TEST_F(CaptureFailureTest, LeadsToTheLoginAndComesBackWithTheDraft) {
   waitForStoredNotes({"Before the login"});
 }
 
-// Cookies of the right name that are not the session of this very service.
+// Cookies with the name of the session's that must not be sent.
 TEST_F(CaptureFailureTest, SendsNoCookieOfAnotherPathOrTime) {
   serviceClient().setCookies(
       page(), {"tolvin_session=; Path=/; Max-Age=0", "tolvin_session=x; Path=/api; Max-Age=600"});

@@ -40,7 +40,7 @@ class FirstCaptureLaunchTest : public CaptureLaunchTest {
   ApplicationProcess::Options applicationOptions() const override {
     return {.arguments = {"--capture"}};
   }
-  // The panel has the focus for which the fixture waits in the main window.
+  // The fixture would wait for the focus in the main window, but the panel has it.
   bool startsApplication() const override { return false; }
 };
 

@@ -8,8 +8,8 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-// Another program that has taken the capture shortcut for itself. It sees each press before
-// everybody else and hands it on to the window that has the focus.
+// Another program that has grabbed the capture shortcut. It receives each press first and replays
+// it to the focused window.
 class ShortcutHolder {
  public:
   explicit ShortcutHolder(Display& display) : connection_(display.name()) {
@@ -20,7 +20,7 @@ class ShortcutHolder {
     if (error) throw TestError("The shortcut cannot be taken");
   }
 
-  // Waits for one press.
+  // Waits for a press of the shortcut.
   void handOnPress() {
     waitUntil(
         [this] {
@@ -72,8 +72,7 @@ TEST_F(TakenShortcutTest, OpensThePanelOnlyFromTheApplicationsOwnWindow) {
   desktop().keyboard().chord(hotKey);
   holder.handOnPress();
   waitUntil([&] { return panel() && panel()->active; }, "the capture panel is open");
-  desktop().keyboard().type("Still here");
-  waitForDraft("Still here");
+  typeDraft("Still here");
   desktop().keyboard().chord("Escape");
   waitUntilPanelHidden();
 

@@ -19,7 +19,7 @@ class CaptureSubmissionTest : public CaptureTest {
       names.push_back(name);
     return names;
   }
-  // The headers of the application's own; the HTTP library puts those that it knows first.
+  // Returns the headers that the application adds, after those of the HTTP library.
   static std::vector<std::string> ownNamesOf(const RecordedRequest& request) {
     const std::vector<std::string> own{"Cookie",
                                        "Accept",
@@ -83,8 +83,7 @@ TEST_F(CaptureSubmissionTest, ShowsTheNoteInTheTodayView) {
 
 TEST_F(CaptureSubmissionTest, SendsWithTheButton) {
   openPanel();
-  desktop().keyboard().type("By hand");
-  waitForDraft("By hand");
+  typeDraft("By hand");
   desktop().mouse().click(widget("push button", "Save note").extents().center());
   waitForStoredNotes({"By hand"});
   waitUntilPanelHidden();
@@ -102,8 +101,7 @@ TEST_F(CaptureSubmissionTest, SendsNothingWithoutAText) {
   desktop().keyboard().chord(sendKey);
   desktop().keyboard().type(" \n");
   desktop().keyboard().chord(sendKey);
-  desktop().keyboard().type("x");
-  waitForDraft(" \nx");
+  typeDraft("x", " \nx");
   EXPECT_THAT(serviceClient().requests("GET", "/api/auth/me"), IsEmpty());
 }
 
@@ -122,8 +120,7 @@ TEST_F(CaptureSubmissionTest, SendsTenThousandCharactersButNotOneMore) {
 
 TEST_F(CaptureSubmissionTest, KeepsTheDraftThroughEscapeAndClicksElsewhere) {
   openPanel();
-  desktop().keyboard().type("Half a thought");
-  waitForDraft("Half a thought");
+  typeDraft("Half a thought");
   desktop().keyboard().chord("Escape");
   waitUntilPanelHidden();
   desktop().display().waitUntilActive(other().id());
@@ -133,8 +130,7 @@ TEST_F(CaptureSubmissionTest, KeepsTheDraftThroughEscapeAndClicksElsewhere) {
   waitUntilPanelHidden();
   EXPECT_TRUE(application().waitForMainWindow().active);
   openPanel();
-  desktop().keyboard().type("!");
-  waitForDraft("Half a thought!");
+  typeDraft("!", "Half a thought!");
 }
 
 TEST_F(CaptureSubmissionTest, OpensOverItsOwnWindowAndKeepsTheKeyFromThePage) {

@@ -58,6 +58,11 @@ void CaptureTest::waitForDraft(const std::string& text) {
             defaultTimeout(), [&] { return "It is \"" + last + "\""; });
 }
 
+void CaptureTest::typeDraft(const std::string& text, const std::string& draft) {
+  desktop().keyboard().type(text);
+  waitForDraft(draft);
+}
+
 std::vector<std::string> CaptureTest::labels() {
   std::vector<std::string> texts;
   for (const auto& label :
@@ -78,8 +83,7 @@ bool CaptureTest::isEditable() {
 
 void CaptureTest::sendNote(const std::string& text) {
   openPanel();
-  desktop().keyboard().type(text);
-  waitForDraft(text);
+  typeDraft(text);
   desktop().keyboard().chord(sendKey);
 }
 

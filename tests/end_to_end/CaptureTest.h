@@ -9,33 +9,36 @@
 
 namespace navora::driver {
 
-// The application with a user who is signed in and works in another program.
+// A signed-in user who is working in another program.
 class CaptureTest : public EndToEndTest {
  protected:
   static constexpr const char* hotKey = "Control+Shift+space";
   static constexpr const char* sendKey = "Control+Return";
 
-  // The poll for notifications asks the service some of the same questions: here it is off.
+  // Turns off the notification poll, which sends some of the same requests.
   void prepare() override;
   void SetUp() override;
-  // Whether the test's user signs in first.
+  // Returns whether SetUp() signs in.
   virtual bool signsIn() const { return true; }
 
   std::optional<WindowInfo> panel();
-  // With the hot key, and waits until the panel takes keys.
+  // Opens the panel with the hot key and waits until its editor has the focus.
   WindowInfo openPanel();
   void waitUntilPanelHidden();
-  // What is written in the panel, and its message.
+  // Returns the text in the panel's editor.
   std::string draft();
   void waitForDraft(const std::string& text);
+  // Types into the panel and waits until its text is `draft`, or `text` if the panel was empty.
+  void typeDraft(const std::string& text) { typeDraft(text, text); }
+  void typeDraft(const std::string& text, const std::string& draft);
   std::vector<std::string> labels();
   void waitForMessage(const std::string& text,
                       std::chrono::milliseconds timeout = defaultTimeout());
   bool isEditable();
-  // Opens the panel, types and sends.
+  // Opens the panel, types a note and sends it.
   void sendNote(const std::string& text);
 
-  // The texts of the account's notes that did not come with the service.
+  // Returns the texts of the account's notes without the sample notes.
   std::vector<std::string> storedNotes(const std::string& account = {});
   void waitForStoredNotes(const std::vector<std::string>& notes);
   std::vector<RecordedRequest> posts() { return serviceClient().requests("POST", "/api/captures"); }

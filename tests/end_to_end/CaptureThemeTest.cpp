@@ -5,16 +5,16 @@
 namespace navora::driver {
 namespace {
 
-// The surface and the text of both themes, as the service's style sheet has them.
+// The surface and text colours of both themes in the service's style sheet.
 constexpr PixelColor lightSurface{255, 255, 255};
 constexpr PixelColor lightInk{0x25, 0x25, 0x25};
 constexpr PixelColor darkSurface{0x29, 0x27, 0x25};
 constexpr PixelColor darkInk{0xED, 0xE6, 0xDF};
 
-// The desktop's own theme is light.
+// The desktop theme is light.
 class CaptureThemeTest : public CaptureTest {
  protected:
-  // As the settings' menu does when somebody chooses there.
+  // Chooses a theme as the menu on the settings page does.
   void chooseTheme(const std::string& theme) {
     page().evaluate(
         "const menu = document.querySelector('#setting-theme');\n"
@@ -59,8 +59,7 @@ TEST_F(CaptureThemeTest, OpensThePanelInTheThemeChosenInTheSettings) {
 
 TEST_F(CaptureThemeTest, FollowsTheThemeWhileTextIsBeingWritten) {
   openPanel();
-  desktop().keyboard().type("Written by day and by night");
-  waitForDraft("Written by day and by night");
+  typeDraft("Written by day and by night");
   waitForSurface(lightSurface);
   waitForInk(lightInk);
   chooseTheme("dark");
@@ -76,7 +75,7 @@ TEST_F(CaptureThemeTest, KeepsTheThemeForTheNextStart) {
   chooseTheme("dark");
   openPanel();
   waitForSurface(darkSurface);
-  // Without the service there is no page that could say how it looks.
+  // Without the service no page reports its appearance.
   service().stop();
   application().restart();
   application().waitForMainWindow();

@@ -21,7 +21,7 @@ constexpr const char* everyLine =
 
 constexpr ChildProcess::ExitStatus success{0, 0};
 
-// The program where there is no desktop at all: no display, no bus, an empty home.
+// Runs the program without a desktop: no display, no bus, an empty home.
 class CommandLineTest : public testing::Test {
  protected:
   ApplicationProcess::Outcome run(const Arguments& arguments) {

@@ -10,7 +10,7 @@ namespace {
 
 using Urls = std::vector<std::string>;
 
-// A page of the service whose frames, and redirects, try what only the page itself may do.
+// A page of the service whose frames and redirects attempt what only the page may do.
 class HostilePageTest : public TestPageTest {
  protected:
   void SetUp() override {
@@ -22,10 +22,11 @@ class HostilePageTest : public TestPageTest {
     openTestPage("hostile.html", "kind=" + frameKind());
   }
 
-  // Of the frame that has scripts of its own, if there is one.
+  // Returns the kind of the frame that runs scripts, or "none".
   virtual std::string frameKind() const { return "none"; }
 
-  // What an earlier action was going to do, it has done by the time that a link is opened.
+  // Expects that nothing foreign was loaded or opened. Effects of earlier actions precede that of
+  // the marker link.
   void expectNothingForeign() {
     EXPECT_EQ(openedBeforeMarker(), Urls{});
     EXPECT_EQ(describe(foreign().requests()), "");
@@ -34,7 +35,7 @@ class HostilePageTest : public TestPageTest {
     EXPECT_FALSE(hasWidget("label", "Navora is unavailable right now"));
   }
 
-  // The application obeys the page itself, and nobody has spoken of a language before.
+  // The application accepts the page's own message, the first about a language.
   void expectNoMessageButThePagesOwn() {
     page().evaluate(
         "await new Promise((resolve) => {"
@@ -82,7 +83,7 @@ TEST_F(HostilePageTest, GivesABlankFrameNoBridgeAndNoDialogs) {
 }
 
 TEST_F(HostilePageTest, GivesAFrameWithItsOwnTextNoBridgeAndNoDialogs) {
-  // Whether such a frame is shown at all is the engine's affair; its window exists either way.
+  // The engine may refuse to show such a frame; its window exists either way.
   EXPECT_EQ(page().evaluate(
                 "const frame = document.createElement('iframe');"
                 "frame.srcdoc = '<script>window.own = true</scr' + 'ipt>';"

@@ -13,7 +13,7 @@
 namespace navora::driver {
 namespace {
 
-// An installation of the test's own, whose files it can damage.
+// An installation whose files the test can damage.
 class InstalledResourcesTest : public TestPageTest {
  protected:
   bool startsApplication() const override { return false; }
@@ -121,7 +121,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Damage{"List", [](const auto& file) { writeFile(file, "[]"); }}),
     [](const auto& damage) { return damage.param.name; });
 
-// The build's own rules of installation put every file where the program looks for it.
+// The install rules put every file where the program looks for it.
 TEST_F(InstalledResourcesTest, TheBuildInstallsWhatTheProgramNeeds) {
   std::filesystem::remove_all(prefix() / "bin");
   std::filesystem::remove_all(prefix() / "share");

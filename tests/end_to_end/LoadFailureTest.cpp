@@ -7,7 +7,8 @@
 namespace navora::driver {
 namespace {
 
-// The driver cannot reach the page any more when the cable is out, so the page is told before.
+// The driver cannot reach the page while the relay is unplugged, so the page gets its script
+// before.
 constexpr const char* reloadWhenUnreachable = R"(
   (async () => {
     try {
@@ -22,7 +23,7 @@ constexpr const char* overlayTitle = "Navora is unavailable right now";
 
 class LoadFailureTest : public TestPageTest {
  protected:
-  // Pulls the cable under the page, which reloads itself as soon as it notices.
+  // Unplugs the relay; the page reloads itself as soon as a request fails.
   void pullTheCable() {
     page().evaluate(reloadWhenUnreachable);
     service().stop();
@@ -41,7 +42,7 @@ TEST_F(LoadFailureTest, CoversThePageWhenTheCableIsPulledAndRetriesWithReturn) {
   EXPECT_TRUE(hasWidget("push button", "Open in browser"));
   desktop().display().screenshot().save(artifacts() / "overlay.png");
 
-  // Still out: the overlay comes back, as often as the user tries.
+  // Still unplugged: every retry shows the overlay again.
   desktop().keyboard().chord("Return");
   expectOverlay();
   service().start();
@@ -85,7 +86,7 @@ TEST_F(LoadFailureTest, ShowsPagesFromTheCacheWithoutComplaint) {
     openTestPage("landing.html");
     page().tryEvaluate("setTimeout(() => { location.href = '/cached'; }); return true");
     page().waitUntilTrue("document.querySelector('#cached') !== null", "the cached page");
-    // The check of the page's length has been answered when this question has.
+    // The reply to this request follows that to the check of the page's length.
     page().evaluate("return document.title");
     EXPECT_FALSE(hasWidget("label", overlayTitle));
   }
@@ -137,7 +138,8 @@ TEST_F(ForeignRedirectTest, DropsARedirectOfTheFirstPageSilentlyAndSendsNothing)
   application().start();
   application().waitForMainWindow();
   serviceClient().waitForRequests("GET", "/login");
-  // A second launch shows the window; the application is alive, nothing foreign came in or out.
+  // A second launch shows the window: the application runs and has neither loaded nor opened a
+  // foreign page.
   application().run({});
   EXPECT_TRUE(foreign().requests().empty());
   EXPECT_TRUE(desktop().openedUrls().all().empty());

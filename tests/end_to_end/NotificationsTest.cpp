@@ -16,7 +16,7 @@ Json message(const std::string& text) {
   return {{"kind", "message"}, {"roomId", "room one"}, {"lead", "Ines:"}, {"text", text}};
 }
 
-// The application of a user who is signed in, on a desktop that shows notifications.
+// A signed-in user on a desktop with a notification daemon.
 class NotificationsTest : public EndToEndTest {
  protected:
   void SetUp() override {
@@ -32,21 +32,21 @@ class NotificationsTest : public EndToEndTest {
     daemon = std::make_unique<FakeNotificationDaemon>(desktop().sessionBusAddress());
   }
 
-  // Has the application ask the service, and waits until it has the answers.
+  // Triggers a poll of the application and waits for its replies.
   void poll() {
     const std::size_t before = polls();
     command("enable");
     serviceClient().waitForRequests("GET", "/api/notifications", before + 1);
     synchronize();
   }
-  // The page asks for the list as well, with a header that tells the application's questions apart.
+  // Counts the requests for the list, those of the page included.
   std::size_t polls() { return serviceClient().requests("GET", "/api/notifications").size(); }
 
   void command(const std::string& name) {
     page().evaluate("window.webkit.messageHandlers.navoraNotifications.postMessage('" + name +
                     "')");
   }
-  // The application has heard everything that the page said before.
+  // Waits until the application has handled all earlier messages of the page.
   void synchronize() {
     page().evaluate(
         "await new Promise(resolve => {"

@@ -7,8 +7,8 @@
 namespace navora::driver {
 namespace {
 
-// Messages of a page, on one whose settings cannot be had, so that nothing but the test's own
-// messages speaks of a language.
+// Messages of a page that cannot load its settings, so that only the test's messages announce a
+// language.
 class PageMessageTest : public TestPageTest {
  protected:
   void SetUp() override {
@@ -18,7 +18,7 @@ class PageMessageTest : public TestPageTest {
     openBridgePage();
   }
 
-  // The application itself is asked, behind everything that it has handled.
+  // Asks the application itself, after all earlier messages.
   bool isRussian() { return hasWidget("frame", "Навора"); }
   bool isEnglish() { return hasWidget("frame", "Navora"); }
 
@@ -27,7 +27,8 @@ class PageMessageTest : public TestPageTest {
     waitUntil([&] { return isRussian(); }, "the interface is in Russian");
   }
 
-  // None of the bodies, which are script expressions, has an effect, and the bridge lives on.
+  // Expects that none of the bodies, which are script expressions, has an effect, and that the
+  // bridge still works.
   void expectIgnored(const std::string& bodies) {
     page().evaluate("for (const body of [" + bodies + "]) post('navoraLocale', body)");
     settle();
@@ -145,7 +146,7 @@ TEST_F(PageMessageTest, KeepsTheBridgeWhateverThePageDoesToIt) {
       "  () => { webkit.messageHandlers.navoraLocale.postMessage = () => {}; },"
       "  () => { Object.defineProperty(window, 'webkit', {value: {}}); }];"
       "for (const attempt of attempts) { try { attempt(); } catch {} }");
-  // Put back at once, for the driver needs them too.
+  // Restored at once, because the driver uses them too.
   page().evaluate(
       "const replacements = [[JSON, 'stringify', () => 'null'], [Reflect, 'apply', () => {}],"
       "  [EventTarget.prototype, 'dispatchEvent', () => true], [window, 'CustomEvent', class {}],"
@@ -202,8 +203,8 @@ TEST_F(PageMessageTest, SpeaksOnceToADocumentThatThePageWritesAnew) {
   chooseRussian();
   page().waitUntilTrue("window.events.length >= 10");
   settle();
-  // The new document's own message and the round trips can leave a few more; a bridge that speaks
-  // twice would give twice as many.
+  // The new document's message and the round trips may add a few; a bridge installed twice would
+  // double them.
   EXPECT_LE(page().evaluate("return window.events.length"), 15);
 }
 

@@ -11,7 +11,7 @@ Json settingsAnswer(const Json& settings) {
   return {{"status", 200}, {"body", Json{{"settings", settings}}.dump()}};
 }
 
-// The language that the service's settings name, on a page that is shown in Russian.
+// The language from the service's settings, on a page in Russian.
 class SettingsLanguageTest : public TestPageTest {
  protected:
   void SetUp() override {
@@ -31,8 +31,7 @@ class SettingsLanguageTest : public TestPageTest {
     serviceClient().addFault("GET", "/api/settings", action);
   }
 
-  // The page's script asks for the settings, has the answer, and the application has handled what
-  // it makes of that.
+  // Waits until the page has loaded the settings and the application has handled its messages.
   void synchronize() { page().evaluate("await synchronize(); await roundTrip()"); }
 };
 

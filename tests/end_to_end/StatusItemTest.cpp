@@ -12,7 +12,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// A desktop with a tray.
+// A desktop with a status notifier watcher.
 class StatusItemTest : public CaptureTest {
  protected:
   void SetUp() override {
@@ -31,7 +31,7 @@ class StatusItemTest : public CaptureTest {
       texts.push_back(entry.type == "separator" ? "-" : entry.label);
     return texts;
   }
-  // The first label of the item that is there now; empty while one takes the place of another.
+  // Returns the first label of the current item's menu; empty while the item is being replaced.
   std::string newestLabel() {
     const auto items = tray->items();
     if (items.size() != 1) return {};

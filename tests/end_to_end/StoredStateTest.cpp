@@ -14,7 +14,7 @@ namespace {
 
 using std::filesystem::perms;
 
-// What an earlier run, another program or a failing disk has left in the user's folders.
+// Files in the user's folders as left by an earlier run, another program or a failing disk.
 class StoredStateTest : public TestPageTest {
  protected:
   bool startsApplication() const override { return false; }
@@ -89,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
         Content{"Vast", [] { return std::string(R"({"width": 1e300, "height": 1e300})"); }}),
     [](const auto& content) { return content.param.name; });
 
-// A folder in the file's place: nobody, not even an administrator, can read that.
+// A directory in place of the file: not even root can read it.
 TEST_F(StoredStateTest, UnreadableDefaultsAreReportedAndLeftAlone) {
   writeFile(defaults() / "kept", "content");
   launch();

@@ -38,7 +38,7 @@ class SystemEventsTest : public TestPageTest {
                          "the page was told to resume");
   }
 
-  // So many resumes and no more, each right behind a publication of the time zone.
+  // Expects this number of resume events, each directly after a time zone event.
   void expectResumes(int count) {
     waitForResumes(count);
     settle();

@@ -15,7 +15,7 @@ void TestPageTest::openTestPage(const std::string& file, const std::string& quer
 
 void TestPageTest::openBridgePage() {
   openTestPage("bridge.html");
-  // The answer to the first message can come before the page's own first script listens for it.
+  // The reply to the first message may precede the page's listener for it.
   settle();
 }
 

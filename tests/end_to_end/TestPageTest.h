@@ -7,21 +7,20 @@
 
 namespace navora::driver {
 
-// Tests on pages of the service that are made for them, with a foreign server beside it whose log
-// shows whatever leaves the application.
+// Tests with pages made for them, and a server of another origin that records every request.
 class TestPageTest : public EndToEndTest {
  protected:
-  // Shows a page of tests/end_to_end/pages in the main window; "{{foreign}}" in it is the foreign
-  // server's origin, and `query` ("name=value") fills further places.
+  // Loads a page of tests/end_to_end/pages in the main window. "{{foreign}}" in it is replaced by
+  // the foreign server's origin, and other placeholders by the values in `query` ("name=value").
   void openTestPage(const std::string& file, const std::string& query = {});
 
-  // The same for bridge.html, with everything behind it that the application says to a new page.
+  // Loads bridge.html and waits until the application's events for a new page have been dispatched.
   void openBridgePage();
-  // The application has handled every message that the bridge page sent before.
+  // Waits until the application has handled every earlier message of the bridge page.
   void settle() { page().evaluate("await roundTrip()"); }
 
-  // Clicks a link that does leave the application and waits until it has: whatever an earlier
-  // action was going to open, it has opened by then. Gives what was opened before.
+  // Clicks a foreign link and waits until it has been opened; everything that earlier actions open
+  // precedes it. Returns the URLs opened before it.
   std::vector<std::string> openedBeforeMarker();
 
   HttpServer& foreign() { return foreign_; }

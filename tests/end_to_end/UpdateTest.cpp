@@ -26,12 +26,12 @@ using testing::IsEmpty;
 constexpr const char* oldVersion = "1.0";
 constexpr const char* newVersion = "1.1";
 
-// An installation that can update itself, beside a service with a feed of releases.
+// An installation that can update itself, and a service with a feed of releases.
 class UpdateTest : public EndToEndTest {
  public:
   static void SetUpTestSuite() {
     EndToEndTest::SetUpTestSuite();
-    // What releases are made of; the same for all tests.
+    // The build that releases are made from, shared by all tests.
     built_ = std::make_unique<TemporaryDirectory>("navora-built");
     installBuild(built());
   }
@@ -64,10 +64,10 @@ class UpdateTest : public EndToEndTest {
     signIn();
   }
   void press(const std::string& button) { widget("push button", button).press(); }
-  // The update that is offered by itself soon after the start.
+  // Waits for the update that is offered automatically after the start.
   void waitForOffer() { widget("heading", "Navora 1.1 is available"); }
 
-  // The process that was started in place of the first one, once it shows its window.
+  // Waits for the relaunched process to show its window, and returns its pid.
   pid_t waitForSuccessor() {
     const pid_t first = application().pid();
     pid_t successor = 0;
@@ -108,7 +108,7 @@ TEST_F(UpdateTest, ReplacesTheInstallationAndRunsTheNewVersion) {
   EXPECT_EQ(installation.version(), newVersion);
   waitUntil([&] { return installation.leftovers().empty(); },
             "nothing is left beside the installation");
-  // It is signed in as before, and offers nothing.
+  // Still signed in, and no update is offered.
   const auto shown = serviceClient().waitForRequests("GET", "/api/auth/me", 2);
   EXPECT_FALSE(shown.empty());
   EXPECT_FALSE(shows(successor, "Navora 1.1 is available"));
@@ -157,7 +157,7 @@ TEST_F(UpdateTest, RefusesWhatSomebodyElseHasSigned) {
               HasSubstr("Navora updater: verification: The signature of the archive is not valid"));
   EXPECT_EQ(installation.version(), oldVersion);
   EXPECT_THAT(installation.leftovers(), IsEmpty());
-  // The page can be used as before.
+  // The page accepts input again.
   page().type("#capture-input", "Still here");
 }
 
@@ -189,7 +189,7 @@ TEST_F(UpdateTest, SaysThatThereIsNothingNewer) {
 }
 
 TEST_F(UpdateTest, OnlyTellsOfAReleaseWhereItCannotBeInstalled) {
-  // Somebody keeps files of their own in there: they would be gone with the old version.
+  // Files of the user's in the installation would be deleted with the old version.
   writeFile(installation.folder() / "my notes.txt", "mine");
   installation.release(built(), newVersion);
   launchSignedIn();

@@ -21,7 +21,7 @@ const std::vector<std::string> colors{"surface", "surfaceEnd",  "border",       
 const std::vector<Range> ranges{
     {"radius", 0, 48}, {"padding", 8, 48}, {"fontSize", 10, 32}, {"lineHeight", 10, 64}};
 
-// Only the notations that the script gives: less than the application understands.
+// Accepts only the notations that the script produces, fewer than the application accepts.
 bool isColor(const Json& value) {
   static const std::regex hexadecimal("#[0-9a-f]{6}");
   static const std::regex functional(R"(rgba\((\d{1,3}), (\d{1,3}), (\d{1,3}), (0|0\.\d{1,4})\))");
@@ -55,7 +55,7 @@ std::vector<std::string> appearanceProblems(const Json& appearance) {
     const Json number = value(range.key);
     expect(number.is_number() && number >= range.least && number <= range.most, range.key);
   }
-  // At most 200 characters: the tests of long ones count them, in the page.
+  // At most 200 characters; tests of long values count them in the page.
   expect(value("placeholder").is_string(), "placeholder");
   if (appearance.size() != 4 + colors.size() + ranges.size()) {
     problems.push_back("other keys: " + appearance.dump());

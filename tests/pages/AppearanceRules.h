@@ -7,7 +7,7 @@
 
 namespace navora::driver {
 
-// What the application would not accept of an appearance message, a line each.
+// Returns one line for each part of an appearance message that the application would reject.
 std::vector<std::string> appearanceProblems(const nlohmann::json& appearance);
 
 }  // namespace navora::driver

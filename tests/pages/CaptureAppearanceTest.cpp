@@ -6,7 +6,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// The appearance script on the service's own today view.
+// The appearance script on the today view of the service.
 class CaptureAppearanceTest : public PageTest {
  protected:
   void openEditor() {
@@ -153,7 +153,7 @@ TEST_F(CaptureAppearanceTest, LoginPageHasNoLook) {
   open("/login");
   listen();
   runScript();
-  // What comes later shows that the script is at work and had nothing to say until then.
+  // The later message shows that the script works and sent none before.
   page().evaluate(
       "const card = document.createElement('div'); card.className = 'capture-editor';"
       "card.innerHTML = '<div id=capture-input contenteditable></div>"

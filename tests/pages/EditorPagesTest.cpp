@@ -6,7 +6,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// The appearance script on pages that look in other ways, or that do not want to be read.
+// The appearance script on pages of other designs and on hostile pages.
 class EditorPagesTest : public PageTest {
  protected:
   void openEditor(const std::string& style = {}) {
@@ -85,7 +85,7 @@ TEST_F(EditorPagesTest, FontIsOneOfThreeKinds) {
   runScript();
   std::size_t count = posted(1).size();
   for (const auto& [family, kind] : kinds) {
-    // The size makes it another look, whatever the kind is.
+    // The size makes the appearance differ for every kind.
     setStyle("#capture-input { font: " + std::to_string(10 + count) + "px " + family + " }");
     const Json look = posted(++count).back();
     EXPECT_EQ(look["font"], kind) << family;

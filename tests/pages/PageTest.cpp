@@ -75,4 +75,9 @@ std::vector<Json> PageTest::settled() {
   return all;
 }
 
+void PageTest::typeUntil(const std::string& text, const std::string& expression) {
+  desktop().keyboard().type(text);
+  page().waitUntilTrue(expression);
+}
+
 }  // namespace navora::driver

@@ -16,8 +16,8 @@
 
 namespace navora::driver {
 
-// A page of the development service in a plain browser window. One desktop for all tests of a
-// suite, a fresh service and browser for each test.
+// A page of the development service in the sample browser. One desktop for all tests of a suite,
+// and a new service and browser for each test.
 class PageTest : public testing::Test {
  protected:
   static void SetUpTestSuite() { desktop_ = std::make_unique<VirtualDesktop>(); }
@@ -25,24 +25,27 @@ class PageTest : public testing::Test {
 
   void TearDown() override;
 
-  // The path of a script that runs in every page before the page's own; none when empty.
+  // Returns the path of a script that runs in every page before the page's own; empty for none.
   virtual std::string firstScript() const { return {}; }
 
-  // Opens a path of the service and waits until the page is complete.
+  // Loads a path of the service and waits until the page is complete.
   void open(const std::string& path);
-  // Opens the today view, signed in.
+  // Signs in and loads the today view.
   void openToday();
   void switchColorScheme() { browser_->process().signal(SIGHUP); }
 
-  // Puts a stand-in for the application's side of the message into the page.
+  // Installs a fake message handler in the page.
   void listen();
-  // Runs the appearance script as the application does at the document's end.
+  // Runs the appearance script as the application does at document end.
   void runScript();
-  // All appearances that were posted, as soon as there are `count` of them.
+  // Waits for at least `count` appearance messages and returns them all.
   std::vector<Json> posted(std::size_t count);
-  // Those that were posted up to now and because of everything that happened up to now: makes one
-  // more change, another placeholder, and gives what came before it.
+  // Returns the messages caused by all changes so far: makes one more change, of the placeholder,
+  // and returns those before its message.
   std::vector<Json> settled();
+
+  // Types into the focused element with real keys and waits until `expression` is true in the page.
+  void typeUntil(const std::string& text, const std::string& expression);
 
   PageDriver& page() { return *page_; }
   ServiceProcess& service() { return service_; }

@@ -3,12 +3,12 @@
 namespace navora::driver {
 namespace {
 
-// A page that was found ready and has to stay as it is.
+// A page that was reported ready and must not change.
 class RestartGuardFreezeTest : public RestartGuardPage {
  protected:
   void SetUp() override { open(fields); }
 
-  // The place of an element on the screen. A page that is kept still cannot be asked for it.
+  // Returns an element's place on the screen; must be called before the page is frozen.
   Point place(const std::string& selector) { return page().rectangle(selector).center(); }
 
   void freeze() {
@@ -16,7 +16,7 @@ class RestartGuardFreezeTest : public RestartGuardPage {
     page().evaluate("arrived.length = seen.length = 0");
   }
 
-  // Waits until an event has come to the window and the page could have answered it.
+  // Waits until an event has reached the window and page handlers would have run.
   void waitForArrival(const std::string& type) {
     page().waitUntilTrue("arrived.includes('" + type + "')", type + " arrives");
     page().evaluate("await nextFrame(); await nextFrame()");
@@ -51,8 +51,7 @@ TEST_F(RestartGuardFreezeTest, KeysDoNothing) {
   }
   expectNothingSeen();
   resume();
-  desktop().keyboard().type("b");
-  page().waitUntilTrue("byId('area').value === 'b' && seen.includes('keydown')");
+  typeUntil("b", "byId('area').value === 'b' && seen.includes('keydown')");
 }
 
 TEST_F(RestartGuardFreezeTest, InputMethodDoesNothing) {
@@ -146,14 +145,14 @@ TEST_F(RestartGuardFreezeTest, PasteDoesNothing) {
   page().waitUntilTrue("byId('line').value === 'copied'");
 }
 
-// A drag that began before goes on in the hands of the desktop.
+// A drag that has begun continues under the control of the display server.
 TEST_F(RestartGuardFreezeTest, DropDoesNothing) {
   page().evaluate(
       "byId('outer').textContent = 'Dragged'; byId('outer').style.font = '30px sans-serif'");
   const Point middle = place("#outer");
   const Point word{middle.x - 100, middle.y};
   const Point area = place("#area");
-  // The desktop takes the pointer over at some time, and follows it only from then on.
+  // The drag begins asynchronously and follows the pointer only from then on.
   const auto moveUntil = [this](Point to, const std::string& type) {
     int step = 0;
     waitUntil(
@@ -239,8 +238,7 @@ TEST_F(RestartGuardFreezeTest, FocusAndCaretComeBack) {
   page().evaluate("byId('filled').focus(); byId('filled').setSelectionRange(6, 6)");
   freeze();
   resume();
-  desktop().keyboard().type("-");
-  page().waitUntilTrue("byId('filled').value === 'Filled- by the page'");
+  typeUntil("-", "byId('filled').value === 'Filled- by the page'");
   EXPECT_EQ(page().evaluate("return seen.filter((type) => type.startsWith('focus'))"),
             Json::array());
   page().evaluate(
@@ -248,8 +246,7 @@ TEST_F(RestartGuardFreezeTest, FocusAndCaretComeBack) {
       "byId('rich').focus(); getSelection().collapse(byId('rich').firstChild, 2)");
   freeze();
   resume();
-  desktop().keyboard().type("-");
-  page().waitUntilTrue("byId('rich').textContent === 'Ri-ch'");
+  typeUntil("-", "byId('rich').textContent === 'Ri-ch'");
   page().evaluate(
       "byId('rich').textContent = ''; byId('outer').textContent = 'Chosen';"
       "document.activeElement.blur(); getSelection().selectAllChildren(byId('outer'))");
@@ -265,7 +262,7 @@ TEST_F(RestartGuardFreezeTest, LookDoesNotChange) {
     page().evaluate("await nextFrame(); await nextFrame()");
     return desktop().display().screenshot();
   };
-  // Painted anew, a letter's edge can come out a shade different.
+  // Repainting can change the antialiasing of a letter's edge.
   constexpr int shade = 48;
   const Screenshot before = look();
   ASSERT_FALSE(before.blank());
@@ -285,8 +282,7 @@ TEST_F(RestartGuardFreezeTest, PreparingTwiceAndResumingAtAnyTimeIsHarmless) {
   EXPECT_EQ(prepare(), Json());
   resume();
   resume();
-  desktop().keyboard().type("y");
-  page().waitUntilTrue("byId('area').value === 'y'");
+  typeUntil("y", "byId('area').value === 'y'");
   expectNoFailures();
 }
 

@@ -7,8 +7,8 @@
 namespace navora::driver {
 namespace {
 
-// The guard in pages of every kind: in other languages, with a guard of their own, hostile ones,
-// and the service's.
+// The guard in pages in other languages, pages with a guard of their own, hostile pages, and the
+// service's.
 class RestartGuardPagesTest : public RestartGuardPage {
  protected:
   std::string inLanguage(const std::string& language) {
@@ -44,7 +44,7 @@ TEST_F(RestartGuardPagesTest, ReasonsAreInThePagesLanguage) {
     EXPECT_EQ(inLanguage(language), reason) << language;
   EXPECT_EQ(inLanguage("DE-at"), reasons[4].second);
   EXPECT_EQ(inLanguage("pt"), reasons[3].second);
-  // Neither the page's language nor one that begins like it.
+  // Neither the page's language nor one with the same prefix.
   page().evaluate("Object.defineProperty(navigator, 'language', {value: 'fr-CA'})");
   for (const char* unknown : {"", "it", "deu", "constructor", "\xF0\x9F\x98\x80"})
     EXPECT_EQ(inLanguage(unknown), reasons[5].second) << unknown;
@@ -161,21 +161,18 @@ TEST_F(RestartGuardPagesTest, WhatAPageDoesToBuiltInObjectsChangesNothing) {
   EXPECT_ANY_THROW(page().evaluate("whileBroken(() => [1].map(String))"));
   EXPECT_ANY_THROW(page().evaluate("return whileBroken(() => byId('area').value)"));
   page().evaluate("breakAll()");
-  desktop().keyboard().type("typed");
-  page().waitUntilTrue("areaText() === 'typed'");
+  typeUntil("typed", "areaText() === 'typed'");
   page().evaluate("mendAll()");
   const std::string answer = "return whileBroken(() => window.NavoraUpdateGuard.prepare())";
   EXPECT_EQ(page().evaluate(answer), Json(textReason));
   page().evaluate("clearArea()");
   EXPECT_EQ(page().evaluate(answer), Json());
   page().evaluate("arrived.length = seen.length = 0; breakAll()");
-  desktop().keyboard().type("x");
-  page().waitUntilTrue("arrived.length >= 2");
+  typeUntil("x", "arrived.length >= 2");
   page().evaluate("mendAll()");
   EXPECT_EQ(page().evaluate("return [seen, areaText()]"), (Json{Json::array(), "  "}));
   page().evaluate("whileBroken(() => window.NavoraUpdateGuard.resume())");
-  desktop().keyboard().type("y");
-  page().waitUntilTrue("areaText() === '  y'");
+  typeUntil("y", "areaText() === '  y'");
   expectNoFailures();
 }
 
@@ -189,8 +186,7 @@ TEST_F(RestartGuardPagesTest, PageWhoseListenersThrowIsGuardedTheSame) {
   page().evaluate("byId('area').value = ''; failures.length = 0");
   EXPECT_EQ(prepare(), Json());
   page().evaluate("arrived.length = 0");
-  desktop().keyboard().type("x");
-  page().waitUntilTrue("arrived.includes('keyup')");
+  typeUntil("x", "arrived.includes('keyup')");
   expectNoFailures();
 }
 
@@ -217,8 +213,7 @@ TEST_F(RestartGuardPagesTest, RewrittenDocumentIsGuardedToo) {
       "document.close()");
   page().waitUntilTrue("document.readyState === 'complete' && !!document.querySelector('#area')");
   page().evaluate("document.querySelector('#area').focus()");
-  desktop().keyboard().type("typed");
-  page().waitUntilTrue("document.querySelector('#area').value === 'typed'");
+  typeUntil("typed", "document.querySelector('#area').value === 'typed'");
   EXPECT_EQ(ask(), Json(textReason));
   page().evaluate("document.querySelector('#area').value = ''");
   EXPECT_EQ(prepare(), Json());
@@ -243,8 +238,7 @@ TEST_F(RestartGuardPagesTest, LoginPageIsGuarded) {
 TEST_F(RestartGuardPagesTest, TodayViewIsReadyWhenNothingIsUnderWay) {
   openToday();
   EXPECT_EQ(prepare(), Json());
-  desktop().keyboard().type("x");
-  page().waitUntilTrue("arrived.includes('keyup')");
+  typeUntil("x", "arrived.includes('keyup')");
   EXPECT_EQ(page().evaluate("return document.querySelector('#capture-input').textContent"),
             Json(""));
   resume();
@@ -258,7 +252,7 @@ TEST_F(RestartGuardPagesTest, TodayViewKnowsItsDraftAndItsNoteUnderWay) {
   page().waitUntilTrue("sessionStorage.getItem('navora.draft') === 'A draft'");
   const Json draft = "Save or delete the note you’re writing, then continue the update.";
   EXPECT_EQ(ask(), draft);
-  // Not typed in this page, and still the user's.
+  // Not typed in this document, but user input nevertheless.
   page().tryEvaluate("setTimeout(() => location.reload()); return true");
   page().waitUntilTrue(
       "document.querySelectorAll('.note').length > 0 && arrived.length === 0 && "
@@ -307,13 +301,12 @@ TEST_F(RestartGuardPagesTest, OtherViewsOfTheServiceAreGuarded) {
 TEST_F(RestartGuardPagesTest, ProviderThatIsStoredAtOnceDoesNotBlock) {
   openToday();
   page().evaluate("document.querySelector('#ai-provider').focus()");
-  desktop().keyboard().type("g");
-  page().waitUntilTrue("document.querySelector('#ai-provider').value === 'gemini'");
+  typeUntil("g", "document.querySelector('#ai-provider').value === 'gemini'");
   client_.waitForRequests("PUT", "/api/settings");
   page().waitUntilTrue("NavoraUpdateGuard.prepare() === undefined");
 }
 
-// The service's page in an ordinary browser.
+// The service's pages in a browser, without the guard.
 class ServiceWithoutRestartGuardTest : public PageTest {};
 
 TEST_F(ServiceWithoutRestartGuardTest, PageAloneDoesNotSayThatItIsReady) {

@@ -3,7 +3,7 @@
 namespace navora::driver {
 namespace {
 
-// What keeps a page from being torn down.
+// The conditions under which the guard reports unsaved input.
 class RestartGuardTest : public RestartGuardPage {
  protected:
   void SetUp() override { open(fields); }
@@ -13,8 +13,8 @@ class RestartGuardTest : public RestartGuardPage {
                     "); if ('value' in element) element.value = ''; else element.textContent = ''");
   }
 
-  // What the guard says while a request is under way and after its end: a script that gives a
-  // promise of the end.
+  // Returns the guard's answers during a request and after it; `request` returns a promise for the
+  // end of the request.
   Json aroundRequest(const std::string& request) {
     return page().evaluate(
         "const ask = () => { const answer = NavoraUpdateGuard.prepare() ?? null;"
@@ -47,7 +47,7 @@ TEST_F(RestartGuardTest, UntouchedPageIsReady) {
 
 TEST_F(RestartGuardTest, TypedTextBlocksInEveryKindOfEditorUntilItIsCleared) {
   for (const char* editor : {"#area", "#line", "#number", "#password", "#rich", "#text"}) {
-    // A number that is in none of the driver's own answers, which are requests of the page too.
+    // Unlike any number in the driver's replies, which are requests of the page as well.
     type(editor, "471100");
     EXPECT_EQ(ask(), Json(textReason)) << editor;
     leave();
@@ -84,8 +84,7 @@ TEST_F(RestartGuardTest, TextThatEqualsWhatWasThereDoesNotCount) {
   for (const char* editor : {"#filled", "#line"}) {
     page().evaluate("const editor = document.querySelector('" + std::string(editor) +
                     "'); editor.focus(); editor.setSelectionRange(99, 99)");
-    desktop().keyboard().type("x");
-    page().waitUntilTrue(content(editor) + ".endsWith('x')");
+    typeUntil("x", content(editor) + ".endsWith('x')");
     EXPECT_EQ(ask(), Json(textReason)) << editor;
     desktop().keyboard().chord("BackSpace");
     page().waitUntilTrue(content(editor) + ".endsWith('page')");
@@ -96,8 +95,7 @@ TEST_F(RestartGuardTest, TextThatEqualsWhatWasThereDoesNotCount) {
 TEST_F(RestartGuardTest, BlanksAreNoText) {
   page().click("#area");
   page().waitUntilTrue("document.activeElement === byId('area')");
-  desktop().keyboard().type("  \n");
-  page().waitUntilTrue("byId('area').value === '  \\n'");
+  typeUntil("  \n", "byId('area').value === '  \\n'");
   EXPECT_EQ(ask(), Json());
 }
 
@@ -132,8 +130,7 @@ TEST_F(RestartGuardTest, EditorInAShadowTreeCounts) {
   page().evaluate(
       "const shadow = byId('outer').attachShadow({mode: 'open'});"
       "const made = document.createElement('input'); shadow.append(made); made.focus()");
-  desktop().keyboard().type("in");
-  page().waitUntilTrue("byId('outer').shadowRoot.firstChild.value === 'in'");
+  typeUntil("in", "byId('outer').shadowRoot.firstChild.value === 'in'");
   EXPECT_EQ(ask(), Json(textReason));
   page().evaluate("byId('outer').shadowRoot.firstChild.value = ''");
   EXPECT_EQ(ask(), Json());
@@ -143,8 +140,7 @@ TEST_F(RestartGuardTest, EditorInAClosedShadowTreeCountsAsLongAsItsHostIsThere) 
   page().evaluate(
       "window.inner = document.createElement('input');"
       "byId('outer').attachShadow({mode: 'closed'}).append(inner); inner.focus()");
-  desktop().keyboard().type("in");
-  page().waitUntilTrue("inner.value === 'in'");
+  typeUntil("in", "inner.value === 'in'");
   EXPECT_EQ(ask(), Json(textReason));
   page().evaluate("byId('outer').remove()");
   EXPECT_EQ(ask(), Json());
@@ -206,7 +202,7 @@ TEST_F(RestartGuardTest, RequestsOfThePageWorkAsBefore) {
       return [request.status, (await fetch(url, {method: 'POST'})).status, problem, fetch.length,
               fetch.name, Object.keys(window).includes('fetch')])"),
             (Json{200, 200, "TypeError", 1, "fetch", true}));
-  // The page still hears of a failure that it does not handle.
+  // The page still receives the event for an unhandled rejection.
   page().tryEvaluate("fetch('http://[', {method: 'POST'})");
   page().waitUntilTrue("failures.length === 1");
 }
@@ -251,8 +247,7 @@ TEST_F(RestartGuardTest, ChangedChoiceInAFormBlocksUntilItIsAsBefore) {
     EXPECT_EQ(ask(), Json()) << toggle;
   }
   page().evaluate("byId('menu').focus()");
-  desktop().keyboard().type("t");
-  page().waitUntilTrue("byId('menu').value === 'two'");
+  typeUntil("t", "byId('menu').value === 'two'");
   EXPECT_EQ(ask(), Json(formReason));
   page().click("#reset");
   page().waitUntilTrue("byId('menu').value === 'one'");
@@ -266,8 +261,7 @@ TEST_F(RestartGuardTest, ChangedChoiceInAFormBlocksUntilItIsAsBefore) {
 
 TEST_F(RestartGuardTest, ChoiceOutsideOfAFormDoesNotCount) {
   page().evaluate("byId('loose').focus()");
-  desktop().keyboard().type("t");
-  page().waitUntilTrue("byId('loose').value === 'two'");
+  typeUntil("t", "byId('loose').value === 'two'");
   EXPECT_EQ(ask(), Json());
 }
 
@@ -289,8 +283,7 @@ TEST_F(RestartGuardTest, ChoiceThatARequestTookWithItIsSent) {
   page().click("#check");
   page().waitUntilTrue("byId('check').checked");
   page().evaluate("byId('menu').focus()");
-  desktop().keyboard().type("t");
-  page().waitUntilTrue("byId('menu').value === 'two'");
+  typeUntil("t", "byId('menu').value === 'two'");
   const std::string put = "await fetch('/__test/pages/plain.html', {method: 'PUT', body: ";
   page().evaluate(put + "JSON.stringify({menu: 'two', check: false})})");
   EXPECT_EQ(ask(), Json(formReason));
@@ -311,7 +304,7 @@ TEST_F(RestartGuardTest, FormThatThePageSubmitsItself) {
     page().click("#send");
     page().waitUntilTrue("!!window.answer");
     page().evaluate("await answer");
-    // Past the moment at which the guard looks whether the page has prevented it.
+    // After the guard has checked whether the page prevented the default action.
     page().waitUntilTrue("NavoraUpdateGuard.prepare() !== " + Json(requestReason).dump());
     resume();
   };
@@ -339,7 +332,7 @@ TEST_F(RestartGuardTest, SubmitThatSendsNothingSettlesChoicesButNoText) {
   EXPECT_EQ(ask(), Json());
 }
 
-// Asked by the page itself: the driver's calls do not come through while a page is on its way out.
+// The page asks, because the driver's scripts do not run while a page is being unloaded.
 TEST_F(RestartGuardTest, SubmissionUnderWayBlocks) {
   client_.addFault("POST", "/__test/pages/landed.html", {{"hang", true}});
   page().evaluate(

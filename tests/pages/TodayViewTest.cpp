@@ -3,10 +3,10 @@
 namespace navora::driver {
 namespace {
 
-// The today view as its user sees it.
+// The today view as the user sees it.
 class TodayViewTest : public PageTest {
  protected:
-  // As another program does that is signed in as the same user.
+  // Sends a note as another client with the same session.
   std::string storeNote(const std::string& text) {
     return page().evaluate(
         "const note = {method: 'POST', headers: {'Content-Type': 'application/json'}, body: " +

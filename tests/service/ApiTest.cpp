@@ -5,7 +5,7 @@ namespace {
 
 class Api : public ServiceTest {
  protected:
-  /// Starts the service with its sample circles, signed in.
+  // Starts the service with sample circles and signs in.
   void startWithSamples() {
     auto options = plainOptions();
     options.samples = true;

@@ -7,7 +7,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// Plays the page's side of the driver.
+// Acts as a page that includes the driver script.
 class Page {
  public:
   Page(int port, const std::string& name) : client_(port), base_("/__test/driver/" + name) {

@@ -13,7 +13,7 @@ namespace {
 using testing::HasSubstr;
 using testing::MatchesRegex;
 
-/// The real program as a child process, with its two outputs.
+// The program as a child process, with its standard output and error.
 class Program {
  public:
   explicit Program(std::vector<std::string> arguments) {
@@ -62,7 +62,7 @@ class Program {
 
   void signal(int number) const { ::kill(process_, number); }
 
-  /// The exit status, or the negative number of the signal that ended it.
+  // Waits for the exit; returns the status, or the negated number of the fatal signal.
   int wait() {
     int status = 0;
     ::waitpid(process_, &status, 0);
@@ -115,7 +115,7 @@ TEST(ProgramTest, SamePortWorksAtOnceAfterARestartInEitherMode) {
       const std::string line = program.line();
       ASSERT_NE(line, "") << program.restOfErrors();
       port = portOf(line);
-      // A connection that the service closes first is what keeps a port busy.
+      // A connection that the service closes first stays in TIME_WAIT and keeps the port busy.
       EXPECT_EQ(HttpClient(port).get("/login").status, 200);
       program.signal(SIGTERM);
       ASSERT_EQ(program.wait(), 0);

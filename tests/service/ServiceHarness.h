@@ -15,7 +15,7 @@
 
 namespace navora::service::tests {
 
-/// The options of a service without sample data, whose jobs take no time.
+// The options of a service without sample data, whose jobs take no time.
 ServiceOptions plainOptions(std::vector<std::string> more = {});
 
 // A client that can sign in as a user of the service.
@@ -27,13 +27,13 @@ class SessionClient : public HttpClient {
   void signIn(const std::string& name = "demo", const std::string& password = "demo");
 };
 
-/// Starts the service anew for each test, and gives it a client.
+// Starts the service anew for each test, and gives it a client.
 class ServiceTest : public testing::Test {
  protected:
-  /// `arguments` are command-line options beside those of `plainOptions`.
+  // `arguments` are command-line options beside those of `plainOptions`.
   void start(std::vector<std::string> arguments = {});
 
-  /// Waits until the job is done and returns its last state.
+  // Waits until the job is done and returns its last state.
   Json finishedJob(const std::string& statusUrl);
 
   std::unique_ptr<Service> service;

@@ -79,7 +79,7 @@ TEST(ZipArchiveTest, HasTheStoredFormOfItsFiles) {
   archive.add("a.txt", "123456789");
   const std::string bytes = archive.bytes();
   EXPECT_EQ(bytes.substr(0, 4), std::string("PK\x03\x04", 4));
-  // The check value that the CRC-32 of "123456789" is known by.
+  // The standard check value of CRC-32.
   EXPECT_EQ(bytes.substr(14, 4), std::string("\x26\x39\xF4\xCB", 4));
   EXPECT_EQ(bytes.substr(30, 14), "a.txt123456789");
   EXPECT_EQ(bytes.substr(bytes.size() - 22, 4), std::string("PK\x05\x06", 4));

@@ -15,7 +15,7 @@ using testing::StartsWith;
 constexpr const char* feedPath = "/updates/appcast.xml";
 constexpr const char* archivePath = "/updates/Navora-2.tar.xz";
 
-/// The most memory that this process had in use at once, in bytes.
+// Returns the peak resident size of this process in bytes.
 std::size_t peakMemory() {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
@@ -42,7 +42,7 @@ class Updates : public ServiceTest {
     EXPECT_EQ(client->sendJson("POST", "/__test/faults", rule).status, 204) << rule;
   }
 
-  /// A file of this size that takes no room on the disk.
+  // Creates a sparse file of this size.
   void writeLarge(const std::string& name, std::uintmax_t size) const {
     writeFile(updates.path() / name, "");
     std::filesystem::resize_file(updates.path() / name, size);
@@ -138,7 +138,7 @@ TEST_F(Updates, WithoutADirectoryThereIsAFeedWithoutItems) {
   EXPECT_EQ(reply.header("Cache-Control"), "no-store");
   EXPECT_THAT(reply.body,
               StartsWith("<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<rss version=\"2.0\">"));
-  // What the format asks of every channel.
+  // The elements that RSS 2.0 requires in a channel.
   for (const char* part : {"<channel>", "<title>", "<link>", "<description>", "</rss>"}) {
     EXPECT_THAT(reply.body, HasSubstr(part));
   }
@@ -148,7 +148,7 @@ TEST_F(Updates, WithoutADirectoryThereIsAFeedWithoutItems) {
             std::to_string(reply.body.size()));
 }
 
-// The client is in the same process and keeps nothing either.
+// The client runs in the same process, so it must not keep the data either.
 TEST_F(Updates, LargeArchiveIsNeverInMemoryAsAWhole) {
   constexpr std::uintmax_t size = 100 * 1024 * 1024;
   writeLarge("large", size);

@@ -6,7 +6,7 @@ namespace {
 
 constexpr const char* rootPath = "/org/a11y/atspi/accessible/root";
 
-// The accessibility bus is one of its own; asking for its address starts it.
+// The accessibility bus is a separate bus; org.a11y.Bus starts it when asked for its address.
 std::string accessibilityBusAddress(const std::string& sessionBusAddress) {
   BusConnection session(sessionBusAddress);
   const Variant reply = session.call(

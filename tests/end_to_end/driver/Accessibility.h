@@ -14,22 +14,22 @@
 
 namespace navora::driver {
 
-// What to look for; empty members match everything.
+// Which widgets to find; empty members match everything.
 struct AccessibleQuery {
   std::string role = {};
-  std::string name = {};  // exact
-  bool showing = true;    // only what is on the screen
+  std::string name = {};  // compared exactly
+  bool showing = true;    // visible widgets only
 
   std::string describe() const;
 };
 
-// The native widgets of the programs on one desktop. Pages inside web views are left out: tests ask
-// those through the page itself.
+// Finds native widgets of the programs on a desktop. Pages in web views are skipped: tests use
+// PageDriver for those.
 class Accessibility {
  public:
   explicit Accessibility(const std::string& sessionBusAddress);
 
-  // Of one process, or of every program when `pid` is 0.
+  // In the following, a `pid` of 0 means every program.
   std::vector<AccessibleObject> applications(pid_t pid = 0);
   std::vector<AccessibleObject> findAll(const AccessibleQuery& query, pid_t pid = 0);
   std::vector<AccessibleObject> findAll(const AccessibleQuery& query,
@@ -40,11 +40,11 @@ class Accessibility {
                            std::chrono::milliseconds timeout = defaultTimeout());
   AccessibleObject waitFor(const AccessibleQuery& query, const AccessibleObject& below,
                            std::chrono::milliseconds timeout = defaultTimeout());
-  // The showing widgets as an indented outline, for messages.
+  // Returns the visible widgets as an indented outline, for messages.
   std::string describe(pid_t pid = 0);
 
  private:
-  // False from the visitor ends the walk.
+  // Returns false to end the walk.
   using Visitor = std::function<bool(const AccessibleObject&, int depth)>;
   bool walk(const AccessibleObject& object, int depth, const Visitor& visitor);
 

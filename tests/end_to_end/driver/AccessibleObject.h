@@ -11,7 +11,7 @@
 
 namespace navora::driver {
 
-// The bits of a widget's state that tests ask for, numbered as the accessibility protocol does.
+// The bits of a widget's state, numbered as in AT-SPI's StateType.
 enum class AccessibleState : std::uint8_t {
   active = 1,
   checked = 4,
@@ -24,32 +24,32 @@ enum class AccessibleState : std::uint8_t {
   visible = 30,
 };
 
-// One native widget as assistive technology sees it. The widget can vanish at any moment: questions
-// then answer "nothing" (empty text, no children), and commands throw a TestError.
+// A native widget as assistive technology sees it. The widget can be destroyed at any time: queries
+// then return nothing (empty text, no children), and commands throw TestError.
 class AccessibleObject {
  public:
   AccessibleObject(std::shared_ptr<BusConnection> bus, std::string owner, std::string path);
 
-  // Role names are those of the protocol: "frame", "dialog", "alert", "push button", "label",
-  // "text", "menu item", "check box"...
+  // Returns the AT-SPI role name: "frame", "dialog", "alert", "push button", "label", "text", "menu
+  // item", "check box"...
   std::string role() const;
   std::string name() const;
   std::string description() const;
-  // The text of a label, entry or text view, without limits.
+  // Returns the whole text of a label, entry or text view.
   std::string text() const;
   bool has(AccessibleState state) const;
-  // Fraction or number of a progress bar, slider or spin button; 0 when it has none.
+  // Returns the value of a progress bar, slider or spin button; 0 if the widget has none.
   double value() const;
   Rectangle extents() const;
   std::vector<AccessibleObject> children() const;
 
-  // The widget's first action, as a screen reader would trigger it.
+  // Performs the widget's first action, as a screen reader does.
   void press() const;
   void focus() const;
   void setText(std::string_view text) const;
 
-  // The program that owns the widget: the page of a web view belongs to another one than its
-  // window.
+  // Returns the process that owns the widget; the page of a web view belongs to another process
+  // than its window.
   const std::string& owner() const { return owner_; }
   bool operator==(const AccessibleObject& other) const {
     return owner_ == other.owner_ && path_ == other.path_;

@@ -33,7 +33,7 @@ std::unique_ptr<ChildProcess> ApplicationProcess::launch(
 }
 
 void ApplicationProcess::start() {
-  // The old one must have left the bus before the new one asks whether it is the only one.
+  // The old process must have left the bus before the new one checks that it is the only instance.
   process_.reset();
   process_ = launch(options_.arguments);
 }

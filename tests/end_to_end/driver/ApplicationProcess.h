@@ -12,30 +12,30 @@
 
 namespace navora::driver {
 
-// The application under test on a virtual desktop. It is started by `start`, not before.
+// The application under test on a virtual desktop. Starts when start() is called.
 class ApplicationProcess {
  public:
   struct Options {
     std::vector<std::string> arguments = {};
-    Environment environment = {};  // beside the desktop's own and NAVORA_URL
-    std::string executable = {};   // of this build when empty
+    Environment environment = {};  // added to the desktop's own and NAVORA_URL
+    std::string executable = {};   // empty for the one of this build
   };
 
-  // What a run that has come to its end leaves.
+  // The result of a run that has exited.
   struct Outcome {
     ChildProcess::ExitStatus status;
     std::string output;
     std::string errors;
   };
 
-  // An empty `url` leaves NAVORA_URL unset.
+  // Leaves NAVORA_URL unset if `url` is empty.
   ApplicationProcess(VirtualDesktop& desktop, std::string url);
   ApplicationProcess(VirtualDesktop& desktop, std::string url, Options options);
 
   void start();
-  // Ends the running one, by signal, and starts another; what it stored stays.
+  // Terminates the running process by a signal and starts another. Stored data are kept.
   void restart();
-  // Runs the program once more beside this one, to its end: a second launch, or a --self-test.
+  // Runs another instance of the program until it exits: a second launch, or --self-test.
   Outcome run(const std::vector<std::string>& arguments);
 
   ChildProcess& process();
@@ -44,17 +44,18 @@ class ApplicationProcess {
   bool running() { return process_ && process_->running(); }
   std::string errorText() const { return process_ ? process_->errorText() : std::string(); }
 
-  // The windows of the application that are on the screen, bottom to top.
+  // Returns the visible windows of the application, bottom to top.
   std::vector<WindowInfo> windows();
-  // The main window is known by its size: no panel or dialog comes near its least one.
+  // Returns the main window. It is identified by its size, as panels and dialogs are smaller than
+  // its minimum.
   std::optional<WindowInfo> mainWindow();
   WindowInfo waitForMainWindow(std::chrono::milliseconds timeout = defaultTimeout());
   void waitUntilMainWindowHidden();
 
-  // The processes that run pages.
+  // Returns the processes that run pages.
   std::vector<ProcessInfo> webProcesses();
   void killWebProcesses();
-  // Of the application and everything that it has started.
+  // These count the application and all its descendants.
   std::int64_t memoryKiB();
   std::int64_t processorTicks();
 

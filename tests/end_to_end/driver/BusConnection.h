@@ -13,7 +13,7 @@ struct UnreferenceVariant {
 };
 using Variant = std::unique_ptr<GVariant, UnreferenceVariant>;
 
-// A connection to one message bus, used with blocking calls only: it needs no main loop.
+// A connection to a message bus. All calls block, so no main loop is needed.
 class BusConnection {
  public:
   struct Call {
@@ -30,20 +30,20 @@ class BusConnection {
 
   GDBusConnection* get() const { return connection_; }
 
-  // `parameters` is a tuple, consumed when floating; null for none. `call` throws a TestError for
-  // an error reply and for none within `timeout`; `tryCall` answers null.
+  // Calls a method. `parameters` is a tuple, consumed if floating, or null. On an error reply, or
+  // without a reply within `timeout`, call() throws TestError and tryCall() returns null.
   Variant call(const Call& call, GVariant* parameters = nullptr,
                std::chrono::milliseconds timeout = std::chrono::seconds(10));
   Variant tryCall(const Call& call, GVariant* parameters = nullptr,
                   std::chrono::milliseconds timeout = std::chrono::seconds(10));
-  // The value itself, out of its box; null when the object has no such property.
+  // Returns a property's value, unboxed, or null if the object has no such property.
   Variant tryProperty(const std::string& destination, const std::string& path,
                       const std::string& interface, const std::string& property);
 
-  // Takes a well-known name, which nobody else on the bus may own.
+  // Acquires a well-known name; throws TestError if it has an owner.
   void ownName(const std::string& name);
-  // Afterwards nobody finds the name's owner any more. The end of a connection reaches the bus some
-  // time later.
+  // Releases a name; it has no owner when this returns. The bus learns later of a connection that
+  // is only closed.
   void releaseName(const std::string& name);
   bool nameHasOwner(const std::string& name);
   void emitSignal(const std::string& path, const std::string& interface, const std::string& signal,

@@ -39,7 +39,7 @@ BusService::BusService(const std::string& address, const std::string& name, cons
 }
 
 BusService::~BusService() {
-  // From within, so that a loop that has not begun yet ends too.
+  // Quit from within the loop, because quitting one that does not run yet has no effect.
   g_main_context_invoke(
       context_,
       [](gpointer loop) -> gboolean {
@@ -53,7 +53,7 @@ BusService::~BusService() {
   g_dbus_node_info_unref(node_);
 }
 
-// The promise and the address are there until it is kept.
+// Both outlive the call: the caller waits for the promise.
 void BusService::run(const std::string& address, std::promise<void>& ready) {
   g_main_context_push_thread_default(context_);
   try {

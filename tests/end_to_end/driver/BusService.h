@@ -10,17 +10,18 @@
 
 namespace navora::driver {
 
-// A program on the bus that answers calls, on a thread of its own: whoever waits for it may block.
+// An object on the bus that answers calls on a thread of its own, so that callers may block.
 class BusService {
  public:
-  // Runs on the service's thread and must return or keep the invocation.
+  // Called on the service's thread. Must answer the invocation or take a reference to it.
   using Handler = std::function<void(const std::string& method, GVariant* parameters,
                                      GDBusMethodInvocation* invocation)>;
 
-  // `introspection` describes one interface, at `path`. The name is owned when this returns.
+  // Exports the interface that `introspection` describes at `path`, and owns the name when this
+  // returns.
   BusService(const std::string& address, const std::string& name, const std::string& path,
              const std::string& introspection, Handler handler);
-  // The name is free when this returns, as after the end of a program.
+  // Releases the name before it returns, as the bus does after a program exits.
   ~BusService();
   BusService(const BusService&) = delete;
   BusService& operator=(const BusService&) = delete;

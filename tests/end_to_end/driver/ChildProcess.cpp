@@ -46,7 +46,7 @@ std::string textFrom(const std::filesystem::path& path, std::uintmax_t start) {
   return start < text.size() ? text.substr(start) : std::string();
 }
 
-// Everything between fork and exec: only calls that are safe while other threads hold locks.
+// Runs between fork and exec: only async-signal-safe calls.
 [[noreturn]] void becomeProgram(pid_t parent, int deathSignal, int output, int error,
                                 const char* folder, const char* program, char* const* arguments,
                                 char* const* environment) {
@@ -59,7 +59,7 @@ std::string textFrom(const std::filesystem::path& path, std::uintmax_t start) {
   ::signal(SIGPIPE, SIG_DFL);
   const int input = open("/dev/null", O_RDONLY);
   if (dup2(input, 0) < 0 || dup2(output, 1) < 0 || dup2(error, 2) < 0) _exit(127);
-  // Libraries do not mark all their sockets; a child that held one open would keep a port busy.
+  // Libraries do not set FD_CLOEXEC on all sockets; a child that inherits one keeps its port busy.
   close_range(3, ~0U, 0);
   if (chdir(folder) != 0) _exit(127);
   execve(program, arguments, environment);
@@ -105,7 +105,7 @@ ChildProcess::ChildProcess(Options options) : options_(std::move(options)) {
   close(output);
   close(error);
   if (pid_ < 0) throw TestError("Cannot fork for " + name() + ": " + std::strerror(errno));
-  // Also done by the child; whoever comes second finds it done.
+  // The child does the same; the second call has no effect.
   setpgid(pid_, pid_);
 }
 
@@ -114,7 +114,7 @@ ChildProcess::~ChildProcess() {
     signal(SIGTERM);
     becomesTrue([this] { return !running(); }, std::chrono::seconds(3));
   }
-  // The ended program has not been reaped yet, so its number still belongs to its group alone.
+  // The program has not been reaped yet, so its process group id is not reused.
   ::kill(-pid_, SIGKILL);
   waitpid(pid_, nullptr, 0);
 }

@@ -15,25 +15,25 @@ namespace navora::driver {
 
 using Environment = std::map<std::string, std::string>;
 
-// The variables of this process that every child needs (search path, sanitizer settings), and no
-// others: what the person at this machine has set must not change a test.
+// Returns the variables of this process that every child needs (search path, sanitizer settings),
+// and no others, so that the developer's environment does not affect tests.
 Environment baseEnvironment();
 
-// One program that lives at most as long as this object and as the thread that started it, in a
-// process group of its own, so that what it started in turn ends with it.
+// A program in a process group of its own. The group is killed when this object is destroyed or the
+// thread that created it exits.
 class ChildProcess {
  public:
   struct Options {
-    std::vector<std::string> arguments;    // the program first; looked up in PATH without a slash
-    Environment environment;               // complete: nothing is inherited
-    std::filesystem::path standardOutput;  // appended to; empty means /dev/null
+    std::vector<std::string> arguments;    // the program first; searched in PATH without a slash
+    Environment environment;               // complete; nothing is inherited
+    std::filesystem::path standardOutput;  // appended to; empty for /dev/null
     std::filesystem::path standardError;
     std::filesystem::path workingDirectory = "/";
-    int deathSignal = SIGKILL;  // sent by the kernel when the starter dies
+    int deathSignal = SIGKILL;  // sent by the kernel when the creating thread exits
   };
 
   struct ExitStatus {
-    int code = -1;  // meaningful when signal is 0
+    int code = -1;  // valid if signal is 0
     int signal = 0;
     bool operator==(const ExitStatus&) const = default;
   };
@@ -48,18 +48,18 @@ class ChildProcess {
   bool running() { return !exitStatus(); }
   std::optional<ExitStatus> exitStatus();
 
-  // To the program alone, so that it can end its own children in its own way.
+  // Sends a signal to the program alone, so that it can terminate its children itself.
   void signal(int number);
-  // SIGTERM, and SIGKILL to the whole group when the program has not ended in time.
+  // Sends SIGTERM, and SIGKILL to the whole group if the program does not exit in time.
   ExitStatus terminate(std::chrono::milliseconds timeout = std::chrono::seconds(5));
   ExitStatus kill();
   ExitStatus wait(std::chrono::milliseconds timeout = defaultTimeout());
 
-  // What this run has written so far.
+  // Return what this run has written so far.
   std::string outputText() const;
   std::string errorText() const;
-  // Waits for a complete line of standard output that starts with `prefix` and gives what follows.
-  // The next wait begins behind that line.
+  // Waits for a complete line of standard output that starts with `prefix` and returns the rest of
+  // it. The next wait begins after that line.
   std::string waitForLine(const std::string& prefix,
                           std::chrono::milliseconds timeout = defaultTimeout());
 
@@ -67,7 +67,7 @@ class ChildProcess {
   Options options_;
   std::uintmax_t outputStart_ = 0;
   std::uintmax_t errorStart_ = 0;
-  std::size_t passedOutput_ = 0;  // up to the end of the line found last
+  std::size_t passedOutput_ = 0;  // up to the end of the last line found
   pid_t pid_ = -1;
   std::optional<ExitStatus> exitStatus_;
 };

@@ -23,7 +23,7 @@ std::string busConfiguration(const std::filesystem::path& socket,
 }
 
 std::string windowManagerConfiguration() {
-  // Without sections for keys and buttons the built-in few apply: Alt+F4, Alt+Tab, the frame.
+  // Without sections for keys and mouse, openbox has few bindings: Alt+F4, Alt+Tab, the frame.
   return R"(<?xml version="1.0" encoding="UTF-8"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <focus>

@@ -5,17 +5,17 @@
 
 namespace navora::driver {
 
-// The configuration files of the programs that make up a virtual desktop.
+// The configuration files of the programs on a virtual desktop.
 
-// For dbus-daemon: listens on a socket at `socket` and starts nothing but the services described in
+// Returns a configuration of dbus-daemon: it listens at `socket` and starts only the services in
 // `serviceFolder`.
 std::string busConfiguration(const std::filesystem::path& socket,
                              const std::filesystem::path& serviceFolder);
 
-// For openbox: one workspace, focus by click, new windows focused.
+// Returns a configuration of openbox: one workspace, click to focus, new windows focused.
 std::string windowManagerConfiguration();
 
-// For GTK 3: nothing that moves by itself, so that two screenshots of one state are equal.
+// Returns settings for GTK 3 without animations, so that two screenshots of one state are equal.
 std::string toolkitSettings(bool dark);
 
 }  // namespace navora::driver

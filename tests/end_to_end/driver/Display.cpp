@@ -76,7 +76,7 @@ void Display::collect(xcb_window_t window, int depth, WindowId active,
     if (auto info = describe(window, active)) found.push_back(std::move(*info));
     return;
   }
-  // The frames of the window manager have no class; the client's window is inside.
+  // Frame windows have no WM_CLASS; the client window is inside.
   if (depth == deepestFrame) return;
   for (xcb_window_t child : connection_.children(window))
     collect(child, depth + 1, active, found);

@@ -18,11 +18,11 @@ using WindowId = std::uint32_t;
 struct WindowInfo {
   WindowId id = 0;
   std::string title;
-  std::string instanceName;  // the two halves of WM_CLASS
+  std::string instanceName;  // the two parts of WM_CLASS
   std::string className;
-  pid_t pid = 0;        // as the window names it; 0 when it does not
-  Rectangle content;    // without the window manager's frame
-  bool mapped = false;  // really on the screen (or covered by others)
+  pid_t pid = 0;        // _NET_WM_PID; 0 if unset
+  Rectangle content;    // without the frame of the window manager
+  bool mapped = false;  // on the screen, though it may be covered
   bool minimised = false;
   bool active = false;              // the window manager's active window
   bool overrideRedirect = false;    // menus, tooltips and the like
@@ -33,7 +33,7 @@ struct WindowInfo {
   bool hasState(std::string_view name) const;
 };
 
-// The windows of one X display as a person and a window manager see them.
+// The windows of an X display as the user and the window manager see them.
 class Display {
  public:
   using Predicate = std::function<bool(const WindowInfo&)>;
@@ -43,17 +43,17 @@ class Display {
   const std::string& name() const { return name_; }
   XConnection& connection() { return connection_; }
 
-  // Every window with a class, bottom to top of the stack; hidden ones included.
+  // Returns all windows with a class, bottom to top, including hidden ones.
   std::vector<WindowInfo> windows();
   std::vector<WindowInfo> windows(const Predicate& predicate);
   std::optional<WindowInfo> window(WindowId id);
   std::optional<WindowInfo> activeWindow();
   WindowInfo waitForWindow(const Predicate& predicate, std::string_view description,
                            std::chrono::milliseconds timeout = defaultTimeout());
-  // One line per window, for messages.
+  // Returns one line per window, for messages.
   std::string describeWindows();
 
-  // Requests to the window manager, as its buttons and the task bar make them.
+  // Send requests to the window manager, as title bar buttons and a task bar do.
   void close(WindowId id);
   void minimise(WindowId id);
   void activate(WindowId id);

@@ -10,7 +10,8 @@ namespace navora::driver {
 
 namespace {
 
-// Saves one thing; that another one cannot be had (the display is gone, say) must not hide it.
+// Runs one step of saving; a failure (the display has exited, for example) must not prevent the
+// others.
 template <typename Action>
 void attempt(const char* what, const Action& action) {
   try {

@@ -15,37 +15,37 @@
 
 namespace navora::driver {
 
-// The fixture of end-to-end tests: one desktop for all tests of a suite; for each test a fresh
-// service and the application as if it had just been installed, started and showing its window.
-// When a test fails, a screenshot, the logs and the state of everything are saved (see
-// `artifacts`). A test fails, too, when the application crashed or a sanitizer complained.
+// The fixture of end-to-end tests: one desktop for all tests of a suite; for each test a new
+// service and the application without stored data, started and showing its window. If a test fails,
+// a screenshot, the logs and the state are saved (see artifacts()). A test also fails if the
+// application crashes or a sanitizer reports an error.
 class EndToEndTest : public testing::Test {
  public:
   static void SetUpTestSuite() { startDesktop({}); }
   static void TearDownTestSuite();
 
  protected:
-  // For suites that need another kind of desktop: call it from a SetUpTestSuite of their own.
+  // Starts a desktop with other options; for the SetUpTestSuite of a suite.
   static void startDesktop(VirtualDesktop::Options options);
 
   void SetUp() override;
   void TearDown() override;
 
-  // What a suite may change about a test's beginning. What `prepare` stores on the desktop is there
-  // when the application starts.
+  // A suite may override the following. prepare() runs before the application starts and may store
+  // files on the desktop.
   virtual void prepare() {}
   virtual ServiceProcess::Options serviceOptions() const;
   virtual ApplicationProcess::Options applicationOptions() const { return {}; }
-  // The NAVORA_URL of the application.
+  // Returns the NAVORA_URL of the application.
   virtual std::string applicationUrl() const { return service_->url(); }
-  // False leaves the start of the application to the test.
+  // If this returns false, the test starts the application itself.
   virtual bool startsApplication() const { return true; }
 
-  // Starts the application and waits for its window and for the page in it.
+  // Starts the application, and waits for its window and the page in it.
   void launch();
-  // Signs in as the demonstration account through the login page, and waits for the first page.
+  // Signs in as the demo account through the login page, and waits for the first page.
   void signIn();
-  // The first widget of the application with this role and name on the screen.
+  // Waits for a visible widget of the application with this role and name.
   AccessibleObject widget(const std::string& role, const std::string& name = {});
   bool hasWidget(const std::string& role, const std::string& name = {});
 
@@ -55,15 +55,15 @@ class EndToEndTest : public testing::Test {
   ServiceClient& serviceClient() { return *serviceClient_; }
   ApplicationProcess& application() { return *application_; }
   PageDriver& page() { return *page_; }
-  // A page that names itself, like the test pages do.
+  // Returns a driver for a page with a name of its own, as the test pages have.
   PageDriver page(const std::string& name);
 
-  // Where this test leaves what it wants to be looked at: a folder named after it below
-  // NAVORA_TEST_ARTIFACTS or the build folder's "artifacts".
+  // Creates and returns the folder for files about this test: named after it, below
+  // NAVORA_TEST_ARTIFACTS or "artifacts" in the build folder.
   std::filesystem::path artifacts() const;
-  // A screenshot, the windows, the widgets, the requests and the logs; done by itself on failure.
+  // Saves a screenshot, the windows, the widgets, the requests and the logs. Called on failure.
   void saveArtifacts();
-  // How the application has crashed, or what a sanitizer said of it; empty when all is well.
+  // Returns how the application crashed or what a sanitizer reported, or an empty string.
   std::string crashReport();
 
  private:

@@ -4,8 +4,8 @@
 
 namespace navora::driver {
 
-// The programs under test: those of this build, or the ones that the environment variables
-// NAVORA_EXECUTABLE and NAVORA_SERVICE_EXECUTABLE name. A TestError when there is none.
+// Return the programs under test: those of this build, or those that the environment variables
+// NAVORA_EXECUTABLE and NAVORA_SERVICE_EXECUTABLE name. Throw TestError if there is none.
 std::filesystem::path applicationExecutable();
 std::filesystem::path serviceExecutable();
 

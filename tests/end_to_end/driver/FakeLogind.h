@@ -6,12 +6,13 @@
 
 namespace navora::driver {
 
-// Stands for the login manager on the desktop's private system bus, as far as sleep goes.
+// Implements the sleep signal of org.freedesktop.login1.Manager on the desktop's private system
+// bus.
 class FakeLogind {
  public:
   explicit FakeLogind(const std::string& systemBusAddress);
 
-  // Announces that the machine is about to sleep, and that it has woken up.
+  // Announce that the machine is about to sleep, and that it has resumed.
   void announceSleep() { announce(true); }
   void announceWake() { announce(false); }
 

@@ -80,7 +80,7 @@ GVariant* FakeNotificationDaemon::reply(const std::string& method, GVariant* par
     return g_variant_new("(as)", &list);
   }
   if (method == "GetServerInformation")
-    return g_variant_new("(ssss)", "stand-in", "navora", "1", "1.2");
+    return g_variant_new("(ssss)", "fake", "navora", "1", "1.2");
   return nullptr;
 }
 

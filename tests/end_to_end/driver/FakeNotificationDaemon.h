@@ -11,8 +11,8 @@
 
 namespace navora::driver {
 
-// Stands for the desktop's notification service: remembers what it was asked to show, and does what
-// a user would do with it.
+// Implements org.freedesktop.Notifications: records what it is asked to show, and acts on
+// notifications as a user does.
 class FakeNotificationDaemon {
  public:
   struct Notification {
@@ -23,7 +23,7 @@ class FakeNotificationDaemon {
     std::string summary;
     std::string body;
     std::vector<std::string> actions;
-    // The values as the bus library prints them.
+    // The values in GVariant text format.
     std::map<std::string, std::string> hints;
     std::int32_t expireTimeout = 0;
   };
@@ -35,15 +35,15 @@ class FakeNotificationDaemon {
   FakeNotificationDaemon(const FakeNotificationDaemon&) = delete;
   FakeNotificationDaemon& operator=(const FakeNotificationDaemon&) = delete;
 
-  // Everything that was ever asked, in order.
+  // Returns all notifications so far, in order.
   std::vector<Notification> notifications() const;
 
-  // From now on keeps whoever calls this method waiting; `release` answers them all.
+  // Delays the replies to calls of a method until release().
   void hold(const std::string& method = "Notify");
   void release();
   std::size_t waitingCount() const;
 
-  // With a token, hands the program the right to raise its window first.
+  // Invokes an action. If there is a token, ActivationToken is emitted first.
   void click(std::uint32_t id, const std::string& action = "default",
              const std::string& activationToken = {});
   void close(std::uint32_t id);
@@ -58,7 +58,7 @@ class FakeNotificationDaemon {
   std::vector<Notification> notifications_;
   std::uint32_t lastId_ = 0;
   std::string heldMethod_;
-  // With what they will be answered.
+  // With their delayed replies.
   std::vector<std::pair<GDBusMethodInvocation*, GVariant*>> waiting_;
   std::unique_ptr<BusService> service_;
 };

@@ -25,7 +25,7 @@ constexpr const char* introspection = R"(
 
 using MenuEntry = FakeStatusNotifierWatcher::MenuEntry;
 
-// `layout` has the type (ia{sv}av).
+// Parses a layout of type (ia{sv}av), as com.canonical.dbusmenu defines it.
 MenuEntry toMenuEntry(GVariant* layout) {
   MenuEntry entry;
   GVariant* properties = nullptr;
@@ -105,7 +105,7 @@ void FakeStatusNotifierWatcher::answer(const std::string& method, GVariant* para
   }
 }
 
-// Programs name themselves, or give the path of their item and leave the rest to the bus.
+// Programs register a bus name, or an object path of the calling connection.
 void FakeStatusNotifierWatcher::registerItem(const std::string& service,
                                              GDBusMethodInvocation* invocation) {
   const bool isPath = service.starts_with('/');
@@ -192,7 +192,7 @@ std::vector<MenuEntry> FakeStatusNotifierWatcher::menu(const Item& item) {
   const std::string path = menuPath(item);
   constexpr std::int32_t root = 0;
   constexpr std::int32_t everything = -1;
-  // Programs that build their menus late do it now; others need not know the question.
+  // Programs that populate menus on demand do so now; others need not implement AboutToShow.
   bus_.tryCall({item.owner, path, menuInterface, "AboutToShow"}, g_variant_new("(i)", root));
   const Variant reply =
       bus_.call({item.owner, path, menuInterface, "GetLayout"},

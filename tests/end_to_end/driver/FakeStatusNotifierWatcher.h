@@ -12,18 +12,18 @@
 
 namespace navora::driver {
 
-// Stands for a desktop's bar of status items: takes registrations, and looks at the items and their
-// menus and uses them as a bar does. Questions to an item block until it answers, so it must run in
-// another process, or its main loop on another thread than the question.
+// Implements org.kde.StatusNotifierWatcher: accepts registrations, and reads and operates items and
+// their menus as a panel does. Calls to an item block, so its main loop must run in another process
+// or on another thread.
 class FakeStatusNotifierWatcher {
  public:
-  // A registered object.
+  // A registered item.
   struct Item {
     std::string owner;
     std::string path;
     bool operator==(const Item&) const = default;
   };
-  // Rows from the top; four bytes each for alpha, red, green and blue.
+  // Rows from top to bottom, four bytes per pixel: alpha, red, green, blue.
   struct Pixmap {
     std::int32_t width = 0;
     std::int32_t height = 0;
@@ -31,9 +31,9 @@ class FakeStatusNotifierWatcher {
   };
   struct MenuEntry {
     std::int32_t id = 0;
-    // Raw: an underscore stands before the access key.
+    // As sent: an underscore precedes the access key.
     std::string label;
-    // "standard" or "separator".
+    // Either "standard" or "separator".
     std::string type;
     bool enabled = true;
     bool visible = true;
@@ -45,27 +45,28 @@ class FakeStatusNotifierWatcher {
   FakeStatusNotifierWatcher(const FakeStatusNotifierWatcher&) = delete;
   FakeStatusNotifierWatcher& operator=(const FakeStatusNotifierWatcher&) = delete;
 
-  // What programs have asked for, in order, those that have ended included.
+  // Returns all registrations in order, including those of programs that have exited.
   std::vector<std::string> registrations() const;
-  // The items whose programs still run.
+  // Returns the items of running programs.
   std::vector<Item> items();
-  // Waits for the first one.
+  // Waits for an item and returns the first.
   Item waitForItem();
 
-  // What follows throws a TestError when the item does not answer properly.
+  // The following functions throw TestError if the item does not reply as specified.
 
   std::string textProperty(const Item& item, const std::string& name);
-  // Of the property that holds pictures; one for each size.
+  // Returns the images of a property, one for each size.
   std::vector<Pixmap> pixmaps(const Item& item, const std::string& name = "IconPixmap");
-  // Empty if the item offers none.
+  // Returns the object path of the menu, or an empty string if the item has none.
   std::string menuPath(const Item& item);
   std::vector<MenuEntry> menu(const Item& item);
 
-  // The user clicks the item itself, at this place of the screen.
+  // Clicks the item at these screen coordinates.
   void activate(const Item& item, std::int32_t x = 0, std::int32_t y = 0);
-  // The user chooses an entry of the item's menu.
+  // Chooses an entry of the item's menu.
   void choose(const Item& item, std::int32_t entry);
-  // The entry by its text, at any depth; throws if there is none that the user could choose.
+  // Chooses the entry with this text, at any depth; throws TestError unless it is visible and
+  // enabled.
   void choose(const Item& item, const std::string& label);
 
  private:

@@ -2,7 +2,7 @@
 
 namespace navora::driver {
 
-// Screen coordinates in pixels, origin in the top left corner.
+// Screen coordinates in pixels; the origin is the top left corner.
 struct Point {
   int x = 0;
   int y = 0;

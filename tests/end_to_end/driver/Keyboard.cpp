@@ -20,7 +20,7 @@ constexpr std::string_view usualCharacters =
 std::vector<std::string> splitKeys(std::string_view keys) {
   std::vector<std::string> names;
   while (!keys.empty()) {
-    // A '+' can only separate when something stands before it.
+    // A '+' is a separator only if it follows a key.
     const std::size_t end = keys.find('+', 1);
     names.emplace_back(keys.substr(0, end));
     keys = end == std::string_view::npos ? std::string_view() : keys.substr(end + 1);
@@ -57,7 +57,7 @@ std::vector<std::uint32_t> symbolsOf(std::string_view text) {
   return symbols;
 }
 
-// No symbol, or one of the keys for loudness, calculators and the like that no test strikes.
+// Returns whether a key has no symbol, or one of the XF86 symbols for multimedia keys.
 bool dispensable(std::uint32_t symbol) {
   constexpr std::uint32_t firstMediaKey = 0x10080001;
   constexpr std::uint32_t lastMediaKey = 0x1008FFFF;
@@ -68,8 +68,8 @@ bool dispensable(std::uint32_t symbol) {
 
 Keyboard::Keyboard(XConnection& connection) : connection_(connection) {
   readLayout();
-  // Every change of the layout keeps all clients busy for a while: the usual letters are there from
-  // the start.
+  // Every change of the layout makes all clients reload it, so common letters are mapped in
+  // advance.
   assignSpareKeys(symbolsOf(usualCharacters));
 }
 
@@ -102,9 +102,8 @@ std::uint32_t* Keyboard::symbolsOfKey(int code) {
   return layout_.data() + code * symbolsPerKey_;
 }
 
-// All symbols that a text needs get their keys before its first key is struck, and keep them:
-// clients read the layout when they handle a key, which can be after the layout has changed once
-// more.
+// Maps all symbols of a text before its first key is pressed, and keeps them: clients read the
+// layout when they handle a key, which may be after a later change.
 void Keyboard::assignSpareKeys(const std::vector<std::uint32_t>& symbols) {
   int first = 256;
   int last = -1;
@@ -169,7 +168,7 @@ void Keyboard::chord(std::string_view keys) {
     if (held.level == 1) codes.push_back(key(XKB_KEY_Shift_L).code);
     codes.push_back(held.code);
   }
-  // In one go, so that no key is held long enough to repeat.
+  // Sent at once, so that no key is held long enough to repeat.
   for (std::uint8_t code : codes)
     event(XCB_KEY_PRESS, code);
   for (std::uint8_t code : std::views::reverse(codes))
@@ -198,7 +197,7 @@ Keyboard::Hold::~Hold() {
     try {
       keyboard_.release(name);
     } catch (const TestError&) {
-      // The display has gone, and its keyboard with it.
+      // The display has exited.
     }
   }
 }

@@ -13,22 +13,23 @@ namespace navora::driver {
 
 class XConnection;
 
-// A keyboard at the display: its events go through the server like those of a real one, so grabs,
-// the window manager and input methods see them.
+// A keyboard of the display. Its events pass through the X server (XTEST), so that grabs, the
+// window manager and input methods see them.
 class Keyboard {
  public:
   explicit Keyboard(XConnection& connection);
 
-  // Keys joined by '+', the last one struck while the others are held: "Control+Shift+space",
-  // "Return", "Alt+F4". Names are keysym names; Control, Shift, Alt and Super mean the left key.
+  // Presses the last of the keys joined by '+' while holding the others: "Control+Shift+space",
+  // "Return", "Alt+F4". Names are those of keysyms; Control, Shift, Alt and Super are the left
+  // keys.
   void chord(std::string_view keys);
-  // UTF-8 text, key by key; a line break is Return and a tab is Tab. Characters that the layout
-  // does not have get a key of their own.
+  // Types UTF-8 text key by key; a line break is Return and a tab is Tab. Characters that are not
+  // in the layout are mapped to spare keys.
   void type(std::string_view text);
   void press(std::string_view key);
   void release(std::string_view key);
 
-  // Holds keys (joined by '+', empty for none) down for a scope.
+  // Holds keys (joined by '+'; may be empty) during a scope.
   class Hold {
    public:
     Hold(Keyboard& keyboard, std::string_view keys);
@@ -56,9 +57,9 @@ class Keyboard {
 
   XConnection& connection_;
   std::map<std::uint32_t, Key> keys_;         // by keysym
-  std::vector<std::uint8_t> spareCodes_;      // keys that nobody misses, taken from the back
-  std::optional<std::uint8_t> halfUsedCode_;  // the last one taken, while its shifted half is free
-  std::vector<std::uint32_t> layout_;         // keysyms of every key code, beginning with code 0
+  std::vector<std::uint8_t> spareCodes_;      // unused by tests, taken from the back
+  std::optional<std::uint8_t> halfUsedCode_;  // the last one taken, if its shifted level is unused
+  std::vector<std::uint32_t> layout_;         // keysyms by key code, from code 0
   std::uint8_t symbolsPerKey_ = 0;
 };
 

@@ -43,7 +43,7 @@ void Mouse::click(Point point, MouseButton button) {
 }
 
 void Mouse::doubleClick(Point point) {
-  // In one go, so that on a busy machine the second click does not come too late.
+  // Sent at once, so that the second click is not too late on a busy machine.
   event(XCB_MOTION_NOTIFY, 0, point);
   strike(MouseButton::left);
   strike(MouseButton::left);

@@ -20,7 +20,7 @@ class Mouse {
   void release(MouseButton button = MouseButton::left);
   void click(Point point, MouseButton button = MouseButton::left);
   void doubleClick(Point point);
-  // Turns the wheel by so many notches, down when positive.
+  // Turns the wheel by a number of notches, down if positive.
   void scroll(Point point, int notches);
   Point position();
 

@@ -8,18 +8,17 @@
 
 namespace navora::driver {
 
-// Stands for the person's browser, mail and telephone programs: the desktop's handler of http,
-// https, mailto and tel addresses, which only writes down what it is asked to open.
+// The desktop's handler of http, https, mailto and tel URLs, which only records them.
 class OpenedUrls {
  public:
-  // Installs the handler into a desktop's private data and configuration folders.
+  // Installs the handler in the data and configuration folders of a desktop.
   OpenedUrls(const std::filesystem::path& dataHome, const std::filesystem::path& configHome,
              std::filesystem::path record);
 
-  // In the order of opening.
+  // Returns the URLs in the order in which they were opened.
   std::vector<std::string> all() const;
   void clear();
-  // Waits for the next address after the last `clear` or start, and gives the first one.
+  // Waits until a URL has been opened since the start or clear(), and returns the first.
   std::string waitForFirst(std::chrono::milliseconds timeout = defaultTimeout()) const;
 
  private:

@@ -4,8 +4,7 @@
 
 namespace navora::driver {
 
-// A small window that takes the keyboard's focus, as when the person at the desktop turns to
-// another program.
+// A small window of another program, which takes the keyboard focus.
 class OtherWindow {
  public:
   explicit OtherWindow(Display& display);

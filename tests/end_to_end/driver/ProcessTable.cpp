@@ -25,7 +25,7 @@ std::filesystem::path folderOf(pid_t pid) {
 }
 
 std::optional<Status> statusOf(pid_t pid) {
-  // "pid (name) state parent ...": the name may hold anything, parentheses too.
+  // "pid (name) state parent ...": the name may contain parentheses.
   const std::string line = readFile(folderOf(pid) / "stat");
   const std::size_t open = line.find('(');
   const std::size_t close = line.rfind(')');
@@ -35,7 +35,7 @@ std::optional<Status> statusOf(pid_t pid) {
   status.info.name = line.substr(open + 1, close - open - 1);
   std::istringstream fields(line.substr(close + 1));
   fields >> status.state >> status.info.parent;
-  // Fields 5 to 13 come between the parent and the two times.
+  // Skip fields 5 to 13.
   std::string skipped;
   for (int field = 5; field <= 13; ++field)
     fields >> skipped;

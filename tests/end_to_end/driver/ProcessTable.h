@@ -9,24 +9,23 @@
 
 namespace navora::driver {
 
-// Facts about running processes, from the kernel's process table.
+// A running process, as listed in /proc.
 struct ProcessInfo {
   pid_t pid = 0;
   pid_t parent = 0;
-  std::string name;  // of the executable, cut off after 15 characters by the kernel
+  std::string name;  // of the executable; the kernel keeps 15 characters
 };
 
-// The living processes that descend from `ancestor`, without itself, parents first.
+// Returns the running descendants of `ancestor`, parents first.
 std::vector<ProcessInfo> descendantsOf(pid_t ancestor);
 
-// False for a process that has ended, even when nobody has taken note of its end.
+// Returns whether a process is running; false for a zombie.
 bool isAlive(pid_t pid);
 
-// The process's share of memory in KiB (pages shared with n processes count for a n-th); nothing
-// when it is gone.
+// Returns the proportional set size of a process in KiB, or nullopt if it has exited.
 std::optional<std::int64_t> proportionalMemoryKiB(pid_t pid);
 
-// Processor time used so far, in clock ticks; `ticksPerSecond` of them make a second.
+// Returns the processor time used so far, in clock ticks of 1/ticksPerSecond() s.
 std::optional<std::int64_t> processorTicks(pid_t pid);
 std::int64_t ticksPerSecond();
 

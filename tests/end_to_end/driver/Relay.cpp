@@ -36,8 +36,8 @@ int newSocket() {
 
 }  // namespace
 
-// A client that has sent everything may still wait for the reply; when the server has ended, so has
-// the exchange.
+// The end of the client's stream ends only the requests; the end of the server's ends both
+// directions.
 Relay::Link::Link(TcpConnection client, TcpConnection server)
     : client_(std::move(client)),
       server_(std::move(server)),

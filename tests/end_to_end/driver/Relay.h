@@ -9,11 +9,11 @@
 
 namespace navora::driver {
 
-// A network cable on this machine: passes every connection to a port on to a server at another one,
-// byte for byte, and can be unplugged and plugged in again while the server lives on.
+// Forwards the connections to a port to a server at another port, byte for byte. It can be
+// unplugged and plugged in again while the server runs.
 class Relay {
  public:
-  // Plugged in, on a free port of its own.
+  // Listens on a free port, plugged in.
   explicit Relay(int serverPort);
   ~Relay();
   Relay(const Relay&) = delete;
@@ -21,12 +21,12 @@ class Relay {
 
   int port() const { return port_; }
   bool pluggedIn() const { return listener_ >= 0; }
-  // Existing connections end, new ones are refused.
+  // Closes all connections and refuses new ones.
   void unplug();
   void plugIn();
 
  private:
-  // One passed-on connection, with a thread for each direction.
+  // A forwarded connection, with a thread for each direction.
   class Link {
    public:
     Link(TcpConnection client, TcpConnection server);
@@ -50,10 +50,10 @@ class Relay {
 
   int serverPort_;
   int port_ = 0;
-  int holder_ = -1;  // keeps the port ours while nobody listens
+  int holder_ = -1;  // keeps the port reserved while unplugged
   int listener_ = -1;
   std::thread acceptor_;
-  std::list<std::unique_ptr<Link>> links_;  // of the accepting thread while it runs
+  std::list<std::unique_ptr<Link>> links_;  // used by the accepting thread while it runs
 };
 
 }  // namespace navora::driver

@@ -126,7 +126,7 @@ bool Screenshot::blank() const {
   std::vector<std::uint32_t> sorted = pixels_;
   const auto middle = sorted.begin() + static_cast<std::ptrdiff_t>(sorted.size() / 2);
   std::nth_element(sorted.begin(), middle, sorted.end());
-  // A colour that covers more than half of the image is the median pixel.
+  // A colour of more than half of the image is that of the median pixel.
   return pixels_.size() - pixelsLike(unpack(*middle), 2) <= pixels_.size() / 200;
 }
 

@@ -12,20 +12,19 @@ namespace navora::driver {
 class XConnection;
 
 struct PixelColor {
-  int red = 0;  // 0 to 255 each
+  int red = 0;  // components are 0 to 255
   int green = 0;
   int blue = 0;
   bool operator==(const PixelColor&) const = default;
 
-  // The largest difference of a component.
+  // Returns the largest difference of a component.
   int distance(const PixelColor& other) const;
 };
 
-// What a part of the screen showed at one moment. Coordinates are those of the image, so (0, 0) is
-// the corner of the captured region.
+// An image of a region of the screen. Coordinates are relative to the region's corner.
 class Screenshot {
  public:
-  // The whole screen, or the part of `region` that lies on it.
+  // Captures the whole screen, or the part of `region` on it.
   static Screenshot capture(XConnection& connection);
   static Screenshot capture(XConnection& connection, Rectangle region);
 
@@ -36,15 +35,15 @@ class Screenshot {
   PixelColor average(Rectangle region) const;
   Screenshot cropped(Rectangle region) const;
 
-  // How many pixels differ in some component by more than `tolerance`; every pixel when the sizes
-  // differ.
+  // Returns the number of pixels with a component that differs by more than `tolerance`; all pixels
+  // if the sizes differ.
   std::size_t differingPixels(const Screenshot& other, int tolerance = 8) const;
-  // How many pixels come within `tolerance` of `color`.
+  // Returns the number of pixels within `tolerance` of `color`.
   std::size_t pixelsLike(PixelColor color, int tolerance = 8) const;
-  // True when almost the whole image (all but one pixel in two hundred) has one colour.
+  // Returns whether at least 99.5 % of the image has one colour.
   bool blank() const;
 
-  // Writes a PNG file and the folders above it.
+  // Writes a PNG file, and creates missing parent folders.
   void save(const std::filesystem::path& path) const;
 
  private:

@@ -12,32 +12,32 @@
 
 namespace navora::driver {
 
-// The development service, with its test controls on, behind a cable that can be pulled.
+// The development service with test controls, behind a relay that can be unplugged.
 class ServiceProcess {
  public:
   struct Options {
-    std::filesystem::path testPages = {};     // none when empty
-    std::filesystem::path logs = {};          // a folder of its own when empty
-    std::vector<std::string> arguments = {};  // more of the service's own
+    std::filesystem::path testPages = {};     // empty for none
+    std::filesystem::path logs = {};          // empty for a temporary folder
+    std::vector<std::string> arguments = {};  // more options of the service
   };
 
   ServiceProcess();
   explicit ServiceProcess(Options options);
 
-  // "http://127.0.0.1:PORT/": the address for the application, which can be cut off.
+  // Returns "http://127.0.0.1:PORT/", the address for the application, through the relay.
   std::string url() const { return url("/"); }
-  // The address of a path, which begins with "/".
+  // Returns the address of a path, which begins with "/".
   std::string url(std::string_view path) const;
-  // The address for the driver's own controls, which always answers while the service runs.
+  // Returns the address for the driver, which bypasses the relay.
   const std::string& controlUrl() const { return controlUrl_; }
 
-  // As if the network cable were pulled: connections end, new ones are refused. What the service
-  // remembers stays, its log of requests included.
+  // Unplugs the relay: connections are closed and new ones refused. The service keeps running.
   void stop() { relay_->unplug(); }
   void start() { relay_->plugIn(); }
   bool reachable() const { return relay_->pluggedIn(); }
   bool running() const { return process_->running(); }
-  // Connections are accepted but nothing answers, not even the controls, until `resume`.
+  // Stops the process: until resume(), connections are accepted but not answered, not even those to
+  // the test controls.
   void pause() { process_->signal(SIGSTOP); }
   void resume() { process_->signal(SIGCONT); }
 

@@ -8,18 +8,18 @@
 
 namespace navora::driver {
 
-// Puts what this build installs into a folder, and gives the folder.
+// Installs this build in a folder, and returns the folder.
 std::filesystem::path installBuild(const std::filesystem::path& folder);
 
-// The key that development builds trust, and a new one that nobody trusts.
+// Returns the key that development builds trust; makeUpdateKey() writes one that no build trusts.
 std::filesystem::path developmentUpdateKey();
 void makeUpdateKey(const std::filesystem::path& file);
 
-// A Navora of its own that can update itself, as a user unpacks it, and the folder of the releases
-// that it is offered (see the service's option --updates).
+// An installation of Navora that can update itself, as unpacked from an archive, and the folder of
+// its releases (see the service's option --updates).
 class UpdatableInstallation {
  public:
-  // Below `folder`, made of an installed build.
+  // Creates the installation below `folder` from an installed build.
   UpdatableInstallation(std::filesystem::path folder, const std::filesystem::path& built,
                         const std::string& version);
 
@@ -27,14 +27,14 @@ class UpdatableInstallation {
   std::filesystem::path program() const { return folder() / "bin/navora"; }
   std::filesystem::path releases() const { return folder_ / "releases"; }
 
-  // As its record says now.
+  // Returns the version in its record.
   std::string version() const;
-  // What there is beside it.
+  // Returns the names of other files beside it.
   std::vector<std::string> leftovers() const;
-  // The processes that run its program, whichever version.
+  // Returns the processes that run its program, in any version.
   std::vector<pid_t> runningPrograms() const;
 
-  // Adds a release of an installed build to the feed.
+  // Adds a release made from an installed build to the feed.
   void release(const std::filesystem::path& built, const std::string& version,
                const std::filesystem::path& key = developmentUpdateKey()) const;
 

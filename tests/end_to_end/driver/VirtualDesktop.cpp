@@ -9,8 +9,7 @@ namespace navora::driver {
 
 namespace {
 
-// Neither black nor white nor a colour of any window: a window that draws nothing is told from one
-// that is not there.
+// A colour of no window, so that a window that draws nothing can be told from no window.
 constexpr std::uint32_t backgroundColor = 0x4F7F6F;
 
 void paintBackground(XConnection& connection) {
@@ -20,7 +19,8 @@ void paintBackground(XConnection& connection) {
   connection.synchronize();
 }
 
-// Services that the session bus starts need the display, which exists only after the bus.
+// Passes the environment to the session bus, which starts services but was started before the
+// display.
 void tellBus(const std::string& address, const Environment& environment) {
   BusConnection bus(address);
   GVariantBuilder variables;
@@ -33,8 +33,8 @@ void tellBus(const std::string& address, const Environment& environment) {
            g_variant_new("(a{ss})", &variables));
 }
 
-// Whether the window manager answers. It names what it can do before it listens, and a window that
-// is mapped in between is never shown; the question is one that needs no window on the screen.
+// Returns whether the window manager handles requests. It sets its EWMH properties earlier, and a
+// window mapped before it listens is never shown. This request needs no visible window.
 bool windowManagerAnswers(XConnection& connection) {
   const xcb_window_t window = xcb_generate_id(connection.get());
   xcb_create_window(connection.get(), XCB_COPY_FROM_PARENT, window, connection.root(), 0, 0, 1, 1,
@@ -61,7 +61,7 @@ VirtualDesktop::VirtualDesktop(Options options)
 }
 
 VirtualDesktop::~VirtualDesktop() {
-  // Clients of the display go before it, so that none of them ends in an error.
+  // Terminate the display's clients before the display, so that none of them fails.
   accessibility_.reset();
   windowManager_.reset();
   sessionBus_.reset();
@@ -128,7 +128,7 @@ void VirtualDesktop::startServers() {
   server.environment = environment_;
   server.standardOutput = logs() / "display.out";
   server.standardError = logs() / "display.err";
-  // Lets it remove its lock and socket.
+  // Lets the server remove its lock file and socket.
   server.deathSignal = SIGTERM;
   server_ = std::make_unique<ChildProcess>(std::move(server));
   sessionBus_ = startBus("session");

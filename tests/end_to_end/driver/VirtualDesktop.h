@@ -15,19 +15,19 @@
 
 namespace navora::driver {
 
-// A whole desktop of its own, shut off from the one of the person at this machine: an X display, a
-// session bus and a system bus on which only what a test puts there exists, a window manager, an
-// empty home, and a stand-in that opens web addresses. Every program of a test runs inside.
+// A desktop isolated from the developer's: an X display, an empty session bus and system bus, a
+// window manager, an empty home, and a handler that records opened URLs. All programs of a test run
+// on it.
 class VirtualDesktop {
  public:
   struct Options {
     int width = 1600;
     int height = 1000;
-    std::string language = "en";  // preferred languages as in LANGUAGE: "de:en"
+    std::string language = "en";  // preferred languages, in the format of LANGUAGE: "de:en"
     bool dark = false;            // the desktop's theme
-    bool accessibility = true;    // widgets can be found; costs programs some start-up time
+    bool accessibility = true;    // widgets can be found; programs start a little later
     bool windowManager = true;
-    Environment environment;  // added to, or in place of, the desktop's own variables
+    Environment environment;  // added to the desktop's own variables, or replaces them
     std::vector<std::string> serverArguments = {};  // more arguments of Xvfb
   };
 
@@ -35,7 +35,7 @@ class VirtualDesktop {
   explicit VirtualDesktop(Options options);
   ~VirtualDesktop();
 
-  // For the programs that run on this desktop: complete.
+  // The complete environment of programs on this desktop.
   const Environment& environment() const { return environment_; }
   const std::string& sessionBusAddress() const { return sessionBusAddress_; }
   const std::string& systemBusAddress() const { return systemBusAddress_; }
@@ -53,12 +53,12 @@ class VirtualDesktop {
   OpenedUrls& openedUrls() { return *openedUrls_; }
   Accessibility& accessibility();
 
-  // Starts a program on this desktop; its output goes to NAME.out and NAME.err among the logs.
+  // Starts a program on this desktop; its output is appended to NAME.out and NAME.err in logs().
   std::unique_ptr<ChildProcess> start(std::vector<std::string> arguments,
                                       const Environment& additional = {});
 
-  // Removes what a program has stored under its own name in the home, data, configuration and cache
-  // folders, as if it had never run here.
+  // Deletes what a program has stored under its name in the home, data, configuration, cache and
+  // state folders.
   void forget(const std::string& program);
 
  private:

@@ -102,7 +102,7 @@ void XConnection::synchronize() {
   const XReply<xcb_get_input_focus_reply_t> reply(
       xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
   if (!reply) throw TestError("The display is gone");
-  // Nothing is listened for except errors of requests about windows that vanished meanwhile.
+  // The only events are errors of requests about destroyed windows.
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
   }
 }

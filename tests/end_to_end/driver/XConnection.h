@@ -19,8 +19,8 @@ struct FreeReply {
 template <typename Reply>
 using XReply = std::unique_ptr<Reply, FreeReply>;
 
-// A client connection to one X display: atoms, properties and messages to the window manager. A
-// window can vanish at any moment, so a question about one that is gone answers "nothing".
+// A client connection to an X display: atoms, properties and messages to the window manager. A
+// window can be destroyed at any time; queries about it then return nothing.
 class XConnection {
  public:
   explicit XConnection(const std::string& displayName);
@@ -34,18 +34,17 @@ class XConnection {
 
   xcb_atom_t atom(std::string_view name);
   std::string atomName(xcb_atom_t atom);
-  // Empty when the window or the property does not exist.
+  // Returns an empty value if the window or the property does not exist.
   std::string textProperty(xcb_window_t window, std::string_view property);
   std::vector<std::uint32_t> numbersProperty(xcb_window_t window, std::string_view property);
   void setTextProperty(xcb_window_t window, std::string_view property, std::string_view text);
   bool hasProperty(xcb_window_t window, std::string_view property);
-  // Bottom to top.
+  // Returns the windows from bottom to top.
   std::vector<xcb_window_t> children(xcb_window_t window);
-  // A request to the window manager as the EWMH describes them: a client message to the root
-  // window.
+  // Sends an EWMH client message about a window to the root window.
   void sendToWindowManager(xcb_window_t window, std::string_view message,
                            const std::vector<std::uint32_t>& data);
-  // Returns when the server has carried out every request sent before.
+  // Waits until the server has processed all earlier requests.
   void synchronize();
 
  private:

@@ -19,7 +19,7 @@ class ChildProcessTest : public testing::Test {
     return options;
   }
 
-  // Neither running nor waiting to be reaped by somebody else than init.
+  // Neither running nor a zombie, except one left to init.
   static bool gone(pid_t pid) {
     const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
     return status.empty() || status.find("State:\tZ") != std::string::npos;

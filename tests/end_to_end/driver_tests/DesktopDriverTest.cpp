@@ -9,7 +9,7 @@
 namespace navora::driver {
 namespace {
 
-// One desktop for all tests, and the sample window afresh for each.
+// One desktop for all tests, and a new sample window for each.
 class DesktopDriverTest : public testing::Test {
  protected:
   static void SetUpTestSuite() { desktop_ = std::make_unique<VirtualDesktop>(); }
@@ -38,7 +38,7 @@ class DesktopDriverTest : public testing::Test {
     return desktop_->accessibility().waitFor({.role = role, .name = name}, program_->pid());
   }
 
-  // Clicks the entry, types and submits, and gives what the program received.
+  // Clicks the entry, types and submits text, and returns what the program received.
   std::string typed(const std::string& text) {
     desktop_->mouse().click(widget("text").extents().center());
     desktop_->keyboard().type(text + "\n");
@@ -199,7 +199,7 @@ TEST_F(DesktopDriverTest, FailedWaitsSayWhatWasThereInstead) {
   }
 }
 
-// Other tests of the driver start a program first, which takes long enough to hide this.
+// Other driver tests start a program first, and are too slow to reveal this race.
 TEST(FreshDesktopTest, ItsWindowManagerTakesCareOfTheVeryFirstWindow) {
   VirtualDesktop::Options options;
   options.accessibility = false;

@@ -1,4 +1,4 @@
-// The stand-ins of the desktop's notification service and of its bar of status items.
+// FakeNotificationDaemon and FakeStatusNotifierWatcher.
 #include <chrono>
 #include <future>
 #include <memory>
@@ -32,14 +32,14 @@ class DesktopServicesTest : public testing::Test {
 
 std::unique_ptr<VirtualDesktop> DesktopServicesTest::desktop_;
 
-// A program that shows notifications and hears of them.
+// A client of the notification daemon that records its signals.
 class NotifyingProgram {
  public:
   explicit NotifyingProgram(const std::string& address) : bus_(address) {
     subscription_ =
         g_dbus_connection_signal_subscribe(bus_.get(), service, service, nullptr, path, nullptr,
                                            G_DBUS_SIGNAL_FLAGS_NONE, onSignal, this, nullptr);
-    // The bus knows of the subscription when it has answered a later question.
+    // The subscription is active once the bus has replied to a later call.
     bus_.nameHasOwner(service);
   }
   ~NotifyingProgram() { g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_); }
@@ -144,7 +144,7 @@ TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndBackAgain) 
   g_free(printed);
 }
 
-// A program with a status item, which answers on the main loop of the test.
+// A status notifier item that is served on the test's main loop.
 class SampleStatusItem {
  public:
   explicit SampleStatusItem(const std::string& address) : bus_(address) {
@@ -187,7 +187,7 @@ class SampleStatusItem {
                             "org.kde.StatusNotifierWatcher", name);
   }
 
-  // Every call, with its arguments.
+  // The calls with their arguments.
   std::vector<std::string> calls;
 
  private:
@@ -221,7 +221,7 @@ class SampleStatusItem {
   std::vector<guint> objects_;
 };
 
-// Asks on another thread, so that the item can answer on this one.
+// Runs a function on another thread, so that the item can reply on this one.
 template <typename Question>
 auto fromOutside(const Question& question) {
   auto answer = std::async(std::launch::async, question);

@@ -5,7 +5,7 @@
 namespace navora::driver {
 namespace {
 
-// The fixture with the sample browser in the application's place.
+// The fixture with the sample browser as the application.
 class EndToEndFixtureTest : public EndToEndTest {
  protected:
   ApplicationProcess::Options applicationOptions() const override {
@@ -49,7 +49,7 @@ TEST_F(EndToEndFixtureTest, ACrashIsTold) {
   application().process().signal(SIGSEGV);
   application().process().wait();
   EXPECT_NE(crashReport().find("signal 11"), std::string::npos);
-  // Another life, so that this test does not end with the crash that it caused.
+  // Restarted, so that TearDown() does not report the crash that this test caused.
   launch();
 }
 

@@ -1,7 +1,7 @@
-// A window with one web view and nothing else around it but a bar above, for tests of pages and of
-// what the driver does with them. It has the size of an application's main window. SIGHUP switches
-// its desktop between light and dark. A script whose path is in SAMPLE_BROWSER_SCRIPT runs in every
-// page before the page's own. Where a page wants a file, it gets the program itself.
+// A window with a bar and a web view, for tests of pages and of PageDriver. It has the size of the
+// application's main window. SIGHUP switches between the light and the dark theme. A script whose
+// path is in SAMPLE_BROWSER_SCRIPT runs in every page before the page's own. A file chooser returns
+// the program itself.
 #include <csignal>
 
 #include <glib-unix.h>

@@ -1,5 +1,5 @@
-// A small GTK program for the driver's own tests: it prints a line on standard output for
-// everything that happens to it.
+// A small GTK program for the driver's tests, which prints a line on standard output for each
+// event.
 #include <cstdio>
 #include <string>
 
