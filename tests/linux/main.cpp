@@ -51,8 +51,9 @@ int runOnDesktop(const std::vector<std::string>& arguments) {
   const VirtualDesktop desktop(options);
   Environment environment = desktop.environment();
   environment[navora::TestDesktop::folderVariable] = desktop.root();
-  for (const char* name : {"GTEST_COLOR", "GTEST_OUTPUT", "TEST_PREMATURE_EXIT_FILE",
-                           "NAVORA_TEST_TIMEOUT_FACTOR", "NAVORA_BANNER_PICTURES"}) {
+  for (const char* name :
+       {"GTEST_COLOR", "GTEST_OUTPUT", "GTEST_SHARD_INDEX", "GTEST_TOTAL_SHARDS",
+        "TEST_PREMATURE_EXIT_FILE", "NAVORA_TEST_TIMEOUT_FACTOR", "NAVORA_BANNER_PICTURES"}) {
     if (const char* value = std::getenv(name)) environment[name] = value;
   }
   return runAgain(arguments, environment);
