@@ -1,6 +1,8 @@
 #include "end_to_end/tour/Tour.h"
 
-#include <chrono>
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <optional>
@@ -8,7 +10,6 @@
 #include <utility>
 
 #include "end_to_end/driver/Accessibility.h"
-#include "end_to_end/driver/OtherWindow.h"
 #include "tests/support/Wait.h"
 
 namespace navora::driver {
@@ -16,13 +17,35 @@ namespace {
 
 constexpr const char* browserLink = "https://www.example.com/reading";
 
-// How many times in a row the screen must look the same to count as finished.
+// The number of equal screenshots in a row after which the screen counts as finished.
 constexpr int looksAtRest = 12;
+
+// In pixels.
+constexpr int panelIconSize = 22;
+constexpr int notificationIconSize = 48;
 
 std::string numbered(int step, const std::string& name) {
   std::ostringstream text;
   text << std::setw(2) << std::setfill('0') << step << "-" << name;
   return text.str();
+}
+
+// Returns the image whose size is nearest to `size`.
+FakeStatusNotifierWatcher::Pixmap nearest(
+    const std::vector<FakeStatusNotifierWatcher::Pixmap>& pixmaps, int size) {
+  if (pixmaps.empty()) throw TestError("The status item has no icon");
+  return *std::ranges::min_element(
+      pixmaps, {}, [size](const auto& pixmap) { return std::abs(pixmap.width - size); });
+}
+
+// Converts ARGB, as the protocol sends it, to RGBA.
+std::string rgba(const FakeStatusNotifierWatcher::Pixmap& pixmap) {
+  std::string pixels;
+  for (std::size_t at = 0; at + 3 < pixmap.bytes.size(); at += 4) {
+    for (const std::size_t component : {1U, 2U, 3U, 0U})
+      pixels += static_cast<char>(pixmap.bytes[at + component]);
+  }
+  return pixels;
 }
 
 }  // namespace
@@ -49,7 +72,9 @@ void Tour::play() {
   followForeignLinks();
   pullTheCable();
   hideAndShow();
+  changeTheme();
   openMenus();
+  openTrayMenu();
   postponeUpdate();
   openNotification();
   changeLanguage();
@@ -59,22 +84,22 @@ void Tour::play() {
 
 void Tour::signIn() {
   page_.waitUntilTrue("location.pathname === '/login' && document.readyState === 'complete'");
-  record("login", "The window opens on the service's login page.");
+  recordPage("login", "The window opens on the service's login page.");
   page_.type("[name=name]", "demo");
   page_.type("[name=password]", "demo\n");
   page_.waitUntilTrue(
       "location.pathname === '/' && document.querySelector('#captures > *') !== null",
       "the today view");
-  record("today", "Signed in: the today view with the notes.");
+  recordPage("today", "Signed in: the today view with the notes.");
 }
 
 void Tour::visitViews() {
   showView("circles");
-  record("circles", "The circles with their rooms.");
+  recordPage("circles", "The circles with their rooms.");
   showView("calendar");
-  record("calendar", "The calendar.");
+  recordPage("calendar", "The calendar.");
   showView("settings");
-  record("settings", "The settings, with the system's time zone.");
+  recordPage("settings", "The settings, with the system's time zone.");
   showView("today");
 }
 
@@ -90,26 +115,30 @@ void Tour::openPanel() {
 }
 
 void Tour::waitUntilPanelHidden() {
-  waitUntil([&] { return !hasWidget("text", {}); }, "the capture panel is gone");
+  waitUntil([&] { return !hasWidget("text", {}); }, "the capture panel is hidden");
 }
 
 void Tour::captureNote() {
   const std::string note = "Bread, coffee and a present for Ann";
-  const OtherWindow other(desktop_.display());
+  auto document = showDocument();
+  const WindowId other = desktop_.display().activeWindow()->id;
   openPanel();
   record("capture", "The hot key opens the capture panel over any program.");
   desktop_.keyboard().type(note);
+  waitUntil([&] { return editorText() == note; }, "the note is written");
   record("capture-written", "A note is written; Ctrl+Enter sends it.");
   desktop_.keyboard().chord("Control+Return");
   waitUntilPanelHidden();
-  desktop_.display().waitUntilActive(other.id());
+  desktop_.display().waitUntilActive(other);
   page_.waitUntilTrue("document.querySelector('#captures').innerText.includes('" + note + "')",
                       "the note appears in the today view");
-  record("captured", "The note is stored, the other program has the keyboard back.");
+  record("captured", "The note is stored; the other program has the keyboard again.");
+  document.reset();
+  recordPage("noted", "The note in the today view.");
 }
 
 void Tour::captureInTheDark() {
-  const OtherWindow other(desktop_.display());
+  const auto document = showDocument();
   service_.stop();
   openPanel();
   desktop_.keyboard().type("Молоко\nХлеб\nКофе\nПозвонить Анне и спросить, когда она приедет");
@@ -119,6 +148,28 @@ void Tour::captureInTheDark() {
   record("capture-offline", "The service is unreachable: the draft stays, in the page's look.");
 }
 
+void Tour::changeTheme() {
+  const auto reload = [this](const std::string& theme) {
+    client_.changeSettings({{"theme", theme}});
+    page_.tryEvaluate("window.beforeReload = true; setTimeout(() => location.reload()); return 0");
+    page_.waitUntilTrue("!window.beforeReload && document.querySelector('#captures > *') !== null",
+                        "the today view in the theme \"" + theme + "\"");
+  };
+  reload("dark");
+  recordPage("dark", "The dark theme, chosen in the settings.");
+  reload("light");
+}
+
+void Tour::openTrayMenu() {
+  const auto item = tray_.waitForItem();
+  std::vector<std::string> arguments = iconArguments("tray", panelIconSize);
+  for (const auto& entry : tray_.menu(item)) {
+    if (entry.visible) arguments.push_back(entry.type == "separator" ? "" : entry.label);
+  }
+  const auto panel = showScenery(arguments);
+  record("tray", "The tray icon and its menu, in a panel that shows status items.");
+}
+
 void Tour::openMenus() {
   desktop_.accessibility().waitFor({.role = "menu", .name = "Navora"}, application_.pid()).press();
   auto about = desktop_.accessibility().waitFor({.role = "menu item", .name = "About Navora"},
@@ -126,9 +177,9 @@ void Tour::openMenus() {
   record("menu", "The menus, with their keys.");
   about.press();
   desktop_.accessibility().waitFor({.role = "push button", .name = "Close"}, application_.pid());
-  record("about", "What the application is.");
+  record("about", "The About panel.");
   desktop_.keyboard().chord("Escape");
-  waitUntil([&] { return !hasWidget("push button", "Close"); }, "the About panel is gone");
+  waitUntil([&] { return !hasWidget("push button", "Close"); }, "the About panel is closed");
 }
 
 void Tour::postponeUpdate() {
@@ -139,7 +190,7 @@ void Tour::postponeUpdate() {
       .press();
   const auto later = desktop_.accessibility().waitFor(
       {.role = "push button", .name = "Remind me in 1 hour"}, application_.pid());
-  record("update", "There is a newer version, which waits until the user wants it.");
+  record("update", "A newer version is offered; the user may install or postpone it.");
   later.press();
   waitUntil([&] { return !hasWidget("push button", "Remind me in 1 hour"); },
             "the offer is postponed");
@@ -160,9 +211,15 @@ void Tour::openNotification() {
         return std::nullopt;
       },
       "a notification of the answer is shown");
+  {
+    std::vector<std::string> arguments = iconArguments("notification", notificationIconSize);
+    arguments.insert(arguments.end(), {shown.summary, shown.body});
+    const auto bubble = showScenery(arguments);
+    record("notification", "A message in a circle raises a notification: “" + shown.body + "”.");
+  }
   notificationDaemon_.click(shown.id);
   page_.waitUntilTrue("location.hash.startsWith('#circles?room=')", "the room is shown");
-  record("notification", "A notification (“" + shown.body + "”) leads to its room.");
+  recordPage("notification-opened", "A click on it opens the room with the message.");
   showView("today");
 }
 
@@ -172,7 +229,7 @@ void Tour::answerPageDialog() {
                                                  application_.pid());
   record("confirm", "The page asks before it deletes a note: a native dialog.");
   cancel.press();
-  waitUntil([&] { return !hasWidget("push button", "Cancel"); }, "the dialog goes away");
+  waitUntil([&] { return !hasWidget("push button", "Cancel"); }, "the dialog is closed");
 }
 
 void Tour::followForeignLinks() {
@@ -183,13 +240,13 @@ void Tour::followForeignLinks() {
       std::string(browserLink) + "'; document.querySelector('.view-header').append(link)");
   page_.click("#tour-link");
   const auto opened = desktop_.openedUrls().waitForFirst();
-  record("foreign-link",
-         "A foreign link goes to the browser (" + opened + "); the window stays where it was.");
+  recordPage("foreign-link",
+             "A foreign link opens in the browser (" + opened + "); the window keeps its page.");
 
   page_.evaluate("location.href = '" + std::string(browserLink) +
                  "'; document.querySelector('#tour-link').remove()");
   page_.waitUntilTrue("location.pathname === '/'");
-  record("foreign-refused", "A script that leads the window to a foreign page is refused.");
+  recordPage("foreign-refused", "A script that navigates to a foreign page is refused.");
 }
 
 void Tour::pullTheCable() {
@@ -203,17 +260,18 @@ void Tour::pullTheCable() {
   record("unreachable", "The service is unreachable: the window says so and offers to retry.");
   service_.start();
   desktop_.keyboard().chord("Return");
-  page_.waitUntilTrue("document.querySelector('#captures > *') !== null", "the today view is back");
-  record("retried", "Return retries: the page is back.");
+  page_.waitUntilTrue("document.querySelector('#captures > *') !== null",
+                      "the today view is shown again");
+  recordPage("retried", "Return retries: the page is shown again.");
 }
 
 void Tour::hideAndShow() {
   desktop_.display().close(application_.waitForMainWindow().id);
   application_.waitUntilMainWindowHidden();
-  record("hidden", "Closing hides the window; the application goes on.");
+  record("hidden", "Closing hides the window; the application keeps running.");
   application_.run({});
   desktop_.display().waitUntilActive(application_.waitForMainWindow().id);
-  record("shown-again", "A second launch shows it again.");
+  recordPage("shown-again", "A second launch shows it again.");
 }
 
 void Tour::changeLanguage() {
@@ -222,7 +280,8 @@ void Tour::changeLanguage() {
   waitUntil([&] { return application_.waitForMainWindow().title == "Навора"; },
             "the window is in Russian");
   page_.waitUntilTrue("document.querySelector('#captures > *') !== null", "the today view");
-  record("russian-dark", "The user's language and theme on the service are the window's, too.");
+  recordPage("russian-dark",
+             "The window follows the language and the theme of the user's settings.");
 }
 
 void Tour::showView(const std::string& name) {
@@ -236,12 +295,41 @@ bool Tour::hasWidget(const std::string& role, const std::string& name) {
       .has_value();
 }
 
+std::unique_ptr<ChildProcess> Tour::showScenery(std::vector<std::string> arguments) {
+  arguments.insert(arguments.begin(), NAVORA_TOUR_SCENERY);
+  auto scenery = desktop_.start(std::move(arguments));
+  scenery->waitForLine("shown");
+  return scenery;
+}
+
+std::vector<std::string> Tour::iconArguments(const std::string& kind, int size) {
+  const auto icon = nearest(tray_.pixmaps(tray_.waitForItem()), size);
+  const std::filesystem::path file = desktop_.root() / (kind + "-icon");
+  writeFile(file, rgba(icon));
+  return {kind, file, std::to_string(icon.width)};
+}
+
+std::unique_ptr<ChildProcess> Tour::showDocument() {
+  auto document = showScenery({"document"});
+  const auto isDocument = [](const WindowInfo& window) { return window.title == "Letter to Ann"; };
+  const WindowInfo window = desktop_.display().waitForWindow(isDocument, "the document is shown");
+  desktop_.display().waitUntilActive(window.id);
+  return document;
+}
+
+std::string Tour::editorText() {
+  const auto editor =
+      desktop_.accessibility().find({.role = "text", .name = {}}, application_.pid());
+  return editor ? editor->text() : std::string();
+}
+
+void Tour::recordPage(const std::string& name, const std::string& description) {
+  page_.waitUntilPainted();
+  record(name, description);
+}
+
 void Tour::record(const std::string& name, const std::string& description) {
   const std::string file = numbered(++step_, name) + ".png";
-  // What the page has drawn reaches the screen a moment later.
-  page_.tryEvaluate(
-      "await new Promise((drawn) => requestAnimationFrame(() => requestAnimationFrame(drawn)))",
-      std::chrono::seconds(1));
   auto last = desktop_.display().screenshot();
   int same = 0;
   waitUntil(
@@ -250,7 +338,7 @@ void Tour::record(const std::string& name, const std::string& description) {
         same = next.differingPixels(std::exchange(last, next)) == 0 ? same + 1 : 0;
         return same >= looksAtRest;
       },
-      "the screen comes to rest");
+      "the screen has stopped changing");
   last.save(folder_ / file);
   std::cout << file << "  " << description << std::endl;
 }

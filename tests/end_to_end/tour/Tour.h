@@ -1,10 +1,13 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <vector>
 
 #include "end_to_end/driver/ApplicationProcess.h"
 #include "end_to_end/driver/FakeNotificationDaemon.h"
+#include "end_to_end/driver/FakeStatusNotifierWatcher.h"
 #include "end_to_end/driver/PageDriver.h"
 #include "end_to_end/driver/ServiceClient.h"
 #include "end_to_end/driver/ServiceProcess.h"
@@ -14,11 +17,11 @@
 
 namespace navora::driver {
 
-// The real application on a desktop, a bus and a service of its own. A step that does not come
-// about ends the tour with a TestError.
+// Plays the tour: the application on a virtual desktop with a service of its own. A step that fails
+// ends the tour with TestError.
 class Tour {
  public:
-  // Screenshots go into `folder`; those of an earlier tour are removed.
+  // Screenshots are saved in `folder`, whose contents are deleted first.
   explicit Tour(std::filesystem::path folder);
 
   void play();
@@ -28,10 +31,12 @@ class Tour {
   void visitViews();
   void captureNote();
   void captureInTheDark();
-  // With the hot key, from another program, and waits until the panel takes keys.
+  // Opens the capture panel with the hot key and waits until its editor has the focus.
   void openPanel();
   void waitUntilPanelHidden();
+  void changeTheme();
   void openMenus();
+  void openTrayMenu();
   void openNotification();
   void postponeUpdate();
   void answerPageDialog();
@@ -42,8 +47,19 @@ class Tour {
 
   void showView(const std::string& name);
   bool hasWidget(const std::string& role, const std::string& name);
-  // Saves the screen as it is and says what it shows.
+  // Starts navora-tour-scenery and waits until its window is shown; destroying the result hides it.
+  std::unique_ptr<ChildProcess> showScenery(std::vector<std::string> arguments);
+  // Shows another program's window and waits until it is active.
+  std::unique_ptr<ChildProcess> showDocument();
+  // Returns the first arguments of navora-tour-scenery, with the status item's icon.
+  std::vector<std::string> iconArguments(const std::string& kind, int size);
+  // Returns the text in the capture panel's editor.
+  std::string editorText();
+  // Saves the screen, once it has stopped changing, and prints what it shows.
   void record(const std::string& name, const std::string& description);
+
+  // Does the same once the page has been painted.
+  void recordPage(const std::string& name, const std::string& description);
 
   std::filesystem::path folder_;
   int step_ = 0;
@@ -52,6 +68,7 @@ class Tour {
   UpdatableInstallation installation_;
   VirtualDesktop desktop_;
   FakeNotificationDaemon notificationDaemon_{desktop_.sessionBusAddress()};
+  FakeStatusNotifierWatcher tray_{desktop_.sessionBusAddress()};
   ServiceProcess service_;
   ServiceClient client_;
   ApplicationProcess application_;
