@@ -71,9 +71,9 @@ void DriverBroker::answer(const std::string& name, std::uint64_t id, Json answer
 }
 
 bool DriverBroker::lost(const Channel& channel, const Job& job) {
-  const bool gone =
+  const bool unloaded =
       job.generation != 0 && (job.generation != channel.generation || !channel.present);
-  return gone && Clock::now() >= channel.changedAt + lastAnswerGrace;
+  return unloaded && Clock::now() >= channel.changedAt + lastAnswerGrace;
 }
 
 std::optional<Json> DriverBroker::evaluate(const std::string& name, const std::string& script,

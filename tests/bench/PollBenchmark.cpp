@@ -1,5 +1,5 @@
-// The cost of a poll for notifications with the longest accepted list, on the main thread and in the
-// background.
+// The cost of a poll for notifications with the longest accepted list, on the main thread and in
+// the background.
 #include <chrono>
 #include <memory>
 #include <string>

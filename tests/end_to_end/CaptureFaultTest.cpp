@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class CaptureFailureTest : public CaptureTest {};
 
-TEST_F(CaptureFailureTest, SaysThatItIsOfflineAndLetsTheUserGoOnWriting) {
+TEST_F(CaptureFailureTest, SaysThatItIsOfflineAndKeepsTheDraftEditable) {
   service().stop();
   sendNote("Offline");
   waitForMessage(offlineText);
@@ -108,7 +108,7 @@ TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
 }
 
 // A request times out after 20 s.
-TEST_F(CaptureFailureTest, GivesUpWaitingForAnAnswerAndSendsTheSameAgain) {
+TEST_F(CaptureFailureTest, TimesOutAndSendsTheSameAgain) {
   serviceClient().addFault("POST", captures, {{"hang", true}});
   sendNote("Patient");
   serviceClient().waitForRequests("POST", captures);
@@ -130,7 +130,7 @@ TEST_F(CaptureFailureTest, GivesUpWaitingForAnAnswerAndSendsTheSameAgain) {
   EXPECT_EQ(posts()[0].body, posts()[1].body);
 }
 
-TEST_F(CaptureFailureTest, TakesNoConfirmationThatLeadsToAnotherServer) {
+TEST_F(CaptureFailureTest, RejectsAConfirmationWithAForeignStatusUrl) {
   const Json reply{{"captureId", "c-1"},
                    {"jobId", "j-1"},
                    {"statusUrl", "https://www.example.com/api/jobs/j-1"}};
@@ -147,7 +147,7 @@ TEST_F(CaptureFailureTest, TakesNoConfirmationThatLeadsToAnotherServer) {
   EXPECT_EQ(posts()[0].header("Idempotency-Key"), posts()[1].header("Idempotency-Key"));
 }
 
-TEST_F(CaptureFailureTest, SendsADraftOnlyForWhomeverItWasWrittenBy) {
+TEST_F(CaptureFailureTest, SendsADraftOnlyForTheUserWhoWroteIt) {
   serviceClient().addFault("POST", captures, {{"drop", "before"}}, 1);
   sendNote("Mine");
   waitUntil([&] { return !posts().empty(); }, "the note was sent");
@@ -168,7 +168,7 @@ TEST_F(CaptureFailureTest, SendsADraftOnlyForWhomeverItWasWrittenBy) {
   EXPECT_THAT(storedNotes("somebody"), testing::IsEmpty());
 }
 
-TEST_F(CaptureFailureTest, LeadsToTheLoginAndComesBackWithTheDraft) {
+TEST_F(CaptureFailureTest, OpensTheLoginAndReturnsWithTheDraft) {
   serviceClient().signEverybodyOut();
   sendNote("Before the login");
   desktop().display().waitUntilActive(application().waitForMainWindow().id);

@@ -37,7 +37,7 @@ class CaptureSubmissionTest : public CaptureTest {
   }
 };
 
-TEST_F(CaptureSubmissionTest, StoresANoteFromAnotherProgramAndGoesBackToIt) {
+TEST_F(CaptureSubmissionTest, StoresANoteFromAnotherProgramAndReturnsToIt) {
   const auto mainBefore = application().waitForMainWindow();
   sendNote("Buy bread, \xC3\xA9t\xC3\xA9 \xF0\x9F\x99\x82");
   waitForStoredNotes({"Buy bread, \xC3\xA9t\xC3\xA9 \xF0\x9F\x99\x82"});
@@ -155,7 +155,7 @@ TEST_F(CaptureSubmissionTest, WorksWhileTheMainWindowIsHidden) {
   EXPECT_FALSE(application().mainWindow());
 }
 
-TEST_F(CaptureSubmissionTest, TellsTheServiceHowItIsUsed) {
+TEST_F(CaptureSubmissionTest, SendsTelemetry) {
   sendNote("Note");
   waitForStoredNotes({"Note"});
   std::vector<std::string> names;

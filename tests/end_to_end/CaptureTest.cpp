@@ -44,7 +44,7 @@ WindowInfo CaptureTest::openPanel() {
 }
 
 void CaptureTest::waitUntilPanelHidden() {
-  waitUntil([&] { return !panel(); }, "the capture panel is gone", defaultTimeout(),
+  waitUntil([&] { return !panel(); }, "the capture panel is hidden", defaultTimeout(),
             [&] { return desktop().accessibility().describe(application().pid()); });
 }
 

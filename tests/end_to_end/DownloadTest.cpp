@@ -35,7 +35,7 @@ class DownloadTest : public TestPageTest {
   void expectFailureAlert() {
     widget("label", "Couldn’t download the file");
     widget("push button", "OK").press();
-    waitUntil([&] { return !hasWidget("alert"); }, "the alert goes away");
+    waitUntil([&] { return !hasWidget("alert"); }, "the alert is closed");
     EXPECT_EQ(page().path(), "/__test/pages/downloads.html");
   }
 };
@@ -51,7 +51,7 @@ TEST_F(DownloadTest, SavesADownloadLinkWhereTheUserChooses) {
   EXPECT_FALSE(hasWidget("alert"));
 }
 
-TEST_F(DownloadTest, SavesAnAnswerThatTheViewCannotShow) {
+TEST_F(DownloadTest, SavesAReplyThatTheViewCannotShow) {
   serveFile("inline");
   page().click("#archive");
   saveAs(target());

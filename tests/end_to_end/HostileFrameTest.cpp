@@ -133,7 +133,7 @@ TEST_F(HostilePageTest, DropsARefreshThatTheServiceAsksFor) {
   EXPECT_EQ(page().path(), "/refreshing");
 }
 
-TEST_F(HostilePageTest, KeepsTheBodyOfAPostThatIsRedirectedAbroad) {
+TEST_F(HostilePageTest, KeepsTheBodyOfAPostThatIsRedirectedToAForeignSite) {
   serviceClient().addFault("POST", "/posting",
                            {{"redirect", foreign().url("/posted")}, {"status", 307}});
   page().click("#post");
@@ -141,7 +141,7 @@ TEST_F(HostilePageTest, KeepsTheBodyOfAPostThatIsRedirectedAbroad) {
   expectNothingForeign();
 }
 
-TEST_F(HostilePageTest, DropsALinkThatIsRedirectedAbroad) {
+TEST_F(HostilePageTest, DropsALinkThatIsRedirectedToAForeignSite) {
   serviceClient().addFault("GET", "/stored", {{"redirect", foreign().url("/stored.zip")}});
   page().click("#download");
   serviceClient().waitForRequests("GET", "/stored");
@@ -209,7 +209,7 @@ TEST_P(HostileFrameTest, RaisesNoDialogEvenWhenThePageReplacesWhatItIsMadeOf) {
   widget("push button", "OK").press();
 }
 
-TEST_P(HostileFrameTest, LeadsTheWindowNowhere) {
+TEST_P(HostileFrameTest, NavigatesTheWindowNowhere) {
   for (const char* selector : {"#top", "#new", "#form-top", "#form-new", "#form-post", "#open"})
     inner().click(selector);
   expectNothingForeign();

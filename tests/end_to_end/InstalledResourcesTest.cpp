@@ -74,7 +74,7 @@ TEST_F(InstalledResourcesTest, MissingScriptsAreLeftOut) {
   expectWorkingBridge();
 }
 
-TEST_F(InstalledResourcesTest, ScriptsThatAreNoTextAreLeftOut) {
+TEST_F(InstalledResourcesTest, UnreadableScriptsAreLeftOut) {
   writeFile(resource("RestartGuard.js"), "window.guard = 'ran'; // \xC3\x28");
   std::filesystem::create_directories(resource("CaptureAppearance.js"));
   launch();
@@ -83,7 +83,7 @@ TEST_F(InstalledResourcesTest, ScriptsThatAreNoTextAreLeftOut) {
   expectWorkingBridge();
 }
 
-TEST_F(InstalledResourcesTest, ScriptsThatFailStopNoOther) {
+TEST_F(InstalledResourcesTest, AFailingScriptDoesNotStopTheOthers) {
   writeFile(resource("RestartGuard.js"), "window.guard = 'ran'; throw new Error('failed');");
   writeFile(resource("CaptureAppearance.js"), "this is no script }");
   launch();

@@ -30,11 +30,11 @@ class LoadFailureTest : public TestPageTest {
   }
   void expectOverlay() { widget("label", overlayTitle); }
   void expectNoOverlay() {
-    waitUntil([&] { return !hasWidget("label", overlayTitle); }, "the overlay goes away");
+    waitUntil([&] { return !hasWidget("label", overlayTitle); }, "the overlay is hidden");
   }
 };
 
-TEST_F(LoadFailureTest, CoversThePageWhenTheCableIsPulledAndRetriesWithReturn) {
+TEST_F(LoadFailureTest, CoversThePageWhenTheServiceIsUnreachableAndRetriesWithReturn) {
   signIn();
   pullTheCable();
   expectOverlay();
@@ -73,7 +73,7 @@ TEST_F(LoadFailureTest, OpensThePageInTheBrowserFromTheOverlay) {
       service().url("/__test/pages/landing.html")));
 }
 
-TEST_F(LoadFailureTest, ShowsPagesFromTheCacheWithoutComplaint) {
+TEST_F(LoadFailureTest, ShowsPagesFromTheCacheWithoutAnError) {
   const std::string body =
       "<!doctype html><script src='/__test/driver.js?name=main'></script><h1 id='cached'>Kept</h1>";
   serviceClient().addFault(

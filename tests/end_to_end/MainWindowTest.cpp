@@ -34,7 +34,7 @@ TEST_F(MainWindowTest, IsHiddenByCloseAndShownByASecondLaunch) {
   EXPECT_EQ(page().evaluate("return window.kept"), "the same page");
 }
 
-TEST_F(MainWindowTest, ShowsThePageAgainWhereAMenuHasCoveredIt) {
+TEST_F(MainWindowTest, RepaintsThePageWhereAMenuHasCoveredIt) {
   signIn();
   const auto content = application().waitForMainWindow().content;
   const Rectangle covered{content.x, content.y + 40, 200, 120};
@@ -52,7 +52,7 @@ TEST_F(MainWindowTest, ShowsThePageAgainWhereAMenuHasCoveredIt) {
   waitUntil([&] { return looksLike(before); }, "the page is there again");
 }
 
-TEST_F(MainWindowTest, IsBroughtBackFromMinimisedByASecondLaunch) {
+TEST_F(MainWindowTest, IsRestoredFromMinimisedByASecondLaunch) {
   const auto window = application().waitForMainWindow();
   desktop().display().minimise(window.id);
   waitUntil([&] { return desktop().display().window(window.id)->minimised; },
@@ -76,7 +76,7 @@ TEST_F(MainWindowTest, KeepsItsSizeAndStaysSignedInAcrossLaunchesButStartsCentre
   page().waitUntilTrue("location.pathname === '/'", "the session cookie survived");
 }
 
-TEST_F(MainWindowTest, CannotBeMadeSmallerThanItsLeastSize) {
+TEST_F(MainWindowTest, CannotBeMadeSmallerThanItsMinimumSize) {
   const auto window = application().waitForMainWindow();
   desktop().display().resize(window.id, 300, 200);
   waitUntil([&] { return application().waitForMainWindow().content.width == 760; },

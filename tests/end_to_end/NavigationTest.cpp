@@ -140,7 +140,7 @@ struct Action {
 
 class DroppedNavigationTest : public NavigationTest, public testing::WithParamInterface<Action> {};
 
-TEST_P(DroppedNavigationTest, OpensNothingAndStays) {
+TEST_P(DroppedNavigationTest, OpensNothingAndKeepsThePage) {
   PageDriver outer = page();
   if (std::string(GetParam().frame) == "main") {
     outer.click(GetParam().selector);

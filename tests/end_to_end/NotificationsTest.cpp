@@ -71,7 +71,7 @@ class NotificationsTest : public EndToEndTest {
   std::unique_ptr<FakeNotificationDaemon> daemon;
 };
 
-TEST_F(NotificationsTest, ShowsEachNewItemOnceAndNothingOfTheBacklog) {
+TEST_F(NotificationsTest, ShowsEachNewItemOnceAndNoOlderOnes) {
   EXPECT_TRUE(daemon->notifications().empty());
   serviceClient().addNotification(message("One & <b>two</b>"));
   poll();
@@ -87,7 +87,7 @@ TEST_F(NotificationsTest, ShowsEachNewItemOnceAndNothingOfTheBacklog) {
   EXPECT_THAT(shownTexts(), ElementsAre("Ines: One &amp; &lt;b&gt;two&lt;/b&gt;", "Ines: Three"));
 }
 
-TEST_F(NotificationsTest, OpensThePlaceThatAClickedOneLeadsTo) {
+TEST_F(NotificationsTest, OpensTheDestinationOfAClickedNotification) {
   serviceClient().addNotification(message("Come over"));
   poll();
   const auto shown = waitForNotifications(1).front();
@@ -117,7 +117,7 @@ TEST_F(NotificationsTest, KeepsQuietHoursAndTheUsersChannels) {
   EXPECT_THAT(shownTexts(), ElementsAre("Ines: Now"));
 }
 
-TEST_F(NotificationsTest, SurvivesAServiceThatAnswersBadly) {
+TEST_F(NotificationsTest, SurvivesInvalidReplies) {
   const std::vector<Json> faults{{{"status", 500}},
                                  {{"garbage", true}},
                                  {{"drop", "during"}, {"bytes", 10}},
@@ -152,7 +152,7 @@ TEST_F(NotificationsTest, TakesANewBaselineForAnotherUser) {
   EXPECT_TRUE(daemon->notifications().empty());
 }
 
-TEST_F(NotificationsTest, TellsThePageAndObeysIt) {
+TEST_F(NotificationsTest, ReportsTheStatusToThePageAndFollowsItsCommands) {
   EXPECT_EQ(state(), (Json{{"authorized", true}, {"enabled", true}, {"denied", false}}));
   command("test");
   command("test");
@@ -170,7 +170,7 @@ TEST_F(NotificationsTest, TellsThePageAndObeysIt) {
   page().waitUntilTrue("window.NavoraNotificationState.enabled", "it is switched on again");
 }
 
-TEST_F(NotificationsTest, OffersAgainWhatADyingDaemonDidNotShow) {
+TEST_F(NotificationsTest, RepeatsWhatADaemonThatExitsHasNotShown) {
   daemon->hold();
   serviceClient().addNotification(message("Please wait"));
   poll();
@@ -192,7 +192,7 @@ class NoNotificationDaemonTest : public NotificationsTest {
   }
 };
 
-TEST_F(NoNotificationDaemonTest, SaysSoAndShowsEverythingOnceThereIsOne) {
+TEST_F(NoNotificationDaemonTest, ReportsItAndShowsEverythingOnceADaemonRuns) {
   synchronize();
   EXPECT_EQ(state(), (Json{{"authorized", false}, {"enabled", true}, {"denied", true}}));
   command("test");

@@ -37,7 +37,7 @@ class PageMessageTest : public TestPageTest {
   }
 };
 
-TEST_F(PageMessageTest, IgnoresBodiesThatAreNoLocaleMessages) {
+TEST_F(PageMessageTest, IgnoresInvalidLocaleMessages) {
   expectIgnored(
       "undefined, null, 0, NaN, true, '', 'ru', [], ['ru'], {}, () => 'ru', Symbol('ru'), "
       "new Map([['requestedLocale', 'ru']]), {requestedlocale: 'ru'}, {requestedLocale: null}, "
@@ -45,7 +45,7 @@ TEST_F(PageMessageTest, IgnoresBodiesThatAreNoLocaleMessages) {
       "{requestedLocale: () => 'ru'}");
 }
 
-TEST_F(PageMessageTest, IgnoresLanguagesThatItDoesNotSpeak) {
+TEST_F(PageMessageTest, IgnoresUnsupportedLanguages) {
   expectIgnored(
       "{requestedLocale: ''}, {requestedLocale: 'xx'}, {requestedLocale: 'RU'}, "
       "{requestedLocale: 'ru-RU'}, {requestedLocale: ' ru'}, {requestedLocale: 'ru\\0'}, "
@@ -67,7 +67,7 @@ TEST_F(PageMessageTest, IgnoresBodiesOfMoreThanAMebibyte) {
   expectIgnored("padded(1024 * 1024 + 1), padded(5 * 1024 * 1024), padded(40 * 1024 * 1024)");
 }
 
-TEST_F(PageMessageTest, ObeysABodyOfAMebibyteWhateverItsCharacters) {
+TEST_F(PageMessageTest, AcceptsABodyOfAMebibyteWithAnyCharacters) {
   for (const std::string character : {"'x'", "'\"'", "'\\\\'", "'\\u0001'", "'я'"}) {
     page().evaluate(
         "const mebibyte = 1024 * 1024, message = {requestedLocale: 'ru', padding: ''};"
@@ -95,14 +95,14 @@ TEST_F(PageMessageTest, IgnoresBodiesThatNestTooDeep) {
   expectIgnored("nested(600), nested(20000)");
 }
 
-TEST_F(PageMessageTest, LeavesWhatIsNoDataOutOfABody) {
+TEST_F(PageMessageTest, OmitsFromABodyWhatIsNotData) {
   page().evaluate(
       "post('navoraLocale', {requestedLocale: 'ru', run: () => 1, nothing: undefined,"
       " [Symbol('key')]: 1, node: document.body})");
   waitUntil([&] { return isRussian(); }, "the rest of the message is obeyed");
 }
 
-TEST_F(PageMessageTest, TellsThePageAboutBodiesThatCannotBeSent) {
+TEST_F(PageMessageTest, ReportsUnsendableBodiesToThePage) {
   const auto thrown = page().evaluate(
       "const cyclic = {requestedLocale: 'ru'}; cyclic.self = cyclic;"
       "const failing = {get requestedLocale() { throw new RangeError('not now'); }};"
@@ -115,7 +115,7 @@ TEST_F(PageMessageTest, TellsThePageAboutBodiesThatCannotBeSent) {
   chooseRussian();
 }
 
-TEST_F(PageMessageTest, EndsWithTheLastOfAThousandMessages) {
+TEST_F(PageMessageTest, FollowsTheLastOfAThousandMessages) {
   page().evaluate(
       "for (let count = 0; count < 500; ++count) {"
       "  post('navoraLocale', {requestedLocale: 'en'});"
@@ -161,7 +161,7 @@ TEST_F(PageMessageTest, KeepsTheBridgeWhateverThePageDoesToIt) {
   EXPECT_TRUE(isRussian());
 }
 
-TEST_F(PageMessageTest, IgnoresAnnouncementsThatAreNone) {
+TEST_F(PageMessageTest, IgnoresInvalidAnnouncements) {
   page().evaluate(
       "const message = (fields) => JSON.stringify({kind: 'message', ...fields});"
       "const body = JSON.stringify({requestedLocale: 'ru'});"
@@ -195,7 +195,7 @@ TEST_F(PageMessageTest, PublishesTheTimeZoneBeforeThePagesFirstScriptAndAgainAft
   EXPECT_EQ(page().evaluate("return window.NavoraSystemTimeZone"), zone);
 }
 
-TEST_F(PageMessageTest, SpeaksOnceToADocumentThatThePageWritesAnew) {
+TEST_F(PageMessageTest, SendsEachEventOnceToARewrittenDocument) {
   page().evaluate(
       "document.open(); document.write('<!doctype html><title>Anew</title>');"
       "document.close(); await roundTrip(); window.events = []; window.watch();"
@@ -208,7 +208,7 @@ TEST_F(PageMessageTest, SpeaksOnceToADocumentThatThePageWritesAnew) {
   EXPECT_LE(page().evaluate("return window.events.length"), 15);
 }
 
-TEST_F(PageMessageTest, AsksForTheSettingsOnceFromADocumentThatThePageWritesAnew) {
+TEST_F(PageMessageTest, RequestsTheSettingsOnceFromARewrittenDocument) {
   page().evaluate(
       "document.open(); document.write('<!doctype html><title>Anew</title>');"
       "document.close(); await roundTrip(); await fetch('/before')");

@@ -23,7 +23,7 @@ class PageDialogTest : public TestPageTest {
   }
 };
 
-TEST_F(PageDialogTest, ShowsAnAlertWithThePagesTextAsItStands) {
+TEST_F(PageDialogTest, ShowsAnAlertWithThePagesTextUnchanged) {
   page().click("#alert");
   const auto alert = widget("alert", "Navora");
   EXPECT_TRUE(hasWidget("label", "Plain <b>text</b> & more"));
@@ -60,7 +60,7 @@ TEST_F(PageDialogTest, ConfirmsWithReturn) {
   expectAnswer("confirm", "true");
 }
 
-TEST_F(PageDialogTest, PromptsWithTheDefaultTextAndTakesWhatIsTyped) {
+TEST_F(PageDialogTest, PromptsWithTheDefaultTextAndReturnsTheTypedText) {
   page().click("#prompt");
   const auto entry = widget("text");
   EXPECT_EQ(entry.text(), "Old name");
@@ -70,7 +70,7 @@ TEST_F(PageDialogTest, PromptsWithTheDefaultTextAndTakesWhatIsTyped) {
   expectAnswer("prompt", "Новое имя");
 }
 
-TEST_F(PageDialogTest, AnswersACancelledPromptWithNothing) {
+TEST_F(PageDialogTest, AnswersACancelledPromptWithNull) {
   page().click("#prompt");
   widget("push button", "Cancel").press();
   expectAnswer("prompt", "null");
@@ -89,7 +89,7 @@ TEST_F(PageDialogTest, CancelsAFileChooser) {
   page().click("#files");
   widget("file chooser");
   widget("push button", "Cancel").press();
-  waitUntil([&] { return !hasWidget("file chooser"); }, "the file chooser goes away");
+  waitUntil([&] { return !hasWidget("file chooser"); }, "the file chooser is closed");
   EXPECT_EQ(page().evaluate("return document.querySelector('#files').files.length"), 0);
 }
 

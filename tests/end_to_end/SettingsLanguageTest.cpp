@@ -43,7 +43,7 @@ TEST_F(SettingsLanguageTest, FollowsEveryChangeOfTheChosenLanguage) {
   }
 }
 
-TEST_F(SettingsLanguageTest, FollowsTheSystemWhenTheServiceSaysSo) {
+TEST_F(SettingsLanguageTest, FollowsTheSystemWhenTheSettingSaysSo) {
   answerWith(settingsAnswer({{"locale", "system"}, {"detectedLocale", "ru"}}));
   synchronize();
   EXPECT_TRUE(hasWidget("frame", "Navora"));
@@ -55,7 +55,7 @@ TEST_F(SettingsLanguageTest, IsRefreshedWhenTheTimeZoneSettingIsSaved) {
   expectTitle("Navora");
 }
 
-TEST_F(SettingsLanguageTest, DropsAnAnswerThatANewerQuestionHasOvertaken) {
+TEST_F(SettingsLanguageTest, DropsAReplyThatANewerRequestHasOvertaken) {
   serviceClient().clearFaults();
   serviceClient().addFault("GET", "/api/settings", {{"hang", true}}, 1);
   serviceClient().addFault("GET", "/api/settings", settingsAnswer({{"locale", "en"}}), 1);

@@ -73,7 +73,7 @@ TEST_F(StatusItemTest, OpensTheQuickCapture) {
   waitUntil([&] { return panel().has_value(); }, "the panel is open");
 }
 
-TEST_F(StatusItemTest, SpeaksTheLanguageThatTheUserChoosesOnTheService) {
+TEST_F(StatusItemTest, UsesTheLanguageThatTheUserChoosesOnTheService) {
   page().evaluate(
       "await fetch('/api/settings', {method: 'PUT', headers: {'Content-Type': 'application/json'},"
       " body: JSON.stringify({locale: 'de'})});"
@@ -84,7 +84,7 @@ TEST_F(StatusItemTest, SpeaksTheLanguageThatTheUserChoosesOnTheService) {
   EXPECT_EQ(labels().back(), "Navora beenden");
 }
 
-TEST_F(StatusItemTest, ComesIntoATrayThatStartsAgain) {
+TEST_F(StatusItemTest, RegistersWithARestartedTray) {
   tray.reset();
   tray.emplace(desktop().sessionBusAddress());
   item = tray->waitForItem();

@@ -69,7 +69,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 class OddDefaultsTest : public StoredStateTest, public testing::WithParamInterface<Content> {};
 
-TEST_P(OddDefaultsTest, LeaveTheWindowInAUsableSize) {
+TEST_P(OddDefaultsTest, LeaveTheWindowWithAUsableSize) {
   writeFile(defaults(), R"({"NavoraMainWindow": )" + GetParam().make() + "}");
   launch();
   const auto content = application().waitForMainWindow().content;
@@ -106,7 +106,7 @@ TEST_F(StoredStateTest, DefaultsWithoutAFolderAreReported) {
   EXPECT_TRUE(reported("defaults.json: "));
 }
 
-TEST_F(StoredStateTest, CookiesAreForTheUserAlone) {
+TEST_F(StoredStateTest, CookiesAreReadableByTheUserOnly) {
   const auto folder = desktop().dataHome() / "navora";
   std::filesystem::create_directories(folder);
   std::filesystem::permissions(folder, perms::all);

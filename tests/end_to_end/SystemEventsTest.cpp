@@ -58,7 +58,7 @@ class SystemEventsTest : public TestPageTest {
   }
 };
 
-TEST_F(SystemEventsTest, TellsThePageOnceAboutEveryWakeAndNothingAboutSleep) {
+TEST_F(SystemEventsTest, NotifiesThePageOnceOfEveryWakeAndNotOfSleep) {
   FakeLogind logind(desktop().systemBusAddress());
   logind.announceSleep();
   logind.announceWake();
@@ -69,13 +69,13 @@ TEST_F(SystemEventsTest, TellsThePageOnceAboutEveryWakeAndNothingAboutSleep) {
   expectResumes(2);
 }
 
-TEST_F(SystemEventsTest, TellsThePageOnceThatTheApplicationIsActiveAgain) {
+TEST_F(SystemEventsTest, NotifiesThePageOnceThatTheApplicationIsActiveAgain) {
   const OtherWindow other(desktop().display());
   activateMainWindow();
   expectResumes(1);
 }
 
-TEST_F(SystemEventsTest, TellsAPageWhoseWindowWasHiddenThatItIsShownAgain) {
+TEST_F(SystemEventsTest, NotifiesAPageWhoseWindowIsShownAgain) {
   desktop().display().close(application().waitForMainWindow().id);
   application().waitUntilMainWindowHidden();
   application().run({});
@@ -83,7 +83,7 @@ TEST_F(SystemEventsTest, TellsAPageWhoseWindowWasHiddenThatItIsShownAgain) {
   expectResumes(1);
 }
 
-TEST_F(SystemEventsTest, TellsNothingToAPageThatIsActiveAlready) {
+TEST_F(SystemEventsTest, DoesNotNotifyAnActivePage) {
   activateMainWindow();
   activateMainWindow();
   FakeLogind logind(desktop().systemBusAddress());
@@ -91,10 +91,10 @@ TEST_F(SystemEventsTest, TellsNothingToAPageThatIsActiveAlready) {
   expectResumes(1);
 }
 
-TEST_F(SystemEventsTest, TellsNothingWhenOneOfItsOwnDialogsHasTheFocus) {
+TEST_F(SystemEventsTest, DoesNotNotifyThePageWhenADialogOfItsOwnHasTheFocus) {
   page().evaluate("setTimeout(() => alert('Read this')); return true");
   widget("push button", "OK").press();
-  waitUntil([&] { return !hasWidget("alert"); }, "the alert goes away");
+  waitUntil([&] { return !hasWidget("alert"); }, "the alert is closed");
   expectResumes(0);
 }
 

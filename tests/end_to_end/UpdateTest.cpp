@@ -116,18 +116,19 @@ TEST_F(UpdateTest, ReplacesTheInstallationAndRunsTheNewVersion) {
   EXPECT_THAT(reminder("navora.updateReminder.ignoredVersion"), IsEmpty());
 }
 
-TEST_F(UpdateTest, ComesBackLaterWhenItIsPostponed) {
+TEST_F(UpdateTest, IsOfferedAgainAfterItIsPostponed) {
   installation.release(built(), newVersion);
   launchSignedIn();
   waitForOffer();
   press("Remind me in 1 hour");
-  waitUntil([&] { return !hasWidget("heading", "Navora 1.1 is available"); }, "the banner is gone");
+  waitUntil([&] { return !hasWidget("heading", "Navora 1.1 is available"); },
+            "the banner is hidden");
   EXPECT_THAT(reminder("navora.updateReminder.pending"), HasSubstr("\"version\":\"1.1\""));
   EXPECT_EQ(installation.version(), oldVersion);
   EXPECT_THAT(installation.leftovers(), IsEmpty());
 }
 
-TEST_F(UpdateTest, WaitsForWhatIsBeingWritten) {
+TEST_F(UpdateTest, WaitsForUnsavedInput) {
   installation.release(built(), newVersion);
   launchSignedIn();
   page().type("#capture-input", "A thought");
@@ -145,7 +146,7 @@ TEST_F(UpdateTest, WaitsForWhatIsBeingWritten) {
   EXPECT_EQ(installation.version(), newVersion);
 }
 
-TEST_F(UpdateTest, RefusesWhatSomebodyElseHasSigned) {
+TEST_F(UpdateTest, RefusesAReleaseSignedWithAnotherKey) {
   const auto key = folder.path() / "other-key";
   makeUpdateKey(key);
   installation.release(built(), newVersion, key);
@@ -161,7 +162,7 @@ TEST_F(UpdateTest, RefusesWhatSomebodyElseHasSigned) {
   page().type("#capture-input", "Still here");
 }
 
-TEST_F(UpdateTest, GoesBackWhenTheNewVersionDoesNotStart) {
+TEST_F(UpdateTest, RollsBackWhenTheNewVersionDoesNotStart) {
   const path broken = folder.path() / "broken";
   std::filesystem::copy(built(), broken, std::filesystem::copy_options::recursive);
   std::filesystem::remove(broken / "bin/navora");
@@ -177,7 +178,7 @@ TEST_F(UpdateTest, GoesBackWhenTheNewVersionDoesNotStart) {
   EXPECT_THAT(installation.leftovers(), IsEmpty());
 }
 
-TEST_F(UpdateTest, SaysThatThereIsNothingNewer) {
+TEST_F(UpdateTest, ReportsThatThereIsNoUpdate) {
   installation.release(built(), oldVersion);
   launchSignedIn();
   widget("menu", "Navora").press();
@@ -185,10 +186,10 @@ TEST_F(UpdateTest, SaysThatThereIsNothingNewer) {
   widget("heading", "No updates for this system");
   press("Close");
   waitUntil([&] { return !hasWidget("heading", "No updates for this system"); },
-            "the banner is gone");
+            "the banner is hidden");
 }
 
-TEST_F(UpdateTest, OnlyTellsOfAReleaseWhereItCannotBeInstalled) {
+TEST_F(UpdateTest, AnnouncesAReleaseThatCannotBeInstalled) {
   // Files of the user's in the installation would be deleted with the old version.
   writeFile(installation.folder() / "my notes.txt", "mine");
   installation.release(built(), newVersion);
@@ -197,10 +198,10 @@ TEST_F(UpdateTest, OnlyTellsOfAReleaseWhereItCannotBeInstalled) {
   EXPECT_FALSE(hasWidget("push button", "Update app"));
   press("Later");
   waitUntil([&] { return !hasWidget("heading", "A new version is available"); },
-            "the banner is gone");
+            "the banner is hidden");
 }
 
-TEST_F(UpdateTest, SaysNothingOfAFeedThatFailsInTheBackground) {
+TEST_F(UpdateTest, IgnoresAFeedThatFailsInTheBackground) {
   writeFile(installation.releases() / "appcast.xml",
             "<!DOCTYPE rss [<!ENTITY a \"b\">]><rss><channel/></rss>");
   launchSignedIn();

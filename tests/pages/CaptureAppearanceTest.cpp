@@ -68,7 +68,7 @@ class CaptureAppearanceTest : public PageTest {
   }
 };
 
-TEST_F(CaptureAppearanceTest, TellsTheLookOfEachThemeOnce) {
+TEST_F(CaptureAppearanceTest, ReportsTheAppearanceOfEachThemeOnce) {
   openEditor();
   setTheme("light");
   runScript();
@@ -126,7 +126,7 @@ TEST_F(CaptureAppearanceTest, IsNotChangedByFocusTextOrPointer) {
   }
 }
 
-TEST_F(CaptureAppearanceTest, SaysNothingTwice) {
+TEST_F(CaptureAppearanceTest, ReportsEachAppearanceOnce) {
   openEditor();
   runScript();
   posted(1);
@@ -149,7 +149,7 @@ TEST_F(CaptureAppearanceTest, LeavesNothingInThePage) {
   EXPECT_EQ(page().evaluate("return failures"), Json::array());
 }
 
-TEST_F(CaptureAppearanceTest, LoginPageHasNoLook) {
+TEST_F(CaptureAppearanceTest, ReportsNothingOnTheLoginPage) {
   open("/login");
   listen();
   runScript();

@@ -33,7 +33,7 @@ class EditorPagesTest : public PageTest {
   }
 };
 
-TEST_F(EditorPagesTest, EveryNotationBecomesOneThatTheApplicationReads) {
+TEST_F(EditorPagesTest, EveryNotationBecomesOneThatTheApplicationAccepts) {
   const Json look = appearanceOf(R"(
     .capture-editor { background: color(srgb 1 0 0); border: 1px solid hsl(120 100% 25%); }
     #capture-input { color: oklch(0 0 0); caret-color: rgb(1 2 3 / 50%); }
@@ -120,7 +120,7 @@ TEST_F(EditorPagesTest, StatesAreReadFromTheRules) {
   EXPECT_EQ(posted(2)[1]["button"], "#070809");
 }
 
-TEST_F(EditorPagesTest, CardShowsWhatIsBehindIt) {
+TEST_F(EditorPagesTest, TranslucentCardIsBlendedWithItsBackground) {
   const Json look = appearanceOf(R"(
     body { background: #000000; }
     .capture-editor { background: linear-gradient(rgb(255 255 255 / 20%), transparent); })");
@@ -142,7 +142,7 @@ TEST_F(EditorPagesTest, LongPlaceholderIsCutBetweenCharacters) {
   EXPECT_EQ(cut + family, text);
 }
 
-TEST_F(EditorPagesTest, StyleSheetThatComesLaterIsSeen) {
+TEST_F(EditorPagesTest, LateStyleSheetIsObserved) {
   openEditor("#capture-input { color: #000001 }");
   runScript();
   EXPECT_EQ(posted(1)[0]["ink"], "#000001");
@@ -155,7 +155,7 @@ TEST_F(EditorPagesTest, StyleSheetThatComesLaterIsSeen) {
   EXPECT_EQ(posted(3)[2]["ink"], "#000001");
 }
 
-TEST_F(EditorPagesTest, ColorsOnTheirWayAreNotTold) {
+TEST_F(EditorPagesTest, ColorsDuringATransitionAreNotReported) {
   openEditor(
       ".capture-editor { background: #000000; transition: background-color 0.3s } "
       ".bright .capture-editor { background: #ffffff }");
@@ -193,7 +193,7 @@ TEST_F(EditorPagesTest, RewrittenDocumentIsFollowedByOneScriptOnly) {
   EXPECT_EQ(settled().size(), 3U);
 }
 
-TEST_F(EditorPagesTest, HostilePageGetsNoErrorsAndKeepsQuiet) {
+TEST_F(EditorPagesTest, HostilePageGetsNoErrorsAndNothingIsReported) {
   const std::vector<std::string> attacks{
       "window.getComputedStyle = () => { throw new Error('no') }",
       "window.matchMedia = () => null",

@@ -234,7 +234,7 @@ TEST_F(RestartGuardFreezeTest, SubmitOfThePageDoesNothing) {
   expectNothingSeen();
 }
 
-TEST_F(RestartGuardFreezeTest, FocusAndCaretComeBack) {
+TEST_F(RestartGuardFreezeTest, FocusAndCaretAreRestored) {
   page().evaluate("byId('filled').focus(); byId('filled').setSelectionRange(6, 6)");
   freeze();
   resume();
@@ -255,7 +255,7 @@ TEST_F(RestartGuardFreezeTest, FocusAndCaretComeBack) {
   EXPECT_EQ(page().evaluate("return getSelection().toString()"), Json("Chosen"));
 }
 
-TEST_F(RestartGuardFreezeTest, LookDoesNotChange) {
+TEST_F(RestartGuardFreezeTest, AppearanceDoesNotChange) {
   page().evaluate("scrollTo(0, 150); await nextFrame(); await nextFrame()");
   desktop().mouse().moveTo({0, 0});
   const auto look = [this] {
@@ -286,7 +286,7 @@ TEST_F(RestartGuardFreezeTest, PreparingTwiceAndResumingAtAnyTimeIsHarmless) {
   expectNoFailures();
 }
 
-TEST_F(RestartGuardFreezeTest, ReasonThatComesUpMeanwhileGivesThePageBack) {
+TEST_F(RestartGuardFreezeTest, NewReasonUnfreezesThePage) {
   freeze();
   EXPECT_EQ(page().evaluate("const end = fetch('/__test/pages/plain.html', {method: 'POST'});"
                             "const answer = NavoraUpdateGuard.prepare(); await end; return answer"),
@@ -294,7 +294,7 @@ TEST_F(RestartGuardFreezeTest, ReasonThatComesUpMeanwhileGivesThePageBack) {
   type("#area", "x");
 }
 
-TEST_F(RestartGuardFreezeTest, PageGoesOnByItself) {
+TEST_F(RestartGuardFreezeTest, PageScriptsKeepRunning) {
   freeze();
   EXPECT_EQ(page().evaluate("byId('line').value = 'Of the page'; byId('loose').click();"
                             "return (await fetch('/__test/pages/plain.html')).status"),

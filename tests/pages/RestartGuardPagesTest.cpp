@@ -105,7 +105,7 @@ TEST_F(RestartGuardPagesTest, GuardOfThePageCanAskTheOtherOne) {
   EXPECT_EQ(prepare(), Json(textReason));
 }
 
-TEST_F(RestartGuardPagesTest, WhatAPageDoesToBuiltInObjectsChangesNothing) {
+TEST_F(RestartGuardPagesTest, ChangedBuiltInObjectsHaveNoEffect) {
   open(fields);
   page().evaluate(R"(
     const fail = () => { throw new Error('broken by the page'); };
@@ -176,7 +176,7 @@ TEST_F(RestartGuardPagesTest, WhatAPageDoesToBuiltInObjectsChangesNothing) {
   expectNoFailures();
 }
 
-TEST_F(RestartGuardPagesTest, PageWhoseListenersThrowIsGuardedTheSame) {
+TEST_F(RestartGuardPagesTest, PageWithThrowingListenersIsGuardedToo) {
   open(fields);
   page().evaluate(
       "for (const type of inputTypes) window.addEventListener(type, (event) => {"
@@ -219,7 +219,7 @@ TEST_F(RestartGuardPagesTest, RewrittenDocumentIsGuardedToo) {
   EXPECT_EQ(prepare(), Json());
 }
 
-TEST_F(RestartGuardPagesTest, GuardThatIsPutInTwiceIsOne) {
+TEST_F(RestartGuardPagesTest, GuardInstalledTwiceIsOne) {
   open(fields);
   page().evaluate("window.first = window.NavoraUpdateGuard; window.firstFetch = fetch");
   page().evaluate("(0, eval)(" + Json(readFile(RESTART_GUARD_SCRIPT)).dump() + ")");
@@ -235,7 +235,7 @@ TEST_F(RestartGuardPagesTest, LoginPageIsGuarded) {
   EXPECT_EQ(ask(), Json(textReason));
 }
 
-TEST_F(RestartGuardPagesTest, TodayViewIsReadyWhenNothingIsUnderWay) {
+TEST_F(RestartGuardPagesTest, TodayViewIsReadyWhenIdle) {
   openToday();
   EXPECT_EQ(prepare(), Json());
   typeUntil("x", "arrived.includes('keyup')");
@@ -246,7 +246,7 @@ TEST_F(RestartGuardPagesTest, TodayViewIsReadyWhenNothingIsUnderWay) {
   page().waitUntilTrue("document.querySelector('#capture-input').textContent === 'Now'");
 }
 
-TEST_F(RestartGuardPagesTest, TodayViewKnowsItsDraftAndItsNoteUnderWay) {
+TEST_F(RestartGuardPagesTest, TodayViewReportsItsDraftAndANoteBeingSaved) {
   openToday();
   page().type("#capture-input", "A draft");
   page().waitUntilTrue("sessionStorage.getItem('navora.draft') === 'A draft'");
@@ -309,7 +309,7 @@ TEST_F(RestartGuardPagesTest, ProviderThatIsStoredAtOnceDoesNotBlock) {
 // The service's pages in a browser, without the guard.
 class ServiceWithoutRestartGuardTest : public PageTest {};
 
-TEST_F(ServiceWithoutRestartGuardTest, PageAloneDoesNotSayThatItIsReady) {
+TEST_F(ServiceWithoutRestartGuardTest, PageAloneDoesNotReportThatItIsReady) {
   openToday();
   EXPECT_EQ(page().evaluate("return typeof window.NavoraUpdateGuard"), Json("undefined"));
 }

@@ -58,7 +58,7 @@ TEST_F(RestartGuardTest, TypedTextBlocksInEveryKindOfEditorUntilItIsCleared) {
   expectNoFailures();
 }
 
-TEST_F(RestartGuardTest, TextThatTheUserDeletesIsGone) {
+TEST_F(RestartGuardTest, DeletedTextDoesNotCount) {
   type("#area", "ab");
   desktop().keyboard().chord("BackSpace");
   desktop().keyboard().chord("BackSpace");
@@ -136,7 +136,7 @@ TEST_F(RestartGuardTest, EditorInAShadowTreeCounts) {
   EXPECT_EQ(ask(), Json());
 }
 
-TEST_F(RestartGuardTest, EditorInAClosedShadowTreeCountsAsLongAsItsHostIsThere) {
+TEST_F(RestartGuardTest, EditorInAClosedShadowTreeCountsWhileItsHostIsConnected) {
   page().evaluate(
       "window.inner = document.createElement('input');"
       "byId('outer').attachShadow({mode: 'closed'}).append(inner); inner.focus()");
@@ -265,7 +265,7 @@ TEST_F(RestartGuardTest, ChoiceOutsideOfAFormDoesNotCount) {
   EXPECT_EQ(ask(), Json());
 }
 
-TEST_F(RestartGuardTest, NumberInARequestIsTheTextOnlyOfAFieldForNumbers) {
+TEST_F(RestartGuardTest, NumberInARequestMatchesOnlyANumberField) {
   const std::string post =
       "await fetch('/__test/pages/plain.html', {method: 'POST', body: JSON.stringify({of: "
       "471100})})";
@@ -318,7 +318,7 @@ TEST_F(RestartGuardTest, FormThatThePageSubmitsItself) {
   expectNoFailures();
 }
 
-TEST_F(RestartGuardTest, SubmitThatSendsNothingSettlesChoicesButNoText) {
+TEST_F(RestartGuardTest, SubmitWithoutARequestSettlesChoicesButNoText) {
   page().evaluate(
       "byId('form').addEventListener('submit', (event) => { event.preventDefault();"
       "window.heard = true })");

@@ -27,14 +27,14 @@ TEST_F(TodayViewTest, NoteOfAnotherProgramAppearsWithTheStateOfItsJob) {
   EXPECT_EQ(page().evaluate("return window.notReloaded"), Json(true));
 }
 
-TEST_F(TodayViewTest, NoteThatIsDeletedElsewhereGoes) {
+TEST_F(TodayViewTest, NoteDeletedElsewhereDisappears) {
   openToday();
   const std::string id = page().evaluate("return document.querySelector('.note').id.slice(5)");
   page().evaluate("await fetch('/api/captures/" + id + "', {method: 'DELETE'})");
   page().waitUntilTrue("!document.querySelector('#note-" + id + "')");
 }
 
-TEST_F(TodayViewTest, ComesBackAfterAnInterruption) {
+TEST_F(TodayViewTest, RecoversFromAnInterruption) {
   openToday();
   service().stop();
   service().start();

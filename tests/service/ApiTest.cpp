@@ -154,7 +154,7 @@ TEST_F(Api, SamplePeopleAnswerMessagesAndJoinEvents) {
   EXPECT_EQ(joined["data"]["date"], "2026-03-09");
 }
 
-TEST_F(Api, NobodyAnswersWithoutSamplePeople) {
+TEST_F(Api, NoMessageIsAnsweredWithoutSamplePeople) {
   start();
   client->signIn();
   client->sendJson("POST", "/api/events", {{"date", "2026-03-09"}, {"title", "Tea"}});

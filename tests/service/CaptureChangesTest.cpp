@@ -29,7 +29,7 @@ TEST(CaptureChangesStore, ChangeBeforeTheWaitIsNotMissed) {
   EXPECT_EQ(changes.wait("ann", known, seconds(20)), known + 1);
 }
 
-TEST(CaptureChangesStore, OldestGivesUpWhenTooManyWait) {
+TEST(CaptureChangesStore, OldestWaitEndsWhenTooManyWait) {
   CaptureChanges changes;
   const auto known = changes.version("ann");
   std::atomic<int> ended = 0;
@@ -96,7 +96,7 @@ TEST_F(CaptureChangesRoute, DoesNotKeepTheServiceFromStopping) {
   EXPECT_LT(std::chrono::steady_clock::now() - begin, seconds(10));
 }
 
-TEST_F(CaptureChangesRoute, RefusesAVersionThatIsNone) {
+TEST_F(CaptureChangesRoute, RefusesAnInvalidVersion) {
   for (const char* version : {"", "x", "1x", "-1"}) {
     EXPECT_EQ(client->get(std::string("/api/captures/changes?after=") + version).status, 400)
         << version;

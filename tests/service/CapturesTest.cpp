@@ -141,7 +141,7 @@ TEST_F(Captures, LimitCountsUtf16Units) {
   EXPECT_EQ(post({{"raw", std::string(10001, 'a')}}).status, 422);
 }
 
-TEST_F(Captures, RefusesWhatIsNoNote) {
+TEST_F(Captures, RefusesInvalidNotes) {
   EXPECT_EQ(post({{"raw", " \n\t "}}).status, 422);
   EXPECT_EQ(post({{"raw", 5}}).status, 422);
   EXPECT_EQ(post(Json::object()).status, 422);
@@ -157,7 +157,7 @@ TEST_F(Captures, TextComesBackExactly) {
   EXPECT_EQ(notes()[0]["raw"], hostile);
 }
 
-TEST_F(Captures, DeletedNoteIsGoneAndItsNotificationResolved) {
+TEST_F(Captures, DeletedNoteIsRemovedAndItsNotificationResolved) {
   const Json accepted = post({{"raw", "x"}}).json();
   finishedJob(accepted["statusUrl"]);
   const std::string id = accepted["captureId"];
@@ -195,7 +195,7 @@ TEST_F(Captures, ExportsAreDownloads) {
   EXPECT_THAT(zip.body, HasSubstr("to keep"));
 }
 
-TEST(CapturesOfTwoUsers, AreInvisibleToEachOther) {
+TEST(CapturesOfTwoUsers, DoNotSeeEachOthersNotes) {
   Service service(plainOptions({"--account", "ann:1", "--account", "bo:2"}));
   ASSERT_FALSE(service.start());
   SessionClient ann(service.port());

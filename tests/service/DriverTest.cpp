@@ -41,7 +41,7 @@ class Driver : public ServiceTest {
   }
 };
 
-TEST_F(Driver, ScriptGoesToThePageAndItsValueComesBack) {
+TEST_F(Driver, ScriptRunsInThePageAndItsValueIsReturned) {
   Page page(client->port(), "main");
   auto result = evaluate("return 6 * 7");
   const Json script = page.next().json();
@@ -52,14 +52,14 @@ TEST_F(Driver, ScriptGoesToThePageAndItsValueComesBack) {
   EXPECT_EQ(reply.json(), Json({{"ok", true}, {"value", 42}}));
 }
 
-TEST_F(Driver, ErrorOfThePageComesBack) {
+TEST_F(Driver, ErrorOfThePageIsReturned) {
   Page page(client->port(), "main");
   auto result = evaluate("throw new Error('no')");
   page.answer({{"id", page.next().json()["id"]}, {"ok", false}, {"error", "Error: no"}});
   EXPECT_EQ(result.get().json()["error"], "Error: no");
 }
 
-TEST_F(Driver, ScriptWaitsForAPageThatIsYetToCome) {
+TEST_F(Driver, ScriptWaitsForAPage) {
   auto result = evaluate("return 1");
   Page page(client->port(), "main");
   page.answer({{"id", page.next().json()["id"]}, {"ok", true}, {"value", 1}});
@@ -106,7 +106,7 @@ TEST_F(Driver, ScriptIsKeptForTheNextPageWhenTheListeningOneIsCut) {
   EXPECT_EQ(result.get().json()["value"], 4);
 }
 
-TEST_F(Driver, PageThatLeavesWithAScriptInHandIsReported) {
+TEST_F(Driver, PageThatIsUnloadedDuringAScriptIsReported) {
   Page page(client->port(), "main");
   auto result = evaluate("location.reload()");
   EXPECT_EQ(page.next().status, 200);

@@ -36,14 +36,14 @@ TEST_F(Faults, AnswerReplacesTheProperOne) {
   EXPECT_EQ(reply.body, "later");
 }
 
-TEST_F(Faults, RuleIsUsedUpAfterItsTimes) {
+TEST_F(Faults, RuleAppliesALimitedNumberOfTimes) {
   add({{"status", 500}}, "/api/auth/me", {{"times", 2}});
   EXPECT_EQ(me().status, 500);
   EXPECT_EQ(me().status, 500);
   EXPECT_EQ(me().status, 200);
 }
 
-TEST_F(Faults, RuleForEverEndsWithTheClearing) {
+TEST_F(Faults, UnlimitedRuleEndsWithTheClearing) {
   add({{"status", 500}}, "/api/auth/me", {{"times", -1}});
   for (int count = 0; count < 5; ++count)
     EXPECT_EQ(me().status, 500);
@@ -59,7 +59,7 @@ TEST_F(Faults, RuleMatchesMethodAndExactPathOnly) {
   EXPECT_EQ(client->sendJson("PUT", "/api/settings/more", Json::object()).status, 404);
 }
 
-TEST_F(Faults, OlderRuleGoesFirst) {
+TEST_F(Faults, OlderRuleApplies) {
   add({{"status", 501}});
   add({{"status", 502}});
   EXPECT_EQ(me().status, 501);

@@ -8,7 +8,7 @@ using testing::Not;
 
 class Pages : public ServiceTest {};
 
-TEST_F(Pages, RootCarriesWhatTheApplicationLooksFor) {
+TEST_F(Pages, RootContainsTheElementsThatTheApplicationUses) {
   start();
   client->signIn();
   const HttpReply reply = client->get("/");
@@ -58,7 +58,7 @@ TEST_F(Pages, HostileNameOfAUserIsEscaped) {
   EXPECT_THAT(page, Not(HasSubstr("<b>")));
 }
 
-TEST_F(Pages, NoScriptTurnsTextIntoMarkup) {
+TEST_F(Pages, NoScriptParsesTextAsMarkup) {
   const std::filesystem::path assets = plainOptions().pages / "assets";
   std::size_t scripts = 0;
   start();
@@ -67,8 +67,9 @@ TEST_F(Pages, NoScriptTurnsTextIntoMarkup) {
     ++scripts;
     const std::string script = client->get("/assets/" + entry.path().filename().string()).body;
     ASSERT_FALSE(script.empty()) << entry.path();
-    for (const char* door : {"innerHTML", "outerHTML", "insertAdjacentHTML", "document.write"}) {
-      EXPECT_THAT(script, Not(HasSubstr(door))) << entry.path();
+    for (const char* function :
+         {"innerHTML", "outerHTML", "insertAdjacentHTML", "document.write"}) {
+      EXPECT_THAT(script, Not(HasSubstr(function))) << entry.path();
     }
   }
   EXPECT_GT(scripts, 5U);

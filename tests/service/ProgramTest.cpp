@@ -135,7 +135,7 @@ TEST(ProgramTest, PortInUseIsAnErrorInEitherMode) {
   }
 }
 
-TEST(ProgramTest, BadOptionExitsWithTwoAndSaysWhy) {
+TEST(ProgramTest, InvalidOptionExitsWithTwoAndAMessage) {
   Program program({"--host", "0.0.0.0"});
   EXPECT_EQ(program.wait(), 2);
   EXPECT_THAT(program.restOfErrors(), HasSubstr("--host must be a loopback address"));

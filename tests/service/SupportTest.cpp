@@ -11,7 +11,7 @@
 namespace navora::service::tests {
 namespace {
 
-TEST(Text, TellsUtf8FromOtherBytes) {
+TEST(Text, RecognisesUtf8) {
   for (const char* text : {"", "a", "\u00e4", "\u20ac", "\U0010FFFF"})
     EXPECT_TRUE(isUtf8(text));
   for (const char* bytes : {"\x80", "\xC0\x80", "\xE0\x9F\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80",

@@ -41,7 +41,7 @@ TEST_F(TestControls, RequestsAreRecordedAsTheyCame) {
   EXPECT_LT(log[0]["sequence"], log[1]["sequence"]);
 }
 
-TEST_F(TestControls, BytesThatAreNoTextAreRecordedAsBase64) {
+TEST_F(TestControls, BytesThatAreNotUtf8AreRecordedAsBase64) {
   start({"--test"});
   client->request("POST", "/api/telemetry", "\xFF\xFE");
   const Json entry = client->get("/__test/requests").json()[0];
@@ -74,7 +74,7 @@ TEST_F(TestControls, RecordCanBeFilteredAwaitedAndCleared) {
   EXPECT_EQ(client->get("/__test/requests").json(), Json::array());
 }
 
-TEST_F(TestControls, EverybodyCanBeSignedOut) {
+TEST_F(TestControls, AllSessionsCanBeEnded) {
   start({"--test"});
   client->signIn();
   EXPECT_EQ(client->request("POST", "/__test/sessions/clear").status, 204);

@@ -76,7 +76,7 @@ TEST_F(Updates, ArchiveIsServedAsItIsInEitherMode) {
   }
 }
 
-TEST_F(Updates, HeadTellsTheLengthAndSendsNoBody) {
+TEST_F(Updates, HeadSendsTheLengthAndNoBody) {
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
     serve(mode);
     for (const auto& [path, size] : {std::pair(feedPath, feed.size()), {archivePath, 200008U}}) {
@@ -124,7 +124,7 @@ TEST_F(Updates, NothingButTheFilesOfTheDirectoryIsServed) {
   EXPECT_EQ(client->request("POST", feedPath, "x").status, 404);
 }
 
-TEST_F(Updates, DirectoryWithoutAFeedHasNone) {
+TEST_F(Updates, DirectoryWithoutAFeedRepliesWithNotFound) {
   std::filesystem::remove(updates.path() / "appcast.xml");
   serve();
   EXPECT_EQ(client->get(feedPath).status, 404);
@@ -149,7 +149,7 @@ TEST_F(Updates, WithoutADirectoryThereIsAFeedWithoutItems) {
 }
 
 // The client runs in the same process, so it must not keep the data either.
-TEST_F(Updates, LargeArchiveIsNeverInMemoryAsAWhole) {
+TEST_F(Updates, LargeArchiveIsNeverWhollyInMemory) {
   constexpr std::uintmax_t size = 100 * 1024 * 1024;
   writeLarge("large", size);
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
@@ -180,14 +180,14 @@ TEST_F(Updates, ArchiveThatIsReplacedMeanwhileIsSentAsItWas) {
   EXPECT_EQ(client->get("/updates/large").body, "other");
 }
 
-TEST_F(Updates, ClientThatGoesAwayDoesNotKeepTheServiceFromStopping) {
+TEST_F(Updates, ClientThatDisconnectsDoesNotKeepTheServiceFromStopping) {
   writeLarge("large", 512 * 1024 * 1024);
   for (const std::vector<std::string>& mode : {std::vector<std::string>{}, {"--test"}}) {
     serve(mode);
     {
-      const TcpConnection gone = TcpConnection::connect(client->port());
-      gone.send(client->requestBytes("GET", "/updates/large"));
-      gone.receiveSome();
+      const TcpConnection closed = TcpConnection::connect(client->port());
+      closed.send(client->requestBytes("GET", "/updates/large"));
+      closed.receiveSome();
     }
     const auto begin = std::chrono::steady_clock::now();
     service->stop();

@@ -68,7 +68,7 @@ void Mouse::scroll(Point point, int notches) {
 Point Mouse::position() {
   const XReply<xcb_query_pointer_reply_t> reply(xcb_query_pointer_reply(
       connection_.get(), xcb_query_pointer(connection_.get(), connection_.root()), nullptr));
-  if (!reply) throw TestError("The display is gone");
+  if (!reply) throw TestError("The display has exited");
   return {reply->root_x, reply->root_y};
 }
 

@@ -29,7 +29,7 @@ xcb_atom_t XConnection::atom(std::string_view name) {
   const auto cookie =
       xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
   const XReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-  if (!reply) throw TestError("The display is gone");
+  if (!reply) throw TestError("The display has exited");
   atoms_[std::string(name)] = reply->atom;
   return reply->atom;
 }
@@ -101,7 +101,7 @@ void XConnection::sendToWindowManager(xcb_window_t window, std::string_view mess
 void XConnection::synchronize() {
   const XReply<xcb_get_input_focus_reply_t> reply(
       xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
-  if (!reply) throw TestError("The display is gone");
+  if (!reply) throw TestError("The display has exited");
   // The only events are errors of requests about destroyed windows.
   while (const XReply<xcb_generic_event_t> event{xcb_poll_for_event(connection_)}) {
   }

@@ -20,7 +20,7 @@ class ChildProcessTest : public testing::Test {
   }
 
   // Neither running nor a zombie, except one left to init.
-  static bool gone(pid_t pid) {
+  static bool hasExited(pid_t pid) {
     const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
     return status.empty() || status.find("State:\tZ") != std::string::npos;
   }
@@ -28,12 +28,12 @@ class ChildProcessTest : public testing::Test {
   TemporaryDirectory folder_{"navora-child-process"};
 };
 
-TEST_F(ChildProcessTest, GivesTheExitCode) {
+TEST_F(ChildProcessTest, ReturnsTheExitCode) {
   ChildProcess child(shell("exit 7"));
   EXPECT_EQ(child.wait(), (ChildProcess::ExitStatus{7, 0}));
 }
 
-TEST_F(ChildProcessTest, GivesTheSignalThatEndedIt) {
+TEST_F(ChildProcessTest, ReturnsTheFatalSignal) {
   ChildProcess child(shell("kill -ABRT $$"));
   EXPECT_EQ(child.wait(), (ChildProcess::ExitStatus{-1, SIGABRT}));
 }
@@ -45,7 +45,7 @@ TEST_F(ChildProcessTest, KeepsOutputAndErrorsApart) {
   EXPECT_EQ(child.errorText(), "two\n");
 }
 
-TEST_F(ChildProcessTest, ASecondRunIsToldFromTheFirstInTheSameFile) {
+TEST_F(ChildProcessTest, SeparatesTwoRunsThatWriteToTheSameFile) {
   ChildProcess(shell("echo first")).wait();
   ChildProcess child(shell("echo second"));
   child.wait();
@@ -58,7 +58,7 @@ TEST_F(ChildProcessTest, WaitsForALine) {
   EXPECT_EQ(child.waitForLine("port "), "12");
 }
 
-TEST_F(ChildProcessTest, SaysWhenTheProgramEndsBeforeItsLine) {
+TEST_F(ChildProcessTest, ReportsAProgramThatExitsBeforeItsLine) {
   ChildProcess child(shell("echo something else; echo trouble >&2"));
   try {
     child.waitForLine("port ");
@@ -77,23 +77,23 @@ TEST_F(ChildProcessTest, PassesExactlyTheGivenEnvironment) {
   EXPECT_EQ(child.outputText(), "[a b] []\n");
 }
 
-TEST_F(ChildProcessTest, KillsAProgramThatIgnoresRequestsToEnd) {
+TEST_F(ChildProcessTest, KillsAProgramThatIgnoresSigterm) {
   ChildProcess child(shell("trap '' TERM; echo ready; while true; do sleep 1; done"));
   child.waitForLine("ready");
   EXPECT_EQ(child.terminate(std::chrono::milliseconds(100)).signal, SIGKILL);
 }
 
-TEST_F(ChildProcessTest, TakesWhatTheProgramStartedWithIt) {
+TEST_F(ChildProcessTest, KillsWhatTheProgramStarted) {
   pid_t grandchild = 0;
   {
     ChildProcess child(shell("sleep 60 & echo started $!; wait"));
     grandchild = static_cast<pid_t>(std::stol(child.waitForLine("started ")));
-    EXPECT_FALSE(gone(grandchild));
+    EXPECT_FALSE(hasExited(grandchild));
   }
-  waitUntil([&] { return gone(grandchild); }, "the grandchild has ended");
+  waitUntil([&] { return hasExited(grandchild); }, "the grandchild has exited");
 }
 
-TEST_F(ChildProcessTest, DiesWithItsStarter) {
+TEST_F(ChildProcessTest, DiesWithItsParent) {
   auto options = shell("echo started $$; exec sleep 60");
   const pid_t starter = fork();
   if (starter == 0) {
@@ -107,7 +107,7 @@ TEST_F(ChildProcessTest, DiesWithItsStarter) {
   const std::string line = readFile(options.standardOutput);
   ASSERT_EQ(line.substr(0, 8), "started ");
   const auto pid = static_cast<pid_t>(std::stol(line.substr(8)));
-  waitUntil([&] { return gone(pid); }, "the child has ended with its starter");
+  waitUntil([&] { return hasExited(pid); }, "the child has exited with its parent");
 }
 
 TEST_F(ChildProcessTest, AProgramThatDoesNotExistIsNamed) {

@@ -64,7 +64,7 @@ TEST_F(DesktopDriverTest, TypedUnicodeTextArrivesUnchanged) {
   EXPECT_EQ(typed(text), text);
 }
 
-TEST_F(DesktopDriverTest, TheKeyboardHasRoomForManyAlphabets) {
+TEST_F(DesktopDriverTest, TheKeyboardMapsManyAlphabets) {
   for (const std::string text :
        {"абвгдеёжзийклмнопрстуфхцчшщъыьэюя", "АБВГДЕЁЖЗИЙКЛМНОПРСТУФХЦЧШЩЪЫЬЭЮЯ",
         "àâæçéèêëîïôœùûüÿñãõíóúáßÄÖÜ«»„“”’…–—€№", "日本語のテキスト入力を確認する"}) {
@@ -127,7 +127,7 @@ TEST_F(DesktopDriverTest, DialogsAreFoundAndAnsweredThroughAccessibility) {
   desktop_->accessibility().waitFor({.role = "push button", .name = "Proceed"}, dialog).press();
   EXPECT_EQ(program_->waitForLine("answered "), "Proceed");
   waitUntil([&] { return !desktop_->accessibility().find({.role = "alert"}, program_->pid()); },
-            "the dialog is gone");
+            "the dialog is closed");
 }
 
 TEST_F(DesktopDriverTest, TextsOfEntriesAreReadAndWrittenThroughAccessibility) {
@@ -150,14 +150,14 @@ TEST_F(DesktopDriverTest, OpenedAddressesAreRecordedInOrder) {
                                             "mailto:someone@example.com"}));
 }
 
-TEST_F(DesktopDriverTest, WindowsTellWhatTheyAre) {
+TEST_F(DesktopDriverTest, WindowsReportTheirTypesAndStates) {
   EXPECT_EQ(window_.title, "Driver sample – окно");
   EXPECT_TRUE(window_.hasType("_NET_WM_WINDOW_TYPE_NORMAL"));
   EXPECT_GE(window_.content.width, 300);
   EXPECT_TRUE(desktop_->display().window(window_.id)->active);
 }
 
-TEST_F(DesktopDriverTest, AWindowIsMinimisedAndBroughtBack) {
+TEST_F(DesktopDriverTest, AWindowIsMinimisedAndRestored) {
   Display& display = desktop_->display();
   display.minimise(window_.id);
   waitUntil([&] { return display.window(window_.id)->minimised; }, "the window is minimised");
@@ -187,7 +187,7 @@ TEST_F(DesktopDriverTest, SleepAndWakeReachPrograms) {
   EXPECT_NO_THROW(program_->waitForLine("woken"));
 }
 
-TEST_F(DesktopDriverTest, FailedWaitsSayWhatWasThereInstead) {
+TEST_F(DesktopDriverTest, FailedWaitsReportTheState) {
   try {
     desktop_->accessibility().waitFor({.role = "push button", .name = "Absent"}, program_->pid(),
                                       std::chrono::milliseconds(50));
@@ -200,7 +200,7 @@ TEST_F(DesktopDriverTest, FailedWaitsSayWhatWasThereInstead) {
 }
 
 // Other driver tests start a program first, and are too slow to reveal this race.
-TEST(FreshDesktopTest, ItsWindowManagerTakesCareOfTheVeryFirstWindow) {
+TEST(FreshDesktopTest, ItsWindowManagerManagesTheFirstWindow) {
   VirtualDesktop::Options options;
   options.accessibility = false;
   VirtualDesktop desktop(options);

@@ -89,7 +89,7 @@ std::uint32_t idOf(const Variant& reply) {
   return id;
 }
 
-TEST_F(DesktopServicesTest, NotificationsAreRememberedWithEverythingTheyCarry) {
+TEST_F(DesktopServicesTest, NotificationsAreRecordedWithAllTheirValues) {
   const FakeNotificationDaemon daemon(address());
   NotifyingProgram program(address());
   const std::uint32_t id = idOf(program.notify("First"));
@@ -123,7 +123,7 @@ TEST_F(DesktopServicesTest, NotificationsAreClickedAndClosed) {
   EXPECT_EQ(program.waitForSignal(), "NotificationClosed(" + id + ", 2)");
 }
 
-TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndBackAgain) {
+TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndRestarted) {
   NotifyingProgram program(address());
   EXPECT_FALSE(program.notify("Nobody"));
   auto daemon = std::make_unique<FakeNotificationDaemon>(address());
@@ -252,7 +252,7 @@ TEST_F(DesktopServicesTest, StatusItemsRegisterByPathOrByName) {
   EXPECT_EQ(watcher.registrations().size(), 2U);
 }
 
-TEST_F(DesktopServicesTest, StatusItemsAreLookedAt) {
+TEST_F(DesktopServicesTest, StatusItemsAreRead) {
   FakeStatusNotifierWatcher watcher(address());
   SampleStatusItem item(address());
   item.announce("/Item");
@@ -280,7 +280,7 @@ TEST_F(DesktopServicesTest, StatusItemsAreLookedAt) {
   EXPECT_FALSE(menu[4].visible);
 }
 
-TEST_F(DesktopServicesTest, StatusItemsAreUsed) {
+TEST_F(DesktopServicesTest, StatusItemsAreActivatedAndTheirMenusOperated) {
   FakeStatusNotifierWatcher watcher(address());
   SampleStatusItem item(address());
   item.announce("/Item");

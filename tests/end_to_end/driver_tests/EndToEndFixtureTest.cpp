@@ -22,7 +22,7 @@ TEST_F(EndToEndFixtureTest, SignsInThroughTheLoginPage) {
   EXPECT_EQ(page().evaluate("return (await fetch('/api/auth/me')).status"), Json(401));
 }
 
-TEST_F(EndToEndFixtureTest, EveryTestBeginsAsAfterTheInstallation) {
+TEST_F(EndToEndFixtureTest, EveryTestStartsWithoutStoredData) {
   page().waitUntilTrue("location.pathname === '/login'");
   for (const RecordedRequest& request : serviceClient().requests()) {
     EXPECT_FALSE(request.header("Cookie").has_value()) << request.describe();
@@ -34,7 +34,7 @@ TEST_F(EndToEndFixtureTest, WidgetsAreThoseOfTheApplication) {
   EXPECT_FALSE(hasWidget("label", "Something else"));
 }
 
-TEST_F(EndToEndFixtureTest, SavesWhatThereIsToSee) {
+TEST_F(EndToEndFixtureTest, SavesArtifacts) {
   std::filesystem::remove_all(artifacts());
   saveArtifacts();
   EXPECT_EQ(readFile(artifacts() / "screen.png").substr(1, 3), "PNG");
@@ -44,7 +44,7 @@ TEST_F(EndToEndFixtureTest, SavesWhatThereIsToSee) {
   EXPECT_TRUE(std::filesystem::exists(artifacts() / "logs/navora-service.out"));
 }
 
-TEST_F(EndToEndFixtureTest, ACrashIsTold) {
+TEST_F(EndToEndFixtureTest, ACrashIsReported) {
   EXPECT_TRUE(crashReport().empty());
   application().process().signal(SIGSEGV);
   application().process().wait();

@@ -172,7 +172,7 @@ TEST_F(PageDriverTest, TheForeignServerSeesEveryRequestWithItsHeadersAndBody) {
   EXPECT_TRUE(foreign_.requests().empty());
 }
 
-TEST_F(PageDriverTest, TheServiceTellsWhatItReceived) {
+TEST_F(PageDriverTest, TheServiceReportsWhatItReceived) {
   ServiceClient client(service_.controlUrl());
   client.clearRequests();
   page_->evaluate("await fetch('/api/settings', {headers: {'X-Test': 'yes'}})");
@@ -181,7 +181,7 @@ TEST_F(PageDriverTest, TheServiceTellsWhatItReceived) {
   EXPECT_TRUE(client.requests("POST", "/api/settings").empty());
 }
 
-TEST_F(PageDriverTest, TheServiceMisbehavesWhenTold) {
+TEST_F(PageDriverTest, TheServiceCarriesOutFaults) {
   ServiceClient client(service_.controlUrl());
   client.addFault("GET", "/api/settings", {{"status", 503}}, 1);
   const std::string status = "return (await fetch('/api/settings')).status";
@@ -193,7 +193,7 @@ TEST_F(PageDriverTest, TheServiceMisbehavesWhenTold) {
   EXPECT_EQ(page_->evaluate(status), Json(401));
 }
 
-TEST_F(PageDriverTest, AStoppedServiceComesBackAsItWas) {
+TEST_F(PageDriverTest, AnUnpluggedServiceKeepsItsState) {
   ServiceClient client(service_.controlUrl());
   page_->evaluate("await fetch('/api/before')");
   service_.stop();
