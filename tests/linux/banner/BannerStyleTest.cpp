@@ -1,3 +1,5 @@
+#include <gdkmm/frameclock.h>
+#include <glibmm/main.h>
 #include <gmock/gmock.h>
 #include <gtkmm/popover.h>
 

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include <glibmm/main.h>
 #include <gmock/gmock.h>
 #include <xcb/xcb.h>
 

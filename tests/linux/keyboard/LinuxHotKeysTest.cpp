@@ -1,9 +1,9 @@
 #include <vector>
 
-#include <X11/XKBlib.h>
 #include <gdk/gdkkeysyms.h>
-#include <gdk/gdkx.h>
 #include <gtest/gtest.h>
+#include <X11/XKBlib.h>
+#include <gdk/gdkx.h>
 
 // A macro of Xlib, and a name of the door.
 #undef Status

@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include <gdk/gdkx.h>
 #include <gmock/gmock.h>
 #include <gtkmm/window.h>
+#include <gdk/gdkx.h>
 
 #include "end_to_end/driver/BusConnection.h"
 #include "end_to_end/driver/FakeNotificationDaemon.h"

@@ -3,8 +3,8 @@
 #include <array>
 #include <utility>
 
-#include <X11/XKBlib.h>
 #include <gdk/gdkkeysyms.h>
+#include <X11/XKBlib.h>
 #include <gdk/gdkx.h>
 
 #include "linux/support/MainLoop.h"

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include <gdk/gdkx.h>
 #include <gtkmm/container.h>
+#include <gdk/gdkx.h>
 
 #include "linux/support/TestDesktop.h"
 

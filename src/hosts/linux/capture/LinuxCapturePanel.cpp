@@ -2,11 +2,11 @@
 
 #include <cmath>
 
-#include <gdk/gdkx.h>
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
 #include <gdkmm/screen.h>
 #include <glibmm/main.h>
+#include <gdk/gdkx.h>
 
 #include "hosts/linux/keyboard/KeyEvents.h"
 #include "hosts/linux/keyboard/ModifierNames.h"

@@ -4,8 +4,8 @@
 #include <memory>
 #include <utility>
 
-#include <X11/XKBlib.h>
 #include <gdk/gdkkeysyms.h>
+#include <X11/XKBlib.h>
 #include <gdk/gdkx.h>
 
 #include "hosts/linux/system/GLibSupport.h"
