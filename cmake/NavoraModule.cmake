@@ -11,6 +11,17 @@ function(navora_include_root target scope path source)
   target_include_directories(${target} ${scope} "${root}")
 endfunction()
 
+# Excludes the sources that include X11's headers from unity builds: these define macros such as None,
+# Status, Success and Bool, which break the sources compiled after them.
+function(navora_compile_x11_sources_alone)
+  foreach(source IN LISTS ARGN)
+    file(STRINGS "${source}" x11_includes REGEX "^#include <(X11/|gdk/gdkx\\.h)")
+    if(x11_includes)
+      set_property(SOURCE "${source}" PROPERTY SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
+endfunction()
+
 # navora_module(NAME SOURCES file... [USES module...] [LIBRARIES target...])
 #
 # A module of the core, in src/NAME. Others see its headers through the target `navora_NAME`; its
@@ -57,6 +68,7 @@ function(navora_host_module host folder)
   list(TRANSFORM MODULE_USES PREPEND navora_)
   list(TRANSFORM MODULE_USES_PRIVATELY PREPEND navora_)
   list(TRANSFORM MODULE_SOURCES PREPEND "${folder}/")
+  navora_compile_x11_sources_alone(${MODULE_SOURCES})
   add_library(${target} STATIC ${MODULE_SOURCES})
   navora_include_root(${target} PUBLIC hosts/${host}/${folder} "${CMAKE_CURRENT_SOURCE_DIR}/${folder}")
   target_link_libraries(${target}

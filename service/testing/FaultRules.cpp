@@ -72,7 +72,7 @@ std::chrono::milliseconds duration(Members& members, const char* name) {
   return std::chrono::milliseconds(members.number(name, 600000));
 }
 
-Fault redirect(Members& members) {
+Fault redirectFault(Members& members) {
   const int status = members.has("status") ? static_cast<int>(members.number("status", 399)) : 302;
   return AnswerFault{status,
                      {{"Location", members.text("redirect", "")}},
@@ -81,7 +81,7 @@ Fault redirect(Members& members) {
                      members.flag("process")};
 }
 
-Fault answer(Members& members) {
+Fault answerFault(Members& members) {
   const int status = static_cast<int>(members.number("status", 599));
   HeaderList headers = members.headers("headers");
   std::string body = members.text("body", "");
@@ -89,7 +89,7 @@ Fault answer(Members& members) {
                      members.text("contentType", "application/json"), members.flag("process")};
 }
 
-std::optional<Fault> drop(Members& members) {
+std::optional<Fault> dropFault(Members& members) {
   const std::string moment = members.text("drop", "");
   if (moment == "before") return DropFault{DropFault::Moment::before, 0};
   if (moment == "after") return DropFault{DropFault::Moment::after, 0};
@@ -105,12 +105,12 @@ std::optional<Fault> parseFault(const Json& json) {
   const auto has = [&](const char* name) { return json.is_object() && json.contains(name); };
   if (has("redirect")) {
     Members members(json, {"redirect", "status", "process"});
-    Fault fault = redirect(members);
+    Fault fault = redirectFault(members);
     return valid(members, std::move(fault));
   }
   if (has("status")) {
     Members members(json, {"status", "headers", "body", "contentType", "process"});
-    Fault fault = answer(members);
+    Fault fault = answerFault(members);
     return valid(members, std::move(fault));
   }
   if (has("delay")) {
@@ -120,7 +120,7 @@ std::optional<Fault> parseFault(const Json& json) {
   }
   if (has("drop")) {
     Members members(json, {"drop", "bytes"});
-    std::optional<Fault> fault = drop(members);
+    std::optional<Fault> fault = dropFault(members);
     return valid(members, std::move(fault));
   }
   if (has("oversize")) {

@@ -21,7 +21,7 @@ bool equalIgnoringCase(std::string_view a, std::string_view b) {
                     [&](char x, char y) { return lower(x) == lower(y); });
 }
 
-std::optional<std::size_t> number(std::string_view text, int base) {
+std::optional<std::size_t> parseNumber(std::string_view text, int base) {
   std::size_t value = 0;
   const auto [rest, error] = std::from_chars(text.data(), text.data() + text.size(), value, base);
   if (error != std::errc() || rest == text.data()) return std::nullopt;
@@ -83,7 +83,7 @@ std::optional<ReadFailure> readChunks(Reader& reader, std::string& body) {
   while (true) {
     std::string line;
     if (!reader.takeLine(line)) return ReadFailure::closed;
-    const auto size = number(line, 16);
+    const auto size = parseNumber(line, 16);
     if (!size) return ReadFailure::malformed;
     if (*size > bodyLimit - body.size()) return ReadFailure::tooLarge;
     if (*size == 0) break;
@@ -106,7 +106,7 @@ std::optional<ReadFailure> readBody(Connection& connection, std::string& buffer,
   }
   Reader reader(connection, buffer);
   if (chunked) return readChunks(reader, request.body);
-  const auto size = number(length, 10);
+  const auto size = parseNumber(length, 10);
   if (!size) return ReadFailure::malformed;
   if (*size > bodyLimit) return ReadFailure::tooLarge;
   if (!reader.take(*size, request.body)) return ReadFailure::closed;

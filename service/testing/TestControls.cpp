@@ -39,7 +39,7 @@ std::string notFound() {
   return failure(404, "There is no such test control.");
 }
 
-std::uint64_t number(const std::string& text, std::uint64_t fallback) {
+std::uint64_t numberOr(const std::string& text, std::uint64_t fallback) {
   std::uint64_t value = fallback;
   std::from_chars(text.data(), text.data() + text.size(), value);
   return value;
@@ -91,8 +91,9 @@ std::string TestControls::requests(const WireRequest& request, const Connection&
   }
   if (request.method != "GET") return notFound();
   auto parameters = queryParameters(request.query());
-  return reply(log_.read({parameters["method"], parameters["path"]}, number(parameters["count"], 0),
-                         std::chrono::milliseconds(number(parameters["timeout"], 0)),
+  return reply(log_.read({parameters["method"], parameters["path"]},
+                         numberOr(parameters["count"], 0),
+                         std::chrono::milliseconds(numberOr(parameters["timeout"], 0)),
                          [&] { return !connection.ended(); }));
 }
 
@@ -142,7 +143,7 @@ std::string TestControls::driver(const WireRequest& request, const Connection& c
 std::string TestControls::nextScript(const std::string& name, const WireRequest& request,
                                      const Connection& connection) {
   auto parameters = queryParameters(request.query());
-  const auto next = broker_.next(name, number(parameters["generation"], 0), longPoll,
+  const auto next = broker_.next(name, numberOr(parameters["generation"], 0), longPoll,
                                  [&] { return !connection.ended(); });
   if (const auto* script = std::get_if<DriverBroker::Script>(&next)) {
     return reply({{"id", script->id}, {"script", script->text}});

@@ -101,12 +101,12 @@ TEST_F(LoadFailureTest, RecoversFromACrashedPageProcess) {
   page().waitUntilTrue("document.querySelector('#landing') !== null", "the page is back");
 }
 
-struct Fault {
+struct LoadFault {
   const char* name;
   const char* action;
 };
 
-class FaultyServiceTest : public LoadFailureTest, public testing::WithParamInterface<Fault> {
+class FaultyServiceTest : public LoadFailureTest, public testing::WithParamInterface<LoadFault> {
  protected:
   bool startsApplication() const override { return false; }
 };
@@ -121,10 +121,10 @@ TEST_P(FaultyServiceTest, ShowsTheOverlayAtLaunchAndRecovers) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Login, FaultyServiceTest,
-                         testing::Values(Fault{"DropsTheConnection", R"({"drop": "before"})"},
-                                         Fault{"AnswersGarbage", R"({"garbage": true})"},
-                                         Fault{"BreaksOffHalfway",
-                                               R"({"drop": "during", "bytes": 100})"}),
+                         testing::Values(LoadFault{"DropsTheConnection", R"({"drop": "before"})"},
+                                         LoadFault{"AnswersGarbage", R"({"garbage": true})"},
+                                         LoadFault{"BreaksOffHalfway",
+                                                   R"({"drop": "during", "bytes": 100})"}),
                          [](const auto& fault) { return fault.param.name; });
 
 class ForeignRedirectTest : public LoadFailureTest {

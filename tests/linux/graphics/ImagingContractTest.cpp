@@ -11,7 +11,7 @@ namespace navora {
 namespace {
 
 constexpr Color clear{0, 0, 0, 0};
-constexpr Color red{1, 0, 0, 1};
+constexpr Color opaqueRed{1, 0, 0, 1};
 
 LinearGradient plain(Color color) {
   return {{{0, color}, {1, color}}, 0};
@@ -59,8 +59,8 @@ class ImagingContractTest : public testing::Test {
   Implementation implementation_;
 };
 
-using Implementations = testing::Types<OnPaper, ByCairo>;
-TYPED_TEST_SUITE(ImagingContractTest, Implementations);
+using ImagingImplementations = testing::Types<OnPaper, ByCairo>;
+TYPED_TEST_SUITE(ImagingContractTest, ImagingImplementations);
 
 TYPED_TEST(ImagingContractTest, ABitmapBeginsTransparent) {
   const auto bitmap = this->makeBitmap(3, 2);
@@ -74,9 +74,10 @@ TYPED_TEST(ImagingContractTest, ABitmapBeginsTransparent) {
 
 TYPED_TEST(ImagingContractTest, ThereAreNoColoursOutside) {
   const auto bitmap = this->makeBitmap(3, 2);
-  bitmap->draw(
-      1, [](Canvas& canvas) { canvas.fillRoundedRectangle({-9, -9, 18, 18}, 0, plain(red)); });
-  EXPECT_EQ(bitmap->colorAt(2, 1), red);
+  bitmap->draw(1, [](Canvas& canvas) {
+    canvas.fillRoundedRectangle({-9, -9, 18, 18}, 0, plain(opaqueRed));
+  });
+  EXPECT_EQ(bitmap->colorAt(2, 1), opaqueRed);
   EXPECT_EQ(bitmap->colorAt(-1, 0), std::nullopt);
   EXPECT_EQ(bitmap->colorAt(0, -1), std::nullopt);
   EXPECT_EQ(bitmap->colorAt(3, 0), std::nullopt);
@@ -85,11 +86,12 @@ TYPED_TEST(ImagingContractTest, ThereAreNoColoursOutside) {
 
 TYPED_TEST(ImagingContractTest, IsPaintedUpwardsAtTheScaleAndReadDownwards) {
   const auto bitmap = this->makeBitmap(20, 10);
-  bitmap->draw(2, [](Canvas& canvas) { canvas.fillRoundedRectangle({1, 1, 3, 1}, 0, plain(red)); });
+  bitmap->draw(
+      2, [](Canvas& canvas) { canvas.fillRoundedRectangle({1, 1, 3, 1}, 0, plain(opaqueRed)); });
   for (int y = 0; y < 10; ++y) {
     for (int x = 0; x < 20; ++x) {
       const bool inside = x >= 2 && x < 8 && y >= 6 && y < 8;
-      EXPECT_EQ(bitmap->colorAt(x, y), inside ? red : clear) << x << ' ' << y;
+      EXPECT_EQ(bitmap->colorAt(x, y), inside ? opaqueRed : clear) << x << ' ' << y;
     }
   }
 }
@@ -102,8 +104,9 @@ TYPED_TEST(ImagingContractTest, IsPaintedOnceAndAtOnce) {
 
 TYPED_TEST(ImagingContractTest, EveryDrawingBeginsTransparent) {
   const auto bitmap = this->makeBitmap(4, 4);
-  bitmap->draw(1, [](Canvas& canvas) { canvas.fillRoundedRectangle({0, 0, 4, 4}, 0, plain(red)); });
-  ASSERT_EQ(bitmap->colorAt(2, 2), red);
+  bitmap->draw(
+      1, [](Canvas& canvas) { canvas.fillRoundedRectangle({0, 0, 4, 4}, 0, plain(opaqueRed)); });
+  ASSERT_EQ(bitmap->colorAt(2, 2), opaqueRed);
   bitmap->draw(1, [](Canvas&) {});
   EXPECT_EQ(bitmap->colorAt(2, 2), clear);
 }
@@ -122,10 +125,10 @@ TYPED_TEST(ImagingContractTest, ColoursAreReadAsTheyWerePainted) {
 TYPED_TEST(ImagingContractTest, EveryShapeCoversItsOwnGround) {
   const auto bitmap = this->makeBitmap(80, 20);
   bitmap->draw(1, [](Canvas& canvas) {
-    canvas.fillRoundedRectangle({0, 0, 20, 20}, 50, plain(red));
-    canvas.strokeRoundedRectangle({22, 2, 16, 16}, 4, red, {.lineWidth = 4});
-    canvas.fillOval({40, 5, 20, 10}, red);
-    canvas.strokePath(Path().moveTo({62, 10}).curveTo({78, 10}, {62, 20}, {78, 20}), red,
+    canvas.fillRoundedRectangle({0, 0, 20, 20}, 50, plain(opaqueRed));
+    canvas.strokeRoundedRectangle({22, 2, 16, 16}, 4, opaqueRed, {.lineWidth = 4});
+    canvas.fillOval({40, 5, 20, 10}, opaqueRed);
+    canvas.strokePath(Path().moveTo({62, 10}).curveTo({78, 10}, {62, 20}, {78, 20}), opaqueRed,
                       {.lineWidth = 4});
   });
   const auto alphaAt = [&](int x, int y) { return bitmap->colorAt(x, y)->alpha; };

@@ -6,7 +6,7 @@
 namespace navora {
 namespace {
 
-constexpr Color red{1, 0, 0, 1};
+constexpr Color pureRed{1, 0, 0, 1};
 
 class LinuxImagingTest : public testing::Test {
  protected:
@@ -34,10 +34,10 @@ TEST_F(LinuxImagingTest, HasNoColoursOutside) {
 TEST_F(LinuxImagingTest, PaintsUpwardsAtTheScaleAndReadsDownwards) {
   const auto bitmap = imaging_.makeBitmap(20, 10);
   bitmap->draw(2, [](Canvas& canvas) {
-    canvas.fillRoundedRectangle({1, 1, 3, 1}, 0, {{{0, red}, {1, red}}, 0});
+    canvas.fillRoundedRectangle({1, 1, 3, 1}, 0, {{{0, pureRed}, {1, pureRed}}, 0});
   });
-  EXPECT_EQ(bitmap->colorAt(2, 7), red);
-  EXPECT_EQ(bitmap->colorAt(7, 6), red);
+  EXPECT_EQ(bitmap->colorAt(2, 7), pureRed);
+  EXPECT_EQ(bitmap->colorAt(7, 6), pureRed);
   EXPECT_EQ(bitmap->colorAt(1, 7)->alpha, 0);
   EXPECT_EQ(bitmap->colorAt(8, 7)->alpha, 0);
   EXPECT_EQ(bitmap->colorAt(2, 8)->alpha, 0);
@@ -47,7 +47,7 @@ TEST_F(LinuxImagingTest, PaintsUpwardsAtTheScaleAndReadsDownwards) {
 TEST_F(LinuxImagingTest, ClearsWhatWasPaintedBefore) {
   const auto bitmap = imaging_.makeBitmap(4, 4);
   bitmap->draw(1, [](Canvas& canvas) {
-    canvas.fillRoundedRectangle({0, 0, 4, 4}, 0, {{{0, red}, {1, red}}, 0});
+    canvas.fillRoundedRectangle({0, 0, 4, 4}, 0, {{{0, pureRed}, {1, pureRed}}, 0});
   });
   bitmap->draw(1, [](Canvas&) {});
   EXPECT_EQ(bitmap->colorAt(2, 2)->alpha, 0);

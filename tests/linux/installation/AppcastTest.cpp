@@ -11,7 +11,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-const std::string signature = std::string(86, 'A') + "==";
+const std::string anySignature = std::string(86, 'A') + "==";
 
 std::string feedOf(const std::string& items, const std::string& prefix = "sparkle") {
   return "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<rss version=\"2.0\" xmlns:" + prefix +
@@ -22,10 +22,10 @@ std::string feedOf(const std::string& items, const std::string& prefix = "sparkl
 std::string enclosure(const std::string& attributes = "", const std::string& url = "navora.tar.zst",
                       const std::string& length = "1000") {
   return "<enclosure url=\"" + url + "\" length=\"" + length + "\" sparkle:os=\"linux\" " +
-         "sparkle:edSignature=\"" + signature + "\" " + attributes + "/>";
+         "sparkle:edSignature=\"" + anySignature + "\" " + attributes + "/>";
 }
 
-std::string itemOf(const std::string& version, const std::string& more = "") {
+std::string itemText(const std::string& version, const std::string& more = "") {
   return "<item><sparkle:version>" + version + "</sparkle:version>" + more + enclosure() +
          "</item>";
 }
@@ -81,11 +81,11 @@ TEST(AppcastTest, AnItemIsReadWhole) {
   ASSERT_TRUE(entry.archive);
   EXPECT_EQ(entry.archive->url.string(), "https://updates.example/navora/navora.tar.zst");
   EXPECT_EQ(entry.archive->length, 1000U);
-  EXPECT_EQ(entry.archive->signature, readSignature(signature));
+  EXPECT_EQ(entry.archive->signature, readSignature(anySignature));
 }
 
 TEST(AppcastTest, WhatAnItemDoesNotSayIsAbsent) {
-  const auto entry = entryFrom(itemOf("2.0"));
+  const auto entry = entryFrom(itemText("2.0"));
   EXPECT_EQ(entry.displayVersion, "2.0");
   EXPECT_EQ(entry.link, std::nullopt);
   EXPECT_EQ(entry.minimumSystemVersion, "");
@@ -117,12 +117,12 @@ TEST(AppcastTest, ItemsForOtherSystemsAreLeftOut) {
   EXPECT_THAT(
       versionsIn("<item><sparkle:version>2.0</sparkle:version><link>https://a.example/</link>"
                  "<enclosure url=\"a\" length=\"1\" sparkle:edSignature=\"" +
-                 signature +
+                 anySignature +
                  "\"/></item>"
                  "<item><sparkle:version>2.1</sparkle:version>"
                  "<enclosure url=\"a\" length=\"1\" sparkle:os=\"macos\" "
                  "sparkle:edSignature=\"" +
-                 signature + "\"/></item>" + itemOf("2.2")),
+                 anySignature + "\"/></item>" + itemText("2.2")),
       ElementsAre("2.2"));
 }
 
@@ -166,8 +166,8 @@ TEST(AppcastTest, AddressesAreRelativeToTheFeed) {
 
 TEST(AppcastTest, WhomAnInformationalUpdateIsForIsRead) {
   const auto rule = [](const std::string& content) {
-    return entryFrom(itemOf("2.0", "<sparkle:informationalUpdate>" + content +
-                                       "</sparkle:informationalUpdate>"))
+    return entryFrom(itemText("2.0", "<sparkle:informationalUpdate>" + content +
+                                         "</sparkle:informationalUpdate>"))
         .informational;
   };
   EXPECT_TRUE(rule("").forAll);
@@ -183,17 +183,17 @@ TEST(AppcastTest, TheFeedChoosesThePrefixOfItsNames) {
   const auto entries = entriesOf(
       feedOf("<item><s:version>2.0</s:version><enclosure url=\"a\" length=\"1\" s:os=\"linux\" "
              "s:edSignature=\"" +
-                 signature + "\"/></item>",
+                 anySignature + "\"/></item>",
              "s"));
   ASSERT_EQ(entries.size(), 1U);
   EXPECT_EQ(entries.front().version, "2.0");
   // The usual prefix means nothing where another was declared.
-  EXPECT_THAT(entriesOf(feedOf(itemOf("2.0"), "s")), IsEmpty());
+  EXPECT_THAT(entriesOf(feedOf(itemText("2.0"), "s")), IsEmpty());
 }
 
 TEST(AppcastTest, WithoutTheNamespaceThereIsNothingForUs) {
-  EXPECT_THAT(entriesOf("<rss><channel>" + itemOf("2.0") + "</channel></rss>"), IsEmpty());
-  EXPECT_THAT(entriesOf("<rss xmlns:sparkle=\"http://a.example/\"><channel>" + itemOf("2.0") +
+  EXPECT_THAT(entriesOf("<rss><channel>" + itemText("2.0") + "</channel></rss>"), IsEmpty());
+  EXPECT_THAT(entriesOf("<rss xmlns:sparkle=\"http://a.example/\"><channel>" + itemText("2.0") +
                         "</channel></rss>"),
               IsEmpty());
 }
@@ -212,7 +212,7 @@ TEST(AppcastTest, WhatIsNoFeedGivesAReason) {
 }
 
 TEST(AppcastTest, ADocumentTypeIsRefused) {
-  const std::string feed = feedOf(itemOf("2.0"));
+  const std::string feed = feedOf(itemText("2.0"));
   const std::string body = feed.substr(feed.find("<rss"));
   for (const char* type : {"<!DOCTYPE rss>", "<!DOCTYPE rss SYSTEM \"file:///etc/passwd\">",
                            "<!DOCTYPE rss [<!ENTITY a \"2.0\">]>",
@@ -220,7 +220,7 @@ TEST(AppcastTest, ADocumentTypeIsRefused) {
     EXPECT_THAT(reasonFor(type + body), HasSubstr("document type")) << type;
     EXPECT_THAT(reasonFor("<!-- a -->" + std::string(type) + body), HasSubstr("document type"));
     EXPECT_NE(reasonFor(body + type), "read") << type;
-    EXPECT_NE(reasonFor(feedOf(type + itemOf("2.0"))), "read") << type;
+    EXPECT_NE(reasonFor(feedOf(type + itemText("2.0"))), "read") << type;
   }
 }
 
@@ -235,17 +235,17 @@ TEST(AppcastTest, EntitiesThatGrowWithoutEndAreHarmless) {
 }
 
 TEST(AppcastTest, AnEntityThatNobodyDeclaredIsNoVersion) {
-  EXPECT_THAT(versionsIn(itemOf("&version;") + itemOf("2.&#48;")), ElementsAre("2.0"));
+  EXPECT_THAT(versionsIn(itemText("&version;") + itemText("2.&#48;")), ElementsAre("2.0"));
 }
 
 TEST(AppcastTest, OneBadItemLeavesTheOthers) {
-  const std::string before = itemOf("2.0");
-  const std::string after = itemOf("2.1");
+  const std::string before = itemText("2.0");
+  const std::string after = itemText("2.1");
   const auto bad = [](const std::string& content) { return "<item>" + content + "</item>"; };
   const std::string version = "<sparkle:version>3.0</sparkle:version>";
   const std::string noSignature = "<enclosure url=\"a\" length=\"1\" sparkle:os=\"linux\"/>";
   const std::string noUrl =
-      "<enclosure length=\"1\" sparkle:os=\"linux\" sparkle:edSignature=\"" + signature + "\"/>";
+      "<enclosure length=\"1\" sparkle:os=\"linux\" sparkle:edSignature=\"" + anySignature + "\"/>";
   for (const std::string& item :
        {std::string("<item/>"), bad(enclosure()), bad(version), bad(version + noSignature),
         bad(version + noUrl), bad(version + enclosure("", "")),
@@ -273,9 +273,9 @@ TEST(AppcastTest, ASignatureThatIsNotExactlyOneIsRefused) {
         "length=\"1\" sparkle:os=\"linux\" sparkle:edSignature=\"" +
         text + "\"/></item>");
   };
-  EXPECT_THAT(with(signature), ElementsAre("2.0"));
+  EXPECT_THAT(with(anySignature), ElementsAre("2.0"));
   for (const std::string& text :
-       {std::string(), std::string(86, 'A'), std::string(84, 'A') + "====", signature + "A",
+       {std::string(), std::string(86, 'A'), std::string(84, 'A') + "====", anySignature + "A",
         std::string(90, 'A') + "==", std::string(85, 'A') + "===", std::string(85, '-') + "A==",
         std::string(85, 'A') + "B==", std::string(10'000, 'A')}) {
     EXPECT_THAT(with(text), IsEmpty()) << text;
@@ -283,15 +283,15 @@ TEST(AppcastTest, ASignatureThatIsNotExactlyOneIsRefused) {
 }
 
 TEST(AppcastTest, AVersionIsShortAndHoldsNothingUnexpected) {
-  EXPECT_THAT(versionsIn(itemOf("1.0-rc_1+5 (7)")), ElementsAre("1.0-rc_1+5 (7)"));
-  EXPECT_THAT(versionsIn(itemOf(std::string(100, '1'))), testing::SizeIs(1));
+  EXPECT_THAT(versionsIn(itemText("1.0-rc_1+5 (7)")), ElementsAre("1.0-rc_1+5 (7)"));
+  EXPECT_THAT(versionsIn(itemText(std::string(100, '1'))), testing::SizeIs(1));
   for (const std::string& version :
        {std::string(), std::string(101, '1'), std::string("1/2"), std::string("../1"),
         std::string("1&lt;2"), std::string("1&#10;2"), std::string("1\xC3\xA9"),
         std::string("1\xFF"), std::string("%s"), std::string("1\"2")}) {
-    EXPECT_THAT(versionsIn(itemOf(version)), IsEmpty()) << version;
-    EXPECT_THAT(versionsIn(itemOf("2.0", "<sparkle:shortVersionString>" + version +
-                                             "</sparkle:shortVersionString>")),
+    EXPECT_THAT(versionsIn(itemText(version)), IsEmpty()) << version;
+    EXPECT_THAT(versionsIn(itemText("2.0", "<sparkle:shortVersionString>" + version +
+                                               "</sparkle:shortVersionString>")),
                 version.empty() ? testing::SizeIs(1) : testing::SizeIs(0))
         << version;
   }
@@ -299,7 +299,7 @@ TEST(AppcastTest, AVersionIsShortAndHoldsNothingUnexpected) {
 
 TEST(AppcastTest, DatesMayHaveAnyTimeZone) {
   const auto dateOf = [](const std::string& text) {
-    return entryFrom(itemOf("2.0", "<pubDate>" + text + "</pubDate>")).published;
+    return entryFrom(itemText("2.0", "<pubDate>" + text + "</pubDate>")).published;
   };
   const Date expected = dateFromSecondsSince1970(1'000'000'000);
   EXPECT_EQ(dateOf("Sun, 09 Sep 2001 01:46:40 GMT"), expected);
@@ -311,10 +311,10 @@ TEST(AppcastTest, AHugeFeedIsRead) {
   std::string items;
   for (int index = 0; index < 20'000; ++index)
     items += "<item><description>text</description></item>";
-  EXPECT_THAT(versionsIn(items + itemOf("2.0")), ElementsAre("2.0"));
-  EXPECT_THAT(
-      versionsIn("<description>" + std::string(8'000'000, 'x') + "</description>" + itemOf("2.0")),
-      ElementsAre("2.0"));
+  EXPECT_THAT(versionsIn(items + itemText("2.0")), ElementsAre("2.0"));
+  EXPECT_THAT(versionsIn("<description>" + std::string(8'000'000, 'x') + "</description>" +
+                         itemText("2.0")),
+              ElementsAre("2.0"));
 }
 
 TEST(AppcastTest, DeepNestingIsHarmless) {
@@ -325,7 +325,7 @@ TEST(AppcastTest, DeepNestingIsHarmless) {
     open += "<a>";
     close += "</a>";
   }
-  EXPECT_THAT(versionsIn(itemOf("2.0") + open + close), ElementsAre("2.0"));
+  EXPECT_THAT(versionsIn(itemText("2.0") + open + close), ElementsAre("2.0"));
   EXPECT_NE(reasonFor(feedOf(open)), "read");
 }
 

@@ -39,7 +39,7 @@ std::string feedAround(const std::string& items, const std::string& prefix = "sp
          "</channel></rss>";
 }
 
-std::vector<std::string> versionsIn(const std::string& feed) {
+std::vector<std::string> versionsOf(const std::string& feed) {
   std::vector<std::string> versions;
   const auto entries = readAppcast(feed, address);
   if (!entries) return {entries.error()};
@@ -78,7 +78,7 @@ TEST(FeedTest, WhatIsNotSaidIsNotWritten) {
                            "informational"}) {
     EXPECT_THAT(*feed, Not(HasSubstr(name))) << name;
   }
-  EXPECT_THAT(versionsIn(*feed), ElementsAre("2.0"));
+  EXPECT_THAT(versionsOf(*feed), ElementsAre("2.0"));
 }
 
 TEST(FeedTest, AnInformationalReleaseIsOneForAll) {
@@ -94,11 +94,11 @@ TEST(FeedTest, TheSameReleasesGiveTheSameBytes) {
 }
 
 TEST(FeedTest, ANewReleaseComesFirst) {
-  EXPECT_THAT(versionsIn(feedWith({"1.0", "2.0", "1.5"})), ElementsAre("1.5", "2.0", "1.0"));
+  EXPECT_THAT(versionsOf(feedWith({"1.0", "2.0", "1.5"})), ElementsAre("1.5", "2.0", "1.0"));
 }
 
 TEST(FeedTest, AReleaseTakesThePlaceOfOneOfTheSameVersion) {
-  EXPECT_THAT(versionsIn(feedWith({"1.0", "2.0", "1.0"})), ElementsAre("1.0", "2.0"));
+  EXPECT_THAT(versionsOf(feedWith({"1.0", "2.0", "1.0"})), ElementsAre("1.0", "2.0"));
   EXPECT_EQ(feedWith({"2.0", "1.0"}), feedWith({"1.0", "2.0", "1.0"}));
 }
 
@@ -128,7 +128,7 @@ TEST(FeedTest, ItemsOfOtherSystemsAndWhatElseIsThereStay) {
     EXPECT_THAT(*next, HasSubstr(part));
   }
   EXPECT_THAT(*next, Not(HasSubstr("old.tar")));
-  EXPECT_THAT(versionsIn(*next), ElementsAre("2.0"));
+  EXPECT_THAT(versionsOf(*next), ElementsAre("2.0"));
 }
 
 TEST(FeedTest, TheSignatureOfTheFeedIsTakenOff) {

@@ -17,7 +17,7 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-constexpr std::size_t limit = 1000;
+constexpr std::size_t bodyLimit = 1000;
 
 std::string answer(const std::string& body, const std::string& headers = "") {
   return "HTTP/1.1 200 OK\r\n" + headers + "Content-Length: " + std::to_string(body.size()) +
@@ -40,7 +40,7 @@ std::string gzipped(const std::string& text) {
 
 class LinuxHttpSessionTest : public testing::Test {
  protected:
-  void SetUp() override { makeSession({.maximumBodyBytes = limit}); }
+  void SetUp() override { makeSession({.maximumBodyBytes = bodyLimit}); }
 
   void makeSession(const HttpSessionConfiguration& configuration) {
     session_ = std::make_unique<LinuxHttpSession>(configuration);
@@ -145,7 +145,7 @@ TEST_F(LinuxHttpSessionTest, KeepsNoCookiesAndNoCache) {
 }
 
 TEST_F(LinuxHttpSessionTest, ReadsUpToTheLimit) {
-  const std::string body(limit, 'x');
+  const std::string body(bodyLimit, 'x');
   const TcpServer server(answer(body));
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
@@ -154,7 +154,7 @@ TEST_F(LinuxHttpSessionTest, ReadsUpToTheLimit) {
 }
 
 TEST_F(LinuxHttpSessionTest, GivesNothingOfAnAnswerBeyondTheLimit) {
-  const TcpServer server(answer(std::string(limit + 1, 'x')));
+  const TcpServer server(answer(std::string(bodyLimit + 1, 'x')));
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
   EXPECT_EQ(*result, (HttpResponse{200, testUrl(server.url()), "", true}));
@@ -174,12 +174,13 @@ TEST_F(LinuxHttpSessionTest, StopsReadingAnAnswerWithoutEnd) {
 }
 
 TEST_F(LinuxHttpSessionTest, CountsTheDecodedSize) {
-  const TcpServer fitting(answer(gzipped(std::string(limit, 'x')), "Content-Encoding: gzip\r\n"));
+  const TcpServer fitting(
+      answer(gzipped(std::string(bodyLimit, 'x')), "Content-Encoding: gzip\r\n"));
   const auto fits = get(fitting);
   ASSERT_TRUE(fits) << describe(fits);
-  EXPECT_EQ(fits->body, std::string(limit, 'x'));
+  EXPECT_EQ(fits->body, std::string(bodyLimit, 'x'));
   const TcpServer growing(
-      answer(gzipped(std::string(limit + 1, 'x')), "Content-Encoding: gzip\r\n"));
+      answer(gzipped(std::string(bodyLimit + 1, 'x')), "Content-Encoding: gzip\r\n"));
   const auto grows = get(growing);
   ASSERT_TRUE(grows) << describe(grows);
   EXPECT_TRUE(grows->bodyTooLarge);
@@ -261,11 +262,11 @@ TEST_F(LinuxHttpSessionTest, TimesOutWithoutAnAnswer) {
     while (!connection.readRequest().empty()) {
     }
   });
-  makeSession({.requestTimeoutSeconds = 0.1, .maximumBodyBytes = limit});
+  makeSession({.requestTimeoutSeconds = 0.1, .maximumBodyBytes = bodyLimit});
   const auto ofSession = send({.url = testUrl(server.url())});
   ASSERT_FALSE(ofSession);
   EXPECT_EQ(ofSession.error().code, PlatformError::timedOutCode);
-  makeSession({.maximumBodyBytes = limit});
+  makeSession({.maximumBodyBytes = bodyLimit});
   const auto ofRequest = send({.url = testUrl(server.url()), .timeoutSeconds = 0.1});
   ASSERT_FALSE(ofRequest);
   EXPECT_EQ(ofRequest.error().code, PlatformError::timedOutCode);
@@ -300,7 +301,7 @@ TEST_F(LinuxHttpSessionTest, WaitsAsLongAsDataComes) {
 
 TEST_F(LinuxHttpSessionTest, TimesOutWhenTheWholeTakesTooLong) {
   const TcpServer server([](TcpConnection& connection) { drip(connection, 900); });
-  makeSession({.resourceTimeoutSeconds = 0.3, .maximumBodyBytes = limit});
+  makeSession({.resourceTimeoutSeconds = 0.3, .maximumBodyBytes = bodyLimit});
   const auto result = send({.url = testUrl(server.url())});
   ASSERT_FALSE(result);
   EXPECT_EQ(result.error().code, PlatformError::timedOutCode);
@@ -323,7 +324,7 @@ TEST_F(LinuxHttpSessionTest, TellsNothingAfterItsEnd) {
 TEST_F(LinuxHttpSessionTest, MayBeDestroyedByItsCompletion) {
   const TcpServer server(answer("x"));
   for (const Url& url : {testUrl(server.url()), *Url::parse("/invalid")}) {
-    makeSession({.maximumBodyBytes = limit});
+    makeSession({.maximumBodyBytes = bodyLimit});
     bool done = false;
     session_->send({.url = url}, [&](const HttpSession::Result&) {
       session_.reset();

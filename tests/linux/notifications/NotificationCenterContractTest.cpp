@@ -81,7 +81,7 @@ class LinuxDesktop {
   std::unique_ptr<LinuxNotificationCenter> center_ = std::make_unique<LinuxNotificationCenter>();
 };
 
-class Delegate final : public NotificationCenterDelegate {
+class ContractDelegate final : public NotificationCenterDelegate {
  public:
   std::vector<std::optional<std::string>> opened;
 
@@ -221,7 +221,7 @@ TYPED_TEST(NotificationCenterContractTest, MayBeAskedFromAnAnswer) {
 
 TYPED_TEST(NotificationCenterContractTest, TellsWhatTheUserOpens) {
   this->desktop.permit();
-  Delegate delegate;
+  ContractDelegate delegate;
   this->center().setDelegate(&delegate);
   ASSERT_TRUE(this->add(this->notification("a")));
   ASSERT_TRUE(this->add(this->notification("b")));
@@ -235,7 +235,7 @@ TYPED_TEST(NotificationCenterContractTest, TellsWhatTheUserOpens) {
 
 TYPED_TEST(NotificationCenterContractTest, TellsNobodyOnceTheDelegateIsTakenAway) {
   this->desktop.permit();
-  Delegate gone;
+  ContractDelegate gone;
   this->center().setDelegate(&gone);
   ASSERT_TRUE(this->add(this->notification("a")));
   this->center().setDelegate(nullptr);
@@ -243,7 +243,7 @@ TYPED_TEST(NotificationCenterContractTest, TellsNobodyOnceTheDelegateIsTakenAway
   this->settleClicks();
   EXPECT_THAT(gone.opened, IsEmpty());
 
-  Delegate next;
+  ContractDelegate next;
   this->center().setDelegate(&next);
   this->desktop.click(this->notification("a"));
   ASSERT_TRUE(this->answersUntil([&] { return !next.opened.empty(); }));

@@ -63,8 +63,8 @@ class BackgroundQueueContractTest : public testing::Test {
   Implementation implementation_;
 };
 
-using Implementations = testing::Types<FakeThread, RealThread>;
-TYPED_TEST_SUITE(BackgroundQueueContractTest, Implementations);
+using BackgroundQueueImplementations = testing::Types<FakeThread, RealThread>;
+TYPED_TEST_SUITE(BackgroundQueueContractTest, BackgroundQueueImplementations);
 
 TYPED_TEST(BackgroundQueueContractTest, WorksElsewhereAndCompletesOnTheMainThread) {
   std::thread::id worked;

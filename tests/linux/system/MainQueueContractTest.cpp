@@ -49,8 +49,8 @@ class MainQueueContractTest : public testing::Test {
   Implementation implementation_;
 };
 
-using Implementations = testing::Types<ByHand, InMainLoop>;
-TYPED_TEST_SUITE(MainQueueContractTest, Implementations);
+using MainQueueImplementations = testing::Types<ByHand, InMainLoop>;
+TYPED_TEST_SUITE(MainQueueContractTest, MainQueueImplementations);
 
 TYPED_TEST(MainQueueContractTest, RunsWorkLaterAndInOrder) {
   std::string order;

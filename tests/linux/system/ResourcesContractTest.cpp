@@ -10,7 +10,7 @@ namespace navora {
 namespace {
 
 // What the core relies on, asked of the installed files and of those that its own tests use.
-class InMemory {
+class ResourcesInMemory {
  public:
   void put(const std::string& name, const std::string& extension, const std::string& content) {
     resources_.put(name, extension, content);
@@ -43,8 +43,8 @@ class ResourcesContractTest : public testing::Test {
   Implementation implementation_;
 };
 
-using Implementations = testing::Types<InMemory, InFolder>;
-TYPED_TEST_SUITE(ResourcesContractTest, Implementations);
+using ResourcesImplementations = testing::Types<ResourcesInMemory, InFolder>;
+TYPED_TEST_SUITE(ResourcesContractTest, ResourcesImplementations);
 
 TYPED_TEST(ResourcesContractTest, AreReadAsTheyAre) {
   const std::string text("Größe\r\n\0 end", 14);

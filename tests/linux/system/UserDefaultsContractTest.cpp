@@ -29,7 +29,7 @@ class InUnwritableFile {
   LinuxUserDefaults defaults_{"/proc/navora/defaults.json"};
 };
 
-class InMemory {
+class DefaultsInMemory {
  public:
   UserDefaults& defaults() { return defaults_; }
 
@@ -46,8 +46,8 @@ class UserDefaultsContractTest : public testing::Test {
   Implementation implementation_;
 };
 
-using Implementations = testing::Types<InMemory, InFile, InUnwritableFile>;
-TYPED_TEST_SUITE(UserDefaultsContractTest, Implementations);
+using UserDefaultsImplementations = testing::Types<DefaultsInMemory, InFile, InUnwritableFile>;
+TYPED_TEST_SUITE(UserDefaultsContractTest, UserDefaultsImplementations);
 
 TYPED_TEST(UserDefaultsContractTest, BeginsEmpty) {
   EXPECT_EQ(this->defaults().value("key"), std::nullopt);

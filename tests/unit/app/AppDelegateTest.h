@@ -18,6 +18,9 @@ namespace navora {
 // as the user, the page and the system.
 class AppDelegateTest : public testing::Test {
  protected:
+  // The page that the service shows after signing in.
+  static constexpr const char* home = "https://navora.example/";
+
   // Creates the delegate and launches the application.
   void launch() {
     create();

@@ -11,8 +11,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-constexpr const char* home = "https://navora.example/";
-
 class NavoraAppDelegateCaptureTest : public AppDelegateTest {
  protected:
   FakeCapturePanelView& panel() { return platform.capturePanel(); }

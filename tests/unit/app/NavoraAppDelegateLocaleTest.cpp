@@ -8,7 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* page = "https://navora.example/";
 constexpr const char* catalogs = R"({
   "en": {
     "Навора": "Navora",
@@ -23,10 +22,10 @@ class NavoraAppDelegateLocaleTest : public AppDelegateTest {
  protected:
   void SetUp() override {
     locale.setCatalogs(catalogs);
-    launchShowing(testUrl(page));
+    launchShowing(testUrl(home));
   }
 
-  void post(const std::string& body) { webView().post("navoraLocale", body, mainFrame(page)); }
+  void post(const std::string& body) { webView().post("navoraLocale", body, mainFrame(home)); }
 };
 
 TEST_F(NavoraAppDelegateLocaleTest, StoresBothValuesOfAValidMessage) {
@@ -52,7 +51,7 @@ TEST_F(NavoraAppDelegateLocaleTest, IgnoresAnInvalidMessageAsAWhole) {
 
 TEST_F(NavoraAppDelegateLocaleTest, IgnoresASubframeAndAForeignPage) {
   const std::string body = R"({"requestedLocale": "en"})";
-  webView().post("navoraLocale", body, subframe(page));
+  webView().post("navoraLocale", body, subframe(home));
   webView().post("navoraLocale", body, mainFrame("https://remote.example/"));
   EXPECT_EQ(DesktopLocale::requested, "system");
   EXPECT_THAT(log().take(), IsEmpty());
@@ -120,7 +119,7 @@ TEST_F(NavoraAppDelegateLocaleTest, ConnectsTheNewOverlayToRetriesAndFailures) {
   EXPECT_FALSE(errorView().isHidden());
   errorView().clickRetry();
   EXPECT_TRUE(errorView().isHidden());
-  EXPECT_EQ(webView().loads().back().url, testUrl(page));
+  EXPECT_EQ(webView().loads().back().url, testUrl(home));
 }
 
 }  // namespace

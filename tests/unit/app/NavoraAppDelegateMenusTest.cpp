@@ -9,8 +9,6 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 
-constexpr const char* home = "https://navora.example/";
-
 class NavoraAppDelegateMenusTest : public AppDelegateTest {
  protected:
   FakeStatusItem& statusItem() { return platform.statusItem(); }

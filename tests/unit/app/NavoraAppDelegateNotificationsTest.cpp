@@ -10,8 +10,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
-constexpr const char* home = "https://navora.example/";
-
 class NavoraAppDelegateNotificationsTest : public AppDelegateTest {
  protected:
   FakeNotificationCenter& center() { return platform.notificationCenter(); }

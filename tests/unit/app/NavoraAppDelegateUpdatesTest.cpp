@@ -13,8 +13,8 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* page = "https://navora.example/circles";
-constexpr const char* resumeScript = "window.NavoraUpdateGuard?.resume()";
+constexpr const char* circles = "https://navora.example/circles";
+constexpr const char* resumeEditingScript = "window.NavoraUpdateGuard?.resume()";
 const AppcastItem release{"2.0", "2.0", std::nullopt, false};
 
 class NavoraAppDelegateUpdatesTest : public AppDelegateTest {
@@ -48,14 +48,14 @@ TEST_F(NavoraAppDelegateUpdatesTest, AttachesTheBannerToTheWindow) {
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, ChecksForUpdatesFromTheMenu) {
-  launchShowing(testUrl(page));
+  launchShowing(testUrl(circles));
   platform.application().choose(DelegateAction::checkForUpdates);
   EXPECT_THAT(log().take(),
               ElementsAre("window.makeKeyAndOrderFront", "application.activate", "updater.check"));
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, InstallsIfThePageHasNothingUnsaved) {
-  installUpTo(testUrl(page));
+  installUpTo(testUrl(circles));
   EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install));
   webView().finishEvaluation(Json("{}"));
   EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install, UserUpdateChoice::install));
@@ -63,7 +63,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, InstallsIfThePageHasNothingUnsaved) {
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, ShowsThePagesReasonAgainstARestart) {
-  installUpTo(testUrl(page));
+  installUpTo(testUrl(circles));
   webView().finishEvaluation(Json(R"({"reason": "Save the note"})"));
   EXPECT_EQ(banner().content.detail, "Save the note");
   EXPECT_FALSE(delegate->restartPrepared());
@@ -72,7 +72,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, ShowsThePagesReasonAgainstARestart) {
 
 TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
   launch();
-  webView().setUrl(testUrl(page));
+  webView().setUrl(testUrl(circles));
   webView().loading = true;
   std::optional<std::string> message;
   delegate->prepareForUpdate(
@@ -81,11 +81,11 @@ TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, ResumesThePageWhenTheRestartIsCancelled) {
-  installUpTo(testUrl(page));
+  installUpTo(testUrl(circles));
   webView().finishEvaluation(Json("{}"));
   updater().dismissUpdateInstallation();
   EXPECT_FALSE(delegate->restartPrepared());
-  EXPECT_EQ(webView().scripts().back(), resumeScript);
+  EXPECT_EQ(webView().scripts().back(), resumeEditingScript);
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, PostponesUntilTheUsersNextMidnight) {
@@ -103,11 +103,11 @@ TEST_F(NavoraAppDelegateUpdatesTest, PostponesUntilTheUsersNextMidnight) {
 TEST_F(NavoraAppDelegateUpdatesTest, FollowsAChangeOfLanguage) {
   locale.setCatalogs(R"({"en": {"Обновить приложение": "Update"}})");
   locale.prefer({"ru"});
-  launchShowing(testUrl(page));
+  launchShowing(testUrl(circles));
   offer();
   EXPECT_EQ(banner().button(Button::primary).title, "Обновить приложение");
   webView().post("navoraLocale", R"({"requestedLocale": "en", "detectedLocale": null})",
-                 {true, testUrl(page)});
+                 {true, testUrl(circles)});
   EXPECT_EQ(banner().button(Button::primary).title, "Update");
 }
 

@@ -20,7 +20,7 @@ const std::string noGuardOnThePage =
     "Завершите редактирование и перезагрузите страницу перед обновлением.";
 const std::string notChecked =
     "Не удалось проверить незавершённый ввод. Попробуйте обновление ещё раз.";
-constexpr const char* resumeScript = "window.NavoraUpdateGuard?.resume()";
+constexpr const char* resumeGuardScript = "window.NavoraUpdateGuard?.resume()";
 
 // A guard for a capture panel and a page without unsaved input.
 class UpdateGuardTest : public QuickCaptureTest {
@@ -179,7 +179,7 @@ TEST_F(UpdateGuardTest, ResumesThePageIfADraftWasStartedMeanwhile) {
   EXPECT_EQ(takeAnswers(), one("Сначала сохраните быструю запись (⌘⇧Пробел)."));
   EXPECT_FALSE(guard->restartPrepared());
   EXPECT_TRUE(panel().isVisible());
-  EXPECT_EQ(webView->scripts().back(), resumeScript);
+  EXPECT_EQ(webView->scripts().back(), resumeGuardScript);
 }
 
 TEST_F(UpdateGuardTest, ResumesThePageWhenTheRestartIsCancelled) {
@@ -187,7 +187,7 @@ TEST_F(UpdateGuardTest, ResumesThePageWhenTheRestartIsCancelled) {
   pageIsReady();
   guard->resume();
   EXPECT_FALSE(guard->restartPrepared());
-  EXPECT_EQ(webView->scripts().back(), resumeScript);
+  EXPECT_EQ(webView->scripts().back(), resumeGuardScript);
   EXPECT_EQ(webView->scripts().size(), 2U);
 }
 

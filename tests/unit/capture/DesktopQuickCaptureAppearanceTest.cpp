@@ -7,7 +7,7 @@
 namespace navora {
 namespace {
 
-constexpr const char* key = "NavoraCaptureAppearance";
+constexpr const char* appearanceKey = "NavoraCaptureAppearance";
 
 class DesktopQuickCaptureAppearanceTest : public QuickCaptureTest {
  protected:
@@ -39,7 +39,7 @@ TEST_F(DesktopQuickCaptureAppearanceTest, TakesThePagesLookAndKeepsItForTheNextL
   capture->syncAppearance(appearanceDictionary());
   expectLook(*CaptureAppearance::read(appearanceDictionary()));
   EXPECT_EQ(editor().placeholder(), "Write");
-  EXPECT_EQ(platform.userDefaults().value(key), appearanceDictionary());
+  EXPECT_EQ(platform.userDefaults().value(appearanceKey), appearanceDictionary());
   capture.reset();
   make();
   expectLook(*CaptureAppearance::read(appearanceDictionary()));
@@ -54,11 +54,11 @@ TEST_F(DesktopQuickCaptureAppearanceTest, KeepsItsLookWhenThePageSendsNonsense) 
   for (const Json& body : {wrong, Json(), Json::array(), Json("dark"), Json::object()})
     capture->syncAppearance(body);
   expectLook(*CaptureAppearance::read(appearanceDictionary()));
-  EXPECT_EQ(platform.userDefaults().value(key), appearanceDictionary());
+  EXPECT_EQ(platform.userDefaults().value(appearanceKey), appearanceDictionary());
 }
 
 TEST_F(DesktopQuickCaptureAppearanceTest, IgnoresAStoredLookThatIsNoLongerValid) {
-  platform.userDefaults().setValue(key, Json{{"dark", true}});
+  platform.userDefaults().setValue(appearanceKey, Json{{"dark", true}});
   make();
   expectLook(CaptureAppearance::fallback(false));
 }
@@ -68,11 +68,11 @@ TEST_F(DesktopQuickCaptureAppearanceTest, FollowsTheSystemUntilThePageReportsAga
   capture->syncAppearance(appearanceDictionary());
   panel().delegate().systemAppearanceDidChange(true);
   expectLook(CaptureAppearance::read(appearanceDictionary())->followingSystemAppearance(true));
-  EXPECT_EQ(platform.userDefaults().value(key), appearanceDictionary());
+  EXPECT_EQ(platform.userDefaults().value(appearanceKey), appearanceDictionary());
 }
 
 TEST_F(DesktopQuickCaptureAppearanceTest, FollowsASystemThatChangedSinceTheLastLaunch) {
-  platform.userDefaults().setValue(key, appearanceDictionary());
+  platform.userDefaults().setValue(appearanceKey, appearanceDictionary());
   platform.captureDesktop().dark = true;
   make();
   expectLook(CaptureAppearance::read(appearanceDictionary())->followingSystemAppearance(true));

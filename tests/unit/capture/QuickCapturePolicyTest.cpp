@@ -12,7 +12,7 @@ namespace {
 constexpr const char* uuid = "0f8fad5b-d9cb-469f-a165-70867728950e";
 constexpr const char* otherUuid = "7c9e6679-7425-40de-944b-e07fc1f90ae7";
 
-std::string repeated(const std::string& text, int count) {
+std::string times(const std::string& text, int count) {
   std::string result;
   for (int index = 0; index < count; ++index)
     result += text;
@@ -56,15 +56,15 @@ TEST(QuickCapturePolicyShouldSubmit, TakesNoOtherKey) {
 TEST(QuickCapturePolicyValidText, TakesOneToTenThousandUnits) {
   EXPECT_FALSE(QuickCapturePolicy::validText(""));
   EXPECT_TRUE(QuickCapturePolicy::validText("a"));
-  EXPECT_TRUE(QuickCapturePolicy::validText(repeated("a", 10'000)));
-  EXPECT_FALSE(QuickCapturePolicy::validText(repeated("a", 10'001)));
+  EXPECT_TRUE(QuickCapturePolicy::validText(times("a", 10'000)));
+  EXPECT_FALSE(QuickCapturePolicy::validText(times("a", 10'001)));
 }
 
 TEST(QuickCapturePolicyValidText, CountsUtf16Units) {
-  EXPECT_TRUE(QuickCapturePolicy::validText(repeated("\U0001F642", 5'000)));
-  EXPECT_FALSE(QuickCapturePolicy::validText(repeated("\U0001F642", 5'001)));
-  EXPECT_TRUE(QuickCapturePolicy::validText(repeated("e\u0301", 5'000)));
-  EXPECT_FALSE(QuickCapturePolicy::validText(repeated("e\u0301", 5'000) + "e"));
+  EXPECT_TRUE(QuickCapturePolicy::validText(times("\U0001F642", 5'000)));
+  EXPECT_FALSE(QuickCapturePolicy::validText(times("\U0001F642", 5'001)));
+  EXPECT_TRUE(QuickCapturePolicy::validText(times("e\u0301", 5'000)));
+  EXPECT_FALSE(QuickCapturePolicy::validText(times("e\u0301", 5'000) + "e"));
 }
 
 TEST(QuickCapturePolicyValidText, DoesNotTrim) {

@@ -24,7 +24,7 @@ constexpr mode_t folderMode = 0755;
 constexpr mode_t fileMode = 0644;
 constexpr mode_t executableMode = 0755;
 
-PlatformError failure(const std::string& description) {
+PlatformError unpackingError(const std::string& description) {
   return updateError(UpdateStage::unpacking, description);
 }
 
@@ -49,10 +49,10 @@ class Unpacking {
   std::optional<PlatformError> run() {
     while (true) {
       auto member = reader_.next();
-      if (!member) return failure(member.error());
+      if (!member) return unpackingError(member.error());
       if (!*member) return makeLinks();
-      if (cancelled_) return failure("Cancelled");
-      if (++members_ > limits_.members) return failure("The archive holds too many files");
+      if (cancelled_) return unpackingError("Cancelled");
+      if (++members_ > limits_.members) return unpackingError("The archive holds too many files");
       if (auto error = make(**member)) return error;
     }
   }
@@ -98,12 +98,12 @@ class Unpacking {
                                        fileMode));
     if (!file) return systemFailure(member);
     while (true) {
-      if (cancelled_) return failure("Cancelled");
+      if (cancelled_) return unpackingError("Cancelled");
       const auto size = reader_.read(buffer_);
-      if (!size) return failure(size.error());
+      if (!size) return unpackingError(size.error());
       if (*size == 0) break;
       bytes_ += *size;
-      if (bytes_ > limits_.bytes) return failure("The archive holds too much");
+      if (bytes_ > limits_.bytes) return unpackingError("The archive holds too much");
       if (!file.write({buffer_.data(), *size})) return systemFailure(member);
       tellProgress();
     }
@@ -122,9 +122,9 @@ class Unpacking {
 
   std::optional<PlatformError> makeLinks() {
     for (const ArchiveMember& link : links_) {
-      if (cancelled_) return failure("Cancelled");
+      if (cancelled_) return unpackingError("Cancelled");
       if (liesBehindALink(link))
-        return failure("The archive holds \"" + link.path.string() + "\" behind a link");
+        return unpackingError("The archive holds \"" + link.path.string() + "\" behind a link");
       if (auto error = makeFolder(link, link.path.parent_path())) return error;
       if (::symlinkat(link.target.c_str(), folder_.get(), link.path.c_str()) != 0)
         return systemFailure(link);
@@ -166,7 +166,7 @@ std::optional<PlatformError> UpdateUnpacker::unpack(const std::filesystem::path&
                                                     const Limits& limits, const Progress& progress,
                                                     const std::atomic<bool>& cancelled) {
   auto reader = ArchiveReader::open(archive);
-  if (!reader) return failure(reader.error());
+  if (!reader) return unpackingError(reader.error());
   std::error_code error;
   const std::uint64_t size = std::filesystem::file_size(archive, error);
   FileDescriptor root(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));

@@ -9,7 +9,7 @@
 namespace navora {
 namespace {
 
-constexpr const char* introspection = R"xml(<node><interface name="com.canonical.dbusmenu">
+constexpr const char* menuInterface = R"xml(<node><interface name="com.canonical.dbusmenu">
   <property name="Version" type="u" access="read"/>
   <property name="TextDirection" type="s" access="read"/>
   <property name="Status" type="s" access="read"/>
@@ -87,7 +87,7 @@ GVariant* arrayFrom(const std::vector<std::int32_t>& ids) {
 DBusMenu::DBusMenu(GDBusConnection* bus, const Menu& menu,
                    std::function<void(const MenuItem&)> onChosen)
     : onChosen_(std::move(onChosen)),
-      object_(bus, path, introspection,
+      object_(bus, path, menuInterface,
               {[this](const char* method, GVariant* parameters, GDBusMethodInvocation* invocation) {
                  call(method, parameters, invocation);
                },

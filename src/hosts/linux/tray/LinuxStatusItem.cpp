@@ -23,7 +23,7 @@ constexpr BusMethod registration{watcherName, "/StatusNotifierWatcher",
                                  "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem"};
 constexpr const char* identifier = "example.navora.Navora";
 
-constexpr const char* introspection = R"xml(<node><interface name="org.kde.StatusNotifierItem">
+constexpr const char* itemInterface = R"xml(<node><interface name="org.kde.StatusNotifierItem">
   <property name="Category" type="s" access="read"/>
   <property name="Id" type="s" access="read"/>
   <property name="Title" type="s" access="read"/>
@@ -102,7 +102,7 @@ LinuxStatusItem::~LinuxStatusItem() {
 void LinuxStatusItem::join(GObjectPtr<GDBusConnection> bus) {
   drawIcon();
   menu_.emplace(bus.get(), description_.menu, [this](const MenuItem& item) { choose(item); });
-  object_.emplace(bus.get(), path, introspection,
+  object_.emplace(bus.get(), path, itemInterface,
                   BusObject::Implementation{
                       [this](const char* method, GVariant*, GDBusMethodInvocation* invocation) {
                         call(method, invocation);
