@@ -75,8 +75,10 @@
     return `#${channels.map((channel) => channel.toString(16).padStart(2, '0')).join('')}`;
   }
 
-  const over = (above, below) => [0, 1, 2].map((index) =>
-    above[index] * above[3] + below[index] * (1 - above[3])).concat(1);
+  const over =
+    (above, below) => [0, 1, 2]
+                        .map((index) => above[index] * above[3] + below[index] * (1 - above[3]))
+                        .concat(1);
 
   // Returns the first colour in the specified value of a rule or a custom property.
   function statedColor(text, style) {
@@ -100,16 +102,19 @@
 
   // ---- Colours that the style sheets specify for states that an element may not be in.
 
-  const states = [':focus-within', ':focus-visible', ':focus', ':hover', ':active', ':disabled', ':empty'];
+  const states =
+    [':focus-within', ':focus-visible', ':focus', ':hover', ':active', ':disabled', ':empty'];
 
-  // Rewrites a selector so that it matches as if the element were in the assumed states. Returns null
-  // if it requires another state.
+  // Rewrites a selector so that it matches as if the element were in the assumed states. Returns
+  // null if it requires another state.
   function inStates(selector, assumed) {
     let rest = selector;
     for (const state of states) {
       const name = `${state}(?![\\w-])`;
       const denied = new RegExp(`:not\\(\\s*${name}\\s*\\)`, 'g');
-      if (assumed.includes(state) ? denied.test(rest) : new RegExp(name).test(rest.replace(denied, ''))) return null;
+      if (assumed.includes(state) ? denied.test(rest) :
+                                    new RegExp(name).test(rest.replace(denied, '')))
+        return null;
       rest = rest.replace(denied, '').replace(new RegExp(name, 'g'), ':is(*)');
     }
     return rest;
@@ -117,7 +122,8 @@
 
   function specificity(selector) {
     const count = (pattern) => (selector.match(pattern) || []).length;
-    return count(/#[\w-]+/g) * 10000 + count(/\.[\w-]+|\[[^\]]*\]|[^:]:[\w-]+/g) * 100 + count(/(?:^|[\s>+~(])[a-z]/gi);
+    return count(/#[\w-]+/g) * 10000 + count(/\.[\w-]+|\[[^\]]*\]|[^:]:[\w-]+/g) * 100 +
+      count(/(?:^|[\s>+~(])[a-z]/gi);
   }
 
   function* styleRules(rules) {
@@ -145,9 +151,12 @@
         const property = properties.find((name) => rule.style.getPropertyValue(name));
         if (!property) continue;
         for (const selector of split(rule.selectorText, ',')) {
-          if (!selector.endsWith(pseudoElement) || (!pseudoElement && selector.includes('::'))) continue;
-          const plain = inStates(selector.slice(0, selector.length - pseudoElement.length) || '*', assumed);
-          const weight = specificity(selector) + (rule.style.getPropertyPriority(property) ? 1e9 : 0);
+          if (!selector.endsWith(pseudoElement) || (!pseudoElement && selector.includes('::')))
+            continue;
+          const plain =
+            inStates(selector.slice(0, selector.length - pseudoElement.length) || '*', assumed);
+          const weight =
+            specificity(selector) + (rule.style.getPropertyPriority(property) ? 1e9 : 0);
           if (!plain || (best && weight < best.weight) || !matchesSafely(element, plain)) continue;
           best = {weight, text: rule.style.getPropertyValue(property)};
         }
@@ -168,7 +177,8 @@
 
   function gradientEnds(image) {
     const inner = /^(?:repeating-)?linear-gradient\((.*)\)$/s.exec(split(image, ',')[0] || '');
-    const stops = inner ? split(inner[1], ',').map((stop) => color(split(stop, ' ')[0])).filter(Boolean) : [];
+    const stops =
+      inner ? split(inner[1], ',').map((stop) => color(split(stop, ' ')[0])).filter(Boolean) : [];
     return stops.length ? [stops[0], stops[stops.length - 1]] : null;
   }
 
@@ -183,14 +193,18 @@
     }
     layers.push(dark ? [30, 30, 30, 1] : [255, 255, 255, 1]);
     const ground = layers.reduceRight((below, layer) => over(layer, below));
-    return (gradientEnds(style.backgroundImage) || [ground, ground]).map((end) => over(end, ground));
+    return (gradientEnds(style.backgroundImage) || [
+      ground, ground
+    ]).map((end) => over(end, ground));
   }
 
   function fontKind(families) {
-    for (const family of families.toLowerCase().split(',').map((name) => name.trim().replace(/["']/g, ''))) {
+    for (const family of families.toLowerCase().split(',').map(
+           (name) => name.trim().replace(/["']/g, ''))) {
       if (/^(ui-)?monospace$|\bmono\b|courier|consolas|menlo|monaco/.test(family)) return 'mono';
       if (/sans|^system-ui$|^ui-rounded$/.test(family)) return 'sans';
-      if (/^(ui-)?serif$|\bserif\b|georgia|times|palatino|garamond|iowan|charter/.test(family)) return 'serif';
+      if (/^(ui-)?serif$|\bserif\b|georgia|times|palatino|garamond|iowan|charter/.test(family))
+        return 'serif';
     }
     return 'sans';
   }
@@ -208,7 +222,8 @@
     const whole = names.map((name) => input.getAttribute(name)).find(Boolean) || '';
     let text = '';
     let count = 0;
-    for (const {segment} of new Intl.Segmenter(undefined, {granularity: 'grapheme'}).segment(whole.slice(0, 8000))) {
+    for (const {segment} of new Intl.Segmenter(undefined, {granularity: 'grapheme'})
+           .segment(whole.slice(0, 8000))) {
       if (++count > 200) break;
       text += segment;
     }
@@ -226,7 +241,11 @@
     const named = root.dataset.theme;
     const theme = themes.includes(named) ? named : 'system';
     const dark = theme === 'system' ? darkScheme.matches : theme === 'dark';
-    const styles = {card: getComputedStyle(card), input: getComputedStyle(input), submit: getComputedStyle(submit)};
+    const styles = {
+      card: getComputedStyle(card),
+      input: getComputedStyle(input),
+      submit: getComputedStyle(submit)
+    };
     const own = (name) => {
       const text = styles.card.getPropertyValue(`--capture-${name}`).trim();
       return text && statedColor(text, styles.card);
@@ -236,26 +255,30 @@
     const [surface, surfaceEnd] = surfaces(card, dark);
     const ink = color(styles.input.color);
     const edge = own('border') || ruleColor(card, border, []) || color(styles.card.borderTopColor);
-    const button = own('button') || ruleColor(submit, fill, []) || color(styles.submit.backgroundColor);
+    const button =
+      own('button') || ruleColor(submit, fill, []) || color(styles.submit.backgroundColor);
     const colors = {
       surface: own('surface') || surface,
       surfaceEnd: own('surface-end') || surfaceEnd,
       border: edge,
-      focus: own('focus') || ruleColor(card, border, [':focus-within', ':focus', ':focus-visible']) || edge,
+      focus: own('focus') ||
+        ruleColor(card, border, [':focus-within', ':focus', ':focus-visible']) || edge,
       ink,
       caret: own('caret') || color(styles.input.caretColor) || ink,
       placeholderColor: own('placeholder') || placeholderColor(input) || ink,
       muted: own('muted') || statedColor('var(--muted)', styles.card) || ink,
       button,
       buttonHover: own('button-hover') || ruleColor(submit, fill, [':hover']) || button,
-      buttonInk: own('button-ink') || ruleColor(submit, ['color'], []) || color(styles.submit.color),
+      buttonInk:
+        own('button-ink') || ruleColor(submit, ['color'], []) || color(styles.submit.color),
     };
     return {
       dark,
       theme,
       ...Object.fromEntries(Object.entries(colors).map(([name, value]) => [name, written(value)])),
       radius: clamp(parseFloat(styles.card.borderTopLeftRadius), 0, 48),
-      padding: clamp(parseFloat(styles.card.paddingLeft) || parseFloat(styles.input.paddingLeft), 8, 48),
+      padding:
+        clamp(parseFloat(styles.card.paddingLeft) || parseFloat(styles.input.paddingLeft), 8, 48),
       fontSize: clamp(parseFloat(styles.input.fontSize), 10, 32),
       lineHeight: clamp(lineHeight(styles.input), 10, 64),
       font: fontKind(styles.input.fontFamily),
@@ -272,8 +295,9 @@
     const submit = card && card.querySelector('#capture-submit');
     if (!input || !submit || document.hidden) return;
     if (card !== editor) watchEditor(card, [input, submit]);
-    const changing = card.getAnimations({subtree: true}).filter((animation) =>
-      animation instanceof CSSTransition && animation.playState === 'running');
+    const changing = card.getAnimations({subtree: true})
+                       .filter((animation) => animation instanceof CSSTransition &&
+                           animation.playState === 'running');
     if (changing.length) {
       // In the middle of a transition between themes, a colour belongs to neither.
       Promise.allSettled(changing.map((animation) => animation.finished)).then(look);
@@ -296,22 +320,26 @@
   function watchEditor(card, parts) {
     editor = card;
     attributes.disconnect();
-    for (let node = card; node; node = node.parentElement) attributes.observe(node, {attributes: true});
-    const attributeFilter = ['class', 'style', 'placeholder', 'data-placeholder', 'aria-placeholder'];
+    for (let node = card; node; node = node.parentElement)
+      attributes.observe(node, {attributes: true});
+    const attributeFilter =
+      ['class', 'style', 'placeholder', 'data-placeholder', 'aria-placeholder'];
     for (const part of parts) attributes.observe(part, {attributes: true, attributeFilter});
   }
 
   const isStyle = (node) => node.localName === 'style' || node.localName === 'link';
   const restyled = quietly((records) => {
     if (document.documentElement !== root) begin();
-    const styled = (record) => isStyle(record.target) || [...record.addedNodes, ...record.removedNodes].some(isStyle);
+    const styled = (record) =>
+      isStyle(record.target) || [...record.addedNodes, ...record.removedNodes].some(isStyle);
     if (!editor || !editor.isConnected || records.some(styled)) look();
   });
   const loaded = quietly((event) => {
     if (isStyle(event.target)) look();
   });
 
-  // Called again after document.open(), which keeps the window but removes the document's listeners.
+  // Called again after document.open(), which keeps the window but removes the document's
+  // listeners.
   function begin() {
     root = document.documentElement;
     if (!root || root[mark]) return;

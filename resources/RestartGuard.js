@@ -20,13 +20,23 @@
     for (const name of Reflect.ownKeys(all)) {
       const {value, get} = all[name];
       if (get) found[name] = (self) => apply(get, self, []);
-      else if (typeof value === 'function') found[name] = (self, ...parameters) => apply(value, self, parameters);
+      else if (typeof value === 'function')
+        found[name] = (self, ...parameters) => apply(value, self, parameters);
     }
     return found;
   };
   const types = {
-    Element, File, FormData, HTMLElement, HTMLInputElement, HTMLSelectElement,
-    HTMLTextAreaElement, InputEvent, Request, URLSearchParams, WeakRef,
+    Element,
+    File,
+    FormData,
+    HTMLElement,
+    HTMLInputElement,
+    HTMLSelectElement,
+    HTMLTextAreaElement,
+    InputEvent,
+    Request,
+    URLSearchParams,
+    WeakRef,
   };
   const documents = taken(Document);
   const nodes = taken(Node);
@@ -59,7 +69,9 @@
   const blanks = pattern(/[\s\u200b]+/gu);
   const signs = pattern(/[^\p{L}\p{N}]+/gu);
 
-  const push = (list, value) => { list[list.length] = value; };
+  const push = (list, value) => {
+    list[list.length] = value;
+  };
   const squeezed = (text) => replace(blanks, text, '');
 
   // ---- The kinds of elements that a user can fill in.
@@ -83,7 +95,10 @@
       typed: true,
       value: (element) => {
         let text = nodes.textContent(element);
-        for (let count = elements.querySelectorAll(element, 'img, video, audio, canvas, object').length; count > 0; --count) text += '\ufffc';
+        for (let count =
+               elements.querySelectorAll(element, 'img, video, audio, canvas, object').length;
+          count > 0; --count)
+          text += '\ufffc';
         return text;
       },
       initial: () => '',
@@ -91,7 +106,11 @@
     },
     // An editor in a closed shadow tree: its content is not accessible.
     sealed: {typed: true, value: () => '\ufffc', initial: () => '', form: () => null},
-    toggle: {value: (element) => `${input.checked(element)}`, initial: (element) => `${input.defaultChecked(element)}`, form: input.form},
+    toggle: {
+      value: (element) => `${input.checked(element)}`,
+      initial: (element) => `${input.defaultChecked(element)}`,
+      form: input.form
+    },
     scale: {value: input.value, initial: input.defaultValue, form: input.form},
     files: {
       value: (element) => linesOf(input.files(element), (file) => `${fileName(file)}\n`),
@@ -100,13 +119,23 @@
     },
     menu: {
       value: optionsThat(choice.selected),
-      initial: (element) => stated(element) || (select.multiple(element) ? '' : firstLine(enabled(element))),
+      initial: (element) =>
+        stated(element) || (select.multiple(element) ? '' : firstLine(enabled(element))),
       form: select.form,
     },
   };
   const inputKinds = {
-    __proto__: null, checkbox: kinds.toggle, radio: kinds.toggle, file: kinds.files, range: kinds.scale,
-    color: kinds.scale, hidden: null, submit: null, button: null, reset: null, image: null,
+    __proto__: null,
+    checkbox: kinds.toggle,
+    radio: kinds.toggle,
+    file: kinds.files,
+    range: kinds.scale,
+    color: kinds.scale,
+    hidden: null,
+    submit: null,
+    button: null,
+    reset: null,
+    image: null,
   };
 
   function kindOf(element) {
@@ -117,12 +146,14 @@
       return kind === undefined ? kinds.line : kind;
     }
     if (!(element instanceof types.HTMLElement)) return null;
-    return html.isContentEditable(element) || documents.designMode(document) === 'on' ? kinds.host : kinds.sealed;
+    return html.isContentEditable(element) || documents.designMode(document) === 'on' ?
+      kinds.host :
+      kinds.sealed;
   }
 
   // ---- What the user has filled in. A record's `base` is the value that need not be kept: the
-  // original one, or the one last sent. `seen` is the value when the user last finished editing, null
-  // during the editing.
+  // original one, or the one last sent. `seen` is the value when the user last finished editing,
+  // null during the editing.
 
   const records = new WeakMap();
   let tracked = [];
@@ -146,8 +177,8 @@
     tracked = alive;
   }
 
-  // Returns whether `now` is still the user's text `before`, ignoring case and punctuation, which the
-  // page may have changed.
+  // Returns whether `now` is still the user's text `before`, ignoring case and punctuation, which
+  // the page may have changed.
   function retains(now, before) {
     const left = lower(replace(signs, now, ''));
     const typed = lower(replace(signs, before, ''));
@@ -157,7 +188,8 @@
   function isUnsent(element, {kind, base, seen}) {
     if (!nodes.isConnected(element) || (!kind.typed && !kind.form(element))) return false;
     const now = kind.value(element);
-    if (now === base || now === kind.initial(element) || (kind.typed && !squeezed(now))) return false;
+    if (now === base || now === kind.initial(element) || (kind.typed && !squeezed(now)))
+      return false;
     return seen === null || now === seen || (!!kind.typed && retains(now, seen));
   }
 
@@ -169,13 +201,15 @@
       const record = recall(records, element);
       if (record) {
         // At the start of each editing: text that is not the user's own becomes the base.
-        if (record.seen !== null && !isUnsent(element, record)) record.base = record.kind.value(element);
+        if (record.seen !== null && !isUnsent(element, record))
+          record.base = record.kind.value(element);
         return;
       }
       const kind = kindOf(element);
       if (kind?.typed) track(element, kind, kind === kinds.sealed ? null : kind.value(element));
     },
-    // Not always preceded by `beforeinput`: the wheel over a number and date pickers send only this.
+    // Not always preceded by `beforeinput`: the wheel over a number and date pickers send only
+    // this.
     input(event) {
       const element = innermost(event);
       const record = recall(records, element);
@@ -207,11 +241,14 @@
   let submitting = null;
   let departing = null;
 
-  // Returns the names and values in a request body. `readable` is false for types of body that cannot
-  // be read synchronously.
+  // Returns the names and values in a request body. `readable` is false for types of body that
+  // cannot be read synchronously.
   function partsOf(body) {
     const parts = {names: [], values: [], readable: true};
-    const add = (value, name) => { push(parts.names, name); push(parts.values, value); };
+    const add = (value, name) => {
+      push(parts.names, name);
+      push(parts.values, value);
+    };
     const walk = (value, name) => {
       const names = typeof value === 'object' && value !== null ? keys(value) : null;
       if (!names) add(value, name);
@@ -238,10 +275,13 @@
 
   function isCarriedBy(part, name, element, kind, value) {
     const isFile = part instanceof types.File;
-    if (kind === kinds.files) return isFile && `${fileName(part)}\n` === value && size(part) === size(input.files(element)[0]);
+    if (kind === kinds.files)
+      return isFile && `${fileName(part)}\n` === value &&
+        size(part) === size(input.files(element)[0]);
     if (kind === kinds.toggle) {
       const own = input.name(element) || elements.getAttribute(element, 'id');
-      return name === own && (`${part}` === value || (input.checked(element) && part === input.value(element)));
+      return name === own &&
+        (`${part}` === value || (input.checked(element) && part === input.value(element)));
     }
     // Match numbers only with elements that take numbers: requests hold many unrelated small ones.
     const takesNumbers = !kind.typed || (kind === kinds.line && input.type(element) === 'number');
@@ -306,19 +346,22 @@
       try {
         // A Request is passed unread, because its body can be consumed only once.
         const object = resource instanceof types.Request ? resource : null;
-        ticket = beginRequest(options?.method ?? (object ? methodOf(object) : 'GET'), options?.body ?? object);
+        ticket = beginRequest(
+          options?.method ?? (object ? methodOf(object) : 'GET'), options?.body ?? object);
       } catch {
         // The native function reports invalid arguments.
       }
       const answer = apply(native, this, arguments);
       if (!ticket) return answer;
-      return then(answer, (found) => {
-        endRequest(ticket, answers.status(found) < 400 && answers.type(found) !== 'error');
-        return found;
-      }, (error) => {
-        endRequest(ticket, false);
-        throw error;
-      });
+      return then(answer,
+        (found) => {
+          endRequest(ticket, answers.status(found) < 400 && answers.type(found) !== 'error');
+          return found;
+        },
+        (error) => {
+          endRequest(ticket, false);
+          throw error;
+        });
     });
   }
 
@@ -337,7 +380,8 @@
       const ticket = beginRequest(recall(names, this) ?? 'GET', body);
       if (!ticket) return apply(nativeSend, this, arguments);
       remember(tickets, this, ticket);
-      listen(this, 'loadend', () => endRequest(ticket, status(this) >= 200 && status(this) < 400), {once: true});
+      listen(this, 'loadend', () => endRequest(ticket, status(this) >= 200 && status(this) < 400),
+        {once: true});
       try {
         return apply(nativeSend, this, arguments);
       } catch (error) {
@@ -350,13 +394,16 @@
   function settleForm(form, withTexts) {
     forEachRecord((element, record) => {
       const {kind} = record;
-      if (kind.form(element) === form && (withTexts || !kind.typed)) record.base = kind.value(element);
+      if (kind.form(element) === form && (withTexts || !kind.typed))
+        record.base = kind.value(element);
     });
   }
 
-  // Records the browser's own submission of a form, which loads a page in this window or another one.
+  // Records the browser's own submission of a form, which loads a page in this window or another
+  // one.
   function depart(form, button) {
-    const asked = (name) => lower((button && elements.getAttribute(button, `form${name}`)) || elements.getAttribute(form, name) || '');
+    const asked = (name) => lower((button && elements.getAttribute(button, `form${name}`)) ||
+      elements.getAttribute(form, name) || '');
     const verb = asked('method');
     const place = asked('target');
     if (verb === 'dialog') return;
@@ -365,7 +412,9 @@
     if (stays || verb !== 'post') return;
     departing = form;
     // The page stays loaded if the response is a download or has no content.
-    later(() => { if (departing === form) departing = null; }, 30000);
+    later(() => {
+      if (departing === form) departing = null;
+    }, 30000);
   }
 
   function submitted(event) {
@@ -390,8 +439,8 @@
     });
   }
 
-  // Settles a departing form: if the page is restored from the back/forward cache, the form has been
-  // sent and the page accepts input again.
+  // Settles a departing form: if the page is restored from the back/forward cache, the form has
+  // been sent and the page accepts input again.
   function leave() {
     if (departing) settleForm(departing, true);
     departing = null;
@@ -416,7 +465,8 @@
       ru: 'Отправьте или сбросьте начатую форму, затем продолжите обновление.',
       en: 'Submit or reset the form you’ve started, then continue the update.',
       es: 'Envía o restablece el formulario que has empezado y después continúa la actualización.',
-      pt: 'Envie ou limpe o formulário que você começou a preencher e depois continue a atualização.',
+      pt:
+        'Envie ou limpe o formulário que você começou a preencher e depois continue a atualização.',
       de: 'Sende das angefangene Formular ab oder setze es zurück und setze dann das Update fort.',
       fr: 'Envoyez ou réinitialisez le formulaire commencé, puis poursuivez la mise à jour.',
       ja: '入力途中のフォームを送信するかリセットしてから、アップデートを続けてください。',
@@ -442,7 +492,8 @@
     };
     try {
       const element = documents.documentElement(document);
-      return (element && inLanguage(elements.getAttribute(element, 'lang'))) || inLanguage(navigator.language) || known.en;
+      return (element && inLanguage(elements.getAttribute(element, 'lang'))) ||
+        inLanguage(navigator.language) || known.en;
     } catch {
       return known.en;
     }
@@ -452,13 +503,15 @@
     if (pending > 0 || undecided > 0 || departing) return 'request';
     let found = failed ? 'text' : null;
     forEachRecord((element, record) => {
-      if (found !== 'text' && isUnsent(element, record)) found = record.kind.typed ? 'text' : 'form';
+      if (found !== 'text' && isUnsent(element, record))
+        found = record.kind.typed ? 'text' : 'form';
     });
     return found;
   }
 
-  // ---- Blocking input. Events are stopped in the capture phase. A transparent modal dialog takes the
-  // focus, makes the rest of the page inert without a visible change to it, and absorbs scrolling.
+  // ---- Blocking input. Events are stopped in the capture phase. A transparent modal dialog takes
+  // the focus, makes the rest of the page inert without a visible change to it, and absorbs
+  // scrolling.
 
   const scrolling = 'wheel mousewheel touchstart touchmove touchend touchcancel'.split(' ');
   const inputs = `
@@ -529,7 +582,8 @@
   }
 
   function arm() {
-    for (let index = 0; index < inputs.length; ++index) listen(window, inputs[index], observe, {capture: true});
+    for (let index = 0; index < inputs.length; ++index)
+      listen(window, inputs[index], observe, {capture: true});
     for (let index = 0; index < scrolling.length; ++index) {
       listen(window, scrolling[index], observe, {capture: true, passive: true});
     }
@@ -559,9 +613,11 @@
         elements.remove(cover.host);
       }
       const {active, anchorNode, anchorOffset, focusNode, focusOffset} = before;
-      if (documents.activeElement(document) !== active && active instanceof types.HTMLElement) html.focus(active, {preventScroll: true});
+      if (documents.activeElement(document) !== active && active instanceof types.HTMLElement)
+        html.focus(active, {preventScroll: true});
       const now = selection();
-      if (anchorNode && nodes.isConnected(anchorNode) && (now.anchorNode !== anchorNode || now.focusOffset !== focusOffset)) {
+      if (anchorNode && nodes.isConnected(anchorNode) &&
+        (now.anchorNode !== anchorNode || now.focusOffset !== focusOffset)) {
         now.setBaseAndExtent(anchorNode, anchorOffset, focusNode, focusOffset);
       }
     } catch {
@@ -594,6 +650,9 @@
   // document.open() keeps the window but removes its listeners.
   new MutationObserver(arm).observe(document, {childList: true});
   defineProperty(window, 'NavoraUpdateGuard', {
-    value: freeze({prepare, resume: thaw}), writable: true, configurable: true, enumerable: true,
+    value: freeze({prepare, resume: thaw}),
+    writable: true,
+    configurable: true,
+    enumerable: true,
   });
 })();

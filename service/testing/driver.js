@@ -13,7 +13,10 @@
   let current = null;
 
   const post = (path, value) => send(base + path, {
-    method: 'POST', body: JSON.stringify(value), credentials: 'omit', keepalive: true,
+    method: 'POST',
+    body: JSON.stringify(value),
+    credentials: 'omit',
+    keepalive: true,
   });
 
   async function run({id, script}) {
@@ -42,7 +45,9 @@
           session.generation = (await registered.json()).generation;
         }
         const response = await send(`${base}/next?generation=${session.generation}`, {
-          cache: 'no-store', credentials: 'omit', signal: session.abort.signal,
+          cache: 'no-store',
+          credentials: 'omit',
+          signal: session.abort.signal,
         });
         if (response.status === 410) return;
         // Not awaited: a script may wait for the effect of a later one.
@@ -77,6 +82,8 @@
     }, true);
   }
   window.addEventListener('pagehide', stop);
-  window.addEventListener('pageshow', (event) => { if (event.persisted) start(); });
+  window.addEventListener('pageshow', (event) => {
+    if (event.persisted) start();
+  });
   start();
 })();

@@ -9,7 +9,12 @@ export class ServiceError extends Error {
 const unreachable = 'Navora cannot be reached. Nothing is lost, try again in a moment.';
 
 async function call(method, path, {json, body, headers = {}} = {}) {
-  const request = {method, headers: {Accept: 'application/json', ...headers}, credentials: 'same-origin', cache: 'no-store'};
+  const request = {
+    method,
+    headers: {Accept: 'application/json', ...headers},
+    credentials: 'same-origin',
+    cache: 'no-store'
+  };
   if (json !== undefined) {
     request.headers['Content-Type'] = 'application/json';
     request.body = JSON.stringify(json);

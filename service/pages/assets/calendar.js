@@ -18,7 +18,8 @@ function days() {
   const first = calendarDay(`${month}-01`);
   const start = first.getTime() - ((first.getUTCDay() + 6) % 7) * dayLength;
   const list = [];
-  while (list.length % 7 || list.length === 0 || calendarText(new Date(start + list.length * dayLength)).startsWith(month)) {
+  while (list.length % 7 || list.length === 0 ||
+    calendarText(new Date(start + list.length * dayLength)).startsWith(month)) {
     list.push(calendarText(new Date(start + list.length * dayLength)));
   }
   return list;
@@ -31,16 +32,25 @@ function dayCell(day, index, all) {
   if (day === today()) classes.push('today');
   if (day === chosen) classes.push('chosen');
   if (index >= all.length - 7) classes.push('last');
-  const lines = own.slice(0, shownPerDay).map((event) => element('span', {class: 'event'}, event.title));
-  if (own.length > shownPerDay) lines.push(element('span', {class: 'event more'}, `${own.length - shownPerDay} more`));
+  const lines =
+    own.slice(0, shownPerDay).map((event) => element('span', {class: 'event'}, event.title));
+  if (own.length > shownPerDay)
+    lines.push(element('span', {class: 'event more'}, `${own.length - shownPerDay} more`));
   const label = `${calendarTitle(calendarDay(day), {dateStyle: 'full'})}, ${own.length} events`;
-  return element('button', {type: 'button', class: classes.join(' '), 'data-day': day, 'aria-label': label, onclick: () => choose(day)},
+  return element('button', {
+    type: 'button',
+    class: classes.join(' '),
+    'data-day': day,
+    'aria-label': label,
+    onclick: () => choose(day)
+  },
     element('span', {class: 'number'}, String(Number(day.slice(8)))), ...lines);
 }
 
 function weekdayNames() {
-  return Array.from({length: 7}, (_, index) =>
-    element('div', {class: 'weekday'}, calendarTitle(new Date(Date.UTC(2024, 0, 1 + index)), {weekday: 'short'})));
+  return Array.from({length: 7},
+    (_, index) => element('div', {class: 'weekday'},
+      calendarTitle(new Date(Date.UTC(2024, 0, 1 + index)), {weekday: 'short'})));
 }
 
 function eventLine(event) {
@@ -50,9 +60,11 @@ function eventLine(event) {
 }
 
 function render() {
-  byId('calendar-title').textContent = calendarTitle(calendarDay(`${month}-01`), {month: 'long', year: 'numeric'});
+  byId('calendar-title').textContent =
+    calendarTitle(calendarDay(`${month}-01`), {month: 'long', year: 'numeric'});
   byId('month').replaceChildren(...weekdayNames(), ...days().map(dayCell));
-  byId('event-day').textContent = calendarTitle(calendarDay(chosen), {weekday: 'long', day: 'numeric', month: 'long'});
+  byId('event-day').textContent =
+    calendarTitle(calendarDay(chosen), {weekday: 'long', day: 'numeric', month: 'long'});
   byId('event-list').replaceChildren(...eventsOf(chosen).map(eventLine));
 }
 

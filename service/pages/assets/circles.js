@@ -20,25 +20,36 @@ async function rename(circle) {
 
 function circleBlock(circle) {
   return element('div', {class: 'circle'},
-    element('header', {}, element('h2', {}, circle.name),
-      element('button', {type: 'button', class: 'link', textContent: 'Rename', 'aria-label': `Rename ${circle.name}`, onclick: () => rename(circle)})),
+    element('header', {}, element('h2', {}, circle.name), element('button', {
+      type: 'button',
+      class: 'link',
+      textContent: 'Rename',
+      'aria-label': `Rename ${circle.name}`,
+      onclick: () => rename(circle)
+    })),
     ...circle.rooms.map((room) => element('a', {
       href: `#circles?room=${encodeURIComponent(room.id)}`,
       'aria-current': room.id === roomId ? 'true' : null,
-    }, room.name)));
+    },
+                          room.name)));
 }
 
 function messageLine(message) {
   return element('div', {class: 'message'},
-    element('span', {class: 'avatar', 'aria-hidden': 'true'}, (message.author[0] || '?').toUpperCase()),
-    element('div', {},
-      element('span', {class: 'who'}, message.author),
+    element(
+      'span', {class: 'avatar', 'aria-hidden': 'true'}, (message.author[0] || '?').toUpperCase()),
+    element('div', {}, element('span', {class: 'who'}, message.author),
       element('time', {dateTime: message.createdAt}, shortMoment(new Date(message.createdAt))),
       element('p', {}, message.text)));
 }
 
 function roomView(room) {
-  const input = element('input', {id: 'message-input', maxLength: 2000, placeholder: 'Write a message', 'aria-label': 'Message'});
+  const input = element('input', {
+    id: 'message-input',
+    maxLength: 2000,
+    placeholder: 'Write a message',
+    'aria-label': 'Message'
+  });
   const send = async (event) => {
     event.preventDefault();
     if (!input.value.trim()) return;
@@ -51,9 +62,11 @@ function roomView(room) {
     }
   };
   return [
-    element('header', {}, element('h2', {}, room.name), element('span', {class: 'quiet'}, room.circle.name)),
+    element('header', {}, element('h2', {}, room.name),
+      element('span', {class: 'quiet'}, room.circle.name)),
     element('div', {class: 'messages', 'aria-live': 'polite'}, ...room.messages.map(messageLine)),
-    element('form', {onsubmit: send}, input, element('button', {type: 'submit', class: 'button'}, 'Send')),
+    element('form', {onsubmit: send}, input,
+      element('button', {type: 'submit', class: 'button'}, 'Send')),
   ];
 }
 
@@ -65,10 +78,13 @@ export async function showCircles(wanted) {
     return;
   }
   const all = rooms();
-  const room = all.find((each) => each.id === wanted) || all.find((each) => each.id === roomId) || all[0];
+  const room =
+    all.find((each) => each.id === wanted) || all.find((each) => each.id === roomId) || all[0];
   roomId = room?.id ?? null;
   byId('circles-list').replaceChildren(...circles.map(circleBlock));
   byId('room').hidden = !room;
   if (room) byId('room').replaceChildren(...roomView(room));
-  else byId('circles-list').replaceChildren(element('p', {class: 'quiet'}, 'You are in no circle yet.'));
+  else
+    byId('circles-list')
+      .replaceChildren(element('p', {class: 'quiet'}, 'You are in no circle yet.'));
 }

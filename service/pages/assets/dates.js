@@ -1,13 +1,24 @@
 // Dates and times in the user's time zone.
 import {timeZone} from './settings-store.js';
 
-const format = (date, options) => new Intl.DateTimeFormat('en-GB', {timeZone: timeZone(), ...options}).format(date);
+const format = (date, options) =>
+  new Intl.DateTimeFormat('en-GB', {timeZone: timeZone(), ...options}).format(date);
 
-/** Returns "2026-03-09" in the user's zone, assembled from parts because no locale guarantees this order. */
+/**
+ * Returns "2026-03-09" in the user's zone, assembled from parts because no locale guarantees this
+ * order.
+ */
 export function dayOf(date) {
-  const parts = new Intl.DateTimeFormat('en-GB', {
-    timeZone: timeZone(), calendar: 'gregory', numberingSystem: 'latn', year: 'numeric', month: '2-digit', day: '2-digit',
-  }).formatToParts(date);
+  const parts = new Intl
+                  .DateTimeFormat('en-GB', {
+                    timeZone: timeZone(),
+                    calendar: 'gregory',
+                    numberingSystem: 'latn',
+                    year: 'numeric',
+                    month: '2-digit',
+                    day: '2-digit',
+                  })
+                  .formatToParts(date);
   const part = (type) => parts.find((each) => each.type === type).value;
   return `${part('year').padStart(4, '0')}-${part('month')}-${part('day')}`;
 }

@@ -3,7 +3,8 @@ export const byId = (id) => document.getElementById(id);
 
 /**
  * Makes an element. Texts become text nodes, so that nothing a user wrote is read as markup.
- * Properties: "class", "data-..." and "aria-..." as attributes, "on..." as listeners, others as properties.
+ * Properties: "class", "data-..." and "aria-..." as attributes, "on..." as listeners, others as
+ * properties.
  */
 export function element(name, properties = {}, ...children) {
   const made = document.createElement(name);
@@ -29,7 +30,8 @@ export function icon(name) {
 }
 
 export function iconButton(name, label, onclick) {
-  return element('button', {type: 'button', class: 'icon-button', title: label, 'aria-label': label, onclick}, icon(name));
+  return element('button',
+    {type: 'button', class: 'icon-button', title: label, 'aria-label': label, onclick}, icon(name));
 }
 
 export function option(value, label = value) {
@@ -38,13 +40,14 @@ export function option(value, label = value) {
 
 /** Selects a value in a select element, and adds it if the list lacks it. */
 export function choose(select, value, label = value) {
-  if (![...select.options].some((each) => each.value === value)) select.append(option(value, label));
+  if (![...select.options].some((each) => each.value === value))
+    select.append(option(value, label));
   select.value = value;
 }
 
 /** Returns the times of a day in half-hour steps: "00:00", "00:30", ... */
-export const halfHours = Array.from({length: 48}, (_, index) =>
-  `${String(index >> 1).padStart(2, '0')}:${index % 2 ? '30' : '00'}`);
+export const halfHours = Array.from(
+  {length: 48}, (_, index) => `${String(index >> 1).padStart(2, '0')}:${index % 2 ? '30' : '00'}`);
 
 let toastTimer;
 export function toast(text) {
@@ -52,5 +55,7 @@ export function toast(text) {
   box.textContent = text;
   box.hidden = false;
   clearTimeout(toastTimer);
-  toastTimer = setTimeout(() => { box.hidden = true; }, 3500);
+  toastTimer = setTimeout(() => {
+    box.hidden = true;
+  }, 3500);
 }

@@ -17,11 +17,13 @@ function route() {
 
 function show() {
   const {view, parameters} = route();
-  for (const section of document.querySelectorAll('[data-view]')) section.hidden = section.dataset.view !== view;
+  for (const section of document.querySelectorAll('[data-view]'))
+    section.hidden = section.dataset.view !== view;
   for (const link of document.querySelectorAll('[data-nav]')) {
     link.toggleAttribute('aria-current', link.dataset.nav === view);
   }
-  document.title = view === 'today' ? 'Navora' : `${view[0].toUpperCase()}${view.slice(1)} · Navora`;
+  document.title =
+    view === 'today' ? 'Navora' : `${view[0].toUpperCase()}${view.slice(1)} · Navora`;
   window.scrollTo(0, 0);
   if (view === 'today') openCapture(parameters.get('open'));
   if (view === 'circles') showCircles(parameters.get('room'));
@@ -44,10 +46,15 @@ async function start() {
   startToday();
   startNotifications();
   window.addEventListener('hashchange', show);
-  window.addEventListener('tolvin:resume', async () => { await refresh(); show(); });
+  window.addEventListener('tolvin:resume', async () => {
+    await refresh();
+    show();
+  });
   await refresh();
   show();
-  onSettings(() => { if (route().view === 'calendar') show(); });
+  onSettings(() => {
+    if (route().view === 'calendar') show();
+  });
 }
 
 start();

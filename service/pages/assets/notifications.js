@@ -19,7 +19,8 @@ function channelOf(item) {
   return chosen[item.kind] ?? kinds.find((kind) => kind.key === item.kind)?.default ?? 'off';
 }
 
-const shown = () => items.filter((item) => !item.resolved && !item.dismissed && channelOf(item) !== 'off');
+const shown = () =>
+  items.filter((item) => !item.resolved && !item.dismissed && channelOf(item) !== 'off');
 
 /** Returns the location within this page that an item refers to. */
 function target(item) {
@@ -35,7 +36,11 @@ function target(item) {
 
 function line(item) {
   return element('li', {},
-    element('a', {class: `notification${item.read ? '' : ' unread'}`, href: target(item), onclick: () => read(item)},
+    element('a', {
+      class: `notification${item.read ? '' : ' unread'}`,
+      href: target(item),
+      onclick: () => read(item)
+    },
       element('p', {}, [item.lead, item.text].filter(Boolean).join(' ')),
       element('time', {dateTime: item.createdAt}, shortMoment(new Date(item.createdAt)))));
 }
@@ -46,9 +51,11 @@ function render() {
   byId('notifications-count').textContent = unread > 99 ? '99+' : unread;
   byId('notifications-count').hidden = unread === 0;
   byId('notifications-read').hidden = unread === 0;
-  byId('notifications-button').setAttribute('aria-label', unread ? `Notifications, ${unread} unread` : 'Notifications');
-  byId('notifications-list').replaceChildren(
-    ...(list.length ? list.map(line) : [element('li', {class: 'empty'}, 'Nothing new.')]));
+  byId('notifications-button')
+    .setAttribute('aria-label', unread ? `Notifications, ${unread} unread` : 'Notifications');
+  byId('notifications-list').replaceChildren(...(list.length ? list.map(line) : [
+    element('li', {class: 'empty'}, 'Nothing new.')
+  ]));
 }
 
 async function read(item) {
@@ -56,7 +63,8 @@ async function read(item) {
   if (item.read) return;
   item.read = true;
   render();
-  await post(`/api/notifications/${encodeURIComponent(item.id)}/read`, {}).catch((error) => toast(error.message));
+  await post(`/api/notifications/${encodeURIComponent(item.id)}/read`, {})
+    .catch((error) => toast(error.message));
 }
 
 function setOpen(open) {
@@ -69,7 +77,8 @@ export async function refreshNotifications() {
   items = answer.notifications;
   const first = kinds.length === 0;
   kinds = answer.kinds;
-  if (first) for (const watcher of kindWatchers) watcher(kinds);
+  if (first)
+    for (const watcher of kindWatchers) watcher(kinds);
   render();
 }
 
@@ -91,5 +100,7 @@ export function startNotifications() {
     }
   });
   onSettings(render);
-  setInterval(() => { if (!document.hidden) refreshNotifications().catch(() => {}); }, interval);
+  setInterval(() => {
+    if (!document.hidden) refreshNotifications().catch(() => {});
+  }, interval);
 }

@@ -14,7 +14,10 @@ export function onSettings(callback) {
   if (current) callback(current);
 }
 
-/** Returns the system's time zone: from the desktop application if it has announced one, else from the browser. */
+/**
+ * Returns the system's time zone: from the desktop application if it has announced one, else from
+ * the browser.
+ */
 export const systemTimeZone = () =>
   window.NavoraSystemTimeZone || Intl.DateTimeFormat().resolvedOptions().timeZone || 'UTC';
 

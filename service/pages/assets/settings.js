@@ -4,8 +4,14 @@ import {onKinds} from './notifications.js';
 import {onSettings, saveSettings, settings, systemTimeZone, timeZone} from './settings-store.js';
 
 const languages = [
-  ['system', 'Like the system'], ['en', 'English'], ['de', 'Deutsch'], ['es', 'Español'], ['fr', 'Français'],
-  ['pt-BR', 'Português (Brasil)'], ['ru', 'Русский'], ['ja', '日本語'],
+  ['system', 'Like the system'],
+  ['en', 'English'],
+  ['de', 'Deutsch'],
+  ['es', 'Español'],
+  ['fr', 'Français'],
+  ['pt-BR', 'Português (Brasil)'],
+  ['ru', 'Русский'],
+  ['ja', '日本語'],
 ];
 const channels = [['phone', 'Show on screen'], ['inbox', 'Only in the list'], ['off', 'Off']];
 const usualQuietHours = ['22:00', '07:00'];
@@ -29,12 +35,14 @@ function renderDesktop() {
   let text = 'Off. Turn them on to hear about finished notes.';
   if (!desktop()) text = 'Open Navora for the desktop to use them.';
   else if (!state) text = 'Asking the system…';
-  else if (state.denied) text = 'The system does not allow them. Allow Navora in its notification settings.';
+  else if (state.denied)
+    text = 'The system does not allow them. Allow Navora in its notification settings.';
   else if (on) text = 'On. They come while Navora is running.';
   byId('desktop-state').textContent = text;
   byId('desktop-enable').hidden = on;
   byId('desktop-disable').hidden = !on;
-  for (const id of ['desktop-enable', 'desktop-disable', 'desktop-test']) byId(id).disabled = !desktop();
+  for (const id of ['desktop-enable', 'desktop-disable', 'desktop-test'])
+    byId(id).disabled = !desktop();
 }
 
 function renderQuietHours(range) {
@@ -54,7 +62,8 @@ function saveQuietHours() {
 function renderTimeZone() {
   byId('setting-timeZone').options[0].textContent = `Like the system (${systemTimeZone()})`;
   const now = new Date();
-  byId('time-zone-now').textContent = `It is ${clock(now)}, ${longDay(now)}, in ${timeZone().replaceAll('_', ' ')}.`;
+  byId('time-zone-now').textContent =
+    `It is ${clock(now)}, ${longDay(now)}, in ${timeZone().replaceAll('_', ' ')}.`;
 }
 
 function render(current) {
@@ -82,14 +91,17 @@ function kindRow(kind) {
 
 export function startSettings() {
   byId('setting-locale').append(...languages.map(([value, label]) => option(value, label)));
-  byId('setting-timeZone').append(option('system', 'Like the system'),
-    ...(Intl.supportedValuesOf?.('timeZone') ?? ['UTC']).map((zone) => option(zone, zone.replaceAll('_', ' '))));
+  byId('setting-timeZone')
+    .append(option('system', 'Like the system'), ...(Intl.supportedValuesOf?.('timeZone') ?? [
+      'UTC'
+    ]).map((zone) => option(zone, zone.replaceAll('_', ' '))));
   byId('quiet-from').append(...halfHours.map((time) => option(time)));
   byId('quiet-until').append(...halfHours.map((time) => option(time)));
   for (const select of document.querySelectorAll('[data-setting]')) {
     select.addEventListener('change', () => save({[select.dataset.setting]: select.value}));
   }
-  for (const id of ['quiet-on', 'quiet-from', 'quiet-until']) byId(id).addEventListener('change', saveQuietHours);
+  for (const id of ['quiet-on', 'quiet-from', 'quiet-until'])
+    byId(id).addEventListener('change', saveQuietHours);
   for (const command of ['enable', 'disable', 'test']) {
     byId(`desktop-${command}`).addEventListener('click', () => desktop()?.postMessage(command));
   }

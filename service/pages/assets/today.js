@@ -6,7 +6,7 @@ import {onSettings, saveSettings} from './settings-store.js';
 
 const textLimit = 10000;
 const draftKey = 'navora.draft';
-const pause = 500;  // ms, after a reply without changes
+const pause = 500;      // ms, after a reply without changes
 const patience = 2000;  // ms, after a failure
 let captures = [];
 let opened = null;
@@ -33,11 +33,13 @@ function say(text, problem = false) {
 function updateEditor() {
   const text = editorText();
   // Browsers leave a line break in an emptied editor, which would hide the placeholder.
-  if (!text && !editor().textContent.trim() && document.activeElement !== editor()) editor().textContent = '';
+  if (!text && !editor().textContent.trim() && document.activeElement !== editor())
+    editor().textContent = '';
   if (!editor().textContent) editor().textContent = '';
   byId('capture-submit').disabled = sending || !text || text.length > textLimit;
   say(text.length > textLimit ? `${text.length - textLimit} characters too long` : '', true);
-  if (text) sessionStorage.setItem(draftKey, text); else sessionStorage.removeItem(draftKey);
+  if (text) sessionStorage.setItem(draftKey, text);
+  else sessionStorage.removeItem(draftKey);
 }
 
 async function submit() {
@@ -77,7 +79,9 @@ function makeEditable() {
 }
 
 function fileLink(file) {
-  return element('a', {class: 'file', href: `/api/attachments/${file.id}`, title: `${file.size} bytes`}, icon('file'), file.name);
+  return element('a',
+    {class: 'file', href: `/api/attachments/${file.id}`, title: `${file.size} bytes`}, icon('file'),
+    file.name);
 }
 
 function attach(capture) {
@@ -91,7 +95,8 @@ function attach(capture) {
       return;
     }
     try {
-      await upload(`/api/captures/${capture.id}/attachments?name=${encodeURIComponent(file.name)}`, file);
+      await upload(
+        `/api/captures/${capture.id}/attachments?name=${encodeURIComponent(file.name)}`, file);
       await refreshCaptures();
       toast('File attached');
     } catch (error) {
@@ -119,15 +124,27 @@ function card(capture) {
   let unfold = null;
   if (lines > 9 || capture.raw.length > 700) {
     text.classList.add('long');
-    unfold = element('button', {type: 'button', class: 'link', textContent: 'Show all', onclick: () => {
-      const unfolded = text.classList.toggle('unfolded');
-      unfold.textContent = unfolded ? 'Show less' : 'Show all';
-    }});
+    unfold = element('button', {
+      type: 'button',
+      class: 'link',
+      textContent: 'Show all',
+      onclick: () => {
+        const unfolded = text.classList.toggle('unfolded');
+        unfold.textContent = unfolded ? 'Show less' : 'Show all';
+      }
+    });
   }
-  const summary = working ? element('span', {class: 'working'}, 'Processing…') : element('span', {}, capture.summary || '');
-  return element('article', {class: `card note${capture.id === opened ? ' opened' : ''}`, id: `note-${capture.id}`, 'data-state': capture.state},
+  const summary = working ? element('span', {class: 'working'}, 'Processing…') :
+                            element('span', {}, capture.summary || '');
+  return element('article', {
+    class: `card note${capture.id === opened ? ' opened' : ''}`,
+    id: `note-${capture.id}`,
+    'data-state': capture.state
+  },
     text, unfold,
-    capture.attachments.length ? element('div', {class: 'files'}, ...capture.attachments.map(fileLink)) : null,
+    capture.attachments.length ?
+      element('div', {class: 'files'}, ...capture.attachments.map(fileLink)) :
+      null,
     element('footer', {class: 'note-foot'},
       element('time', {dateTime: capture.createdAt}, clock(new Date(capture.createdAt))),
       element('span', {class: 'summary'}, summary),
@@ -145,7 +162,8 @@ function render() {
     day = title;
     content.push(card(capture));
   }
-  if (!captures.length) content.push(element('p', {class: 'nothing'}, 'No notes yet. Write the first one above.'));
+  if (!captures.length)
+    content.push(element('p', {class: 'nothing'}, 'No notes yet. Write the first one above.'));
   byId('captures').replaceChildren(...content);
 }
 
@@ -170,7 +188,8 @@ async function followChanges() {
 /** The service replies when something has changed, or after a time-out. */
 async function nextVersion(signal) {
   // Without api.js, which opens the login page: an idle page stays when the session ends.
-  const response = await fetch(`/api/captures/changes?after=${known}`, {credentials: 'same-origin', cache: 'no-store', signal});
+  const response = await fetch(`/api/captures/changes?after=${known}`,
+    {credentials: 'same-origin', cache: 'no-store', signal});
   if (response.status === 401) known = null;
   if (!response.ok) throw new Error(`status ${response.status}`);
   return (await response.json()).version;
@@ -215,7 +234,8 @@ export function startToday() {
   for (const id of ['ai-provider', 'ai-model']) {
     byId(id).addEventListener('change', () => {
       showProvider();
-      saveSettings({provider: byId('ai-provider').value, model: byId('ai-model').value}).catch((error) => toast(error.message));
+      saveSettings({provider: byId('ai-provider').value, model: byId('ai-model').value})
+        .catch((error) => toast(error.message));
     });
   }
   document.addEventListener('visibilitychange', () => {

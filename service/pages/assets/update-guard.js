@@ -1,7 +1,7 @@
-// Reports unsaved input that only the page knows of when the desktop application is about to restart
-// for an update: the draft, which may come from an earlier visit, and a note that is being saved. The
-// application's own guard detects everything else and freezes the page. Without that guard this script
-// installs none, so that the page does not report itself ready.
+// Reports unsaved input that only the page knows of when the desktop application is about to
+// restart for an update: the draft, which may come from an earlier visit, and a note that is being
+// saved. The application's own guard detects everything else and freezes the page. Without that
+// guard this script installs none, so that the page does not report itself ready.
 import {editorText, isSending} from './today.js';
 
 const reasons = {

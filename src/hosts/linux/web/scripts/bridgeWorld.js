@@ -8,7 +8,7 @@
     if (typeof event.detail !== 'string') return;
     const source = {frameUrl: location.href};
     window.webkit.messageHandlers.navoraBridge.postMessage(
-        JSON.stringify({source, announcement: event.detail}));
+      JSON.stringify({source, announcement: event.detail}));
   };
   globalThis.sayReady ??= () => void window.dispatchEvent(new CustomEvent(channel + '-ready'));
   window.addEventListener(channel, globalThis.forwardAnnouncement, true);

@@ -2,12 +2,13 @@
 // or file input the user acts on, and in which frame, just before the engine asks about it.
 (() => {
   const linkOf = (event) => event.composedPath().find(
-      (node) => (node instanceof HTMLAnchorElement || node instanceof HTMLAreaElement ||
-                 node instanceof SVGAElement) && node.hasAttribute('href'));
-  const hrefOf = (link) => link instanceof SVGAElement ?
-      new URL(link.href.baseVal, document.baseURI).href : link.href;
-  const fileInputOf = (event) => event.composedPath().find(
-      (node) => node instanceof HTMLInputElement && node.type === 'file');
+    (node) => (node instanceof HTMLAnchorElement || node instanceof HTMLAreaElement ||
+                node instanceof SVGAElement) &&
+      node.hasAttribute('href'));
+  const hrefOf = (link) =>
+    link instanceof SVGAElement ? new URL(link.href.baseVal, document.baseURI).href : link.href;
+  const fileInputOf = (event) =>
+    event.composedPath().find((node) => node instanceof HTMLInputElement && node.type === 'file');
 
   const report = (fact) => {
     const source = {top: window === window.top, frameUrl: location.href};
@@ -32,7 +33,8 @@
   };
   globalThis.reportContextMenu ??= (event) => void reportLink('menu', event);
   globalThis.reportSubmit ??= (event) => {
-    const action = event.submitter?.hasAttribute('formaction') ? event.submitter.formAction : event.target.action;
+    const action = event.submitter?.hasAttribute('formaction') ? event.submitter.formAction :
+                                                                 event.target.action;
     if (typeof action === 'string') report({kind: 'form', href: action});
   };
 
