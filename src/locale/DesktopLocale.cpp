@@ -17,8 +17,8 @@ constexpr std::string_view followSystem = "system";
 using Catalogs =
     std::map<std::string, std::map<std::string, std::string, std::less<>>, std::less<>>;
 
-// Returns the catalogs, or none if the resource does not have their structure. Values that are not
-// strings are skipped, so that their keys are shown instead.
+// Returns the catalogs, or an empty map if the resource does not have their structure. Values that
+// are not strings are skipped, so that their keys are shown instead.
 Catalogs readCatalogs(const std::optional<std::string>& resource) {
   const auto json = resource ? parseJson(*resource) : std::nullopt;
   if (!json || !json->is_object()) return {};

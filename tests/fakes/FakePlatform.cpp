@@ -5,33 +5,33 @@
 namespace navora {
 namespace {
 
-template <class Door>
-Door& present(Door* door, int line) {
-  if (!door) fatalError("The fake platform has made none", "FakePlatform", line);
-  return *door;
+template <class Object>
+Object& existing(Object* object, int line) {
+  if (!object) fatalError("The object has not been created", "FakePlatform", line);
+  return *object;
 }
 
 }  // namespace
 
 FakeMainWindow& FakePlatform::window() const {
-  return present(window_.lock().get(), __LINE__);
+  return existing(window_.lock().get(), __LINE__);
 }
 
 FakeWebView& FakePlatform::webView() const {
-  return present(webView_.lock().get(), __LINE__);
+  return existing(webView_.lock().get(), __LINE__);
 }
 
 FakeErrorView& FakePlatform::errorView() const {
   const auto& overlays = *window().overlays();
-  return present(overlays.empty() ? nullptr : overlays.back(), __LINE__);
+  return existing(overlays.empty() ? nullptr : overlays.back(), __LINE__);
 }
 
 FakeCapturePanelView& FakePlatform::capturePanel() const {
-  return present(captureDesktop_.panel, __LINE__);
+  return existing(captureDesktop_.panel, __LINE__);
 }
 
 FakeStatusItem& FakePlatform::statusItem() const {
-  return present(statusItem_, __LINE__);
+  return existing(statusItem_, __LINE__);
 }
 
 std::shared_ptr<MainWindow> FakePlatform::makeMainWindow(const MainWindowDescription& description,

@@ -24,7 +24,7 @@ class AppDelegateTest : public testing::Test {
   // Creates the delegate and launches the application.
   void launch() {
     create();
-    delegate->applicationDidFinishLaunching();
+    delegate_->applicationDidFinishLaunching();
   }
 
   // Launches the application, shows this page and clears the log.
@@ -36,25 +36,25 @@ class AppDelegateTest : public testing::Test {
 
   // Prepares a restart for an update; the page has nothing unsaved.
   void prepareRestart() {
-    delegate->prepareForUpdate([](const std::optional<std::string>&) {});
+    delegate_->prepareForUpdate([](const std::optional<std::string>&) {});
     while (webView().evaluationsUnderWay() > 0)
       webView().finishEvaluation(Json("{}"));
     log().take();
   }
   // Cancels the restart.
-  void giveUpRestart() { platform.updater().driver->dismissUpdateInstallation(); }
+  void giveUpRestart() { platform_.updater().driver->dismissUpdateInstallation(); }
 
-  void create() { delegate = std::make_unique<NavoraAppDelegate>(platform); }
+  void create() { delegate_ = std::make_unique<NavoraAppDelegate>(platform_); }
 
-  EventLog& log() { return platform.log(); }
-  FakeSystem& system() { return platform.system(); }
-  FakeMainWindow& window() { return platform.window(); }
-  FakeWebView& webView() { return platform.webView(); }
-  FakeErrorView& errorView() { return platform.errorView(); }
+  EventLog& log() { return platform_.log(); }
+  FakeSystem& system() { return platform_.system(); }
+  FakeMainWindow& window() { return platform_.window(); }
+  FakeWebView& webView() { return platform_.webView(); }
+  FakeErrorView& errorView() { return platform_.errorView(); }
 
-  LocaleScope locale;
-  FakePlatform platform;
-  std::unique_ptr<NavoraAppDelegate> delegate;
+  LocaleScope locale_;
+  FakePlatform platform_;
+  std::unique_ptr<NavoraAppDelegate> delegate_;
 };
 
 }  // namespace navora

@@ -13,7 +13,7 @@ using testing::Not;
 
 class NavoraAppDelegateCaptureTest : public AppDelegateTest {
  protected:
-  FakeCapturePanelView& panel() { return platform.capturePanel(); }
+  FakeCapturePanelView& panel() { return platform_.capturePanel(); }
 
   void finishLoading(const char* url) {
     webView().setUrl(testUrl(url));
@@ -21,7 +21,7 @@ class NavoraAppDelegateCaptureTest : public AppDelegateTest {
   }
   // Submits a note while the user is not signed in.
   void submitSignedOut() {
-    delegate->quickCapture();
+    delegate_->quickCapture();
     panel().editor().type("Note");
     panel().clickSubmit();
     log().take();
@@ -37,27 +37,27 @@ TEST_F(NavoraAppDelegateCaptureTest, OpensThePanelFromEveryTrigger) {
     panel().editor().press({KeyEvent::escapeKey, 0});
     EXPECT_FALSE(panel().isVisible());
   };
-  delegate->quickCapture();
+  delegate_->quickCapture();
   expectOpened();
-  delegate->applicationDidReceiveCaptureRequest();
+  delegate_->applicationDidReceiveCaptureRequest();
   expectOpened();
-  platform.hotKeys().press();
-  platform.mainQueue().runDue();
+  platform_.hotKeys().press();
+  platform_.mainQueue().runDue();
   expectOpened();
   EXPECT_TRUE(
-      platform.hotKeys().pressLocally({KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
+      platform_.hotKeys().pressLocally({KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
   expectOpened();
 }
 
 TEST_F(NavoraAppDelegateCaptureTest, OpensNothingWhileARestartIsPrepared) {
   launch();
   prepareRestart();
-  delegate->quickCapture();
-  delegate->applicationDidReceiveCaptureRequest();
-  platform.hotKeys().press();
-  platform.mainQueue().runDue();
+  delegate_->quickCapture();
+  delegate_->applicationDidReceiveCaptureRequest();
+  platform_.hotKeys().press();
+  platform_.mainQueue().runDue();
   EXPECT_TRUE(
-      platform.hotKeys().pressLocally({KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
+      platform_.hotKeys().pressLocally({KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
   EXPECT_FALSE(panel().isVisible());
 }
 
@@ -119,7 +119,7 @@ TEST_F(NavoraAppDelegateCaptureTest, IgnoresInvalidAndUntrustedAppearances) {
 
 TEST_F(NavoraAppDelegateCaptureTest, UnregistersTheShortcutWhenItTerminates) {
   launchShowing(testUrl(home));
-  delegate->applicationWillTerminate();
+  delegate_->applicationWillTerminate();
   EXPECT_THAT(log().take(), ElementsAre("hotKeys.unregister", "hotKeys.removeEventHandler",
                                         "hotKeys.removeLocalMonitor"));
 }

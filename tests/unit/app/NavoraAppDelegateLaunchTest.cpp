@@ -40,8 +40,8 @@ TEST_F(NavoraAppDelegateLaunchTest, DescribesTheWindow) {
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, TitlesTheWindowInThePreferredLanguage) {
-  locale.setCatalogs(R"({"en": {"Навора": "Navora"}})");
-  locale.prefer({"en-GB"});
+  locale_.setCatalogs(R"({"en": {"Навора": "Navora"}})");
+  locale_.prefer({"en-GB"});
   launch();
   EXPECT_EQ(window().title(), "Navora");
 }
@@ -57,18 +57,18 @@ TEST_F(NavoraAppDelegateLaunchTest, RegistersItselfForTheFourMessagesOfThePage) 
   EXPECT_THAT(webView().configuration().messageHandlerNames,
               ElementsAre("navoraLocale", "navoraCaptureAppearance", "navoraTimeZoneDetection",
                           "navoraNotifications"));
-  EXPECT_EQ(webView().configuration().messageHandler, delegate.get());
+  EXPECT_EQ(webView().configuration().messageHandler, delegate_.get());
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, InjectsThePageScriptsOfItsOriginZoneAndResources) {
   system().environment["NAVORA_URL"] = "http://localhost:3000/app";
   system().timeZone = "Asia/Tokyo";
-  platform.resources().put("CaptureAppearance", "js", "appearance();");
-  platform.resources().put("RestartGuard", "js", "guard();");
+  platform_.resources().put("CaptureAppearance", "js", "appearance();");
+  platform_.resources().put("RestartGuard", "js", "guard();");
   launch();
   EXPECT_EQ(webView().configuration().userScripts,
             PageScripts::userScripts(testUrl("http://localhost:3000/"), "Asia/Tokyo",
-                                     platform.resources()));
+                                     platform_.resources()));
   EXPECT_EQ(webView().configuration().userScripts.size(), 4U);
 }
 
@@ -129,28 +129,28 @@ TEST_F(NavoraAppDelegateLaunchTest, KeepsTheOriginThatItWasCreatedWith) {
   system().environment["NAVORA_URL"] = "https://preview.example";
   create();
   system().environment["NAVORA_URL"] = "https://other.example";
-  delegate->applicationDidFinishLaunching();
+  delegate_->applicationDidFinishLaunching();
   EXPECT_EQ(webView().loads().front().url.string(), "https://preview.example/login");
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, HidesTheWindowInsteadOfClosingIt) {
   launch();
   log().take();
-  EXPECT_FALSE(delegate->windowShouldClose());
+  EXPECT_FALSE(delegate_->windowShouldClose());
   EXPECT_THAT(log().take(), ElementsAre("window.orderOut"));
   EXPECT_FALSE(window().isVisible());
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, KeepsRunningWithoutAWindow) {
   launch();
-  EXPECT_FALSE(delegate->applicationShouldTerminateAfterLastWindowClosed());
+  EXPECT_FALSE(delegate_->applicationShouldTerminateAfterLastWindowClosed());
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, ShowsTheHiddenWindowWhenReopened) {
   launch();
   window().clickClose();
   log().take();
-  EXPECT_TRUE(delegate->applicationShouldHandleReopen(false));
+  EXPECT_TRUE(delegate_->applicationShouldHandleReopen(false));
   EXPECT_THAT(log().take(), ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
   EXPECT_TRUE(window().isVisible());
 }
@@ -159,7 +159,7 @@ TEST_F(NavoraAppDelegateLaunchTest, DeminiaturizesTheWindowFirstWhenReopened) {
   launch();
   window().miniaturize();
   log().take();
-  EXPECT_TRUE(delegate->applicationShouldHandleReopen(true));
+  EXPECT_TRUE(delegate_->applicationShouldHandleReopen(true));
   EXPECT_THAT(log().take(), ElementsAre("window.deminiaturize", "window.makeKeyAndOrderFront",
                                         "application.activate"));
   EXPECT_FALSE(window().isMiniaturized());
@@ -169,7 +169,7 @@ TEST_F(NavoraAppDelegateLaunchTest, DeminiaturizesTheWindowFirstWhenReopened) {
 TEST_F(NavoraAppDelegateLaunchTest, BringsAVisibleWindowToTheFront) {
   launch();
   log().take();
-  EXPECT_TRUE(delegate->applicationShouldHandleReopen(true));
+  EXPECT_TRUE(delegate_->applicationShouldHandleReopen(true));
   EXPECT_THAT(log().take(), ElementsAre("window.makeKeyAndOrderFront", "application.activate"));
 }
 
@@ -177,21 +177,21 @@ TEST_F(NavoraAppDelegateLaunchTest, RemovesItsDelegatesFromAViewThatOutlivesIt) 
   launch();
   const auto view = window().contentView();
   auto& fake = webView();
-  delegate.reset();
+  delegate_.reset();
   EXPECT_EQ(fake.navigationDelegate(), nullptr);
   EXPECT_EQ(fake.pageDialogDelegate(), nullptr);
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, CanBeDestroyedWithoutHavingLaunched) {
   create();
-  delegate.reset();
+  delegate_.reset();
   EXPECT_THAT(log().events(), IsEmpty());
 }
 
 TEST_F(NavoraAppDelegateLaunchTest, TerminatesWithoutTouchingTheWindow) {
   launch();
   log().take();
-  delegate->applicationWillTerminate();
+  delegate_->applicationWillTerminate();
   EXPECT_TRUE(window().isVisible());
   EXPECT_THAT(log().take(), Each(StartsWith("hotKeys.")));
 }
@@ -200,7 +200,7 @@ using NavoraAppDelegateLaunchDeathTest = NavoraAppDelegateLaunchTest;
 
 TEST_F(NavoraAppDelegateLaunchDeathTest, AbortsIfTheWindowToShowIsMissing) {
   create();
-  EXPECT_DEATH(delegate->showWindow(), "Fatal error: The main window is missing \\(App:[0-9]+\\)");
+  EXPECT_DEATH(delegate_->showWindow(), "Fatal error: The main window is missing \\(App:[0-9]+\\)");
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ constexpr const char* catalogs = R"({
 class NavoraAppDelegateLocaleTest : public AppDelegateTest {
  protected:
   void SetUp() override {
-    locale.setCatalogs(catalogs);
+    locale_.setCatalogs(catalogs);
     launchShowing(testUrl(home));
   }
 
@@ -92,7 +92,7 @@ TEST_F(NavoraAppDelegateLocaleTest, UsesTheDetectedLanguageIfTheSystemPrefersNon
 
 // A change of the system's languages takes effect with the page's next report.
 TEST_F(NavoraAppDelegateLocaleTest, FollowsASystemLanguageThatChangedSinceTheLaunch) {
-  locale.prefer({"en-GB"});
+  locale_.prefer({"en-GB"});
   post(R"({"requestedLocale": "system"})");
   EXPECT_EQ(window().title(), "Navora");
 }

@@ -78,7 +78,7 @@ TEST_F(NavoraAppDelegateMessagesTest, PublishesNoTimeZoneIfTheShownPageIsForeign
 
 TEST_F(NavoraAppDelegateMessagesTest, IgnoresAMessageWithAnUnknownName) {
   for (const char* name : {"navoraUnknown", "navoralocale", ""}) {
-    delegate->didReceiveScriptMessage(
+    delegate_->didReceiveScriptMessage(
         {name, R"({"requestedLocale": "de"})", mainFrame("https://navora.example/")});
   }
   EXPECT_THAT(log().take(), IsEmpty());

@@ -12,7 +12,7 @@ using testing::IsEmpty;
 
 class NavoraAppDelegateNotificationsTest : public AppDelegateTest {
  protected:
-  FakeNotificationCenter& center() { return platform.notificationCenter(); }
+  FakeNotificationCenter& center() { return platform_.notificationCenter(); }
   void post(const std::string& body, const FrameInfo& frame = mainFrame(home)) {
     webView().post("navoraNotifications", body, frame);
   }
@@ -21,9 +21,9 @@ class NavoraAppDelegateNotificationsTest : public AppDelegateTest {
 TEST_F(NavoraAppDelegateNotificationsTest, PollsFromLaunchToTermination) {
   launch();
   EXPECT_EQ(webView().cookieQuestions(), 1U);
-  const std::size_t withPoll = platform.mainQueue().pendingCount();
-  delegate->applicationWillTerminate();
-  EXPECT_EQ(platform.mainQueue().pendingCount(), withPoll - 1);
+  const std::size_t withPoll = platform_.mainQueue().pendingCount();
+  delegate_->applicationWillTerminate();
+  EXPECT_EQ(platform_.mainQueue().pendingCount(), withPoll - 1);
 }
 
 TEST_F(NavoraAppDelegateNotificationsTest, PerformsThePagesCommands) {
@@ -38,7 +38,7 @@ TEST_F(NavoraAppDelegateNotificationsTest, PerformsThePagesCommands) {
   post(R"("enable")");
   EXPECT_EQ(center().requests.size(), 1U);
   post(R"("disable")");
-  EXPECT_EQ(platform.userDefaults().value("desktopNotificationsEnabled"), Json(false));
+  EXPECT_EQ(platform_.userDefaults().value("desktopNotificationsEnabled"), Json(false));
 }
 
 TEST_F(NavoraAppDelegateNotificationsTest, IgnoresEverythingElse) {
@@ -50,18 +50,18 @@ TEST_F(NavoraAppDelegateNotificationsTest, IgnoresEverythingElse) {
   post(R"("enable")", mainFrame("https://remote.example/"));
   EXPECT_EQ(center().statusQuestions(), 0U);
   EXPECT_THAT(center().requests, IsEmpty());
-  EXPECT_EQ(platform.userDefaults().value("desktopNotificationsEnabled"), std::nullopt);
+  EXPECT_EQ(platform_.userDefaults().value("desktopNotificationsEnabled"), std::nullopt);
 }
 
 TEST_F(NavoraAppDelegateNotificationsTest, RefreshesAfterEveryLoadAndEveryResume) {
   launchShowing(testUrl(home));
   webView().navigationDelegate()->didFinishNavigation();
   EXPECT_EQ(center().statusQuestions(), 1U);
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   system().wake();
   EXPECT_EQ(center().statusQuestions(), 3U);
   webView().setUrl(testUrl("https://remote.example/"));
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   EXPECT_EQ(center().statusQuestions(), 4U);
 }
 

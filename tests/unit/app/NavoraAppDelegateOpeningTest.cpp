@@ -45,7 +45,7 @@ class NavoraAppDelegateOpeningTest : public AppDelegateTest {
 TEST_F(NavoraAppDelegateOpeningTest, LoadsAPageOtherThanTheRoot) {
   launchShowingPage("https://navora.example/");
   const Url page = testUrl("https://navora.example/circles/7?from=note");
-  delegate->openNotification(page);
+  delegate_->openNotification(page);
   EXPECT_THAT(loaded(), ElementsAre(page));
   EXPECT_EQ(webView().loads().back().cachePolicy, CachePolicy::useProtocolCachePolicy);
   EXPECT_EQ(webView().loads().back().timeoutSeconds, 60);
@@ -55,7 +55,7 @@ TEST_F(NavoraAppDelegateOpeningTest, LoadsAPageOtherThanTheRoot) {
 
 TEST_F(NavoraAppDelegateOpeningTest, OnlySetsTheFragmentOfTheRootPage) {
   launchShowingPage("https://navora.example/");
-  delegate->openNotification(circle);
+  delegate_->openNotification(circle);
   EXPECT_THAT(loaded(), IsEmpty());
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr(R"(location.hash = ["circles?room=7"][0])")));
   EXPECT_THAT(log().take(), testing::Contains("application.activate"));
@@ -63,13 +63,13 @@ TEST_F(NavoraAppDelegateOpeningTest, OnlySetsTheFragmentOfTheRootPage) {
 
 TEST_F(NavoraAppDelegateOpeningTest, UsesTodayWithoutAFragment) {
   launchShowingPage("https://navora.example/");
-  delegate->openNotification(testUrl("https://navora.example"));
+  delegate_->openNotification(testUrl("https://navora.example"));
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr(R"(["today"][0])")));
 }
 
 TEST_F(NavoraAppDelegateOpeningTest, LoadsTheRootPageFromAnotherPage) {
   launchShowingPage("https://navora.example/settings");
-  delegate->openNotification(circle);
+  delegate_->openNotification(circle);
   EXPECT_THAT(loaded(), ElementsAre(testUrl("https://navora.example")));
   EXPECT_THAT(scripts(), IsEmpty());
   finishLoading("https://navora.example/");
@@ -78,7 +78,7 @@ TEST_F(NavoraAppDelegateOpeningTest, LoadsTheRootPageFromAnotherPage) {
 
 TEST_F(NavoraAppDelegateOpeningTest, WaitsUntilTheUserHasSignedIn) {
   launchShowingPage("https://navora.example/login");
-  delegate->openNotification(circle);
+  delegate_->openNotification(circle);
   EXPECT_THAT(loaded(), IsEmpty());
   EXPECT_THAT(scripts(), IsEmpty());
   finishLoading("https://navora.example/");
@@ -87,7 +87,7 @@ TEST_F(NavoraAppDelegateOpeningTest, WaitsUntilTheUserHasSignedIn) {
 
 TEST_F(NavoraAppDelegateOpeningTest, LoadsTheLoginPageIfNoPageOfTheServiceIsShown) {
   launchShowingPage("https://remote.example/");
-  delegate->openNotification(circle);
+  delegate_->openNotification(circle);
   EXPECT_THAT(loaded(), ElementsAre(testUrl("https://navora.example/login")));
   finishLoading("https://navora.example/");
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr("circles?room=7")));
@@ -97,7 +97,7 @@ TEST_F(NavoraAppDelegateOpeningTest, DoesNothingWhileARestartIsPrepared) {
   launchShowingPage("https://navora.example/");
   prepareRestart();
   const auto before = scripts();
-  delegate->openNotification(circle);
+  delegate_->openNotification(circle);
   EXPECT_THAT(loaded(), IsEmpty());
   EXPECT_EQ(scripts(), before);
   EXPECT_THAT(log().take(), IsEmpty());
@@ -105,8 +105,8 @@ TEST_F(NavoraAppDelegateOpeningTest, DoesNothingWhileARestartIsPrepared) {
 
 TEST_F(NavoraAppDelegateOpeningTest, UsesTheLaterOfTwo) {
   launchShowingPage("https://navora.example/login");
-  delegate->openNotification(testUrl("https://navora.example/#calendar"));
-  delegate->openNotification(circle);
+  delegate_->openNotification(testUrl("https://navora.example/#calendar"));
+  delegate_->openNotification(circle);
   finishLoading("https://navora.example/");
   EXPECT_THAT(scripts(), ElementsAre(HasSubstr("circles?room=7")));
 }

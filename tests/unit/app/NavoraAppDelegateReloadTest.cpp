@@ -22,34 +22,34 @@ class NavoraAppDelegateReloadTest : public AppDelegateTest {
 
 TEST_F(NavoraAppDelegateReloadTest, ReloadsASubPageOfTheOriginBypassingTheCache) {
   launchShowing(testUrl(subPage));
-  delegate->reload();
+  delegate_->reload();
   EXPECT_EQ(lastLoad(),
             (WebRequest{testUrl(subPage), CachePolicy::reloadIgnoringLocalCacheData, 60}));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, LoadsTheOriginIfAForeignPageIsShown) {
   launchShowing(testUrl(foreignPage));
-  delegate->reload();
+  delegate_->reload();
   EXPECT_EQ(lastLoad(),
             (WebRequest{testUrl(origin), CachePolicy::reloadIgnoringLocalCacheData, 60}));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, LoadsTheOriginIfNoPageIsShown) {
   launchShowing(std::nullopt);
-  delegate->reload();
+  delegate_->reload();
   EXPECT_EQ(lastLoad(),
             (WebRequest{testUrl(origin), CachePolicy::reloadIgnoringLocalCacheData, 60}));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, TreatsAnotherPortAsForeign) {
   launchShowing(testUrl("https://navora.example:444/login"));
-  delegate->reload();
+  delegate_->reload();
   EXPECT_EQ(lastLoad().url, testUrl(origin));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, HidesTheOverlayBeforeItLoads) {
   launchShowing(testUrl(subPage));
-  delegate->reload();
+  delegate_->reload();
   EXPECT_THAT(log().take(), ElementsAre("errorView.hide", "webView.load " + std::string(subPage)));
 }
 
@@ -65,37 +65,37 @@ TEST_F(NavoraAppDelegateReloadTest, DoesNothingWhileARestartIsPrepared) {
 
 TEST_F(NavoraAppDelegateReloadTest, WorksAgainAfterTheRestartIsCancelled) {
   launchShowing(testUrl(subPage));
-  EXPECT_FALSE(delegate->restartPrepared());
+  EXPECT_FALSE(delegate_->restartPrepared());
   prepareRestart();
-  EXPECT_TRUE(delegate->restartPrepared());
+  EXPECT_TRUE(delegate_->restartPrepared());
   giveUpRestart();
-  delegate->reload();
+  delegate_->reload();
   EXPECT_EQ(lastLoad().url, testUrl(subPage));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, OpensTheShownPageOfTheOriginInTheBrowser) {
   launchShowing(testUrl(subPage));
-  delegate->openInBrowser();
-  EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(subPage)));
+  delegate_->openInBrowser();
+  EXPECT_THAT(platform_.workspace().opened(), ElementsAre(testUrl(subPage)));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserIfAForeignPageIsShown) {
   launchShowing(testUrl(foreignPage));
-  delegate->openInBrowser();
-  EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(origin)));
+  delegate_->openInBrowser();
+  EXPECT_THAT(platform_.workspace().opened(), ElementsAre(testUrl(origin)));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, OpensTheOriginInTheBrowserIfNoPageIsShown) {
   launchShowing(std::nullopt);
-  delegate->openInBrowser();
-  EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(origin)));
+  delegate_->openInBrowser();
+  EXPECT_THAT(platform_.workspace().opened(), ElementsAre(testUrl(origin)));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, OpensTheBrowserEvenWhileARestartIsPrepared) {
   launchShowing(testUrl(subPage));
   prepareRestart();
-  delegate->openInBrowser();
-  EXPECT_THAT(platform.workspace().opened(), ElementsAre(testUrl(subPage)));
+  delegate_->openInBrowser();
+  EXPECT_THAT(platform_.workspace().opened(), ElementsAre(testUrl(subPage)));
 }
 
 TEST_F(NavoraAppDelegateReloadTest, StartsWithTheOverlayHidden) {

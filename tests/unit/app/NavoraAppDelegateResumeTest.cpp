@@ -19,7 +19,7 @@ class NavoraAppDelegateResumeTest : public AppDelegateTest {
 
 TEST_F(NavoraAppDelegateResumeTest, PublishesTheTimeZoneBeforeTheResumeEventWhenItBecomesActive) {
   launchShowing(page());
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   EXPECT_THAT(webView().scripts(),
               ElementsAre(DesktopTimeZone::script("Europe/Moscow"), resumeScript));
 }
@@ -34,26 +34,26 @@ TEST_F(NavoraAppDelegateResumeTest, DoesTheSameWhenTheSystemWakesUp) {
 TEST_F(NavoraAppDelegateResumeTest, PublishesTheCurrentZone) {
   launchShowing(page());
   system().timeZone = "Asia/Tokyo";
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   EXPECT_EQ(webView().scripts().front(), DesktopTimeZone::script("Asia/Tokyo"));
 }
 
 TEST_F(NavoraAppDelegateResumeTest, LoadsNothing) {
   launchShowing(page());
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   EXPECT_THAT(webView().loads(), testing::SizeIs(1)) << "the login page of the launch";
 }
 
 TEST_F(NavoraAppDelegateResumeTest, SendsNothingToAForeignPage) {
   launchShowing(foreignPage());
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   system().wake();
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(NavoraAppDelegateResumeTest, SendsNothingIfNoPageIsShown) {
   launchShowing(std::nullopt);
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   system().wake();
   EXPECT_THAT(log().take(), IsEmpty());
 }
@@ -61,7 +61,7 @@ TEST_F(NavoraAppDelegateResumeTest, SendsNothingIfNoPageIsShown) {
 // A desktop may activate an application before it has finished launching.
 TEST_F(NavoraAppDelegateResumeTest, IsHarmlessBeforeTheWindowExists) {
   create();
-  delegate->applicationDidBecomeActive();
+  delegate_->applicationDidBecomeActive();
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
@@ -96,7 +96,7 @@ TEST_F(NavoraAppDelegateResumeTest, StopsObservingTheSystemWhenItIsDestroyed) {
   launchShowing(page());
   EXPECT_EQ(system().timeZoneObserverCount(), 1U);
   EXPECT_EQ(system().wakeObserverCount(), 1U);
-  delegate.reset();
+  delegate_.reset();
   EXPECT_EQ(system().timeZoneObserverCount(), 0U);
   EXPECT_EQ(system().wakeObserverCount(), 0U);
 }

@@ -21,13 +21,13 @@ class NavoraAppDelegateUpdatesTest : public AppDelegateTest {
  protected:
   using Button = UpdateBannerButton;
 
-  UpdaterUserDriver& updater() { return *platform.updater().driver; }
-  FakeUpdateBannerView::Screen& banner() { return platform.updateBanner(); }
+  UpdaterUserDriver& updater() { return *platform_.updater().driver; }
+  FakeUpdateBannerView::Screen& banner() { return platform_.updateBanner(); }
 
   // Shows a release and records the choices.
   void offer() {
     updater().showUpdateFound(release, {},
-                              [this](UserUpdateChoice choice) { choices.push_back(choice); });
+                              [this](UserUpdateChoice choice) { choices_.push_back(choice); });
   }
   // Acts as the user installing the release, up to the step before the installation.
   void installUpTo(const std::optional<Url>& url) {
@@ -35,10 +35,10 @@ class NavoraAppDelegateUpdatesTest : public AppDelegateTest {
     offer();
     banner().press(Button::primary);
     updater().showReadyToInstallAndRelaunch(
-        [this](UserUpdateChoice choice) { choices.push_back(choice); });
+        [this](UserUpdateChoice choice) { choices_.push_back(choice); });
   }
 
-  std::vector<UserUpdateChoice> choices;
+  std::vector<UserUpdateChoice> choices_;
 };
 
 TEST_F(NavoraAppDelegateUpdatesTest, AttachesTheBannerToTheWindow) {
@@ -49,25 +49,25 @@ TEST_F(NavoraAppDelegateUpdatesTest, AttachesTheBannerToTheWindow) {
 
 TEST_F(NavoraAppDelegateUpdatesTest, ChecksForUpdatesFromTheMenu) {
   launchShowing(testUrl(circles));
-  platform.application().choose(DelegateAction::checkForUpdates);
+  platform_.application().choose(DelegateAction::checkForUpdates);
   EXPECT_THAT(log().take(),
               ElementsAre("window.makeKeyAndOrderFront", "application.activate", "updater.check"));
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, InstallsIfThePageHasNothingUnsaved) {
   installUpTo(testUrl(circles));
-  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install));
+  EXPECT_THAT(choices_, ElementsAre(UserUpdateChoice::install));
   webView().finishEvaluation(Json("{}"));
-  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install, UserUpdateChoice::install));
-  EXPECT_TRUE(delegate->restartPrepared());
+  EXPECT_THAT(choices_, ElementsAre(UserUpdateChoice::install, UserUpdateChoice::install));
+  EXPECT_TRUE(delegate_->restartPrepared());
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, ShowsThePagesReasonAgainstARestart) {
   installUpTo(testUrl(circles));
   webView().finishEvaluation(Json(R"({"reason": "Save the note"})"));
   EXPECT_EQ(banner().content.detail, "Save the note");
-  EXPECT_FALSE(delegate->restartPrepared());
-  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::install));
+  EXPECT_FALSE(delegate_->restartPrepared());
+  EXPECT_THAT(choices_, ElementsAre(UserUpdateChoice::install));
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
@@ -75,7 +75,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
   webView().setUrl(testUrl(circles));
   webView().loading = true;
   std::optional<std::string> message;
-  delegate->prepareForUpdate(
+  delegate_->prepareForUpdate(
       [&](std::optional<std::string> answer) { message = std::move(answer); });
   EXPECT_EQ(message, "Дождитесь загрузки страницы и продолжите обновление.");
 }
@@ -84,7 +84,7 @@ TEST_F(NavoraAppDelegateUpdatesTest, ResumesThePageWhenTheRestartIsCancelled) {
   installUpTo(testUrl(circles));
   webView().finishEvaluation(Json("{}"));
   updater().dismissUpdateInstallation();
-  EXPECT_FALSE(delegate->restartPrepared());
+  EXPECT_FALSE(delegate_->restartPrepared());
   EXPECT_EQ(webView().scripts().back(), resumeEditingScript);
 }
 
@@ -94,15 +94,15 @@ TEST_F(NavoraAppDelegateUpdatesTest, PostponesUntilTheUsersNextMidnight) {
   launch();
   offer();
   banner().press(Button::close);
-  EXPECT_THAT(choices, ElementsAre(UserUpdateChoice::dismiss));
-  const auto pending = platform.userDefaults().value("navora.updateReminder.pending");
+  EXPECT_THAT(choices_, ElementsAre(UserUpdateChoice::dismiss));
+  const auto pending = platform_.userDefaults().value("navora.updateReminder.pending");
   ASSERT_TRUE(pending);
   EXPECT_EQ(numberMember(*pending, "deadline"), 1'700'049'600 + 11 * 3600);
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, FollowsAChangeOfLanguage) {
-  locale.setCatalogs(R"({"en": {"Обновить приложение": "Update"}})");
-  locale.prefer({"ru"});
+  locale_.setCatalogs(R"({"en": {"Обновить приложение": "Update"}})");
+  locale_.prefer({"ru"});
   launchShowing(testUrl(circles));
   offer();
   EXPECT_EQ(banner().button(Button::primary).title, "Обновить приложение");
@@ -114,11 +114,11 @@ TEST_F(NavoraAppDelegateUpdatesTest, FollowsAChangeOfLanguage) {
 TEST_F(NavoraAppDelegateUpdatesTest, UsesTheHostsWording) {
   launch();
   updater().showUpdateNotFound({}, [] {});
-  EXPECT_EQ(banner().content.title, platform.wording().upToDate);
+  EXPECT_EQ(banner().content.title, platform_.wording().upToDate);
 }
 
 TEST_F(NavoraAppDelegateUpdatesTest, LaunchesEvenIfTheUpdaterFailsToStart) {
-  platform.updater().startError = PlatformError{"test", 1, "broken"};
+  platform_.updater().startError = PlatformError{"test", 1, "broken"};
   launch();
   EXPECT_FALSE(banner().hidden);
   EXPECT_TRUE(window().isVisible());

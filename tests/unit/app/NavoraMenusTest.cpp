@@ -27,7 +27,7 @@ std::vector<std::string> titles(const std::vector<Menu>& menus) {
 // Without catalogs, every text is its key.
 class NavoraMenusTest : public testing::Test {
  protected:
-  LocaleScope locale;
+  LocaleScope locale_;
 };
 
 TEST_F(NavoraMenusTest, HasFourMenusOfWhichTheLastHasTheWindowsRole) {
@@ -111,7 +111,7 @@ TEST_F(NavoraMenusTest, UsesEveryKeyOnce) {
 }
 
 TEST_F(NavoraMenusTest, UsesTheRequestedLanguageAndRussianForMissingTexts) {
-  locale.setCatalogs(R"({"en": {"Правка": "Edit", "Вырезать": "Cut"}})");
+  locale_.setCatalogs(R"({"en": {"Правка": "Edit", "Вырезать": "Cut"}})");
   DesktopLocale::requested = "en";
   const Menu edit = NavoraMenus::mainMenu()[1];
   EXPECT_EQ(edit.title, "Edit");

@@ -43,15 +43,15 @@ constexpr const char* synchronizationScript =
 class PageScriptsTest : public testing::Test {
  protected:
   std::vector<UserScript> scripts() const {
-    return PageScripts::userScripts(testUrl("https://navora.example"), "Europe/Moscow", resources);
+    return PageScripts::userScripts(testUrl("https://navora.example"), "Europe/Moscow", resources_);
   }
 
-  FakeResources resources;
+  FakeResources resources_;
 };
 
 TEST_F(PageScriptsTest, AreInOrderWithTheirInjectionTimes) {
-  resources.put("CaptureAppearance", "js", "appearance();");
-  resources.put("RestartGuard", "js", "guard();\n");
+  resources_.put("CaptureAppearance", "js", "appearance();");
+  resources_.put("RestartGuard", "js", "guard();\n");
   EXPECT_THAT(
       scripts(),
       ElementsAre(
@@ -64,33 +64,33 @@ TEST_F(PageScriptsTest, AreInOrderWithTheirInjectionTimes) {
 }
 
 TEST_F(PageScriptsTest, OmitAMissingAppearanceScript) {
-  resources.put("RestartGuard", "js", "guard();");
+  resources_.put("RestartGuard", "js", "guard();");
   ASSERT_THAT(scripts(), SizeIs(3));
   EXPECT_EQ(scripts()[2].source, "guard();");
 }
 
 TEST_F(PageScriptsTest, OmitAMissingRestartGuard) {
-  resources.put("CaptureAppearance", "js", "appearance();");
+  resources_.put("CaptureAppearance", "js", "appearance();");
   ASSERT_THAT(scripts(), SizeIs(3));
   EXPECT_EQ(scripts()[2].injectionTime, InjectionTime::documentEnd);
 }
 
 TEST_F(PageScriptsTest, OmitResourcesThatAreNotText) {
-  resources.put("CaptureAppearance", "js", "\xFF");
-  resources.put("RestartGuard", "js", "\xFF");
+  resources_.put("CaptureAppearance", "js", "\xFF");
+  resources_.put("RestartGuard", "js", "\xFF");
   EXPECT_THAT(scripts(), SizeIs(2));
 }
 
 TEST_F(PageScriptsTest, ReadTheirResourcesByNameAndExtension) {
-  resources.put("CaptureAppearance", "json", "no");
-  resources.put("captureappearance", "js", "no");
-  resources.put("RestartGuard", "txt", "no");
+  resources_.put("CaptureAppearance", "json", "no");
+  resources_.put("captureappearance", "js", "no");
+  resources_.put("RestartGuard", "txt", "no");
   EXPECT_THAT(scripts(), SizeIs(2));
 }
 
 TEST_F(PageScriptsTest, QuoteTheTimeZone) {
   const auto scripts =
-      PageScripts::userScripts(testUrl("https://navora.example"), "a\"b", resources);
+      PageScripts::userScripts(testUrl("https://navora.example"), "a\"b", resources_);
   EXPECT_THAT(scripts.front().source,
               testing::HasSubstr("window.NavoraSystemTimeZone = \"a\\\"b\";"));
 }

@@ -29,35 +29,35 @@ class UpdateGuardTest : public QuickCaptureTest {
 
   UpdateGuardTest() {
     make();
-    guard = std::make_unique<UpdateGuard>(*webView, *capture, testUrl(origin));
+    guard_ = std::make_unique<UpdateGuard>(*webView, *capture, testUrl(origin));
     log().take();
   }
 
   void prepare() {
-    guard->prepareForUpdate(
-        [this](std::optional<std::string> message) { answers.push_back(std::move(message)); });
+    guard_->prepareForUpdate(
+        [this](std::optional<std::string> message) { answers_.push_back(std::move(message)); });
   }
   // Completes the page's script.
   void pageAnswers(WebView::EvaluationResult result) {
     webView->finishEvaluation(std::move(result));
   }
   void pageIsReady() { pageAnswers(Json("{}")); }
-  Answers takeAnswers() { return std::exchange(answers, {}); }
+  Answers takeAnswers() { return std::exchange(answers_, {}); }
   static Answers one(std::optional<std::string> message) { return {std::move(message)}; }
   static Answers success() { return one(std::nullopt); }
 
-  Answers answers;
-  std::unique_ptr<UpdateGuard> guard;
+  Answers answers_;
+  std::unique_ptr<UpdateGuard> guard_;
 };
 
 TEST_F(UpdateGuardTest, AsksThePage) {
   prepare();
-  EXPECT_THAT(answers, IsEmpty());
-  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_THAT(answers_, IsEmpty());
+  EXPECT_FALSE(guard_->restartPrepared());
   EXPECT_THAT(webView->scripts(), ElementsAre(DesktopRestartScript::prepare(noGuardOnThePage)));
   pageIsReady();
   EXPECT_EQ(takeAnswers(), success());
-  EXPECT_TRUE(guard->restartPrepared());
+  EXPECT_TRUE(guard_->restartPrepared());
 }
 
 TEST_F(UpdateGuardTest, AsksWithTheMessageInTheUsersLanguage) {
@@ -78,7 +78,7 @@ TEST_F(UpdateGuardTest, ReturnsThePagesReasonUnchanged) {
     prepare();
     pageAnswers(Json(Json{{"reason", reason}}.dump()));
     EXPECT_EQ(takeAnswers(), one(reason));
-    EXPECT_FALSE(guard->restartPrepared());
+    EXPECT_FALSE(guard_->restartPrepared());
   }
 }
 
@@ -87,7 +87,7 @@ TEST_F(UpdateGuardTest, CancelsAnEarlierPreparationIfThePageHasAReasonNow) {
   pageIsReady();
   prepare();
   pageAnswers(Json(R"({"reason": "An open editor"})"));
-  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_FALSE(guard_->restartPrepared());
 }
 
 TEST_F(UpdateGuardTest, BlocksOnAnUnclearReply) {
@@ -114,7 +114,7 @@ TEST_F(UpdateGuardTest, BlocksOnAnUnclearReply) {
     prepare();
     pageAnswers(result);
     EXPECT_EQ(takeAnswers(), one(notChecked));
-    EXPECT_FALSE(guard->restartPrepared());
+    EXPECT_FALSE(guard_->restartPrepared());
   }
 }
 
@@ -124,7 +124,7 @@ TEST_F(UpdateGuardTest, BlocksOnADraft) {
   EXPECT_EQ(takeAnswers(), one("Сохраните быструю запись (⌘⇧Пробел) или дождитесь её отправки, "
                                "затем продолжите обновление."));
   EXPECT_THAT(webView->scripts(), IsEmpty());
-  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_FALSE(guard_->restartPrepared());
 }
 
 TEST_F(UpdateGuardTest, BlocksOnADraftFirst) {
@@ -152,7 +152,7 @@ TEST_F(UpdateGuardTest, IsReadyImmediatelyWithoutAPage) {
   open();
   prepare();
   EXPECT_EQ(takeAnswers(), success());
-  EXPECT_TRUE(guard->restartPrepared());
+  EXPECT_TRUE(guard_->restartPrepared());
   EXPECT_FALSE(panel().isVisible());
   EXPECT_THAT(webView->scripts(), IsEmpty());
 }
@@ -177,7 +177,7 @@ TEST_F(UpdateGuardTest, ResumesThePageIfADraftWasStartedMeanwhile) {
   open("A thought");
   pageIsReady();
   EXPECT_EQ(takeAnswers(), one("Сначала сохраните быструю запись (⌘⇧Пробел)."));
-  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_FALSE(guard_->restartPrepared());
   EXPECT_TRUE(panel().isVisible());
   EXPECT_EQ(webView->scripts().back(), resumeGuardScript);
 }
@@ -185,8 +185,8 @@ TEST_F(UpdateGuardTest, ResumesThePageIfADraftWasStartedMeanwhile) {
 TEST_F(UpdateGuardTest, ResumesThePageWhenTheRestartIsCancelled) {
   prepare();
   pageIsReady();
-  guard->resume();
-  EXPECT_FALSE(guard->restartPrepared());
+  guard_->resume();
+  EXPECT_FALSE(guard_->restartPrepared());
   EXPECT_EQ(webView->scripts().back(), resumeGuardScript);
   EXPECT_EQ(webView->scripts().size(), 2U);
 }
@@ -195,30 +195,30 @@ TEST_F(UpdateGuardTest, ResumesThePageWhenTheRestartIsCancelled) {
 TEST_F(UpdateGuardTest, IgnoresAReplyFromBeforeThePageWasResumed) {
   open();
   prepare();
-  guard->resume();
+  guard_->resume();
   pageIsReady();
   EXPECT_EQ(takeAnswers(), one(notChecked));
-  EXPECT_FALSE(guard->restartPrepared());
+  EXPECT_FALSE(guard_->restartPrepared());
   EXPECT_TRUE(panel().isVisible());
 }
 
 TEST_F(UpdateGuardTest, CanBePreparedAgain) {
   prepare();
   pageIsReady();
-  guard->resume();
+  guard_->resume();
   pageAnswers(Json(nullptr));
   takeAnswers();
   prepare();
   pageIsReady();
   EXPECT_EQ(takeAnswers(), success());
-  EXPECT_TRUE(guard->restartPrepared());
+  EXPECT_TRUE(guard_->restartPrepared());
 }
 
 TEST_F(UpdateGuardTest, DoesNotAnswerAfterItsDestruction) {
   prepare();
-  guard.reset();
+  guard_.reset();
   pageIsReady();
-  EXPECT_THAT(answers, IsEmpty());
+  EXPECT_THAT(answers_, IsEmpty());
 }
 
 }  // namespace

@@ -87,7 +87,7 @@ TEST(DesktopLocaleResolve, FallsBackToTheSourceLanguage) {
 
 class DesktopLocaleCurrentTest : public testing::Test {
  protected:
-  LocaleScope locale;
+  LocaleScope locale_;
 };
 
 TEST_F(DesktopLocaleCurrentTest, StartsByFollowingTheSystem) {
@@ -97,16 +97,16 @@ TEST_F(DesktopLocaleCurrentTest, StartsByFollowingTheSystem) {
 }
 
 TEST_F(DesktopLocaleCurrentTest, ReadsThePreferredLanguagesAtEveryUse) {
-  locale.prefer({"en-US"});
+  locale_.prefer({"en-US"});
   EXPECT_EQ(DesktopLocale::current(), "en");
-  locale.prefer({"ja-JP", "en-US"});
+  locale_.prefer({"ja-JP", "en-US"});
   EXPECT_EQ(DesktopLocale::current(), "ja");
 }
 
 TEST_F(DesktopLocaleCurrentTest, UsesWhatTheServiceReported) {
   DesktopLocale::detected = "fr";
   EXPECT_EQ(DesktopLocale::current(), "fr");
-  locale.prefer({"en-US"});
+  locale_.prefer({"en-US"});
   EXPECT_EQ(DesktopLocale::current(), "en");
   DesktopLocale::requested = "de";
   EXPECT_EQ(DesktopLocale::current(), "de");

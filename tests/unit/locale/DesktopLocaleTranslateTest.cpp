@@ -22,11 +22,11 @@ constexpr const char* catalogs = R"({
 class DesktopLocaleTranslateTest : public testing::Test {
  protected:
   void SetUp() override {
-    locale.setCatalogs(catalogs);
+    locale_.setCatalogs(catalogs);
     DesktopLocale::requested = "en";
   }
 
-  LocaleScope locale;
+  LocaleScope locale_;
 };
 
 TEST_F(DesktopLocaleTranslateTest, ReturnsTheTextOfTheCurrentLanguage) {
@@ -87,11 +87,11 @@ TEST_F(DesktopLocaleTranslateTest, AcceptsAnEmptyParameter) {
 
 class DesktopLocaleBrokenCatalogTest : public testing::TestWithParam<const char*> {
  protected:
-  LocaleScope locale;
+  LocaleScope locale_;
 };
 
 TEST_P(DesktopLocaleBrokenCatalogTest, ShowsEverythingInTheSourceLanguage) {
-  locale.setCatalogs(GetParam());
+  locale_.setCatalogs(GetParam());
   DesktopLocale::requested = "en";
   EXPECT_EQ(L("Навора"), "Навора");
 }
@@ -117,30 +117,30 @@ class DesktopLocaleCatalogReadTest : public testing::Test {
   void configure(std::string text) {
     DesktopLocale::configure([] { return std::vector<std::string>{"en"}; },
                              [this, text] {
-                               ++reads;
+                               ++reads_;
                                return text;
                              });
   }
 
-  LocaleScope locale;
-  int reads = 0;
+  LocaleScope locale_;
+  int reads_ = 0;
 };
 
 TEST_F(DesktopLocaleCatalogReadTest, HappensOnceAtTheFirstTranslation) {
   configure(R"({"en": {"Навора": "Navora"}})");
   EXPECT_EQ(DesktopLocale::current(), "en");
-  EXPECT_EQ(reads, 0);
+  EXPECT_EQ(reads_, 0);
   EXPECT_EQ(L("Навора"), "Navora");
   DesktopLocale::requested = "de";
   EXPECT_EQ(L("Обновить"), "Обновить");
-  EXPECT_EQ(reads, 1);
+  EXPECT_EQ(reads_, 1);
 }
 
 TEST_F(DesktopLocaleCatalogReadTest, IsNotRepeatedForABrokenResource) {
   configure("{");
   EXPECT_EQ(L("Навора"), "Навора");
   EXPECT_EQ(L("Навора"), "Навора");
-  EXPECT_EQ(reads, 1);
+  EXPECT_EQ(reads_, 1);
 }
 
 TEST_F(DesktopLocaleCatalogReadTest, IsRepeatedWhenTheSourcesAreReplaced) {
@@ -148,7 +148,7 @@ TEST_F(DesktopLocaleCatalogReadTest, IsRepeatedWhenTheSourcesAreReplaced) {
   EXPECT_EQ(L("Навора"), "Navora");
   configure(R"({"en": {"Навора": "Navora 2"}})");
   EXPECT_EQ(L("Навора"), "Navora 2");
-  EXPECT_EQ(reads, 2);
+  EXPECT_EQ(reads_, 2);
 }
 
 }  // namespace

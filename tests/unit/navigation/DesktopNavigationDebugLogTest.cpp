@@ -14,15 +14,15 @@ class DesktopNavigationDebugLogTest : public DesktopNavigationTest {
     NavigationAction action;
     action.url = testUrl(url);
     action.type = NavigationType::linkActivated;
-    action.sourceFrame = trustedFrame;
-    action.targetFrame = trustedFrame;
+    action.sourceFrame = trustedFrame_;
+    action.targetFrame = trustedFrame_;
     action.request = std::make_shared<FakeRequest>(*action.url);
     return action;
   }
 
   std::vector<std::string> decide(const NavigationAction& action) {
-    navigation->decidePolicyForAction(webView, action);
-    return std::exchange(platform.system().debugged, {});
+    navigation_->decidePolicyForAction(webView_, action);
+    return std::exchange(platform_.system().debugged, {});
   }
 };
 
@@ -66,10 +66,10 @@ TEST_F(DesktopNavigationDebugLogTest, NamesTheRuleThatRefusedANavigation) {
 }
 
 TEST_F(DesktopNavigationDebugLogTest, TellsWhatBecameOfResponses) {
-  navigation->decidePolicyForResponse({testUrl("https://remote.example/"), true});
-  navigation->decidePolicyForResponse({testUrl("https://navora.example/notes.zip"), false});
+  navigation_->decidePolicyForResponse({testUrl("https://remote.example/"), true});
+  navigation_->decidePolicyForResponse({testUrl("https://navora.example/notes.zip"), false});
   EXPECT_THAT(
-      platform.system().debugged,
+      platform_.system().debugged,
       ElementsAre(
           "navigation: Refused https://remote.example/: the response is not from the service",
           "navigation: Downloading a response that cannot be shown: "
@@ -78,9 +78,9 @@ TEST_F(DesktopNavigationDebugLogTest, TellsWhatBecameOfResponses) {
 
 TEST_F(DesktopNavigationDebugLogTest, TellsAboutQuestionsOfOtherFrames) {
   const FrameInfo frame = subframe("https://navora.example/");
-  navigation->runAlertPanel("Hello", frame, [] {});
-  navigation->runOpenPanel({}, frame, [](const auto&) {});
-  EXPECT_THAT(platform.system().debugged,
+  navigation_->runAlertPanel("Hello", frame, [] {});
+  navigation_->runOpenPanel({}, frame, [](const auto&) {});
+  EXPECT_THAT(platform_.system().debugged,
               ElementsAre("navigation: Refused an alert: only the service's main frame may ask the "
                           "user",
                           "navigation: Refused a file chooser: only the service's main frame may "
@@ -88,9 +88,9 @@ TEST_F(DesktopNavigationDebugLogTest, TellsAboutQuestionsOfOtherFrames) {
 }
 
 TEST_F(DesktopNavigationDebugLogTest, TellsAboutFailedLoads) {
-  navigation->didFailNavigation({"WebKitNetworkError", 302, "Cannot connect"});
-  navigation->webContentProcessDidTerminate();
-  EXPECT_THAT(platform.system().debugged,
+  navigation_->didFailNavigation({"WebKitNetworkError", 302, "Cannot connect"});
+  navigation_->webContentProcessDidTerminate();
+  EXPECT_THAT(platform_.system().debugged,
               ElementsAre("navigation: Load failed: Cannot connect (WebKitNetworkError 302)",
                           "navigation: The web content process terminated"));
 }

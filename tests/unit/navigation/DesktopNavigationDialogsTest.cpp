@@ -20,25 +20,25 @@ const std::vector<FrameInfo> untrustedFrames = {subframe("https://navora.example
 class DesktopNavigationDialogsTest : public DesktopNavigationTest {
  protected:
   void alert(const FrameInfo& frame) {
-    navigation->runAlertPanel("Done", frame, [this] { ++alertAnswers; });
+    navigation_->runAlertPanel("Done", frame, [this] { ++alertAnswers_; });
   }
   void confirm(const FrameInfo& frame) {
-    navigation->runConfirmPanel("Delete it?", frame,
-                                [this](bool answer) { confirmAnswers.push_back(answer); });
+    navigation_->runConfirmPanel("Delete it?", frame,
+                                 [this](bool answer) { confirmAnswers_.push_back(answer); });
   }
   void prompt(const FrameInfo& frame, const std::optional<std::string>& defaultText) {
-    navigation->runTextInputPanel("Name?", defaultText, frame,
-                                  [this](auto answer) { promptAnswers.push_back(answer); });
+    navigation_->runTextInputPanel("Name?", defaultText, frame,
+                                   [this](auto answer) { promptAnswers_.push_back(answer); });
   }
   void chooseFiles(const FrameInfo& frame, const OpenPanelParameters& parameters = {}) {
-    navigation->runOpenPanel(parameters, frame,
-                             [this](auto files) { fileAnswers.push_back(files); });
+    navigation_->runOpenPanel(parameters, frame,
+                              [this](auto files) { fileAnswers_.push_back(files); });
   }
 
-  int alertAnswers = 0;
-  std::vector<bool> confirmAnswers;
-  std::vector<std::optional<std::string>> promptAnswers;
-  std::vector<std::optional<Files>> fileAnswers;
+  int alertAnswers_ = 0;
+  std::vector<bool> confirmAnswers_;
+  std::vector<std::optional<std::string>> promptAnswers_;
+  std::vector<std::optional<Files>> fileAnswers_;
 };
 
 TEST_F(DesktopNavigationDialogsTest, AnswerUntrustedFramesImmediatelyWithoutADialog) {
@@ -49,34 +49,34 @@ TEST_F(DesktopNavigationDialogsTest, AnswerUntrustedFramesImmediatelyWithoutADia
     chooseFiles(frame);
   }
   const auto count = untrustedFrames.size();
-  EXPECT_EQ(alertAnswers, static_cast<int>(count));
-  EXPECT_EQ(confirmAnswers, std::vector<bool>(count, false));
-  EXPECT_EQ(promptAnswers, std::vector<std::optional<std::string>>(count));
-  EXPECT_EQ(fileAnswers, std::vector<std::optional<Files>>(count));
+  EXPECT_EQ(alertAnswers_, static_cast<int>(count));
+  EXPECT_EQ(confirmAnswers_, std::vector<bool>(count, false));
+  EXPECT_EQ(promptAnswers_, std::vector<std::optional<std::string>>(count));
+  EXPECT_EQ(fileAnswers_, std::vector<std::optional<Files>>(count));
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(DesktopNavigationDialogsTest, AlertShowsThePagesMessageWithTheProductName) {
-  alert(trustedFrame);
+  alert(trustedFrame_);
   EXPECT_THAT(dialogs().alerts.requests(),
               ElementsAre(AlertDescription{"Навора", "Done", {}, std::nullopt}));
 }
 
 TEST_F(DesktopNavigationDialogsTest, AlertUnblocksThePageWhenItIsAnswered) {
-  alert(trustedFrame);
-  EXPECT_EQ(alertAnswers, 0);
+  alert(trustedFrame_);
+  EXPECT_EQ(alertAnswers_, 0);
   dialogs().alerts.answer({});
-  EXPECT_EQ(alertAnswers, 1);
+  EXPECT_EQ(alertAnswers_, 1);
 }
 
 TEST_F(DesktopNavigationDialogsTest, AlertCanBeAnsweredBeforeTheCallReturns) {
   dialogs().alerts.answerAhead({});
-  alert(trustedFrame);
-  EXPECT_EQ(alertAnswers, 1);
+  alert(trustedFrame_);
+  EXPECT_EQ(alertAnswers_, 1);
 }
 
 TEST_F(DesktopNavigationDialogsTest, ConfirmHasContinueAsItsFirstButton) {
-  confirm(trustedFrame);
+  confirm(trustedFrame_);
   EXPECT_THAT(dialogs().alerts.requests(),
               ElementsAre(AlertDescription{
                   "Навора", "Delete it?", {"Продолжить", "Отмена"}, std::nullopt}));
@@ -84,21 +84,21 @@ TEST_F(DesktopNavigationDialogsTest, ConfirmHasContinueAsItsFirstButton) {
 
 TEST_F(DesktopNavigationDialogsTest, ConfirmIsTrueForTheFirstButtonOnly) {
   dialogs().alerts.answerAhead({0, ""});
-  confirm(trustedFrame);
+  confirm(trustedFrame_);
   dialogs().alerts.answerAhead({1, ""});
-  confirm(trustedFrame);
-  EXPECT_THAT(confirmAnswers, ElementsAre(true, false));
+  confirm(trustedFrame_);
+  EXPECT_THAT(confirmAnswers_, ElementsAre(true, false));
 }
 
 TEST_F(DesktopNavigationDialogsTest, ConfirmCanBeAnsweredLater) {
-  confirm(trustedFrame);
-  EXPECT_THAT(confirmAnswers, IsEmpty());
+  confirm(trustedFrame_);
+  EXPECT_THAT(confirmAnswers_, IsEmpty());
   dialogs().alerts.answer({0, ""});
-  EXPECT_THAT(confirmAnswers, ElementsAre(true));
+  EXPECT_THAT(confirmAnswers_, ElementsAre(true));
 }
 
 TEST_F(DesktopNavigationDialogsTest, PromptHasAFieldWithTheDefaultText) {
-  prompt(trustedFrame, "Untitled");
+  prompt(trustedFrame_, "Untitled");
   EXPECT_THAT(dialogs().alerts.requests(),
               ElementsAre(AlertDescription{"Навора",
                                            "Name?",
@@ -107,31 +107,31 @@ TEST_F(DesktopNavigationDialogsTest, PromptHasAFieldWithTheDefaultText) {
 }
 
 TEST_F(DesktopNavigationDialogsTest, PromptStartsEmptyWithoutADefaultText) {
-  prompt(trustedFrame, std::nullopt);
+  prompt(trustedFrame_, std::nullopt);
   EXPECT_EQ(dialogs().alerts.requests().front().textField,
             (AlertDescription::TextField{{320, 24}, ""}));
 }
 
 TEST_F(DesktopNavigationDialogsTest, PromptReturnsTheTextOfTheFieldWhenSaved) {
   dialogs().alerts.answerAhead({0, "Круг"});
-  prompt(trustedFrame, "Untitled");
-  EXPECT_THAT(promptAnswers, ElementsAre("Круг"));
+  prompt(trustedFrame_, "Untitled");
+  EXPECT_THAT(promptAnswers_, ElementsAre("Круг"));
 }
 
 TEST_F(DesktopNavigationDialogsTest, PromptDistinguishesAnEmptyTextFromACancellation) {
   dialogs().alerts.answerAhead({0, ""});
-  prompt(trustedFrame, "Untitled");
+  prompt(trustedFrame_, "Untitled");
   dialogs().alerts.answerAhead({1, "Untitled"});
-  prompt(trustedFrame, "Untitled");
-  EXPECT_THAT(promptAnswers, ElementsAre("", std::nullopt));
+  prompt(trustedFrame_, "Untitled");
+  EXPECT_THAT(promptAnswers_, ElementsAre("", std::nullopt));
 }
 
 TEST_F(DesktopNavigationDialogsTest, ShowTheirTextsInTheCurrentLanguageAndThePagesUnchanged) {
-  locale.setCatalogs(R"({"en": {"Навора": "Navora", "Продолжить": "Continue", "Отмена": "Cancel",
+  locale_.setCatalogs(R"({"en": {"Навора": "Navora", "Продолжить": "Continue", "Отмена": "Cancel",
                                 "Сохранить": "Save", "Delete it?": "no", "Name?": "no"}})");
   DesktopLocale::requested = "en";
-  confirm(trustedFrame);
-  prompt(trustedFrame, "Отмена");
+  confirm(trustedFrame_);
+  prompt(trustedFrame_, "Отмена");
   EXPECT_THAT(
       dialogs().alerts.requests(),
       ElementsAre(AlertDescription{"Navora", "Delete it?", {"Continue", "Cancel"}, std::nullopt},
@@ -144,53 +144,53 @@ TEST_F(DesktopNavigationDialogsTest, ShowTheirTextsInTheCurrentLanguageAndThePag
 TEST_F(DesktopNavigationDialogsTest, OpenPanelIsASheetOnTheWindowWithThePagesParameters) {
   for (const bool multiple : {false, true}) {
     for (const bool directories : {false, true})
-      chooseFiles(trustedFrame, {multiple, directories});
+      chooseFiles(trustedFrame_, {multiple, directories});
   }
   using Request = FakeDialogs::OpenPanelRequest;
   EXPECT_THAT(
       dialogs().openPanels.requests(),
-      ElementsAre(Request{window.get(), {false, false}}, Request{window.get(), {false, true}},
-                  Request{window.get(), {true, false}}, Request{window.get(), {true, true}}));
+      ElementsAre(Request{window_.get(), {false, false}}, Request{window_.get(), {false, true}},
+                  Request{window_.get(), {true, false}}, Request{window_.get(), {true, true}}));
 }
 
 TEST_F(DesktopNavigationDialogsTest, OpenPanelReturnsTheChosenFilesOrNullopt) {
-  chooseFiles(trustedFrame);
-  EXPECT_THAT(fileAnswers, IsEmpty());
+  chooseFiles(trustedFrame_);
+  EXPECT_THAT(fileAnswers_, IsEmpty());
   dialogs().openPanels.answer(Files{"/home/a.txt", "/home/b.txt"});
-  chooseFiles(trustedFrame);
+  chooseFiles(trustedFrame_);
   dialogs().openPanels.answer(std::nullopt);
-  EXPECT_THAT(fileAnswers, ElementsAre(Files{"/home/a.txt", "/home/b.txt"}, std::nullopt));
+  EXPECT_THAT(fileAnswers_, ElementsAre(Files{"/home/a.txt", "/home/b.txt"}, std::nullopt));
 }
 
 TEST_F(DesktopNavigationDialogsTest, OpenPanelReturnsNulloptIfTheWindowIsDestroyed) {
-  window.reset();
-  chooseFiles(trustedFrame);
-  EXPECT_THAT(fileAnswers, ElementsAre(std::nullopt));
+  window_.reset();
+  chooseFiles(trustedFrame_);
+  EXPECT_THAT(fileAnswers_, ElementsAre(std::nullopt));
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(DesktopNavigationDialogsTest, AlertsNeedNoWindow) {
-  window.reset();
+  window_.reset();
   dialogs().alerts.answerAhead({0, ""});
-  confirm(trustedFrame);
-  EXPECT_THAT(confirmAnswers, ElementsAre(true));
+  confirm(trustedFrame_);
+  EXPECT_THAT(confirmAnswers_, ElementsAre(true));
 }
 
 TEST_F(DesktopNavigationDialogsTest, DoNotKeepTheWindowAlive) {
-  const std::weak_ptr<MainWindow> observed = window;
-  window.reset();
+  const std::weak_ptr<MainWindow> observed = window_;
+  window_.reset();
   EXPECT_TRUE(observed.expired());
 }
 
 // The application can quit while the page waits for an answer.
 TEST_F(DesktopNavigationDialogsTest, CanBeAnsweredAfterTheNavigationIsDestroyed) {
-  confirm(trustedFrame);
-  chooseFiles(trustedFrame);
-  navigation.reset();
+  confirm(trustedFrame_);
+  chooseFiles(trustedFrame_);
+  navigation_.reset();
   dialogs().alerts.answer({0, ""});
   dialogs().openPanels.answer(Files{"/home/a.txt"});
-  EXPECT_THAT(confirmAnswers, ElementsAre(true));
-  EXPECT_THAT(fileAnswers, ElementsAre(Files{"/home/a.txt"}));
+  EXPECT_THAT(confirmAnswers_, ElementsAre(true));
+  EXPECT_THAT(fileAnswers_, ElementsAre(Files{"/home/a.txt"}));
 }
 
 }  // namespace

@@ -16,17 +16,17 @@ class DesktopNavigationDownloadsTest : public DesktopNavigationTest {
   FakeDownload& start(const std::string& name = "a") {
     auto download = std::make_shared<FakeDownload>(log_(), name);
     FakeDownload& fake = *download;
-    navigation->navigationDidBecomeDownload(std::move(download));
+    navigation_->navigationDidBecomeDownload(std::move(download));
     return fake;
   }
 
  private:
-  EventLog& log_() { return platform.log(); }
+  EventLog& log_() { return platform_.log(); }
 };
 
 TEST_F(DesktopNavigationDownloadsTest, AreRetainedAndServedByTheNavigation) {
   const FakeDownload& download = start();
-  EXPECT_EQ(download.delegate(), navigation.get());
+  EXPECT_EQ(download.delegate(), navigation_.get());
   EXPECT_THAT(log().take(), IsEmpty()) << "nothing is shown, nothing is cancelled";
 }
 
@@ -41,7 +41,7 @@ class DesktopNavigationSuggestedNameTest : public DesktopNavigationDownloadsTest
 TEST_P(DesktopNavigationSuggestedNameTest, IsOfferedWithoutFolders) {
   start().askDestination(GetParam().suggested);
   EXPECT_THAT(dialogs().savePanels.requests(),
-              ElementsAre(FakeDialogs::SavePanelRequest{window.get(), GetParam().offered}));
+              ElementsAre(FakeDialogs::SavePanelRequest{window_.get(), GetParam().offered}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, DesktopNavigationSuggestedNameTest,
@@ -77,7 +77,7 @@ TEST_F(DesktopNavigationDownloadsTest, AreReportedAsFailedWhenTheSavePanelIsDism
 
 TEST_F(DesktopNavigationDownloadsTest, AreCancelledIfTheWindowIsDestroyedBeforeTheSheet) {
   FakeDownload& download = start();
-  window.reset();
+  window_.reset();
   download.askDestination("summary.pdf");
   EXPECT_THAT(dialogs().savePanels.requests(), IsEmpty());
   EXPECT_THAT(log().take(),
@@ -128,7 +128,7 @@ TEST_F(DesktopNavigationDownloadsTest, ShowThePlatformsDescriptionOfAFailure) {
 }
 
 TEST_F(DesktopNavigationDownloadsTest, ShowAFailureInTheCurrentLanguage) {
-  locale.setCatalogs(R"({"en": {"Не удалось скачать файл": "The file could not be downloaded"}})");
+  locale_.setCatalogs(R"({"en": {"Не удалось скачать файл": "The file could not be downloaded"}})");
   DesktopLocale::requested = "en";
   start().fail(connectionLost);
   EXPECT_EQ(dialogs().alerts.requests().front().messageText, "The file could not be downloaded");
@@ -136,7 +136,7 @@ TEST_F(DesktopNavigationDownloadsTest, ShowAFailureInTheCurrentLanguage) {
 
 TEST_F(DesktopNavigationDownloadsTest, ShowAFailureEvenWithoutAWindow) {
   FakeDownload& download = start();
-  window.reset();
+  window_.reset();
   download.fail(connectionLost);
   EXPECT_THAT(dialogs().alerts.requests(), testing::SizeIs(1));
 }
@@ -169,8 +169,8 @@ TEST_F(DesktopNavigationDownloadsTest, AreReleasedIndividually) {
 TEST_F(DesktopNavigationDownloadsTest, AreReleasedEvenIfReportedTwice) {
   auto download = std::make_shared<FakeDownload>(log(), "a");
   FakeDownload& fake = *download;
-  navigation->navigationDidBecomeDownload(download);
-  navigation->navigationDidBecomeDownload(std::move(download));
+  navigation_->navigationDidBecomeDownload(download);
+  navigation_->navigationDidBecomeDownload(std::move(download));
   fake.finish();
   EXPECT_THAT(log().take(), ElementsAre("download.release a"));
 }
@@ -178,21 +178,21 @@ TEST_F(DesktopNavigationDownloadsTest, AreReleasedEvenIfReportedTwice) {
 TEST_F(DesktopNavigationDownloadsTest, AreCancelledSilentlyWhenTheNavigationIsDestroyed) {
   start("first");
   start("second");
-  navigation.reset();
+  navigation_.reset();
   EXPECT_THAT(log().take(),
               testing::UnorderedElementsAre("download.cancel first", "download.cancel second"));
 }
 
 TEST_F(DesktopNavigationDownloadsTest, HaveNoDelegateAfterTheNavigationIsDestroyed) {
   const auto download = std::make_shared<FakeDownload>(log(), "held");
-  navigation->navigationDidBecomeDownload(download);
-  navigation.reset();
+  navigation_->navigationDidBecomeDownload(download);
+  navigation_.reset();
   EXPECT_EQ(download->delegate(), nullptr);
 }
 
 TEST_F(DesktopNavigationDownloadsTest, IgnoreASavePanelAnsweredAfterTheNavigationIsDestroyed) {
   start().askDestination("summary.pdf");
-  navigation.reset();
+  navigation_.reset();
   log().take();
   dialogs().savePanels.answer("/home/summary.pdf");
   EXPECT_THAT(log().take(), IsEmpty());

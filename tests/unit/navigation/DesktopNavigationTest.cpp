@@ -23,17 +23,17 @@ TEST_F(DesktopNavigationTest, CancelsANavigationWithoutAUrl) {
   action.url.reset();
   for (const bool download : {false, true}) {
     action.shouldPerformDownload = download;
-    EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
   }
   action.targetFrame.reset();
-  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(DesktopNavigationTest, AllowsOtherSpellingsOfTheOrigin) {
   for (const char* url : {"https://navora.example", "https://navora.example:443/login",
                           "HTTPS://NAVORA.EXAMPLE/today?day=1#note"}) {
-    EXPECT_EQ(navigation->decidePolicyForAction(webView, actionTo(url)), NavigationPolicy::allow)
+    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, actionTo(url)), NavigationPolicy::allow)
         << url;
   }
 }
@@ -41,8 +41,8 @@ TEST_F(DesktopNavigationTest, AllowsOtherSpellingsOfTheOrigin) {
 TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowInTheSameView) {
   auto action = actionTo("https://navora.example/circles");
   action.targetFrame.reset();
-  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
-  EXPECT_THAT(webView.requestLoads(), ElementsAre(action.request.get()));
+  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+  EXPECT_THAT(webView_.requestLoads(), ElementsAre(action.request.get()));
   EXPECT_THAT(log().take(), ElementsAre("webView.loadRequest https://navora.example/circles"));
 }
 
@@ -52,24 +52,24 @@ TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowFromAnyFrame) {
     action.type = NavigationType::other;
     action.sourceFrame = source;
     action.targetFrame.reset();
-    EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
   }
-  EXPECT_THAT(webView.requestLoads(), testing::SizeIs(2));
+  EXPECT_THAT(webView_.requestLoads(), testing::SizeIs(2));
 }
 
 TEST_F(DesktopNavigationTest, DownloadsMarkedLinksEvenWithoutATargetFrame) {
   auto action = actionTo("https://navora.example/export.zip");
   action.shouldPerformDownload = true;
-  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::download);
+  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::download);
   action.targetFrame.reset();
-  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::download);
+  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::download);
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(DesktopNavigationTest, NeverDownloadsFromAForeignOrigin) {
   auto action = actionTo("https://remote.example/export.zip");
   action.shouldPerformDownload = true;
-  EXPECT_EQ(navigation->decidePolicyForAction(webView, action), NavigationPolicy::cancel);
+  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
 }
 
 struct ResponseCase {
@@ -85,7 +85,7 @@ TEST_P(DesktopNavigationResponseTest, HasThisPolicy) {
   NavigationResponse response;
   if (GetParam().url) response.url = testUrl(*GetParam().url);
   response.canShowMimeType = GetParam().canShow;
-  EXPECT_EQ(navigation->decidePolicyForResponse(response), GetParam().policy);
+  EXPECT_EQ(navigation_->decidePolicyForResponse(response), GetParam().policy);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -107,73 +107,73 @@ class DesktopNavigationCallbacksTest : public DesktopNavigationTest {
  protected:
   void SetUp() override {
     DesktopNavigationTest::SetUp();
-    navigation->onStart = [this] { calls.push_back("start"); };
-    navigation->onLoad = [this] { calls.push_back("load"); };
-    navigation->onFailure = [this](const PlatformError& error) { failures.push_back(error); };
+    navigation_->onStart = [this] { calls_.push_back("start"); };
+    navigation_->onLoad = [this] { calls_.push_back("load"); };
+    navigation_->onFailure = [this](const PlatformError& error) { failures_.push_back(error); };
   }
 
-  std::vector<std::string> calls;
-  std::vector<PlatformError> failures;
+  std::vector<std::string> calls_;
+  std::vector<PlatformError> failures_;
 };
 
 TEST_F(DesktopNavigationCallbacksTest, ReportTheStartAndTheEndOfALoad) {
-  navigation->didStartProvisionalNavigation();
-  navigation->didFinishNavigation();
-  EXPECT_THAT(calls, ElementsAre("start", "load"));
-  EXPECT_THAT(failures, IsEmpty());
+  navigation_->didStartProvisionalNavigation();
+  navigation_->didFinishNavigation();
+  EXPECT_THAT(calls_, ElementsAre("start", "load"));
+  EXPECT_THAT(failures_, IsEmpty());
 }
 
 TEST_F(DesktopNavigationCallbacksTest, ForwardAFailureUnchanged) {
   const PlatformError timedOut{"NSURLErrorDomain", -1001, "The request timed out."};
-  navigation->didFailNavigation(timedOut);
-  EXPECT_THAT(failures, ElementsAre(timedOut));
-  EXPECT_THAT(calls, IsEmpty());
+  navigation_->didFailNavigation(timedOut);
+  EXPECT_THAT(failures_, ElementsAre(timedOut));
+  EXPECT_THAT(calls_, IsEmpty());
 }
 
 TEST_F(DesktopNavigationCallbacksTest, IgnoreACancelledLoadOfAnyDomain) {
-  navigation->didFailNavigation({"NSURLErrorDomain", -999, "cancelled"});
-  navigation->didFailNavigation({"Other", -999, ""});
-  EXPECT_THAT(failures, IsEmpty());
+  navigation_->didFailNavigation({"NSURLErrorDomain", -999, "cancelled"});
+  navigation_->didFailNavigation({"Other", -999, ""});
+  EXPECT_THAT(failures_, IsEmpty());
 }
 
 TEST_F(DesktopNavigationCallbacksTest, ReportTheCodesNextToTheCancellation) {
-  navigation->didFailNavigation({"NSURLErrorDomain", -1000, ""});
-  navigation->didFailNavigation({"NSURLErrorDomain", -998, ""});
-  navigation->didFailNavigation({"NSURLErrorDomain", 999, ""});
-  EXPECT_THAT(failures, testing::SizeIs(3));
+  navigation_->didFailNavigation({"NSURLErrorDomain", -1000, ""});
+  navigation_->didFailNavigation({"NSURLErrorDomain", -998, ""});
+  navigation_->didFailNavigation({"NSURLErrorDomain", 999, ""});
+  EXPECT_THAT(failures_, testing::SizeIs(3));
 }
 
 TEST_F(DesktopNavigationCallbacksTest, ReportACrashedPageAsTheApplicationsError) {
-  navigation->webContentProcessDidTerminate();
-  EXPECT_THAT(failures,
+  navigation_->webContentProcessDidTerminate();
+  EXPECT_THAT(failures_,
               ElementsAre(PlatformError{"Navora", 1, "Окно приложения нужно перезагрузить."}));
   EXPECT_THAT(log().take(), IsEmpty()) << "nothing is reloaded";
 }
 
 TEST_F(DesktopNavigationCallbacksTest, ReportACrashInTheCurrentLanguage) {
-  locale.setCatalogs(R"({"en": {"Окно приложения нужно перезагрузить.": "Reload the window."}})");
+  locale_.setCatalogs(R"({"en": {"Окно приложения нужно перезагрузить.": "Reload the window."}})");
   DesktopLocale::requested = "en";
-  navigation->webContentProcessDidTerminate();
-  EXPECT_EQ(failures.front().localizedDescription, "Reload the window.");
+  navigation_->webContentProcessDidTerminate();
+  EXPECT_EQ(failures_.front().localizedDescription, "Reload the window.");
 }
 
 TEST_F(DesktopNavigationCallbacksTest, AreOptional) {
-  navigation->onStart = nullptr;
-  navigation->onLoad = nullptr;
-  navigation->onFailure = nullptr;
-  navigation->didStartProvisionalNavigation();
-  navigation->didFinishNavigation();
-  navigation->didFailNavigation({"NSURLErrorDomain", -1009, ""});
-  navigation->webContentProcessDidTerminate();
-  EXPECT_THAT(calls, IsEmpty());
-  EXPECT_THAT(failures, IsEmpty());
+  navigation_->onStart = nullptr;
+  navigation_->onLoad = nullptr;
+  navigation_->onFailure = nullptr;
+  navigation_->didStartProvisionalNavigation();
+  navigation_->didFinishNavigation();
+  navigation_->didFailNavigation({"NSURLErrorDomain", -1009, ""});
+  navigation_->webContentProcessDidTerminate();
+  EXPECT_THAT(calls_, IsEmpty());
+  EXPECT_THAT(failures_, IsEmpty());
 }
 
 TEST_F(DesktopNavigationCallbacksTest, AreReadAtTheTimeOfTheEvent) {
-  navigation->didFinishNavigation();
-  navigation->onLoad = [this] { calls.push_back("other"); };
-  navigation->didFinishNavigation();
-  EXPECT_THAT(calls, ElementsAre("load", "other"));
+  navigation_->didFinishNavigation();
+  navigation_->onLoad = [this] { calls_.push_back("other"); };
+  navigation_->didFinishNavigation();
+  EXPECT_THAT(calls_, ElementsAre("load", "other"));
 }
 
 }  // namespace

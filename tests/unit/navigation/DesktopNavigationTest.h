@@ -20,23 +20,23 @@ namespace navora {
 class DesktopNavigationTest : public testing::Test {
  protected:
   void SetUp() override {
-    navigation->window = window;
+    navigation_->window = window_;
     log().take();
   }
 
-  EventLog& log() { return platform.log(); }
-  FakeDialogs& dialogs() { return platform.dialogs(); }
+  EventLog& log() { return platform_.log(); }
+  FakeDialogs& dialogs() { return platform_.dialogs(); }
 
-  const Url origin = testUrl("https://navora.example");
-  const FrameInfo trustedFrame = mainFrame("https://navora.example/today");
+  const Url origin_ = testUrl("https://navora.example");
+  const FrameInfo trustedFrame_ = mainFrame("https://navora.example/today");
 
-  LocaleScope locale;
-  FakePlatform platform;
-  FakeMainWindowDelegate windowDelegate;
-  std::shared_ptr<MainWindow> window = platform.makeMainWindow({}, windowDelegate);
-  FakeWebView webView{platform.log(), {origin}};
-  std::unique_ptr<DesktopNavigation> navigation = std::make_unique<DesktopNavigation>(
-      origin, platform.dialogs(), platform.system(), platform.workspace());
+  LocaleScope locale_;
+  FakePlatform platform_;
+  FakeMainWindowDelegate windowDelegate_;
+  std::shared_ptr<MainWindow> window_ = platform_.makeMainWindow({}, windowDelegate_);
+  FakeWebView webView_{platform_.log(), {origin_}};
+  std::unique_ptr<DesktopNavigation> navigation_ = std::make_unique<DesktopNavigation>(
+      origin_, platform_.dialogs(), platform_.system(), platform_.workspace());
 };
 
 }  // namespace navora
