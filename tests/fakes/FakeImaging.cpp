@@ -41,7 +41,7 @@ double distanceToCurve(Point point, Point start, const Path::Element& curve) {
   return nearest;
 }
 
-bool covers(const RecordingCanvas::PathStroke& stroke, Point point) {
+bool covers(const FakeCanvas::PathStroke& stroke, Point point) {
   const double reach = stroke.style.lineWidth / 2;
   Point start;
   for (const Path::Element& element : stroke.path.elements()) {
@@ -64,22 +64,22 @@ double distanceToOutline(const Rectangle& rectangle, double wantedRadius, Point 
          std::min(std::max(beyondX, beyondY), 0.0) - radius;
 }
 
-bool covers(const RecordingCanvas::GradientFill& fill, Point point) {
+bool covers(const FakeCanvas::GradientFill& fill, Point point) {
   return distanceToOutline(fill.rectangle, fill.radius, point) <= 0;
 }
 
-bool covers(const RecordingCanvas::RectangleStroke& stroke, Point point) {
+bool covers(const FakeCanvas::RectangleStroke& stroke, Point point) {
   const double fromOutline = distanceToOutline(stroke.rectangle, stroke.radius, point);
   return std::abs(fromOutline) <= stroke.style.lineWidth / 2;
 }
 
-bool covers(const RecordingCanvas::OvalFill& fill, Point point) {
+bool covers(const FakeCanvas::OvalFill& fill, Point point) {
   const double x = (point.x - fill.rectangle.midX()) / (fill.rectangle.width / 2);
   const double y = (point.y - fill.rectangle.midY()) / (fill.rectangle.height / 2);
   return std::hypot(x, y) <= 1;
 }
 
-Color colorOf(const RecordingCanvas::GradientFill& fill) {
+Color colorOf(const FakeCanvas::GradientFill& fill) {
   return fill.gradient.stops.empty() ? Color{0, 0, 0, 0} : fill.gradient.stops.front().color;
 }
 

@@ -3,7 +3,7 @@
 #include <functional>
 #include <utility>
 
-#include "fakes/RecordingCanvas.h"
+#include "fakes/FakeCanvas.h"
 #include "platform/Image.h"
 
 namespace navora {
@@ -21,7 +21,7 @@ class FakeBitmap final : public Bitmap {
         size_{static_cast<double>(wide), static_cast<double>(high)},
         pixel_(std::move(pixel)) {}
 
-  RecordingCanvas canvas;
+  FakeCanvas canvas;
   // The scale of the last draw().
   double scale = 1;
 

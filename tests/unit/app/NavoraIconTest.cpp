@@ -16,7 +16,7 @@ constexpr const char* failed =
     "\\(NavoraIcon:27\\)";
 
 TEST(NavoraIcon, IsAGateStrokedAsOnePath) {
-  RecordingCanvas canvas;
+  FakeCanvas canvas;
   NavoraIcon::paint(canvas);
   const Path gate = Path()
                         .moveTo({8, 47})
@@ -30,7 +30,7 @@ TEST(NavoraIcon, IsAGateStrokedAsOnePath) {
   const StrokeStyle pen{.lineWidth = 6, .roundCaps = true, .roundJoins = true};
   EXPECT_THAT(canvas.order, ElementsAre("stroke path"));
   EXPECT_THAT(canvas.pathStrokes,
-              ElementsAre(RecordingCanvas::PathStroke{gate, Color{0, 0, 0, 1}, pen}));
+              ElementsAre(FakeCanvas::PathStroke{gate, Color{0, 0, 0, 1}, pen}));
 }
 
 TEST(NavoraIcon, RendersTwoPixelsPerUnit) {

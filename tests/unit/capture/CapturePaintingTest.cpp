@@ -1,21 +1,21 @@
 #include <gmock/gmock.h>
 
 #include "capture/CapturePainting.h"
-#include "fakes/RecordingCanvas.h"
+#include "fakes/FakeCanvas.h"
 
 namespace navora {
 namespace {
 
 using testing::ElementsAre;
 
-RecordingCanvas painted(const CaptureSurface& surface) {
-  RecordingCanvas canvas;
+FakeCanvas painted(const CaptureSurface& surface) {
+  FakeCanvas canvas;
   surface.paint(canvas, {800, 165});
   return canvas;
 }
 
-RecordingCanvas painted(const CaptureSubmitButton& button) {
-  RecordingCanvas canvas;
+FakeCanvas painted(const CaptureSubmitButton& button) {
+  FakeCanvas canvas;
   button.paint(canvas, {38, 38});
   return canvas;
 }
@@ -33,12 +33,12 @@ TEST(CaptureSurface, FillsTheCardWithTheGradientAndStrokesItsBorder) {
   EXPECT_THAT(canvas.order, ElementsAre("fill rectangle", "stroke rectangle"));
   EXPECT_THAT(
       canvas.gradientFills,
-      ElementsAre(RecordingCanvas::GradientFill{
+      ElementsAre(FakeCanvas::GradientFill{
           card,
           23,
           {{{0, palette.surface}, {0.76, palette.surfaceEnd}, {1, palette.surfaceEnd}}, 305}}));
-  EXPECT_THAT(canvas.rectangleStrokes, ElementsAre(RecordingCanvas::RectangleStroke{
-                                           card, 23, palette.border, {.lineWidth = 1}}));
+  EXPECT_THAT(canvas.rectangleStrokes,
+              ElementsAre(FakeCanvas::RectangleStroke{card, 23, palette.border, {.lineWidth = 1}}));
 }
 
 TEST(CaptureSurface, ChangesOnlyTheBorderWithTheFocus) {
@@ -63,11 +63,11 @@ TEST(CaptureSubmitButton, PaintsACircleWithAnArrow) {
   const Color ink = button.palette.buttonInk;
   EXPECT_THAT(canvas.order, ElementsAre("fill oval", "stroke path", "stroke path"));
   EXPECT_THAT(canvas.ovalFills,
-              ElementsAre(RecordingCanvas::OvalFill{{0, 0, 38, 38}, button.palette.button}));
+              ElementsAre(FakeCanvas::OvalFill{{0, 0, 38, 38}, button.palette.button}));
   const Path shaft = Path().moveTo({12, 19}).lineTo({26, 19});
   const Path head = Path().moveTo({20, 25}).lineTo({26, 19}).lineTo({20, 13});
-  EXPECT_THAT(canvas.pathStrokes, ElementsAre(RecordingCanvas::PathStroke{shaft, ink, pen},
-                                              RecordingCanvas::PathStroke{head, ink, pen}));
+  EXPECT_THAT(canvas.pathStrokes, ElementsAre(FakeCanvas::PathStroke{shaft, ink, pen},
+                                              FakeCanvas::PathStroke{head, ink, pen}));
 }
 
 TEST(CaptureSubmitButton, ShowsTheHoverColourOnlyWhileEnabled) {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "fakes/RecordingCanvas.h"
+#include "fakes/FakeCanvas.h"
 #include "unit/capture/AppearanceDictionary.h"
 #include "unit/capture/QuickCaptureTest.h"
 
@@ -16,7 +16,7 @@ class DesktopQuickCaptureAppearanceTest : public QuickCaptureTest {
     EXPECT_EQ(editor().style(), look.editorStyle());
     EXPECT_EQ(panel().messageColor(), look.muted);
     EXPECT_EQ(panel().layout().padding, look.padding);
-    RecordingCanvas canvas;
+    FakeCanvas canvas;
     panel().delegate().paintSurface(canvas, {800, 165});
     panel().delegate().paintSubmitButton(canvas, {38, 38});
     EXPECT_EQ(canvas.gradientFills[0].gradient.stops[0].color, look.surface);

@@ -1,6 +1,6 @@
 #include <gmock/gmock.h>
 
-#include "fakes/RecordingCanvas.h"
+#include "fakes/FakeCanvas.h"
 #include "unit/capture/QuickCaptureTest.h"
 
 namespace navora {
@@ -219,7 +219,7 @@ TEST_F(DesktopQuickCapturePanelTest, SpeaksTheLanguageOfTheMomentWhenItOpens) {
 
 TEST_F(DesktopQuickCapturePanelTest, LightsTheBorderUpWithTheFocus) {
   open();
-  RecordingCanvas canvas;
+  FakeCanvas canvas;
   const int redraws = panel().surfaceRedraws();
   panel().delegate().editorDidChangeFocus(false);
   EXPECT_GT(panel().surfaceRedraws(), redraws);
@@ -234,7 +234,7 @@ TEST_F(DesktopQuickCapturePanelTest, LightsTheBorderUpWithTheFocus) {
 TEST_F(DesktopQuickCapturePanelTest, LightsTheButtonUpUnderThePointerWhileItIsEnabled) {
   platform.captureDesktop().dark = true;
   open("Draft");
-  RecordingCanvas canvas;
+  FakeCanvas canvas;
   const auto paint = [&] { panel().delegate().paintSubmitButton(canvas, {38, 38}); };
   const int redraws = panel().buttonRedraws();
   panel().delegate().submitButtonHovered(true);

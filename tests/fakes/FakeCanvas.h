@@ -8,7 +8,7 @@
 namespace navora {
 
 // Records what is painted on it.
-class RecordingCanvas final : public Canvas {
+class FakeCanvas final : public Canvas {
  public:
   struct GradientFill {
     Rectangle rectangle;
