@@ -17,14 +17,15 @@ Expected<CommandLine, std::string> parseCommandLine(const std::vector<std::strin
     return CommandLine{.action = CommandLine::Action::runSelfTests};
   CommandLine commandLine;
   for (const std::string& argument : arguments) {
-    if (argument == "--help")
+    if (argument == "--help") {
       commandLine.action = CommandLine::Action::showHelp;
-    else if (argument == "--version")
+    } else if (argument == "--version") {
       commandLine.action = CommandLine::Action::showVersion;
-    else if (argument == "--capture" && style == CommandLineStyle::strict)
+    } else if (argument == "--capture" && style == CommandLineStyle::strict) {
       commandLine.purpose = LaunchPurpose::capture;
-    else if (isError(argument, style))
+    } else if (isError(argument, style)) {
       return Unexpected(argument);
+    }
   }
   return commandLine;
 }

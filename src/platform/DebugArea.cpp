@@ -41,10 +41,11 @@ DebugRequest parseDebugRequest(std::string_view value) {
       continue;
     }
     const auto area = std::ranges::find(allAreas, name, debugAreaName);
-    if (area == allAreas.end())
+    if (area == allAreas.end()) {
       request.unknown.push_back(name);
-    else
+    } else {
       request.areas.insert(*area);
+    }
   }
   return request;
 }
