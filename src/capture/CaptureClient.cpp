@@ -8,7 +8,8 @@
 namespace navora {
 namespace {
 
-constexpr ServiceClient::Settings serviceSettings{.requestTimeoutSeconds = 20,
+constexpr ServiceClient::Settings serviceSettings{.debugArea = DebugArea::capture,
+                                                  .requestTimeoutSeconds = 20,
                                                   .cookieDomainDots = CookieDomainDots::allAround};
 
 CaptureError untrustedReply() {

@@ -11,7 +11,8 @@ namespace navora {
 
 DesktopQuickCapture::DesktopQuickCapture(const Dependencies& dependencies,
                                          std::weak_ptr<WebView> webView, const Url& origin)
-    : userDefaults_(dependencies.userDefaults),
+    : system_(dependencies.system),
+      userDefaults_(dependencies.userDefaults),
       workspace_(dependencies.workspace),
       client_(dependencies.system, dependencies.makeHttpSession, webView, origin),
       submission_(client_, dependencies.system, std::move(webView), origin),

@@ -98,7 +98,9 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   Task<> send(std::string text);
   void noteAccepted(const QuickCapturePolicy::Receipt& receipt);
   void noteFailed(const CaptureError& error);
+  void debug(const std::string& line) const;
 
+  const System& system_;
   UserDefaults& userDefaults_;
   Workspace& workspace_;
   CaptureClient client_;

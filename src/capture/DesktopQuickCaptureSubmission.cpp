@@ -1,9 +1,11 @@
 // Sending a note, as the panel presents it: the busy state, the result and the login in between.
+#include <string>
 #include <utility>
 
 #include "capture/CaptureTexts.h"
 #include "capture/DesktopQuickCapture.h"
 #include "capture/QuickCapturePolicy.h"
+#include "support/Text.h"
 
 namespace navora {
 namespace {
@@ -35,6 +37,7 @@ void DesktopQuickCapture::submit() {
     return;
   }
   beginBusy();
+  debug("Sending a note of " + std::to_string(utf16Length(text)) + " UTF-16 units");
   telemetry_.record("native_submit", {{"inputChars", reportedLength(text)},
                                       {"durationMs", telemetry_.millisecondsSinceStart()}});
   sending_ = send(text);
@@ -70,6 +73,7 @@ Task<> DesktopQuickCapture::send(std::string text) {
 }
 
 void DesktopQuickCapture::noteAccepted(const QuickCapturePolicy::Receipt& receipt) {
+  debug("The service has stored the note as capture " + receipt.captureId);
   telemetry_.record("native_accepted",
                     {{"captureId", receipt.captureId}, {"jobId", receipt.jobId}});
   panel_->editor().clear();
@@ -79,12 +83,17 @@ void DesktopQuickCapture::noteAccepted(const QuickCapturePolicy::Receipt& receip
 }
 
 void DesktopQuickCapture::noteFailed(const CaptureError& error) {
+  debug(std::string("The note is not confirmed: ") + reasonOf(error.kind));
   telemetry_.record("native_failed", {{"reason", reasonOf(error.kind)}});
   setMessage(CaptureTexts::failure(error, submission_.isUnconfirmed()));
   if (error.kind != CaptureError::Kind::login) return;
   awaitingLogin_ = true;
   hide(false);
   if (onLogin) onLogin();
+}
+
+void DesktopQuickCapture::debug(const std::string& line) const {
+  system_.debug(DebugArea::capture, line);
 }
 
 void DesktopQuickCapture::resumeAfterLogin() {

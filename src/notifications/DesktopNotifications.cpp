@@ -41,6 +41,10 @@ bool DesktopNotifications::isEnabled() const {
   return !stored || *stored != Json(false);
 }
 
+void DesktopNotifications::debug(const std::string& line) const {
+  dependencies_.system.debug(DebugArea::notifications, line);
+}
+
 void DesktopNotifications::start() {
   if (active_ || !isEnabled()) return;
   active_ = true;
@@ -77,6 +81,8 @@ Task<> DesktopNotifications::pollService() {
   if (!selection) co_return;
   // The first list of an account is history: none of it is shown.
   if (!delivery_.isBaselined()) {
+    debug("Marked the account's first list as seen; number of items: " +
+          std::to_string(selection->items.size()));
     delivery_.baseline(selection->ids());
     co_return;
   }
@@ -124,15 +130,18 @@ Task<std::optional<NotificationSelection>> DesktopNotifications::select(
 
 Task<> DesktopNotifications::deliver(NotificationSelection selection) {
   const AuthorizationStatus status = co_await authorizationStatus();
+  if (status != AuthorizationStatus::authorized) debug("The desktop has not granted permission");
   for (NotificationSelection::Item& item : selection.items) {
     if (!item.content) {
       delivery_.ignore(item.id);
     } else if (status == AuthorizationStatus::authorized) {
       const DesktopNotificationDelivery::Enqueue enqueue = [&](auto done) {
+        debug("Showing item " + item.id);
         center_.add(userNotification(item.id, *std::move(item.content)), std::move(done));
       };
       // A notification that the desktop did not accept is offered again by the next poll.
-      (void)co_await delivery_.deliver(item.id, enqueue);
+      const auto error = co_await delivery_.deliver(item.id, enqueue);
+      if (error) debug("The desktop rejected item " + item.id + ": " + error->localizedDescription);
     }
   }
 }
@@ -152,8 +161,10 @@ Task<> DesktopNotifications::authorize() {
         center_.requestAuthorization({.alert = true, .sound = true}, std::move(done));
       });
   if (!result) {
+    debug("Requesting permission failed: " + result.error().localizedDescription);
     co_await runAlert(result.error().localizedDescription);
   } else if (!*result) {
+    debug("The desktop denied permission");
     co_await runAlert(dependencies_.deniedText());
   } else {
     dependencies_.userDefaults.setValue(enabledKey, true);

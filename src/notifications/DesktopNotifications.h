@@ -96,6 +96,7 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   Task<> deliverTest();
   Task<> runAlert(std::string text);
   bool isEnabled() const;
+  void debug(const std::string& line) const;
 
   const Dependencies dependencies_;
   NotificationCenter& center_;

@@ -7,7 +7,8 @@
 namespace navora {
 namespace {
 
-constexpr ServiceClient::Settings serviceSettings{.requestTimeoutSeconds = 15,
+constexpr ServiceClient::Settings serviceSettings{.debugArea = DebugArea::notifications,
+                                                  .requestTimeoutSeconds = 15,
                                                   .cookieDomainDots = CookieDomainDots::oneLeading};
 
 NotificationClient::PollError errorFor(ServiceClient::Failure failure) {

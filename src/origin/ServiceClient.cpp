@@ -41,20 +41,34 @@ Task<std::optional<std::string>> ServiceClient::sessionCookie() {
   if (!webView) co_return std::nullopt;
   const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
       [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
-  co_return sessionCookieHeader(cookies, origin_, system_.now(), settings_.cookieDomainDots);
+  auto header = sessionCookieHeader(cookies, origin_, system_.now(), settings_.cookieDomainDots);
+  debug(header ? "The web view has a session cookie" : "The web view has no session cookie");
+  co_return header;
+}
+
+void ServiceClient::debug(const std::string& line) const {
+  system_.debug(settings_.debugArea, line);
 }
 
 Task<Expected<HttpResponse, ServiceClient::Failure>> ServiceClient::send(HttpRequest request) {
   HttpSession& session = this->session();
+  const std::string name = request.method + " " + request.url.string();
   auto result = co_await awaitCallback<HttpSession::Result>(
       [&session, &request](Callback<HttpSession::Result> done) {
         session.send(request, std::move(done));
       });
-  if (!result) co_return Unexpected(Failure::transport);
+  if (!result) {
+    debug(name + ": " + result.error().localizedDescription);
+    co_return Unexpected(Failure::transport);
+  }
   HttpResponse& response = *result;
-  if (!response.url || !DesktopOrigin::contains(*response.url, origin_))
+  if (!response.url || !DesktopOrigin::contains(*response.url, origin_)) {
+    debug(name + ": rejected, because the response is not from the service's origin");
     co_return Unexpected(Failure::foreignOrigin);
+  }
   response.bodyTooLarge = response.bodyTooLarge || response.body.size() > maximumBodyBytes;
+  debug(name + ": status " + std::to_string(response.status) +
+        (response.bodyTooLarge ? ", body too large" : ""));
   co_return std::move(response);
 }
 

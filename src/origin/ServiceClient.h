@@ -7,6 +7,7 @@
 #include <string>
 
 #include "origin/SessionCookies.h"
+#include "platform/DebugArea.h"
 #include "platform/HttpSession.h"
 #include "platform/System.h"
 #include "platform/WebView.h"
@@ -18,7 +19,8 @@ namespace navora {
 
 // Sends one feature's requests to the service: fetches the session cookie of the user who is signed
 // in to the web view, bounds every transfer in time and size, and rejects responses of any other
-// origin. Main thread only. The client must outlive its tasks.
+// origin. Writes every request to the debug log. Main thread only. The client must outlive its
+// tasks.
 class ServiceClient {
  public:
   // The longest accepted response body.
@@ -28,6 +30,8 @@ class ServiceClient {
       std::function<std::unique_ptr<HttpSession>(const HttpSessionConfiguration&)>;
 
   struct Settings {
+    // The area of the debug log that the requests belong to.
+    DebugArea debugArea;
     // How long a request may receive no data before it fails as timed out.
     double requestTimeoutSeconds = 60;
     CookieDomainDots cookieDomainDots = CookieDomainDots::oneLeading;
@@ -57,6 +61,7 @@ class ServiceClient {
 
  private:
   HttpSession& session();
+  void debug(const std::string& line) const;
 
   const System& system_;
   const MakeHttpSession makeHttpSession_;

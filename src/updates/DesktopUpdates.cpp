@@ -90,7 +90,12 @@ void DesktopUpdates::showUpdatePermissionRequest(
          .sendSystemProfile = false});
 }
 
+void DesktopUpdates::debug(const std::string& line) const {
+  dependencies_.system.debug(DebugArea::updates, line);
+}
+
 void DesktopUpdates::showUserInitiatedUpdateCheck(std::function<void()> cancellation) {
+  debug("Checking at the user's request");
   preserveMessage_ = false;
   beginState();
   present(UpdateBannerState::Checking{.cancel = inThisState(std::move(cancellation))});
@@ -98,6 +103,7 @@ void DesktopUpdates::showUserInitiatedUpdateCheck(std::function<void()> cancella
 
 void DesktopUpdates::showUpdateNotFound(const PlatformError&,
                                         std::function<void()> acknowledgement) {
+  debug("There is no newer version");
   manualCheckPending_ = false;
   beginOutcome();
   present(
@@ -121,6 +127,7 @@ void DesktopUpdates::fail(const PlatformError& error) {
 }
 
 void DesktopUpdates::showDownloadInitiated(std::function<void()> cancellation) {
+  debug("Downloading");
   received_ = 0;
   expected_ = 0;
   beginState();
@@ -146,6 +153,7 @@ void DesktopUpdates::updateDownloadProgress() {
 }
 
 void DesktopUpdates::showDownloadDidStartExtractingUpdate() {
+  debug("Extracting");
   beginState();
   present(UpdateBannerState::Extracting{});
 }
@@ -159,6 +167,7 @@ void DesktopUpdates::showUpdateInstalledAndRelaunched(bool, std::function<void()
 }
 
 void DesktopUpdates::dismissUpdateInstallation() {
+  debug("The session has ended");
   beginState();
   installRequested_ = false;
   isInstalling_ = false;

@@ -59,8 +59,8 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
   void attach(MainWindow& window) { banner_.attach(window); }
   // Starts the updater, and the reminder of an update that was postponed in an earlier launch.
   void start();
-  // Checks on behalf of the user. Deferred until a session that shows no banner has ended; if the
-  // banner is shown, only brings it into focus.
+  // Checks at the user's request, after the end of a session that shows no banner. If the updater
+  // cannot check, announces the banner that is shown instead.
   void checkForUpdates();
   void refreshLocale();
 
@@ -100,6 +100,7 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
   void present(UpdateBannerState::Value state);
   // Begins a state that remains visible after the session has ended.
   void beginOutcome();
+  void debug(const std::string& line) const;
   Action closingBanner();
   void fail(const PlatformError& error);
 

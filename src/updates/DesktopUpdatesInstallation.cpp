@@ -17,6 +17,7 @@ void DesktopUpdates::showUpdateFound(const AppcastItem& item, UserUpdateState st
   preserveMessage_ = false;
   installRequested_ = false;
   dismissPendingUpdate_ = [reply] { reply(UserUpdateChoice::dismiss); };
+  debug("Found version " + item.versionString);
   if (item.isInformationOnlyUpdate) {
     presentInformation(item, std::move(reply));
   } else if (state.stage != Stage::notDownloaded) {
@@ -57,6 +58,7 @@ void DesktopUpdates::presentResumed(const AppcastItem& item, Stage stage, Choose
 }
 
 void DesktopUpdates::refuseOffer(const Choose& reply) {
+  debug("The version is ignored or postponed, and not offered");
   banner_.hide();
   banner_.clearActions();
   dismissPendingUpdate_ = nullptr;
@@ -91,6 +93,7 @@ DesktopUpdates::Action DesktopUpdates::decliningOffer(Choose reply, Action recor
 }
 
 void DesktopUpdates::showReadyToInstallAndRelaunch(Choose reply) {
+  debug("The update is ready to install");
   dismissPendingUpdate_ = [reply] { reply(UserUpdateChoice::dismiss); };
   Action install = [reply = std::move(reply)] { reply(UserUpdateChoice::install); };
   if (installRequested_) {
@@ -113,6 +116,7 @@ void DesktopUpdates::checkRestart(Action proceed) {
 }
 
 void DesktopUpdates::restartChecked(std::optional<std::string> message, Action proceed) {
+  debug(message ? "The restart must wait: " + *message : "Installing");
   beginState();
   if (message) {
     auto tryAgain = inThisState([this, proceed = std::move(proceed)] { checkRestart(proceed); });

@@ -29,6 +29,25 @@ TEST_F(DesktopQuickCaptureSubmissionTest, AsksWhoIsSignedInAndPostsTheNote) {
   EXPECT_EQ(lastRequest().body, R"({"raw":"First thought"})");
 }
 
+TEST_F(DesktopQuickCaptureSubmissionTest, WritesItsStepsToTheDebugLog) {
+  open("Secret");
+  submitUntilPost();
+  network().fail(-1);
+  resubmitUntilPost();
+  answerConfirmation();
+  EXPECT_THAT(
+      platform.system().debugged,
+      ElementsAre(
+          "capture: Sending a note of 6 UTF-16 units", "capture: The web view has a session cookie",
+          "capture: GET https://navora.example/api/auth/me: status 200",
+          "capture: POST https://navora.example/api/captures: The network is the test's",
+          "capture: The note is not confirmed: network",
+          "capture: Sending a note of 6 UTF-16 units", "capture: The web view has a session cookie",
+          "capture: GET https://navora.example/api/auth/me: status 200",
+          "capture: POST https://navora.example/api/captures: status 202",
+          std::string("capture: The service has stored the note as capture ") + captureId));
+}
+
 TEST_F(DesktopQuickCaptureSubmissionTest, SendsItsHeadersInOrder) {
   DesktopLocale::requested = "pt-BR";
   open("Note");

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <random>
 #include <set>
@@ -8,6 +9,7 @@
 namespace navora {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
@@ -313,6 +315,31 @@ TEST_F(DesktopNotificationsPollTest, MayEndWhileTheListIsRead) {
   notifications.reset();
   platform.backgroundQueue().finishAll();
   EXPECT_EQ(center.statusQuestions(), 0u);
+}
+
+TEST_F(DesktopNotificationsPollTest, WritesItsStepsToTheDebugLog) {
+  auto& lines = platform.system().debugged;
+  const auto isNotARequest = [](const std::string& line) {
+    return line.find("GET ") == std::string::npos && line.find("cookie") == std::string::npos;
+  };
+  startWithBaseline({item("a")});
+  nextTick();
+  answerPoll({item("b"), item("a")});
+  center.answerStatus();
+  center.finishAdd(PlatformError{"Desktop", 1, "Full"});
+  center.status = AuthorizationStatus::denied;
+  nextTick();
+  completePoll({item("b"), item("a")});
+  std::vector<std::string> steps;
+  std::ranges::copy_if(lines, std::back_inserter(steps), isNotARequest);
+  EXPECT_THAT(
+      steps,
+      ElementsAre("notifications: Marked the account's first list as seen; number of items: 1",
+                  "notifications: Showing item b",
+                  "notifications: The desktop rejected item b: Full",
+                  "notifications: The desktop has not granted permission"));
+  EXPECT_THAT(lines, Contains("notifications: GET https://navora.example/api/settings: status "
+                              "200"));
 }
 
 TEST_F(DesktopNotificationsPollTest, PollsAtOnceAndEveryMinute) {

@@ -27,7 +27,8 @@ class ServiceClientTest : public testing::Test {
     return ServiceClient(
         platform_.system(),
         [this](const auto& configuration) { return platform_.makeHttpSession(configuration); },
-        webView_, origin_, {.requestTimeoutSeconds = 7, .cookieDomainDots = dots});
+        webView_, origin_,
+        {.debugArea = DebugArea::capture, .requestTimeoutSeconds = 7, .cookieDomainDots = dots});
   }
   Task<Response> send(ServiceClient& client) { return client.send({client.url("/api/note")}); }
   // The outcome of a request that receives `result`.
@@ -130,7 +131,7 @@ TEST_F(ServiceClientTest, MarksBodiesThatAreTooLargeWhicheverSideStoppedReading)
   const auto isMarked = [&](HttpResponse received) {
     ServiceClient client(platform_.system(),
                          [&](const auto&) { return std::make_unique<UnlimitedSession>(received); },
-                         webView_, origin_, {});
+                         webView_, origin_, {.debugArea = DebugArea::capture});
     const auto task = send(client);
     return task.result()->bodyTooLarge;
   };
@@ -138,6 +139,23 @@ TEST_F(ServiceClientTest, MarksBodiesThatAreTooLargeWhicheverSideStoppedReading)
   EXPECT_FALSE(isMarked({200, origin_, longest}));
   EXPECT_TRUE(isMarked({200, origin_, longest + "x"}));
   EXPECT_TRUE(isMarked({200, origin_, "", true}));
+}
+
+TEST_F(ServiceClientTest, WritesRequestsToTheDebugLogWithoutCookiesAndBodies) {
+  ServiceClient client = makeClient();
+  const auto cookie = client.sessionCookie();
+  webView_->answerCookies();
+  (void)outcomeOf(HttpResponse{404, origin_, "secret"});
+  (void)outcomeOf(HttpResponse{200, origin_, "", true});
+  (void)outcomeOf(HttpResponse{200, std::nullopt, ""});
+  (void)outcomeOf(Unexpected(PlatformError{"Network", -1001, "Timed out"}));
+  const std::string request = "capture: GET https://navora.example/api/note: ";
+  EXPECT_THAT(platform_.system().debugged,
+              ElementsAre("capture: The web view has a session cookie", request + "status 404",
+                          request + "status 200, body too large",
+                          request + "rejected, because the response is not from the service's "
+                                    "origin",
+                          request + "Timed out"));
 }
 
 TEST_F(ServiceClientTest, CancelsItsRequestsWhenItIsDestroyed) {

@@ -231,6 +231,30 @@ TEST_F(DesktopUpdatesInstallationTest, HasNothingToDeferWithoutAPendingUpdate) {
   EXPECT_THAT(log.take(), IsEmpty());
 }
 
+TEST_F(DesktopUpdatesInstallationTest, WritesItsStepsToTheDebugLog) {
+  driver().showUserInitiatedUpdateCheck([] {});
+  find(item());
+  press(Button::primary);
+  driver().showDownloadInitiated([] {});
+  driver().showDownloadDidStartExtractingUpdate();
+  becomeReady();
+  answerRestart("Save the note.");
+  press(Button::primary);
+  answerRestart();
+  driver().dismissUpdateInstallation();
+  policy.ignore("2.0");
+  find(item());
+  driver().showUpdateNotFound(error(), [] {});
+  EXPECT_THAT(system.debugged,
+              ElementsAre("updates: Checking at the user's request", "updates: Found version 2.0",
+                          "updates: Downloading", "updates: Extracting",
+                          "updates: The update is ready to install",
+                          "updates: The restart must wait: Save the note.", "updates: Installing",
+                          "updates: The session has ended", "updates: Found version 2.0",
+                          "updates: The version is ignored or postponed, and not offered",
+                          "updates: There is no newer version"));
+}
+
 TEST_F(DesktopUpdatesInstallationTest, GoesThroughAWholeUpdate) {
   updates->checkForUpdates();
   driver().showUserInitiatedUpdateCheck(called("cancel"));
