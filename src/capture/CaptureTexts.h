@@ -19,7 +19,7 @@ struct CaptureTexts {
   static std::string saving();
   static std::string unconfirmedText();
   static std::string loginDone();
-  // Returns the text for an error; `unconfirmed` tells that the note may have been stored anyway.
+  // Returns the text for an error; `unconfirmed` means that the note may have been stored anyway.
   static CaptureMessage failure(const CaptureError& error, bool unconfirmed);
 };
 

@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* jobId = "00000000-0000-4000-8000-000000000001";
 
-// Every failure has the same line: what matters to a user is that this policy cannot be trusted.
+// Reports every failure with the same text, which names the policy.
 class PolicyTest {
  public:
   void check(bool condition) { test_.check(condition, "quick capture policy"); }

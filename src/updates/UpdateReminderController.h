@@ -15,8 +15,8 @@
 namespace navora {
 
 // Offers a postponed update again at its deadline while the application is running: keeps one
-// timer, set to the stored deadline, that starts a check in the background. Everything that changes
-// the stored reminder is done through this class, which resets the timer accordingly.
+// timer, set to the stored deadline, that starts a check in the background. Callers change the
+// stored reminder through this class, which resets the timer accordingly.
 class UpdateReminderController {
  public:
   using Delay = std::chrono::duration<double>;  // seconds

@@ -4,7 +4,7 @@
 
 namespace navora {
 
-// A page's description of its editor in which every value is another one.
+// An appearance as a page reports it, in which no two values are equal.
 inline const Json& appearanceDictionary() {
   static const Json dictionary{{"dark", false},
                                {"surface", "#010000"},

@@ -41,7 +41,7 @@ TEST(CaptureAppearanceRead, ReadsEveryField) {
   EXPECT_EQ(read->theme, "system");
 }
 
-TEST(CaptureAppearanceRead, NeedsEveryKeyButTheTheme) {
+TEST(CaptureAppearanceRead, RequiresEveryKeyExceptTheTheme) {
   for (const auto& [key, value] : dictionary.items()) {
     Json missing = dictionary;
     missing.erase(key);
@@ -49,7 +49,7 @@ TEST(CaptureAppearanceRead, NeedsEveryKeyButTheTheme) {
   }
 }
 
-TEST(CaptureAppearanceRead, RefusesValuesOfAnotherKind) {
+TEST(CaptureAppearanceRead, RejectsValuesOfTheWrongType) {
   for (const auto& [key, value] : dictionary.items()) {
     for (const Json& wrong : {Json(), Json::array(), Json::object(), Json("?")}) {
       if (key == "placeholder" && wrong.is_string()) continue;
@@ -60,13 +60,13 @@ TEST(CaptureAppearanceRead, RefusesValuesOfAnotherKind) {
   }
 }
 
-TEST(CaptureAppearanceRead, RefusesWhatIsNoDictionary) {
+TEST(CaptureAppearanceRead, RejectsAnythingButAnObject) {
   for (const Json& body : {Json(), Json::object(), Json::array({dictionary}), Json("dark")}) {
     EXPECT_FALSE(CaptureAppearance::read(body)) << body;
   }
 }
 
-TEST(CaptureAppearanceRead, DerivesAMissingThemeFromTheDarkness) {
+TEST(CaptureAppearanceRead, DerivesAMissingThemeFromDark) {
   Json plain = dictionary;
   plain.erase("theme");
   EXPECT_EQ(CaptureAppearance::read(plain)->theme, "light");
@@ -74,7 +74,7 @@ TEST(CaptureAppearanceRead, DerivesAMissingThemeFromTheDarkness) {
   EXPECT_EQ(CaptureAppearance::read(plain)->theme, "dark");
 }
 
-TEST(CaptureAppearanceRead, KnowsThreeThemesAndThreeFonts) {
+TEST(CaptureAppearanceRead, AcceptsThreeThemesAndThreeFonts) {
   for (const char* theme : {"system", "light", "dark"})
     EXPECT_EQ(readWith("theme", theme)->theme, theme);
   for (const char* theme : {"", "Dark", "auto"})
@@ -85,7 +85,7 @@ TEST(CaptureAppearanceRead, KnowsThreeThemesAndThreeFonts) {
     EXPECT_FALSE(readWith("font", font)) << font;
 }
 
-TEST(CaptureAppearanceRead, TakesNumbersUpToTheirBoundsAndClampsNothing) {
+TEST(CaptureAppearanceRead, AcceptsNumbersWithinTheirBoundsAndClampsNone) {
   const struct {
     const char* key;
     double minimum;
@@ -102,7 +102,7 @@ TEST(CaptureAppearanceRead, TakesNumbersUpToTheirBoundsAndClampsNothing) {
   }
 }
 
-TEST(CaptureAppearanceRead, TakesPlaceholdersOfTwoHundredCharacters) {
+TEST(CaptureAppearanceRead, AcceptsPlaceholdersOfUpToTwoHundredCharacters) {
   std::string characters;
   for (int index = 0; index < 200; ++index)
     characters += "e\u0301";
@@ -135,7 +135,7 @@ TEST(CaptureAppearanceFallback, HasAPaletteForLightAndDark) {
   }
 }
 
-TEST(CaptureAppearanceFollowing, GivesWayToTheFallbackInThePagesOwnType) {
+TEST(CaptureAppearanceFollowing, IsReplacedByTheFallbackInThePagesFont) {
   const auto light = *CaptureAppearance::read(dictionary);
   auto expected = CaptureAppearance::fallback(true);
   expected.fontSize = 14;
@@ -146,7 +146,7 @@ TEST(CaptureAppearanceFollowing, GivesWayToTheFallbackInThePagesOwnType) {
   EXPECT_EQ(light.followingSystemAppearance(false), light);
 }
 
-TEST(CaptureAppearanceFollowing, LeavesChosenThemesAlone) {
+TEST(CaptureAppearanceFollowing, KeepsExplicitThemes) {
   for (const char* theme : {"light", "dark"}) {
     const auto chosen = *readWith("theme", theme);
     EXPECT_EQ(chosen.followingSystemAppearance(true), chosen);
@@ -154,7 +154,7 @@ TEST(CaptureAppearanceFollowing, LeavesChosenThemesAlone) {
   }
 }
 
-TEST(CaptureAppearance, TellsTheWindowAndTheEditorHowToLook) {
+TEST(CaptureAppearance, ProvidesTheWindowAppearanceAndTheEditorStyle) {
   EXPECT_EQ(readWith("theme", "system")->windowAppearance(), WindowAppearance::system);
   EXPECT_EQ(readWith("theme", "dark")->windowAppearance(), WindowAppearance::dark);
   EXPECT_EQ(readWith("theme", "light")->windowAppearance(), WindowAppearance::light);

@@ -26,7 +26,7 @@ TEST(CaptureColor, ReadsFunctionalForms) {
   EXPECT_EQ(color("rgb(127.5, 1e1, 0)"), (Color{0.5, 10 / 255.0, 0, 1}));
 }
 
-TEST(CaptureColor, RefusesOtherTexts) {
+TEST(CaptureColor, RejectsOtherTexts) {
   for (const char* text : {"",
                            "#",
                            "#fff",
@@ -68,14 +68,14 @@ TEST(CaptureColor, RefusesOtherTexts) {
   }
 }
 
-TEST(CaptureColor, RefusesWhatIsNoText) {
+TEST(CaptureColor, RejectsAnythingButText) {
   for (const Json& value :
        {Json(), Json(0xffffff), Json(true), Json::array({"#ffffff"}), Json{{"color", "#ffffff"}}}) {
     EXPECT_EQ(color(value), std::nullopt) << value;
   }
 }
 
-TEST(CaptureColor, RefusesMoreThanEightyCharactersEvenOfWhiteSpace) {
+TEST(CaptureColor, RejectsMoreThanEightyCharactersIncludingWhiteSpace) {
   const std::string written = "#ffffff";
   EXPECT_TRUE(color(std::string(80 - written.size(), ' ') + written));
   EXPECT_FALSE(color(std::string(81 - written.size(), ' ') + written));

@@ -50,7 +50,7 @@ TEST(CaptureSurface, ChangesOnlyTheBorderWithTheFocus) {
   EXPECT_EQ(focused.rectangleStrokes[0].color, surface.palette.focus);
 }
 
-TEST(CaptureSurface, CanHaveSquareCorners) {
+TEST(CaptureSurface, PaintsSquareCornersForARadiusOfZero) {
   CaptureSurface surface;
   surface.palette.radius = 0;
   EXPECT_EQ(painted(surface).gradientFills[0].radius, 0);

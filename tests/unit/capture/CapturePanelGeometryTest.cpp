@@ -12,20 +12,20 @@ std::optional<Screen> screenUnder(Point mouse) {
   return CapturePanelGeometry::screen({left, right}, left, mouse);
 }
 
-TEST(CapturePanelGeometryScreen, IsTheOneWithThePointer) {
+TEST(CapturePanelGeometryScreen, ContainsThePointer) {
   EXPECT_EQ(screenUnder({10, 10}), left);
   EXPECT_EQ(screenUnder({999.5, 790}), left);
   EXPECT_EQ(screenUnder({1000, 100}), right);
   EXPECT_EQ(screenUnder({2000, 120}), right);
 }
 
-TEST(CapturePanelGeometryScreen, IsTheMainOneWhenThePointerIsOnNone) {
+TEST(CapturePanelGeometryScreen, IsTheMainScreenIfThePointerIsOnNone) {
   EXPECT_EQ(screenUnder({1500, 50}), left);
   EXPECT_EQ(CapturePanelGeometry::screen({left}, right, {-5, -5}), right);
   EXPECT_EQ(CapturePanelGeometry::screen({}, std::nullopt, {0, 0}), std::nullopt);
 }
 
-TEST(CapturePanelGeometryOpeningFrame, IsCentredALittleAboveTheMiddle) {
+TEST(CapturePanelGeometryOpeningFrame, IsCentredAboveTheMiddleOfTheScreen) {
   EXPECT_EQ(CapturePanelGeometry::openingFrame({0, 0, 1000, 1000}),
             (Rectangle{100, 680 - 165, 800, 165}));
   EXPECT_EQ(CapturePanelGeometry::openingFrame({1000, 200, 2000, 500}),
@@ -37,7 +37,7 @@ TEST(CapturePanelGeometryOpeningFrame, KeepsAMarginOnNarrowScreens) {
   EXPECT_EQ(CapturePanelGeometry::openingFrame({0, 0, 840, 1000}).width, 800);
 }
 
-TEST(CapturePanelGeometryEditorHeight, GrowsFromThreeAndABitLinesToItsLimit) {
+TEST(CapturePanelGeometryEditorHeight, GrowsFromItsMinimumToItsLimit) {
   EXPECT_EQ(CapturePanelGeometry::editorHeight(24.65, 17, 360), 58);
   EXPECT_EQ(CapturePanelGeometry::editorHeight(48, 17, 360), 58);
   EXPECT_EQ(CapturePanelGeometry::editorHeight(48.1, 17, 360), 59);
@@ -48,7 +48,7 @@ TEST(CapturePanelGeometryEditorHeight, GrowsFromThreeAndABitLinesToItsLimit) {
   EXPECT_EQ(CapturePanelGeometry::editorHeight(24, 17, 40), 40);
 }
 
-TEST(CapturePanelGeometryEditorHeight, IsLimitedByTheScreenIfThereIsOne) {
+TEST(CapturePanelGeometryEditorHeight, IsLimitedByTheScreenIfThePanelIsOnOne) {
   EXPECT_EQ(CapturePanelGeometry::largestEditorHeight(Rectangle{0, 0, 1440, 900}), 360);
   EXPECT_EQ(CapturePanelGeometry::largestEditorHeight(std::nullopt), 280);
 }

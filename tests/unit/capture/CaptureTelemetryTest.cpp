@@ -31,7 +31,7 @@ TEST_F(CaptureTelemetryTest, DescribesEveryEvent) {
                              {"clientAt", "2023-11-14T22:13:20Z"}}));
 }
 
-TEST_F(CaptureTelemetryTest, PostsABatchWithTheCookieAlone) {
+TEST_F(CaptureTelemetryTest, PostsABatchWithOnlyTheCookie) {
   make();
   capture->show();
   flushTelemetry();
@@ -53,7 +53,7 @@ TEST_F(CaptureTelemetryTest, WaitsTwoSecondsAndSendsNothingWithoutEvents) {
   EXPECT_EQ(webView->cookieQuestions(), 1u);
 }
 
-TEST_F(CaptureTelemetryTest, SendsABurstOfTypingAsItsLastEvent) {
+TEST_F(CaptureTelemetryTest, CollapsesConsecutiveInputEventsIntoTheLast) {
   open();
   flushTelemetry();
   std::string text;
@@ -81,7 +81,7 @@ TEST_F(CaptureTelemetryTest, KeepsTheNewestFortyEvents) {
   EXPECT_EQ(events.back().at("seq"), 45);
 }
 
-TEST_F(CaptureTelemetryTest, CountsUnitsUpToTheLimit) {
+TEST_F(CaptureTelemetryTest, ReportsLengthsInUtf16UnitsUpToTheLimit) {
   open();
   editor().type(std::string(10'050, 'a'));
   capture->hide(false);
@@ -91,7 +91,7 @@ TEST_F(CaptureTelemetryTest, CountsUnitsUpToTheLimit) {
   EXPECT_EQ(events[2].at("inputChars"), 10'000);
 }
 
-TEST_F(CaptureTelemetryTest, CallsATextAbandonedUntrimmedButNoEmptyOne) {
+TEST_F(CaptureTelemetryTest, ReportsAbandonedTextsUntrimmedAndSkipsEmptyOnes) {
   open();
   capture->hide(false);
   EXPECT_THAT(telemetryNames(), ElementsAre("native_opened"));
@@ -102,7 +102,7 @@ TEST_F(CaptureTelemetryTest, CallsATextAbandonedUntrimmedButNoEmptyOne) {
   EXPECT_EQ(events.back().at("inputChars"), 4);
 }
 
-TEST_F(CaptureTelemetryTest, MeasuresFromTheOpeningThatLedToTheNote) {
+TEST_F(CaptureTelemetryTest, MeasuresDurationsFromTheFirstOpening) {
   make();
   passTime(100);
   capture->show();
@@ -112,7 +112,7 @@ TEST_F(CaptureTelemetryTest, MeasuresFromTheOpeningThatLedToTheNote) {
   passTime(10);
   capture->show();
   capture->submit();
-  // The submission's question comes before the telemetry's.
+  // The submission requested the cookies before the telemetry did.
   answerCookies();
   const auto events = flushTelemetry();
   const Json& submit = events.back();
@@ -121,7 +121,7 @@ TEST_F(CaptureTelemetryTest, MeasuresFromTheOpeningThatLedToTheNote) {
   EXPECT_NEAR(submit.at("durationMs").get<double>(), 11'500, 0.01);
 }
 
-TEST_F(CaptureTelemetryTest, TellsOfAcceptedNotesAndBeginsANewFlow) {
+TEST_F(CaptureTelemetryTest, ReportsAnAcceptedNoteAndStartsANewFlow) {
   open("Note");
   submitUntilPost();
   answerConfirmation();
@@ -152,7 +152,7 @@ TEST_F(CaptureTelemetryTest, DropsABatchWithoutASession) {
   EXPECT_EQ(events[0].at("seq"), 3);
 }
 
-TEST_F(CaptureTelemetryTest, SendsNothingAgainThatFailed) {
+TEST_F(CaptureTelemetryTest, DropsABatchThatFails) {
   open();
   queue().advance(std::chrono::seconds(2));
   answerCookies();
@@ -172,7 +172,7 @@ TEST_F(CaptureTelemetryTest, SendsOneBatchAtATime) {
   EXPECT_THAT(telemetryNames(), ElementsAre("native_input"));
 }
 
-TEST_F(CaptureTelemetryTest, EndsWithTheController) {
+TEST_F(CaptureTelemetryTest, IsCancelledWhenTheControllerIsDestroyed) {
   open();
   capture.reset();
   queue().advance(std::chrono::seconds(2));

@@ -25,7 +25,7 @@ class DesktopQuickCaptureAppearanceTest : public QuickCaptureTest {
   }
 };
 
-TEST_F(DesktopQuickCaptureAppearanceTest, StartsWithTheFallbackOfTheSystem) {
+TEST_F(DesktopQuickCaptureAppearanceTest, StartsWithTheFallbackForTheSystemsMode) {
   make();
   expectLook(CaptureAppearance::fallback(false));
   capture.reset();
@@ -34,7 +34,7 @@ TEST_F(DesktopQuickCaptureAppearanceTest, StartsWithTheFallbackOfTheSystem) {
   expectLook(CaptureAppearance::fallback(true));
 }
 
-TEST_F(DesktopQuickCaptureAppearanceTest, TakesThePagesLookAndKeepsItForTheNextLaunch) {
+TEST_F(DesktopQuickCaptureAppearanceTest, AdoptsAndStoresThePagesAppearance) {
   make();
   capture->syncAppearance(appearanceDictionary());
   expectLook(*CaptureAppearance::read(appearanceDictionary()));
@@ -45,7 +45,7 @@ TEST_F(DesktopQuickCaptureAppearanceTest, TakesThePagesLookAndKeepsItForTheNextL
   expectLook(*CaptureAppearance::read(appearanceDictionary()));
 }
 
-TEST_F(DesktopQuickCaptureAppearanceTest, KeepsItsLookWhenThePageSendsNonsense) {
+TEST_F(DesktopQuickCaptureAppearanceTest, IgnoresAnInvalidAppearance) {
   make();
   capture->syncAppearance(appearanceDictionary());
   Json wrong = appearanceDictionary();
@@ -57,7 +57,7 @@ TEST_F(DesktopQuickCaptureAppearanceTest, KeepsItsLookWhenThePageSendsNonsense) 
   EXPECT_EQ(platform.userDefaults().value(appearanceKey), appearanceDictionary());
 }
 
-TEST_F(DesktopQuickCaptureAppearanceTest, IgnoresAStoredLookThatIsNoLongerValid) {
+TEST_F(DesktopQuickCaptureAppearanceTest, IgnoresAnInvalidStoredAppearance) {
   platform.userDefaults().setValue(appearanceKey, Json{{"dark", true}});
   make();
   expectLook(CaptureAppearance::fallback(false));
@@ -71,23 +71,23 @@ TEST_F(DesktopQuickCaptureAppearanceTest, FollowsTheSystemUntilThePageReportsAga
   EXPECT_EQ(platform.userDefaults().value(appearanceKey), appearanceDictionary());
 }
 
-TEST_F(DesktopQuickCaptureAppearanceTest, FollowsASystemThatChangedSinceTheLastLaunch) {
+TEST_F(DesktopQuickCaptureAppearanceTest, AdaptsAStoredAppearanceToTheSystemsMode) {
   platform.userDefaults().setValue(appearanceKey, appearanceDictionary());
   platform.captureDesktop().dark = true;
   make();
   expectLook(CaptureAppearance::read(appearanceDictionary())->followingSystemAppearance(true));
 }
 
-TEST_F(DesktopQuickCaptureAppearanceTest, LaysThePanelOutForItsNewLook) {
+TEST_F(DesktopQuickCaptureAppearanceTest, LaysOutThePanelForANewAppearance) {
   open();
   const double top = panel().frame().maxY();
   capture->syncAppearance(appearanceDictionary());
-  // An editor of 3.4 times 14 points, padding of 13.5 points.
+  // The editor is 3.4 font sizes of 14 points high, the padding 13.5 points.
   EXPECT_EQ(panel().frame().height, 48 + 27 + 21 + 38);
   EXPECT_EQ(panel().frame().maxY(), top);
 }
 
-TEST_F(DesktopQuickCaptureAppearanceTest, TranslatesItsOwnPlaceholderWhenThePageHasNone) {
+TEST_F(DesktopQuickCaptureAppearanceTest, ShowsItsOwnTranslatedPlaceholderIfThePageHasNone) {
   make();
   Json plain = appearanceDictionary();
   plain["placeholder"] = "";

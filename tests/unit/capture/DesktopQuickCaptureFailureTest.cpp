@@ -28,7 +28,7 @@ class DesktopQuickCaptureFailureTest : public QuickCaptureTest {
     EXPECT_EQ(panel().submitOpacity(), 1);
     EXPECT_TRUE(capture->preventsRestart());
   }
-  // The draft is frozen, and sending again repeats the very same request.
+  // Expects the draft to be frozen and a retry to repeat the identical request.
   void expectSafeRetry(const std::string& message) {
     expectDraft(false, message);
     EXPECT_TRUE(panel().isVisible());
@@ -39,7 +39,7 @@ class DesktopQuickCaptureFailureTest : public QuickCaptureTest {
     EXPECT_EQ(editor().text(), "");
     EXPECT_TRUE(editor().isEditable());
   }
-  // Of the last failure.
+  // The reason reported to telemetry for the last failure.
   std::string reason() {
     std::string last = "none";
     for (const Json& event : flushTelemetry()) {
@@ -49,7 +49,7 @@ class DesktopQuickCaptureFailureTest : public QuickCaptureTest {
   }
 };
 
-TEST_F(DesktopQuickCaptureFailureTest, SaysThatTheNetworkIsGoneBeforeAnythingWasSent) {
+TEST_F(DesktopQuickCaptureFailureTest, ReportsANetworkFailureBeforeThePost) {
   open("Note");
   capture->submit();
   answerCookies();
@@ -59,7 +59,7 @@ TEST_F(DesktopQuickCaptureFailureTest, SaysThatTheNetworkIsGoneBeforeAnythingWas
   EXPECT_EQ(reason(), "network");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, TakesAnAccountThatIsNoJsonForANetworkFailure) {
+TEST_F(DesktopQuickCaptureFailureTest, TreatsAnAccountReplyThatIsNotJsonAsANetworkFailure) {
   open("Note");
   capture->submit();
   answerCookies();
@@ -67,35 +67,35 @@ TEST_F(DesktopQuickCaptureFailureTest, TakesAnAccountThatIsNoJsonForANetworkFail
   expectDraft(true, offlineText);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, KeepsTheTextOfATimedOutPostForASafeRetry) {
+TEST_F(DesktopQuickCaptureFailureTest, FreezesTheTextAfterATimedOutPost) {
   open("Note");
   submitUntilPost();
   network().fail(PlatformError::timedOutCode);
   expectSafeRetry(repeatText);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, KeepsTheTextOfAHalfAnswerForASafeRetry) {
+TEST_F(DesktopQuickCaptureFailureTest, FreezesTheTextAfterATruncatedReply) {
   open("Note");
   submitUntilPost();
   network().answer(202, R"({"captureId": ")");
   expectSafeRetry(repeatText);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, KeepsTheTextWhenTheAnswerIsNoObject) {
+TEST_F(DesktopQuickCaptureFailureTest, FreezesTheTextIfTheReplyIsNotAnObject) {
   open("Note");
   submitUntilPost();
   network().answer(202, "[]");
   expectSafeRetry(repeatText);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, KeepsTheTextWhenTheAnswerIsTooLarge) {
+TEST_F(DesktopQuickCaptureFailureTest, FreezesTheTextIfTheReplyIsTooLarge) {
   open("Note");
   submitUntilPost();
   network().finish(HttpResponse{202, testUrl("https://navora.example/api/captures"), "", true});
   expectSafeRetry(untrustedText);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, TakesAnAnswerOfAMebibyteButNoByteMore) {
+TEST_F(DesktopQuickCaptureFailureTest, AcceptsAReplyOfExactlyOneMebibyte) {
   open("Note");
   submitUntilPost();
   std::string body = confirmation().dump();
@@ -106,7 +106,7 @@ TEST_F(DesktopQuickCaptureFailureTest, TakesAnAnswerOfAMebibyteButNoByteMore) {
   EXPECT_EQ(editor().text(), "");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, KeepsTheTextWhenTheAnswerComesFromElsewhere) {
+TEST_F(DesktopQuickCaptureFailureTest, FreezesTheTextIfTheReplyIsFromAnotherOrigin) {
   for (const auto& url :
        {std::optional(testUrl("https://remote.example/api/captures")), std::optional<Url>()}) {
     capture.reset();
@@ -117,7 +117,7 @@ TEST_F(DesktopQuickCaptureFailureTest, KeepsTheTextWhenTheAnswerComesFromElsewhe
   }
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, TakesNothingButAConfirmationForStored) {
+TEST_F(DesktopQuickCaptureFailureTest, TreatsOnlyAConfirmationAsStored) {
   Json foreign = confirmation();
   foreign["statusUrl"] = "https://remote.example" + foreign["statusUrl"].get<std::string>();
   Json jobless = confirmation();
@@ -134,7 +134,7 @@ TEST_F(DesktopQuickCaptureFailureTest, TakesNothingButAConfirmationForStored) {
   }
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, ShowsWhatTheServiceSays) {
+TEST_F(DesktopQuickCaptureFailureTest, ShowsTheServicesErrorMessage) {
   open("Note");
   submitUntilPost();
   network().answer(500, R"({"error": {"message": "Out of ink"}})");
@@ -142,7 +142,7 @@ TEST_F(DesktopQuickCaptureFailureTest, ShowsWhatTheServiceSays) {
   EXPECT_EQ(reason(), "unconfirmed");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, IgnoresAnErrorThatIsNoText) {
+TEST_F(DesktopQuickCaptureFailureTest, IgnoresAnErrorMessageThatIsNotText) {
   for (const char* body : {R"({"error": {"message": 7}})", R"({"error": "text"})",
                            R"({"error": ["message"]})", R"({"message": "text"})"}) {
     capture.reset();
@@ -153,7 +153,7 @@ TEST_F(DesktopQuickCaptureFailureTest, IgnoresAnErrorThatIsNoText) {
   }
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, LetsTheUserChangeATextThatWasRefusedOutright) {
+TEST_F(DesktopQuickCaptureFailureTest, AllowsEditingAfterARefusalOfTheFirstAttempt) {
   open("Note");
   submitUntilPost();
   const auto key = lastRequest().headers[8];
@@ -165,7 +165,7 @@ TEST_F(DesktopQuickCaptureFailureTest, LetsTheUserChangeATextThatWasRefusedOutri
   EXPECT_NE(lastRequest().headers[8], key);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, KeepsTheKeyOfARefusedTextThatIsSentAgain) {
+TEST_F(DesktopQuickCaptureFailureTest, ReusesTheKeyWhenARefusedTextIsSentAgain) {
   open("Note");
   submitUntilPost();
   const HttpRequest first = lastRequest();
@@ -174,7 +174,7 @@ TEST_F(DesktopQuickCaptureFailureTest, KeepsTheKeyOfARefusedTextThatIsSentAgain)
   EXPECT_EQ(lastRequest(), first);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, ForgetsARefusedAttemptWithItsText) {
+TEST_F(DesktopQuickCaptureFailureTest, DiscardsARefusedAttemptWhenItsTextIsDeleted) {
   open("Note");
   submitUntilPost();
   const auto key = lastRequest().headers[8];
@@ -185,7 +185,7 @@ TEST_F(DesktopQuickCaptureFailureTest, ForgetsARefusedAttemptWithItsText) {
   EXPECT_NE(lastRequest().headers[8], key);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, StaysUnconfirmedWhenOnlyARetryIsRefused) {
+TEST_F(DesktopQuickCaptureFailureTest, StaysUnconfirmedIfARetryIsRefused) {
   open("Note");
   submitUntilPost();
   network().fail(PlatformError::timedOutCode);
@@ -194,11 +194,11 @@ TEST_F(DesktopQuickCaptureFailureTest, StaysUnconfirmedWhenOnlyARetryIsRefused) 
   expectSafeRetry("Too dull");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, SendsNoOtherTextWhileOneIsUnconfirmed) {
+TEST_F(DesktopQuickCaptureFailureTest, RejectsAnyOtherTextWhileANoteIsUnconfirmed) {
   open("Note");
   submitUntilPost();
   network().fail(PlatformError::timedOutCode);
-  // Read-only as the editor is, its text should not get there; nothing may be sent all the same.
+  // The editor is read-only, so its text cannot normally change here; the submission still checks.
   editor().setEditable(true);
   editor().type("Another note");
   EXPECT_EQ(panel().message(), repeatText);
@@ -211,7 +211,7 @@ TEST_F(DesktopQuickCaptureFailureTest, SendsNoOtherTextWhileOneIsUnconfirmed) {
             "повтора.");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, SendsADraftOnlyForTheAccountThatFirstSentIt) {
+TEST_F(DesktopQuickCaptureFailureTest, SendsAnAttemptOnlyForTheAccountThatStartedIt) {
   open("Note");
   submitUntilPost();
   network().fail(PlatformError::timedOutCode);
@@ -228,7 +228,7 @@ TEST_F(DesktopQuickCaptureFailureTest, SendsADraftOnlyForTheAccountThatFirstSent
   EXPECT_EQ(editor().text(), "");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWithoutASession) {
+TEST_F(DesktopQuickCaptureFailureTest, RequestsALoginWithoutASessionCookie) {
   int logins = 0;
   webView->cookies.clear();
   open("Note");
@@ -244,7 +244,7 @@ TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWithoutASession) {
   expectDraft(true, loginText);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWhenTheAccountIsUnknown) {
+TEST_F(DesktopQuickCaptureFailureTest, RequestsALoginIfTheAccountIsUnknown) {
   const std::pair<int, const char*> answers[] = {{401, ""},
                                                  {403, "{}"},
                                                  {200, "{}"},
@@ -266,7 +266,7 @@ TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWhenTheAccountIsUnknown) {
   }
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWhenTheSessionEndsBeforeThePost) {
+TEST_F(DesktopQuickCaptureFailureTest, RequestsALoginIfTheSessionEndsBeforeThePost) {
   open("Note");
   submitUntilPost();
   network().answer(401, "{}");
@@ -276,7 +276,7 @@ TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWhenTheSessionEndsBeforeTheP
   EXPECT_EQ(reason(), "login");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWhenThePageIsGone) {
+TEST_F(DesktopQuickCaptureFailureTest, RequestsALoginIfTheWebViewIsDestroyed) {
   open("Note");
   int logins = 0;
   capture->onLogin = [&] { ++logins; };
@@ -285,7 +285,7 @@ TEST_F(DesktopQuickCaptureFailureTest, AsksForALoginWhenThePageIsGone) {
   EXPECT_EQ(logins, 1);
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, ComesBackAfterTheLoginWithTheDraft) {
+TEST_F(DesktopQuickCaptureFailureTest, ReopensWithTheDraftAfterTheLogin) {
   locale.setCatalogs(R"({"en": {"Вход выполнен.": "Signed in.",
       "Сохранить запись — {CAPTURE_MOD}+Enter": "{CAPTURE_MOD} saves"}})");
   webView->cookies.clear();
@@ -303,7 +303,7 @@ TEST_F(DesktopQuickCaptureFailureTest, ComesBackAfterTheLoginWithTheDraft) {
   EXPECT_EQ(panel().message(), "Signed in. ⌘ saves");
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, ComesBackOnlyOnceAndOnlyFromALogin) {
+TEST_F(DesktopQuickCaptureFailureTest, ReopensOncePerLogin) {
   make();
   capture->resumeAfterLogin();
   EXPECT_FALSE(panel().isVisible());
@@ -317,7 +317,7 @@ TEST_F(DesktopQuickCaptureFailureTest, ComesBackOnlyOnceAndOnlyFromALogin) {
   EXPECT_FALSE(panel().isVisible());
 }
 
-TEST_F(DesktopQuickCaptureFailureTest, ExplainsItselfAnewInAnotherLanguage) {
+TEST_F(DesktopQuickCaptureFailureTest, TranslatesTheErrorWhenTheLanguageChanges) {
   locale.setCatalogs(R"({"en": {
       "Нет связи с сервером. Черновик сохранён — попробуйте ещё раз.": "Offline."}})");
   open("Note");

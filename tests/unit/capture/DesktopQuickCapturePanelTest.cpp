@@ -34,7 +34,7 @@ TEST_F(DesktopQuickCapturePanelTest, IsMadeHiddenWithItsTexts) {
   EXPECT_TRUE(editor().isEditable());
 }
 
-TEST_F(DesktopQuickCapturePanelTest, OpensWithTheFocusAndTheCaretAtTheEnd) {
+TEST_F(DesktopQuickCapturePanelTest, OpensWithTheFocusInTheEditorAndTheCaretAtTheEnd) {
   make();
   log().take();
   capture->show();
@@ -43,7 +43,7 @@ TEST_F(DesktopQuickCapturePanelTest, OpensWithTheFocusAndTheCaretAtTheEnd) {
   EXPECT_TRUE(editor().isFocused());
 }
 
-TEST_F(DesktopQuickCapturePanelTest, OnlyComesToTheFrontWhenItIsOpenAlready) {
+TEST_F(DesktopQuickCapturePanelTest, ComesToTheFrontIfItIsAlreadyOpen) {
   open("Draft");
   const Rectangle moved{10, 20, 800, 165};
   panel().setFrame(moved);
@@ -55,7 +55,7 @@ TEST_F(DesktopQuickCapturePanelTest, OnlyComesToTheFrontWhenItIsOpenAlready) {
   EXPECT_THAT(log().take(), Contains("application.activate Letters"));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, OpensOnTheScreenOfThePointer) {
+TEST_F(DesktopQuickCapturePanelTest, OpensOnTheScreenWithThePointer) {
   platform.workspace().allScreens = {{{0, 0, 1000, 1000}, {0, 0, 1000, 1000}},
                                      {{1000, 0, 700, 1000}, {1000, 0, 700, 1000}}};
   platform.captureDesktop().dark = true;
@@ -68,7 +68,7 @@ TEST_F(DesktopQuickCapturePanelTest, OpensOnTheScreenOfThePointer) {
   EXPECT_EQ(panel().frame(), (Rectangle{1020, 515, 660, 165}));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, StaysWhereItIsWithoutAnyScreen) {
+TEST_F(DesktopQuickCapturePanelTest, KeepsItsFrameIfThereIsNoScreen) {
   platform.workspace().allScreens.clear();
   make();
   const Rectangle before = panel().frame();
@@ -77,7 +77,7 @@ TEST_F(DesktopQuickCapturePanelTest, StaysWhereItIsWithoutAnyScreen) {
   EXPECT_TRUE(panel().isVisible());
 }
 
-TEST_F(DesktopQuickCapturePanelTest, KeepsTheDraftWhenItIsDismissedAndGivesTheFocusBack) {
+TEST_F(DesktopQuickCapturePanelTest, KeepsTheDraftAndRestoresTheFocusWhenItIsDismissed) {
   open("Draft");
   EXPECT_TRUE(editor().press({KeyEvent::escapeKey, 0}));
   EXPECT_FALSE(panel().isVisible());
@@ -87,7 +87,7 @@ TEST_F(DesktopQuickCapturePanelTest, KeepsTheDraftWhenItIsDismissedAndGivesTheFo
   EXPECT_THAT(log().take(), Contains("editor.moveCaretToEnd"));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, LeavesTheFocusWhereTheUserClicked) {
+TEST_F(DesktopQuickCapturePanelTest, DoesNotRestoreTheFocusWhenTheUserClicksElsewhere) {
   open("Draft");
   panel().clickElsewhere();
   EXPECT_FALSE(panel().isVisible());
@@ -95,28 +95,28 @@ TEST_F(DesktopQuickCapturePanelTest, LeavesTheFocusWhereTheUserClicked) {
   EXPECT_EQ(editor().text(), "Draft");
 }
 
-TEST_F(DesktopQuickCapturePanelTest, ActivatesNoApplicationThatHasEnded) {
+TEST_F(DesktopQuickCapturePanelTest, DoesNotActivateATerminatedApplication) {
   open();
   platform.workspace().frontmost->terminated = true;
   capture->hide(true);
   EXPECT_THAT(log().take(), ElementsAre("panel.orderOut"));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, ActivatesNothingWhereNothingWasInFront) {
+TEST_F(DesktopQuickCapturePanelTest, ActivatesNothingIfNoApplicationHadTheFocus) {
   platform.workspace().frontmost = nullptr;
   open();
   capture->hide(true);
   EXPECT_THAT(log().take(), ElementsAre("panel.orderOut"));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, IsOrderedOutEvenWhenItIsHidden) {
+TEST_F(DesktopQuickCapturePanelTest, IsOrderedOutEvenIfItIsHidden) {
   make();
   log().take();
   capture->hide(true);
   EXPECT_THAT(log().take(), ElementsAre("panel.orderOut"));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, TakesOnlyItsOwnKeysFromTheEditor) {
+TEST_F(DesktopQuickCapturePanelTest, ConsumesOnlyEscapeAndTheSubmitKeys) {
   open();
   EXPECT_FALSE(editor().press({KeyEvent::returnKey, 0}));
   EXPECT_FALSE(editor().press({KeyEvent::returnKey, KeyEvent::shift}));
@@ -127,7 +127,7 @@ TEST_F(DesktopQuickCapturePanelTest, TakesOnlyItsOwnKeysFromTheEditor) {
   EXPECT_TRUE(editor().pressEquivalent({KeyEvent::keypadEnterKey, KeyEvent::command}));
 }
 
-TEST_F(DesktopQuickCapturePanelTest, LeavesEveryKeyToAnInputMethodThatComposes) {
+TEST_F(DesktopQuickCapturePanelTest, LeavesEveryKeyToAComposingInputMethod) {
   open("Draft");
   EXPECT_FALSE(editor().press({KeyEvent::escapeKey, 0}, true));
   EXPECT_FALSE(editor().press({KeyEvent::returnKey, KeyEvent::control}, true));
@@ -136,7 +136,7 @@ TEST_F(DesktopQuickCapturePanelTest, LeavesEveryKeyToAnInputMethodThatComposes) 
   EXPECT_EQ(webView->cookieQuestions(), 0u);
 }
 
-TEST_F(DesktopQuickCapturePanelTest, SubmitsWithTheKeyAndWithTheButton) {
+TEST_F(DesktopQuickCapturePanelTest, SubmitsByKeyAndByButton) {
   open("Draft");
   EXPECT_TRUE(editor().press({KeyEvent::returnKey, KeyEvent::control}));
   EXPECT_EQ(webView->cookieQuestions(), 1u);
@@ -170,7 +170,7 @@ TEST_F(DesktopQuickCapturePanelTest, GrowsDownwardsWithTheTextAndShrinksAgain) {
   EXPECT_EQ(panel().frame().height, 165);
   EXPECT_EQ(panel().layout(), (CapturePanelLayout{24, 58, 14}));
   editor().type("1\n2\n3\n4");
-  // Four lines of 24.65 and the insets.
+  // Four lines of 24.65 points and the insets.
   EXPECT_EQ(panel().layout().editorHeight, 109);
   EXPECT_EQ(panel().frame().height, 216);
   EXPECT_EQ(panel().frame().maxY(), top);
@@ -193,7 +193,7 @@ TEST_F(DesktopQuickCapturePanelTest, GrowsWithALongMessageOnlyBeyondTheButton) {
   EXPECT_EQ(panel().frame().height, 167);
 }
 
-TEST_F(DesktopQuickCapturePanelTest, SpeaksTheLanguageThatIsChosenMeanwhile) {
+TEST_F(DesktopQuickCapturePanelTest, ChangesItsTextsWithTheLanguage) {
   make();
   locale.setCatalogs(R"({"en": {"⌘+Enter — отправить, Enter — новая строка": "Hint",
       "Быстрая запись — Навора": "Title", "Новая запись": "Label", "Сохранить запись": "Save",
@@ -209,7 +209,7 @@ TEST_F(DesktopQuickCapturePanelTest, SpeaksTheLanguageThatIsChosenMeanwhile) {
   EXPECT_EQ(editor().placeholder(), "What?");
 }
 
-TEST_F(DesktopQuickCapturePanelTest, SpeaksTheLanguageOfTheMomentWhenItOpens) {
+TEST_F(DesktopQuickCapturePanelTest, OpensInTheCurrentLanguage) {
   make();
   locale.setCatalogs(R"({"en": {"Быстрая запись — Навора": "Title"}})");
   DesktopLocale::requested = "en";
@@ -217,7 +217,7 @@ TEST_F(DesktopQuickCapturePanelTest, SpeaksTheLanguageOfTheMomentWhenItOpens) {
   EXPECT_EQ(panel().title(), "Title");
 }
 
-TEST_F(DesktopQuickCapturePanelTest, LightsTheBorderUpWithTheFocus) {
+TEST_F(DesktopQuickCapturePanelTest, HighlightsTheBorderWhileTheEditorHasTheFocus) {
   open();
   FakeCanvas canvas;
   const int redraws = panel().surfaceRedraws();
@@ -231,7 +231,7 @@ TEST_F(DesktopQuickCapturePanelTest, LightsTheBorderUpWithTheFocus) {
   EXPECT_EQ(canvas.rectangleStrokes[1].color, palette.focus);
 }
 
-TEST_F(DesktopQuickCapturePanelTest, LightsTheButtonUpUnderThePointerWhileItIsEnabled) {
+TEST_F(DesktopQuickCapturePanelTest, HighlightsTheEnabledButtonUnderThePointer) {
   platform.captureDesktop().dark = true;
   open("Draft");
   FakeCanvas canvas;
@@ -251,7 +251,7 @@ TEST_F(DesktopQuickCapturePanelTest, LightsTheButtonUpUnderThePointerWhileItIsEn
   EXPECT_EQ(canvas.ovalFills[2].color, palette.button);
 }
 
-TEST_F(DesktopQuickCapturePanelTest, HidesForARestartWithoutTellingAnybody) {
+TEST_F(DesktopQuickCapturePanelTest, HidesForARestartWithoutActivationOrTelemetry) {
   open("Draft");
   capture->hideForRestart();
   EXPECT_THAT(log().take(), ElementsAre("panel.orderOut"));
@@ -259,7 +259,7 @@ TEST_F(DesktopQuickCapturePanelTest, HidesForARestartWithoutTellingAnybody) {
   EXPECT_EQ(editor().text(), "Draft");
 }
 
-TEST_F(DesktopQuickCapturePanelTest, PreventsARestartWhileItHoldsAText) {
+TEST_F(DesktopQuickCapturePanelTest, PreventsARestartWhileItHoldsText) {
   open();
   EXPECT_FALSE(capture->preventsRestart());
   editor().type(" \n ");

@@ -12,7 +12,7 @@ using testing::StartsWith;
 
 class DesktopQuickCaptureSubmissionTest : public QuickCaptureTest {};
 
-TEST_F(DesktopQuickCaptureSubmissionTest, AsksWhoIsSignedInAndPostsTheNote) {
+TEST_F(DesktopQuickCaptureSubmissionTest, FetchesTheAccountAndPostsTheNote) {
   open("  First thought\n");
   capture->submit();
   answerCookies();
@@ -66,14 +66,14 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsItsHeadersInOrder) {
                           Pair("Idempotency-Key", "mac-00000000-0000-4000-8000-ABCDEF000003")));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, UsesOnePrivateSessionWithItsLimits) {
+TEST_F(DesktopQuickCaptureSubmissionTest, UsesOneHttpSessionWithLimits) {
   open("Note");
   EXPECT_THAT(network().sessions, IsEmpty());
   submitUntilPost();
   EXPECT_THAT(network().sessions, ElementsAre(HttpSessionConfiguration{20, 30, 1'048'576}));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, AsksThePageForItsModel) {
+TEST_F(DesktopQuickCaptureSubmissionTest, ReadsTheModelFromThePage) {
   open("Note");
   capture->submit();
   answerCookies();
@@ -83,7 +83,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, AsksThePageForItsModel) {
   EXPECT_TRUE(webView->scripts().back().ends_with("  return result;\n})()"));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheModelThatThePageNames) {
+TEST_F(DesktopQuickCaptureSubmissionTest, SendsThePagesModel) {
   open("Note");
   capture->submit();
   answerCookies();
@@ -92,7 +92,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheModelThatThePageNames) {
   EXPECT_EQ(lastBody(), (Json{{"raw", "Note"}, {"provider", "openai"}, {"model", "m-1"}}));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, SendsNoModelThatIsNotMadeOfTexts) {
+TEST_F(DesktopQuickCaptureSubmissionTest, SendsNoModelUnlessAllItsValuesAreText) {
   for (const Json& answer : {Json(), Json("openai"), Json::array({"openai"}), Json(7),
                              Json{{"provider", "openai"}, {"model", 7}}}) {
     capture.reset();
@@ -105,7 +105,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsNoModelThatIsNotMadeOfTexts) {
   }
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNoteWhenThePageCannotBeAsked) {
+TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNoteIfThePageCannotBeEvaluated) {
   open("Note");
   capture->submit();
   answerCookies();
@@ -114,7 +114,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNoteWhenThePageCannotBeAsked) 
   EXPECT_EQ(lastBody(), (Json{{"raw", "Note"}}));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, AsksNoForeignPage) {
+TEST_F(DesktopQuickCaptureSubmissionTest, DoesNotEvaluateAForeignPage) {
   webView->setUrl(testUrl("https://remote.example/"));
   open("Note");
   capture->submit();
@@ -124,7 +124,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, AsksNoForeignPage) {
   EXPECT_EQ(lastBody(), (Json{{"raw", "Note"}}));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, IsBusyMeanwhile) {
+TEST_F(DesktopQuickCaptureSubmissionTest, IsBusyUntilTheReplyArrives) {
   open("Note");
   capture->submit();
   EXPECT_FALSE(editor().isEditable());
@@ -136,7 +136,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, IsBusyMeanwhile) {
   EXPECT_EQ(webView->cookieQuestions(), 1u);
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, EndsWithAnEmptyPanelAndTheFocusBack) {
+TEST_F(DesktopQuickCaptureSubmissionTest, ClearsThePanelAndRestoresTheFocusWhenItIsConfirmed) {
   open("Note");
   submitUntilPost();
   log().take();
@@ -152,7 +152,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, EndsWithAnEmptyPanelAndTheFocusBack) {
   EXPECT_FALSE(capture->preventsRestart());
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNextNoteUnderAKeyAndAFlowOfItsOwn) {
+TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNextNoteWithANewKeyAndFlow) {
   open("First");
   submitUntilPost();
   const HttpRequest first = lastRequest();
@@ -165,7 +165,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNextNoteUnderAKeyAndAFlowOfIts
   EXPECT_NE(second.headers[8], first.headers[8]);
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, SendsNothingThatMayNotBeSent) {
+TEST_F(DesktopQuickCaptureSubmissionTest, DoesNotSendInvalidTexts) {
   open();
   for (const std::string& text : {std::string(), std::string(" \n\t"), std::string(10'001, 'a')}) {
     editor().type(text);
@@ -178,7 +178,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsNothingThatMayNotBeSent) {
   EXPECT_EQ(webView->cookieQuestions(), 1u);
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, GoesOnWhenThePanelIsHiddenMeanwhile) {
+TEST_F(DesktopQuickCaptureSubmissionTest, ContinuesWhileThePanelIsHidden) {
   open("Note");
   submitUntilPost();
   panel().clickElsewhere();
@@ -188,7 +188,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, GoesOnWhenThePanelIsHiddenMeanwhile) {
   EXPECT_THAT(log().take(), ElementsAre("editor.clear", "panel.orderOut"));
 }
 
-TEST_F(DesktopQuickCaptureSubmissionTest, EndsWithTheController) {
+TEST_F(DesktopQuickCaptureSubmissionTest, IsCancelledWhenTheControllerIsDestroyed) {
   open("Note");
   capture->submit();
   capture.reset();

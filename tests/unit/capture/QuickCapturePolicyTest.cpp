@@ -23,7 +23,7 @@ bool submits(std::uint16_t key, std::uint32_t modifiers, bool composing = false)
   return QuickCapturePolicy::shouldSubmit(key, modifiers, composing);
 }
 
-TEST(QuickCapturePolicyShouldSubmit, TakesReturnAndEnterWithCommandOrControl) {
+TEST(QuickCapturePolicyShouldSubmit, AcceptsReturnAndEnterWithCommandOrControl) {
   for (const std::uint16_t key : {KeyEvent::returnKey, KeyEvent::keypadEnterKey}) {
     EXPECT_TRUE(submits(key, KeyEvent::command));
     EXPECT_TRUE(submits(key, KeyEvent::control));
@@ -33,7 +33,7 @@ TEST(QuickCapturePolicyShouldSubmit, TakesReturnAndEnterWithCommandOrControl) {
   }
 }
 
-TEST(QuickCapturePolicyShouldSubmit, LeavesTheKeyToAnInputMethodThatComposes) {
+TEST(QuickCapturePolicyShouldSubmit, LeavesTheKeyToAComposingInputMethod) {
   EXPECT_FALSE(submits(KeyEvent::returnKey, KeyEvent::command, true));
   EXPECT_FALSE(submits(KeyEvent::keypadEnterKey, KeyEvent::control, true));
 }
@@ -45,7 +45,7 @@ TEST(QuickCapturePolicyShouldSubmit, LeavesLineBreaksToTheEditor) {
   EXPECT_FALSE(submits(KeyEvent::keypadEnterKey, KeyEvent::numericPad));
 }
 
-TEST(QuickCapturePolicyShouldSubmit, TakesNoOtherKey) {
+TEST(QuickCapturePolicyShouldSubmit, RejectsEveryOtherKey) {
   constexpr std::uint16_t letterS = 1;
   EXPECT_FALSE(submits(letterS, KeyEvent::command));
   EXPECT_FALSE(submits(KeyEvent::spaceKey, KeyEvent::command));
@@ -53,7 +53,7 @@ TEST(QuickCapturePolicyShouldSubmit, TakesNoOtherKey) {
   EXPECT_FALSE(submits(KeyEvent::otherKey, KeyEvent::command));
 }
 
-TEST(QuickCapturePolicyValidText, TakesOneToTenThousandUnits) {
+TEST(QuickCapturePolicyValidText, AcceptsOneToTenThousandUnits) {
   EXPECT_FALSE(QuickCapturePolicy::validText(""));
   EXPECT_TRUE(QuickCapturePolicy::validText("a"));
   EXPECT_TRUE(QuickCapturePolicy::validText(times("a", 10'000)));
@@ -86,13 +86,13 @@ Json with(const std::string& key, const Json& value) {
   return changed;
 }
 
-TEST(QuickCapturePolicyConfirmed, TakesTheThreeKeysAndIgnoresOthers) {
+TEST(QuickCapturePolicyConfirmed, ReadsThreeKeysAndIgnoresOthers) {
   EXPECT_TRUE(confirmed(reply()));
   EXPECT_TRUE(confirmed(with("more", {1, 2, 3})));
   EXPECT_TRUE(confirmed(with("error", {{"message", "no"}})));
 }
 
-TEST(QuickCapturePolicyConfirmed, TakesAnAbsoluteStatusUrlOfTheService) {
+TEST(QuickCapturePolicyConfirmed, AcceptsAnAbsoluteStatusUrlOfTheService) {
   const std::string path = std::string("/api/jobs/") + uuid;
   EXPECT_TRUE(confirmed(with("statusUrl", "https://navora.example" + path)));
   EXPECT_TRUE(confirmed(with("statusUrl", "https://NAVORA.example:443" + path)));
@@ -100,7 +100,7 @@ TEST(QuickCapturePolicyConfirmed, TakesAnAbsoluteStatusUrlOfTheService) {
   EXPECT_TRUE(confirmed(with("statusUrl", path), "http://127.0.0.1:8878/"));
 }
 
-TEST(QuickCapturePolicyConfirmed, NeedsEveryKeyAsAText) {
+TEST(QuickCapturePolicyConfirmed, RequiresEveryKeyAsText) {
   EXPECT_FALSE(confirmed(Json::object()));
   EXPECT_FALSE(confirmed(Json()));
   EXPECT_FALSE(confirmed(Json::array({reply()})));
@@ -114,7 +114,7 @@ TEST(QuickCapturePolicyConfirmed, NeedsEveryKeyAsAText) {
   }
 }
 
-TEST(QuickCapturePolicyConfirmed, NeedsUuids) {
+TEST(QuickCapturePolicyConfirmed, RequiresUuids) {
   for (const std::string text :
        {"wrong", "0f8fad5bd9cb469fa16570867728950e", "{0f8fad5b-d9cb-469f-a165-70867728950e}",
         "0f8fad5b-d9cb-469f-a165-70867728950g", "0f8fad5b-d9cb-469f-a165-70867728950",
@@ -127,7 +127,7 @@ TEST(QuickCapturePolicyConfirmed, NeedsUuids) {
   EXPECT_TRUE(confirmed(with("captureId", "0F8FAD5B-D9CB-469F-A165-70867728950E")));
 }
 
-TEST(QuickCapturePolicyConfirmed, NeedsTheStatusUrlOfThatVeryJob) {
+TEST(QuickCapturePolicyConfirmed, RequiresTheStatusUrlOfTheSameJob) {
   const std::string path = std::string("/api/jobs/") + uuid;
   for (const std::string& url :
        {std::string("/api/jobs/") + otherUuid, path + "?x=1", path + "#a", path + "?", path + "#",
@@ -139,7 +139,7 @@ TEST(QuickCapturePolicyConfirmed, NeedsTheStatusUrlOfThatVeryJob) {
   EXPECT_FALSE(confirmed(upper));
 }
 
-TEST(QuickCapturePolicyConfirmed, NeedsTheServicesOwnStatusUrl) {
+TEST(QuickCapturePolicyConfirmed, RequiresAStatusUrlOfTheSameOrigin) {
   const std::string path = std::string("/api/jobs/") + uuid;
   for (const std::string base :
        {"https://remote.example", "http://navora.example", "https://navora.example:444",
@@ -150,7 +150,15 @@ TEST(QuickCapturePolicyConfirmed, NeedsTheServicesOwnStatusUrl) {
   EXPECT_FALSE(confirmed(with("statusUrl", "http://[" + path)));
 }
 
-TEST(QuickCapturePolicySelfTest, PrintsItsVerdictAndReturns) {
+TEST(QuickCapturePolicyReadReceipt, ReturnsTheIdsOfAConfirmation) {
+  const Url origin = testUrl("https://navora.example/");
+  const std::string captureId = "7C9E6679-7425-40de-944b-e07fc1f90ae7";
+  EXPECT_EQ(QuickCapturePolicy::readReceipt(with("captureId", captureId), origin),
+            (QuickCapturePolicy::Receipt{captureId, uuid}));
+  EXPECT_EQ(QuickCapturePolicy::readReceipt(with("captureId", "other"), origin), std::nullopt);
+}
+
+TEST(QuickCapturePolicySelfTest, PrintsOneLineAndReturns) {
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   QuickCapturePolicy::selfTest();

@@ -13,8 +13,7 @@
 
 namespace navora {
 
-// The panel on a fake platform, beside a web view that shows the service to a user who is signed
-// in.
+// The panel on a fake platform, with a web view that shows the service to a signed-in user.
 class QuickCaptureTest : public testing::Test {
  protected:
   static constexpr const char* origin = "https://navora.example/";
@@ -46,7 +45,7 @@ class QuickCaptureTest : public testing::Test {
                                               }},
         webView, testUrl(origin));
   }
-  // The panel is open with this draft; the log is empty.
+  // Opens the panel with this draft and empties the log.
   void open(const std::string& draft = {}) {
     if (!capture) make();
     capture->show();
@@ -63,7 +62,7 @@ class QuickCaptureTest : public testing::Test {
   const HttpRequest& lastRequest() { return network().requests.back(); }
   Json lastBody() { return Json::parse(lastRequest().body); }
 
-  // The parts of a submission, one after the other.
+  // The steps of a submission, in order.
   void answerCookies() { webView->answerCookies(); }
   void answerAccount(const std::string& id = "user-1") {
     network().answer(200, Json{{"user", {{"id", id}}}}.dump());
@@ -76,21 +75,21 @@ class QuickCaptureTest : public testing::Test {
             {"statusUrl", std::string("/api/jobs/") + jobId}};
   }
 
-  // Up to where the note is on its way.
+  // Submits the note and answers every step before the post.
   void submitUntilPost() {
     capture->submit();
     answerCookies();
     answerAccount();
     answerModel();
   }
-  // Again, after a first try whose attempt is still there.
+  // Submits again while an attempt exists, and answers every step before the post.
   void resubmitUntilPost() {
     capture->submit();
     answerCookies();
     answerAccount();
   }
 
-  // Sends the telemetry that waits and gives it.
+  // Flushes the queued telemetry and returns its events.
   std::vector<Json> flushTelemetry() {
     queue().advance(std::chrono::seconds(2));
     answerCookies();

@@ -14,7 +14,7 @@ using Result = DesktopNotificationDelivery::Result;
 
 const PlatformError failure{"desktop", 1, "No daemon"};
 
-// A desktop that takes its time: enqueuings end when the test says so.
+// A desktop whose enqueue operations complete when the test decides.
 struct Desktop {
   std::vector<std::string> enqueued;
   std::deque<Callback<Result>> underWay;
@@ -40,7 +40,7 @@ class DesktopNotificationDeliveryTest : public testing::Test {
   DesktopNotificationDelivery ledger;
 };
 
-TEST_F(DesktopNotificationDeliveryTest, TakesOneBaseline) {
+TEST_F(DesktopNotificationDeliveryTest, AcceptsOneBaseline) {
   EXPECT_TRUE(ledger.baseline({"a"}));
   EXPECT_FALSE(ledger.baseline({"b"}));
   const auto old = deliver("a");
@@ -50,13 +50,13 @@ TEST_F(DesktopNotificationDeliveryTest, TakesOneBaseline) {
   EXPECT_EQ(desktop.enqueued, std::vector<std::string>{"b"});
 }
 
-TEST_F(DesktopNotificationDeliveryTest, NeverShowsWhatIsIgnored) {
+TEST_F(DesktopNotificationDeliveryTest, NeverEnqueuesAnIgnoredId) {
   ledger.ignore("a");
   EXPECT_TRUE(deliver("a").isFinished());
   EXPECT_TRUE(desktop.enqueued.empty());
 }
 
-TEST_F(DesktopNotificationDeliveryTest, ShowsOnce) {
+TEST_F(DesktopNotificationDeliveryTest, EnqueuesAnIdOnce) {
   const auto first = deliver("a");
   EXPECT_TRUE(first.isRunning());
   desktop.finish();
@@ -65,7 +65,7 @@ TEST_F(DesktopNotificationDeliveryTest, ShowsOnce) {
   EXPECT_EQ(desktop.enqueued.size(), 1u);
 }
 
-TEST_F(DesktopNotificationDeliveryTest, EnqueuesOnceForTwoAtTheSameTime) {
+TEST_F(DesktopNotificationDeliveryTest, EnqueuesOnceForTwoConcurrentDeliveries) {
   const auto first = deliver("a");
   const auto second = deliver("a");
   EXPECT_TRUE(second.isFinished());
@@ -74,7 +74,7 @@ TEST_F(DesktopNotificationDeliveryTest, EnqueuesOnceForTwoAtTheSameTime) {
   EXPECT_TRUE(first.isFinished());
 }
 
-TEST_F(DesktopNotificationDeliveryTest, TriesAgainAfterAFailure) {
+TEST_F(DesktopNotificationDeliveryTest, RetriesAfterAFailure) {
   const auto first = deliver("a");
   desktop.finish(failure);
   EXPECT_EQ(first.result(), failure);
@@ -85,7 +85,7 @@ TEST_F(DesktopNotificationDeliveryTest, TriesAgainAfterAFailure) {
   EXPECT_TRUE(deliver("a").isFinished());
 }
 
-TEST_F(DesktopNotificationDeliveryTest, NotesTheEndOfWhatNobodyAwaitsAnyMore) {
+TEST_F(DesktopNotificationDeliveryTest, RecordsTheResultAfterTheTaskIsDestroyed) {
   {
     const auto abandoned = deliver("a");
   }
@@ -96,7 +96,7 @@ TEST_F(DesktopNotificationDeliveryTest, NotesTheEndOfWhatNobodyAwaitsAnyMore) {
   EXPECT_EQ(desktop.enqueued.size(), 2u);
 }
 
-TEST_F(DesktopNotificationDeliveryTest, MayGoBeforeTheDesktopAnswers) {
+TEST_F(DesktopNotificationDeliveryTest, MayBeDestroyedBeforeTheDesktopAnswers) {
   auto other = std::make_unique<DesktopNotificationDelivery>();
   auto task = other->deliver("a", desktop.enqueue("a"));
   other.reset();
@@ -104,8 +104,8 @@ TEST_F(DesktopNotificationDeliveryTest, MayGoBeforeTheDesktopAnswers) {
   EXPECT_TRUE(task.isFinished());
 }
 
-// Whatever comes in whatever order, nothing is enqueued that is seen or under way.
-TEST_F(DesktopNotificationDeliveryTest, HoldsItsInvariantsThroughRandomSequences) {
+// In any sequence of operations, no id is enqueued that is seen or pending.
+TEST_F(DesktopNotificationDeliveryTest, KeepsItsInvariantsInRandomSequences) {
   for (unsigned seed = 1; seed <= 200; ++seed) {
     std::mt19937 random(seed);
     Desktop screen;

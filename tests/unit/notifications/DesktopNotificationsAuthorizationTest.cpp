@@ -8,7 +8,7 @@ using testing::IsEmpty;
 
 class DesktopNotificationsAuthorizationTest : public DesktopNotificationsTest {
  protected:
-  // What the page was told last.
+  // The state that was last published to the page.
   Json publishedState() {
     const std::string before = "window.NavoraNotificationState = ";
     const std::string after = "; window.dispatchEvent(new Event('tolvin:notificationschange'));";
@@ -33,7 +33,7 @@ class DesktopNotificationsAuthorizationTest : public DesktopNotificationsTest {
   }
 };
 
-TEST_F(DesktopNotificationsAuthorizationTest, TellsThePageHowThingsStand) {
+TEST_F(DesktopNotificationsAuthorizationTest, PublishesTheStateToThePage) {
   const std::vector<std::pair<AuthorizationStatus, Json>> cases{
       {AuthorizationStatus::authorized, state(true, true, false)},
       {AuthorizationStatus::denied, state(false, true, true)},
@@ -51,7 +51,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, TellsThePageHowThingsStand) {
   EXPECT_EQ(publishedState(), state(false, false, false));
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, TellsNoForeignPage) {
+TEST_F(DesktopNotificationsAuthorizationTest, PublishesNothingToAForeignPage) {
   for (const char* url : {"https://remote.example/", "https://user@navora.example/",
                           "http://navora.example/", "about:blank"}) {
     webView->setUrl(testUrl(url));
@@ -64,7 +64,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, TellsNoForeignPage) {
   EXPECT_THAT(webView->scripts(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, LooksAtThePageWhenItSpeaks) {
+TEST_F(DesktopNotificationsAuthorizationTest, ChecksThePageAfterTheDesktopHasAnswered) {
   notifications->publishAuthorization();
   webView->setUrl(testUrl("https://remote.example/"));
   center.answerStatus();
@@ -74,7 +74,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, LooksAtThePageWhenItSpeaks) {
   center.answerStatus();
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, StartsWhenItIsGranted) {
+TEST_F(DesktopNotificationsAuthorizationTest, StartsPollingWhenPermissionIsGranted) {
   platform.userDefaults().setValue(DesktopNotifications::enabledKey, false);
   notifications->requestAuthorization();
   EXPECT_THAT(center.requests, ElementsAre(NotificationCenter::Options{true, true}));
@@ -86,7 +86,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, StartsWhenItIsGranted) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, PollsAtOnceWhenItRunsAlready) {
+TEST_F(DesktopNotificationsAuthorizationTest, PollsAtOnceIfAlreadyActive) {
   startWithBaseline();
   notifications->requestAuthorization();
   center.answerRequest(true);
@@ -94,7 +94,8 @@ TEST_F(DesktopNotificationsAuthorizationTest, PollsAtOnceWhenItRunsAlready) {
   EXPECT_EQ(platform.mainQueue().pendingCount(), 1u);
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, SaysThatItIsDeniedAndLeavesTheSwitch) {
+TEST_F(DesktopNotificationsAuthorizationTest,
+       ShowsAnAlertWhenPermissionIsDeniedAndKeepsTheDefault) {
   center.status = AuthorizationStatus::denied;
   notifications->requestAuthorization();
   center.answerRequest(false);
@@ -107,7 +108,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, SaysThatItIsDeniedAndLeavesTheSwit
   EXPECT_EQ(webView->cookieQuestions(), 0u);
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, ShowsTheDesktopsOwnError) {
+TEST_F(DesktopNotificationsAuthorizationTest, ShowsTheDesktopsError) {
   notifications->requestAuthorization();
   center.answerRequest(Unexpected(PlatformError{"desktop", 1, "Out of order"}));
   EXPECT_THAT(alerts(), ElementsAre(alert("Out of order")));
@@ -117,7 +118,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, ShowsTheDesktopsOwnError) {
   EXPECT_EQ(publishedState(), state(true, true, false));
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, SwitchesOff) {
+TEST_F(DesktopNotificationsAuthorizationTest, StopsPollingWhenDisabled) {
   startWithBaseline();
   notifications->disable();
   EXPECT_EQ(stored(), Json(false));
@@ -136,7 +137,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, PublishesAndPollsWhenRefreshed) {
   EXPECT_EQ(webView->cookieQuestions(), 1u);
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, SendsATest) {
+TEST_F(DesktopNotificationsAuthorizationTest, SendsTheTestNotification) {
   notifications->sendTest();
   center.answerStatus();
   EXPECT_THAT(center.added, ElementsAre(UserNotification{"navora-test", "Навора",
@@ -146,14 +147,14 @@ TEST_F(DesktopNotificationsAuthorizationTest, SendsATest) {
   EXPECT_THAT(alerts(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, SaysWhyATestFailed) {
+TEST_F(DesktopNotificationsAuthorizationTest, ShowsTheErrorOfAFailedTest) {
   notifications->sendTest();
   center.answerStatus();
   center.finishAdd(PlatformError{"desktop", 1, "No daemon"});
   EXPECT_THAT(alerts(), ElementsAre(alert("No daemon")));
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, AsksForPermissionInsteadOfATest) {
+TEST_F(DesktopNotificationsAuthorizationTest, RequestsPermissionInsteadOfSendingTheTest) {
   for (const auto status : {AuthorizationStatus::denied, AuthorizationStatus::notDetermined,
                             AuthorizationStatus::provisional}) {
     center.status = status;
@@ -168,18 +169,18 @@ TEST_F(DesktopNotificationsAuthorizationTest, AsksForPermissionInsteadOfATest) {
   EXPECT_THAT(center.added, IsEmpty());
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, ShowsEvenInFront) {
+TEST_F(DesktopNotificationsAuthorizationTest, PresentsABannerAndASoundInTheForeground) {
   EXPECT_EQ(center.delegate()->willPresentNotification(), (PresentationOptions{true, true}));
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, OpensWhatLeadsIntoTheOrigin) {
+TEST_F(DesktopNotificationsAuthorizationTest, OpensPagesOfTheOrigin) {
   center.click("https://navora.example/#today");
   center.click("https://navora.example/circles/7");
   EXPECT_THAT(opened, ElementsAre(testUrl("https://navora.example/#today"),
                                   testUrl("https://navora.example/circles/7")));
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, OpensNothingElse) {
+TEST_F(DesktopNotificationsAuthorizationTest, OpensNoOtherUrl) {
   for (const char* url : {"", "/#today", "https://remote.example/#today",
                           "https://user@navora.example/", "javascript:alert(1)", "\xFF"})
     center.click(url);
@@ -189,7 +190,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, OpensNothingElse) {
   center.click("https://navora.example/#today");
 }
 
-TEST_F(DesktopNotificationsAuthorizationTest, LeavesTheDesktopWithoutADelegate) {
+TEST_F(DesktopNotificationsAuthorizationTest, RemovesItselfAsDelegateWhenItIsDestroyed) {
   notifications->requestAuthorization();
   notifications.reset();
   EXPECT_EQ(center.delegate(), nullptr);

@@ -16,7 +16,7 @@ using testing::Pair;
 
 class DesktopNotificationsPollTest : public DesktopNotificationsTest {};
 
-TEST_F(DesktopNotificationsPollTest, AsksThreeThingsInOrderAsTheUser) {
+TEST_F(DesktopNotificationsPollTest, SendsThreeRequestsInOrderWithTheUsersCookie) {
   DesktopLocale::requested = "de";
   notifications->start();
   answerPoll({});
@@ -32,14 +32,14 @@ TEST_F(DesktopNotificationsPollTest, AsksThreeThingsInOrderAsTheUser) {
               ElementsAre(HttpSessionConfiguration{15, 30, 1024 * 1024}));
 }
 
-TEST_F(DesktopNotificationsPollTest, AsksWithoutACookieWhereNoneFits) {
+TEST_F(DesktopNotificationsPollTest, SendsNoCookieWithoutAMatchingOne) {
   webView->cookies[0].path = "/api";
   notifications->start();
   webView->answerCookies();
   EXPECT_EQ(platform.network().requests[0].headers.size(), 2u);
 }
 
-TEST_F(DesktopNotificationsPollTest, ShowsNothingOfTheBacklog) {
+TEST_F(DesktopNotificationsPollTest, ShowsNothingOfTheFirstList) {
   notifications->start();
   completePoll({item("b"), item("a")});
   EXPECT_EQ(center.statusQuestions(), 0u);
@@ -48,7 +48,7 @@ TEST_F(DesktopNotificationsPollTest, ShowsNothingOfTheBacklog) {
   EXPECT_THAT(shown(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsPollTest, ShowsWhatIsNewOnceTheOldestFirst) {
+TEST_F(DesktopNotificationsPollTest, ShowsEachNewItemOnceTheOldestFirst) {
   startWithBaseline({item("a")});
   nextTick();
   completePoll({item("c"), item("b"), item("a")});
@@ -60,7 +60,7 @@ TEST_F(DesktopNotificationsPollTest, ShowsWhatIsNewOnceTheOldestFirst) {
   EXPECT_EQ(center.added.size(), 2u);
 }
 
-TEST_F(DesktopNotificationsPollTest, WaitsForTheDesktopBeforeTheNextOne) {
+TEST_F(DesktopNotificationsPollTest, AddsTheNextItemAfterTheDesktopHasAnswered) {
   startWithBaseline();
   nextTick();
   answerPoll({item("b"), item("a")});
@@ -70,7 +70,7 @@ TEST_F(DesktopNotificationsPollTest, WaitsForTheDesktopBeforeTheNextOne) {
   EXPECT_THAT(shown(), ElementsAre("navora-a", "navora-b"));
 }
 
-TEST_F(DesktopNotificationsPollTest, OffersAgainWhatTheDesktopDidNotTake) {
+TEST_F(DesktopNotificationsPollTest, RetriesAnItemThatTheDesktopRejected) {
   startWithBaseline();
   nextTick();
   answerPoll({item("b"), item("a")});
@@ -82,8 +82,8 @@ TEST_F(DesktopNotificationsPollTest, OffersAgainWhatTheDesktopDidNotTake) {
   EXPECT_THAT(shown(), ElementsAre("navora-a", "navora-b", "navora-a"));
 }
 
-TEST_F(DesktopNotificationsPollTest, ForgetsWhatCameInQuietHours) {
-  // The fake clock stands at 22:13:20 UTC.
+TEST_F(DesktopNotificationsPollTest, NeverShowsItemsFromQuietHours) {
+  // The fake clock is at 22:13:20 UTC.
   startWithBaseline();
   nextTick();
   answerUser();
@@ -96,7 +96,7 @@ TEST_F(DesktopNotificationsPollTest, ForgetsWhatCameInQuietHours) {
   EXPECT_THAT(shown(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsPollTest, ForgetsWhatIsNotWantedOrLeadsNowhere) {
+TEST_F(DesktopNotificationsPollTest, NeverShowsUnwantedItemsOrThoseWithoutADestination) {
   startWithBaseline();
   Json elsewhere = item("c");
   elsewhere["data"]["url"] = "https://remote.example/";
@@ -108,7 +108,7 @@ TEST_F(DesktopNotificationsPollTest, ForgetsWhatIsNotWantedOrLeadsNowhere) {
   EXPECT_THAT(shown(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsPollTest, RemembersNothingUntilItIsAllowed) {
+TEST_F(DesktopNotificationsPollTest, LeavesItemsUnseenUntilPermissionIsGranted) {
   for (const auto status : {AuthorizationStatus::notDetermined, AuthorizationStatus::denied,
                             AuthorizationStatus::provisional}) {
     center.status = status;
@@ -125,7 +125,7 @@ TEST_F(DesktopNotificationsPollTest, RemembersNothingUntilItIsAllowed) {
   EXPECT_THAT(shown(), ElementsAre("navora-a"));
 }
 
-TEST_F(DesktopNotificationsPollTest, SkipsWhatHasNoTextForAnId) {
+TEST_F(DesktopNotificationsPollTest, SkipsItemsWithoutATextId) {
   startWithBaseline();
   Json numbered = item("a");
   numbered["id"] = 7;
@@ -150,7 +150,7 @@ TEST_F(DesktopNotificationsPollTest, TakesANewBaselineForAnotherUser) {
   EXPECT_THAT(shown(), ElementsAre("navora-y"));
 }
 
-TEST_F(DesktopNotificationsPollTest, ForgetsTheAccountAtEveryRefusalToSpeak) {
+TEST_F(DesktopNotificationsPollTest, ForgetsTheAccountAfterA401FromAnyRequest) {
   startWithBaseline();
   for (int step = 0; step < 3; ++step) {
     nextTick();
@@ -167,7 +167,7 @@ TEST_F(DesktopNotificationsPollTest, ForgetsTheAccountAtEveryRefusalToSpeak) {
   }
 }
 
-TEST_F(DesktopNotificationsPollTest, KeepsTheLedgerThroughEveryOtherFailure) {
+TEST_F(DesktopNotificationsPollTest, KeepsTheLedgerAfterEveryOtherFailure) {
   startWithBaseline({item("a")});
   const std::string list = R"({"notifications": [], "kinds": []})";
   const std::vector<std::function<void()>> failures{
@@ -197,7 +197,7 @@ TEST_F(DesktopNotificationsPollTest, KeepsTheLedgerThroughEveryOtherFailure) {
   EXPECT_THAT(shown(), ElementsAre("navora-b"));
 }
 
-TEST_F(DesktopNotificationsPollTest, TakesAnAnswerOfTheLargestSizeAndNoByteMore) {
+TEST_F(DesktopNotificationsPollTest, AcceptsABodyOfExactlyTheLimit) {
   startWithBaseline();
   const std::string answer = R"({"user": {"id": "u1"}})";
   for (const std::size_t more : {0u, 1u}) {
@@ -209,7 +209,7 @@ TEST_F(DesktopNotificationsPollTest, TakesAnAnswerOfTheLargestSizeAndNoByteMore)
   }
 }
 
-TEST_F(DesktopNotificationsPollTest, EndsAtSettingsOrListsThatCannotBeRead) {
+TEST_F(DesktopNotificationsPollTest, EndsThePollAtInvalidSettingsOrLists) {
   startWithBaseline();
   nextTick();
   answerUser();
@@ -223,7 +223,7 @@ TEST_F(DesktopNotificationsPollTest, EndsAtSettingsOrListsThatCannotBeRead) {
     platform.backgroundQueue().finishAll();
     EXPECT_EQ(center.statusQuestions(), 0u) << list;
   }
-  // None of them was a list that could have been the baseline's or changed it.
+  // None of these lists became the baseline or changed it.
   nextTick();
   completePoll({item("a")});
   EXPECT_THAT(shown(), ElementsAre("navora-a"));
@@ -242,7 +242,7 @@ TEST_F(DesktopNotificationsPollTest, ReadsTheListInTheBackground) {
   EXPECT_THAT(shown(), ElementsAre("navora-a"));
 }
 
-TEST_F(DesktopNotificationsPollTest, ReadsNoListThatItWasRefused) {
+TEST_F(DesktopNotificationsPollTest, DoesNotReadARefusedList) {
   startWithBaseline();
   nextTick();
   answerUser();
@@ -251,7 +251,7 @@ TEST_F(DesktopNotificationsPollTest, ReadsNoListThatItWasRefused) {
   EXPECT_EQ(platform.backgroundQueue().waiting(), 0u);
 }
 
-TEST_F(DesktopNotificationsPollTest, DropsATickWhileTheListIsRead) {
+TEST_F(DesktopNotificationsPollTest, SkipsATickWhileTheListIsRead) {
   startWithBaseline();
   nextTick();
   sendList({item("a")});
@@ -260,8 +260,8 @@ TEST_F(DesktopNotificationsPollTest, DropsATickWhileTheListIsRead) {
   EXPECT_EQ(webView->cookieQuestions(), 0u);
 }
 
-TEST_F(DesktopNotificationsPollTest, AsksForQuietAsOfTheListsArrival) {
-  // The fake clock stands at 22:13:20 UTC.
+TEST_F(DesktopNotificationsPollTest, EvaluatesQuietHoursAtTheListsArrival) {
+  // The fake clock is at 22:13:20 UTC.
   startWithBaseline();
   nextTick();
   sendList({item("a")}, "22:00-22:14");
@@ -271,7 +271,7 @@ TEST_F(DesktopNotificationsPollTest, AsksForQuietAsOfTheListsArrival) {
   EXPECT_THAT(shown(), IsEmpty());
 }
 
-TEST_F(DesktopNotificationsPollTest, ShowsNothingOfAListThatIsReadAcrossAStop) {
+TEST_F(DesktopNotificationsPollTest, ShowsNothingOfAListReadAcrossAStop) {
   startWithBaseline();
   for (const bool worked : {false, true}) {
     nextTick();
@@ -281,7 +281,7 @@ TEST_F(DesktopNotificationsPollTest, ShowsNothingOfAListThatIsReadAcrossAStop) {
     platform.backgroundQueue().finishAll();
     EXPECT_EQ(center.statusQuestions(), 0u);
     notifications->start();
-    // The list that nobody waited for has left nothing behind.
+    // The cancelled list has changed nothing.
     answerUser();
     platform.network().fail(1);
   }
@@ -290,7 +290,7 @@ TEST_F(DesktopNotificationsPollTest, ShowsNothingOfAListThatIsReadAcrossAStop) {
   EXPECT_THAT(shown(), ElementsAre("navora-a"));
 }
 
-TEST_F(DesktopNotificationsPollTest, ShowsAnotherAccountNothingOfAListThatWasBeingRead) {
+TEST_F(DesktopNotificationsPollTest, ShowsNothingOfAListToAnotherAccount) {
   startWithBaseline();
   nextTick();
   sendList({item("a")});
@@ -307,7 +307,7 @@ TEST_F(DesktopNotificationsPollTest, ShowsAnotherAccountNothingOfAListThatWasBei
   EXPECT_THAT(shown(), ElementsAre("navora-b"));
 }
 
-TEST_F(DesktopNotificationsPollTest, MayEndWhileTheListIsRead) {
+TEST_F(DesktopNotificationsPollTest, MayBeDestroyedWhileTheListIsRead) {
   startWithBaseline();
   nextTick();
   sendList({item("a")});
@@ -352,7 +352,7 @@ TEST_F(DesktopNotificationsPollTest, PollsAtOnceAndEveryMinute) {
   EXPECT_EQ(webView->cookieQuestions(), 1u);
 }
 
-TEST_F(DesktopNotificationsPollTest, DropsATickThatFindsAPollRunning) {
+TEST_F(DesktopNotificationsPollTest, SkipsATickDuringAPoll) {
   notifications->start();
   nextTick();
   notifications->refresh();
@@ -369,7 +369,7 @@ TEST_F(DesktopNotificationsPollTest, StartsOnce) {
   EXPECT_EQ(platform.mainQueue().pendingCount(), 1u);
 }
 
-TEST_F(DesktopNotificationsPollTest, DoesNotStartWhenSwitchedOff) {
+TEST_F(DesktopNotificationsPollTest, DoesNotStartWhenDisabled) {
   platform.userDefaults().setValue(DesktopNotifications::enabledKey, false);
   notifications->start();
   notifications->refresh();
@@ -377,7 +377,7 @@ TEST_F(DesktopNotificationsPollTest, DoesNotStartWhenSwitchedOff) {
   EXPECT_EQ(platform.mainQueue().pendingCount(), 0u);
 }
 
-TEST_F(DesktopNotificationsPollTest, StartsWhenTheDefaultIsNoSwitch) {
+TEST_F(DesktopNotificationsPollTest, StartsIfTheDefaultIsNotABoolean) {
   for (const Json& value : {Json("false"), Json(0), Json(nullptr), Json(true)}) {
     platform.userDefaults().setValue(DesktopNotifications::enabledKey, value);
     notifications->start();
@@ -413,7 +413,7 @@ TEST_F(DesktopNotificationsPollTest, ShowsNothingAfterAStopAtAnyStep) {
   }
 }
 
-TEST_F(DesktopNotificationsPollTest, DoesNothingWithoutItsPage) {
+TEST_F(DesktopNotificationsPollTest, DoesNothingAfterTheWebViewIsDestroyed) {
   notifications->start();
   completePoll({});
   webView.reset();
@@ -433,9 +433,9 @@ TEST_F(DesktopNotificationsPollTest, PollsForADayWithoutGrowing) {
   EXPECT_THAT(shown(), IsEmpty());
 }
 
-// Whatever happens in whatever order: nothing is shown twice to the same account without its ledger
-// having been given up, nothing of a baseline is shown, and nothing that stays on the list is lost.
-TEST_F(DesktopNotificationsPollTest, HoldsTheLedgersPromisesThroughRandomSequences) {
+// In any sequence of events: no item is shown twice to the same account by the same ledger, no item
+// of a baseline is shown, and no item that stays on the list is lost.
+TEST_F(DesktopNotificationsPollTest, KeepsTheLedgersInvariantsInRandomSequences) {
   std::mt19937 random(7);
   std::map<std::string, std::vector<Json>> lists;
   std::set<std::string> past;

@@ -14,8 +14,8 @@
 
 namespace navora {
 
-// The notifications of a signed-in user on a fake platform. The test is the service and the
-// desktop: nothing is answered until it says so.
+// The notifications of a signed-in user on a fake platform. The test plays the service and the
+// desktop: every answer is explicit.
 class DesktopNotificationsTest : public testing::Test {
  protected:
   DesktopNotificationsTest() {
@@ -61,20 +61,20 @@ class DesktopNotificationsTest : public testing::Test {
                      {{"key", "quiet"}, {"default", "inbox"}}};
     platform.network().answer(200, Json{{"notifications", items}, {"kinds", kinds}}.dump());
   }
-  // A poll up to where the list is read in the background.
+  // Runs a poll until the list is handed to the background.
   void sendList(const std::vector<Json>& items, const std::string& quietHours = "off") {
     answerUser();
     answerSettings(quietHours);
     answerList(items);
   }
-  // A poll up to where the desktop is asked for its status.
+  // Runs a poll until the desktop is asked for its authorization status.
   void answerPoll(const std::vector<Json>& items, const std::string& user = "u1") {
     answerUser(user);
     answerSettings();
     answerList(items);
     platform.backgroundQueue().finishAll();
   }
-  // Everything is answered; the desktop takes every notification.
+  // Runs a whole poll; the desktop accepts every notification.
   void completePoll(const std::vector<Json>& items, const std::string& user = "u1") {
     answerPoll(items, user);
     if (center.statusQuestions() > 0) center.answerStatus();

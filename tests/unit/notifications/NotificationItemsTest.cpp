@@ -9,7 +9,7 @@ namespace {
 
 const Url origin = testUrl("https://navora.example/");
 
-// The destination's address below the origin, or what else it is.
+// Returns the destination's address relative to the origin, or the whole address outside it.
 std::string destination(const Json& item) {
   const auto url = notificationDestination(item, origin);
   if (!url) return "none";
@@ -18,7 +18,7 @@ std::string destination(const Json& item) {
   return text.starts_with(prefix) ? text.substr(prefix.size()) : text;
 }
 
-TEST(NotificationDestination, FollowsTheFirstRuleThatApplies) {
+TEST(NotificationDestination, AppliesTheFirstMatchingRule) {
   Json item{{"kind", "signup"},
             {"circleId", "c"},
             {"roomId", "r"},
@@ -35,7 +35,7 @@ TEST(NotificationDestination, FollowsTheFirstRuleThatApplies) {
   EXPECT_EQ(destination(item), "/#admin");
 }
 
-TEST(NotificationDestination, KnowsThePlacesOfKinds) {
+TEST(NotificationDestination, MapsKindsToPages) {
   for (const char* kind : {"invite", "event_added", "event_changed"})
     EXPECT_EQ(destination({{"kind", kind}}), "/#calendar") << kind;
   for (const char* kind : {"spend", "calendar_error"})
@@ -45,7 +45,7 @@ TEST(NotificationDestination, KnowsThePlacesOfKinds) {
   EXPECT_EQ(destination(Json::object()), "/#today");
 }
 
-TEST(NotificationDestination, NamesTheDateAndOnlyThenTheEvent) {
+TEST(NotificationDestination, AddsTheEventOnlyWithADate) {
   const Json dated{
       {"kind", "event_changed"}, {"data", {{"date", "2025-01-02"}}}, {"eventUid", "a/b"}};
   EXPECT_EQ(destination(dated), "/#calendar?date=2025%2D01%2D02&event=a%2Fb");
@@ -87,7 +87,7 @@ class UserNotificationTest : public testing::Test {
   LocaleScope locale;
 };
 
-TEST_F(UserNotificationTest, CarriesTheIdAndTheDestination) {
+TEST_F(UserNotificationTest, ContainsTheIdAndTheDestination) {
   const auto content = notificationContent({}, testUrl("https://navora.example/#today"));
   const auto notification = userNotification("a b", content);
   EXPECT_EQ(notification.identifier, "navora-a b");
@@ -112,12 +112,12 @@ TEST_F(UserNotificationTest, JoinsLeadAndText) {
   EXPECT_EQ(made({{"lead", ""}, {"text", "Hello"}}).body, " Hello");
 }
 
-TEST_F(UserNotificationTest, PassesHostileTextOnAsItIs) {
+TEST_F(UserNotificationTest, PassesTextOnUnchanged) {
   const std::string hostile = "<b>bold</b>\x01\x7F\n&amp;" + std::string(100'000, 'x');
   EXPECT_EQ(made({{"text", hostile}}).body, hostile);
 }
 
-TEST_F(UserNotificationTest, TestsWithOneIdentifier) {
+TEST_F(UserNotificationTest, UsesOneIdentifierForTests) {
   const auto notification = testNotification(origin);
   EXPECT_EQ(notification.identifier, "navora-test");
   EXPECT_EQ(notification.title, "Навора");

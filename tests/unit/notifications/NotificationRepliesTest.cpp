@@ -5,7 +5,7 @@
 namespace navora {
 namespace {
 
-// What stands in for a member of another type.
+// Values that replace a member by one of another type.
 const std::vector<Json> wrongValues{
     nullptr, 7, true, "[]", Json::array({7}), Json::object({{"0", 1}})};
 
@@ -28,7 +28,7 @@ TEST(NotificationReplies, ReadsTheSettings) {
   EXPECT_EQ(NotificationSettings::read(settingsReply()), expected);
 }
 
-TEST(NotificationReplies, ReadsNoSettingsInPart) {
+TEST(NotificationReplies, ReadsSettingsAllOrNothing) {
   for (const char* member : {"notifyPrefs", "quietHours"}) {
     Json reply = settingsReply();
     reply["settings"].erase(member);
@@ -47,7 +47,7 @@ TEST(NotificationReplies, ReadsNoSettingsInPart) {
   }
 }
 
-TEST(NotificationReplies, NeedsPreferencesOfTextsOnly) {
+TEST(NotificationReplies, RequiresPreferencesToBeTexts) {
   for (const char* text : {"", "{", "[]", "null", "7", R"({"message": true})",
                            R"({"message": "phone", "invite": null})", "\"{}\""}) {
     Json reply = settingsReply();
@@ -66,7 +66,7 @@ TEST(NotificationReplies, ReadsTheListWithItsKinds) {
   EXPECT_TRUE(NotificationList::read({{"notifications", Json::array()}, {"kinds", Json::array()}}));
 }
 
-TEST(NotificationReplies, LetsTheLastOfTwoKindsCount) {
+TEST(NotificationReplies, UsesTheLastOfTwoEqualKinds) {
   const auto list = NotificationList::read({{"notifications", Json::array()},
                                             {"kinds",
                                              {{{"key", "a"}, {"default", "off"}},
@@ -78,7 +78,7 @@ TEST(NotificationReplies, LetsTheLastOfTwoKindsCount) {
   EXPECT_EQ(list->defaults, (std::map<std::string, std::string>{{"a", "phone"}}));
 }
 
-TEST(NotificationReplies, ReadsNoListInPart) {
+TEST(NotificationReplies, ReadsListsAllOrNothing) {
   for (const char* member : {"notifications", "kinds"}) {
     Json reply{{"notifications", Json::array()}, {"kinds", Json::array()}};
     reply.erase(member);

@@ -18,7 +18,7 @@ class NotificationSelectionTest : public testing::Test {
   std::optional<NotificationSelection> read(const Json& reply) const {
     return NotificationSelection::read(reply.dump(), settings, now, origin);
   }
-  // One letter for each item, in order: "+" if it is to be shown.
+  // Returns the items' ids in order, each after "+" if the item is to be shown, "-" otherwise.
   std::string selected(const std::vector<Json>& items) const {
     const auto selection = read({{"notifications", items}, {"kinds", kinds}});
     if (!selection) return "none";
@@ -35,12 +35,12 @@ class NotificationSelectionTest : public testing::Test {
   Json kinds{{{"key", "message"}, {"default", "phone"}}, {{"key", "invite"}, {"default", "phone"}}};
 };
 
-TEST_F(NotificationSelectionTest, BeginsWithTheOldest) {
+TEST_F(NotificationSelectionTest, ListsTheOldestFirst) {
   EXPECT_EQ(selected({item("c"), item("b"), item("a")}), "+a+b+c");
   EXPECT_EQ(selected({}), "");
 }
 
-TEST_F(NotificationSelectionTest, KeepsWhatAnItemSays) {
+TEST_F(NotificationSelectionTest, KeepsTheTextsOfAnItem) {
   Json titled = item("a");
   titled["data"] = {{"pushTitle", "Ines"}, {"url", "/circles/9"}};
   const auto selection = read({{"notifications", {item("b"), titled}}, {"kinds", kinds}});
@@ -52,19 +52,19 @@ TEST_F(NotificationSelectionTest, KeepsWhatAnItemSays) {
             (NotificationContent{std::nullopt, "Hello", "https://navora.example/#today"}));
 }
 
-TEST_F(NotificationSelectionTest, TellsWhatIsNotWantedApart) {
+TEST_F(NotificationSelectionTest, MarksUnwantedItems) {
   Json read = item("r");
   read["read"] = true;
   EXPECT_EQ(selected({item("a"), item("b", "invite"), item("c", "unknown"), read}), "-r-c-b+a");
 }
 
-TEST_F(NotificationSelectionTest, DoesNotWantWhatLeadsElsewhere) {
+TEST_F(NotificationSelectionTest, MarksItemsThatLeadOutsideTheOrigin) {
   Json elsewhere = item("a");
   elsewhere["data"]["url"] = "https://remote.example/";
   EXPECT_EQ(selected({elsewhere}), "-a");
 }
 
-TEST_F(NotificationSelectionTest, WantsNothingInQuietHours) {
+TEST_F(NotificationSelectionTest, MarksAllItemsInQuietHours) {
   settings.quietHours = "22:00-07:00";
   EXPECT_EQ(selected({item("b"), item("a")}), "-a-b");
   settings.timeZone = "Asia/Tokyo";  // 07:13 there
@@ -73,11 +73,11 @@ TEST_F(NotificationSelectionTest, WantsNothingInQuietHours) {
   EXPECT_EQ(selected({item("b"), item("a")}), "-a-b");
 }
 
-TEST_F(NotificationSelectionTest, LeavesOutWhatHasNoTextForAnId) {
+TEST_F(NotificationSelectionTest, DropsItemsWithoutATextId) {
   EXPECT_EQ(selected({item(7), item("a"), item(nullptr), {{"kind", "message"}}}), "+a");
 }
 
-TEST_F(NotificationSelectionTest, KeepsItemsOfOneIdApart) {
+TEST_F(NotificationSelectionTest, KeepsItemsWithEqualIdsApart) {
   EXPECT_EQ(selected({item("a", "unknown"), item("b"), item("a")}), "+a+b-a");
 }
 
@@ -88,7 +88,7 @@ TEST_F(NotificationSelectionTest, CollectsTheIdsOfAllItems) {
   EXPECT_THAT(selection->ids(), ElementsAre("a", "b"));
 }
 
-TEST_F(NotificationSelectionTest, ReadsNoBodyInPart) {
+TEST_F(NotificationSelectionTest, ReadsBodiesAllOrNothing) {
   const std::string whole = R"({"notifications": [{"id": "a"}], "kinds": []})";
   ASSERT_TRUE(NotificationSelection::read(whole, settings, now, origin));
   for (std::size_t length = 0; length < whole.size(); ++length)

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* question =
     "JSON.stringify({ reason: window.NavoraUpdateGuard ? window.NavoraUpdateGuard.prepare() : ";
 
-TEST(DesktopRestartScript, AsksTheGuardOrGivesTheFallbackMessage) {
+TEST(DesktopRestartScript, CallsTheGuardOrReturnsTheFallbackMessage) {
   EXPECT_EQ(DesktopRestartScript::prepare("Reload"), std::string(question) + "\"Reload\" })");
   EXPECT_EQ(DesktopRestartScript::prepare(""), std::string(question) + "\"\" })");
 }

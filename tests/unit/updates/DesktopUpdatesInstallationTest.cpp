@@ -10,7 +10,7 @@ class DesktopUpdatesInstallationTest : public DesktopUpdatesTest {
  protected:
   DesktopUpdatesInstallationTest() { start(); }
 
-  // The user has chosen to install, and the update has arrived.
+  // Chooses to install and downloads the update.
   void installFromOffer() {
     find(item());
     press(Button::primary);
@@ -21,7 +21,7 @@ class DesktopUpdatesInstallationTest : public DesktopUpdatesTest {
   }
 };
 
-TEST_F(DesktopUpdatesInstallationTest, AsksTheUserWhoHasNotChosenYet) {
+TEST_F(DesktopUpdatesInstallationTest, AsksAUserWhoHasNotChosenYet) {
   becomeReady();
   EXPECT_EQ(heading(), "Обновление готово");
   EXPECT_THAT(log.take(), IsEmpty());
@@ -50,7 +50,7 @@ TEST_F(DesktopUpdatesInstallationTest, ChecksTheRestartAtOnceForAUserWhoHasChose
   EXPECT_EQ(heading(), "Устанавливаем обновление…");
 }
 
-TEST_F(DesktopUpdatesInstallationTest, InstallsWhereNobodyHasAnythingToSay) {
+TEST_F(DesktopUpdatesInstallationTest, InstallsAtOnceIfTheApplicationAgrees) {
   updates->prepareForRestart = [](const DesktopUpdates::RestartAnswer& answer) {
     answer(std::nullopt);
   };
@@ -58,7 +58,7 @@ TEST_F(DesktopUpdatesInstallationTest, InstallsWhereNobodyHasAnythingToSay) {
   EXPECT_THAT(log.take(), ElementsAre("reply install"));
 }
 
-TEST_F(DesktopUpdatesInstallationTest, TellsWhyTheRestartMustWait) {
+TEST_F(DesktopUpdatesInstallationTest, ShowsWhyTheRestartMustWait) {
   installFromOffer();
   answerRestart("An unsaved note");
   EXPECT_EQ(heading(), "Обновление готово");
@@ -67,7 +67,7 @@ TEST_F(DesktopUpdatesInstallationTest, TellsWhyTheRestartMustWait) {
   EXPECT_FALSE(updates->isInstalling());
 }
 
-TEST_F(DesktopUpdatesInstallationTest, BlocksWithAnEmptyMessageToo) {
+TEST_F(DesktopUpdatesInstallationTest, IsBlockedByAnEmptyMessage) {
   installFromOffer();
   answerRestart("");
   EXPECT_EQ(heading(), "Обновление готово");
@@ -75,7 +75,7 @@ TEST_F(DesktopUpdatesInstallationTest, BlocksWithAnEmptyMessageToo) {
   EXPECT_FALSE(updates->isInstalling());
 }
 
-TEST_F(DesktopUpdatesInstallationTest, TriesAgainAsOftenAsTheUserLikes) {
+TEST_F(DesktopUpdatesInstallationTest, CanBeRetriedRepeatedly) {
   installFromOffer();
   for (const char* reason : {"First", "Second", "Third"}) {
     answerRestart(reason);
@@ -97,7 +97,7 @@ TEST_F(DesktopUpdatesInstallationTest, DefersABlockedUpdate) {
   EXPECT_THAT(log.take(), ElementsAre("reply dismiss"));
 }
 
-// A reply that ends the session takes away what is being called.
+// A reply that ends the session replaces the function that is being called.
 TEST_F(DesktopUpdatesInstallationTest, SurvivesASessionThatEndsWithinTheReply) {
   driver().showReadyToInstallAndRelaunch([this](UserUpdateChoice choice) {
     driver().dismissUpdateInstallation();
@@ -108,7 +108,7 @@ TEST_F(DesktopUpdatesInstallationTest, SurvivesASessionThatEndsWithinTheReply) {
   EXPECT_TRUE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesInstallationTest, TakesOneAnswerForARestart) {
+TEST_F(DesktopUpdatesInstallationTest, AcceptsOneAnswerPerRestart) {
   installFromOffer();
   const auto answer = restartAnswers.at(0);
   answer(std::nullopt);
@@ -118,7 +118,7 @@ TEST_F(DesktopUpdatesInstallationTest, TakesOneAnswerForARestart) {
   EXPECT_EQ(heading(), "Устанавливаем обновление…");
 }
 
-TEST_F(DesktopUpdatesInstallationTest, DropsAnAnswerThatComesAfterTheBannerHasMovedOn) {
+TEST_F(DesktopUpdatesInstallationTest, IgnoresAnAnswerForAnEarlierState) {
   const std::function<void()> events[] = {
       [&] { driver().showUpdaterError(error(), called("ok")); },
       [&] { driver().dismissUpdateInstallation(); },
@@ -142,7 +142,7 @@ TEST_F(DesktopUpdatesInstallationTest, DropsAnAnswerThatComesAfterTheBannerHasMo
   }
 }
 
-TEST_F(DesktopUpdatesInstallationTest, DropsAnAnswerAfterItsEnd) {
+TEST_F(DesktopUpdatesInstallationTest, IgnoresAnAnswerAfterItIsDestroyed) {
   installFromOffer();
   log.take();
   updates.reset();
@@ -150,7 +150,7 @@ TEST_F(DesktopUpdatesInstallationTest, DropsAnAnswerAfterItsEnd) {
   EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(DesktopUpdatesInstallationTest, ChecksNothingWhileItInstalls) {
+TEST_F(DesktopUpdatesInstallationTest, StartsNoCheckWhileItInstalls) {
   session.begin();
   screen.hidden = true;
   updates->checkForUpdates();
@@ -166,7 +166,7 @@ TEST_F(DesktopUpdatesInstallationTest, ChecksNothingWhileItInstalls) {
   EXPECT_THAT(log.take(), ElementsAre("resumeEditing", "updater.check"));
 }
 
-TEST_F(DesktopUpdatesInstallationTest, GivesTheTextBackWhenTheInstallationFails) {
+TEST_F(DesktopUpdatesInstallationTest, ResumesEditingWhenTheInstallationFails) {
   installFromOffer();
   answerRestart();
   log.take();
@@ -194,7 +194,7 @@ TEST_F(DesktopUpdatesInstallationTest, ForgetsTheChoiceWhenAnotherUpdateIsFound)
   EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(DesktopUpdatesInstallationTest, OffersNoRetryWhenTheApplicationIsGone) {
+TEST_F(DesktopUpdatesInstallationTest, OffersNoRetryAfterTheApplicationHasTerminated) {
   driver().showInstallingUpdate(true, called("retry"));
   EXPECT_EQ(heading(), "Устанавливаем обновление…");
   EXPECT_THAT(buttons(), IsEmpty());
@@ -210,7 +210,7 @@ TEST_F(DesktopUpdatesInstallationTest, RetriesTheRestartAfterAnotherCheck) {
   EXPECT_THAT(log.take(), ElementsAre("retry"));
 }
 
-TEST_F(DesktopUpdatesInstallationTest, BlocksTheRetryOfARestart) {
+TEST_F(DesktopUpdatesInstallationTest, CanBlockTheRetryOfARestart) {
   driver().showInstallingUpdate(false, called("retry"));
   press(Button::primary);
   answerRestart("An unsaved note");
@@ -222,7 +222,7 @@ TEST_F(DesktopUpdatesInstallationTest, BlocksTheRetryOfARestart) {
   EXPECT_EQ(heading(), "Устанавливаем обновление…");
 }
 
-TEST_F(DesktopUpdatesInstallationTest, HasNothingToDeferWithoutAPendingUpdate) {
+TEST_F(DesktopUpdatesInstallationTest, DefersNothingWithoutAPendingUpdate) {
   driver().showInstallingUpdate(false, called("retry"));
   press(Button::primary);
   answerRestart("An unsaved note");
@@ -255,7 +255,7 @@ TEST_F(DesktopUpdatesInstallationTest, WritesItsStepsToTheDebugLog) {
                           "updates: There is no newer version"));
 }
 
-TEST_F(DesktopUpdatesInstallationTest, GoesThroughAWholeUpdate) {
+TEST_F(DesktopUpdatesInstallationTest, PerformsAWholeUpdate) {
   updates->checkForUpdates();
   driver().showUserInitiatedUpdateCheck(called("cancel"));
   find(item(), true);

@@ -17,21 +17,21 @@ class DesktopUpdatesOfferTest : public DesktopUpdatesTest {
   }
 };
 
-TEST_F(DesktopUpdatesOfferTest, OffersWhatTheBackgroundCheckFound) {
+TEST_F(DesktopUpdatesOfferTest, OffersTheVersionOfABackgroundCheck) {
   find(item());
   EXPECT_EQ(heading(), "Доступна Навора 2.0 (display)");
   EXPECT_FALSE(screen.hidden);
   EXPECT_THAT(log.take(), IsEmpty());
 }
 
-TEST_F(DesktopUpdatesOfferTest, HoldsBackAnIgnoredVersion) {
+TEST_F(DesktopUpdatesOfferTest, DoesNotOfferAnIgnoredVersion) {
   policy.ignore("2.0");
   find(item());
   EXPECT_THAT(log.take(), ElementsAre("reply dismiss"));
   EXPECT_TRUE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesOfferTest, ShowsAnIgnoredVersionToTheUserWhoAsked) {
+TEST_F(DesktopUpdatesOfferTest, OffersAnIgnoredVersionInTheUsersOwnCheck) {
   policy.ignore("2.0");
   find(item(), true);
   EXPECT_THAT(log.take(), IsEmpty());
@@ -40,7 +40,7 @@ TEST_F(DesktopUpdatesOfferTest, ShowsAnIgnoredVersionToTheUserWhoAsked) {
   EXPECT_EQ(ignored(), "2.0");
 }
 
-TEST_F(DesktopUpdatesOfferTest, HoldsBackAPostponedVersionUntilItsDeadline) {
+TEST_F(DesktopUpdatesOfferTest, DoesNotOfferAPostponedVersionBeforeItsDeadline) {
   policy.postpone("2.0", Delay::hour);
   queue.advance(59min);
   find(item());
@@ -53,7 +53,7 @@ TEST_F(DesktopUpdatesOfferTest, HoldsBackAPostponedVersionUntilItsDeadline) {
   EXPECT_FALSE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesOfferTest, TakesAwayWhatWasShownWhenTheVersionIsHeldBack) {
+TEST_F(DesktopUpdatesOfferTest, HidesTheBannerWhenTheVersionIsNotOffered) {
   find(item());
   policy.ignore("2.0");
   find(item());
@@ -63,7 +63,7 @@ TEST_F(DesktopUpdatesOfferTest, TakesAwayWhatWasShownWhenTheVersionIsHeldBack) {
   EXPECT_THAT(log.take(), ElementsAre("reply dismiss"));
 }
 
-TEST_F(DesktopUpdatesOfferTest, ForgetsThePostponementOfAnOlderVersionAndItsTimer) {
+TEST_F(DesktopUpdatesOfferTest, RemovesThePostponementOfAnOlderVersionAndItsTimer) {
   policy.postpone("1.9", Delay::hour);
   make();
   start();
@@ -73,7 +73,7 @@ TEST_F(DesktopUpdatesOfferTest, ForgetsThePostponementOfAnOlderVersionAndItsTime
   EXPECT_EQ(queue.pendingCount(), 0u);
 }
 
-TEST_F(DesktopUpdatesOfferTest, InstallsWhatTheUserWants) {
+TEST_F(DesktopUpdatesOfferTest, InstallsTheVersionThatTheUserChooses) {
   policy.postpone("2.0", Delay::hour);
   defaults.setValue("navora.updateReminder.ignoredVersion", "2.0");
   find(item(), true);
@@ -88,7 +88,7 @@ TEST_F(DesktopUpdatesOfferTest, InstallsWhatTheUserWants) {
   EXPECT_FALSE(screen.button(Button::primary).enabled);
 }
 
-TEST_F(DesktopUpdatesOfferTest, PostponesByAnHourAndComesBack) {
+TEST_F(DesktopUpdatesOfferTest, PostponesByAnHourAndChecksAgain) {
   find(item());
   press(Button::secondary);
   EXPECT_THAT(log.take(), ElementsAre("reply dismiss"));
@@ -100,17 +100,17 @@ TEST_F(DesktopUpdatesOfferTest, PostponesByAnHourAndComesBack) {
   EXPECT_FALSE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesOfferTest, PostponesUntilTomorrowWhenItIsClosed) {
+TEST_F(DesktopUpdatesOfferTest, PostponesUntilTomorrowWhenTheBannerIsClosed) {
   find(item());
   press(Button::close);
   EXPECT_THAT(log.take(), ElementsAre("reply dismiss"));
   EXPECT_TRUE(screen.hidden);
-  // 2027-01-15 08:00 was the launch.
+  // The launch is at 2027-01-15 08:00 UTC.
   EXPECT_EQ(policy.pending(), (UpdateReminderPolicy::Pending{"2.0", launch + 16h}));
   EXPECT_EQ(queue.pendingCount(), 1u);
 }
 
-TEST_F(DesktopUpdatesOfferTest, IgnoresAVersionForGood) {
+TEST_F(DesktopUpdatesOfferTest, IgnoresAVersionPermanently) {
   find(item());
   press(Button::tertiary);
   EXPECT_THAT(log.take(), ElementsAre("reply dismiss"));
@@ -121,7 +121,7 @@ TEST_F(DesktopUpdatesOfferTest, IgnoresAVersionForGood) {
   EXPECT_EQ(heading(), "Доступна Навора 2.1 (display)");
 }
 
-TEST_F(DesktopUpdatesOfferTest, TakesTwoQuickPressesForOne) {
+TEST_F(DesktopUpdatesOfferTest, TreatsTwoQuickPressesAsOne) {
   find(item());
   press(Button::secondary);
   screen.delegate->bannerButtonPressed(Button::secondary);
@@ -130,7 +130,7 @@ TEST_F(DesktopUpdatesOfferTest, TakesTwoQuickPressesForOne) {
   EXPECT_EQ(policy.pending()->deadline, launch + 1h);
 }
 
-TEST_F(DesktopUpdatesOfferTest, DropsAPressThatWasMeantForAnEarlierState) {
+TEST_F(DesktopUpdatesOfferTest, IgnoresAPressForAnEarlierState) {
   find(item());
   driver().showDownloadDidStartExtractingUpdate();
   screen.delegate->bannerButtonPressed(Button::secondary);
@@ -156,7 +156,7 @@ TEST_F(DesktopUpdatesOfferTest, OpensThePageAboutAVersionThatCannotBeInstalled) 
   EXPECT_TRUE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesOfferTest, OpensNoPageThatIsNotEncrypted) {
+TEST_F(DesktopUpdatesOfferTest, OpensOnlyHttpsPages) {
   for (const char* url : {"http://navora.example/", "file:///etc/passwd", "HTTPS://navora.example/",
                           "releases", ""}) {
     find(information(url));
@@ -179,7 +179,7 @@ TEST_F(DesktopUpdatesOfferTest, ShowsAVersionThatCannotBeInstalledWhateverTheRem
   EXPECT_FALSE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesOfferTest, TakesUpADownloadedUpdateWhateverTheReminderSays) {
+TEST_F(DesktopUpdatesOfferTest, ResumesADownloadedUpdateWhateverTheReminderSays) {
   policy.ignore("2.0");
   for (const Stage stage : {Stage::downloaded, Stage::installing}) {
     find(item(), false, stage);
@@ -190,14 +190,14 @@ TEST_F(DesktopUpdatesOfferTest, TakesUpADownloadedUpdateWhateverTheReminderSays)
   }
 }
 
-TEST_F(DesktopUpdatesOfferTest, GoesOnWithADownloadedUpdateAtOnce) {
+TEST_F(DesktopUpdatesOfferTest, InstallsADownloadedUpdateWithoutARestartCheck) {
   find(item(), false, Stage::downloaded);
   press(Button::primary);
   EXPECT_THAT(log.take(), ElementsAre("reply install"));
   EXPECT_FALSE(screen.button(Button::secondary).enabled);
 }
 
-TEST_F(DesktopUpdatesOfferTest, ChecksTheRestartBeforeAnInstallationGoesOn) {
+TEST_F(DesktopUpdatesOfferTest, ChecksTheRestartBeforeResumingAnInstallation) {
   find(item(), false, Stage::installing);
   press(Button::primary);
   EXPECT_THAT(log.take(), ElementsAre("prepareForRestart"));

@@ -11,7 +11,7 @@ using testing::IsEmpty;
 
 class DesktopUpdatesSessionTest : public DesktopUpdatesTest {};
 
-TEST_F(DesktopUpdatesSessionTest, MakesTheUpdaterWhenItIsNeeded) {
+TEST_F(DesktopUpdatesSessionTest, MakesTheUpdaterWhenItIsFirstNeeded) {
   EXPECT_THAT(log.events(), IsEmpty());
   EXPECT_TRUE(screen.hidden);
   updates->start();
@@ -21,16 +21,16 @@ TEST_F(DesktopUpdatesSessionTest, MakesTheUpdaterWhenItIsNeeded) {
   EXPECT_THAT(system.logged, IsEmpty());
 }
 
-TEST_F(DesktopUpdatesSessionTest, TellsWhyTheUpdaterDoesNotStart) {
+TEST_F(DesktopUpdatesSessionTest, LogsWhyTheUpdaterDoesNotStart) {
   session.startError = error();
   updates->start();
-  EXPECT_THAT(system.logged, ElementsAre("Navora updater: The feed is gone."));
+  EXPECT_THAT(system.logged, ElementsAre("Navora updater: The feed is missing."));
   EXPECT_EQ(log.events().back(), "resumeEditing");
   EXPECT_EQ(heading(), "Не удалось обновить Навору");
   EXPECT_FALSE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesSessionTest, ArmsTheReminderOfAnEarlierLaunch) {
+TEST_F(DesktopUpdatesSessionTest, SetsTheReminderOfAnEarlierLaunch) {
   policy.postpone("2.0", UpdateReminderPolicy::Delay::hour);
   start();
   queue.advance(1h - 1ms);
@@ -40,14 +40,14 @@ TEST_F(DesktopUpdatesSessionTest, ArmsTheReminderOfAnEarlierLaunch) {
   EXPECT_EQ(policy.pending(), std::nullopt);
 }
 
-TEST_F(DesktopUpdatesSessionTest, ArmsNoReminderForAnUpdaterThatDidNotStart) {
+TEST_F(DesktopUpdatesSessionTest, SetsNoReminderIfTheUpdaterDoesNotStart) {
   policy.postpone("2.0", UpdateReminderPolicy::Delay::hour);
   session.startError = error();
   start();
   EXPECT_EQ(queue.pendingCount(), 0u);
 }
 
-TEST_F(DesktopUpdatesSessionTest, RemindsOnlyWhenTheUpdaterIsFree) {
+TEST_F(DesktopUpdatesSessionTest, ChecksAtADeadlineOnlyIfTheUpdaterIsIdle) {
   policy.postpone("2.0", UpdateReminderPolicy::Delay::hour);
   start();
   session.canCheck = false;
@@ -62,13 +62,13 @@ TEST_F(DesktopUpdatesSessionTest, RemindsOnlyWhenTheUpdaterIsFree) {
   EXPECT_THAT(log.events(), ElementsAre("updater.checkInBackground"));
 }
 
-TEST_F(DesktopUpdatesSessionTest, ChecksWhenTheUserAsks) {
+TEST_F(DesktopUpdatesSessionTest, ChecksOnTheUsersRequest) {
   start();
   updates->checkForUpdates();
   EXPECT_THAT(log.take(), ElementsAre("showWindow", "updater.check"));
 }
 
-TEST_F(DesktopUpdatesSessionTest, WaitsForASessionThatGoesOnUnseen) {
+TEST_F(DesktopUpdatesSessionTest, DefersTheCheckUntilAnInvisibleSessionEnds) {
   start();
   session.begin();
   queue.runDue();
@@ -84,7 +84,7 @@ TEST_F(DesktopUpdatesSessionTest, WaitsForASessionThatGoesOnUnseen) {
   EXPECT_THAT(log.events(), IsEmpty());
 }
 
-TEST_F(DesktopUpdatesSessionTest, WaitsUntilTheUpdaterCanCheckAgain) {
+TEST_F(DesktopUpdatesSessionTest, DefersTheCheckUntilTheUpdaterIsReady) {
   start();
   session.begin();
   updates->checkForUpdates();
@@ -98,7 +98,7 @@ TEST_F(DesktopUpdatesSessionTest, WaitsUntilTheUpdaterCanCheckAgain) {
   EXPECT_THAT(log.take(), ElementsAre("updater.check"));
 }
 
-TEST_F(DesktopUpdatesSessionTest, ChecksWhenTheCycleThatItWaitedForIsOver) {
+TEST_F(DesktopUpdatesSessionTest, ChecksWhenTheAwaitedCycleHasFinished) {
   start();
   session.inProgress = true;
   updates->checkForUpdates();
@@ -107,7 +107,7 @@ TEST_F(DesktopUpdatesSessionTest, ChecksWhenTheCycleThatItWaitedForIsOver) {
   EXPECT_THAT(log.take(), ElementsAre("showWindow", "updater.check"));
 }
 
-TEST_F(DesktopUpdatesSessionTest, ForgetsTheWaitingCheckWhenTheSessionHasAnAnswer) {
+TEST_F(DesktopUpdatesSessionTest, DropsTheDeferredCheckWhenTheSessionHasAResult) {
   start();
   const std::function<void()> answers[] = {
       [&] { driver().showUpdaterError(error(), called("ok")); },
@@ -126,7 +126,7 @@ TEST_F(DesktopUpdatesSessionTest, ForgetsTheWaitingCheckWhenTheSessionHasAnAnswe
   }
 }
 
-TEST_F(DesktopUpdatesSessionTest, ShowsTheUserWhatASessionThatWasAwaitedFound) {
+TEST_F(DesktopUpdatesSessionTest, TreatsTheVersionOfAnAwaitedSessionAsRequested) {
   start();
   policy.ignore("2.0");
   session.begin();
@@ -136,7 +136,7 @@ TEST_F(DesktopUpdatesSessionTest, ShowsTheUserWhatASessionThatWasAwaitedFound) {
   EXPECT_FALSE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesSessionTest, PointsToTheUpdateThatIsShown) {
+TEST_F(DesktopUpdatesSessionTest, AnnouncesTheUpdateThatIsShown) {
   start();
   find(item());
   session.inProgress = true;
@@ -146,7 +146,7 @@ TEST_F(DesktopUpdatesSessionTest, PointsToTheUpdateThatIsShown) {
   EXPECT_THAT(screen.announcements, ElementsAre("Доступна Навора 2.0 (display)"));
 }
 
-TEST_F(DesktopUpdatesSessionTest, LeavesItToTheUpdaterToPointToAnUpdateWhileItCanCheck) {
+TEST_F(DesktopUpdatesSessionTest, LetsTheUpdaterHandleARequestWhileItCanCheck) {
   start();
   find(item());
   session.inProgress = true;
@@ -157,14 +157,14 @@ TEST_F(DesktopUpdatesSessionTest, LeavesItToTheUpdaterToPointToAnUpdateWhileItCa
   EXPECT_EQ(screen.announcements.size(), 1u);
 }
 
-TEST_F(DesktopUpdatesSessionTest, AnnouncesNothingThatIsNotShown) {
+TEST_F(DesktopUpdatesSessionTest, AnnouncesNothingWhileTheBannerIsHidden) {
   start();
   driver().showUpdateInFocus();
   EXPECT_THAT(log.take(), ElementsAre("showWindow"));
   EXPECT_THAT(screen.announcements, IsEmpty());
 }
 
-TEST_F(DesktopUpdatesSessionTest, PermitsChecksWithoutAskingAndNothingElse) {
+TEST_F(DesktopUpdatesSessionTest, PermitsOnlyAutomaticChecksWithoutAskingTheUser) {
   start();
   std::vector<UpdatePermissionResponse> responses;
   driver().showUpdatePermissionRequest(
@@ -187,7 +187,7 @@ TEST_F(DesktopUpdatesSessionTest, CancelsTheDownload) {
   EXPECT_THAT(log.take(), ElementsAre("cancel"));
 }
 
-TEST_F(DesktopUpdatesSessionTest, ShowsHowFarTheDownloadIs) {
+TEST_F(DesktopUpdatesSessionTest, ShowsTheProgressOfTheDownload) {
   start();
   driver().showDownloadInitiated(called("cancel"));
   EXPECT_EQ(screen.progress, Progress::indeterminate());
@@ -203,7 +203,7 @@ TEST_F(DesktopUpdatesSessionTest, ShowsHowFarTheDownloadIs) {
   EXPECT_EQ(screen.progress, Progress::ofFraction(1));
 }
 
-TEST_F(DesktopUpdatesSessionTest, ShowsNoMeasureOfADownloadOfUnknownLength) {
+TEST_F(DesktopUpdatesSessionTest, ShowsAnIndeterminateBarForADownloadOfUnknownLength) {
   start();
   driver().showDownloadInitiated(called("cancel"));
   driver().showDownloadDidReceiveExpectedContentLength(0);
@@ -211,7 +211,7 @@ TEST_F(DesktopUpdatesSessionTest, ShowsNoMeasureOfADownloadOfUnknownLength) {
   EXPECT_EQ(screen.progress, Progress::indeterminate());
 }
 
-TEST_F(DesktopUpdatesSessionTest, MeasuresEveryDownloadAnew) {
+TEST_F(DesktopUpdatesSessionTest, ResetsTheProgressForEveryDownload) {
   start();
   driver().showDownloadInitiated(called("cancel"));
   driver().showDownloadDidReceiveExpectedContentLength(1000);
@@ -222,7 +222,7 @@ TEST_F(DesktopUpdatesSessionTest, MeasuresEveryDownloadAnew) {
   EXPECT_EQ(screen.progress, Progress::ofFraction(0));
 }
 
-TEST_F(DesktopUpdatesSessionTest, ShowsHowFarTheExtractionIs) {
+TEST_F(DesktopUpdatesSessionTest, ShowsTheProgressOfTheExtraction) {
   start();
   driver().showDownloadDidStartExtractingUpdate();
   EXPECT_EQ(screen.progress, Progress::indeterminate());
@@ -232,15 +232,15 @@ TEST_F(DesktopUpdatesSessionTest, ShowsHowFarTheExtractionIs) {
   EXPECT_EQ(screen.progress, Progress::ofFraction(1));
 }
 
-TEST_F(DesktopUpdatesSessionTest, TellsOfAnError) {
+TEST_F(DesktopUpdatesSessionTest, LogsAndShowsAnError) {
   start();
   driver().showUpdaterError(error(), called("ok"));
-  EXPECT_THAT(system.logged, ElementsAre("Navora updater: The feed is gone."));
+  EXPECT_THAT(system.logged, ElementsAre("Navora updater: The feed is missing."));
   EXPECT_THAT(log.take(), ElementsAre("resumeEditing", "ok"));
   EXPECT_EQ(heading(), "Не удалось обновить Навору");
 }
 
-TEST_F(DesktopUpdatesSessionTest, TellsThatThereIsNoUpdate) {
+TEST_F(DesktopUpdatesSessionTest, ShowsThatThereIsNoUpdate) {
   start();
   driver().showUpdateNotFound(error(), called("ok"));
   EXPECT_THAT(system.logged, IsEmpty());
@@ -294,7 +294,7 @@ TEST_F(DesktopUpdatesSessionTest, HidesTheBannerWhenANormalSessionEnds) {
   }
 }
 
-TEST_F(DesktopUpdatesSessionTest, ForgetsTheOutcomeOfTheSessionBefore) {
+TEST_F(DesktopUpdatesSessionTest, ReplacesTheOutcomeOfAnEarlierSession) {
   start();
   driver().showUpdaterError(error(), called("ok"));
   driver().showUserInitiatedUpdateCheck(called("cancel"));
@@ -306,14 +306,14 @@ TEST_F(DesktopUpdatesSessionTest, ForgetsTheOutcomeOfTheSessionBefore) {
   EXPECT_TRUE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesSessionTest, AcknowledgesAnInstalledUpdateWithoutAWord) {
+TEST_F(DesktopUpdatesSessionTest, AcknowledgesAnInstalledUpdateSilently) {
   start();
   driver().showUpdateInstalledAndRelaunched(true, called("ok"));
   EXPECT_THAT(log.take(), ElementsAre("ok"));
   EXPECT_TRUE(screen.hidden);
 }
 
-TEST_F(DesktopUpdatesSessionTest, DropsWhatArrivesAfterItsEnd) {
+TEST_F(DesktopUpdatesSessionTest, IgnoresCallbacksAfterItIsDestroyed) {
   start();
   session.begin();
   updates->checkForUpdates();

@@ -25,8 +25,8 @@
 
 namespace navora {
 
-// Updates with a fake updater; the test is the updater, the user and the application that is asked
-// whether it may be restarted.
+// Updates with a fake updater. The test plays the updater, the user, and the application that
+// decides whether it may be restarted.
 class DesktopUpdatesTest : public testing::Test {
  protected:
   using Button = UpdateBannerButton;
@@ -55,7 +55,7 @@ class DesktopUpdatesTest : public testing::Test {
       restartAnswers.push_back(std::move(answer));
     };
   }
-  // The log is empty afterwards.
+  // Starts the updates and empties the log.
   void start() {
     updates->start();
     log.take();
@@ -83,17 +83,17 @@ class DesktopUpdatesTest : public testing::Test {
     driver().showUpdateFound(found, {stage, userInitiated}, choice());
   }
   void becomeReady() { driver().showReadyToInstallAndRelaunch(choice()); }
-  // The application answers the oldest question whether it may be restarted.
+  // Answers the oldest pending question whether the application may be restarted.
   void answerRestart(std::optional<std::string> message = std::nullopt) {
     const auto answer = restartAnswers.at(0);
     restartAnswers.erase(restartAnswers.begin());
     answer(std::move(message));
   }
-  static PlatformError error() { return {"Updates", 1, "The feed is gone."}; }
+  static PlatformError error() { return {"Updates", 1, "The feed is missing."}; }
 
   std::string heading() const { return screen.content.title; }
   std::string detail() const { return screen.content.detail; }
-  // The titles of those buttons that are there.
+  // Returns the titles of the visible buttons.
   std::vector<std::string> buttons() const {
     std::vector<std::string> titles;
     for (const auto& button : screen.content.buttons) {

@@ -32,7 +32,7 @@ class UpdateBannerTest : public testing::Test {
   static UpdateBannerPresentation::Text text(const std::string& words) {
     return [words] { return words; };
   }
-  // Everything that a state can have.
+  // Returns a state with every part.
   UpdateBannerPresentation full() {
     return {text("Heading"),
             text("Detail"),
@@ -53,7 +53,7 @@ class UpdateBannerTest : public testing::Test {
   std::vector<std::string> presses;
 };
 
-TEST_F(UpdateBannerTest, IsHiddenAtFirst) {
+TEST_F(UpdateBannerTest, IsInitiallyHidden) {
   EXPECT_TRUE(screen.hidden);
   EXPECT_TRUE(banner.isHidden());
   EXPECT_EQ(screen.content.title, "");
@@ -61,7 +61,7 @@ TEST_F(UpdateBannerTest, IsHiddenAtFirst) {
     EXPECT_FALSE(screen.button(which).visible);
 }
 
-TEST_F(UpdateBannerTest, IsNamedAndHasItsTipsFromTheStart) {
+TEST_F(UpdateBannerTest, HasItsLabelAndToolTipsFromTheStart) {
   EXPECT_EQ(screen.content.accessibilityLabel, "Обновление Наворы");
   EXPECT_EQ(screen.button(Button::close).title, "×");
   EXPECT_EQ(screen.button(Button::close).toolTip, "Закрыть до завтра");
@@ -78,7 +78,7 @@ TEST_F(UpdateBannerTest, IsAttachedToTheWindow) {
   EXPECT_EQ(screen.window, &window);
 }
 
-TEST_F(UpdateBannerTest, ShowsEverythingThatAStateHas) {
+TEST_F(UpdateBannerTest, ShowsEveryPartOfAState) {
   banner.present(full());
   EXPECT_FALSE(screen.hidden);
   EXPECT_EQ(screen.content.title, "Heading");
@@ -92,7 +92,7 @@ TEST_F(UpdateBannerTest, ShowsEverythingThatAStateHas) {
     EXPECT_TRUE(screen.canPress(which));
 }
 
-TEST_F(UpdateBannerTest, ShowsNothingThatAStateDoesNotHave) {
+TEST_F(UpdateBannerTest, HidesThePartsThatAStateDoesNotHave) {
   banner.present(full());
   banner.present(bare());
   EXPECT_FALSE(screen.hidden);
@@ -113,7 +113,7 @@ TEST_F(UpdateBannerTest, ShowsAButtonByItsTitleAndTheCloseButtonByItsAction) {
   EXPECT_TRUE(presses.empty());
 }
 
-TEST_F(UpdateBannerTest, RunsTheActionOfTheButtonThatIsPressed) {
+TEST_F(UpdateBannerTest, RunsTheActionOfThePressedButton) {
   for (const Button which : allButtons) {
     banner.present(full());
     screen.press(which);
@@ -121,7 +121,7 @@ TEST_F(UpdateBannerTest, RunsTheActionOfTheButtonThatIsPressed) {
   EXPECT_THAT(presses, ElementsAre("primary", "secondary", "tertiary", "close"));
 }
 
-TEST_F(UpdateBannerTest, RunsOneActionAtMost) {
+TEST_F(UpdateBannerTest, RunsAtMostOneAction) {
   for (const Button first : allButtons) {
     banner.present(full());
     presses.clear();
@@ -132,7 +132,7 @@ TEST_F(UpdateBannerTest, RunsOneActionAtMost) {
   }
 }
 
-TEST_F(UpdateBannerTest, LeavesTheButtonsOfTheNextStateAloneWhichAnActionPresents) {
+TEST_F(UpdateBannerTest, KeepsTheButtonsOfAStateThatAnActionPresents) {
   auto state = full();
   state.primary.action = [this] {
     presses.push_back("primary");
@@ -150,7 +150,7 @@ TEST_F(UpdateBannerTest, DisablesItsButtonsUntilTheNextState) {
   for (const Button which : allButtons) {
     EXPECT_TRUE(screen.button(which).visible);
     EXPECT_FALSE(screen.button(which).enabled);
-    // A press that was on its way.
+    // A press that the view reports late.
     screen.delegate->bannerButtonPressed(which);
   }
   EXPECT_TRUE(presses.empty());
@@ -161,7 +161,7 @@ TEST_F(UpdateBannerTest, DisablesItsButtonsUntilTheNextState) {
   EXPECT_THAT(presses, ElementsAre("primary"));
 }
 
-TEST_F(UpdateBannerTest, KeepsTheLookOfButtonsWhoseActionsAreCleared) {
+TEST_F(UpdateBannerTest, KeepsButtonsEnabledWhenActionsAreCleared) {
   banner.present(full());
   banner.clearActions();
   for (const Button which : allButtons)
@@ -183,7 +183,7 @@ TEST_F(UpdateBannerTest, BoundsTheProgress) {
   EXPECT_EQ(screen.progress, Progress::indeterminate());
 }
 
-TEST_F(UpdateBannerTest, BeginsWithAnIndeterminateBar) {
+TEST_F(UpdateBannerTest, StartsWithAnIndeterminateBar) {
   auto state = full();
   state.progress = -1;
   banner.present(std::move(state));
@@ -196,7 +196,7 @@ TEST_F(UpdateBannerTest, ShowsNoBarInAStateWithoutOne) {
   EXPECT_EQ(screen.progress, Progress());
 }
 
-TEST_F(UpdateBannerTest, GetsAButtonToTryAgain) {
+TEST_F(UpdateBannerTest, AddsARetryButton) {
   banner.present(bare());
   banner.disableActions();
   banner.setRetry(pressed("retry"));
@@ -205,7 +205,7 @@ TEST_F(UpdateBannerTest, GetsAButtonToTryAgain) {
   EXPECT_THAT(presses, ElementsAre("retry"));
 }
 
-TEST_F(UpdateBannerTest, GetsAButtonToClose) {
+TEST_F(UpdateBannerTest, AddsACloseButton) {
   banner.present(bare());
   banner.disableActions();
   banner.setClose(pressed("close"));
@@ -214,7 +214,7 @@ TEST_F(UpdateBannerTest, GetsAButtonToClose) {
   EXPECT_THAT(presses, ElementsAre("close"));
 }
 
-TEST_F(UpdateBannerTest, StaysHiddenWhenItGetsAButton) {
+TEST_F(UpdateBannerTest, StaysHiddenWhenAButtonIsAdded) {
   banner.present(bare());
   banner.hide();
   EXPECT_TRUE(banner.isHidden());
@@ -256,7 +256,7 @@ TEST_F(UpdateBannerTest, FollowsTheLanguage) {
   EXPECT_THAT(presses, ElementsAre("retry"));
 }
 
-TEST_F(UpdateBannerTest, TakesTheDelegateAwayWhenItEnds) {
+TEST_F(UpdateBannerTest, RemovesItselfAsDelegateWhenItIsDestroyed) {
   FakeUpdateBannerView::Screen other;
   {
     const UpdateBanner gone(std::make_unique<FakeUpdateBannerView>(other));

@@ -19,8 +19,8 @@ using namespace std::chrono_literals;
 using Pending = UpdateReminderPolicy::Pending;
 using PolicyDelay = UpdateReminderPolicy::Delay;
 
-// A clock, and the timers that were asked for, which the test fires by hand: also those that were
-// cancelled, as a system's timer may that is just about to fire.
+// A clock and the requested timers, which the test fires explicitly, including cancelled ones: a
+// system timer may fire although it has just been cancelled.
 class UpdateReminderControllerTest : public testing::Test {
  protected:
   struct Timer {
@@ -61,7 +61,7 @@ class UpdateReminderControllerTest : public testing::Test {
     return indices;
   }
   Timer& armedTimer() const { return *timers.at(armed().at(0)); }
-  // The time of the armed timer comes.
+  // Advances the clock to the active timer and fires it.
   void fire() {
     now += UpdateReminderController::Delay(armedTimer().delay);
     armedTimer().fire();
@@ -81,19 +81,19 @@ class UpdateReminderControllerTest : public testing::Test {
   std::unique_ptr<UpdateReminderController> controller = makeController();
 };
 
-TEST_F(UpdateReminderControllerTest, ArmsNothingWhenNothingIsPostponed) {
+TEST_F(UpdateReminderControllerTest, SetsNoTimerWithoutAPostponement) {
   controller->refresh();
   EXPECT_TRUE(timers.empty());
 }
 
-TEST_F(UpdateReminderControllerTest, AimsAtTheDeadline) {
+TEST_F(UpdateReminderControllerTest, SetsTheTimerToTheDeadline) {
   store(now + 3h);
   controller->refresh();
   ASSERT_EQ(armed().size(), 1u);
   EXPECT_EQ(armedTimer().delay, 10800);
 }
 
-TEST_F(UpdateReminderControllerTest, FiresAlmostAtOnceForADeadlineThatIsOver) {
+TEST_F(UpdateReminderControllerTest, FiresAlmostAtOnceForAPassedDeadline) {
   for (const auto age : {3600s, 1s, 0s}) {
     store(now - age);
     controller->refresh();
@@ -105,7 +105,7 @@ TEST_F(UpdateReminderControllerTest, FiresAlmostAtOnceForADeadlineThatIsOver) {
   EXPECT_EQ(armedTimer().delay, 0.1);
 }
 
-TEST_F(UpdateReminderControllerTest, CancelsTheTimerOfAPostponementThatIsGone) {
+TEST_F(UpdateReminderControllerTest, CancelsTheTimerOfARemovedPostponement) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   policy.ignore("2.0");
@@ -114,7 +114,33 @@ TEST_F(UpdateReminderControllerTest, CancelsTheTimerOfAPostponementThatIsGone) {
   EXPECT_EQ(timers.size(), 1u);
 }
 
-TEST_F(UpdateReminderControllerTest, ChecksAtTheDeadlineAndIsDone) {
+TEST_F(UpdateReminderControllerTest, ResetsTheTimerWithEveryChangeOfTheReminder) {
+  controller->postpone("2.0", PolicyDelay::hour);
+  ASSERT_EQ(armed().size(), 1u);
+  EXPECT_EQ(armedTimer().delay, 3600);
+  controller->postpone("2.0", PolicyDelay::tomorrow);
+  ASSERT_EQ(armed().size(), 1u);
+  EXPECT_EQ(now + UpdateReminderController::Delay(armedTimer().delay),
+            Calendar("UTC").startOfNextDay(now));
+
+  controller->observeEligibleVersion("2.0");
+  EXPECT_EQ(armed().size(), 1u);
+  controller->observeEligibleVersion("3.0");
+  EXPECT_EQ(armed().size(), 0u);
+
+  controller->postpone("3.0", PolicyDelay::hour);
+  controller->ignore("3.0");
+  EXPECT_EQ(armed().size(), 0u);
+  EXPECT_FALSE(controller->shouldOffer("3.0", false));
+  EXPECT_TRUE(controller->shouldOffer("3.0", true));
+
+  controller->postpone("3.0", PolicyDelay::hour);
+  controller->beginInstallation("3.0");
+  EXPECT_EQ(armed().size(), 0u);
+  EXPECT_TRUE(controller->shouldOffer("3.0", false));
+}
+
+TEST_F(UpdateReminderControllerTest, ChecksOnceAtTheDeadline) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   fire();
@@ -142,7 +168,7 @@ TEST_F(UpdateReminderControllerTest, RetriesEvery15SecondsWhileTheUpdaterIsBusy)
   EXPECT_TRUE(armed().empty());
 }
 
-TEST_F(UpdateReminderControllerTest, AimsAtTheDeadlineAgainAfterARetryThatWasPostponed) {
+TEST_F(UpdateReminderControllerTest, ReturnsToTheDeadlineWhenTheVersionIsPostponedDuringARetry) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   canCheck = false;
@@ -168,7 +194,7 @@ TEST_F(UpdateReminderControllerTest, IgnoresATimerThatFiresAfterItWasReplaced) {
   EXPECT_EQ(checks, 1);
 }
 
-TEST_F(UpdateReminderControllerTest, AimsAgainWhenTheTimerFiresEarly) {
+TEST_F(UpdateReminderControllerTest, SetsTheTimerAgainWhenItFiresEarly) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   now += 59min;
@@ -178,7 +204,7 @@ TEST_F(UpdateReminderControllerTest, AimsAgainWhenTheTimerFiresEarly) {
   EXPECT_EQ(armedTimer().delay, 60);
 }
 
-TEST_F(UpdateReminderControllerTest, StopsWhenThePostponementWentWithoutItsBeingTold) {
+TEST_F(UpdateReminderControllerTest, StopsIfThePostponementWasRemovedElsewhere) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   policy.clearPending("2.0");
@@ -187,7 +213,7 @@ TEST_F(UpdateReminderControllerTest, StopsWhenThePostponementWentWithoutItsBeing
   EXPECT_TRUE(armed().empty());
 }
 
-TEST_F(UpdateReminderControllerTest, KeepsWhatWasPostponedDuringTheCheck) {
+TEST_F(UpdateReminderControllerTest, KeepsAPostponementMadeDuringTheCheck) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   duringCheck = [this] {
@@ -200,7 +226,7 @@ TEST_F(UpdateReminderControllerTest, KeepsWhatWasPostponedDuringTheCheck) {
   EXPECT_EQ(armedTimer().delay, 3600);
 }
 
-TEST_F(UpdateReminderControllerTest, CancelsItsTimerWhenItEnds) {
+TEST_F(UpdateReminderControllerTest, CancelsItsTimerWhenItIsDestroyed) {
   policy.postpone("2.0", PolicyDelay::hour);
   controller->refresh();
   controller.reset();
@@ -211,7 +237,7 @@ TEST_F(UpdateReminderControllerTest, CancelsItsTimerWhenItEnds) {
   EXPECT_TRUE(policy.pending());
 }
 
-// Does at random what the user, the updater and the clock may do, in any order.
+// Performs random actions of the user, the updater and the clock.
 class UpdateReminderControllerSequenceTest : public UpdateReminderControllerTest {
  protected:
   void step() {
@@ -237,7 +263,7 @@ class UpdateReminderControllerSequenceTest : public UpdateReminderControllerTest
     }
   }
 
-  // One that was cancelled long ago, or the armed one, perhaps early.
+  // Fires a cancelled timer, or the active one, possibly early.
   void fireAnyTimer() {
     if (timers.empty()) return;
     Timer& timer = *timers[random() % timers.size()];
@@ -265,7 +291,7 @@ class UpdateReminderControllerSequenceTest : public UpdateReminderControllerTest
   std::mt19937 random;
 };
 
-TEST_F(UpdateReminderControllerSequenceTest, HasOneTimerExactlyWhileSomethingIsPostponed) {
+TEST_F(UpdateReminderControllerSequenceTest, HasATimerIfAndOnlyIfAVersionIsPostponed) {
   for (unsigned seed = 0; seed < 200; ++seed) {
     random.seed(seed);
     for (int count = 0; count < 100; ++count) {
@@ -276,7 +302,7 @@ TEST_F(UpdateReminderControllerSequenceTest, HasOneTimerExactlyWhileSomethingIsP
     defaults = {};
     controller = makeController();
   }
-  // The sequences are worth something only if many of them get as far as a check.
+  // Ensures that enough of the sequences lead to a check.
   EXPECT_GT(checks, 200);
 }
 

@@ -28,13 +28,13 @@ class UpdateReminderPolicyTest : public testing::Test {
   UpdateReminderPolicy policy{defaults, [this] { return now; }, [this] { return Calendar(zone); }};
 };
 
-TEST_F(UpdateReminderPolicyTest, AsksItsClockEachTime) {
+TEST_F(UpdateReminderPolicyTest, ReadsItsClockAtEveryUse) {
   EXPECT_EQ(policy.now(), now);
   now += 1s;
   EXPECT_EQ(policy.now(), now);
 }
 
-TEST_F(UpdateReminderPolicyTest, OffersWhatNobodyAnsweredYet) {
+TEST_F(UpdateReminderPolicyTest, OffersAVersionWithoutAnAnswer) {
   EXPECT_TRUE(offers("2.0"));
   EXPECT_EQ(policy.pending(), std::nullopt);
 }
@@ -46,7 +46,7 @@ TEST_F(UpdateReminderPolicyTest, PostponesByExactlyAnHour) {
   EXPECT_EQ(*defaults.value(pendingKey), (Json{{"version", "2.0"}, {"deadline", 1800003600.0}}));
 }
 
-TEST_F(UpdateReminderPolicyTest, OffersAgainFromTheDeadlineOn) {
+TEST_F(UpdateReminderPolicyTest, OffersAgainFromTheDeadline) {
   policy.postpone("2.0", Delay::hour);
   now += 3599s;
   EXPECT_FALSE(offers("2.0"));
@@ -56,7 +56,7 @@ TEST_F(UpdateReminderPolicyTest, OffersAgainFromTheDeadlineOn) {
   EXPECT_TRUE(offers("2.0"));
 }
 
-TEST_F(UpdateReminderPolicyTest, HoldsBackNoOtherVersion) {
+TEST_F(UpdateReminderPolicyTest, OffersEveryOtherVersion) {
   policy.postpone("2.0", Delay::hour);
   EXPECT_TRUE(offers("2.1"));
   EXPECT_TRUE(offers("2.0.0"));
@@ -72,7 +72,7 @@ TEST_F(UpdateReminderPolicyTest, PostponesUntilTheNextLocalMidnight) {
   EXPECT_EQ(policy.pending()->deadline, now + 24h);
 }
 
-TEST_F(UpdateReminderPolicyTest, CountsADayOfChangedClocksAsTheCalendarDoes) {
+TEST_F(UpdateReminderPolicyTest, FollowsTheCalendarOnDaysOfClockChanges) {
   zone = "Europe/Berlin";
   setTime(1774738800);  // 2026-03-29 00:00 there, a day of 23 hours
   policy.postpone("2.0", Delay::tomorrow);
@@ -82,7 +82,7 @@ TEST_F(UpdateReminderPolicyTest, CountsADayOfChangedClocksAsTheCalendarDoes) {
   EXPECT_EQ(policy.pending()->deadline, now + 25h);
 }
 
-TEST_F(UpdateReminderPolicyTest, EndsADayWhereItsClocksChangeAtMidnight) {
+TEST_F(UpdateReminderPolicyTest, HandlesClockChangesAtMidnight) {
   zone = "America/Santiago";
   setTime(1788624000);  // 2026-09-05 12:00 there; the next day begins at one
   policy.postpone("2.0", Delay::tomorrow);
@@ -92,7 +92,7 @@ TEST_F(UpdateReminderPolicyTest, EndsADayWhereItsClocksChangeAtMidnight) {
   EXPECT_EQ(policy.pending()->deadline, now + 13h);
 }
 
-TEST_F(UpdateReminderPolicyTest, StoresNothingWithoutATomorrow) {
+TEST_F(UpdateReminderPolicyTest, StoresNothingIfThereIsNoNextDay) {
   zone = "Nowhere/At_All";
   policy.ignore("2.0");
   policy.postpone("2.0", Delay::tomorrow);
@@ -119,7 +119,7 @@ TEST_F(UpdateReminderPolicyTest, IgnoresOneVersionOnly) {
   EXPECT_TRUE(offers("2.0"));
 }
 
-TEST_F(UpdateReminderPolicyTest, DropsThePostponementOfWhatIsIgnored) {
+TEST_F(UpdateReminderPolicyTest, RemovesThePostponementOfAnIgnoredVersion) {
   policy.postpone("2.0", Delay::hour);
   policy.ignore("2.0");
   EXPECT_EQ(policy.pending(), std::nullopt);
@@ -128,7 +128,7 @@ TEST_F(UpdateReminderPolicyTest, DropsThePostponementOfWhatIsIgnored) {
   EXPECT_EQ(policy.pending()->version, "2.1");
 }
 
-TEST_F(UpdateReminderPolicyTest, StopsIgnoringWhatIsPostponed) {
+TEST_F(UpdateReminderPolicyTest, StopsIgnoringAPostponedVersion) {
   policy.ignore("2.0");
   policy.postpone("2.0", Delay::hour);
   EXPECT_EQ(defaults.value(ignoredKey), std::nullopt);
@@ -143,7 +143,7 @@ TEST_F(UpdateReminderPolicyTest, KeepsIgnoringAnotherVersion) {
   EXPECT_FALSE(offers("2.0"));
 }
 
-TEST_F(UpdateReminderPolicyTest, ShowsTheUsersOwnCheckWhatever) {
+TEST_F(UpdateReminderPolicyTest, OffersEverythingInTheUsersOwnCheck) {
   policy.ignore("2.0");
   EXPECT_TRUE(policy.shouldOffer("2.0", true));
   EXPECT_EQ(defaults.value(ignoredKey), Json("2.0"));
@@ -152,7 +152,7 @@ TEST_F(UpdateReminderPolicyTest, ShowsTheUsersOwnCheckWhatever) {
   EXPECT_EQ(policy.pending()->version, "2.1");
 }
 
-TEST_F(UpdateReminderPolicyTest, TakesAMalformedRecordForNone) {
+TEST_F(UpdateReminderPolicyTest, TreatsAMalformedRecordAsAbsent) {
   const double infinite = std::numeric_limits<double>::infinity();
   for (const Json& record :
        {Json("2.0"), Json(7), Json(nullptr), Json::array(), Json::object(),
@@ -172,19 +172,19 @@ TEST_F(UpdateReminderPolicyTest, TakesAMalformedRecordForNone) {
   }
 }
 
-TEST_F(UpdateReminderPolicyTest, ReadsAWholeNumberAsADeadline) {
+TEST_F(UpdateReminderPolicyTest, AcceptsAnIntegerAsADeadline) {
   store({{"version", "2.0"}, {"deadline", 1900000000}});
   EXPECT_EQ(policy.pending(), (Pending{"2.0", dateFromSecondsSince1970(1900000000)}));
 }
 
-TEST_F(UpdateReminderPolicyTest, IgnoresNothingWhenTheMarkIsNoText) {
+TEST_F(UpdateReminderPolicyTest, IgnoresNoVersionIfTheStoredValueIsNotText) {
   for (const Json& mark : {Json(2), Json(nullptr), Json::array({"2.0"})}) {
     defaults.setValue(ignoredKey, mark);
     EXPECT_TRUE(offers("2.0")) << mark;
   }
 }
 
-TEST_F(UpdateReminderPolicyTest, ForgetsAPostponementWhenAnotherVersionIsEligible) {
+TEST_F(UpdateReminderPolicyTest, RemovesAPostponementWhenAnotherVersionIsEligible) {
   policy.postpone("2.0", Delay::hour);
   policy.observeEligibleVersion("2.0");
   EXPECT_TRUE(policy.pending());
@@ -192,7 +192,7 @@ TEST_F(UpdateReminderPolicyTest, ForgetsAPostponementWhenAnotherVersionIsEligibl
   EXPECT_FALSE(policy.pending());
 }
 
-TEST_F(UpdateReminderPolicyTest, ClearsThePostponementOfThatVersionOnly) {
+TEST_F(UpdateReminderPolicyTest, ClearsThePostponementOfTheGivenVersionOnly) {
   policy.postpone("2.0", Delay::hour);
   policy.clearPending("2.1");
   EXPECT_TRUE(policy.pending());
@@ -200,7 +200,7 @@ TEST_F(UpdateReminderPolicyTest, ClearsThePostponementOfThatVersionOnly) {
   EXPECT_FALSE(policy.pending());
 }
 
-TEST_F(UpdateReminderPolicyTest, ForgetsBothWhenTheVersionIsInstalled) {
+TEST_F(UpdateReminderPolicyTest, RemovesBothRecordsWhenTheVersionIsInstalled) {
   policy.postpone("2.0", Delay::hour);
   defaults.setValue(ignoredKey, "2.0");
   policy.beginInstallation("2.0");
@@ -208,7 +208,7 @@ TEST_F(UpdateReminderPolicyTest, ForgetsBothWhenTheVersionIsInstalled) {
   EXPECT_EQ(defaults.value(ignoredKey), std::nullopt);
 }
 
-TEST_F(UpdateReminderPolicyTest, KeepsWhatBelongsToOtherVersionsWhenOneIsInstalled) {
+TEST_F(UpdateReminderPolicyTest, KeepsTheRecordsOfOtherVersionsWhenOneIsInstalled) {
   policy.postpone("2.1", Delay::hour);
   policy.ignore("1.9");
   policy.beginInstallation("2.0");
@@ -216,7 +216,7 @@ TEST_F(UpdateReminderPolicyTest, KeepsWhatBelongsToOtherVersionsWhenOneIsInstall
   EXPECT_FALSE(offers("1.9"));
 }
 
-TEST_F(UpdateReminderPolicyTest, ConsumesTheReminderThatIsDue) {
+TEST_F(UpdateReminderPolicyTest, ConsumesADueReminder) {
   policy.postpone("2.0", Delay::hour);
   const Pending reminder = *policy.pending();
   now += 3599s;
@@ -229,7 +229,7 @@ TEST_F(UpdateReminderPolicyTest, ConsumesTheReminderThatIsDue) {
   EXPECT_FALSE(policy.pending());
 }
 
-TEST_F(UpdateReminderPolicyTest, KeepsAReminderThatDiffersByAnyAmount) {
+TEST_F(UpdateReminderPolicyTest, KeepsAReminderThatDiffersInAnyWay) {
   policy.postpone("2.0", Delay::hour);
   const Pending stored = *policy.pending();
   now += 2h;
@@ -239,7 +239,7 @@ TEST_F(UpdateReminderPolicyTest, KeepsAReminderThatDiffersByAnyAmount) {
   EXPECT_EQ(policy.pending(), stored);
 }
 
-TEST_F(UpdateReminderPolicyTest, LastsOverLaunches) {
+TEST_F(UpdateReminderPolicyTest, PersistsAcrossLaunches) {
   now += 123456789us;
   policy.postpone("2.0", Delay::hour);
   const UpdateReminderPolicy next(defaults, [this] { return now; }, [] { return Calendar("UTC"); });
