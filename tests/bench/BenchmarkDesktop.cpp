@@ -30,7 +30,7 @@ driver::VirtualDesktop::Options withoutWindowManager(bool accessibility) {
 void writeConfiguration(const std::filesystem::path& from, const std::filesystem::path& to) {
   std::string text = readFile(from);
   const std::size_t end = text.rfind("</openbox_config>");
-  if (end == std::string::npos) throw TestError("No configuration of the window manager");
+  if (end == std::string::npos) throw TestError("The window manager's configuration is missing");
   writeFile(to, text.insert(end, windowSizes));
 }
 
@@ -45,7 +45,7 @@ BenchmarkDesktop::BenchmarkDesktop(bool accessibility)
   waitUntil([&] { return connection.hasProperty(connection.root(), "_NET_SUPPORTING_WM_CHECK"); },
             "the window manager is ready", defaultTimeout(),
             [this] { return windowManager_->errorText(); });
-  // Off the windows: what a page does under the pointer is not measured.
+  // Keep the pointer off the windows, so that no hover effect is measured.
   desktop_.mouse().moveTo({0, 0});
 }
 

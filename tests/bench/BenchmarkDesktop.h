@@ -7,8 +7,8 @@
 
 namespace navora::bench {
 
-// A desktop whose window manager gives the window of surf, which would open a smaller one, the size
-// of Navora's, so that both paint as much.
+// A virtual desktop whose window manager gives surf's window, which is smaller by default, the size
+// of Navora's, so that both programs paint the same area.
 class BenchmarkDesktop {
  public:
   explicit BenchmarkDesktop(bool accessibility);

@@ -16,7 +16,7 @@ std::optional<int> number(const std::string& text, int least) {
   return value >= least && value <= mostRuns ? std::optional(value) : std::nullopt;
 }
 
-// Whether the option exists and its value can be used.
+// Sets the option and returns whether it exists and the value is valid.
 bool accept(BenchmarkOptions& options, const std::string& name, const std::string& value) {
   if (name == "--runs") {
     const auto runs = number(value, 1);

@@ -11,7 +11,7 @@ namespace navora::bench {
 
 struct BenchmarkOptions {
   int runs = 10;
-  int idleRuns = -1;  // as many as `runs` when negative; 0 leaves the idle figures out
+  int idleRuns = -1;  // negative: as many as `runs`; 0: no idle figures
   std::chrono::seconds idleTime{30};
   bool accessibility = false;
   driver::Environment navoraEnvironment = {};
@@ -23,7 +23,7 @@ struct BenchmarkOptions {
   };
   struct Help {};
 
-  // Reads the arguments that follow the program's name.
+  // Parses the arguments after the program's name.
   static std::variant<BenchmarkOptions, Help, Mistake> parse(
       const std::vector<std::string>& arguments);
   static std::string usage();

@@ -8,15 +8,15 @@
 
 namespace navora::bench {
 
-// The development service, reached without anything in between. Pages with the driver tell their
-// times but wait for its next script all the time; pages without it do nothing of their own.
+// The development service, reached directly. Pages with the test driver report their timings but
+// poll for its next script; pages without it are idle.
 class BenchmarkService {
  public:
   enum class Pages { withDriver, withoutDriver };
 
   explicit BenchmarkService(Pages pages);
 
-  // "http://127.0.0.1:PORT", without a slash.
+  // "http://127.0.0.1:PORT", without a trailing slash.
   const std::string& origin() const { return origin_; }
 
  private:

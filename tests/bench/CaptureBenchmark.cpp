@@ -1,6 +1,5 @@
-// Times what the user waits for: from the hot key to a panel that takes keys, from Ctrl+Return to
-// the panel's end, and from the choice of a language to the new texts. Prints figures and judges
-// nothing.
+// Measures the user's waiting times: from the hot key to a focused panel, from Ctrl+Return to the
+// closed panel, and from the choice of a language to the new texts. Reports figures only.
 #include <algorithm>
 #include <chrono>
 #include <functional>
@@ -36,9 +35,9 @@ constexpr int coldStarts = 10;
 constexpr int languageSwitches = 50;
 constexpr int typedKeys = 40;
 
-// With a line's end 155 units.
+// 155 UTF-16 units with a line break.
 const std::string typingSample(
-    "The boat leaves at nine and whoever wants to come along had better be there by then, "
+    "The boat leaves at nine and anyone who wants to join us had better be there by then, "
     "with a coat, something to eat and the charts of the northern islands.");
 
 void report(const std::string& label, std::vector<double> times) {
@@ -87,16 +86,17 @@ class CaptureBenchmark {
     page_.waitUntilTrue("location.pathname === '/' && document.readyState === 'complete'");
   }
 
-  // Asks the server without a pause: a pause would be longer than what is measured.
+  // Polls without a pause, which would be longer than the time being measured.
   double timeUntil(const std::function<bool()>& condition, Clock::time_point start) {
     while (!condition()) {
       if (Clock::now() - start > std::chrono::seconds(20))
-        throw TestError("What is measured does not happen");
+        throw TestError("The measured event did not occur");
       sched_yield();
     }
     return Milliseconds(Clock::now() - start).count();
   }
-  // From the key to the keyboard's arrival at the panel or the other window.
+  // Returns the time in milliseconds from a key press until the panel or the other window has the
+  // focus.
   double press(const std::string& key) {
     focus_.forget();
     const auto start = Clock::now();
@@ -106,7 +106,7 @@ class CaptureBenchmark {
     return time;
   }
   void waitForOther() {
-    waitUntil([&] { return focus_.focus() == other_; }, "the other window has the keyboard");
+    waitUntil([&] { return focus_.focus() == other_; }, "the other window has the focus");
   }
   std::optional<WindowId> ownFocus() {
     const WindowId window = focus_.focus();
@@ -115,7 +115,7 @@ class CaptureBenchmark {
 
   void followPanel() {
     desktop_.keyboard().chord("Control+Shift+space");
-    focus_.follow(waitFor([&] { return ownFocus(); }, "the panel has the keyboard"));
+    focus_.follow(waitFor([&] { return ownFocus(); }, "the panel has the focus"));
     desktop_.keyboard().chord("Escape");
     waitForOther();
     focus_.follow(other_);
@@ -132,10 +132,11 @@ class CaptureBenchmark {
       desktop_.keyboard().chord("Escape");
       waitForOther();
     }
-    report("hot key to a panel that has the keyboard", opening_);
+    report("hot key to a focused panel", opening_);
   }
 
-  // In an empty draft and in one that is nearly as long as can be, in paragraphs and as one.
+  // Measures typing in an empty draft and in drafts close to the maximum length, one of many
+  // paragraphs and one of a single paragraph.
   void measureTyping() {
     reportTyping("a key in an empty draft", "");
     reportTyping("a key among 9,920 units in paragraphs", typingSample + "\n");
@@ -150,19 +151,19 @@ class CaptureBenchmark {
     desktop_.keyboard().chord("Escape");
     waitForOther();
   }
-  // Doubles the piece six times.
+  // Types the piece and doubles it six times.
   void fill(const std::string& piece) {
     desktop_.keyboard().type(piece);
     for (int count = 0; count < 6; ++count) {
       for (const char* keys : {"Control+a", "Control+c", "Control+End", "Control+v"}) {
         desktop_.keyboard().chord(keys);
-        // A paste waits for the clipboard, which no key waits for.
+        // Pasting is asynchronous, and its end is not visible from outside.
         std::this_thread::sleep_for(std::chrono::milliseconds(300));
       }
     }
   }
 
-  // What the window manager and the display take for a window of the least program there can be.
+  // Measures the window manager's and the X server's share: a window without any content.
   void measureBareWindow() {
     xcb_connection_t* connection = desktop_.display().connection().get();
     const WindowId bare = xcb_generate_id(connection);
@@ -197,11 +198,11 @@ class CaptureBenchmark {
       times.push_back(press("Return"));
       waitForOther();
     }
-    report("Ctrl+Return to the other program's focus", times);
-    report("of it, the two requests when the page makes them", serviceTimes());
+    report("Ctrl+Return to the other window's focus", times);
+    report("for comparison: both requests from the page", serviceTimes());
   }
 
-  // The same two requests, from the page.
+  // Makes the same two requests from the page and returns their times in milliseconds.
   std::vector<double> serviceTimes() {
     std::vector<double> times;
     for (int count = 0; count < submissions; ++count) {
@@ -229,7 +230,7 @@ class CaptureBenchmark {
     report("for comparison: start of zenity --entry", times);
   }
 
-  // From the page's message to the window's title: everything that shows a text is made in between.
+  // Measures from the page's message to the new window title, which is set after all other texts.
   void measureLanguageSwitch() {
     const WindowId window = application_.waitForMainWindow().id;
     std::vector<double> times;

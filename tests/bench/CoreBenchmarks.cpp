@@ -1,4 +1,4 @@
-// What the core does between the start of the program and its first request.
+// The core's work between the start of the program and the first request.
 #include <fstream>
 #include <iterator>
 #include <optional>

@@ -1,57 +1,32 @@
 #include "bench/FocusWatch.h"
 
-#include <poll.h>
-
 namespace navora::bench {
-
-namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr int pollMilliseconds = 50;
-constexpr std::uint32_t focusChanges = XCB_EVENT_MASK_FOCUS_CHANGE;
-
-}  // namespace
-
-FocusWatch::FocusWatch(driver::Display& display) : events_(display.name()) {}
-
 driver::WindowId FocusWatch::focus() {
+  xcb_connection_t* connection = events_.connection().get();
   const driver::XReply<xcb_get_input_focus_reply_t> reply{
-      xcb_get_input_focus_reply(events_.get(), xcb_get_input_focus(events_.get()), nullptr)};
+      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr)};
   return reply ? reply->focus : XCB_NONE;
 }
 
 void FocusWatch::follow(driver::WindowId window) {
-  while (window != XCB_NONE && window != events_.root()) {
-    xcb_change_window_attributes(events_.get(), window, XCB_CW_EVENT_MASK, &focusChanges);
+  xcb_connection_t* connection = events_.connection().get();
+  while (window != XCB_NONE && window != events_.connection().root()) {
+    events_.select(window, XCB_EVENT_MASK_FOCUS_CHANGE);
     const driver::XReply<xcb_query_tree_reply_t> tree{
-        xcb_query_tree_reply(events_.get(), xcb_query_tree(events_.get(), window), nullptr)};
+        xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr)};
     window = tree ? tree->parent : XCB_NONE;
   }
 }
 
-Clock::time_point FocusWatch::waitForFocus() {
-  const Clock::time_point deadline = Clock::now() + defaultTimeout();
+EventWatch::TimePoint FocusWatch::waitForFocus() {
+  const auto deadline = Clock::now() + defaultTimeout();
   while (Clock::now() < deadline) {
-    if (hearsOfFocus()) return Clock::now();
+    if (const auto arrival = events_.wait(XCB_FOCUS_IN).arrival) return *arrival;
   }
-  throw TestError("No window that is followed gets the keyboard");
-}
-
-void FocusWatch::forget() {
-  events_.synchronize();
-  while (const driver::XReply<xcb_generic_event_t> event{xcb_poll_for_event(events_.get())}) {
-  }
-}
-
-bool FocusWatch::hearsOfFocus() {
-  pollfd ready{xcb_get_file_descriptor(events_.get()), POLLIN, 0};
-  poll(&ready, 1, pollMilliseconds);
-  bool got = false;
-  while (const driver::XReply<xcb_generic_event_t> event{xcb_poll_for_event(events_.get())}) {
-    got = got || event->response_type == XCB_FOCUS_IN;
-  }
-  return got;
+  throw TestError("No watched window got the keyboard focus");
 }
 
 }  // namespace navora::bench

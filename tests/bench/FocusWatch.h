@@ -1,31 +1,27 @@
 #pragma once
 
-#include <chrono>
-
+#include "bench/EventWatch.h"
 #include "end_to_end/driver/Display.h"
 
 namespace navora::bench {
 
-// Learns from the display itself when a window gets the keyboard. Asking for the focus again and
-// again would keep the server from what is measured.
+// Measures when a window gets the keyboard focus.
 class FocusWatch {
  public:
-  explicit FocusWatch(driver::Display& display);
+  explicit FocusWatch(driver::Display& display) : events_(display) {}
 
-  // The window that the keyboard goes to now.
+  // Returns the window that has the keyboard focus now.
   driver::WindowId focus();
-  // Hears from now on when the window or one inside of it gets the keyboard.
+  // Watches the window and its ancestors from now on.
   void follow(driver::WindowId window);
-  // When one of the windows that are followed got the keyboard, after the last `forget`.
-  std::chrono::steady_clock::time_point waitForFocus();
-  // Forgets what has happened.
-  void forget();
+  // Returns when a watched window got the focus since the last `forget`. Throws a TestError if
+  // none gets it in time.
+  EventWatch::TimePoint waitForFocus();
+  // Discards the events so far.
+  void forget() { events_.discard(); }
 
  private:
-  // Whether one of the windows got the keyboard within a short time.
-  bool hearsOfFocus();
-
-  driver::XConnection events_;
+  EventWatch events_;
 };
 
 }  // namespace navora::bench

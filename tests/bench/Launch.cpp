@@ -17,7 +17,8 @@ namespace {
 using Milliseconds = std::chrono::duration<double, std::milli>;
 using driver::Json;
 
-// Gives the moment in milliseconds since 1970. The driver can be there before the load has ended.
+// Returns the end of the load event in milliseconds since 1970. Waits for it, because the driver
+// may run before the page has finished loading.
 constexpr const char* loadedScript = R"(
   for (;;) {
     const [navigation] = performance.getEntriesByType('navigation');
@@ -51,7 +52,7 @@ Launch::Launch(driver::VirtualDesktop& desktop, const Program& program)
       family_(process_->pid()) {}
 
 Launch::~Launch() {
-  // The next run must not meet processes of this one.
+  // No process of this run may be left in the next one.
   const std::vector<pid_t> members = family_.members();
   process_->terminate();
   if (!becomesTrue([&] { return allEnded(members); }, std::chrono::seconds(5))) {
@@ -70,7 +71,7 @@ double Launch::waitUntilLoaded(const std::string& origin) {
   const double start = Milliseconds(wallStart_.time_since_epoch()).count();
   const auto loaded = [&]() -> std::optional<double> {
     const auto answer = page.tryEvaluate(loadedScript, std::chrono::seconds(2));
-    // The page of the run before can have answered last.
+    // Discard an answer from the page of the previous run.
     if (!answer || !answer->is_number() || answer->get<double>() < start) return std::nullopt;
     return answer->get<double>() - start;
   };
@@ -82,7 +83,7 @@ FamilyMemory Launch::settledMemory() const {
   const auto deadline = std::chrono::steady_clock::now() + longestSettling;
   FamilyMemory reference = family_.memory();
   int quiet = 0;
-  // A program that never settles still has a figure: its last.
+  // A program that never settles is reported with its last figure.
   while (quiet < quietSamples && std::chrono::steady_clock::now() < deadline) {
     std::this_thread::sleep_for(sampleInterval);
     const FamilyMemory sample = family_.memory();

@@ -11,7 +11,7 @@
 
 namespace navora::bench {
 
-// One run of a program, from its start to the end of the last of its processes.
+// One run of a program. Destroying it ends all of the program's processes.
 class Launch {
  public:
   Launch(driver::VirtualDesktop& desktop, const Program& program);
@@ -19,14 +19,15 @@ class Launch {
   Launch(const Launch&) = delete;
   Launch& operator=(const Launch&) = delete;
 
-  // Both in milliseconds since just before the program was executed.
+  // Waits for the main window and returns the time since the start of the program, in milliseconds.
   double waitUntilShown();
-  // By the page's own clock: the end of its load event. Needs a page with the driver of `origin`.
+  // Waits for the end of the page's load event and returns the time since the start of the program,
+  // in milliseconds, by the page's clock. Requires a page of `origin` with the test driver.
   double waitUntilLoaded(const std::string& origin);
 
-  // Once it has stopped changing.
+  // Waits until the memory use has stopped changing and returns it.
   FamilyMemory settledMemory() const;
-  // During `duration`, which begins now.
+  // Measures the activity during `duration` from now.
   FamilyActivity activity(std::chrono::seconds duration) const;
   bool sandboxed() const { return family_.sandboxed(); }
 

@@ -14,13 +14,13 @@ namespace {
 
 constexpr double kibPerMib = 1024;
 
-// The order in the table is that of the letters.
+// The table sorts its rows by these labels and omits the leading number.
 constexpr const char* shown = "1 Window shown (ms)";
 constexpr const char* loaded = "2 Page loaded (ms)";
 constexpr const char* programMemory = "3 Memory of its own process (MiB)";
-constexpr const char* programAnonymous = "4   of it not from files (MiB)";
+constexpr const char* programAnonymous = "4   of it anonymous (MiB)";
 constexpr const char* allMemory = "5 Memory of all processes (MiB)";
-constexpr const char* allAnonymous = "6   of it not from files (MiB)";
+constexpr const char* allAnonymous = "6   of it anonymous (MiB)";
 constexpr const char* processorTime = "7 Idle: processor time (ms per minute)";
 constexpr const char* programWakeUps = "8 Idle: wake-ups of its own process (per s)";
 constexpr const char* familyWakeUps = "9 Idle: wake-ups of all processes (per s)";
@@ -34,7 +34,7 @@ LaunchComparison::LaunchComparison(BenchmarkOptions options)
       quietService_(BenchmarkService::Pages::withoutDriver) {}
 
 void LaunchComparison::run(std::ostream& out) {
-  // Brings the programs and their libraries into the system's cache, and makes data to keep.
+  // Warms the page cache, and creates the user data that the runs with kept data start from.
   for (const Program& program : programs(drivenService_))
     measureLaunch(program);
   for (const auto& [name, sandboxed] : sandboxed_) {
@@ -42,7 +42,7 @@ void LaunchComparison::run(std::ostream& out) {
         << '\n';
   }
   compare(out, Data::fresh);
-  // The fresh runs have left only what one run leaves.
+  // The last fresh run has left the data of a single run.
   compare(out, Data::kept);
 }
 
@@ -77,7 +77,8 @@ void LaunchComparison::compare(std::ostream& out, Data data) {
     comparison.label = label.substr(label.find(' ') + 1);
     rows.push_back(std::move(comparison));
   }
-  printTable(out, data == Data::fresh ? "Without data from before" : "With data from before", rows);
+  printTable(out, data == Data::fresh ? "Without existing user data" : "With existing user data",
+             rows);
 }
 
 void LaunchComparison::prepare(const Program& program, Data data) {
@@ -107,8 +108,8 @@ LaunchComparison::Figures LaunchComparison::measureIdle(const Program& program) 
   launch.waitUntilShown();
   service.waitForRequests("GET", "/login");
   launch.settledMemory();
-  // The page has a text field with the focus. The engine draws its caret many times a second, which
-  // would hide what the program itself does.
+  // Takes the focus from the page's text field: the engine redraws a blinking caret many times a
+  // second, which would hide the program's own activity.
   const driver::OtherWindow other(desktop_.desktop().display());
   launch.settledMemory();
 

@@ -14,8 +14,8 @@
 
 namespace navora::bench {
 
-// Launches Navora and surf in turn on the same page of the same service and compares what they
-// need. Judges nothing; a TestError when one does not start or does not load its page.
+// Launches Navora and surf alternately on the same page of the same service and compares their
+// times, memory and idle activity. Throws a TestError if one does not start or load its page.
 class LaunchComparison {
  public:
   explicit LaunchComparison(BenchmarkOptions options);

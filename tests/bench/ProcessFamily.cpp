@@ -17,7 +17,8 @@ std::filesystem::path folderOf(pid_t pid) {
   return std::filesystem::path("/proc") / std::to_string(pid);
 }
 
-// The number of a line "Name:   number"; 0 when there is none, as when the process has ended.
+// Returns the number in the line "NAME   number", or 0 if there is no such line, as for a process
+// that has ended.
 std::int64_t field(const std::string& text, std::string_view name) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
@@ -33,15 +34,15 @@ MemoryUse memoryOf(pid_t pid) {
 
 std::map<pid_t, std::int64_t> switchesOf(pid_t pid) {
   std::map<pid_t, std::int64_t> found;
-  std::error_code gone;
-  for (const auto& thread : std::filesystem::directory_iterator(folderOf(pid) / "task", gone)) {
+  std::error_code ended;
+  for (const auto& thread : std::filesystem::directory_iterator(folderOf(pid) / "task", ended)) {
     const std::string status = readFile(thread.path() / "status");
     found[std::stoi(thread.path().filename())] = field(status, "voluntary_ctxt_switches:");
   }
   return found;
 }
 
-// Counters begin at 0, so what was not there before counts in full.
+// Counters start at 0, so a process or thread that is new counts in full.
 std::int64_t growth(const std::map<pid_t, std::int64_t>& now,
                     const std::map<pid_t, std::int64_t>& before) {
   std::int64_t sum = 0;

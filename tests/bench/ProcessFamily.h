@@ -8,9 +8,11 @@
 
 namespace navora::bench {
 
-// In KiB. The anonymous part does not depend on how many other processes share the libraries.
+// In KiB.
 struct MemoryUse {
+  // PSS: pages shared between processes count in proportion.
   std::int64_t proportional = 0;
+  // The part not backed by files, which is independent of other users of the same libraries.
   std::int64_t anonymous = 0;
 
   MemoryUse& operator+=(const MemoryUse& other);
@@ -18,23 +20,23 @@ struct MemoryUse {
 
 struct FamilyMemory {
   MemoryUse program;  // the process that owns the windows
-  MemoryUse all;      // and with everything that it started
+  MemoryUse all;      // that process and all its descendants
 };
 
-// During some time. Processes that end in it are left out.
+// The activity within a period. Processes that end within it are not counted.
 struct FamilyActivity {
   std::int64_t processorTicks = 0;  // of all processes
   std::int64_t programWakeUps = 0;  // voluntary context switches of all its threads
   std::int64_t familyWakeUps = 0;
 };
 
-// What the living processes have done so far.
+// The counters of the running processes since their start.
 struct ActivityCounters {
   std::map<pid_t, std::int64_t> processorTicks;             // by process
   std::map<pid_t, std::map<pid_t, std::int64_t>> switches;  // by process and thread
 };
 
-// A program and the processes that descend from it: the engine's, and those of its sandbox.
+// A program and its descendants: the processes of the web engine and of its sandbox.
 class ProcessFamily {
  public:
   explicit ProcessFamily(pid_t program) : program_(program) {}

@@ -26,7 +26,7 @@ void requireSurf() {
     if (access((std::filesystem::path(folder) / "surf").c_str(), X_OK) == 0) return;
   }
   throw TestError(
-      "The launch is compared with that of the browser surf, which is not installed here: "
+      "The browser surf, with which the launch is compared, is not installed: "
       "apt-get install surf");
 }
 

@@ -12,14 +12,14 @@ struct Program {
   std::string name;
   std::vector<std::string> command;
   driver::Environment environment;
-  // What it calls its own folders in the home, data, configuration and cache folders.
+  // The names of its folders in the home, data, configuration and cache folders.
   std::vector<std::string> folders;
 
   static Program navora(const std::string& origin, driver::Environment additional);
   static Program surf(const std::string& origin);
 };
 
-// Throws a TestError that says what to install when the other browser is missing.
+// Throws a TestError that names the package to install if surf is missing.
 void requireSurf();
 
 }  // namespace navora::bench

@@ -31,7 +31,7 @@ void printFigures(std::ostream& out, const std::vector<double>& values) {
   }
 }
 
-// Pairs without a ratio are left out; of an idle program nothing may be left.
+// Skips pairs whose divisor is 0, as for an idle program; returns "-" if no pair is left.
 std::string medianRatio(const Comparison& comparison) {
   std::vector<double> ratios;
   const std::size_t pairs = std::min(comparison.navora.size(), comparison.surf.size());

@@ -6,14 +6,14 @@
 
 namespace navora::bench {
 
-// One kind of figure, measured on both programs in turn: the n-th of each belong together.
+// One kind of figure, measured on both programs alternately: the n-th figures form a pair.
 struct Comparison {
   std::string label;  // with its unit
   std::vector<double> navora = {};
   std::vector<double> surf = {};
 };
 
-// Median, least and greatest of each program, and the median of the pairs' ratios.
+// Prints each program's median, minimum and maximum, and the median of the pairs' ratios.
 void printTable(std::ostream& out, const std::string& title,
                 const std::vector<Comparison>& comparisons);
 

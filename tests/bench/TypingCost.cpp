@@ -13,16 +13,16 @@ namespace {
 
 constexpr std::chrono::milliseconds pause{200};
 
-// The scheduler counts in nanoseconds, which clock ticks are too coarse for.
+// From schedstat, which counts in nanoseconds; clock ticks are too coarse.
 double mainThreadMilliseconds(pid_t program) {
   const std::string process = std::to_string(program);
   std::ifstream counters("/proc/" + process + "/task/" + process + "/schedstat");
   double nanoseconds = 0;
-  if (!(counters >> nanoseconds)) throw TestError("No scheduler's counters of " + process);
+  if (!(counters >> nanoseconds)) throw TestError("No scheduler statistics for process " + process);
   return nanoseconds / 1e6;
 }
 
-// The caret's blinking is in both.
+// The cost of the blinking caret is included in both measurements, and so cancels out.
 double spentDuring(int pauses, pid_t program, const auto& beforeEach) {
   const double start = mainThreadMilliseconds(program);
   for (int count = 0; count < pauses; ++count) {

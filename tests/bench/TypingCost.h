@@ -6,8 +6,8 @@
 
 namespace navora::bench {
 
-// What a key costs the program that gets it: processor time of its main thread, which is the time
-// for which it can do nothing else. In milliseconds a key, `keys` of them typed one at a time.
+// Types `keys` keys one at a time and returns the processor time per key of the main thread of the
+// program that has the focus, in milliseconds.
 double typingCost(driver::Keyboard& keyboard, pid_t program, int keys);
 
 }  // namespace navora::bench

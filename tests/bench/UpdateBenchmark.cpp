@@ -1,6 +1,5 @@
-// What an update of 100 MB costs: time, and memory over the whole run, of verifying and unpacking
-// it and of reading a long feed. Each step runs in a process of its own, so that its peak is its
-// own.
+// The time and peak memory of verifying and unpacking an update of 100 MB and of reading a long
+// feed. Each step runs in a process of its own, so that its peak is measured alone.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -34,7 +33,7 @@ constexpr int feedItems = 500;
 constexpr int files = 20;
 constexpr std::size_t bytesPerFile = 5'000'000;
 
-// In megabytes, from the line of /proc/self/status with the name.
+// Returns a field of /proc/self/status, in megabytes.
 double memory(const std::string& name) {
   std::ifstream status("/proc/self/status");
   for (std::string line; std::getline(status, line);) {
@@ -44,32 +43,33 @@ double memory(const std::string& name) {
   return 0;
 }
 
-// The most of the process's own memory so far. What files were read through is not its own: the
-// system takes it back as it likes.
+// The peak of the process's anonymous memory. File-backed pages are not counted: the system can
+// reclaim them at any time.
 class OwnMemory {
  public:
-  void look() { most_ = std::max(most_, memory("RssAnon")); }
+  void sample() { most_ = std::max(most_, memory("RssAnon")); }
   double most() const { return most_; }
 
  private:
   double most_ = 0;
 };
 
-// Runs the step in another process and prints what it cost there.
+// Runs the step in a child process and prints its time and peak memory. Returns whether it
+// succeeded.
 bool measure(const std::string& name, const std::function<bool(OwnMemory&)>& step) {
   std::cout << std::flush;
-  // What was freed would be used again unnoticed.
+  // Return free heap memory to the system: the child would reuse it without raising its peak.
   ::malloc_trim(0);
   const pid_t process = ::fork();
   if (process == 0) {
     std::ofstream("/proc/self/clear_refs") << 5;
     OwnMemory own;
-    own.look();
+    own.sample();
     const double before = own.most();
     const auto begin = std::chrono::steady_clock::now();
     const bool succeeded = step(own);
     const Seconds time = std::chrono::steady_clock::now() - begin;
-    own.look();
+    own.sample();
     std::cout << std::fixed << std::setprecision(3) << std::setw(30) << std::left << name
               << time.count() << " s" << std::setprecision(1) << "   peak " << memory("VmHWM")
               << " MB, own " << own.most() << " MB (" << before << " MB before)"
@@ -80,7 +80,8 @@ bool measure(const std::string& name, const std::function<bool(OwnMemory&)>& ste
   return process > 0 && ::waitpid(process, &status, 0) == process && status == 0;
 }
 
-// Of a kind that hardly shrinks, like programs, and as much as an application with its own engine.
+// Creates files that hardly compress, like programs, in the size of an application that bundles its
+// web engine.
 void makeInstallation(const std::filesystem::path& folder) {
   std::filesystem::create_directories(folder / "share");
   std::mt19937_64 random(1);
@@ -135,7 +136,7 @@ int run(const std::filesystem::path& folder) {
   const bool unpacked = measure("unpack it, onto the disk", [&](OwnMemory& own) {
     const std::atomic<bool> cancelled = false;
     return !navora::UpdateUnpacker::unpack(
-        archive, folder / "new", {}, [&own](double) { own.look(); }, cancelled);
+        archive, folder / "new", {}, [&own](double) { own.sample(); }, cancelled);
   });
   const bool read = measure("read the feed", [&](OwnMemory&) {
     const auto entries = navora::readAppcast(feed, *address);

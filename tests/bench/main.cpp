@@ -1,6 +1,5 @@
-// Compares Navora with surf, the smallest browser on the same web engine, in one run on one
-// machine: how soon the window and the page are there, how much memory they take, how idle they
-// are.
+// Compares Navora with surf, a minimal browser on the same web engine: the time to the window and
+// to the loaded page, the memory use, and the activity when idle.
 #include <exception>
 #include <iostream>
 #include <string>
