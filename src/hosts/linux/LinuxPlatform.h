@@ -23,7 +23,7 @@
 
 namespace navora {
 
-// All doors of the Linux host. Nothing here touches the toolkit before the first window is made.
+// The platform interfaces of the Linux host. Uses no GTK display before the first window is made.
 class LinuxPlatform final : public Platform {
  public:
   LinuxApplication& application() override { return application_; }
@@ -55,7 +55,8 @@ class LinuxPlatform final : public Platform {
       const HttpSessionConfiguration& configuration) override;
 
  private:
-  // First of all: the web engine's processes must not inherit what it takes.
+  // First, because the web engine's processes must not inherit the variables and the descriptor
+  // that it takes.
   UpdateLaunch updateLaunch_;
   LinuxApplication application_;
   LinuxBackgroundQueue backgroundQueue_;
@@ -68,7 +69,7 @@ class LinuxPlatform final : public Platform {
   LinuxSystem system_{observeResume};
   LinuxUserDefaults userDefaults_;
   LinuxWorkspace workspace_;
-  MissingTray missingTray_;
+  MissingTrayWarning missingTray_;
   std::optional<ColorScheme> colorScheme_;
   std::optional<WebSession> webSession_;
 };

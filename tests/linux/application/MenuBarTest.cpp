@@ -11,8 +11,8 @@
 #include <gtkmm/separatormenuitem.h>
 #include <gtkmm/textview.h>
 
-#include "hosts/linux/application/EditCommands.h"
 #include "hosts/linux/application/MenuBar.h"
+#include "hosts/linux/application/MenuCommands.h"
 #include "linux/application/RecordingMenuDelegate.h"
 #include "linux/capture/CapturePanelTest.h"
 #include "linux/support/CyrillicLayout.h"

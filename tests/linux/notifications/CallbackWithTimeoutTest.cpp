@@ -10,62 +10,62 @@
 namespace navora {
 namespace {
 
-using Answers = std::vector<std::string>;
+using Results = std::vector<std::string>;
 
 class CallbackWithTimeoutTest : public testing::Test {
  protected:
-  CallbackWithTimeout<std::string>::Pointer start(std::chrono::milliseconds patience) {
+  CallbackWithTimeout<std::string>::Pointer start(std::chrono::milliseconds timeout) {
     return CallbackWithTimeout<std::string>::start(
-        patience, [answers = answers](std::string answer) { answers->push_back(answer); }, "late");
+        timeout, [results = results_](std::string result) { results->push_back(result); },
+        "timed out");
   }
 
-  std::shared_ptr<Answers> answers = std::make_shared<Answers>();
+  std::shared_ptr<Results> results_ = std::make_shared<Results>();
 };
 
-TEST_F(CallbackWithTimeoutTest, TheFirstCounts) {
-  const auto answer = start(std::chrono::hours(1));
-  EXPECT_FALSE(answer->isGiven());
-  answer->give("first");
-  EXPECT_TRUE(answer->isGiven());
-  answer->give("second");
-  EXPECT_EQ(*answers, Answers{"first"});
+TEST_F(CallbackWithTimeoutTest, IsCalledWithTheFirstResultOnly) {
+  const auto callback = start(std::chrono::hours(1));
+  EXPECT_FALSE(callback->wasCalled());
+  callback->call("first");
+  EXPECT_TRUE(callback->wasCalled());
+  callback->call("second");
+  EXPECT_EQ(*results_, Results{"first"});
 }
 
-TEST_F(CallbackWithTimeoutTest, NoneInTimeIsAnAnswerToo) {
-  const auto answer = start(std::chrono::milliseconds(1));
-  EXPECT_TRUE(answers->empty());
-  ASSERT_TRUE(waitUntil([&] { return answer->isGiven(); }));
-  answer->give("after that");
-  EXPECT_EQ(*answers, Answers{"late"});
+TEST_F(CallbackWithTimeoutTest, IsCalledWithTheDefaultWhenTheTimeIsUp) {
+  const auto callback = start(std::chrono::milliseconds(1));
+  EXPECT_TRUE(results_->empty());
+  ASSERT_TRUE(waitUntil([&] { return callback->wasCalled(); }));
+  callback->call("after that");
+  EXPECT_EQ(*results_, Results{"timed out"});
 }
 
-TEST_F(CallbackWithTimeoutTest, ComesEvenIfEverybodyHasForgottenTheQuestion) {
+TEST_F(CallbackWithTimeoutTest, IsCalledEvenIfNoPointerIsLeft) {
   start(std::chrono::milliseconds(1));
-  EXPECT_TRUE(waitUntil([&] { return !answers->empty(); }));
+  EXPECT_TRUE(waitUntil([&] { return !results_->empty(); }));
 }
 
-TEST_F(CallbackWithTimeoutTest, KeepsNothingOnceItIsGiven) {
-  auto answer = start(std::chrono::hours(1));
-  EXPECT_EQ(answers.use_count(), 2);
-  answer->give("first");
-  EXPECT_EQ(answers.use_count(), 1);
-  const std::weak_ptr<CallbackWithTimeout<std::string>> watch = answer;
-  answer.reset();
+TEST_F(CallbackWithTimeoutTest, DestroysTheCallbackOnceItWasCalled) {
+  auto callback = start(std::chrono::hours(1));
+  EXPECT_EQ(results_.use_count(), 2);
+  callback->call("first");
+  EXPECT_EQ(results_.use_count(), 1);
+  const std::weak_ptr<CallbackWithTimeout<std::string>> watch = callback;
+  callback.reset();
   EXPECT_TRUE(watch.expired());
 }
 
-// Whoever receives the answer may let go of it.
-TEST_F(CallbackWithTimeoutTest, MayBeReleasedByItsReceiver) {
-  CallbackWithTimeout<int>::Pointer answer;
+TEST_F(CallbackWithTimeoutTest, TheCallbackMayDropTheLastPointer) {
+  CallbackWithTimeout<int>::Pointer callback;
   int received = 0;
-  answer = CallbackWithTimeout<int>::start(
+  callback = CallbackWithTimeout<int>::start(
       std::chrono::hours(1),
       [&](int value) {
-        answer.reset();
+        callback.reset();
         received = value;
       },
       0);
-  answer->give(5);
+  callback->call(5);
   EXPECT_EQ(received, 5);
 }
 

@@ -254,7 +254,7 @@ TEST_F(LinuxNotificationCenterTest, WaitsForAServiceThatTakesItsTime) {
 }
 
 TEST_F(LinuxNotificationCenterTest, ReplacesWhatALateServiceHasShownAfterAll) {
-  center->setPatience(impatient());
+  center->setTimeout(impatient());
   startDaemon();
   daemon->hold();
   int completions = 0;
@@ -267,7 +267,7 @@ TEST_F(LinuxNotificationCenterTest, ReplacesWhatALateServiceHasShownAfterAll) {
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->code, PlatformError::timedOutCode);
   EXPECT_NE(failure->localizedDescription, "");
-  center->setPatience(patience());
+  center->setTimeout(patience());
   daemon->release();
   ASSERT_TRUE(add(notification("a")));
   const auto shown = daemon->notifications();
@@ -309,9 +309,9 @@ TEST_F(LinuxNotificationCenterTest, ShowsNothingThatFailedWhileItWaitedForAnothe
   std::optional<bool> firstTaken;
   center->add(notification("a"), [&](const auto& failure) { firstTaken = !failure; });
   ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
-  center->setPatience(impatient());
+  center->setTimeout(impatient());
   EXPECT_FALSE(add(notification("a")));
-  center->setPatience(patience());
+  center->setTimeout(patience());
   daemon->release();
   ASSERT_TRUE(waitUntil([&] { return firstTaken.has_value(); }));
   EXPECT_TRUE(*firstTaken);
@@ -320,12 +320,12 @@ TEST_F(LinuxNotificationCenterTest, ShowsNothingThatFailedWhileItWaitedForAnothe
 }
 
 TEST_F(LinuxNotificationCenterTest, ShowsNothingOnceItHasFailed) {
-  center->setPatience(impatient());
+  center->setTimeout(impatient());
   startDaemon();
   daemon->hold("GetCapabilities");
   EXPECT_FALSE(add(notification("a")));
   ASSERT_EQ(daemon->waitingCount(), 1U);
-  center->setPatience(patience());
+  center->setTimeout(patience());
   daemon->release();
   ASSERT_TRUE(add(notification("b")));
   ASSERT_EQ(daemon->notifications().size(), 1U);

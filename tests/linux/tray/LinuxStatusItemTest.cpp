@@ -89,7 +89,7 @@ class LinuxStatusItemTest : public testing::Test {
 
   LinuxImaging imaging_;
   ColorScheme colorScheme_;
-  MissingTray missingTray_;
+  MissingTrayWarning missingTray_;
   RecordingMenuDelegate delegate_;
   int hides_ = 0;
   int terminations_ = 0;
@@ -332,7 +332,7 @@ class StatusItemWithoutTrayTest : public testing::Test {
 
   LinuxImaging imaging_;
   ColorScheme colorScheme_;
-  MissingTray missingTray_;
+  MissingTrayWarning missingTray_;
   RecordingMenuDelegate delegate_;
   std::unique_ptr<LinuxStatusItem> item_;
 };
@@ -458,7 +458,7 @@ TEST_F(StatusItemLookTest, FollowsTheDesktopsLook) {
   StatusTray tray;
   LinuxImaging imaging;
   ColorScheme colorScheme;
-  MissingTray missingTray;
+  MissingTrayWarning missingTray;
   RecordingMenuDelegate delegate;
   ASSERT_TRUE(waitUntil([&] { return portal.reads() > 0; }));
   LinuxStatusItem item({NavoraIcon::menuBarTemplate(imaging, 18), "Navora", statusMenu()}, delegate,

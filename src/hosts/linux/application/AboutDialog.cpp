@@ -6,16 +6,15 @@
 
 #include "hosts/linux/application/ApplicationVersion.h"
 #include "hosts/linux/keyboard/ModifierNames.h"
+#include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/workspace/ActiveWindow.h"
 #include "locale/DesktopLocale.h"
 
 namespace navora {
 namespace {
 
-constexpr const char* iconName = "example.navora.Navora";
-
-// Without any, the dialog would show the sign for a missing one.
-Glib::RefPtr<Gdk::Pixbuf> noPicture() {
+// Returns a transparent pixel. Without a logo the dialog would show the "missing image" icon.
+Glib::RefPtr<Gdk::Pixbuf> emptyLogo() {
   const auto picture = Gdk::Pixbuf::create(Gdk::COLORSPACE_RGB, /*has_alpha=*/true, 8, 1, 1);
   picture->fill(0);
   return picture;
@@ -31,13 +30,12 @@ void AboutDialog::makeDialog() {
   dialog_ = std::make_unique<Gtk::AboutDialog>();
   dialog_->set_modal(false);
   dialog_->set_version(applicationVersion());
-  // Started from where it was built, the application has no icon in the theme.
-  if (Gtk::IconTheme::get_default()->has_icon(iconName)) {
-    dialog_->set_logo_icon_name(iconName);
+  if (Gtk::IconTheme::get_default()->has_icon(applicationId)) {
+    dialog_->set_logo_icon_name(applicationId);
   } else {
-    dialog_->set_logo(noPicture());
+    dialog_->set_logo(emptyLogo());
   }
-  // Its button, Escape and the window manager all close it; it is kept for the next time.
+  // Its button, Escape and the window manager all hide it; it is kept for the next show().
   dialog_->signal_delete_event().connect([](GdkEventAny*) { return true; });
   dialog_->signal_response().connect([this](int) { dialog_->hide(); });
 }
@@ -47,7 +45,7 @@ void AboutDialog::show(Gtk::Window* parent, const AboutPanelOptions& options) {
   dialog_->set_program_name(options.applicationName);
   dialog_->set_title(options.applicationName);
   dialog_->set_comments(withModifierNames(options.credits));
-  // The toolkit's own text would be in the system's language.
+  // The toolkit's own label would be in the system's language, not the interface's.
   if (Gtk::Widget* close = dialog_->get_widget_for_response(Gtk::RESPONSE_DELETE_EVENT))
     gtk_button_set_label(GTK_BUTTON(close->gobj()), L("Закрыть").c_str());
   if (parent != nullptr && parent->get_visible()) {

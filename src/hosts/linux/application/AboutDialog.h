@@ -8,7 +8,7 @@
 
 namespace navora {
 
-// Says what the application is, in a window of which there is one at a time.
+// The toolkit's About dialog, made on first use and kept: at most one is on the screen.
 class AboutDialog {
  public:
   AboutDialog();
@@ -16,11 +16,11 @@ class AboutDialog {
   AboutDialog(const AboutDialog&) = delete;
   AboutDialog& operator=(const AboutDialog&) = delete;
 
-  // Over the parent, which goes on working; null for none. A panel that is on the screen comes to
-  // the front with the new texts.
+  // Shows the dialog with these texts, transient for `parent` (which may be null) but not modal. If
+  // it is on the screen already, updates it and raises it.
   void show(Gtk::Window* parent, const AboutPanelOptions& options);
 
-  // Null before the first time.
+  // Returns null before the first show().
   Gtk::AboutDialog* native() { return dialog_.get(); }
 
  private:

@@ -7,9 +7,10 @@
 
 namespace navora {
 
-// The version of this program: its installation's, if it is one of its own, otherwise the build's.
+// Returns the version of the running program: that of the installation it belongs to, or the
+// build's where it belongs to none.
 std::string applicationVersion();
-// The same for those who have the program's installation, or know that there is none.
+// The same for callers that have the result of Installation::ofThisProgram().
 std::string applicationVersion(const std::optional<Installation>& installation);
 
 }  // namespace navora

@@ -1,6 +1,5 @@
 #include "hosts/linux/application/LinuxApplication.h"
 
-#include <algorithm>
 #include <csignal>
 #include <cstdlib>
 
@@ -8,19 +7,19 @@
 #include <glibmm/main.h>
 #include <gtkmm/window.h>
 
+#include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
+#include "hosts/linux/workspace/ActiveWindow.h"
 
 namespace navora {
 namespace {
 
-constexpr const char* applicationId = "example.navora.Navora";
-// What a second launch asks of the first one on the session bus.
+// The action that `navora --capture` activates in the running instance.
 constexpr const char* captureAction = "capture";
-// The launch goes on instead of ending with an exit status.
-constexpr int carryOn = -1;
+constexpr int continueLaunch = -1;
 
-// The session manager and the terminal end programs with signals; they end like by the user's wish.
+// Treats SIGTERM, SIGINT and SIGHUP as Quit.
 void quitOnSignals(Gtk::Application& application) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     g_unix_signal_add(
@@ -33,9 +32,9 @@ void quitOnSignals(Gtk::Application& application) {
   }
 }
 
-// An instance that is just ending can be asked to take over and then never answer: whoever quits
-// and starts again at once, as an update does, would not get anything. Then it is gone a moment
-// later.
+// Registers the application, trying again while the name's owner does not reply: an instance that
+// is quitting still owns the name for a moment. Quitting and starting again at once, as an update
+// does, would otherwise start nothing.
 void registerOnBus(GApplication* application) {
   constexpr int attempts = 100;
   constexpr gulong pause = 20'000;  // microseconds
@@ -46,12 +45,6 @@ void registerOnBus(GApplication* application) {
     if (!g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)) return;
     g_usleep(pause);
   }
-}
-
-bool hasActiveWindow() {
-  const auto windows = Gtk::Window::list_toplevels();
-  return std::ranges::any_of(windows,
-                             [](const Gtk::Window* window) { return window->is_active(); });
 }
 
 }  // namespace
@@ -77,10 +70,10 @@ int LinuxApplication::run(ApplicationDelegate& delegate, LaunchPurpose purpose) 
 int LinuxApplication::handOver() {
   GApplication* application = G_APPLICATION(application_->gobj());
   registerOnBus(application);
-  if (purpose_ != LaunchPurpose::capture) return carryOn;
-  // A failure is reported by what follows.
-  if (g_application_get_is_registered(application) == FALSE) return carryOn;
-  if (g_application_get_is_remote(application) == FALSE) return carryOn;
+  if (purpose_ != LaunchPurpose::capture) return continueLaunch;
+  // GApplication registers again as the launch continues, and reports the failure.
+  if (g_application_get_is_registered(application) == FALSE) return continueLaunch;
+  if (g_application_get_is_remote(application) == FALSE) return continueLaunch;
   g_action_group_activate_action(G_ACTION_GROUP(application), captureAction, nullptr);
   return EXIT_SUCCESS;
 }
@@ -92,7 +85,7 @@ void LinuxApplication::startUp() {
 }
 
 void LinuxApplication::activate() {
-  // The first activation belongs to the launch, which has shown the window already.
+  // The first activation is the launch itself, which shows the window.
   if (!launched_) {
     launched_ = true;
     if (purpose_ == LaunchPurpose::capture) delegate_->applicationDidReceiveCaptureRequest();
@@ -116,10 +109,10 @@ void LinuxApplication::watch(LinuxMainWindow& window) {
 
 void LinuxApplication::activeWindowChanged() {
   if (window_->native().is_active()) {
-    settleActivity();
+    updateActivity();
   } else {
-    // A dialog of ours that takes over becomes active a moment later.
-    Glib::signal_idle().connect_once([this] { settleActivity(); });
+    // When the focus moves to one of the application's dialogs, that becomes active only later.
+    Glib::signal_idle().connect_once([this] { updateActivity(); });
   }
 }
 
@@ -127,13 +120,13 @@ void LinuxApplication::watchPanel(Gtk::Window& panel) {
   panel_ = &panel;
   if (menuBar_) menuBar_->addPanel(panel);
   panel.property_is_active().signal_changed().connect(
-      [this] { Glib::signal_idle().connect_once([this] { settleActivity(); }); });
+      [this] { Glib::signal_idle().connect_once([this] { updateActivity(); }); });
 }
 
-void LinuxApplication::settleActivity() {
+void LinuxApplication::updateActivity() {
   if (panel_ != nullptr && panel_->is_active()) return;
   const bool wasActive = active_;
-  active_ = hasActiveWindow();
+  active_ = isApplicationActive();
   if (active_ && !wasActive) delegate_->applicationDidBecomeActive();
 }
 
@@ -143,14 +136,14 @@ void LinuxApplication::setMainMenu(const std::vector<Menu>& menus, MenuDelegate&
 }
 
 void LinuxApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& options) {
-  aboutPanel_.show(window_ != nullptr && window_->isVisible() ? &window_->native() : nullptr,
-                   options);
+  aboutDialog_.show(window_ != nullptr && window_->isVisible() ? &window_->native() : nullptr,
+                    options);
 }
 
 ApplicationCommands LinuxApplication::commands() {
   return {.hide =
               [this] {
-                // The panel takes it for Escape: what is written stays.
+                // The panel handles a close request as Escape, which keeps the text.
                 if (panel_ != nullptr && panel_->get_visible()) panel_->close();
                 if (window_ != nullptr) window_->orderOut();
               },

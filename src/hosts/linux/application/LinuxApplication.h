@@ -13,7 +13,8 @@ namespace navora {
 
 class LinuxMainWindow;
 
-// The running program on the session bus: one instance; a second launch reaches the first.
+// The application as a single instance, registered on the session bus under its application id: a
+// second launch activates the running instance.
 class LinuxApplication final : public Application {
  public:
   LinuxApplication();
@@ -22,36 +23,38 @@ class LinuxApplication final : public Application {
   LinuxApplication(const LinuxApplication&) = delete;
   LinuxApplication& operator=(const LinuxApplication&) = delete;
 
-  // Runs until the application quits; returns the exit status. In a second instance the delegate is
-  // never called.
+  // Runs the main loop until the application quits and returns the exit status. In a second
+  // instance returns at once without calling the delegate, which must outlive the call.
   int run(ApplicationDelegate& delegate, LaunchPurpose purpose = LaunchPurpose::application);
 
-  // From now on follows whether one of the application's windows is the active one.
+  // Adds the menu bar to the main window and reports to the delegate when one of the application's
+  // windows becomes active. The window must outlive the application's run.
   void watch(LinuxMainWindow& window);
-  // The capture panel takes the keyboard without making the application the active one.
+  // Makes the menus' keys work in the capture panel, which must outlive the application's run. The
+  // panel takes the keyboard focus without activating the application.
   void watchPanel(Gtk::Window& panel);
 
   void activateIgnoringOtherApplications() override;
-  // The menus appear in the windows that are watched from then on.
+  // The first call must precede watch(), which adds the menu bar to the window.
   void setMainMenu(const std::vector<Menu>& menus, MenuDelegate& delegate) override;
   void orderFrontStandardAboutPanel(const AboutPanelOptions& options) override;
 
-  // What menus do to the whole application.
+  // Returns the commands for menus; they must not be called after the application is destroyed.
   ApplicationCommands commands();
 
  private:
-  // Leaves what this launch is for to the running instance, if that is all; returns the exit status
-  // then.
+  // Forwards a capture request to the running instance, if there is one. Returns the exit status,
+  // or -1 to continue the launch (the values of GApplication::handle-local-options).
   int handOver();
   void startUp();
   void activate();
   void shutDown();
   void activeWindowChanged();
-  void settleActivity();
+  void updateActivity();
 
   Glib::RefPtr<Gtk::Application> application_;
   std::optional<MenuBar> menuBar_;
-  AboutDialog aboutPanel_;
+  AboutDialog aboutDialog_;
   ApplicationDelegate* delegate_ = nullptr;
   LinuxMainWindow* window_ = nullptr;
   Gtk::Window* panel_ = nullptr;

@@ -6,7 +6,6 @@
 #include <gtkmm/accellabel.h>
 #include <gtkmm/separatormenuitem.h>
 
-#include "hosts/linux/application/EditCommands.h"
 #include "hosts/linux/keyboard/KeyEvents.h"
 #include "hosts/linux/keyboard/ModifierNames.h"
 
@@ -21,7 +20,7 @@ guint keyvalOf(const KeyEquivalent& key) {
   return static_cast<guint>(key.key);
 }
 
-bool types(const GdkEventKey& event, const KeyEquivalent& key) {
+bool matches(const GdkEventKey& event, const KeyEquivalent& key) {
   return (event.state & gtk_accelerator_get_default_mod_mask()) == modifiersOf(key) &&
          latinKeyFrom(event) == keyvalOf(key);
 }
@@ -64,7 +63,7 @@ MenuBar::~MenuBar() {
 }
 
 void MenuBar::setMenus(const std::vector<Menu>& menus, MenuDelegate& delegate) {
-  // One that is open would stay on the screen without its items.
+  // An open menu would stay on the screen without its items.
   bar_.deactivate();
   removeKeys();
   delegate_ = &delegate;
@@ -91,12 +90,12 @@ Gtk::MenuItem* MenuBar::makeItem(const MenuItem& item) {
   auto* widget = Gtk::manage(new Gtk::MenuItem(withModifierNames(item.title)));
   widget->set_sensitive(item.action.has_value());
   if (item.keyEquivalent) {
-    // Only shown: the toolkit would give every key to the menu before the text.
+    // Only shown: a real accelerator would take the edit keys away from the focused text.
     gtk_accel_label_set_accel(GTK_ACCEL_LABEL(widget->get_child()->gobj()),
                               keyvalOf(*item.keyEquivalent), modifiersOf(*item.keyEquivalent));
   }
   widget->signal_activate().connect([this, item] {
-    // What the item does may replace it, and this function with its copy.
+    // The action may replace the menus, which destroys this closure and its captures.
     const MenuItem chosen = item;  // NOLINT(performance-unnecessary-copy-initialization)
     perform(chosen, GTK_WINDOW(bar_.get_toplevel()->gobj()));
   });
@@ -134,21 +133,23 @@ void MenuBar::addPanel(Gtk::Window& window) {
 
 void MenuBar::addWindow(Gtk::Window& window) {
   gtk_window_add_accel_group(window.gobj(), commonKeys_.get());
-  connections_.push_back(window.signal_key_press_event().connect(
-      [this, native = window.gobj()](GdkEventKey* event) { return keyLeftOver(*event, native); }));
+  connections_.push_back(
+      window.signal_key_press_event().connect([this, native = window.gobj()](GdkEventKey* event) {
+        return unhandledKeyPressed(*event, native);
+      }));
 }
 
 gboolean MenuBar::onShortcut(GtkAccelGroup*, GObject* window, guint, GdkModifierType,
                              gpointer data) {
-  // What the item does may replace it.
+  // The action may replace the menus, which deletes the data.
   const auto [bar, item] = *static_cast<const ShortcutData*>(data);
   bar->perform(item, GTK_WINDOW(window));
   return TRUE;
 }
 
-bool MenuBar::keyLeftOver(const GdkEventKey& event, GtkWindow* window) {
+bool MenuBar::unhandledKeyPressed(const GdkEventKey& event, GtkWindow* window) {
   for (const MenuItem& item : editItems_) {
-    if (!types(event, *item.keyEquivalent)) continue;
+    if (!matches(event, *item.keyEquivalent)) continue;
     perform(item, window);
     return true;
   }

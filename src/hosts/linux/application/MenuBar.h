@@ -7,18 +7,17 @@
 #include <gtkmm/window.h>
 #include <sigc++/connection.h>
 
-#include "hosts/linux/application/ApplicationCommands.h"
+#include "hosts/linux/application/MenuCommands.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "platform/Menu.h"
 
 namespace navora {
 
-// The main menu, to be put above the content of the main window, and its keys, with Control for the
-// main modifier.
+// The main menu as a menu bar, and its keys, with Control for Command.
 //
-// The keys of the edit commands belong to the text that has the keyboard: the menu acts on them
-// only where nothing else did, as on undo in a page, for which the engine has no key. All others
-// are the menu's, whatever has the keyboard.
+// The keys of the edit commands are first offered to the focused widget; the menu handles only
+// those left unhandled, such as undo in a page, for which the engine has no key binding. All other
+// keys are accelerators, which take precedence over the focused widget.
 class MenuBar {
  public:
   explicit MenuBar(ApplicationCommands commands);
@@ -28,12 +27,12 @@ class MenuBar {
 
   Gtk::MenuBar& widget() { return bar_; }
 
-  // Replaces everything that was there. The delegate must outlive the menus.
+  // Replaces all menus. The delegate must outlive them.
   void setMenus(const std::vector<Menu>& menus, MenuDelegate& delegate);
 
-  // The keys of the menus work in these windows, once each. In a panel only those that are not
-  // about the page or the frame of the main window.
+  // Makes the menus' keys work in the window.
   void addMainWindow(Gtk::Window& window);
+  // The same, without the keys that concern the page or the frame of the main window.
   void addPanel(Gtk::Window& window);
 
  private:
@@ -46,8 +45,8 @@ class MenuBar {
   void addWindow(Gtk::Window& window);
   static gboolean onShortcut(GtkAccelGroup*, GObject* window, guint, GdkModifierType,
                              gpointer data);
-  // A key that nobody wanted.
-  bool keyLeftOver(const GdkEventKey& event, GtkWindow* window);
+  // Handles the key of an edit command that no widget of the window has handled.
+  bool unhandledKeyPressed(const GdkEventKey& event, GtkWindow* window);
   void perform(const MenuItem& item, GtkWindow* window);
 
   ApplicationCommands commands_;
@@ -59,7 +58,7 @@ class MenuBar {
   };
   std::vector<Shortcut> shortcuts_;
   std::vector<MenuItem> editItems_;
-  // Of every window, and of the main window alone.
+  // The keys of every window, and those of the main window alone.
   GObjectPtr<GtkAccelGroup> commonKeys_;
   GObjectPtr<GtkAccelGroup> mainWindowKeys_;
   std::vector<sigc::connection> connections_;

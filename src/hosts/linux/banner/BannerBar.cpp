@@ -7,7 +7,7 @@
 namespace navora {
 namespace {
 
-// The toolkit moves the block smoothly from one pulse to the next.
+// GTK animates the block between two pulses.
 constexpr gint64 pulseMicroseconds = 100'000;
 constexpr double pulseStep = 0.07;
 
@@ -21,7 +21,7 @@ BannerBar::BannerBar() {
 }
 
 BannerBar::~BannerBar() {
-  endAnimation();
+  stopAnimation();
 }
 
 void BannerBar::show(UpdateBannerProgress progress) {
@@ -34,29 +34,29 @@ void BannerBar::show(UpdateBannerProgress progress) {
 void BannerBar::updateAnimation() {
   const bool indeterminate = progress_.kind == UpdateBannerProgress::Kind::indeterminate;
   if (!indeterminate || !bar_.get_mapped()) {
-    endAnimation();
+    stopAnimation();
   } else if (!isAnimating()) {
-    beginAnimation();
+    startAnimation();
   }
 }
 
-// Driven by the window's frames and by no timer: a minimised window has none.
-void BannerBar::beginAnimation() {
+// Uses the frame clock rather than a timer: a minimised window has no frames.
+void BannerBar::startAnimation() {
   bar_.pulse();
   animation_ = bar_.add_tick_callback([this](const Glib::RefPtr<Gdk::FrameClock>& clock) {
-    frame(clock->get_frame_time());
+    frameStarted(clock->get_frame_time());
     return true;
   });
 }
 
-void BannerBar::endAnimation() {
+void BannerBar::stopAnimation() {
   if (!isAnimating()) return;
   bar_.remove_tick_callback(std::exchange(animation_, 0));
-  // Ends the toolkit's own part of the animation, which goes on in hidden bars.
+  // Leaves GTK's activity mode, whose own animation continues in a hidden bar.
   bar_.set_fraction(progress_.fraction);
 }
 
-void BannerBar::frame(gint64 time) {
+void BannerBar::frameStarted(gint64 time) {
   if (time - lastPulse_ < pulseMicroseconds) return;
   lastPulse_ = time;
   bar_.pulse();

@@ -6,7 +6,7 @@
 
 namespace navora {
 
-// The bar of the update banner. Its animation runs only while it can be seen.
+// The progress bar of the update banner. The indeterminate animation runs only while it is mapped.
 class BannerBar {
  public:
   BannerBar();
@@ -22,13 +22,14 @@ class BannerBar {
 
  private:
   void updateAnimation();
-  void beginAnimation();
-  void endAnimation();
-  void frame(gint64 time);
+  void startAnimation();
+  void stopAnimation();
+  // `time` is in microseconds.
+  void frameStarted(gint64 time);
 
   Gtk::ProgressBar bar_;
   UpdateBannerProgress progress_;
-  // The number that the toolkit has given to the animation, 0 while there is none.
+  // The id of the tick callback; 0 while not animating.
   guint animation_ = 0;
   gint64 lastPulse_ = 0;
 };

@@ -11,7 +11,7 @@ BannerButton::BannerButton(const char* styleClass, std::function<void()> pressed
   if (styleClass != nullptr) button_.get_style_context()->add_class(styleClass);
   button_.set_focus_on_click(false);
   button_.set_no_show_all(true);
-  // In a window that is too narrow.
+  // Wraps in a window that is too narrow for the title.
   title_.set_line_wrap(true);
   title_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
   title_.set_justify(Gtk::JUSTIFY_CENTER);
@@ -40,13 +40,13 @@ void BannerButton::rememberTitle() {
   pressedTitle_ = title_.get_text();
 }
 
-// Between the beginning of a press and its end the banner may have gone on to something that the
-// user has not read yet.
+// Ignores a press that began under another title: the content may have changed before the release,
+// and the user has not read the new title.
 void BannerButton::clicked() {
-  const auto begun = std::exchange(pressedTitle_, std::nullopt);
-  if (begun && *begun != title_.get_text().raw()) return;
+  const auto titleAtPress = std::exchange(pressedTitle_, std::nullopt);
+  if (titleAtPress && *titleAtPress != title_.get_text().raw()) return;
   if (!button_.get_mapped() || !button_.is_sensitive()) return;
-  // The press may end the banner and this button with it.
+  // A copy, because the call may destroy the banner with this button.
   const auto pressed = pressed_;
   pressed();
 }

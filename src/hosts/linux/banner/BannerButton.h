@@ -11,10 +11,10 @@
 
 namespace navora {
 
-// One button of the update banner. The mouse presses it without taking the focus from the page.
+// A button of the update banner. A click does not move the focus to it.
 class BannerButton {
  public:
-  // The style class may be null for the look of the theme's buttons.
+  // `styleClass` may be null, for the theme's plain button.
   BannerButton(const char* styleClass, std::function<void()> pressed);
 
   void show(const UpdateBannerContent::Button& content);
@@ -28,7 +28,7 @@ class BannerButton {
   std::function<void()> pressed_;
   Gtk::Button button_;
   Gtk::Label title_;
-  // What the button said when the press began that has not ended yet.
+  // The title when the current press began; nullopt while there is no press.
   std::optional<std::string> pressedTitle_;
 };
 

@@ -1,8 +1,5 @@
 #include "hosts/linux/banner/BannerCard.h"
 
-#include <algorithm>
-#include <cmath>
-#include <memory>
 #include <numbers>
 
 #include <gdkmm/general.h>
@@ -10,32 +7,13 @@
 #include <gtkmm/window.h>
 
 #include "hosts/linux/banner/BannerStyle.h"
+#include "hosts/linux/graphics/CairoRegion.h"
 #include "platform/UpdateBannerView.h"
 
 namespace navora {
 namespace {
 
 using Layout = UpdateBannerLayout;
-
-struct RegionDeleter {
-  void operator()(cairo_region_t* region) const { cairo_region_destroy(region); }
-};
-using RegionPtr = std::unique_ptr<cairo_region_t, RegionDeleter>;
-
-// Every pixel that is more than half inside.
-RegionPtr roundedRegion(int width, int height) {
-  constexpr double radius = Layout::cornerRadius;
-  RegionPtr region(cairo_region_create());
-  for (int y = 0; y < height; ++y) {
-    const double toCentre = radius - std::min(y, height - 1 - y) - 0.5;
-    const double inset =
-        toCentre > 0 ? radius - std::sqrt(radius * radius - toCentre * toCentre) : 0;
-    const int left = static_cast<int>(std::lround(inset));
-    const cairo_rectangle_int_t row{left, y, std::max(0, width - 2 * left), 1};
-    cairo_region_union_rectangle(region.get(), &row);
-  }
-  return region;
-}
 
 void roundedPath(const Cairo::RefPtr<Cairo::Context>& context, double inset, double width,
                  double height) {
@@ -109,17 +87,17 @@ void BannerCard::drawHairline(const Cairo::RefPtr<Cairo::Context>& context) {
 
 void BannerCard::on_size_allocate(Gtk::Allocation& allocation) {
   Gtk::Box::on_size_allocate(allocation);
-  // The overlay makes a rectangular surface for the card, which would keep clicks beside the
-  // rounded corners from the page.
+  // The overlay gives the card a rectangular GdkWindow, which would keep clicks outside the rounded
+  // corners from the page.
   if (const auto surface = get_parent_window()) {
-    gdk_window_input_shape_combine_region(
-        surface->gobj(), roundedRegion(allocation.get_width(), allocation.get_height()).get(), 0,
-        0);
+    const auto region =
+        roundedRegion(allocation.get_width(), allocation.get_height(), Layout::cornerRadius);
+    gdk_window_input_shape_combine_region(surface->gobj(), region.get(), 0, 0);
   }
 }
 
-// A container that can have the focus itself hands none to its children, so it gives up the one for
-// the other.
+// A focusable container does not pass the focus on to its children, so the card must stop being
+// focusable first.
 bool BannerCard::on_focus(Gtk::DirectionType direction) {
   set_can_focus(false);
   return Gtk::Box::on_focus(direction);

@@ -5,24 +5,25 @@
 
 namespace navora {
 
-// Makes a widget look like the theme's popovers, whatever it is.
+// Gives a widget the CSS node name "popover", so that the theme styles it as a popover. A base
+// class, because the name belongs to the GObject class.
 class PopoverNode : public Glib::ExtraClassInit {
  protected:
   PopoverNode();
 };
 
-// The plate of the update banner: a column with rounded corners, through which the page is seen and
-// clicked, and a hairline around it.
+// The update banner's background and column of widgets: a rounded rectangle with a hairline border.
+// Outside its corners the page below stays visible and receives the clicks.
 class BannerCard final : public PopoverNode, public Gtk::Box {
  public:
   BannerCard();
 
-  // Whether the focus of the card's window is on it or on something in it.
+  // Returns whether the focus of the card's window is on the card or one of its descendants.
   bool containsFocus();
-  // Takes the focus without giving it to a button: what is pressed by mistake presses nothing. Tab
-  // leads on to the first button.
+  // Moves the focus to the card itself, so that a key pressed by mistake activates no button; Tab
+  // moves it on to the first button.
   void holdFocus();
-  // Gives the focus to the first button; false when there is none that could have it.
+  // Moves the focus to the first button; returns false if no button is focusable.
   bool focusFirstButton();
 
  protected:

@@ -10,10 +10,10 @@ namespace {
 
 using Layout = UpdateBannerLayout;
 
-// The Mac's own red. Themes have one only for what destroys something, each another.
+// The system red of macOS. GTK themes define no red but that of destructive actions, each its own.
 constexpr const char* systemRed = "#ff3b30";
 
-// The card draws its border itself: the toolkit knows no half pixels.
+// No border: the card draws its own, because CSS borders in GTK are whole pixels wide.
 std::string plate() {
   std::ostringstream css;
   css.imbue(std::locale::classic());
@@ -23,7 +23,7 @@ std::string plate() {
   return css.str();
 }
 
-// What hinders an update stands in the detail: it is stronger than themes have secondary texts.
+// The detail may say why an update is blocked, so it is darker than the theme's dim label.
 std::string texts(const std::string& card) {
   std::ostringstream css;
   css.imbue(std::locale::classic());
@@ -45,7 +45,7 @@ std::string primaryButton(const std::string& button) {
   return css.str();
 }
 
-// A filled pill, lower than the buttons above it.
+// A filled pill, less high than the buttons above it.
 std::string tertiaryButton(const std::string& button) {
   return button +
          " { font-size: 11px; padding: 2px 10px; min-height: 0; border: none; border-radius: 10px;"
@@ -54,7 +54,8 @@ std::string tertiaryButton(const std::string& button) {
          ":active { background: alpha(currentColor, 0.26); }\n";
 }
 
-// The sign's line may be higher than the button is: it sticks out where nothing is drawn.
+// The negative margin lets the line of the "×" be higher than the button; only empty space
+// overflows.
 std::string closeButton(const std::string& button) {
   std::ostringstream css;
   css.imbue(std::locale::classic());

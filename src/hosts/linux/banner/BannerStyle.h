@@ -13,7 +13,7 @@ struct BannerStyle {
   static constexpr const char* tertiary = "banner-tertiary";
   static constexpr const char* close = "banner-close";
 
-  // What the banner has beyond the theme, and in place of it.
+  // Returns the style sheet that extends and overrides the theme's.
   static std::string css();
 };
 

@@ -18,7 +18,7 @@ namespace {
 using Layout = UpdateBannerLayout;
 
 constexpr int spacing = static_cast<int>(Layout::spacing);
-// No text that is meant for reading is longer; the rest of it is cut.
+// Longer texts are cut with an ellipsis.
 constexpr int titleLines = 4;
 constexpr int detailLines = 12;
 
@@ -57,7 +57,7 @@ LinuxUpdateBanner::LinuxUpdateBanner()
   Gtk::StyleContext::add_provider_for_screen(Gdk::Screen::get_default(), css_,
                                              GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   build();
-  describe();
+  setUpAccessibility();
   setContent({});
   setProgress({});
 }
@@ -91,8 +91,8 @@ void LinuxUpdateBanner::build() {
   card_.signal_key_press_event().connect([this](GdkEventKey* event) { return keyPressed(*event); });
 }
 
-void LinuxUpdateBanner::describe() {
-  // Screen readers read one aloud when it comes.
+void LinuxUpdateBanner::setUpAccessibility() {
+  // Screen readers read a notification aloud when it appears.
   card_.get_accessible()->set_role(Atk::ROLE_NOTIFICATION);
   title_.get_accessible()->set_role(Atk::ROLE_HEADING);
   atk_object_add_relationship(gtk_widget_get_accessible(GTK_WIDGET(bar_.widget().gobj())),
@@ -102,8 +102,8 @@ void LinuxUpdateBanner::describe() {
 
 void LinuxUpdateBanner::attach(MainWindow& window) {
   window_ = &static_cast<LinuxMainWindow&>(window);
-  windowEnd_ = SignalConnection(window_->native().gobj(), "destroy",
-                                G_CALLBACK(&LinuxUpdateBanner::onWindowDestroyed), this);
+  windowDestroyed_ = SignalConnection(window_->native().gobj(), "destroy",
+                                      G_CALLBACK(&LinuxUpdateBanner::onWindowDestroyed), this);
   connectWindow();
   window_->overlay().add_overlay(card_);
 }
@@ -125,16 +125,16 @@ void LinuxUpdateBanner::onWindowDestroyed(GtkWidget*, gpointer self) {
   static_cast<LinuxUpdateBanner*>(self)->window_ = nullptr;
 }
 
-// The overlay's own placing would measure the height at the full width, which is too low for texts
-// that wrap in a narrow window.
+// GtkOverlay would measure the height for the full width, which is not enough for texts that wrap
+// in a narrow window.
 bool LinuxUpdateBanner::place(const Gtk::Widget& child, Gdk::Rectangle& place) {
   if (&child != &card_) return false;
-  const int room = window_->overlay().get_allocated_width() -
-                   static_cast<int>(Layout::minimumLeadingDistance + Layout::trailingDistance);
+  const int available = window_->overlay().get_allocated_width() -
+                        static_cast<int>(Layout::minimumLeadingDistance + Layout::trailingDistance);
   int minimum = 0;
   int natural = 0;
   card_.get_preferred_width(minimum, natural);
-  const int width = std::max(minimum, std::min(static_cast<int>(Layout::width), room));
+  const int width = std::max(minimum, std::min(static_cast<int>(Layout::width), available));
   int height = 0;
   card_.get_preferred_height_for_width(width, minimum, height);
   const int trailing = static_cast<int>(Layout::trailingDistance);
@@ -148,10 +148,10 @@ void LinuxUpdateBanner::setHidden(bool hidden) {
   const bool hadFocus = card_.containsFocus();
   card_.set_visible(!hidden);
   redrawPage();
-  if (hidden && hadFocus) giveFocusBack();
+  if (hidden && hadFocus) restoreFocus();
 }
 
-// Where the card was, and beside its corners.
+// The page below must be repainted where the card was and outside its corners.
 void LinuxUpdateBanner::redrawPage() {
   if (window_ != nullptr) window_->redrawContent();
 }
@@ -180,7 +180,7 @@ void LinuxUpdateBanner::setProgress(UpdateBannerProgress progress) {
 void LinuxUpdateBanner::announce(const std::string& text) {
   AtkObject* accessible = gtk_widget_get_accessible(GTK_WIDGET(card_.gobj()));
   const std::string shown = withModifierNames(text);
-  // The later signal carries a politeness; libraries before it have only the plain one.
+  // ATK 2.50 deprecates "announcement" for "notification", which has a politeness argument.
   if (g_signal_lookup("notification", ATK_TYPE_OBJECT) != 0) {
     constexpr int polite = 1;
     g_signal_emit_by_name(accessible, "notification", shown.c_str(), polite);
@@ -207,19 +207,19 @@ void LinuxUpdateBanner::pressed(UpdateBannerButton which) {
   if (delegate_ != nullptr) delegate_->bannerButtonPressed(which);
 }
 
-// Escape closes what has a close button, and nothing else.
+// Escape presses the close button, if the content has one.
 bool LinuxUpdateBanner::keyPressed(const GdkEventKey& event) {
   if (event.keyval != GDK_KEY_Escape || !close_.widget().get_visible()) return false;
   if (close_.widget().is_sensitive()) close_.widget().clicked();
   return true;
 }
 
-// A page can keep Tab for itself, as editors do.
+// F6 moves between page and banner, because a page may handle Tab itself, as editors do.
 bool LinuxUpdateBanner::windowKeyPressed(const GdkEventKey& event) {
   const auto modifiers = event.state & gtk_accelerator_get_default_mod_mask();
   if (event.keyval != GDK_KEY_F6 || modifiers != 0 || isHidden()) return false;
   if (card_.containsFocus()) {
-    giveFocusBack();
+    restoreFocus();
     return true;
   }
   return card_.focusFirstButton();
@@ -230,7 +230,7 @@ void LinuxUpdateBanner::rememberFocus(Gtk::Widget* focus) {
   g_weak_ref_set(&focusOutside_, focus->gobj());
 }
 
-void LinuxUpdateBanner::giveFocusBack() {
+void LinuxUpdateBanner::restoreFocus() {
   if (window_ == nullptr) return;
   const auto before =
       GObjectPtr<GtkWidget>::adopt(static_cast<GtkWidget*>(g_weak_ref_get(&focusOutside_)));

@@ -19,8 +19,8 @@ namespace navora {
 
 class LinuxMainWindow;
 
-// The update banner as an overlay over the page. It never takes the focus by itself: Tab leads to
-// its buttons, and F6 from wherever the focus is and back.
+// The update banner, an overlay over the page. Appearing or changing never moves the focus to it.
+// F6 moves the focus to its first button and back to where it was.
 class LinuxUpdateBanner final : public UpdateBannerView {
  public:
   LinuxUpdateBanner();
@@ -41,22 +41,22 @@ class LinuxUpdateBanner final : public UpdateBannerView {
  private:
   static void onWindowDestroyed(GtkWidget* window, gpointer self);
   void build();
-  void describe();
+  void setUpAccessibility();
   void connectWindow();
   void pressed(UpdateBannerButton which);
   bool keyPressed(const GdkEventKey& event);
   bool windowKeyPressed(const GdkEventKey& event);
   void rememberFocus(Gtk::Widget* focus);
-  void giveFocusBack();
+  void restoreFocus();
   void redrawPage();
   bool place(const Gtk::Widget& child, Gdk::Rectangle& place);
 
   UpdateBannerViewDelegate* delegate_ = nullptr;
-  // None before the banner is attached and after the window's end.
+  // Null before attach() and after the window is destroyed.
   LinuxMainWindow* window_ = nullptr;
-  SignalConnection windowEnd_;
+  SignalConnection windowDestroyed_;
   std::vector<sigc::connection> connections_;
-  // What had the focus before the banner, for as long as it lives.
+  // The last focused widget outside the banner.
   GWeakRef focusOutside_{};
   Glib::RefPtr<Gtk::CssProvider> css_ = Gtk::CssProvider::create();
 

@@ -9,7 +9,7 @@
 
 namespace navora {
 
-// The round button of the capture panel: the core paints it.
+// The round submit button of the capture panel, painted by the core.
 class CaptureButtonView {
  public:
   // The delegate must outlive the button.

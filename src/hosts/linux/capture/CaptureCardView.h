@@ -6,17 +6,20 @@
 
 namespace navora {
 
-// The card that is all of the capture panel's window: the core paints it, with transparent corners.
+// The background of the capture panel's window: a card with transparent corners, painted by the
+// core.
 class CaptureCardView {
  public:
-  // Both must outlive the card.
+  // Both arguments must outlive the card.
   CaptureCardView(Gtk::Window& window, CapturePanelDelegate& delegate)
       : window_(window), delegate_(delegate) {}
 
+  // Paints the card over the whole window.
   void paint(const Cairo::RefPtr<Cairo::Context>& context, Size size);
-  // Without a compositor, what is transparent would show black: cuts the window to the card.
+  // Shapes the window to the card's outline where no compositor runs, because transparent pixels
+  // would be black there; removes the shape where one does.
   void shape(Size size);
-  // After the card or the compositor has changed.
+  // Shapes and redraws the window, after the card's appearance or the compositor has changed.
   void redraw(Size size);
 
  private:

@@ -27,9 +27,9 @@ std::string cssFamily(FontFamily family) {
     case FontFamily::mono:
       return "font-family: monospace;";
     case FontFamily::sans:
+      // The text view's default, the desktop's font.
       break;
   }
-  // The desktop's own font.
   return "";
 }
 

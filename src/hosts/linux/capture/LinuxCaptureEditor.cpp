@@ -14,7 +14,7 @@ namespace navora {
 namespace {
 
 constexpr int textInset = static_cast<int>(CapturePanelLayout::editorInset);
-// The text begins where the message below it does.
+// Aligns the text with the message below it.
 constexpr int sideMargin = static_cast<int>(CapturePanelLayout::messageIndent);
 
 void applyTo(Gtk::Widget& widget, const Glib::RefPtr<Gtk::CssProvider>& css) {
@@ -40,9 +40,9 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
   view_.set_bottom_margin(textInset);
   view_.set_left_margin(sideMargin);
   view_.set_right_margin(sideMargin);
-  // GTK 3 draws its emoji chooser inside of the window, which is too low for it.
+  // GTK 3 shows its emoji chooser inside the window, which is not high enough for it.
   view_.set_input_hints(Gtk::INPUT_HINT_NO_EMOJI);
-  // Tab leads to the button, as it would in any form.
+  // Tab moves the focus to the button, as in a form.
   view_.set_accepts_tab(false);
 
   connectBuffer();
@@ -50,13 +50,13 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
   scroller_.show_all();
 }
 
-// Dying widgets still lose the focus, which the delegate must not hear of any more.
+// Destroying a focused widget emits focus-out, which must not reach the delegate.
 LinuxCaptureEditor::~LinuxCaptureEditor() {
   for (auto& connection : connections_)
     connection.disconnect();
 }
 
-// What a user action deletes and inserts counts as one change.
+// Reports one change per user action, even if it deletes and inserts.
 void LinuxCaptureEditor::connectBuffer() {
   connections_.push_back(buffer_->signal_changed().connect([this] { textChanged(); }));
   connections_.push_back(
@@ -68,14 +68,14 @@ void LinuxCaptureEditor::connectBuffer() {
 }
 
 void LinuxCaptureEditor::connectView() {
-  const auto tellFocus = [this](bool focused) {
+  const auto reportFocus = [this](bool focused) {
     return [this, focused](GdkEventFocus*) {
       delegate_.editorDidChangeFocus(focused);
       return false;
     };
   };
-  connections_.push_back(view_.signal_focus_in_event().connect(tellFocus(true)));
-  connections_.push_back(view_.signal_focus_out_event().connect(tellFocus(false)));
+  connections_.push_back(view_.signal_focus_in_event().connect(reportFocus(true)));
+  connections_.push_back(view_.signal_focus_out_event().connect(reportFocus(false)));
   connections_.push_back(view_.signal_draw().connect(
       [this](const Cairo::RefPtr<Cairo::Context>& context) { return drawPlaceholder(context); }));
   preedit_ = SignalConnection(view_.gobj(), "preedit-changed", G_CALLBACK(onPreeditChanged), this);
@@ -125,18 +125,18 @@ void LinuxCaptureEditor::setStyle(const CaptureEditorStyle& style) {
   style_ = style;
   css_->load_from_data(cssFrom(style));
   font_ = fontFrom(style);
-  fillLinesTo(style.lineHeight);
+  setLineHeight(style.lineHeight);
 }
 
-// In the font of the style: a hidden widget takes over a new style only when it is shown.
+// The font is set explicitly: a hidden widget applies a changed style sheet only when it is shown.
 Glib::RefPtr<Pango::Layout> LinuxCaptureEditor::layoutOf(const Glib::ustring& text) {
   const auto layout = view_.create_pango_layout(text);
   layout->set_font_description(font_);
   return layout;
 }
 
-// The font's own line and what is missing, shared between above and below.
-void LinuxCaptureEditor::fillLinesTo(double lineHeight) {
+// Divides what the font's own line lacks between the space above and below it.
+void LinuxCaptureEditor::setLineHeight(double lineHeight) {
   int height = 0;
   int width = 0;
   layoutOf("Ag")->get_pixel_size(width, height);
@@ -190,7 +190,7 @@ double LinuxCaptureEditor::textHeight(double enough) {
   const auto layout = layoutOf("");
   layout->set_width(textWidth() * PANGO_SCALE);
   layout->set_wrap(Pango::WRAP_WORD_CHAR);
-  // A longer piece is laid out only while the shorter one does not settle the question.
+  // Laying out a long text is slow: measure growing prefixes until one is high enough.
   const int length = buffer_->get_char_count();
   for (int measured = 2000;; measured *= 2) {
     const bool whole = measured >= length;

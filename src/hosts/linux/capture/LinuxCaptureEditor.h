@@ -22,9 +22,9 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   Gtk::ScrolledWindow& widget() { return scroller_; }
   Gtk::TextView& textView() { return view_; }
   bool isComposing() const { return composing_; }
-  // A key that nobody else wanted; whether the editor knew it.
+  // Handles the keys of undo and redo; returns false for any other key.
   bool handleKey(const GdkEventKey& event);
-  // Drops what an input method has not committed yet.
+  // Discards the text that the input method has not committed.
   void stopComposing();
 
   std::string text() const override;
@@ -45,7 +45,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   bool drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context);
   bool isEmpty() const;
   Glib::RefPtr<Pango::Layout> layoutOf(const Glib::ustring& text);
-  void fillLinesTo(double lineHeight);
+  void setLineHeight(double lineHeight);
   int textWidth() const;
 
   CaptureEditorDelegate& delegate_;
@@ -57,7 +57,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   CaptureEditorStyle style_;
   Pango::FontDescription font_;
   std::string placeholder_;
-  // Added to every line, so that it is as high as the style wants.
+  // Pixels added to the font's own line height to reach the style's.
   int lineExtra_ = 0;
   bool composing_ = false;
   bool clearing_ = false;

@@ -34,7 +34,7 @@ Pango::AttrList messageAttributes(Color color) {
                                                       channel(color.blue));
   attributes.insert(size);
   attributes.insert(ink);
-  // pangomm has no name for this one.
+  // pangomm has no wrapper for this attribute.
   pango_attr_list_insert(attributes.gobj(), pango_attr_foreground_alpha_new(channel(color.alpha)));
   return attributes;
 }
@@ -96,13 +96,13 @@ void LinuxCapturePanel::useAlphaVisual() {
 
 void LinuxCapturePanel::connectEvents() {
   window_.add_events(Gdk::BUTTON_PRESS_MASK);
-  // Whoever asks the window manager to close it wants it out of the way.
+  // Closing the panel through the window manager dismisses it as Escape does.
   const auto dismiss = [this](GdkEventAny*) {
     delegate_.editorKeyDown({KeyEvent::escapeKey, 0}, false);
     return true;
   };
-  const auto rememberPlace = [this](GdkEventConfigure* event) {
-    placed(*event);
+  const auto configure = [this](GdkEventConfigure* event) {
+    configured(*event);
     return false;
   };
   const auto leaveFocus = [this](GdkEventFocus*) {
@@ -115,21 +115,20 @@ void LinuxCapturePanel::connectEvents() {
     return false;
   };
   const auto key = [this](GdkEventKey* event) { return keyPressed(*event); };
-  // Also disconnected before the window goes: closing it down makes events once more.
+  // Kept to be disconnected in the destructor: destroying the window emits these events again.
   for (const auto& connection : {window_.signal_draw().connect(draw, false),
                                  window_.signal_key_press_event().connect(key, false),
                                  window_.signal_button_press_event().connect(press),
                                  window_.signal_focus_out_event().connect(leaveFocus),
-                                 window_.signal_configure_event().connect(rememberPlace, false),
+                                 window_.signal_configure_event().connect(configure, false),
                                  window_.signal_delete_event().connect(dismiss)}) {
     connections_.push_back(connection);
   }
 }
 
-// Takes over where the user has moved the panel to. Other events come while the window manager puts
-// the window into its frame, and name a place in there: without the user's hand on the panel only
-// what the window manager sends by itself is about the screen.
-void LinuxCapturePanel::placed(const GdkEventConfigure& event) {
+// Except during a drag, trusts only synthetic ConfigureNotify events, which have root coordinates
+// (ICCCM 4.1.5). Those of the X server are relative to the window manager's frame.
+void LinuxCapturePanel::configured(const GdkEventConfigure& event) {
   if (!isVisible() || (!movedByUser_ && event.send_event == FALSE)) return;
   frame_.x = event.x;
   frame_.y = event.y;
@@ -148,7 +147,8 @@ bool LinuxCapturePanel::buttonPressed(const GdkEventButton& event) {
   return true;
 }
 
-// A key grab, of the hot key or of a menu, takes the focus away as well, and gives it back.
+// Waits for another window to become active: a keyboard grab, by the hot key or a menu, takes the
+// focus too, but only for a moment.
 void LinuxCapturePanel::focusLeft() {
   focusCheck_.disconnect();
   if (!isVisible()) return;
@@ -216,14 +216,15 @@ std::optional<Rectangle> LinuxCapturePanel::screenVisibleFrame() const {
 void LinuxCapturePanel::makeKeyAndOrderFront() {
   GdkWindow* surface = window_.get_window()->gobj();
   const guint32 time = activationTime(surface);
-  // Otherwise the window manager takes the panel for one that nobody asked for.
+  // Without it focus stealing prevention may keep the panel in the background
+  // (EWMH _NET_WM_USER_TIME).
   if (GDK_IS_X11_WINDOW(surface)) gdk_x11_window_set_user_time(surface, time);
   if (!isVisible()) {
     movedByUser_ = false;
     window_.move(frame_.x, frame_.y);
   }
   window_.present(time);
-  // Window managers do not give the keyboard to a new utility window by themselves.
+  // Window managers do not focus a new utility window by themselves.
   gdk_window_focus(surface, time);
 }
 

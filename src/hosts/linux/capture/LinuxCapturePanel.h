@@ -17,11 +17,11 @@ namespace navora {
 
 class ColorScheme;
 
-// A window without decorations that is realised once and then only mapped: showing it takes as long
-// as the display needs for a frame.
+// The quick capture panel: an undecorated utility window kept above the others. It is realized once
+// and afterwards only mapped and unmapped, so that it appears within a frame.
 class LinuxCapturePanel final : public CapturePanelView {
  public:
-  // All must outlive the panel.
+  // The delegate and the colour scheme must outlive the panel.
   LinuxCapturePanel(Size contentSize, CapturePanelDelegate& delegate, ColorScheme& colorScheme);
   ~LinuxCapturePanel() override;
   LinuxCapturePanel(const LinuxCapturePanel&) = delete;
@@ -59,7 +59,7 @@ class LinuxCapturePanel final : public CapturePanelView {
   void connectEvents();
   bool keyPressed(const GdkEventKey& event);
   bool buttonPressed(const GdkEventButton& event);
-  void placed(const GdkEventConfigure& event);
+  void configured(const GdkEventConfigure& event);
   void focusLeft();
   void checkFocus();
   void placeChildren();
@@ -67,10 +67,10 @@ class LinuxCapturePanel final : public CapturePanelView {
 
   CapturePanelDelegate& delegate_;
   ColorScheme& colorScheme_;
-  // In GDK's coordinates: where the panel shall be, or where the user has moved it.
+  // In GDK's coordinates: the requested frame, at the position the user has dragged it to.
   GdkRectangle frame_{};
   CapturePanelLayout layout_;
-  // Since it was shown.
+  // Since the panel was last shown or moved by setFrame().
   bool movedByUser_ = false;
   Gtk::Window window_;
   CaptureCardView card_;

@@ -9,7 +9,7 @@ bool isBlank(gunichar character) {
   return g_unichar_isspace(character) != FALSE;
 }
 
-// Whether a new word or line begins between the two.
+// Returns whether a new word or line begins between two adjacent characters.
 bool separates(gunichar left, gunichar right) {
   return right == '\n' || (isBlank(left) && !isBlank(right));
 }
@@ -51,15 +51,15 @@ void TextUndo::add(Change change) {
   if (done_.empty() || !merge(done_.back(), change)) done_.push_back(std::move(change));
 }
 
-// The merged change stays part of the action that it began in: what is typed over a selection is
-// taken back together with the deletion of that selection.
+// The merged change keeps the action it began in, so that text typed over a selection is undone
+// together with the deletion of the selection.
 bool TextUndo::merge(Change& last, const Change& next) {
   if (last.isInsertion != next.isInsertion) return false;
   if (!last.isByCharacters || !next.isByCharacters) return false;
   return next.isInsertion ? mergeTyping(last, next) : mergeDeleting(last, next);
 }
 
-// A character that continues the word before it belongs to it; a new word begins a new change.
+// Merges a character that directly follows the last change and does not begin a new word.
 bool TextUndo::mergeTyping(Change& last, const Change& next) {
   if (next.offset != last.offset + static_cast<int>(last.text.size())) return false;
   if (separates(*last.text.rbegin(), next.text[0])) return false;
@@ -67,7 +67,7 @@ bool TextUndo::mergeTyping(Change& last, const Change& next) {
   return true;
 }
 
-// Backwards or forwards.
+// Merges a character deleted with BackSpace (before the last change) or Delete (at its position).
 bool TextUndo::mergeDeleting(Change& last, const Change& next) {
   const gunichar character = next.text[0];
   if (next.offset == last.offset - 1 && !separates(character, last.text[0])) {

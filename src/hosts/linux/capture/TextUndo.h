@@ -9,9 +9,9 @@
 
 namespace navora {
 
-// Undo and redo for a text buffer, which GTK 3 does not have. Typing is undone by words and so is
-// deleting character by character; everything else by the piece that was changed at once. For the
-// buffer undo and redo are one user action each.
+// Undo and redo for a GTK 3 text buffer, which has none. Characters typed or deleted one by one are
+// grouped into words; any other change is one step. undo() and redo() are one user action of the
+// buffer each.
 class TextUndo {
  public:
   explicit TextUndo(Glib::RefPtr<Gtk::TextBuffer> buffer);
@@ -19,22 +19,24 @@ class TextUndo {
   TextUndo(const TextUndo&) = delete;
   TextUndo& operator=(const TextUndo&) = delete;
 
-  bool canUndo() const { return !done_.empty(); }
-  bool canRedo() const { return !undone_.empty(); }
+  // Reverts the latest step; does nothing if there is none.
   void undo();
+  // Repeats the step that was undone last, if the buffer has not changed since.
   void redo();
-  // Nothing that was done until now can come back.
+  // Discards all steps.
   void forget();
 
  private:
-  // Characters of `text` are at `offset`, in characters, after an insertion and before a deletion.
   struct Change {
     bool isInsertion = true;
+    // The position of `text` in the buffer after the insertion or before the deletion, in
+    // characters.
     int offset = 0;
     Glib::ustring text;
-    // Made within one action of the user's, such as a replacement of the selection.
+    // The user action it belongs to. All changes of one action are undone together, such as the
+    // deletion and the insertion that replace a selection.
     int action = 0;
-    // Came character by character, so that the next one may belong to it.
+    // Made one character at a time, so that the next character may be merged into it.
     bool isByCharacters = false;
   };
 
@@ -45,7 +47,7 @@ class TextUndo {
   static bool mergeTyping(Change& last, const Change& next);
   static bool mergeDeleting(Change& last, const Change& next);
   void apply(const Change& change, bool forwards);
-  // Moves all changes of one action over.
+  // Applies all changes of the last action of `from`, moving them to `to`.
   void move(std::vector<Change>& from, std::vector<Change>& to, bool forwards);
 
   Glib::RefPtr<Gtk::TextBuffer> buffer_;

@@ -9,7 +9,7 @@ namespace {
 constexpr const char* interface = "org.freedesktop.portal.GlobalShortcuts";
 constexpr const char* sessionInterface = "org.freedesktop.portal.Session";
 constexpr const char* shortcutId = "capture";
-constexpr int patienceMilliseconds = 2000;
+constexpr int timeoutMilliseconds = 2000;
 
 GObjectPtr<GDBusConnection> sessionBus() {
   return GObjectPtr<GDBusConnection>::adopt(g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr));
@@ -53,7 +53,7 @@ bool GlobalShortcutsPortal::isAvailable() {
   const GVariantPtr version(g_dbus_connection_call_sync(
       bus.get(), PortalRequest::portalName, PortalRequest::portalPath,
       "org.freedesktop.DBus.Properties", "Get", g_variant_new("(ss)", interface, "version"),
-      G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, patienceMilliseconds, nullptr, nullptr));
+      G_VARIANT_TYPE("(v)"), G_DBUS_CALL_FLAGS_NONE, timeoutMilliseconds, nullptr, nullptr));
   return version != nullptr;
 }
 
@@ -64,7 +64,7 @@ GlobalShortcutsPortal::GlobalShortcutsPortal(const HotKey& hotKey, const std::st
       onPressed_(std::move(onPressed)),
       bus_(sessionBus()) {
   if (!bus_) return;
-  // Before there is anything to press.
+  // Subscribes first, so that no activation is missed.
   activations_ = g_dbus_connection_signal_subscribe(
       bus_.get(), PortalRequest::portalName, interface, "Activated", PortalRequest::portalPath,
       nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onActivated, this, nullptr);
@@ -131,7 +131,7 @@ void GlobalShortcutsPortal::onActivated(GDBusConnection*, const char*, const cha
   g_variant_get(parameters, "(&o&sta{sv})", &session, &shortcut, nullptr, nullptr);
   const auto& portal = *static_cast<GlobalShortcutsPortal*>(self);
   if (portal.session_ != session || g_strcmp0(shortcut, shortcutId) != 0) return;
-  // It may release this object.
+  // A copy, because the call may destroy the portal.
   const auto onPressed = portal.onPressed_;
   onPressed();
 }

@@ -12,15 +12,17 @@
 
 namespace navora {
 
-// One key combination of the whole desktop where programs may not grab keys themselves, for as long
-// as this object lives. The desktop asks the user, who may choose another combination or none.
+// A system-wide shortcut through xdg-desktop-portal's GlobalShortcuts, for desktops where programs
+// cannot grab keys. The desktop asks the user, who may choose another combination or refuse. The
+// destructor closes the session and withdraws a pending request.
 class GlobalShortcutsPortal {
  public:
-  // Whether the desktop has such a portal. Asks it and waits for the answer, briefly.
+  // Returns whether the desktop has the portal. Blocks for at most two seconds.
   static bool isAvailable();
 
-  // `description` is what the desktop shows for the shortcut. `onPressed` is called for every
-  // press. A refusal is told on standard error; the combination then does nothing.
+  // Requests the shortcut, shown by the desktop with `description`; calls `onPressed` for every
+  // press, from the main loop. A refusal is logged to standard error; `onPressed` is then never
+  // called.
   GlobalShortcutsPortal(const HotKey& hotKey, const std::string& description,
                         std::function<void()> onPressed);
   ~GlobalShortcutsPortal();
@@ -39,13 +41,13 @@ class GlobalShortcutsPortal {
   const std::function<void()> onPressed_;
   GObjectPtr<GDBusConnection> bus_;
   std::unique_ptr<PortalRequest> request_;
-  // An object path; empty before the portal has made the session.
+  // The session's object path; empty until the portal has created it.
   std::string session_;
   guint activations_ = 0;
 };
 
-// The combination as the portal writes it: "CTRL+SHIFT+space". Empty for a key without a name
-// there.
+// Returns the combination in the syntax of the XDG shortcuts specification, such as
+// "CTRL+SHIFT+space"; empty for a key that has no name here.
 std::string shortcutTrigger(const HotKey& hotKey);
 
 }  // namespace navora

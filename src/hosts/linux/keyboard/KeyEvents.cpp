@@ -23,7 +23,7 @@ std::uint16_t keyCodeFrom(guint keyval) {
     case GDK_KEY_Escape:
       return KeyEvent::escapeKey;
     case GDK_KEY_space:
-    // What some layouts make of the space bar together with Shift or the third level.
+    // The space bar with Shift or a third-level modifier in some layouts.
     case GDK_KEY_nobreakspace:
       return KeyEvent::spaceKey;
     default:

@@ -6,16 +6,17 @@
 
 namespace navora {
 
-// The key press in the core's terms. Keys are told by what they type, whatever the keyboard's
-// layout; Alt is Option, Super is Command.
+// Translates a key press to the core's key codes and modifiers, with Alt as Option and Super as
+// Command. The key code depends on the symbol typed, not on the position of the key.
 KeyEvent keyEventFrom(const GdkEventKey& event);
 
-// The same for combinations that the core writes with Command, the other platform's main modifier:
-// here that is Control, and Super takes its place.
+// The same for shortcuts, which the core writes with Command: Control is reported as Command, and
+// Super as Control.
 KeyEvent shortcutEventFrom(const GdkEventKey& event);
 
-// The key value, in lower case, that the key has in a combination such as Control+Z: under a layout
-// without Latin letters that of the first of the user's layouts which has one there.
+// Returns the lower-case key value to match in a shortcut such as Control+Z. Under a layout without
+// Latin letters it is that of the same key in the user's first layout that has an ASCII character
+// there.
 guint latinKeyFrom(const GdkEventKey& event);
 
 }  // namespace navora

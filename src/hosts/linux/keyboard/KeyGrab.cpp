@@ -14,7 +14,7 @@ namespace navora {
 
 namespace {
 
-// What a combination is compared by; the pointer's buttons and the keyboard's group are not.
+// Without the pointer buttons and the keyboard group, which are in the event's state as well.
 constexpr unsigned comparedModifiers =
     ShiftMask | LockMask | ControlMask | Mod1Mask | Mod2Mask | Mod3Mask | Mod4Mask | Mod5Mask;
 
@@ -39,7 +39,7 @@ unsigned modifiersFrom(std::uint32_t carbonModifiers) {
   return modifiers;
 }
 
-// Which modifier Num Lock is depends on the keyboard's layout.
+// Returns the modifier mask of Num Lock, which depends on the keyboard mapping; 0 if it has none.
 unsigned numLockModifier() {
   const std::unique_ptr<XModifierKeymap, decltype(&XFreeModifiermap)> map(
       XGetModifierMapping(display()), XFreeModifiermap);
@@ -59,7 +59,7 @@ bool KeyGrab::isSupported() {
 
 KeyGrab::KeyGrab(const HotKey& hotKey, std::function<void()> onPressed)
     : hotKey_(hotKey), onPressed_(std::move(onPressed)) {
-  // Otherwise a held key would be pressed and released again and again.
+  // Without it auto-repeat sends a release before every repeated press.
   XkbSetDetectableAutoRepeat(display(), True, nullptr);
   status_ = grab();
   if (status_ != 0) return;
@@ -118,7 +118,7 @@ void KeyGrab::ungrab() {
   for (const auto& [code, modifiers] : std::exchange(grabbed_, {}))
     XUngrabKey(display(), code, modifiers, DefaultRootWindow(display()));
   gdk_x11_display_error_trap_pop_ignored(gdkDisplay());
-  // Another program may want them at once.
+  // Frees the combination for other programs at once.
   gdk_display_flush(gdkDisplay());
 }
 
@@ -132,7 +132,7 @@ GdkFilterReturn KeyGrab::onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
   auto& grab = *static_cast<KeyGrab*>(self);
   const auto& key = static_cast<const XEvent*>(event)->xkey;
   if (key.type == KeyRelease) {
-    // The modifiers may go first and come back.
+    // Only the release of the key itself ends a press; the modifiers may change meanwhile.
     if (grab.heldKeyCode_ == key.keycode) grab.heldKeyCode_.reset();
     return GDK_FILTER_CONTINUE;
   }
@@ -145,7 +145,7 @@ GdkFilterReturn KeyGrab::onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
 void KeyGrab::onKeymapChanged(GdkKeymap*, gpointer self) {
   auto& grab = *static_cast<KeyGrab*>(self);
   grab.ungrab();
-  // A key that another program has taken meanwhile is gone; the next change may bring it back.
+  // If another program has grabbed the combination meanwhile, the next change tries again.
   grab.grab();
 }
 

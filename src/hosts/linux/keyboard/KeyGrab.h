@@ -10,20 +10,20 @@
 
 namespace navora {
 
-// One key combination of the whole display, for as long as this object lives, whichever locks are
-// on.
+// A passive grab of one key combination on the X server's root window (XGrabKey), in every state of
+// Caps Lock and Num Lock. The destructor releases it.
 class KeyGrab {
  public:
-  // Only the X server knows such grabs.
+  // Returns whether the display is an X server; Wayland has no grabs.
   static bool isSupported();
 
-  // `onPressed` is called once for every press, however long the keys are held.
+  // Calls `onPressed` once for every press, however long the keys are held.
   KeyGrab(const HotKey& hotKey, std::function<void()> onPressed);
   ~KeyGrab();
   KeyGrab(const KeyGrab&) = delete;
   KeyGrab& operator=(const KeyGrab&) = delete;
 
-  // 0, or the X server's error; then nothing is grabbed.
+  // Returns 0, or the X error code of a failed grab; nothing is grabbed then.
   int status() const { return status_; }
 
  private:
@@ -43,7 +43,7 @@ class KeyGrab {
   const std::function<void()> onPressed_;
   std::vector<Combination> grabbed_;
   int status_ = 0;
-  // Of the press that was reported last and has not ended.
+  // The key of the last reported press, until it is released.
   std::optional<unsigned> heldKeyCode_;
   gulong keymapHandler_ = 0;
 };

@@ -10,7 +10,7 @@
 namespace navora {
 namespace {
 
-// Sees the events of the process before the toolkit hands them out.
+// Filters the events of the process before GTK dispatches them.
 class KeyDownMonitor final : public ObserverToken {
  public:
   explicit KeyDownMonitor(std::function<bool(const KeyEvent&)> monitor)
@@ -47,20 +47,18 @@ HotKeys::Status LinuxHotKeys::installEventHandler(std::function<void()> onPresse
 }
 
 void LinuxHotKeys::removeEventHandler() {
+  unregisterHotKey();
   onPressed_ = nullptr;
 }
 
 HotKeys::Status LinuxHotKeys::registerHotKey(const HotKey& hotKey) {
-  // Before the new one exists: both may be the same keys.
+  // Releases the old combination first: the new one may be the same.
   unregisterHotKey();
-  const auto onPressed = [this] {
-    if (onPressed_) onPressed_();
-  };
   if (!KeyGrab::isSupported()) {
-    portal_ = std::make_unique<GlobalShortcutsPortal>(hotKey, L("Новая запись"), onPressed);
+    portal_ = std::make_unique<GlobalShortcutsPortal>(hotKey, L("Новая запись"), onPressed_);
     return 0;
   }
-  grab_ = std::make_unique<KeyGrab>(hotKey, onPressed);
+  grab_ = std::make_unique<KeyGrab>(hotKey, onPressed_);
   const Status status = grab_->status();
   if (status != 0) grab_.reset();
   return status;

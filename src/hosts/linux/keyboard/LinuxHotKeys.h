@@ -8,11 +8,12 @@
 
 namespace navora {
 
-// Through a key grab of the X server or, where there is none, the desktop's portal. The portal asks
-// the user, so a registration there succeeds before it is known whether the combination will work.
+// Registers hot keys with a key grab on X11 and with the desktop's portal on Wayland. The portal
+// asks the user, so a registration succeeds there before it is known whether the combination will
+// work.
 class LinuxHotKeys final : public HotKeys {
  public:
-  // The status on a desktop with neither.
+  // The status on a desktop that has neither.
   static constexpr Status unsupported = -1;
 
   LinuxHotKeys();
@@ -20,6 +21,8 @@ class LinuxHotKeys final : public HotKeys {
   LinuxHotKeys(const LinuxHotKeys&) = delete;
   LinuxHotKeys& operator=(const LinuxHotKeys&) = delete;
 
+  // The handler must be installed before a hot key is registered; removing it unregisters the hot
+  // key.
   Status installEventHandler(std::function<void()> onPressed) override;
   void removeEventHandler() override;
   Status registerHotKey(const HotKey& hotKey) override;

@@ -8,7 +8,7 @@
 namespace navora {
 
 std::string withModifierNames(const std::string& text) {
-  // Longer ones first.
+  // Longer symbols first, because they contain the shorter ones.
   static constexpr std::array<std::pair<const char*, const char*>, 4> names{{
       {"⌘⇧", "Ctrl+Shift+"},
       {"⌘+", "Ctrl+"},

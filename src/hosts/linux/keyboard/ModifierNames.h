@@ -4,7 +4,7 @@
 
 namespace navora {
 
-// The text with the names that the keys have on this desktop in place of the Mac's symbols.
+// Replaces the symbols of the Mac's modifier keys in a visible text by this desktop's key names.
 std::string withModifierNames(const std::string& text);
 
 }  // namespace navora

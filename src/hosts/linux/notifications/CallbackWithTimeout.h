@@ -9,46 +9,46 @@
 
 namespace navora {
 
-// An answer that is given exactly once: by whoever is first, or by the main loop when the time is
-// up.
-template <typename Answer>
+// A callback that is called exactly once: by the first call(), or by the main loop with a default
+// result when the time is up. Destroyed after that call, once no pointer is left.
+template <typename Result>
 class CallbackWithTimeout {
  public:
-  using Receiver = std::function<void(Answer)>;
+  using Callback = std::function<void(Result)>;
   using Pointer = std::shared_ptr<CallbackWithTimeout>;
 
-  static Pointer start(std::chrono::milliseconds patience, Receiver receiver, Answer whenLate) {
-    auto answer = Pointer(new CallbackWithTimeout(std::move(receiver), std::move(whenLate)));
-    answer->timer_ = g_timeout_add_full(G_PRIORITY_DEFAULT, static_cast<guint>(patience.count()),
-                                        onTimer, new Pointer(answer), release);
-    return answer;
+  static Pointer start(std::chrono::milliseconds timeout, Callback callback, Result onTimeout) {
+    auto pointer = Pointer(new CallbackWithTimeout(std::move(callback), std::move(onTimeout)));
+    pointer->timer_ = g_timeout_add_full(G_PRIORITY_DEFAULT, static_cast<guint>(timeout.count()),
+                                         timedOut, new Pointer(pointer), release);
+    return pointer;
   }
   CallbackWithTimeout(const CallbackWithTimeout&) = delete;
   CallbackWithTimeout& operator=(const CallbackWithTimeout&) = delete;
 
-  bool isGiven() const { return !receiver_; }
+  bool wasCalled() const { return !callback_; }
 
-  // Does nothing if an answer has been given.
-  void give(Answer answer) {
-    const Receiver receiver = std::exchange(receiver_, nullptr);
+  // Does nothing if the callback has been called. The callback may drop the last pointer.
+  void call(Result result) {
+    const Callback callback = std::exchange(callback_, nullptr);
     if (const guint timer = std::exchange(timer_, 0)) g_source_remove(timer);
-    if (receiver) receiver(std::move(answer));
+    if (callback) callback(std::move(result));
   }
 
  private:
-  CallbackWithTimeout(Receiver receiver, Answer whenLate)
-      : receiver_(std::move(receiver)), whenLate_(std::move(whenLate)) {}
+  CallbackWithTimeout(Callback callback, Result onTimeout)
+      : callback_(std::move(callback)), onTimeout_(std::move(onTimeout)) {}
 
-  static gboolean onTimer(gpointer pointer) {
+  static gboolean timedOut(gpointer pointer) {
     CallbackWithTimeout& self = **static_cast<Pointer*>(pointer);
     self.timer_ = 0;
-    self.give(std::move(self.whenLate_));
+    self.call(std::move(self.onTimeout_));
     return G_SOURCE_REMOVE;
   }
   static void release(gpointer pointer) { delete static_cast<Pointer*>(pointer); }
 
-  Receiver receiver_;
-  Answer whenLate_;
+  Callback callback_;
+  Result onTimeout_;
   guint timer_ = 0;
 };
 

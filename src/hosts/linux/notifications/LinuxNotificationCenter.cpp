@@ -1,10 +1,7 @@
 #include "hosts/linux/notifications/LinuxNotificationCenter.h"
 
-#include <algorithm>
 #include <string_view>
 #include <utility>
-
-#include <gtkmm/window.h>
 
 #include "hosts/linux/bus/BusCall.h"
 #include "hosts/linux/system/PlatformErrors.h"
@@ -20,7 +17,7 @@ constexpr BusMethod serviceMethod(const char* name) {
   return {serviceName, servicePath, serviceName, name};
 }
 
-// The list of a reply of type (as).
+// Returns whether the array of strings in a reply of type (as) contains the text.
 bool contains(GVariant* reply, std::string_view text) {
   const GVariantPtr list(g_variant_get_child_value(reply, 0));
   GVariantIter texts;
@@ -32,7 +29,7 @@ bool contains(GVariant* reply, std::string_view text) {
   return false;
 }
 
-// Whether the service runs, or would be started by a call.
+// Reports whether the service runs or can be activated by the bus.
 void findService(GDBusConnection* bus, const std::function<void(bool)>& found) {
   const auto startable = [found](GVariant* reply, const GError*) {
     found(reply != nullptr && contains(reply, serviceName));
@@ -49,21 +46,15 @@ void findService(GDBusConnection* bus, const std::function<void(bool)>& found) {
           running);
 }
 
-bool isInFront() {
-  const auto windows = Gtk::Window::list_toplevels();
-  return std::ranges::any_of(windows,
-                             [](const Gtk::Window* window) { return window->is_active(); });
-}
-
-// For people: without the bus library's name of the error.
-PlatformError readable(const GError* error) {
+// Strips the "GDBus.Error:" prefix, which is meant for programs.
+PlatformError readableError(const GError* error) {
   const GErrorPtr copy(g_error_copy(error));
   g_dbus_error_strip_remote_error(copy.get());
   return platformErrorFrom(*copy);
 }
 
-PlatformError late() {
-  // The library's own text, in the user's language.
+PlatformError timeoutError() {
+  // GLib's own message, in the user's language.
   const GErrorPtr error(g_error_new_literal(G_IO_ERROR, G_IO_ERROR_TIMED_OUT,
                                             g_dgettext("glib20", "Timeout was reached")));
   return platformErrorFrom(*error);
@@ -76,13 +67,13 @@ LinuxNotificationCenter::~LinuxNotificationCenter() {
   if (subscription_ != 0) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
 }
 
-// Not through `joinSharedBus`, which is silent where there is no bus, and keeps no order.
+// Does not use joinSharedBus(), which never calls back where there is no bus and keeps no order.
 void LinuxNotificationCenter::withBus(UseBus use) {
   if (bus_) return use(bus_.get(), nullptr);
   waitingForBus_.push_back(lifetime_.guard(std::move(use)));
   if (waitingForBus_.size() > 1) return;
   const auto useInOrder = [this](GDBusConnection* bus, const GError* error) {
-    if (bus != nullptr) listen(bus);
+    if (bus != nullptr) subscribe(bus);
     for (const UseBus& each : std::exchange(waitingForBus_, {}))
       each(bus, error);
   };
@@ -97,7 +88,7 @@ void LinuxNotificationCenter::onBus(GObject*, GAsyncResult* result, gpointer dat
   (*use)(bus.get(), error.get());
 }
 
-void LinuxNotificationCenter::listen(GDBusConnection* bus) {
+void LinuxNotificationCenter::subscribe(GDBusConnection* bus) {
   bus_ = GObjectPtr<GDBusConnection>::retain(bus);
   subscription_ = g_dbus_connection_signal_subscribe(bus, serviceName, serviceName, nullptr,
                                                      servicePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
@@ -108,12 +99,12 @@ void LinuxNotificationCenter::listen(GDBusConnection* bus) {
 
 void LinuxNotificationCenter::authorizationStatus(
     std::function<void(AuthorizationStatus)> completion) {
-  const auto answer = CallbackWithTimeout<AuthorizationStatus>::start(
-      patience_, lifetime_.guard(std::move(completion)), AuthorizationStatus::denied);
-  withBus([answer](GDBusConnection* bus, const GError*) {
-    if (bus == nullptr) return answer->give(AuthorizationStatus::denied);
-    findService(bus, [answer](bool found) {
-      answer->give(found ? AuthorizationStatus::authorized : AuthorizationStatus::denied);
+  const auto result = CallbackWithTimeout<AuthorizationStatus>::start(
+      timeout_, lifetime_.guard(std::move(completion)), AuthorizationStatus::denied);
+  withBus([result](GDBusConnection* bus, const GError*) {
+    if (bus == nullptr) return result->call(AuthorizationStatus::denied);
+    findService(bus, [result](bool found) {
+      result->call(found ? AuthorizationStatus::authorized : AuthorizationStatus::denied);
     });
   });
 }
@@ -126,7 +117,7 @@ void LinuxNotificationCenter::requestAuthorization(
 }
 
 PresentationOptions LinuxNotificationCenter::presentation() const {
-  if (delegate_ == nullptr || !isInFront()) return {.banner = true, .sound = true};
+  if (delegate_ == nullptr || !isApplicationActive()) return {.banner = true, .sound = true};
   return delegate_->willPresentNotification();
 }
 
@@ -135,33 +126,35 @@ void LinuxNotificationCenter::add(const UserNotification& notification,
   const Delivery delivery{.notification = notification,
                           .capabilities = {},
                           .sound = false,
-                          .answer = CallbackWithTimeout<std::optional<PlatformError>>::start(
-                              patience_, lifetime_.guard(std::move(completion)), late())};
+                          .completion = AddCompletion::start(
+                              timeout_, lifetime_.guard(std::move(completion)), timeoutError())};
   const auto prepared = [this, delivery](GVariant* reply, const GError* error) {
-    if (error != nullptr) return delivery.answer->give(readable(error));
+    if (error != nullptr) return delivery.completion->call(readableError(error));
     const PresentationOptions options = presentation();
-    if (!options.banner) return delivery.answer->give(std::nullopt);
+    if (!options.banner) return delivery.completion->call(std::nullopt);
     Delivery complete = delivery;
     complete.capabilities = notificationCapabilities(reply);
     complete.sound = options.sound && delivery.notification.defaultSound;
     deliver(std::move(complete));
   };
-  withBus([this, answer = delivery.answer, prepared](GDBusConnection* bus, const GError* error) {
-    if (bus == nullptr) return answer->give(readable(error));
-    callBus(bus, serviceMethod("GetCapabilities"), nullptr, "(as)", patience_,
+  withBus([this, completion = delivery.completion, prepared](GDBusConnection* bus,
+                                                             const GError* error) {
+    if (bus == nullptr) return completion->call(readableError(error));
+    callBus(bus, serviceMethod("GetCapabilities"), nullptr, "(as)", timeout_,
             lifetime_.guard(prepared));
   });
 }
 
 void LinuxNotificationCenter::deliver(Delivery delivery) {
-  // What has been reported as a failure may be tried again and must not be shown as well.
-  if (delivery.answer->isGiven()) return;
+  // A delivery that timed out was reported as failed and may be retried: showing it would duplicate
+  // it.
+  if (delivery.completion->wasCalled()) return;
   const std::string& identifier = delivery.notification.identifier;
-  const auto [earlier, isFirst] = underWay_.try_emplace(identifier);
+  const auto [earlier, isFirst] = pending_.try_emplace(identifier);
   if (!isFirst) {
-    // Its number, which this one is to replace, is still on its way.
+    // Wait for the number of the earlier notification, which this one replaces.
     std::erase_if(earlier->second,
-                  [](const Delivery& waiting) { return waiting.answer->isGiven(); });
+                  [](const Delivery& waiting) { return waiting.completion->wasCalled(); });
     earlier->second.push_back(std::move(delivery));
     return;
   }
@@ -177,7 +170,7 @@ void LinuxNotificationCenter::deliver(Delivery delivery) {
 
 void LinuxNotificationCenter::delivered(const Delivery& delivery, std::uint64_t run,
                                         GVariant* reply, const GError* error) {
-  auto waiting = std::move(underWay_.extract(delivery.notification.identifier).mapped());
+  auto waiting = std::move(pending_.extract(delivery.notification.identifier).mapped());
   if (reply != nullptr && run == run_) {
     std::uint32_t number = 0;
     g_variant_get(reply, "(u)", &number);
@@ -185,11 +178,11 @@ void LinuxNotificationCenter::delivered(const Delivery& delivery, std::uint64_t 
   }
   for (Delivery& next : waiting)
     deliver(std::move(next));
-  // Last: the answer may be this object's end.
-  delivery.answer->give(error == nullptr ? std::nullopt : std::optional(readable(error)));
+  // Last, because the completion may destroy this object.
+  delivery.completion->call(error == nullptr ? std::nullopt : std::optional(readableError(error)));
 }
 
-// Only the service's own: the subscription is for its name.
+// Receives only the service's own signals: the subscription filters by its name.
 void LinuxNotificationCenter::onSignal(GDBusConnection*, const char*, const char*, const char*,
                                        const char* name, GVariant* parameters, gpointer pointer) {
   auto& self = *static_cast<LinuxNotificationCenter*>(pointer);
@@ -205,7 +198,7 @@ void LinuxNotificationCenter::onSignal(GDBusConnection*, const char*, const char
   if (!url) return;
   const char* text = nullptr;
   g_variant_get_child(parameters, 1, "&s", &text);
-  // The token comes before the action that it is for.
+  // The service emits ActivationToken just before the ActionInvoked that it belongs to.
   if (signal == "ActivationToken") return useActivationToken(text);
   if (std::string_view(text) != defaultNotificationAction || self.delegate_ == nullptr) return;
   self.delegate_->didReceiveNotification(url);

@@ -20,8 +20,9 @@
 
 namespace navora {
 
-// Notifications over the desktop's notification service on the session bus. The desktop asks nobody
-// for permission: what a running (or startable) service offers is authorized, its absence denied.
+// Shows notifications through the desktop's notification service (org.freedesktop.Notifications).
+// Linux desktops have no permission to ask for: the status is authorized where the service runs or
+// can be activated by the bus, and denied otherwise.
 class LinuxNotificationCenter final : public NotificationCenter {
  public:
   LinuxNotificationCenter() = default;
@@ -30,34 +31,34 @@ class LinuxNotificationCenter final : public NotificationCenter {
   LinuxNotificationCenter(const LinuxNotificationCenter&) = delete;
   LinuxNotificationCenter& operator=(const LinuxNotificationCenter&) = delete;
 
-  // Whoever has not answered within this time counts as absent. For the questions from now on.
-  void setPatience(std::chrono::milliseconds patience) { patience_ = patience; }
+  // Sets the time within which the service must reply to later calls; 5 seconds by default.
+  void setTimeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
   void setDelegate(NotificationCenterDelegate* delegate) override { delegate_ = delegate; }
   void requestAuthorization(Options options,
                             std::function<void(AuthorizationResult)> completion) override;
   void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override;
-  // Fails when the service is late, but does not forget what it was given: if it shows the
-  // notification after all, a second attempt takes the place of the first.
+  // Fails if the service does not reply in time. It may show the notification nevertheless, so its
+  // late reply is still recorded, and a second add() with the identifier replaces the first.
   void add(const UserNotification& notification,
            std::function<void(std::optional<PlatformError>)> completion) override;
 
  private:
-  using AddAnswer = CallbackWithTimeout<std::optional<PlatformError>>::Pointer;
-  // Gets null, and the reason, where there is no session bus.
+  using AddCompletion = CallbackWithTimeout<std::optional<PlatformError>>;
+  // `bus` is null, and `error` set, if there is no session bus.
   using UseBus = std::function<void(GDBusConnection* bus, const GError* error)>;
 
-  // A notification on its way to the service.
+  // A notification that has not been delivered to the service yet.
   struct Delivery {
     UserNotification notification;
     NotificationCapabilities capabilities;
     bool sound = false;
-    AddAnswer answer;
+    AddCompletion::Pointer completion;
   };
 
   void withBus(UseBus use);
   static void onBus(GObject* source, GAsyncResult* result, gpointer data);
-  void listen(GDBusConnection* bus);
+  void subscribe(GDBusConnection* bus);
   PresentationOptions presentation() const;
   void deliver(Delivery delivery);
   void delivered(const Delivery& delivery, std::uint64_t run, GVariant* reply, const GError* error);
@@ -67,16 +68,18 @@ class LinuxNotificationCenter final : public NotificationCenter {
                        gpointer self);
   static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
 
-  std::chrono::milliseconds patience_ = std::chrono::seconds(5);
+  std::chrono::milliseconds timeout_ = std::chrono::seconds(5);
   NotificationCenterDelegate* delegate_ = nullptr;
-  // More than any desktop keeps on the screen or in its list. Of the service that runs now.
+  // The notifications of the running service; it keeps fewer itself.
   ShownNotifications shown_{200};
-  // Changes whenever the service ends: another one counts anew.
+  // Incremented when the service exits, to discard its late replies: the next one numbers its
+  // notifications anew.
   std::uint64_t run_ = 0;
-  // By identifier, those that the service has not answered yet, with what waits to replace them.
-  std::map<std::string, std::vector<Delivery>> underWay_;
+  // By identifier: the deliveries that the service has not replied to, each with those waiting to
+  // replace it.
+  std::map<std::string, std::vector<Delivery>> pending_;
   std::vector<UseBus> waitingForBus_;
-  // Once there has been one.
+  // Null until the session bus is first needed.
   GObjectPtr<GDBusConnection> bus_;
   guint subscription_ = 0;
   guint nameWatch_ = 0;

@@ -3,16 +3,15 @@
 #include <string_view>
 
 #include "hosts/linux/notifications/NotificationText.h"
+#include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "locale/DesktopLocale.h"
 
 namespace navora {
 namespace {
 
-// Of the desktop entry and of the icon.
-constexpr const char* applicationId = "example.navora.Navora";
 constexpr guint8 normalUrgency = 1;
-constexpr gint32 serviceDecides = -1;
+constexpr gint32 defaultExpiration = -1;
 
 GVariant* actionsFor(bool offered) {
   GVariantBuilder actions;
@@ -58,7 +57,7 @@ GVariant* notificationMessage(const UserNotification& notification, std::uint32_
   return g_variant_new("(susss@as@a{sv}i)", L("Навора").c_str(), replacedNumber, applicationId,
                        notificationSummary(notification.title).c_str(),
                        notificationBody(notification.body, capabilities.markup).c_str(),
-                       actionsFor(capabilities.actions), hintsFor(sound), serviceDecides);
+                       actionsFor(capabilities.actions), hintsFor(sound), defaultExpiration);
 }
 
 }  // namespace navora

@@ -8,22 +8,23 @@
 
 namespace navora {
 
-// What a notification service can do, of that which matters to us.
+// The capabilities of a notification service (Desktop Notifications Specification) that messages
+// depend on.
 struct NotificationCapabilities {
-  // Reports clicks.
+  // "actions": reports clicks.
   bool actions = false;
-  // Reads the body as markup.
+  // "body-markup": parses the body as markup.
   bool markup = false;
 };
 
-// From a reply to GetCapabilities, of type (as).
+// Parses the reply to GetCapabilities, which has the type (as).
 NotificationCapabilities notificationCapabilities(GVariant* reply);
 
-// The name of the action that a click on the notification itself is.
+// The key of the action that is invoked by a click on the notification itself.
 inline constexpr const char* defaultNotificationAction = "default";
 
-// The arguments of Notify. `replacedNumber` is the service's number of the notification whose place
-// this one takes, 0 for none. Floating.
+// Returns the arguments of Notify as a floating reference. `replacedNumber` is the service's number
+// of the notification that this one replaces, or 0.
 GVariant* notificationMessage(const UserNotification& notification, std::uint32_t replacedNumber,
                               NotificationCapabilities capabilities, bool sound);
 

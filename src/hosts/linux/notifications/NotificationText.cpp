@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t summaryLength = 200;
 constexpr std::size_t bodyLength = 2000;
-// A user-perceived character seldom has more bytes; one that has is cut with its text.
+// Few user-perceived characters have more bytes; a text with longer ones is cut earlier.
 constexpr std::size_t bytesPerCharacter = 64;
 
 bool isControl(gunichar character) {
@@ -31,7 +31,7 @@ std::string withoutControls(const std::string& text) {
   return result;
 }
 
-// What is far beyond the length need not be looked at.
+// Cleans and shortens the text to `length` characters without processing much more than these.
 std::string readable(const std::string& text, std::size_t length) {
   std::string beginning = text.substr(0, (length + 1) * bytesPerCharacter);
   const bool isCut = beginning.size() < text.size();

@@ -4,13 +4,13 @@
 
 namespace navora {
 
-// Texts as the desktop's notification service takes them: valid UTF-8 without control characters,
-// no longer than anybody reads on a card.
+// Both functions return valid UTF-8 without control characters, shortened with an ellipsis to a
+// length that fits a notification.
 
-// One line of plain text.
+// Returns the title as one line of plain text.
 std::string notificationSummary(const std::string& title);
 
-// Lines of text; `markup` says that the service reads it as markup, so that it must be escaped.
+// Returns the body, which may have several lines; escaped if the service parses it as markup.
 std::string notificationBody(const std::string& body, bool markup);
 
 }  // namespace navora

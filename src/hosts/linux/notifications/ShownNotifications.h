@@ -8,13 +8,13 @@
 
 namespace navora {
 
-// What the notification service has on display for us, by its numbers. Of very many the oldest are
-// forgotten: services keep no more themselves.
+// The notifications that the service shows for this application, by the service's numbers. Beyond
+// its capacity it forgets the oldest.
 class ShownNotifications {
  public:
   explicit ShownNotifications(std::size_t capacity) : capacity_(capacity) {}
 
-  // Takes the place of what had the same number or the same identifier.
+  // Replaces entries with the same number or the same identifier.
   void add(std::uint32_t number, const std::string& identifier, const std::string& url);
   void remove(std::uint32_t number);
   void clear() { entries_.clear(); }

@@ -57,12 +57,13 @@ void add(GVariantBuilder& properties, const char* name, GVariant* value) {
   g_variant_builder_add(&properties, "{sv}", name, value);
 }
 
-// A single underscore would make the next letter a mnemonic.
+// In dbusmenu labels a single underscore marks a mnemonic.
 std::string labelOf(const MenuItem& item) {
   return replaceAll(withModifierNames(item.title), "_", "__");
 }
 
-// Of a property that an item does not have.
+// Returns the value that the protocol defines for a property an item does not set, or null for an
+// unknown property.
 GVariant* defaultProperty(std::string_view name) {
   if (name == "enabled" || name == "visible") return g_variant_new_boolean(TRUE);
   if (name == "type") return g_variant_new_string("standard");
@@ -115,7 +116,7 @@ bool DBusMenu::refuseUnknown(Id id, GDBusMethodInvocation* invocation) const {
   return true;
 }
 
-// All of them, whichever are asked for, as trays expect.
+// Returns all properties even if a caller asks for some only, as other implementations do.
 GVariant* DBusMenu::propertiesOf(Id id) const {
   GVariantBuilder properties;
   g_variant_builder_init(&properties, G_VARIANT_TYPE_VARDICT);
@@ -165,7 +166,8 @@ void DBusMenu::getLayout(GVariant* parameters, GDBusMethodInvocation* invocation
       g_variant_new("(u(i@a{sv}av))", revision_, parent, propertiesOf(parent), &children));
 }
 
-// Of all items when none is named; those that are gone are left out.
+// An empty list of ids requests all items. Unknown ids are ignored: the item may just have been
+// removed.
 void DBusMenu::getGroupProperties(GVariant* parameters, GDBusMethodInvocation* invocation) {
   const GVariantPtr array(g_variant_get_child_value(parameters, 0));
   std::vector<Id> ids = idsFrom(array.get());
@@ -200,7 +202,7 @@ void DBusMenu::getProperty(GVariant* parameters, GDBusMethodInvocation* invocati
 void DBusMenu::choose(Id id, const std::string& event) {
   const Entry* entry = find(id);
   if (event != "clicked" || entry == nullptr || !entry->item.action) return;
-  // Copies: what the item does may end this menu.
+  // Copies, because the call may destroy this menu.
   const auto onChosen = onChosen_;
   const MenuItem item = entry->item;
   onChosen(item);
@@ -235,18 +237,18 @@ void DBusMenu::eventGroup(GVariant* parameters, GDBusMethodInvocation* invocatio
     return;
   }
   g_dbus_method_invocation_return_value(invocation, g_variant_new("(@ai)", arrayFrom(unknown)));
-  // The first event may end this menu.
-  auto chooseIfThere = lifetime_.guard(
+  // The first event may destroy this menu.
+  auto chooseIfAlive = lifetime_.guard(
       [this](const std::pair<Id, std::string>& event) { choose(event.first, event.second); });
   for (const auto& event : events)
-    chooseIfThere(event);
+    chooseIfAlive(event);
 }
 
 void DBusMenu::aboutToShow(GVariant* parameters, GDBusMethodInvocation* invocation) {
   Id id = root;
   g_variant_get(parameters, "(i)", &id);
   if (refuseUnknown(id, invocation)) return;
-  // Every change has been announced.
+  // No update is needed: every change has been announced with LayoutUpdated.
   g_dbus_method_invocation_return_value(invocation, g_variant_new("(b)", FALSE));
 }
 

@@ -12,21 +12,22 @@
 
 namespace navora {
 
-// A menu without submenus on a message bus, which trays show and report the clicks on.
+// Exports a menu without submenus on a message bus (com.canonical.dbusmenu): the tray shows it and
+// reports the clicks.
 class DBusMenu {
  public:
   static constexpr const char* path = "/MenuBar";
 
-  // `onChosen` may end the menu.
+  // Calls `onChosen` for each chosen item with an action; it may destroy the menu.
   DBusMenu(GDBusConnection* bus, const Menu& menu, std::function<void(const MenuItem&)> onChosen);
   DBusMenu(const DBusMenu&) = delete;
   DBusMenu& operator=(const DBusMenu&) = delete;
 
-  // Behind the last one if there are not so many.
+  // Inserts the item at the index, or at the end if there are fewer items.
   void insert(std::size_t index, const MenuItem& item);
 
  private:
-  // Never used for another item.
+  // Never reused for another item.
   using Id = std::int32_t;
   struct Entry {
     Id id;

@@ -11,6 +11,7 @@
 
 #include "hosts/linux/bus/BusCall.h"
 #include "hosts/linux/bus/SharedBus.h"
+#include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/tray/StatusIcon.h"
 #include "hosts/linux/window/ColorScheme.h"
 
@@ -21,7 +22,6 @@ constexpr const char* path = "/StatusNotifierItem";
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
 constexpr BusMethod registration{watcherName, "/StatusNotifierWatcher",
                                  "org.kde.StatusNotifierWatcher", "RegisterStatusNotifierItem"};
-constexpr const char* identifier = "example.navora.Navora";
 
 constexpr const char* itemInterface = R"xml(<node><interface name="org.kde.StatusNotifierItem">
   <property name="Category" type="s" access="read"/>
@@ -54,7 +54,7 @@ constexpr const char* itemInterface = R"xml(<node><interface name="org.kde.Statu
   <signal name="NewStatus"><arg type="s"/></signal>
 </interface></node>)xml";
 
-bool saysThatNobodyIsThere(const GError& error) {
+bool isMissingService(const GError& error) {
   constexpr std::array codes{G_DBUS_ERROR_NO_REPLY, G_DBUS_ERROR_SERVICE_UNKNOWN,
                              G_DBUS_ERROR_NAME_HAS_NO_OWNER};
   return std::ranges::any_of(
@@ -65,7 +65,7 @@ GVariant* noPixmaps() {
   return g_variant_new_array(G_VARIANT_TYPE("(iiay)"), nullptr, 0);
 }
 
-// A new one every time: trays take a name that comes again at once for the one that has gone.
+// Returns a name not used before: trays take a name that is owned again at once for the old item's.
 std::string nextBusName() {
   static int count = 0;
   return "org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-" + std::to_string(++count);
@@ -73,14 +73,14 @@ std::string nextBusName() {
 
 }  // namespace
 
-void MissingTray::tell() {
-  if (std::exchange(told_, true)) return;
+void MissingTrayWarning::logOnce() {
+  if (std::exchange(logged_, true)) return;
   std::cerr << "Navora: the desktop has no tray for status items\n";
 }
 
 LinuxStatusItem::LinuxStatusItem(const StatusItemDescription& description, MenuDelegate& delegate,
                                  ApplicationCommands commands, ColorScheme& colorScheme,
-                                 MissingTray& missingTray)
+                                 MissingTrayWarning& missingTray)
     : description_(description),
       delegate_(delegate),
       commands_(std::move(commands)),
@@ -89,7 +89,7 @@ LinuxStatusItem::LinuxStatusItem(const StatusItemDescription& description, MenuD
       busName_(nextBusName()),
       joining_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
   joinSharedBus(G_BUS_TYPE_SESSION, joining_.get(),
-                [this](GObjectPtr<GDBusConnection> bus) { join(std::move(bus)); });
+                [this](GObjectPtr<GDBusConnection> bus) { exportOn(std::move(bus)); });
 }
 
 LinuxStatusItem::~LinuxStatusItem() {
@@ -99,7 +99,7 @@ LinuxStatusItem::~LinuxStatusItem() {
   if (ownedName_ != 0) g_bus_unown_name(ownedName_);
 }
 
-void LinuxStatusItem::join(GObjectPtr<GDBusConnection> bus) {
+void LinuxStatusItem::exportOn(GObjectPtr<GDBusConnection> bus) {
   drawIcon();
   menu_.emplace(bus.get(), description_.menu, [this](const MenuItem& item) { choose(item); });
   object_.emplace(bus.get(), path, itemInterface,
@@ -112,8 +112,8 @@ void LinuxStatusItem::join(GObjectPtr<GDBusConnection> bus) {
     drawIcon();
     object_->emit("NewIcon", nullptr);
   });
-  // The bus handles what one connection asks in order: the name is ours before the tray hears of
-  // it.
+  // The bus processes the requests of a connection in order, so the name is owned before it is
+  // registered with the tray.
   ownedName_ = g_bus_own_name_on_connection(
       bus.get(), busName_.c_str(), G_BUS_NAME_OWNER_FLAGS_NONE, nullptr, nullptr, nullptr, nullptr);
   trayWatch_ = g_bus_watch_name_on_connection(bus.get(), watcherName, G_BUS_NAME_WATCHER_FLAGS_NONE,
@@ -130,14 +130,14 @@ void LinuxStatusItem::onTrayAppeared(GDBusConnection* bus, const char*, const ch
   const std::string& name = static_cast<LinuxStatusItem*>(self)->busName_;
   callBus(bus, registration, g_variant_new("(s)", name.c_str()), "()", noTimeout,
           [](GVariant*, const GError* error) {
-            // That it went meanwhile is heard of in another way.
-            if (error == nullptr || saysThatNobodyIsThere(*error)) return;
+            // A tray that has exited meanwhile is reported by onTrayVanished().
+            if (error == nullptr || isMissingService(*error)) return;
             std::cerr << "Navora: the tray refuses the status item: " << error->message << "\n";
           });
 }
 
 void LinuxStatusItem::onTrayVanished(GDBusConnection*, const char*, gpointer self) {
-  static_cast<LinuxStatusItem*>(self)->missingTray_.tell();
+  static_cast<LinuxStatusItem*>(self)->missingTray_.logOnce();
 }
 
 void LinuxStatusItem::insertMenuItem(std::size_t index, const MenuItem& item) {
@@ -150,15 +150,13 @@ void LinuxStatusItem::insertMenuItem(std::size_t index, const MenuItem& item) {
 void LinuxStatusItem::choose(const MenuItem& item) {
   if (const auto* action = std::get_if<DelegateAction>(&*item.action))
     return delegate_.performMenuAction(*action);
-  // Copied because the commands may destroy this item.
-  const ApplicationCommands commands = commands_;
-  if (const auto* action = std::get_if<ApplicationAction>(&*item.action)) commands.perform(*action);
+  if (const auto* action = std::get_if<ApplicationAction>(&*item.action)) commands_.perform(*action);
 }
 
 void LinuxStatusItem::call(const char* method, GDBusMethodInvocation* invocation) {
   const std::string_view name(method);
   g_dbus_method_invocation_return_value(invocation, nullptr);
-  // The tray shows the menu itself, and there is nothing to scroll.
+  // The tray shows the menu itself, so ContextMenu needs no action; neither does Scroll.
   if (name == "Activate" || name == "SecondaryActivate")
     delegate_.performMenuAction(DelegateAction::showWindow);
 }
@@ -167,7 +165,7 @@ GVariant* LinuxStatusItem::property(const char* name) const {
   const std::string_view wanted(name);
   const char* title = description_.accessibilityLabel.c_str();
   if (wanted == "Category") return g_variant_new_string("ApplicationStatus");
-  if (wanted == "Id") return g_variant_new_string(identifier);
+  if (wanted == "Id") return g_variant_new_string(applicationId);
   if (wanted == "Title") return g_variant_new_string(title);
   if (wanted == "Status") return g_variant_new_string("Active");
   if (wanted == "WindowId") return g_variant_new_int32(0);
@@ -175,7 +173,7 @@ GVariant* LinuxStatusItem::property(const char* name) const {
   if (wanted == "ToolTip") return g_variant_new("(s@a(iiay)ss)", "", noPixmaps(), title, "");
   if (wanted == "ItemIsMenu") return g_variant_new_boolean(FALSE);
   if (wanted == "Menu") return g_variant_new_object_path(DBusMenu::path);
-  // What only items with names of icons or with a call for attention have.
+  // The item uses neither icon names, overlays nor attention icons.
   if (wanted.ends_with("Pixmap")) return noPixmaps();
   return g_variant_new_string("");
 }

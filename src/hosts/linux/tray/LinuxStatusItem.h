@@ -7,7 +7,7 @@
 
 #include <sigc++/connection.h>
 
-#include "hosts/linux/application/ApplicationCommands.h"
+#include "hosts/linux/application/MenuCommands.h"
 #include "hosts/linux/bus/BusObject.h"
 #include "hosts/linux/tray/DBusMenu.h"
 #include "platform/StatusItem.h"
@@ -16,36 +16,37 @@ namespace navora {
 
 class ColorScheme;
 
-// Says on standard error, once in its life, that the desktop has no place for status items.
-class MissingTray {
+// Logs that the desktop has no tray, at most once however often the status item is replaced.
+class MissingTrayWarning {
  public:
-  void tell();
+  void logOnce();
 
  private:
-  bool told_ = false;
+  bool logged_ = false;
 };
 
-// A StatusNotifierItem on the session bus. It comes into the tray whenever there is one: also into
-// one that starts later, or starts again.
+// A StatusNotifierItem on the session bus. Registers with the tray (StatusNotifierWatcher) whenever
+// one appears, including one that starts later or restarts.
 //
-// The process can have one at a time; another one may be made before this one goes, in the same
-// turn of the main loop.
+// Its object path is fixed, so a process can have one item at a time; the next may be made just
+// before this one is destroyed, within one turn of the main loop.
 class LinuxStatusItem final : public StatusItem {
  public:
   // All references must outlive the item.
   LinuxStatusItem(const StatusItemDescription& description, MenuDelegate& delegate,
-                  ApplicationCommands commands, ColorScheme& colorScheme, MissingTray& missingTray);
+                  ApplicationCommands commands, ColorScheme& colorScheme,
+                  MissingTrayWarning& missingTray);
   ~LinuxStatusItem() override;
   LinuxStatusItem(const LinuxStatusItem&) = delete;
   LinuxStatusItem& operator=(const LinuxStatusItem&) = delete;
 
   void insertMenuItem(std::size_t index, const MenuItem& item) override;
 
-  // On the bus; another one for every item of the process.
+  // Returns the item's own bus name, different for every item of the process.
   const std::string& busName() const { return busName_; }
 
  private:
-  void join(GObjectPtr<GDBusConnection> bus);
+  void exportOn(GObjectPtr<GDBusConnection> bus);
   void drawIcon();
   void call(const char* method, GDBusMethodInvocation* invocation);
   GVariant* property(const char* name) const;
@@ -57,9 +58,9 @@ class LinuxStatusItem final : public StatusItem {
   MenuDelegate& delegate_;
   const ApplicationCommands commands_;
   ColorScheme& colorScheme_;
-  MissingTray& missingTray_;
+  MissingTrayWarning& missingTray_;
   const std::string busName_;
-  // For the desktop's present look.
+  // The IconPixmap value for the desktop's current colour scheme.
   GVariantPtr icon_;
   sigc::connection schemeChanges_;
   GObjectPtr<GCancellable> joining_;

@@ -11,16 +11,17 @@
 namespace navora {
 namespace {
 
-// Trays choose the nearest one: common heights of panels, and their doubles.
+// Common icon sizes of panels and their doubles; trays scale the nearest one.
 constexpr std::array<int, 5> sizes{22, 24, 32, 48, 64};
 
-// How much of the source's pixels `begin` to `end` each of them fills, for one target pixel.
+// The source interval, in pixels, that one target pixel covers.
 struct Span {
   double begin;
   double end;
 
   int first() const { return static_cast<int>(std::floor(begin)); }
   int last(int length) const { return std::min(length, static_cast<int>(std::ceil(end))); }
+  // Returns how much of the source pixel lies within the span, from 0 to 1.
   double share(int pixel) const {
     return std::min(end, pixel + 1.0) - std::max(begin, static_cast<double>(pixel));
   }
@@ -31,7 +32,7 @@ Span spanOf(int pixel, int targetLength, int sourceLength) {
   return {pixel * scale, (pixel + 1) * scale};
 }
 
-// The mean of an area, each colour by its alpha.
+// Returns the mean colour of an area, weighted by alpha.
 Color meanOf(const Bitmap& bitmap, const Span& columns, const Span& rows) {
   Color sum{0, 0, 0, 0};
   double area = 0;

@@ -6,9 +6,10 @@
 
 namespace navora {
 
-// The image in the sizes that trays show, as a floating `a(iiay)`: width, height and the pixels in
-// rows from the top, four bytes each: alpha, red, green, blue, not premultiplied. A template is
-// white for dark trays and black for others. Empty for an image without bitmaps.
+// Returns the image as the IconPixmap property of a StatusNotifierItem, in the usual sizes of tray
+// icons: a floating `a(iiay)` of width, height and rows of pixels from the top, four bytes each
+// (alpha, red, green, blue, not premultiplied). A template image is white if `dark`, otherwise
+// black. Empty for an image without bitmaps.
 GVariant* statusIconPixmaps(const Image& image, bool dark);
 
 }  // namespace navora

@@ -11,13 +11,13 @@ namespace {
 
 constexpr int lineCharacters = 60;
 constexpr int maximumTextHeight = 360;
-// A label lays its whole text out again and again, which for the longest texts of pages would stop
-// the application for a minute; a text view does it once, and first where it is looked at.
+// A label lays out its whole text repeatedly, which for the longest texts from pages would block
+// the application for a minute. A text view lays it out once, beginning with the visible part.
 constexpr std::size_t maximumLabelBytes = 2000;
 constexpr int longTextWidth = 480;
 
-// Laying out a word takes time with the square of its length: a line is broken at the first space
-// after so many bytes, or anywhere after twice as many.
+// Laying out a line takes time quadratic in the length of its words. A line is broken at the first
+// space after this many bytes, or anywhere after twice as many.
 constexpr std::size_t wantedLineBytes = 2000;
 
 std::string withShortLines(const std::string& text) {
@@ -62,7 +62,7 @@ AlertDialog::AlertDialog(Gtk::Window* parent, const AlertDescription& alert,
   if (alert.textField) addTextField(*alert.textField);
 }
 
-// A page may say a lot: long texts scroll, so that the buttons stay on the screen.
+// Long texts scroll, so that the buttons stay on the screen.
 void AlertDialog::addText(const std::string& text) {
   scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
   if (text.size() > maximumLabelBytes) {
@@ -97,7 +97,7 @@ void AlertDialog::addLongText(const std::string& text) {
 }
 
 void AlertDialog::addButtons(const std::vector<std::string>& titles) {
-  // The desktop puts the default button last.
+  // The default button comes first in `titles` and last on the desktop.
   for (std::size_t index = titles.size(); index > 0; --index) {
     dialog_.add_button(titles[index - 1], static_cast<int>(index - 1));
   }
@@ -119,7 +119,7 @@ void AlertDialog::answer(int response) {
   const AlertResult result{isButton ? static_cast<std::size_t>(response) : last, entry_.get_text()};
   dialog_.hide();
   const auto completion = std::exchange(completion_, nullptr);
-  // Not within its own signal.
+  // The dialog must not be deleted within the emission of its own signal.
   Glib::signal_idle().connect_once([this] { delete this; });
   if (completion) completion(result);
 }

@@ -10,9 +10,10 @@
 
 namespace navora {
 
-// One alert on the screen. Owns itself: it goes when it has been answered.
+// An alert on the screen. Deletes itself once it has been answered.
 class AlertDialog {
  public:
+  // Shows an alert transient for `parent`, which may be null; calls `completion` once, later.
   static void run(Gtk::Window* parent, const AlertDescription& alert,
                   Dialogs::AlertCompletion completion);
 

@@ -37,18 +37,18 @@ bool themeIsDark() {
 ColorScheme::ColorScheme()
     : cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
       userPrefersDark_(toolkitPrefersDark()),
-      systemIsDark_(userPrefersDark_ || themeIsDark()) {
+      systemIsDark_(isDesktopDark()) {
   joinSharedBus(G_BUS_TYPE_SESSION, cancellable_.get(),
-                [this](GObjectPtr<GDBusConnection> bus) { follow(std::move(bus)); });
+                [this](GObjectPtr<GDBusConnection> bus) { subscribe(std::move(bus)); });
 }
 
 ColorScheme::~ColorScheme() {
   g_cancellable_cancel(cancellable_.get());
   if (bus_) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
-  look(userPrefersDark_);
+  setDark(userPrefersDark_);
 }
 
-void ColorScheme::follow(GObjectPtr<GDBusConnection> bus) {
+void ColorScheme::subscribe(GObjectPtr<GDBusConnection> bus) {
   bus_ = std::move(bus);
   subscription_ = g_dbus_connection_signal_subscribe(
       bus_.get(), portalName, settingsInterface, "SettingChanged", portalPath, appearanceNamespace,
@@ -59,16 +59,19 @@ void ColorScheme::follow(GObjectPtr<GDBusConnection> bus) {
                          onRead, this);
 }
 
-// The value comes wrapped in one variant, or in two from older portals.
-void ColorScheme::readPreference(GVariantPtr value) {
+bool ColorScheme::isDesktopDark() const {
+  return preference_ ? *preference_ : userPrefersDark_ || themeIsDark();
+}
+
+// The value is wrapped in one variant, or in two by the portal's deprecated method Read.
+void ColorScheme::preferenceReceived(GVariantPtr value) {
   while (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_VARIANT) != FALSE) {
     value.reset(g_variant_get_variant(value.get()));
   }
   if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_UINT32) == FALSE) return;
   const guint32 scheme = g_variant_get_uint32(value.get());
   preference_ = scheme == noPreference ? std::nullopt : std::optional(scheme == preferDark);
-  const bool wasDark =
-      std::exchange(systemIsDark_, preference_ ? *preference_ : userPrefersDark_ || themeIsDark());
+  const bool wasDark = std::exchange(systemIsDark_, isDesktopDark());
   applyAppearance();
   if (systemIsDark_ != wasDark) systemChanged.emit(systemIsDark_);
 }
@@ -79,21 +82,21 @@ void ColorScheme::setAppearance(WindowAppearance appearance) {
 }
 
 void ColorScheme::applyAppearance() {
-  look(appearance_ == WindowAppearance::system ? preference_.value_or(userPrefersDark_)
-                                               : appearance_ == WindowAppearance::dark);
+  setDark(appearance_ == WindowAppearance::system ? preference_.value_or(userPrefersDark_)
+                                                  : appearance_ == WindowAppearance::dark);
 }
 
-void ColorScheme::look(bool dark) {
-  // The toolkit reads its whole theme again even when it is told what it knows.
+void ColorScheme::setDark(bool dark) {
+  // GTK reloads the whole theme even if the value does not change.
   if (dark == toolkitPrefersDark()) return;
   g_object_set(gtk_settings_get_default(), darkProperty, dark ? TRUE : FALSE, nullptr);
 }
 
 void ColorScheme::onRead(GObject* bus, GAsyncResult* result, gpointer self) {
   const GVariantPtr reply(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-  // No reply after the end of the scheme either, which cancels the call.
+  // Null after a failure, and after the destructor has cancelled the call: `self` is then deleted.
   if (!reply) return;
-  static_cast<ColorScheme*>(self)->readPreference(
+  static_cast<ColorScheme*>(self)->preferenceReceived(
       GVariantPtr(g_variant_get_child_value(reply.get(), 0)));
 }
 
@@ -103,7 +106,7 @@ void ColorScheme::onChanged(GDBusConnection*, const char*, const char*, const ch
   const char* key = nullptr;
   g_variant_get_child(parameters, 1, "&s", &key);
   if (std::string_view(key) != schemeKey) return;
-  static_cast<ColorScheme*>(self)->readPreference(
+  static_cast<ColorScheme*>(self)->preferenceReceived(
       GVariantPtr(g_variant_get_child_value(parameters, 2)));
 }
 

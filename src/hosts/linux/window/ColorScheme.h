@@ -10,9 +10,9 @@
 
 namespace navora {
 
-// Lets the application follow the desktop's choice between light and dark, which GTK 3 does not
-// read by itself, or look otherwise while the page does. A desktop without the settings portal
-// keeps the look of its theme.
+// Makes the application follow the desktop's preference for light or dark, which GTK 3 does not
+// read itself (xdg-desktop-portal Settings, org.freedesktop.appearance color-scheme), or an
+// appearance that the page sets. Without the portal the theme decides.
 class ColorScheme {
  public:
   ColorScheme();
@@ -21,30 +21,31 @@ class ColorScheme {
   ColorScheme(const ColorScheme&) = delete;
   ColorScheme& operator=(const ColorScheme&) = delete;
 
-  // Whether the desktop is dark, whatever the application looks like.
+  // Returns whether the desktop is dark, independently of setAppearance().
   bool systemIsDark() const { return systemIsDark_; }
-  // Emitted with the new value after that has changed.
+  // Emitted with the new value of systemIsDark() after a change.
   sigc::signal<void, bool> systemChanged;
 
-  // How the application looks. GTK 3 knows one look for all windows of a process.
+  // Sets the appearance of all windows: GTK 3 has one per process.
   void setAppearance(WindowAppearance appearance);
 
  private:
   static void onRead(GObject* bus, GAsyncResult* result, gpointer self);
   static void onChanged(GDBusConnection*, const char*, const char*, const char*, const char*,
                         GVariant* parameters, gpointer self);
-  void readPreference(GVariantPtr value);
+  void preferenceReceived(GVariantPtr value);
+  bool isDesktopDark() const;
   void applyAppearance();
-  void look(bool dark);
-  void follow(GObjectPtr<GDBusConnection> bus);
+  static void setDark(bool dark);
+  void subscribe(GObjectPtr<GDBusConnection> bus);
 
   GObjectPtr<GCancellable> cancellable_;
   GObjectPtr<GDBusConnection> bus_;
   guint subscription_ = 0;
-  // What the desktop says; nothing when it leaves the choice to the theme.
+  // The desktop's preference; nullopt if it leaves the choice to the theme.
   std::optional<bool> preference_;
   WindowAppearance appearance_ = WindowAppearance::system;
-  // What the user has told the toolkit itself.
+  // GTK's own setting as the user configured it.
   bool userPrefersDark_ = false;
   bool systemIsDark_ = false;
 };

@@ -6,8 +6,8 @@
 
 namespace navora {
 
-ExposeObserver::ExposeObserver(Gtk::Window& window, std::function<void()> onAppear)
-    : window_(window), onAppear_(std::move(onAppear)) {
+ExposeObserver::ExposeObserver(Gtk::Window& window, std::function<void()> onExpose)
+    : window_(window), onExpose_(std::move(onExpose)) {
   connections_ = {window_.signal_realize().connect([this] { watch(); }),
                   window_.signal_unrealize().connect([this] { release(); }, false)};
   if (window_.get_realized()) watch();
@@ -33,9 +33,9 @@ void ExposeObserver::release() {
 
 GdkFilterReturn ExposeObserver::onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
   const auto& exposure = static_cast<XEvent*>(event)->xexpose;
-  // The last of those that belong together.
+  // A count of 0 marks the last event of a series.
   if (exposure.type == Expose && exposure.count == 0)
-    static_cast<ExposeObserver*>(self)->onAppear_();
+    static_cast<ExposeObserver*>(self)->onExpose_();
   return GDK_FILTER_CONTINUE;
 }
 

@@ -8,12 +8,12 @@
 
 namespace navora {
 
-// Tells when a part of a window appears that another window, a menu or a panel, has covered. That
-// happens where no compositor runs and X11 forgets what is covered; everywhere else never.
+// Observes X11 Expose events: parts of a window that another window, such as a menu, has covered
+// become visible again and must be redrawn. There are none where a compositor runs, nor on Wayland.
 class ExposeObserver {
  public:
-  // The window must outlive this object.
-  ExposeObserver(Gtk::Window& window, std::function<void()> onAppear);
+  // Calls `onExpose` after each series of Expose events. The window must outlive the observer.
+  ExposeObserver(Gtk::Window& window, std::function<void()> onExpose);
   ~ExposeObserver();
   ExposeObserver(const ExposeObserver&) = delete;
   ExposeObserver& operator=(const ExposeObserver&) = delete;
@@ -24,7 +24,7 @@ class ExposeObserver {
   void release();
 
   Gtk::Window& window_;
-  const std::function<void()> onAppear_;
+  const std::function<void()> onExpose_;
   GdkWindow* watched_ = nullptr;
   std::vector<sigc::connection> connections_;
 };

@@ -34,7 +34,7 @@ void onResponse(GtkNativeDialog* dialog, int response, gpointer data) {
   (*completion)(std::move(files));
 }
 
-// The desktop's own chooser, with the button texts that it has everywhere.
+// Makes a modal chooser with the default button labels.
 GtkFileChooserNative* makeChooser(MainWindow& window, const std::string& title,
                                   GtkFileChooserAction action) {
   auto& parent = static_cast<LinuxMainWindow&>(window).native();

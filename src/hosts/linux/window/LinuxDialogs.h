@@ -6,10 +6,12 @@
 
 namespace navora {
 
-// Alerts and file choosers of the desktop. They answer later; the page that asks waits by itself.
+// Alerts, and file choosers through the desktop's portal where there is one. Completions are called
+// later, once.
 class LinuxDialogs final : public Dialogs {
  public:
-  // The window that alerts belong to from now on; must outlive the dialogs or be replaced by null.
+  // Sets the window that alerts are transient for; it must outlive the dialogs unless it is
+  // replaced by null.
   void setParent(Gtk::Window* parent) { parent_ = parent; }
 
   void runAlert(const AlertDescription& alert, AlertCompletion completion) override;

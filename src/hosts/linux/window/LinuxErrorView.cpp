@@ -9,7 +9,7 @@
 namespace navora {
 namespace {
 
-// Wraps at about the width that the stack may have; Pango counts in characters.
+// About the maximum width of the stack; labels measure it in characters.
 constexpr int maximumLineCharacters = 60;
 
 }  // namespace
@@ -24,7 +24,7 @@ LinuxErrorView::LinuxErrorView(LinuxMainWindow& window, const ErrorViewDescripti
   addButton(retry_, description.retryTitle, description.onRetry);
   addButton(browser_, description.browserTitle, description.onOpenInBrowser);
   retry_.set_can_default(true);
-  // Otherwise Return would press whichever button has the focus.
+  // Return presses the default button, which would otherwise become the focused one.
   browser_.set_receives_default(false);
   retry_.get_style_context()->add_class("suggested-action");
 
@@ -51,7 +51,7 @@ void LinuxErrorView::addLabels(const ErrorViewDescription& description) {
   detail_.get_style_context()->add_class("dim-label");
   for (Gtk::Label* label : {&title_, &detail_}) {
     label->set_line_wrap(true);
-    // An address can be one word that is longer than the window is wide.
+    // An address without spaces may be wider than the window.
     label->set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
     label->set_max_width_chars(maximumLineCharacters);
     label->set_justify(Gtk::JUSTIFY_CENTER);
@@ -64,7 +64,7 @@ void LinuxErrorView::addButton(Gtk::Button& button, const std::string& title,
                                const std::function<void()>& action) {
   button.set_label(title);
   button.set_halign(Gtk::ALIGN_CENTER);
-  // The action may replace this very view, as a change of language does.
+  // GTK keeps the closure alive during the call, which may destroy this view.
   button.signal_clicked().connect([action] { action(); });
   stack_.pack_start(button, Gtk::PACK_SHRINK);
 }
@@ -81,7 +81,7 @@ void LinuxErrorView::setHidden(bool hidden) {
     window_.focusContent();
   } else {
     background_.show();
-    // Return retries wherever the focus goes afterwards.
+    // Keeps Return on the retry button wherever the focus moves.
     retry_.grab_default();
     retry_.grab_focus();
   }

@@ -14,6 +14,8 @@ namespace navora {
 
 class LinuxMainWindow;
 
+// A page-sized overlay with the error's texts and two buttons. Return presses the retry button
+// wherever the focus is.
 class LinuxErrorView final : public ErrorView {
  public:
   // The window must outlive the view.
@@ -30,7 +32,7 @@ class LinuxErrorView final : public ErrorView {
                  const std::function<void()>& action);
 
   LinuxMainWindow& window_;
-  // Has a surface of its own, so that neither clicks nor pixels reach the page below.
+  // An event box has a GdkWindow, which keeps clicks from the page below and covers it.
   Gtk::EventBox background_;
   Gtk::Box stack_;
   Gtk::Label title_;

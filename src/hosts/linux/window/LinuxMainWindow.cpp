@@ -7,6 +7,7 @@
 #include <glibmm/main.h>
 #include <gtkmm/stylecontext.h>
 
+#include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/web/LinuxWebView.h"
 #include "hosts/linux/window/ColorScheme.h"
 #include "hosts/linux/workspace/ActiveWindow.h"
@@ -17,7 +18,6 @@ namespace navora {
 namespace {
 
 constexpr unsigned saveDelayMilliseconds = 500;
-constexpr const char* iconName = "example.navora.Navora";
 
 std::optional<Size> readSize(const std::optional<Json>& value) {
   if (!value) return std::nullopt;
@@ -27,7 +27,7 @@ std::optional<Size> readSize(const std::optional<Json>& value) {
   return Size{*width, *height};
 }
 
-// What the screen has room for. A size kept from a larger monitor would put the window's edges out
+// Returns the work area's size. A size stored on a larger monitor would put the window's edges out
 // of reach.
 Size availableSize() {
   GdkMonitor* monitor = mainMonitor();
@@ -44,7 +44,7 @@ LinuxMainWindow::LinuxMainWindow(const MainWindowDescription& description,
                                  ColorScheme& colorScheme)
     : defaults_(defaults), colorScheme_(colorScheme), autosaveName_(description.frameAutosaveName) {
   window_.set_title(description.title);
-  window_.set_icon_name(iconName);
+  window_.set_icon_name(applicationId);
   window_.set_position(Gtk::WIN_POS_CENTER);
   restoreSize(description);
   layout_.pack_end(overlay_, true, true);
@@ -69,13 +69,13 @@ LinuxMainWindow::~LinuxMainWindow() {
 }
 
 void LinuxMainWindow::restoreSize(const MainWindowDescription& description) {
-  const Size room = availableSize();
-  const Size wanted = readSize(defaults_.value(autosaveName_)).value_or(description.contentSize);
+  const Size available = availableSize();
+  const Size stored = readSize(defaults_.value(autosaveName_)).value_or(description.contentSize);
   const auto fit = [](double value, double minimum, double maximum) {
     return static_cast<int>(std::max(minimum, std::min(value, maximum)));
   };
-  window_.set_default_size(fit(wanted.width, description.minimumSize.width, room.width),
-                           fit(wanted.height, description.minimumSize.height, room.height));
+  window_.set_default_size(fit(stored.width, description.minimumSize.width, available.width),
+                           fit(stored.height, description.minimumSize.height, available.height));
   layout_.set_size_request(static_cast<int>(description.minimumSize.width),
                            static_cast<int>(description.minimumSize.height));
 }
@@ -114,7 +114,7 @@ void LinuxMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   matchBackgroundToTheme();
 }
 
-// Until the page paints, the view shows this colour: no flash of white on a dark desktop.
+// The view shows this colour until the page paints, which avoids a white flash on a dark desktop.
 void LinuxMainWindow::matchBackgroundToTheme() {
   Gdk::RGBA color;
   if (webView_ && window_.get_style_context()->lookup_color("theme_bg_color", color)) {

@@ -17,6 +17,7 @@ namespace navora {
 class ColorScheme;
 class LinuxWebView;
 
+// The main window: menu bar, content and the overlays over it.
 class LinuxMainWindow final : public MainWindow {
  public:
   // All references must outlive the window.
@@ -27,22 +28,21 @@ class LinuxMainWindow final : public MainWindow {
   void setTitle(const std::string& title) override;
   void setContentView(std::shared_ptr<WebView> webView) override;
   void makeContentViewFirstResponder() override;
-  // The toolkit knows one appearance for all of the process.
+  // Applies to all windows of the process (see ColorScheme).
   void setAppearance(WindowAppearance appearance) override;
   bool isMiniaturized() const override;
   void deminiaturize() override;
   void makeKeyAndOrderFront() override;
   void orderOut() override;
 
-  // Above the content.
+  // Adds the menu bar above the content.
   void setMenuBar(Gtk::Widget& menuBar);
   bool isVisible() const { return window_.get_visible(); }
-  // Past the window manager's prevention of focus stealing.
+  // Raises and focuses the window if it is visible, overriding focus stealing prevention.
   void forceToFront();
   void focusContent();
-  // For what appears in front of the content, or goes or moves there: in a part that comes to light
-  // again the web view shows nothing but its background colour, until it is drawn as a whole
-  // (WebKitGTK 2.50 and before).
+  // Redraws the content as a whole. To be called when a widget over it appears, moves or is hidden:
+  // the web view paints only its background colour in an exposed part (WebKitGTK up to 2.50).
   void redrawContent() { overlay_.queue_draw(); }
 
   Gtk::Window& native() { return window_; }
@@ -61,7 +61,7 @@ class LinuxMainWindow final : public MainWindow {
   Gtk::Window window_;
   Gtk::Box layout_{Gtk::ORIENTATION_VERTICAL};
   Gtk::Overlay overlay_;
-  ExposeObserver uncoveredParts_{window_, [this] { redrawContent(); }};
+  ExposeObserver exposeObserver_{window_, [this] { redrawContent(); }};
   sigc::connection pendingSave_;
 };
 

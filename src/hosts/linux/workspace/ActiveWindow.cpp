@@ -1,5 +1,6 @@
 #include "hosts/linux/workspace/ActiveWindow.h"
 
+#include <algorithm>
 #include <memory>
 
 #include <X11/Xatom.h>
@@ -7,6 +8,7 @@
 #ifdef GDK_WINDOWING_WAYLAND
 #include <gdk/gdkwayland.h>
 #endif
+#include <gtkmm/window.h>
 
 namespace navora {
 namespace {
@@ -42,6 +44,12 @@ guint32 activationTime(GdkWindow* window) {
 bool anotherWindowIsActive(GdkWindow* window) {
   if (!GDK_IS_X11_WINDOW(window)) return true;
   return activeWindow() != gdk_x11_window_get_xid(window);
+}
+
+bool isApplicationActive() {
+  const auto windows = Gtk::Window::list_toplevels();
+  return std::ranges::any_of(windows,
+                             [](const Gtk::Window* window) { return window->is_active(); });
 }
 
 void useActivationToken(const char* token) {

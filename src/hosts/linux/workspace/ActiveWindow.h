@@ -17,6 +17,9 @@ guint32 activationTime(GdkWindow* window);
 // Whether that is another window than this one. Where nobody can tell, it is.
 bool anotherWindowIsActive(GdkWindow* window);
 
+// Returns whether one of this process's windows is the active one.
+bool isApplicationActive();
+
 // Makes the next window that asks to be presented do so with this token (startup notification,
 // xdg-activation), which the desktop issued for the user's click outside of our windows.
 void useActivationToken(const char* token);

@@ -1,4 +1,4 @@
-#include "hosts/linux/application/EditCommands.h"
+#include "hosts/linux/application/MenuCommands.h"
 
 #include <webkit2/webkit2.h>
 
@@ -55,6 +55,17 @@ void performOnNativeText(EditAction action, GtkWidget* focus) {
 }
 
 }  // namespace
+
+void ApplicationCommands::perform(ApplicationAction action) const {
+  // A copy, because the call may destroy this object together with its menu.
+  const ApplicationCommands commands = *this;
+  switch (action) {
+    case ApplicationAction::hide:
+      return commands.hide();
+    case ApplicationAction::terminate:
+      return commands.terminate();
+  }
+}
 
 void performEditAction(EditAction action, GtkWidget* focus) {
   if (focus == nullptr) return;
