@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/Executables.h"
@@ -12,6 +12,8 @@
 
 namespace navora::driver {
 namespace {
+
+using testing::HasSubstr;
 
 // An installation whose files the test can damage.
 class InstalledResourcesTest : public TestPageTest {
@@ -126,9 +128,13 @@ TEST_F(InstalledResourcesTest, TheBuildInstallsWhatTheProgramNeeds) {
   std::filesystem::remove_all(prefix() / "bin");
   std::filesystem::remove_all(prefix() / "share");
   installBuild(prefix());
-  EXPECT_TRUE(
-      std::filesystem::exists(prefix() / "share/applications/example.navora.Navora.desktop"));
+  const auto entry = prefix() / "share/applications/example.navora.Navora.desktop";
+  ASSERT_TRUE(std::filesystem::exists(entry));
   expectOverlay("Navora is unavailable right now");
+  // The desktop finds the entry of a window by its class.
+  const auto window = application().waitForMainWindow();
+  EXPECT_THAT(readFile(entry), HasSubstr("StartupWMClass=" + window.instanceName + "\n"));
+  EXPECT_TRUE(desktop().display().connection().hasProperty(window.id, "_NET_WM_ICON"));
 }
 
 }  // namespace

@@ -20,6 +20,19 @@ TEST_F(MainWindowTest, StartsCentredInItsOwnSizeWithTheServicesLoginPage) {
   EXPECT_EQ(page().path(), "/login");
 }
 
+TEST_F(MainWindowTest, HasItsIconWithoutBeingInstalled) {
+  const auto window = application().waitForMainWindow();
+  // EWMH _NET_WM_ICON: width, height and the pixels as 0xAARRGGBB, for each size.
+  const auto icon = desktop().display().connection().numbersProperty(window.id, "_NET_WM_ICON");
+  ASSERT_GT(icon.size(), 2U);
+  // Above the mark, where the tile is red.
+  const std::size_t pixel = 2 + icon[0] * (icon[1] * 15 / 100) + icon[0] / 2;
+  ASSERT_LT(pixel, icon.size());
+  EXPECT_EQ(icon[pixel] >> 24U, 255U);
+  EXPECT_GT((icon[pixel] >> 16U) & 0xFFU, 200U);
+  EXPECT_LT((icon[pixel] >> 8U) & 0xFFU, 100U);
+}
+
 TEST_F(MainWindowTest, IsHiddenByCloseAndShownByASecondLaunch) {
   signIn();
   page().evaluate("window.kept = 'the same page'");

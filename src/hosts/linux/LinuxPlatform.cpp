@@ -10,6 +10,7 @@
 #include "hosts/linux/network/LinuxHttpSession.h"
 #include "hosts/linux/updates/LinuxUpdater.h"
 #include "hosts/linux/web/LinuxWebView.h"
+#include "hosts/linux/window/ApplicationIcon.h"
 #include "hosts/linux/window/LinuxErrorView.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
 #include "locale/DesktopLocale.h"
@@ -18,6 +19,7 @@ namespace navora {
 
 std::shared_ptr<MainWindow> LinuxPlatform::makeMainWindow(const MainWindowDescription& description,
                                                           MainWindowDelegate& delegate) {
+  useApplicationIcon(resources_.folder().parent_path());
   colorScheme_.emplace();
   auto window =
       std::make_shared<LinuxMainWindow>(description, delegate, userDefaults_, *colorScheme_);

@@ -12,6 +12,9 @@ class LinuxResources final : public Resources {
   LinuxResources();
   explicit LinuxResources(std::filesystem::path folder);
 
+  // Returns the folder that the resources are read from.
+  const std::filesystem::path& folder() const { return folder_; }
+
   std::optional<std::string> read(std::string_view name, std::string_view extension) const override;
 
  private:

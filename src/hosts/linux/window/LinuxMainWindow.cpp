@@ -7,8 +7,8 @@
 #include <glibmm/main.h>
 #include <gtkmm/stylecontext.h>
 
-#include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/web/LinuxWebView.h"
+#include "hosts/linux/window/ApplicationIcon.h"
 #include "hosts/linux/window/ColorScheme.h"
 #include "hosts/linux/workspace/ActiveWindow.h"
 #include "hosts/linux/workspace/ScreenGeometry.h"
@@ -44,7 +44,6 @@ LinuxMainWindow::LinuxMainWindow(const MainWindowDescription& description,
                                  ColorScheme& colorScheme)
     : defaults_(defaults), colorScheme_(colorScheme), autosaveName_(description.frameAutosaveName) {
   window_.set_title(description.title);
-  window_.set_icon_name(applicationId);
   window_.set_position(Gtk::WIN_POS_CENTER);
   restoreSize(description);
   layout_.pack_end(overlay_, true, true);
@@ -60,6 +59,8 @@ LinuxMainWindow::LinuxMainWindow(const MainWindowDescription& description,
         return false;
       },
       false);
+  // Every map creates a new xdg_toplevel.
+  window_.signal_map().connect([this] { setApplicationId(window_.get_window()->gobj()); });
   window_.signal_style_updated().connect([this] { matchBackgroundToTheme(); });
 }
 
