@@ -26,8 +26,8 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
   return pointers;
 }
 
-// A process that begins with the desktop's variables: libraries read some of them only once, and
-// nothing that the person at this machine has set reaches the tests.
+// Starts this program again with only the given environment and returns its exit status. Libraries
+// read some variables only once, and the caller's environment must not affect the tests.
 int runAgain(std::vector<std::string> arguments, const Environment& environment) {
   std::vector<std::string> variables;
   for (const auto& [name, value] : environment)
@@ -35,13 +35,13 @@ int runAgain(std::vector<std::string> arguments, const Environment& environment)
   pid_t child = 0;
   if (posix_spawn(&child, "/proc/self/exe", nullptr, nullptr, pointersTo(arguments).data(),
                   pointersTo(variables).data()) != 0) {
-    std::cerr << "The tests cannot start themselves\n";
+    std::cerr << "The tests could not be started\n";
     return EXIT_FAILURE;
   }
   int status = 0;
   waitpid(child, &status, 0);
   if (WIFEXITED(status)) return WEXITSTATUS(status);
-  std::cerr << "The tests were ended by signal " << WTERMSIG(status) << "\n";
+  std::cerr << "The tests were terminated by signal " << WTERMSIG(status) << "\n";
   return EXIT_FAILURE;
 }
 

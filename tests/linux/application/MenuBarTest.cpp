@@ -77,7 +77,7 @@ class MenuBarTest : public WebViewTest {
     TestDesktop::current().display().activate(infoOf(window).id);
     return waitUntil([&] { return isReadyForKeys(window); });
   }
-  // A text area with the focus that tells of the keys it gets.
+  // Shows a page with a focused text area that posts the code of each key it receives.
   testing::AssertionResult showPage() {
     server_.serveHtml("/text",
                       "<textarea id='text' autofocus></textarea><script>"
@@ -125,7 +125,7 @@ class MenuBarTest : public WebViewTest {
     }
     return nullptr;
   }
-  // Like a user who opens the menu and clicks on the item.
+  // Opens the menu and clicks the item with the mouse.
   testing::AssertionResult choose(std::size_t menu, const std::string& title) {
     Gtk::MenuItem& top = *topLevelItems().at(menu);
     if (auto shown = waitUntil([&] { return isLaidOut(top); }); !shown) return shown;
@@ -159,7 +159,7 @@ TEST_F(MenuBarTest, ShowsTheMenusWithTheirItems) {
   ASSERT_EQ(items.size(), 6U);
   EXPECT_EQ(items[0]->get_label(), "About");
   EXPECT_NE(dynamic_cast<Gtk::SeparatorMenuItem*>(items[1]), nullptr);
-  // An underscore is no mnemonic, and the Mac's symbols have this desktop's names.
+  // Underscores are literal, and the Mac's modifier symbols are replaced by key names.
   EXPECT_EQ(items[2]->get_label(), "New_note_ Ctrl+Shift+");
   EXPECT_FALSE(dynamic_cast<Gtk::Label*>(items[2]->get_child())->get_use_underline());
   EXPECT_TRUE(items[2]->get_sensitive());
@@ -182,7 +182,7 @@ TEST_F(MenuBarTest, ShowsTheKeys) {
   EXPECT_EQ(keyOf("Show"), "<Primary>0");
 }
 
-TEST_F(MenuBarTest, KeysActOnceWhileThePageHasTheKeyboardWhichDoesNotGetThem) {
+TEST_F(MenuBarTest, KeysActOnceAndDoNotReachTheFocusedPage) {
   ASSERT_TRUE(showPage());
   keyboard_.chord("Control+n");
   ASSERT_TRUE(waitForActions(1));
@@ -197,7 +197,7 @@ TEST_F(MenuBarTest, KeysActOnceWhileThePageHasTheKeyboardWhichDoesNotGetThem) {
   EXPECT_THAT(messages_.bodies(), ElementsAre("\"KeyX\""));
 }
 
-TEST_F(MenuBarTest, KeysWithOtherModifiersAreNotTheMenus) {
+TEST_F(MenuBarTest, IgnoresKeysWithOtherModifiers) {
   ASSERT_TRUE(showPage());
   keyboard_.chord("Control+Shift+n");
   keyboard_.chord("Control+Alt+n");
@@ -208,7 +208,7 @@ TEST_F(MenuBarTest, KeysWithOtherModifiersAreNotTheMenus) {
   EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::quickCapture));
 }
 
-TEST_F(MenuBarTest, HidesAndEndsTheApplication) {
+TEST_F(MenuBarTest, HidesAndQuitsTheApplication) {
   ASSERT_TRUE(showPage());
   keyboard_.chord("Control+h");
   ASSERT_TRUE(waitUntil([&] { return hides_ == 1; }));
@@ -218,7 +218,7 @@ TEST_F(MenuBarTest, HidesAndEndsTheApplication) {
   EXPECT_THAT(delegate_.actions, IsEmpty());
 }
 
-TEST_F(MenuBarTest, ClosesTheWindowAsItsButtonDoes) {
+TEST_F(MenuBarTest, RequestsToCloseTheWindow) {
   ASSERT_TRUE(showPage());
   keyboard_.chord("Control+w");
   EXPECT_TRUE(waitUntil([&] { return closeRequests_ == 1; }));
@@ -240,7 +240,7 @@ TEST_F(MenuBarTest, ItemsActWhenTheyAreClicked) {
   EXPECT_TRUE(waitUntil([&] { return closeRequests_ == 1; }));
 }
 
-TEST_F(MenuBarTest, OpensWithAKey) {
+TEST_F(MenuBarTest, OpensOnF10) {
   ASSERT_TRUE(showPage());
   keyboard_.chord("F10");
   ASSERT_TRUE(waitUntil([&] { return topLevelItems()[0]->get_submenu()->get_mapped(); }));
@@ -250,7 +250,7 @@ TEST_F(MenuBarTest, OpensWithAKey) {
   EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::about));
 }
 
-TEST_F(MenuBarTest, ThePageKeepsTheKeysOfItsEditor) {
+TEST_F(MenuBarTest, ThePageHandlesTheKeysOfItsEditor) {
   ASSERT_TRUE(showPage());
   keyboard_.type("one");
   ASSERT_TRUE(pageHas("one"));
@@ -273,7 +273,7 @@ TEST_F(MenuBarTest, ThePageKeepsTheKeysOfItsEditor) {
   EXPECT_EQ(std::ranges::count(codes, "\"KeyZ\""), 3) << "the page sees every key once";
 }
 
-TEST_F(MenuBarTest, APageMayKeepAKeyForItself) {
+TEST_F(MenuBarTest, APageMayPreventAnEditKey) {
   ASSERT_TRUE(showPage());
   keyboard_.type("one");
   ASSERT_TRUE(pageHas("one"));
@@ -283,7 +283,7 @@ TEST_F(MenuBarTest, APageMayKeepAKeyForItself) {
   EXPECT_TRUE(pageHas("onex"));
 }
 
-TEST_F(MenuBarTest, EditItemsReachTheEditorOfThePage) {
+TEST_F(MenuBarTest, EditItemsActOnTheEditorOfThePage) {
   ASSERT_TRUE(showPage());
   keyboard_.type("one");
   ASSERT_TRUE(pageHas("one"));
@@ -323,7 +323,7 @@ TEST_F(MenuBarTest, KeysWorkUnderALayoutWithoutLatinLetters) {
   EXPECT_THAT(delegate_.actions, ElementsAre(DelegateAction::quickCapture));
 }
 
-TEST_F(MenuBarTest, NativeFieldsKeepTheirKeysAndTakeTheItems) {
+TEST_F(MenuBarTest, NativeFieldsHandleTheirKeysAndTheEditItems) {
   Gtk::Entry entry;
   addContent(GTK_WIDGET(entry.gobj()));
   ASSERT_TRUE(show(window_));
@@ -346,7 +346,7 @@ TEST_F(MenuBarTest, NativeFieldsKeepTheirKeysAndTakeTheItems) {
   EXPECT_TRUE(waitForActions(1));
 }
 
-TEST_F(MenuBarTest, EditItemsReachTextViewsAndLabels) {
+TEST_F(MenuBarTest, EditItemsActOnTextViewsAndLabels) {
   Gtk::TextView view;
   addContent(GTK_WIDGET(view.gobj()));
   view.get_buffer()->set_text("text");
@@ -364,7 +364,7 @@ TEST_F(MenuBarTest, EditItemsReachTextViewsAndLabels) {
   EXPECT_EQ(Gtk::Clipboard::get()->wait_for_text(), "label");
 }
 
-TEST_F(MenuBarTest, EditItemsLeaveAloneWhatHasNoText) {
+TEST_F(MenuBarTest, EditItemsIgnoreWidgetsWithoutText) {
   Gtk::Button button("Button");
   for (const EditAction action : {EditAction::undo, EditAction::redo, EditAction::cut,
                                   EditAction::copy, EditAction::paste, EditAction::selectAll}) {
@@ -374,7 +374,7 @@ TEST_F(MenuBarTest, EditItemsLeaveAloneWhatHasNoText) {
   EXPECT_EQ(button.get_label(), "Button");
 }
 
-TEST_F(MenuBarTest, ReplacesEverything) {
+TEST_F(MenuBarTest, SetMenusReplacesAllMenus) {
   ASSERT_TRUE(showPage());
   bar_.setMenus({{"Other", {item("Elsewhere", DelegateAction::openInBrowser, 'l')}}}, delegate_);
   ASSERT_EQ(topLevelItems().size(), 1U);
@@ -388,7 +388,7 @@ TEST_F(MenuBarTest, ReplacesEverything) {
   EXPECT_TRUE(waitForActions(2));
 }
 
-TEST_F(MenuBarTest, ClosesAnOpenMenuThatIsReplaced) {
+TEST_F(MenuBarTest, ClosesAnOpenMenuWhenItIsReplaced) {
   ASSERT_TRUE(showPage());
   keyboard_.chord("F10");
   ASSERT_TRUE(waitUntil([&] { return topLevelItems()[0]->get_submenu()->get_mapped(); }));
@@ -410,7 +410,7 @@ TEST_F(MenuBarTest, AnItemMayReplaceTheMenus) {
   ASSERT_TRUE(waitForActions(3));
 }
 
-// The keys of the menus in the capture panel.
+// The menus' keys in the capture panel.
 class MenuKeysInPanelTest : public CapturePanelTest {
  protected:
   void SetUp() override {
@@ -424,7 +424,7 @@ class MenuKeysInPanelTest : public CapturePanelTest {
   MenuBar bar_{{[this] { ++hides_; }, [] {}}};
 };
 
-TEST_F(MenuKeysInPanelTest, ThoseOfTheApplicationWork) {
+TEST_F(MenuKeysInPanelTest, OnlyKeysThatConcernNeitherPageNorFrameWork) {
   ASSERT_TRUE(open());
   keyboard_.chord("Control+r");
   keyboard_.chord("Control+m");
@@ -435,7 +435,7 @@ TEST_F(MenuKeysInPanelTest, ThoseOfTheApplicationWork) {
   EXPECT_TRUE(panel_->isVisible());
 }
 
-TEST_F(MenuKeysInPanelTest, ClosingDismissesThePanel) {
+TEST_F(MenuKeysInPanelTest, CloseDismissesThePanel) {
   ASSERT_TRUE(open());
   keyboard_.chord("Control+w");
   EXPECT_TRUE(waitUntil([&] {
@@ -443,7 +443,7 @@ TEST_F(MenuKeysInPanelTest, ClosingDismissesThePanel) {
   }));
 }
 
-TEST_F(MenuKeysInPanelTest, TheEditorKeepsItsOwn) {
+TEST_F(MenuKeysInPanelTest, TheEditorHandlesItsOwnKeys) {
   for (const bool cyrillic : {false, true}) {
     ASSERT_TRUE(open());
     panel_->editor().clear();

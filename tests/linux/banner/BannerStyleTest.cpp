@@ -15,15 +15,15 @@ using driver::PixelColor;
 
 class BannerStyleTest : public UpdateBannerTest {
  protected:
-  // Beside all that is written.
-  PixelColor plate() {
+  // Returns the colour of the card beside its texts.
+  PixelColor background() {
     const auto card = shotOfCard();
     return card.pixel({card.width() - 8, card.height() / 2});
   }
   static int brightness(const PixelColor& color) {
     return (color.red + color.green + color.blue) / 3;
   }
-  // What a popover of the theme is painted with.
+  // Returns the background colour of the theme's popovers.
   static PixelColor popoverColor() {
     Gtk::Popover popover;
     GdkRGBA* color = nullptr;
@@ -37,18 +37,20 @@ class BannerStyleTest : public UpdateBannerTest {
   std::size_t redPixels() {
     return display_.screenshot(onScreen(button(Button::primary))).pixelsLike({255, 59, 48}, 24);
   }
-  bool isPlateOf(const PixelColor& color) { return color.distance(popoverColor()) <= 3; }
+  bool isBackground(const PixelColor& color) { return color.distance(popoverColor()) <= 3; }
 };
 
-TEST_F(BannerStyleTest, HasThePlateOfThemesPopoversInLightAndDark) {
+TEST_F(BannerStyleTest, HasTheBackgroundOfTheThemesPopovers) {
   colorScheme_.setAppearance(WindowAppearance::light);
   ASSERT_TRUE(showBanner(offer()));
-  ASSERT_TRUE(waitUntil([this] { return isPlateOf(plate()); }));
-  EXPECT_GT(brightness(plate()), 200);
+  ASSERT_TRUE(waitUntil([this] { return isBackground(background()); }));
+  EXPECT_GT(brightness(background()), 200);
   colorScheme_.setAppearance(WindowAppearance::dark);
-  ASSERT_TRUE(waitUntil([this] { return isPlateOf(plate()) && brightness(plate()) < 90; }));
+  ASSERT_TRUE(
+      waitUntil([this] { return isBackground(background()) && brightness(background()) < 90; }));
   colorScheme_.setAppearance(WindowAppearance::light);
-  EXPECT_TRUE(waitUntil([this] { return isPlateOf(plate()) && brightness(plate()) > 200; }));
+  EXPECT_TRUE(
+      waitUntil([this] { return isBackground(background()) && brightness(background()) > 200; }));
 }
 
 TEST_F(BannerStyleTest, HasAReadablePrimaryButtonInRed) {
@@ -76,9 +78,9 @@ TEST_F(BannerStyleTest, ShowsWhenThePrimaryButtonIsDisabled) {
   EXPECT_GT(color.red, color.green + 40);
 }
 
-TEST_F(BannerStyleTest, IsRoundedSoThatThePageIsSeenInItsCorners) {
+TEST_F(BannerStyleTest, ShowsThePageOutsideItsRoundedCorners) {
   ASSERT_TRUE(showBanner(offer()));
-  ASSERT_TRUE(waitUntil([this] { return isPlateOf(plate()); }));
+  ASSERT_TRUE(waitUntil([this] { return isBackground(background()); }));
   const auto card = shotOfCard();
   const int right = card.width() - 1;
   const int bottom = card.height() - 1;
@@ -87,38 +89,38 @@ TEST_F(BannerStyleTest, IsRoundedSoThatThePageIsSeenInItsCorners) {
     EXPECT_EQ(card.pixel(corner), pageColor) << corner.x << ", " << corner.y;
   for (const driver::Point inside :
        {driver::Point{7, 7}, {right - 7, 7}, {7, bottom - 7}, {right - 7, bottom - 7}})
-    EXPECT_TRUE(isPlateOf(card.pixel(inside))) << inside.x << ", " << inside.y;
+    EXPECT_TRUE(isBackground(card.pixel(inside))) << inside.x << ", " << inside.y;
 }
 
-TEST_F(BannerStyleTest, HasAHairlineAround) {
+TEST_F(BannerStyleTest, HasAHairlineBorder) {
   ASSERT_TRUE(showBanner(offer()));
   for (const auto appearance : {WindowAppearance::light, WindowAppearance::dark}) {
     colorScheme_.setAppearance(appearance);
-    ASSERT_TRUE(waitUntil([this] { return isPlateOf(plate()); }));
+    ASSERT_TRUE(waitUntil([this] { return isBackground(background()); }));
     const auto card = shotOfCard();
     const int middle = card.height() / 2;
     for (const int x : {0, card.width() - 1}) {
-      EXPECT_GT(card.pixel({x, middle}).distance(plate()), 4) << x;
+      EXPECT_GT(card.pixel({x, middle}).distance(background()), 4) << x;
       EXPECT_GT(card.pixel({x, middle}).distance(pageColor), 60) << x;
     }
-    EXPECT_TRUE(isPlateOf(card.pixel({1, middle})));
-    EXPECT_TRUE(isPlateOf(card.pixel({card.width() / 2, 1})));
-    EXPECT_GT(card.pixel({card.width() / 2, 0}).distance(plate()), 4);
+    EXPECT_TRUE(isBackground(card.pixel({1, middle})));
+    EXPECT_TRUE(isBackground(card.pixel({card.width() / 2, 1})));
+    EXPECT_GT(card.pixel({card.width() / 2, 0}).distance(background()), 4);
   }
 }
 
-TEST_F(BannerStyleTest, HasACloseButtonWithoutAFrame) {
+TEST_F(BannerStyleTest, HasABorderlessCloseButton) {
   ASSERT_TRUE(showBanner(offer()));
-  ASSERT_TRUE(waitUntil([this] { return isPlateOf(plate()); }));
+  ASSERT_TRUE(waitUntil([this] { return isBackground(background()); }));
   const auto close = display_.screenshot(onScreen(button(Button::close)));
   ASSERT_EQ(close.width(), 24);
   ASSERT_EQ(close.height(), 24);
   for (int position = 0; position < 24; ++position) {
     for (const driver::Point edge :
          {driver::Point{position, 0}, {position, 23}, {0, position}, {23, position}})
-      EXPECT_TRUE(isPlateOf(close.pixel(edge))) << edge.x << ", " << edge.y;
+      EXPECT_TRUE(isBackground(close.pixel(edge))) << edge.x << ", " << edge.y;
   }
-  // The sign, in the middle.
+  // The "×" is in the middle.
   int left = 24;
   int right = 0;
   int top = 24;
@@ -154,12 +156,12 @@ TEST_F(BannerStyleTest, ShowsAFraction) {
   EXPECT_FALSE(banner_->isHidden());
 }
 
-TEST_F(BannerStyleTest, FillsTheBarAsFarAsTheFractionSays) {
+TEST_F(BannerStyleTest, FillsTheBarToTheFraction) {
   ASSERT_TRUE(showBanner(downloading()));
   banner_->setProgress(Progress::ofFraction(0.4));
   Gtk::Widget& bar = banner_->bar().widget();
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(bar); }));
-  // The colour of what is done ends at two fifths of the width.
+  // The filled part ends at two fifths of the width.
   EXPECT_TRUE(waitUntil([&] {
     const auto shown = display_.screenshot(onScreen(bar));
     const int y = shown.height() / 2;
@@ -171,7 +173,7 @@ TEST_F(BannerStyleTest, FillsTheBarAsFarAsTheFractionSays) {
   }));
 }
 
-TEST_F(BannerStyleTest, MovesWhileItDoesNotKnow) {
+TEST_F(BannerStyleTest, AnimatesIndeterminateProgress) {
   ASSERT_TRUE(showBanner(downloading()));
   banner_->setProgress(Progress::indeterminate());
   Gtk::Widget& bar = banner_->bar().widget();
@@ -193,7 +195,7 @@ class FrameCounter {
                  G_CALLBACK(+[](GdkFrameClock*, gpointer count) { ++*static_cast<int*>(count); }),
                  &count_) {}
 
-  // Those that come within a third of a second, after everything that is due has been drawn.
+  // Draws everything that is due, then returns the number of frames within 300 milliseconds.
   int next() {
     runPendingEvents();
     count_ = 0;
@@ -208,7 +210,7 @@ class FrameCounter {
   SignalConnection updates_;
 };
 
-// The tests' desktop has the toolkit's animations off.
+// Turns GTK's animations on for a scope; the tests' desktop has them off.
 class AnimationsOn {
  public:
   AnimationsOn() { set(TRUE); }
@@ -222,7 +224,7 @@ class AnimationsOn {
   }
 };
 
-TEST_F(BannerStyleTest, StandsStillWhileNobodySeesIt) {
+TEST_F(BannerStyleTest, DoesNotAnimateWhileHidden) {
   const AnimationsOn animations;
   banner_->setProgress(Progress::indeterminate());
   EXPECT_FALSE(banner_->bar().isAnimating());
@@ -242,7 +244,7 @@ TEST_F(BannerStyleTest, StandsStillWhileNobodySeesIt) {
   EXPECT_LE(frames.next(), 2);
 }
 
-TEST_F(BannerStyleTest, StandsStillInAWindowThatNobodySees) {
+TEST_F(BannerStyleTest, DoesNotAnimateInAMinimisedOrHiddenWindow) {
   const AnimationsOn animations;
   ASSERT_TRUE(showBanner(downloading()));
   banner_->setProgress(Progress::indeterminate());
@@ -264,7 +266,7 @@ TEST_F(BannerStyleTest, StandsStillInAWindowThatNobodySees) {
   EXPECT_TRUE(banner_->bar().isAnimating());
 }
 
-TEST_F(BannerStyleTest, AnimatesWithoutAStartWhenToldAgain) {
+TEST_F(BannerStyleTest, ContinuesTheAnimationWhenSetAgain) {
   ASSERT_TRUE(showBanner(downloading()));
   for (int time = 0; time < 3; ++time) {
     banner_->setProgress(Progress::indeterminate());

@@ -44,7 +44,7 @@ TEST_F(LinuxUpdateBannerAccessibilityTest, NamesTheCardAndItsButtons) {
   EXPECT_EQ(name(button(Button::primary)), "Обновить");
 }
 
-TEST_F(LinuxUpdateBannerAccessibilityTest, SaysWhatIsThereAndWhatCanBePressed) {
+TEST_F(LinuxUpdateBannerAccessibilityTest, ReportsVisibleAndSensitiveWidgets) {
   ASSERT_TRUE(showBanner(offer()));
   EXPECT_TRUE(waitUntil([&] { return has(banner_->card(), ATK_STATE_SHOWING); }));
   EXPECT_TRUE(has(button(Button::secondary), ATK_STATE_SENSITIVE));
@@ -58,14 +58,14 @@ TEST_F(LinuxUpdateBannerAccessibilityTest, SaysWhatIsThereAndWhatCanBePressed) {
   EXPECT_FALSE(has(banner_->card(), ATK_STATE_SHOWING));
 }
 
-TEST_F(LinuxUpdateBannerAccessibilityTest, PressesForAssistiveTechnology) {
+TEST_F(LinuxUpdateBannerAccessibilityTest, ButtonsHaveAnAction) {
   ASSERT_TRUE(showBanner(offer()));
   ASSERT_TRUE(atk_action_do_action(ATK_ACTION(accessible(button(Button::tertiary))), 0));
   ASSERT_TRUE(waitUntil([this] { return !delegateOfBanner_.presses.empty(); }));
   EXPECT_THAT(delegateOfBanner_.presses, ElementsAre(Button::tertiary));
 }
 
-TEST_F(LinuxUpdateBannerAccessibilityTest, TellsTheProgress) {
+TEST_F(LinuxUpdateBannerAccessibilityTest, ReportsTheProgress) {
   ASSERT_TRUE(showBanner(downloading()));
   banner_->setProgress(UpdateBannerProgress::ofFraction(0.4));
   AtkObject* bar = accessible(banner_->bar().widget());
@@ -81,7 +81,7 @@ TEST_F(LinuxUpdateBannerAccessibilityTest, TellsTheProgress) {
   g_object_unref(relations);
 }
 
-TEST_F(LinuxUpdateBannerAccessibilityTest, AnnouncesAloud) {
+TEST_F(LinuxUpdateBannerAccessibilityTest, EmitsAnnouncements) {
   std::vector<std::string> heard;
   const bool polite = g_signal_lookup("notification", ATK_TYPE_OBJECT) != 0;
   const gulong handler =

@@ -15,7 +15,7 @@ using Button = UpdateBannerButton;
 class LinuxUpdateBannerFocusTest : public UpdateBannerTest {
  protected:
   Gtk::Widget* focus() { return window_->native().get_focus(); }
-  testing::AssertionResult strike(const char* key, Gtk::Widget& expected) {
+  testing::AssertionResult focusAfter(const char* key, Gtk::Widget& expected) {
     keyboard_.chord(key);
     return waitUntil([&] { return focus() == &expected; });
   }
@@ -38,7 +38,7 @@ TEST_F(LinuxUpdateBannerFocusTest, LeavesTheFocusWhereItIsWhenClicked) {
   EXPECT_EQ(focus(), &page_);
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, TabGoesThroughItAndBackToThePage) {
+TEST_F(LinuxUpdateBannerFocusTest, TabVisitsTheButtonsAndReturnsToThePage) {
   ASSERT_TRUE(showBanner(offer()));
   std::vector<Gtk::Widget*> order;
   for (int step = 0; step < 5; ++step) {
@@ -49,56 +49,56 @@ TEST_F(LinuxUpdateBannerFocusTest, TabGoesThroughItAndBackToThePage) {
   }
   EXPECT_THAT(order, ElementsAre(&button(Button::close), &button(Button::primary),
                                  &button(Button::secondary), &button(Button::tertiary), &page_));
-  EXPECT_TRUE(strike("Shift+Tab", button(Button::tertiary)));
+  EXPECT_TRUE(focusAfter("Shift+Tab", button(Button::tertiary)));
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, F6GoesThereAndBack) {
+TEST_F(LinuxUpdateBannerFocusTest, F6MovesTheFocusToTheBannerAndBack) {
   ASSERT_TRUE(showBanner(offer()));
-  ASSERT_TRUE(strike("F6", button(Button::close)));
-  EXPECT_TRUE(strike("F6", page_));
+  ASSERT_TRUE(focusAfter("F6", button(Button::close)));
+  EXPECT_TRUE(focusAfter("F6", page_));
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, F6GoesBackToWhatHadTheFocus) {
+TEST_F(LinuxUpdateBannerFocusTest, F6RestoresTheFocusedWidget) {
   Gtk::Entry entry;
   entry.set_valign(Gtk::ALIGN_END);
   entry.show();
   window_->overlay().add_overlay(entry);
   entry.grab_focus();
   ASSERT_TRUE(showBanner(downloading()));
-  ASSERT_TRUE(strike("F6", button(Button::secondary)));
-  ASSERT_TRUE(strike("F6", entry));
-  ASSERT_TRUE(strike("F6", button(Button::secondary)));
+  ASSERT_TRUE(focusAfter("F6", button(Button::secondary)));
+  ASSERT_TRUE(focusAfter("F6", entry));
+  ASSERT_TRUE(focusAfter("F6", button(Button::secondary)));
   entry.hide();
   banner_->setHidden(true);
   EXPECT_FALSE(banner_->card().containsFocus());
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, F6IsThePagesWhileThereIsNoBannerOrNothingToPress) {
-  int struck = 0;
+TEST_F(LinuxUpdateBannerFocusTest, F6ReachesThePageWithoutABannerOrButtons) {
+  int presses = 0;
   page_.add_events(Gdk::KEY_PRESS_MASK);
   page_.signal_key_press_event().connect([&](GdkEventKey* event) {
-    struck += event->keyval == GDK_KEY_F6 ? 1 : 0;
+    presses += event->keyval == GDK_KEY_F6 ? 1 : 0;
     return true;
   });
   keyboard_.chord("F6");
-  ASSERT_TRUE(waitUntil([&] { return struck == 1; }));
+  ASSERT_TRUE(waitUntil([&] { return presses == 1; }));
   ASSERT_TRUE(showBanner(downloading("")));
   keyboard_.chord("F6");
-  ASSERT_TRUE(waitUntil([&] { return struck == 2; }));
+  ASSERT_TRUE(waitUntil([&] { return presses == 2; }));
   banner_->setContent(offer());
   keyboard_.chord("Shift+F6");
-  ASSERT_TRUE(waitUntil([&] { return struck == 3; }));
+  ASSERT_TRUE(waitUntil([&] { return presses == 3; }));
   EXPECT_EQ(focus(), &page_);
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, GivesTheFocusBackWhenItGoes) {
+TEST_F(LinuxUpdateBannerFocusTest, RestoresTheFocusWhenHidden) {
   ASSERT_TRUE(showBanner(offer()));
   button(Button::primary).grab_focus();
   banner_->setHidden(true);
   EXPECT_EQ(focus(), &page_);
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, KeepsTheFocusWithoutPressingTheNextThing) {
+TEST_F(LinuxUpdateBannerFocusTest, HoldsTheFocusWithoutPressingTheNextButton) {
   delegateOfBanner_.onPress = [this](Button) { banner_->setContent(disabled(offer())); };
   ASSERT_TRUE(showBanner(offer()));
   button(Button::primary).grab_focus();
@@ -108,25 +108,25 @@ TEST_F(LinuxUpdateBannerFocusTest, KeepsTheFocusWithoutPressingTheNextThing) {
   banner_->setContent(downloading());
   EXPECT_EQ(focus(), &banner_->card());
   keyboard_.chord("Return");
-  ASSERT_TRUE(strike("Tab", button(Button::secondary)));
+  ASSERT_TRUE(focusAfter("Tab", button(Button::secondary)));
   EXPECT_THAT(delegateOfBanner_.presses, ElementsAre(Button::primary));
-  ASSERT_TRUE(strike("Tab", page_));
-  EXPECT_TRUE(strike("Tab", button(Button::secondary)));
+  ASSERT_TRUE(focusAfter("Tab", page_));
+  EXPECT_TRUE(focusAfter("Tab", button(Button::secondary)));
   banner_->setHidden(true);
   EXPECT_EQ(focus(), &page_);
 }
 
-TEST_F(LinuxUpdateBannerFocusTest, TellsWhoHasTheFocusByEscapeToo) {
+TEST_F(LinuxUpdateBannerFocusTest, RestoresTheFocusAfterEscape) {
   delegateOfBanner_.onPress = [this](Button) { banner_->setHidden(true); };
   ASSERT_TRUE(showBanner(offer()));
-  ASSERT_TRUE(strike("F6", button(Button::close)));
+  ASSERT_TRUE(focusAfter("F6", button(Button::close)));
   keyboard_.chord("Escape");
   ASSERT_TRUE(waitUntil([this] { return banner_->isHidden(); }));
   EXPECT_THAT(delegateOfBanner_.presses, ElementsAre(Button::close));
   EXPECT_EQ(focus(), &page_);
 }
 
-// Over a real page, which has a focus of its own.
+// A banner over a web view, which has a focus of its own.
 class LinuxUpdateBannerPageTest : public WebViewTest {
  protected:
   using Button = UpdateBannerButton;
@@ -166,7 +166,7 @@ class LinuxUpdateBannerPageTest : public WebViewTest {
   LinuxUpdateBanner banner_;
 };
 
-TEST_F(LinuxUpdateBannerPageTest, ThePageKeepsTheKeyboardWhenItComes) {
+TEST_F(LinuxUpdateBannerPageTest, ThePageKeepsTheFocusWhenTheBannerAppears) {
   run("document.getElementById('text').focus()");
   ASSERT_TRUE(waitUntil([this] { return active() == "text"; }));
   keyboard_.type("ab");
@@ -182,7 +182,7 @@ TEST_F(LinuxUpdateBannerPageTest, ThePageKeepsTheKeyboardWhenItComes) {
       [this] { return evaluate("document.getElementById('text').value") == Json("abcde"); }));
 }
 
-TEST_F(LinuxUpdateBannerPageTest, TabLeadsFromItBackIntoThePage) {
+TEST_F(LinuxUpdateBannerPageTest, TabReturnsToThePage) {
   run("document.getElementById('text').focus()");
   banner_.setHidden(false);
   ASSERT_TRUE(waitUntil([this] { return isLaidOut(banner_.card()); }));
@@ -195,7 +195,7 @@ TEST_F(LinuxUpdateBannerPageTest, TabLeadsFromItBackIntoThePage) {
       waitUntil([this] { return evaluate("document.getElementById('text').value") == Json("x"); }));
 }
 
-TEST_F(LinuxUpdateBannerPageTest, F6LeadsOutOfAPageThatKeepsTab) {
+TEST_F(LinuxUpdateBannerPageTest, F6LeavesAPageThatPreventsTab) {
   run("addEventListener('keydown', event => event.preventDefault())");
   banner_.setHidden(false);
   ASSERT_TRUE(waitUntil([this] { return isLaidOut(banner_.card()); }));
@@ -207,7 +207,7 @@ TEST_F(LinuxUpdateBannerPageTest, F6LeadsOutOfAPageThatKeepsTab) {
   EXPECT_EQ(active(), "one");
 }
 
-TEST_F(LinuxUpdateBannerPageTest, ClicksBesideItReachThePage) {
+TEST_F(LinuxUpdateBannerPageTest, ClicksOutsideTheCardReachThePage) {
   banner_.setHidden(false);
   ASSERT_TRUE(waitUntil([this] { return isLaidOut(banner_.card()); }));
   const auto card = onScreen(banner_.card());

@@ -16,7 +16,7 @@ class LinuxUpdateBannerPressTest : public UpdateBannerTest {
     mouse_.click(onScreen(button(which)).center());
     return testing::AssertionSuccess();
   }
-  // Everything that was clicked or struck before has had its effect, after it has reached the page.
+  // Clicks the page and waits for it: all earlier input has been processed then.
   testing::AssertionResult clickPage() {
     const int before = clicksOnPage_;
     const auto area = onScreen(window_->overlay());
@@ -29,7 +29,7 @@ class LinuxUpdateBannerPressTest : public UpdateBannerTest {
   }
 };
 
-TEST_F(LinuxUpdateBannerPressTest, TellsOfEveryButton) {
+TEST_F(LinuxUpdateBannerPressTest, ReportsEveryButton) {
   ASSERT_TRUE(showBanner(offer()));
   for (const auto which : {Button::primary, Button::secondary, Button::tertiary, Button::close}) {
     delegateOfBanner_.presses.clear();
@@ -40,7 +40,7 @@ TEST_F(LinuxUpdateBannerPressTest, TellsOfEveryButton) {
   EXPECT_EQ(clicksOnPage_, 0);
 }
 
-TEST_F(LinuxUpdateBannerPressTest, TellsNobodyWithoutADelegate) {
+TEST_F(LinuxUpdateBannerPressTest, IgnoresPressesWithoutADelegate) {
   ASSERT_TRUE(showBanner(offer()));
   banner_->setDelegate(nullptr);
   ASSERT_TRUE(click(Button::primary));
@@ -48,7 +48,7 @@ TEST_F(LinuxUpdateBannerPressTest, TellsNobodyWithoutADelegate) {
   EXPECT_THAT(delegateOfBanner_.presses, IsEmpty());
 }
 
-TEST_F(LinuxUpdateBannerPressTest, TheSecondOfTwoClicksFindsTheNextContent) {
+TEST_F(LinuxUpdateBannerPressTest, TheSecondClickOfADoubleClickMeetsTheNewContent) {
   delegateOfBanner_.onPress = [this](Button) { banner_->setContent(disabled(offer())); };
   ASSERT_TRUE(showBanner(offer()));
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(button(Button::primary)); }));
@@ -58,7 +58,7 @@ TEST_F(LinuxUpdateBannerPressTest, TheSecondOfTwoClicksFindsTheNextContent) {
   EXPECT_THAT(delegateOfBanner_.presses, ElementsAre(Button::primary));
 }
 
-TEST_F(LinuxUpdateBannerPressTest, DisabledButtonsAreSeenButInert) {
+TEST_F(LinuxUpdateBannerPressTest, DisabledButtonsAreVisibleButInert) {
   ASSERT_TRUE(showBanner(disabled(offer())));
   for (const auto which : {Button::primary, Button::secondary, Button::tertiary, Button::close}) {
     EXPECT_TRUE(button(which).get_mapped());
@@ -69,7 +69,7 @@ TEST_F(LinuxUpdateBannerPressTest, DisabledButtonsAreSeenButInert) {
   EXPECT_THAT(delegateOfBanner_.presses, IsEmpty());
 }
 
-TEST_F(LinuxUpdateBannerPressTest, ContentMayChangeUnderAPress) {
+TEST_F(LinuxUpdateBannerPressTest, TheDelegateMayChangeTheContent) {
   delegateOfBanner_.onPress = [this](Button) {
     banner_->setContent(downloading());
     banner_->setProgress(UpdateBannerProgress::indeterminate());
@@ -87,7 +87,7 @@ TEST_F(LinuxUpdateBannerPressTest, ContentMayChangeUnderAPress) {
   }
 }
 
-TEST_F(LinuxUpdateBannerPressTest, APressMayEndTheBanner) {
+TEST_F(LinuxUpdateBannerPressTest, TheDelegateMayDestroyTheBanner) {
   delegateOfBanner_.onPress = [this](Button) { banner_.reset(); };
   ASSERT_TRUE(showBanner(offer()));
   ASSERT_TRUE(click(Button::primary));
@@ -96,7 +96,7 @@ TEST_F(LinuxUpdateBannerPressTest, APressMayEndTheBanner) {
   EXPECT_THAT(delegateOfBanner_.presses, ElementsAre(Button::primary));
 }
 
-TEST_F(LinuxUpdateBannerPressTest, APressThatBeganOnSomethingElseIsNone) {
+TEST_F(LinuxUpdateBannerPressTest, IgnoresAClickThatBeganOnAnotherTitle) {
   ASSERT_TRUE(showBanner(downloading("Cancel")));
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(button(Button::secondary)); }));
   mouse_.moveTo(onScreen(button(Button::secondary)).center());
@@ -111,7 +111,7 @@ TEST_F(LinuxUpdateBannerPressTest, APressThatBeganOnSomethingElseIsNone) {
   EXPECT_TRUE(waitUntil([this] { return delegateOfBanner_.presses.size() == 1; }));
 }
 
-TEST_F(LinuxUpdateBannerPressTest, AKeyThatWasStruckOnSomethingElsePressesNothing) {
+TEST_F(LinuxUpdateBannerPressTest, IgnoresAKeyThatWasPressedOnAnotherTitle) {
   ASSERT_TRUE(showBanner(downloading("Cancel")));
   ASSERT_TRUE(focus(Button::secondary));
   keyboard_.chord("Return");
@@ -125,7 +125,7 @@ TEST_F(LinuxUpdateBannerPressTest, AKeyThatWasStruckOnSomethingElsePressesNothin
   EXPECT_TRUE(waitUntil([this] { return delegateOfBanner_.presses.size() == 1; }));
 }
 
-TEST_F(LinuxUpdateBannerPressTest, ReturnAndSpacePressWhatHasTheFocus) {
+TEST_F(LinuxUpdateBannerPressTest, ReturnAndSpacePressTheFocusedButton) {
   ASSERT_TRUE(showBanner(offer()));
   for (const auto which : {Button::primary, Button::secondary, Button::tertiary, Button::close}) {
     for (const char* key : {"Return", "space"}) {
@@ -138,7 +138,7 @@ TEST_F(LinuxUpdateBannerPressTest, ReturnAndSpacePressWhatHasTheFocus) {
   }
 }
 
-TEST_F(LinuxUpdateBannerPressTest, EscapeWithinPressesClose) {
+TEST_F(LinuxUpdateBannerPressTest, EscapePressesTheCloseButton) {
   ASSERT_TRUE(showBanner(offer()));
   ASSERT_TRUE(focus(Button::secondary));
   keyboard_.chord("Escape");
@@ -146,7 +146,7 @@ TEST_F(LinuxUpdateBannerPressTest, EscapeWithinPressesClose) {
   EXPECT_THAT(delegateOfBanner_.presses, ElementsAre(Button::close));
 }
 
-TEST_F(LinuxUpdateBannerPressTest, EscapeElsewhereOrWithoutCloseDoesNothing) {
+TEST_F(LinuxUpdateBannerPressTest, EscapeDoesNothingOutsideOrWithoutACloseButton) {
   int escapes = 0;
   page_.add_events(Gdk::KEY_PRESS_MASK);
   page_.signal_key_press_event().connect([&](GdkEventKey* event) {
@@ -167,30 +167,30 @@ TEST_F(LinuxUpdateBannerPressTest, EscapeElsewhereOrWithoutCloseDoesNothing) {
   EXPECT_FALSE(banner_->isHidden());
 }
 
-TEST_F(LinuxUpdateBannerPressTest, LetsThroughWhatIsBesideTheCard) {
+TEST_F(LinuxUpdateBannerPressTest, PassesEventsOutsideTheCardToThePage) {
   ASSERT_TRUE(showBanner(offer()));
   const auto card = onScreen(banner_->card());
   const int right = card.x + card.width;
   const int bottom = card.y + card.height;
   int expected = 0;
-  for (const driver::Point beside : {driver::Point{card.x - 2, card.y + 40},
-                                     {right + 2, card.y + 40},
-                                     {card.x + 200, card.y - 2},
-                                     {card.x + 200, bottom + 2},
-                                     {card.x + 1, card.y + 1},
-                                     {right - 2, card.y + 1},
-                                     {card.x + 1, bottom - 2},
-                                     {right - 2, bottom - 2}}) {
-    mouse_.click(beside);
+  for (const driver::Point outside : {driver::Point{card.x - 2, card.y + 40},
+                                      {right + 2, card.y + 40},
+                                      {card.x + 200, card.y - 2},
+                                      {card.x + 200, bottom + 2},
+                                      {card.x + 1, card.y + 1},
+                                      {right - 2, card.y + 1},
+                                      {card.x + 1, bottom - 2},
+                                      {right - 2, bottom - 2}}) {
+    mouse_.click(outside);
     ++expected;
     ASSERT_TRUE(waitUntil([&] { return clicksOnPage_ == expected; }))
-        << beside.x - card.x << ", " << beside.y - card.y;
+        << outside.x - card.x << ", " << outside.y - card.y;
   }
   mouse_.scroll({card.x + 200, bottom + 10}, 1);
   EXPECT_TRUE(waitUntil([&] { return scrollsOnPage_ == 1; }));
 }
 
-TEST_F(LinuxUpdateBannerPressTest, KeepsWhatIsOnTheCardFromThePage) {
+TEST_F(LinuxUpdateBannerPressTest, KeepsEventsOnTheCardFromThePage) {
   int scrollsOnWindow = 0;
   window_->native().add_events(Gdk::SCROLL_MASK);
   window_->native().signal_scroll_event().connect([&](GdkEventScroll*) {

@@ -14,12 +14,12 @@ using Button = UpdateBannerButton;
 class LinuxUpdateBannerTest : public UpdateBannerTest {
  protected:
   testing::AssertionResult resizeTo(int width) {
-    // Narrower than the application lets its window become.
+    // Lifts the minimum size of the main window.
     GtkWidget* layout = gtk_bin_get_child(GTK_BIN(window_->native().gobj()));
     gtk_widget_set_size_request(layout, 10, 10);
     return waitUntil([=, this] {
       if (window_->overlay().get_allocated_width() == width) return true;
-      // The window manager learns of the new minimum in its own time.
+      // Repeated, because the window manager learns of the new minimum asynchronously.
       display_.resize(infoOf(window_->native()).id, width, 500);
       return false;
     });
@@ -27,7 +27,7 @@ class LinuxUpdateBannerTest : public UpdateBannerTest {
   static bool isComplete(const Gtk::Label& label) { return !label.get_layout()->is_ellipsized(); }
 };
 
-TEST_F(LinuxUpdateBannerTest, IsMadeHiddenAndEmpty) {
+TEST_F(LinuxUpdateBannerTest, StartsHiddenAndEmpty) {
   runPendingEvents();
   EXPECT_TRUE(banner_->isHidden());
   EXPECT_THAT(visibleWidgets(banner_->card()), IsEmpty());
@@ -37,7 +37,7 @@ TEST_F(LinuxUpdateBannerTest, IsMadeHiddenAndEmpty) {
   EXPECT_FALSE(banner_->isHidden());
 }
 
-TEST_F(LinuxUpdateBannerTest, MayLiveInNoWindow) {
+TEST_F(LinuxUpdateBannerTest, WorksWithoutAWindow) {
   LinuxUpdateBanner other;
   other.setContent(offer());
   other.setProgress(UpdateBannerProgress::indeterminate());
@@ -48,7 +48,7 @@ TEST_F(LinuxUpdateBannerTest, MayLiveInNoWindow) {
   EXPECT_TRUE(other.isHidden());
 }
 
-TEST_F(LinuxUpdateBannerTest, LiesInTheCornerAtItsDistances) {
+TEST_F(LinuxUpdateBannerTest, IsPlacedInTheTopRightCorner) {
   ASSERT_TRUE(showBanner(offer()));
   const auto content = onScreen(window_->overlay());
   const auto card = onScreen(banner_->card());
@@ -57,7 +57,7 @@ TEST_F(LinuxUpdateBannerTest, LiesInTheCornerAtItsDistances) {
   EXPECT_EQ(content.x + content.width - (card.x + card.width), 18);
 }
 
-TEST_F(LinuxUpdateBannerTest, LiesBelowTheMenuBar) {
+TEST_F(LinuxUpdateBannerTest, IsPlacedBelowTheMenuBar) {
   Gtk::EventBox bar;
   bar.set_size_request(-1, 30);
   bar.show();
@@ -67,7 +67,7 @@ TEST_F(LinuxUpdateBannerTest, LiesBelowTheMenuBar) {
       [&] { return onScreen(banner_->card()).y == onScreen(bar).y + onScreen(bar).height + 14; }));
 }
 
-TEST_F(LinuxUpdateBannerTest, IsAColumnWithTheSpacingOfTheLayout) {
+TEST_F(LinuxUpdateBannerTest, HasTheLayoutsInsetsAndSpacing) {
   ASSERT_TRUE(showBanner(offer()));
   banner_->setProgress(UpdateBannerProgress::ofFraction(0.4));
   ASSERT_TRUE(waitUntil([this] { return isLaidOut(banner_->bar().widget()); }));
@@ -95,7 +95,7 @@ TEST_F(LinuxUpdateBannerTest, IsAColumnWithTheSpacingOfTheLayout) {
   EXPECT_EQ(banner_->card().get_allocated_height(), tertiary.y + tertiary.height + 14);
 }
 
-TEST_F(LinuxUpdateBannerTest, LeavesNoGapWhereNothingIs) {
+TEST_F(LinuxUpdateBannerTest, LeavesNoGapForHiddenWidgets) {
   ASSERT_TRUE(showBanner(downloading("")));
   const auto detail = inCard(*labels()[1]);
   EXPECT_EQ(inCard(*labels()[0]).y, 14);
@@ -103,7 +103,7 @@ TEST_F(LinuxUpdateBannerTest, LeavesNoGapWhereNothingIs) {
       [&] { return banner_->card().get_allocated_height() == detail.y + detail.height + 14; }));
 }
 
-TEST_F(LinuxUpdateBannerTest, HasTheFontsOfTheLayout) {
+TEST_F(LinuxUpdateBannerTest, HasTheLayoutsFonts) {
   ASSERT_TRUE(showBanner(offer()));
   const auto font = [](Gtk::Label* label) {
     return label->get_layout()->get_context()->get_font_description();
@@ -123,7 +123,7 @@ TEST_F(LinuxUpdateBannerTest, HasTheFontsOfTheLayout) {
   EXPECT_LT(pixels(labels()[5]), pixels(labels()[3]));
 }
 
-TEST_F(LinuxUpdateBannerTest, ShowsWhatTheContentSays) {
+TEST_F(LinuxUpdateBannerTest, ShowsTheContent) {
   ASSERT_TRUE(showBanner(offer()));
   EXPECT_EQ(button(Button::tertiary).get_tooltip_text(), "Not about this one");
   EXPECT_EQ(button(Button::close).get_tooltip_text(), "Close until tomorrow");
@@ -141,7 +141,7 @@ TEST_F(LinuxUpdateBannerTest, ShowsWhatTheContentSays) {
   EXPECT_EQ(button(Button::tertiary).get_tooltip_text(), "");
 }
 
-TEST_F(LinuxUpdateBannerTest, ShowsTextsLiterallyAndTheKeysOfThisDesktop) {
+TEST_F(LinuxUpdateBannerTest, ShowsTextsLiterallyWithKeyNames) {
   auto content = offer();
   content.title = "<b>1 < 2 & \"3\"</b>";
   content.detail = "Save your note (⌘⇧Space)";
@@ -170,7 +170,7 @@ TEST_F(LinuxUpdateBannerTest, WrapsLongTextsWithoutWidening) {
   EXPECT_EQ(infoOf(window_->native()).content.width, 1100);
 }
 
-TEST_F(LinuxUpdateBannerTest, CutsTextsThatNobodyReads) {
+TEST_F(LinuxUpdateBannerTest, CutsVeryLongTexts) {
   auto content = offer();
   content.title = std::string(20'000, 'x');
   content.detail = std::string(20'000, 'y');
@@ -208,7 +208,7 @@ TEST_F(LinuxUpdateBannerTest, NarrowsInANarrowWindow) {
   EXPECT_TRUE(waitUntil([&] { return banner_->card().get_allocated_width() == 480; }));
 }
 
-TEST_F(LinuxUpdateBannerTest, LiesOverWhatWasAddedBefore) {
+TEST_F(LinuxUpdateBannerTest, IsOnTopOfEarlierOverlays) {
   Gtk::EventBox cover;
   cover.override_background_color(Gdk::RGBA("#00ff00"));
   cover.show();
@@ -239,7 +239,7 @@ TEST_F(LinuxUpdateBannerTest, MayOutliveItsWindow) {
   banner_.reset();
 }
 
-TEST_F(LinuxUpdateBannerTest, IsGoneFromItsWindowWhenDestroyed) {
+TEST_F(LinuxUpdateBannerTest, LeavesItsWindowWhenDestroyed) {
   ASSERT_TRUE(showBanner(offer()));
   button(Button::primary).grab_focus();
   banner_.reset();

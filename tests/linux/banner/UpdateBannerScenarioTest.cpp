@@ -36,7 +36,7 @@ weekend, and the invoice of the last repair is still missing.</article>
 <article>Notes from the walk along the river, with the list of the birds that we have seen.</article>
 <article>Groceries: bread, lentils, tomatoes, coffee.</article>)";
 
-struct Look {
+struct Variant {
   std::string language;
   WindowAppearance appearance;
 
@@ -45,9 +45,9 @@ struct Look {
   }
 };
 
-// Plays every state of an update over a real page. With NAVORA_BANNER_PICTURES, leaves a picture of
-// the window in that folder for each.
-class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamInterface<Look> {
+// Shows every state of an update over a real page. If NAVORA_BANNER_PICTURES names a folder, saves
+// a picture of the window there for each.
+class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamInterface<Variant> {
  protected:
   void SetUp() override {
     const auto catalog = readFile(NAVORA_CATALOG);
@@ -74,14 +74,14 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
   void TearDown() override { colorScheme_.setAppearance(WindowAppearance::system); }
 
   bool isDark() const { return GetParam().appearance == WindowAppearance::dark; }
-  // The page has taken over whether it is light or dark.
+  // Returns whether the page is painted in the current colour scheme.
   bool isPagePainted() {
     const auto shot = display_.screenshot(onScreen(window_.overlay()));
     const auto corner = shot.pixel({shot.width() / 2, shot.height() - 10});
     return isDark() ? corner.red < 60 : corner.red > 240;
   }
 
-  // The text in the language of this test, as the screen has it.
+  // Returns the key's text as the banner shows it in the language of this test.
   std::string text(const std::string& key) {
     std::string shown = key;
     if (GetParam().language != "ru") {
@@ -89,7 +89,7 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
       if (!key.empty() && translations.contains(key)) {
         shown = translations.at(key).get<std::string>();
       } else if (!key.empty()) {
-        ADD_FAILURE() << "There is no translation of " << key;
+        ADD_FAILURE() << "no translation of " << key;
       }
     }
     const std::string placeholder = "{version}";
@@ -124,7 +124,7 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
     }
   }
 
-  // Every text has the room that it takes, and everything lies within the card's insets.
+  // Checks that no text is cut and every widget lies within the card's insets.
   void expectNothingClipped() {
     auto& card = bannerView_->card();
     EXPECT_EQ(card.get_allocated_width(), 480);
@@ -135,7 +135,7 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
       label->get_layout()->get_pixel_size(width, height);
       EXPECT_FALSE(label->get_layout()->is_ellipsized()) << label->get_text();
       if (label->get_text() == "×")
-        continue;  // The sign's line is higher than what is drawn of it.
+        continue;  // Its line is higher than the button (see BannerStyle).
       EXPECT_LE(width, label->get_allocated_width()) << label->get_text();
       EXPECT_LE(height, label->get_allocated_height()) << label->get_text();
     }
@@ -156,15 +156,15 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
     return shown;
   }
 
-  // The screen has caught up with the state: the card is drawn down to its lower edge and no
-  // further.
+  // Returns whether the screen shows the card with its final height: painted down to its lower edge
+  // and no further.
   bool isDrawn() {
     auto& card = bannerView_->card();
     int minimum = 0;
     int wanted = 0;
     card.get_preferred_height_for_width(480, minimum, wanted);
     if (!drawn_ || !isLaidOut(card) || card.get_allocated_height() != wanted) return false;
-    // What the toolkit has drawn is on the screen.
+    // Waits until the X server has processed the drawing.
     card.get_display()->sync();
     const auto shot = display_.screenshot(onScreen(window_.overlay()));
     const auto place = onScreen(card);
@@ -176,7 +176,7 @@ class UpdateBannerScenarioTest : public WebViewTest, public testing::WithParamIn
            shot.pixel({beside.x, bottom + 3}) != plate;
   }
 
-  // Nothing of the card is left over the page's plain background below its header.
+  // Returns whether the page's plain background is visible where the card was.
   bool isPageBare() {
     const auto shot = display_.screenshot(onScreen(window_.overlay()));
     const auto background = shot.pixel({shot.width() / 2, shot.height() - 10});
@@ -221,9 +221,9 @@ TEST_P(UpdateBannerScenarioTest, ShowsEveryState) {
 
 INSTANTIATE_TEST_SUITE_P(
     All, UpdateBannerScenarioTest,
-    testing::Values(Look{"ru", WindowAppearance::light}, Look{"ru", WindowAppearance::dark},
-                    Look{"en", WindowAppearance::light}, Look{"en", WindowAppearance::dark},
-                    Look{"de", WindowAppearance::light}, Look{"de", WindowAppearance::dark}),
+    testing::Values(Variant{"ru", WindowAppearance::light}, Variant{"ru", WindowAppearance::dark},
+                    Variant{"en", WindowAppearance::light}, Variant{"en", WindowAppearance::dark},
+                    Variant{"de", WindowAppearance::light}, Variant{"de", WindowAppearance::dark}),
     [](const auto& tested) {
       return tested.param.language +
              (tested.param.appearance == WindowAppearance::dark ? "Dark" : "Light");

@@ -11,7 +11,7 @@
 
 namespace navora {
 
-// Remembers what is pressed.
+// Records the pressed buttons.
 class RecordingBannerDelegate final : public UpdateBannerViewDelegate {
  public:
   void bannerButtonPressed(UpdateBannerButton button) override {
@@ -22,7 +22,7 @@ class RecordingBannerDelegate final : public UpdateBannerViewDelegate {
   std::function<void(UpdateBannerButton)> onPress;
 };
 
-// A banner over a page of one colour that counts clicks and has the focus.
+// A banner over a focused page of a single colour that counts clicks.
 class UpdateBannerTest : public WindowTest {
  protected:
   using Button = UpdateBannerButton;
@@ -53,7 +53,7 @@ class UpdateBannerTest : public WindowTest {
   static UpdateBannerContent::Button titled(std::string title) {
     return {.title = std::move(title), .visible = true, .toolTip = {}, .accessibilityLabel = {}};
   }
-  // With all four buttons.
+  // Returns content with all four buttons.
   static UpdateBannerContent offer() {
     UpdateBannerContent content;
     content.title = "Navora 2.0 is available";
@@ -66,7 +66,7 @@ class UpdateBannerTest : public WindowTest {
     content.accessibilityLabel = "Navora update";
     return content;
   }
-  // With one button, or none.
+  // Returns content with one button, or none.
   static UpdateBannerContent downloading(const std::string& cancel = "Cancel") {
     UpdateBannerContent content;
     content.title = "Downloading the update…";
@@ -81,7 +81,8 @@ class UpdateBannerTest : public WindowTest {
     return content;
   }
 
-  // Content other than what is shown, or shown anew. Everything is in its place afterwards.
+  // Shows the content, which must differ from the current one if the banner is visible, and waits
+  // until it is laid out.
   testing::AssertionResult showBanner(const UpdateBannerContent& content) {
     bool placed = false;
     sigc::connection placing = banner_->card().signal_size_allocate().connect(
@@ -100,7 +101,7 @@ class UpdateBannerTest : public WindowTest {
       shown.push_back(label->get_text());
     return shown;
   }
-  // Where a widget is within the card.
+  // Returns the position of a widget relative to the card.
   driver::Rectangle inCard(Gtk::Widget& widget) {
     const auto card = onScreen(banner_->card());
     auto place = onScreen(widget);

@@ -14,7 +14,7 @@
 
 namespace navora {
 
-// What the panel tells, and a red card with a green button to paint.
+// Records what the panel reports; paints a red card and a green button.
 class RecordingPanelDelegate final : public CapturePanelDelegate {
  public:
   bool editorKeyDown(const KeyEvent& event, bool isComposing) override {
@@ -49,7 +49,7 @@ class RecordingPanelDelegate final : public CapturePanelDelegate {
   std::vector<bool> systemAppearances;
 };
 
-// A panel on the test's desktop.
+// Makes a capture panel on the test's desktop.
 class CapturePanelTest : public testing::Test {
  protected:
   static CaptureEditorStyle style() {

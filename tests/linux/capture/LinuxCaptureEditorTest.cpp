@@ -26,7 +26,7 @@ class LinuxCaptureEditorTest : public CapturePanelTest {
   }
 };
 
-TEST_F(LinuxCaptureEditorTest, TellsOfEveryChangeButItsOwnClearing) {
+TEST_F(LinuxCaptureEditorTest, ReportsEveryChangeExceptClear) {
   ASSERT_TRUE(open());
   keyboard_.type("ab");
   ASSERT_TRUE(waitForText("ab"));
@@ -36,7 +36,7 @@ TEST_F(LinuxCaptureEditorTest, TellsOfEveryChangeButItsOwnClearing) {
   EXPECT_EQ(delegate_.textChanges, 2);
 }
 
-TEST_F(LinuxCaptureEditorTest, TakesAReplacementAndItsUndoingForOneChangeEach) {
+TEST_F(LinuxCaptureEditorTest, ReportsAReplacementAndItsUndoAsOneChangeEach) {
   ASSERT_TRUE(open());
   keyboard_.type("ab");
   ASSERT_TRUE(waitForText("ab"));
@@ -49,14 +49,14 @@ TEST_F(LinuxCaptureEditorTest, TakesAReplacementAndItsUndoingForOneChangeEach) {
   EXPECT_EQ(delegate_.textChanges, 4);
 }
 
-TEST_F(LinuxCaptureEditorTest, TakesForeignLineBreaksForItsOwn) {
+TEST_F(LinuxCaptureEditorTest, NormalizesPastedLineBreaks) {
   ASSERT_TRUE(open());
   paste("one\r\ntwo\n");
   EXPECT_TRUE(waitForText("one\ntwo\n"));
   EXPECT_EQ(delegate_.textChanges, 1);
 }
 
-TEST_F(LinuxCaptureEditorTest, BeginsItsTextWhereTheMessageBegins) {
+TEST_F(LinuxCaptureEditorTest, AlignsItsTextWithTheMessage) {
   panel_->setMessage("Message");
   ASSERT_TRUE(open());
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->message()); }));
@@ -69,14 +69,14 @@ TEST_F(LinuxCaptureEditorTest, BeginsItsTextWhereTheMessageBegins) {
   EXPECT_EQ(onScreen(panel_->textView()).x + x, onScreen(panel_->message()).x);
 }
 
-TEST_F(LinuxCaptureEditorTest, OpensNoEmojiChooserThatWouldBeCutOff) {
+TEST_F(LinuxCaptureEditorTest, DoesNotOpenGtksEmojiChooser) {
   ASSERT_TRUE(open());
   g_signal_emit_by_name(panel_->textView().gobj(), "insert-emoji");
-  // The chooser, if there is one, lives as long as the view that made it.
+  // GTK keeps an opened chooser as data of the view.
   EXPECT_EQ(g_object_get_data(G_OBJECT(panel_->textView().gobj()), "gtk-emoji-chooser"), nullptr);
 }
 
-TEST_F(LinuxCaptureEditorTest, ForgetsWhatWasBeingComposedWhenThePanelIsOrderedOut) {
+TEST_F(LinuxCaptureEditorTest, StopsComposingWhenThePanelIsOrderedOut) {
   ASSERT_TRUE(open());
   g_signal_emit_by_name(panel_->textView().gobj(), "preedit-changed", "か");
   panel_->orderOut();
@@ -87,7 +87,7 @@ TEST_F(LinuxCaptureEditorTest, ForgetsWhatWasBeingComposedWhenThePanelIsOrderedO
   EXPECT_FALSE(delegate_.composing);
 }
 
-TEST_F(LinuxCaptureEditorTest, TakesEveryScriptAndEmoji) {
+TEST_F(LinuxCaptureEditorTest, AcceptsEveryScriptAndEmoji) {
   ASSERT_TRUE(open());
   const std::string text = "Привет, 世界 שלום \U0001F642";
   keyboard_.type(text);
@@ -108,7 +108,7 @@ TEST_F(LinuxCaptureEditorTest, UndoesAndRedoesByWords) {
   EXPECT_TRUE(waitForText("one two"));
 }
 
-TEST_F(LinuxCaptureEditorTest, CannotUndoWhatWasCleared) {
+TEST_F(LinuxCaptureEditorTest, ClearDiscardsTheUndoSteps) {
   ASSERT_TRUE(open());
   keyboard_.type("secret");
   ASSERT_TRUE(waitForText("secret"));
@@ -118,7 +118,7 @@ TEST_F(LinuxCaptureEditorTest, CannotUndoWhatWasCleared) {
   EXPECT_TRUE(waitForText("x"));
 }
 
-TEST_F(LinuxCaptureEditorTest, CanBeReadButNotChangedWhileItIsFrozen) {
+TEST_F(LinuxCaptureEditorTest, CanBeCopiedFromButNotChangedWhileNotEditable) {
   ASSERT_TRUE(open());
   keyboard_.type("note");
   ASSERT_TRUE(waitForText("note"));
@@ -134,7 +134,7 @@ TEST_F(LinuxCaptureEditorTest, CanBeReadButNotChangedWhileItIsFrozen) {
   EXPECT_TRUE(waitForText("y"));
 }
 
-TEST_F(LinuxCaptureEditorTest, SaysWhileAnInputMethodComposes) {
+TEST_F(LinuxCaptureEditorTest, ReportsComposingWithEveryKey) {
   ASSERT_TRUE(open());
   g_signal_emit_by_name(panel_->textView().gobj(), "preedit-changed", "か");
   keyboard_.chord("Return");
@@ -147,7 +147,7 @@ TEST_F(LinuxCaptureEditorTest, SaysWhileAnInputMethodComposes) {
   EXPECT_FALSE(delegate_.composing);
 }
 
-TEST_F(LinuxCaptureEditorTest, ShowsThePlaceholderOnlyWhileItIsEmpty) {
+TEST_F(LinuxCaptureEditorTest, ShowsThePlaceholderOnlyWhileEmpty) {
   editor().setPlaceholder("MMMMMMMM");
   ASSERT_TRUE(open());
   const auto bluePixels = [&] { return shot().pixelsLike({0, 0, 255}, 60); };
@@ -160,7 +160,7 @@ TEST_F(LinuxCaptureEditorTest, ShowsThePlaceholderOnlyWhileItIsEmpty) {
   EXPECT_TRUE(waitUntil([&] { return bluePixels() == 0; }));
 }
 
-TEST_F(LinuxCaptureEditorTest, GivesEveryLineItsHeight) {
+TEST_F(LinuxCaptureEditorTest, MeasuresLinesInTheStylesLineHeight) {
   ASSERT_TRUE(open());
   EXPECT_EQ(editor().textHeight(4000), 25);
   buffer()->set_text("one\ntwo");
@@ -169,7 +169,7 @@ TEST_F(LinuxCaptureEditorTest, GivesEveryLineItsHeight) {
   EXPECT_EQ(editor().textHeight(4000), 75);
   buffer()->set_text(repeated("word ", 60));
   EXPECT_GE(editor().textHeight(4000), 75);
-  // What was measured is what is shown.
+  // The view lays the text out with the measured height.
   ASSERT_TRUE(waitUntil([&] {
     Gdk::Rectangle last;
     panel_->textView().get_iter_location(buffer()->end(), last);
@@ -180,7 +180,7 @@ TEST_F(LinuxCaptureEditorTest, GivesEveryLineItsHeight) {
   }));
 }
 
-TEST_F(LinuxCaptureEditorTest, MeasuresNoMoreOfALongTextThanMatters) {
+TEST_F(LinuxCaptureEditorTest, StopsMeasuringALongTextOnceItIsHighEnough) {
   ASSERT_TRUE(open());
   paste(repeated("A line of some length that is repeated\n", 25'000));
   ASSERT_TRUE(waitUntil([&] { return buffer()->get_char_count() > 900'000; }));
@@ -188,7 +188,7 @@ TEST_F(LinuxCaptureEditorTest, MeasuresNoMoreOfALongTextThanMatters) {
   EXPECT_LT(editor().textHeight(4000), 100'000);
 }
 
-TEST_F(LinuxCaptureEditorTest, PutsTheCaretBehindTheText) {
+TEST_F(LinuxCaptureEditorTest, MovesTheCaretToTheEnd) {
   buffer()->set_text("Draft");
   buffer()->place_cursor(buffer()->begin());
   ASSERT_TRUE(open());
@@ -197,7 +197,7 @@ TEST_F(LinuxCaptureEditorTest, PutsTheCaretBehindTheText) {
   EXPECT_TRUE(waitForText("Draft!"));
 }
 
-TEST_F(LinuxCaptureEditorTest, WritesInTheFontOfItsStyle) {
+TEST_F(LinuxCaptureEditorTest, UsesTheFontOfItsStyle) {
   buffer()->set_text("iiiiiiii");
   ASSERT_TRUE(open());
   const auto caret = [&] {

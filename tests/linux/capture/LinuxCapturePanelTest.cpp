@@ -21,13 +21,13 @@ class LinuxCapturePanelTest : public CapturePanelTest {
   driver::Rectangle buttonOnDisplay() { return onScreen(panel_->submitButton()); }
 };
 
-TEST_F(LinuxCapturePanelTest, IsMadeHidden) {
+TEST_F(LinuxCapturePanelTest, StartsHidden) {
   runPendingEvents();
   EXPECT_FALSE(panel_->isVisible());
   EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
 }
 
-TEST_F(LinuxCapturePanelTest, OpensExactlyInItsPlaceWithTheKeyboard) {
+TEST_F(LinuxCapturePanelTest, OpensAtItsFrameWithTheKeyboardFocus) {
   ASSERT_TRUE(open());
   const int screenHeight = display_.connection().screen().height_in_pixels;
   EXPECT_EQ(onDisplay(), (driver::Rectangle{200, screenHeight - 300 - 165, 600, 165}));
@@ -40,7 +40,7 @@ TEST_F(LinuxCapturePanelTest, OpensExactlyInItsPlaceWithTheKeyboard) {
   EXPECT_THAT(delegate_.keys, SizeIs(testing::Ge(5)));
 }
 
-TEST_F(LinuxCapturePanelTest, TellsNothingWhileItIsDestroyed) {
+TEST_F(LinuxCapturePanelTest, ReportsNothingWhileItIsDestroyed) {
   ASSERT_TRUE(open());
   panel_.reset();
   runPendingEvents();
@@ -48,7 +48,7 @@ TEST_F(LinuxCapturePanelTest, TellsNothingWhileItIsDestroyed) {
   EXPECT_EQ(delegate_.resignations, 0);
 }
 
-TEST_F(LinuxCapturePanelTest, KnowsTheScreenThatItIsOn) {
+TEST_F(LinuxCapturePanelTest, ReturnsTheVisibleFrameOfItsScreen) {
   const auto& screen = display_.connection().screen();
   ASSERT_TRUE(panel_->screenVisibleFrame().has_value());
   EXPECT_GT(panel_->screenVisibleFrame()->height, 0);
@@ -69,7 +69,7 @@ TEST_F(LinuxCapturePanelTest, OpensOverAFullScreenWindow) {
   EXPECT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
 }
 
-TEST_F(LinuxCapturePanelTest, OpensInTheSamePlaceAgain) {
+TEST_F(LinuxCapturePanelTest, OpensAtTheSameFrameAgain) {
   for (int time = 0; time < 3; ++time) {
     ASSERT_TRUE(open());
     EXPECT_EQ(onDisplay().x, 200);
@@ -80,7 +80,7 @@ TEST_F(LinuxCapturePanelTest, OpensInTheSamePlaceAgain) {
   EXPECT_EQ(delegate_.resignations, 0);
 }
 
-TEST_F(LinuxCapturePanelTest, TakesThePlaceInTheWindowManagersFrameForNoMove) {
+TEST_F(LinuxCapturePanelTest, IgnoresCoordinatesRelativeToTheWindowManagersFrame) {
   ASSERT_TRUE(open());
   GdkEvent* event = gdk_event_new(GDK_CONFIGURE);
   event->configure.window = GDK_WINDOW(g_object_ref(panel_->native().get_window()->gobj()));
@@ -127,7 +127,7 @@ TEST_F(LinuxCapturePanelTest, DoesNotRaiseTheMainWindow) {
   EXPECT_LT(place(other), place(panel_->native()));
 }
 
-TEST_F(LinuxCapturePanelTest, TellsWhenTheUserTurnsToAnotherWindow) {
+TEST_F(LinuxCapturePanelTest, ReportsThatAnotherWindowTookTheFocus) {
   ASSERT_TRUE(open());
   Gtk::Window other;
   other.set_title("Other");
@@ -137,7 +137,7 @@ TEST_F(LinuxCapturePanelTest, TellsWhenTheUserTurnsToAnotherWindow) {
   EXPECT_FALSE(delegate_.focused);
 }
 
-TEST_F(LinuxCapturePanelTest, KeepsStillWhenAGrabTakesTheKeyboardForAMoment) {
+TEST_F(LinuxCapturePanelTest, IgnoresAMomentaryKeyboardGrab) {
   ASSERT_TRUE(open());
   xcb_connection_t* other = xcb_connect(display_.name().c_str(), nullptr);
   const auto root = xcb_setup_roots_iterator(xcb_get_setup(other)).data->root;
@@ -146,9 +146,9 @@ TEST_F(LinuxCapturePanelTest, KeepsStillWhenAGrabTakesTheKeyboardForAMoment) {
       xcb_grab_keyboard(other, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
       nullptr));
   ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
-  int looks = 0;
-  Glib::signal_timeout().connect([&] { return ++looks < 20; }, 10);
-  ASSERT_TRUE(waitUntil([&] { return looks == 20; }));
+  int ticks = 0;
+  Glib::signal_timeout().connect([&] { return ++ticks < 20; }, 10);
+  ASSERT_TRUE(waitUntil([&] { return ticks == 20; }));
   xcb_ungrab_keyboard(other, XCB_CURRENT_TIME);
   xcb_flush(other);
   EXPECT_TRUE(waitUntil([&] { return delegate_.focused; }));
@@ -156,7 +156,7 @@ TEST_F(LinuxCapturePanelTest, KeepsStillWhenAGrabTakesTheKeyboardForAMoment) {
   EXPECT_EQ(delegate_.resignations, 0);
 }
 
-TEST_F(LinuxCapturePanelTest, IsDismissedAndNotDestroyedWhenTheWindowManagerClosesIt) {
+TEST_F(LinuxCapturePanelTest, TreatsAWindowManagersCloseAsEscape) {
   ASSERT_TRUE(open());
   display_.close(infoOf(panel_->native()).id);
   EXPECT_TRUE(waitUntil(
@@ -179,7 +179,7 @@ TEST_F(LinuxCapturePanelTest, OffersEveryKeyToTheDelegateFirst) {
   EXPECT_THAT(delegate_.keys, Contains(KeyEvent{KeyEvent::returnKey, KeyEvent::shift}));
 }
 
-TEST_F(LinuxCapturePanelTest, HasARoundButtonThatTellsOfPointerAndPress) {
+TEST_F(LinuxCapturePanelTest, ReportsHoverAndPressOfTheRoundButton) {
   panel_->setSubmitEnabled(true);
   ASSERT_TRUE(open());
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
@@ -201,7 +201,7 @@ TEST_F(LinuxCapturePanelTest, HasARoundButtonThatTellsOfPointerAndPress) {
   EXPECT_TRUE(waitUntil([&] { return !delegate_.hovered; }));
 }
 
-TEST_F(LinuxCapturePanelTest, PressesNothingWhileTheButtonIsDisabled) {
+TEST_F(LinuxCapturePanelTest, ReportsNoPressOfADisabledButton) {
   panel_->setSubmitEnabled(false);
   ASSERT_TRUE(open());
   ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
@@ -211,7 +211,7 @@ TEST_F(LinuxCapturePanelTest, PressesNothingWhileTheButtonIsDisabled) {
   EXPECT_EQ(delegate_.presses, 0);
 }
 
-TEST_F(LinuxCapturePanelTest, LeadsWithTabToTheButtonAndBack) {
+TEST_F(LinuxCapturePanelTest, TabMovesTheFocusToTheButtonAndBack) {
   panel_->setSubmitEnabled(true);
   ASSERT_TRUE(open());
   keyboard_.chord("Tab");
@@ -226,14 +226,14 @@ TEST_F(LinuxCapturePanelTest, LeadsWithTabToTheButtonAndBack) {
   EXPECT_EQ(panel_->editor().text(), "");
 }
 
-TEST_F(LinuxCapturePanelTest, NamesItsPartsForAssistiveTechnology) {
+TEST_F(LinuxCapturePanelTest, SetsAccessibleNames) {
   panel_->setSubmitAccessibilityLabel("Save the note");
   panel_->editor().setAccessibilityLabel("New note");
   EXPECT_EQ(panel_->submitButton().get_accessible()->get_name(), "Save the note");
   EXPECT_EQ(panel_->textView().get_accessible()->get_name(), "New note");
 }
 
-TEST_F(LinuxCapturePanelTest, WritesTheKeysOfThisDesktop) {
+TEST_F(LinuxCapturePanelTest, ReplacesTheMacsModifierSymbols) {
   panel_->setMessage("⌘+Enter sends");
   panel_->setSubmitToolTip("Save with ⌘+Enter or ⌘⇧Space, ⌘");
   EXPECT_EQ(panel_->message().get_text(), "Ctrl+Enter sends");
@@ -241,7 +241,7 @@ TEST_F(LinuxCapturePanelTest, WritesTheKeysOfThisDesktop) {
             "Save with Ctrl+Enter or Ctrl+Shift+Space, Ctrl");
 }
 
-TEST_F(LinuxCapturePanelTest, MeasuresItsMessageWrapped) {
+TEST_F(LinuxCapturePanelTest, MeasuresTheWrappedMessage) {
   panel_->setMessageColor({0, 0, 0, 1});
   panel_->setMessage("One line");
   const double line = panel_->messageTextHeight(500);
@@ -253,7 +253,7 @@ TEST_F(LinuxCapturePanelTest, MeasuresItsMessageWrapped) {
   EXPECT_EQ(panel_->message().get_text(), "<b>no markup</b>");
 }
 
-TEST_F(LinuxCapturePanelTest, CutsItsCornersWithoutACompositor) {
+TEST_F(LinuxCapturePanelTest, ShapesItsCornersWithoutACompositor) {
   Gtk::Window below;
   below.override_background_color(Gdk::RGBA("#0000ff"));
   below.set_default_size(900, 700);
@@ -284,7 +284,7 @@ TEST_F(LinuxCapturePanelTest, ShowsATranslucentCardWithoutACompositor) {
   mouse_.click({onDisplay().x + 300, onDisplay().y + 60});
   keyboard_.type("x");
   EXPECT_TRUE(waitForText("x"));
-  // Red on black, as nothing shines through.
+  // Blended with black.
   EXPECT_TRUE(waitUntil([&] {
     const auto color = shot().pixel({300, 5});
     return color.red > 70 && color.green == 0 && color.blue == 0;
@@ -295,7 +295,7 @@ TEST_F(LinuxCapturePanelTest, HasNoDarkEdgesWithoutACompositor) {
   ASSERT_TRUE(open());
   ASSERT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
   const auto card = shot();
-  // From the left edge inwards, the first pixels of the card in every row of the rounded corner.
+  // Checks the leftmost pixel of the card in every row of the rounded corner.
   int edges = 0;
   for (int y = 0; y < 20; ++y) {
     for (int x = 0; x < 20; ++x) {
@@ -310,7 +310,7 @@ TEST_F(LinuxCapturePanelTest, HasNoDarkEdgesWithoutACompositor) {
   EXPECT_GT(edges, 15);
 }
 
-TEST_F(LinuxCapturePanelTest, IsMovedByItsBackground) {
+TEST_F(LinuxCapturePanelTest, IsDraggedByItsBackground) {
   ASSERT_TRUE(open());
   const driver::Rectangle before = onDisplay();
   const driver::Point grip{before.x + 300, before.y + 8};

@@ -27,10 +27,10 @@ std::string textOption(GVariant* options, const char* name) {
   return stringFrom(text);
 }
 
-// Stands for the desktop's portal; answers from the main loop of the test.
-class ShortcutsPortal {
+// A fake of the desktop's portal. Replies from the main loop of the test.
+class FakeShortcutsPortal {
  public:
-  ShortcutsPortal() : bus_(TestDesktop::sessionBusAddress()) {
+  FakeShortcutsPortal() : bus_(TestDesktop::sessionBusAddress()) {
     node_ = g_dbus_node_info_new_for_xml(
         "<node><interface name='org.freedesktop.portal.GlobalShortcuts'>"
         "<property name='version' type='u' access='read'/>"
@@ -47,13 +47,13 @@ class ShortcutsPortal {
     add(sessionPath, 1);
     bus_.ownName(PortalRequest::portalName);
   }
-  ~ShortcutsPortal() {
+  ~FakeShortcutsPortal() {
     for (const guint object : objects_)
       g_dbus_connection_unregister_object(bus_.get(), object);
     g_dbus_node_info_unref(node_);
   }
-  ShortcutsPortal(const ShortcutsPortal&) = delete;
-  ShortcutsPortal& operator=(const ShortcutsPortal&) = delete;
+  FakeShortcutsPortal(const FakeShortcutsPortal&) = delete;
+  FakeShortcutsPortal& operator=(const FakeShortcutsPortal&) = delete;
 
   void press(const char* session, const char* id) {
     bus_.emitSignal(portalPath, shortcuts, "Activated",
@@ -63,20 +63,20 @@ class ShortcutsPortal {
     return std::ranges::find(calls, call) != calls.end();
   }
 
-  // In their order, without their arguments.
+  // Interface and method of each call, in order.
   std::vector<std::string> calls;
   std::string boundId;
   std::string boundTrigger;
   std::string boundDescription;
-  // Of the user to the question for a session; 0 is consent.
-  guint32 refusal = 0;
+  // The response code of CreateSession; 0 is success.
+  guint32 response = 0;
   bool failsCalls = false;
-  // Asks the user for ever.
+  // Never responds.
   bool keepsWaiting = false;
 
  private:
   void add(const std::string& path, int interface) {
-    static const GDBusInterfaceVTable table{&ShortcutsPortal::onCall, &onProperty, nullptr, {}};
+    static const GDBusInterfaceVTable table{&FakeShortcutsPortal::onCall, &onProperty, nullptr, {}};
     objects_.push_back(g_dbus_connection_register_object(
         bus_.get(), path.c_str(), node_->interfaces[interface], &table, this, nullptr, nullptr));
   }
@@ -89,7 +89,7 @@ class ShortcutsPortal {
   static void onCall(GDBusConnection*, const char* sender, const char*, const char*,
                      const char* method, GVariant* parameters, GDBusMethodInvocation* invocation,
                      gpointer self) {
-    auto& portal = *static_cast<ShortcutsPortal*>(self);
+    auto& portal = *static_cast<FakeShortcutsPortal*>(self);
     const std::string interface = g_dbus_method_invocation_get_interface_name(invocation);
     portal.calls.push_back(interface.substr(interface.rfind('.') + 1) + "." + method);
     if (g_str_equal(method, "Close")) {
@@ -102,7 +102,7 @@ class ShortcutsPortal {
     if (g_str_equal(method, "BindShortcuts")) portal.rememberShortcut(parameters);
     const auto last = g_variant_n_children(parameters) - 1;
     const GVariantPtr options(g_variant_get_child_value(parameters, last));
-    portal.answer(invocation, sender, textOption(options.get(), "handle_token"));
+    portal.respond(invocation, sender, textOption(options.get(), "handle_token"));
   }
 
   void rememberShortcut(GVariant* parameters) {
@@ -121,8 +121,8 @@ class ShortcutsPortal {
     boundDescription = textOption(properties, "description");
   }
 
-  // The answer overtakes the return of the call, as it may.
-  void answer(GDBusMethodInvocation* invocation, std::string sender, const std::string& token) {
+  // Emits Response before the method returns, as the portal may do.
+  void respond(GDBusMethodInvocation* invocation, std::string sender, const std::string& token) {
     sender.erase(0, 1);
     std::ranges::replace(sender, '.', '_');
     const std::string path = std::string(portalPath) + "/request/" + sender + "/" + token;
@@ -133,7 +133,7 @@ class ShortcutsPortal {
       g_variant_builder_init(&results, G_VARIANT_TYPE_VARDICT);
       g_variant_builder_add(&results, "{sv}", "session_handle", g_variant_new_string(sessionPath));
       bus_.emitSignal(path, "org.freedesktop.portal.Request", "Response",
-                      g_variant_new("(ua{sv})", refusal, &results));
+                      g_variant_new("(ua{sv})", response, &results));
     }
     g_dbus_method_invocation_return_value(invocation, g_variant_new("(o)", path.c_str()));
   }
@@ -148,15 +148,15 @@ class GlobalShortcutsPortalTest : public testing::Test {
   std::unique_ptr<GlobalShortcutsPortal> makeShortcut() {
     return std::make_unique<GlobalShortcutsPortal>(hotKey, "New note", [this] { ++presses_; });
   }
-  testing::AssertionResult waitFor(const ShortcutsPortal& portal, const std::string& call) {
+  testing::AssertionResult waitFor(const FakeShortcutsPortal& portal, const std::string& call) {
     return waitUntil([&] { return portal.wasCalled(call); });
   }
 
   int presses_ = 0;
 };
 
-TEST_F(GlobalShortcutsPortalTest, BindsTheShortcutAndHearsItsPresses) {
-  ShortcutsPortal portal;
+TEST_F(GlobalShortcutsPortalTest, BindsTheShortcutAndReportsItsPresses) {
+  FakeShortcutsPortal portal;
   const auto shortcut = makeShortcut();
   ASSERT_TRUE(waitFor(portal, "GlobalShortcuts.BindShortcuts"));
   EXPECT_THAT(portal.calls,
@@ -172,8 +172,8 @@ TEST_F(GlobalShortcutsPortalTest, BindsTheShortcutAndHearsItsPresses) {
   EXPECT_EQ(presses_, 2);
 }
 
-TEST_F(GlobalShortcutsPortalTest, EndsItsSession) {
-  ShortcutsPortal portal;
+TEST_F(GlobalShortcutsPortalTest, ClosesItsSessionWhenDestroyed) {
+  FakeShortcutsPortal portal;
   auto shortcut = makeShortcut();
   ASSERT_TRUE(waitFor(portal, "GlobalShortcuts.BindShortcuts"));
   shortcut.reset();
@@ -183,8 +183,8 @@ TEST_F(GlobalShortcutsPortalTest, EndsItsSession) {
   EXPECT_EQ(presses_, 0);
 }
 
-TEST_F(GlobalShortcutsPortalTest, WithdrawsAQuestionThatTheUserHasNotAnswered) {
-  ShortcutsPortal portal;
+TEST_F(GlobalShortcutsPortalTest, ClosesAPendingRequestWhenDestroyed) {
+  FakeShortcutsPortal portal;
   portal.keepsWaiting = true;
   auto shortcut = makeShortcut();
   ASSERT_TRUE(waitFor(portal, "GlobalShortcuts.CreateSession"));
@@ -192,32 +192,32 @@ TEST_F(GlobalShortcutsPortalTest, WithdrawsAQuestionThatTheUserHasNotAnswered) {
   EXPECT_TRUE(waitFor(portal, "Request.Close"));
 }
 
-TEST_F(GlobalShortcutsPortalTest, ToleratesARefusal) {
+TEST_F(GlobalShortcutsPortalTest, LogsARefusal) {
   for (const bool failsCalls : {false, true}) {
-    ShortcutsPortal portal;
-    portal.refusal = 1;
+    FakeShortcutsPortal portal;
+    portal.response = 1;
     portal.failsCalls = failsCalls;
     testing::internal::CaptureStderr();
     const auto shortcut = makeShortcut();
-    std::string told;
+    std::string log;
     EXPECT_TRUE(waitFor(portal, "GlobalShortcuts.CreateSession"));
-    const auto toldSo = waitUntil([&] {
+    const auto logged = waitUntil([&] {
       std::cerr.flush();
-      told += testing::internal::GetCapturedStderr();
+      log += testing::internal::GetCapturedStderr();
       testing::internal::CaptureStderr();
-      return told.find("no system-wide shortcut") != std::string::npos;
+      return log.find("no system-wide shortcut") != std::string::npos;
     });
     testing::internal::GetCapturedStderr();
-    EXPECT_TRUE(toldSo);
+    EXPECT_TRUE(logged);
     EXPECT_FALSE(portal.wasCalled("GlobalShortcuts.BindShortcuts"));
   }
 }
 
-TEST_F(GlobalShortcutsPortalTest, TellsWhetherThereIsAPortal) {
+TEST_F(GlobalShortcutsPortalTest, IsNotAvailableWithoutAPortal) {
   EXPECT_FALSE(GlobalShortcutsPortal::isAvailable());
 }
 
-TEST(ShortcutTriggerTest, NamesModifiersAndKeyAsThePortalDoes) {
+TEST(ShortcutTriggerTest, FollowsTheShortcutsSpecification) {
   EXPECT_EQ(
       shortcutTrigger({.keyCode = KeyEvent::spaceKey, .carbonModifiers = HotKey::carbonCommand}),
       "CTRL+space");

@@ -14,7 +14,7 @@ GdkEventKey pressed(guint keyval, guint state = 0) {
   return event;
 }
 
-TEST(LinuxKeyEvents, NamesTheKeysThatTheCoreKnows) {
+TEST(KeyEventsTest, TranslatesKeyCodes) {
   EXPECT_EQ(keyEventFrom(pressed(GDK_KEY_Return)).keyCode, KeyEvent::returnKey);
   EXPECT_EQ(keyEventFrom(pressed(GDK_KEY_KP_Enter)).keyCode, KeyEvent::keypadEnterKey);
   EXPECT_EQ(keyEventFrom(pressed(GDK_KEY_Escape)).keyCode, KeyEvent::escapeKey);
@@ -22,25 +22,25 @@ TEST(LinuxKeyEvents, NamesTheKeysThatTheCoreKnows) {
   EXPECT_EQ(keyEventFrom(pressed(GDK_KEY_a)).keyCode, KeyEvent::otherKey);
 }
 
-TEST(LinuxKeyEvents, TranslatesModifiers) {
+TEST(KeyEventsTest, TranslatesModifiers) {
   const auto modifiers = [](guint state) {
     return keyEventFrom(pressed(GDK_KEY_Return, state)).modifiers;
   };
-  EXPECT_EQ(modifiers(0), 0u);
+  EXPECT_EQ(modifiers(0), 0U);
   EXPECT_EQ(modifiers(GDK_CONTROL_MASK), KeyEvent::control);
   EXPECT_EQ(modifiers(GDK_SHIFT_MASK | GDK_MOD1_MASK), KeyEvent::shift | KeyEvent::option);
   EXPECT_EQ(modifiers(GDK_SUPER_MASK), KeyEvent::command);
   EXPECT_EQ(modifiers(GDK_LOCK_MASK), KeyEvent::capsLock);
-  EXPECT_EQ(modifiers(GDK_MOD2_MASK | GDK_BUTTON1_MASK), 0u);
+  EXPECT_EQ(modifiers(GDK_MOD2_MASK | GDK_BUTTON1_MASK), 0U);
 }
 
-TEST(LinuxKeyEvents, TakesControlForTheMainModifierOfShortcuts) {
+TEST(KeyEventsTest, ReportsControlAsCommandInShortcuts) {
   const auto event = shortcutEventFrom(pressed(GDK_KEY_space, GDK_CONTROL_MASK | GDK_SHIFT_MASK));
   EXPECT_EQ(event, (KeyEvent{KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift}));
   EXPECT_EQ(shortcutEventFrom(pressed(GDK_KEY_space, GDK_SUPER_MASK)).modifiers, KeyEvent::control);
 }
 
-TEST(LinuxKeyEvents, FindsTheLatinLetterOfAKeyThatTypesAnother) {
+TEST(KeyEventsTest, FindsTheLatinLetterOfACyrillicKey) {
   EXPECT_EQ(latinKeyFrom(pressed(GDK_KEY_Z, GDK_SHIFT_MASK)), static_cast<guint>(GDK_KEY_z));
   EXPECT_EQ(latinKeyFrom(pressed(GDK_KEY_BackSpace)), static_cast<guint>(GDK_KEY_BackSpace));
   GdkKeymapKey* keys = nullptr;

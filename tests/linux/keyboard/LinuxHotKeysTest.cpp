@@ -5,7 +5,7 @@
 #include <X11/XKBlib.h>
 #include <gdk/gdkx.h>
 
-// A macro of Xlib, and a name of the door.
+// Xlib defines Status as a macro; it is a type of the platform interface.
 #undef Status
 
 #include "end_to_end/driver/XConnection.h"
@@ -24,8 +24,8 @@ Display* display() {
   return GDK_DISPLAY_XDISPLAY(gdk_display_get_default());
 }
 
-// Another program of the user, which takes combinations too.
-class OtherProgram {
+// Another X client, which grabs combinations too.
+class OtherClient {
  public:
   bool grab(unsigned modifiers) {
     const auto cookie = xcb_grab_key_checked(
@@ -39,20 +39,20 @@ class OtherProgram {
   driver::XConnection connection_{TestDesktop::current().display().name()};
 };
 
-// The presses that the display sends this program on account of its grabs, repetitions included.
-class SentPresses {
+// Counts the key presses that the X server sends for grabs, including auto-repeat.
+class PressCounter {
  public:
-  SentPresses() { gdk_window_add_filter(gdk_get_default_root_window(), onEvent, this); }
-  ~SentPresses() { gdk_window_remove_filter(gdk_get_default_root_window(), onEvent, this); }
-  SentPresses(const SentPresses&) = delete;
-  SentPresses& operator=(const SentPresses&) = delete;
+  PressCounter() { gdk_window_add_filter(gdk_get_default_root_window(), onEvent, this); }
+  ~PressCounter() { gdk_window_remove_filter(gdk_get_default_root_window(), onEvent, this); }
+  PressCounter(const PressCounter&) = delete;
+  PressCounter& operator=(const PressCounter&) = delete;
 
   int count() const { return count_; }
 
  private:
   static GdkFilterReturn onEvent(GdkXEvent* event, GdkEvent*, gpointer self) {
     if (static_cast<const XEvent*>(event)->type == KeyPress)
-      ++static_cast<SentPresses*>(self)->count_;
+      ++static_cast<PressCounter*>(self)->count_;
     return GDK_FILTER_CONTINUE;
   }
 
@@ -65,16 +65,16 @@ class LinuxHotKeysTest : public testing::Test {
     ASSERT_EQ(hotKeys_.installEventHandler([this] { ++presses_; }), 0);
   }
 
-  // Strikes the combination and then one that every test has taken, whose arrival shows that the
-  // first has been dealt with.
-  testing::AssertionResult strikesArrive(const std::string& keys, int expected,
+  // Presses the keys and then the marker, a combination that the fixture has grabbed: when the
+  // marker arrives, the keys have been processed.
+  testing::AssertionResult pressesArrive(const std::string& keys, int expected,
                                          const std::string& marker = "Control+Alt+space") {
     presses_ = 0;
     const int before = markers_;
     keyboard_.chord(keys);
     keyboard_.chord(marker);
     const auto marked = waitUntil([&] { return markers_ > before; });
-    if (!marked) return testing::AssertionFailure() << "the marker has not come";
+    if (!marked) return testing::AssertionFailure() << "the marker did not arrive";
     if (presses_ != expected)
       return testing::AssertionFailure() << keys << " was caught " << presses_ << " times";
     return testing::AssertionSuccess();
@@ -90,25 +90,25 @@ class LinuxHotKeysTest : public testing::Test {
                   [this] { ++markers_; }};
 };
 
-TEST_F(LinuxHotKeysTest, CatchesTheCombinationWhereverTheFocusIs) {
+TEST_F(LinuxHotKeysTest, CatchesTheCombinationWithoutTheFocus) {
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 1));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 1));
 }
 
 TEST_F(LinuxHotKeysTest, LeavesOtherCombinationsAlone) {
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
   for (const char* keys : {"Control+space", "Shift+space", "Control+Shift+Alt+space",
                            "Control+Shift+Super+space", "Control+Shift+a"}) {
-    EXPECT_TRUE(strikesArrive(keys, 0));
+    EXPECT_TRUE(pressesArrive(keys, 0));
   }
 }
 
-TEST_F(LinuxHotKeysTest, CatchesItWhicheverLocksAreOn) {
+TEST_F(LinuxHotKeysTest, CatchesItInEveryStateOfTheLockKeys) {
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
   for (const char* lock : {"Caps_Lock", "Num_Lock", "Caps_Lock", "Num_Lock"}) {
     keyboard_.chord(lock);
-    EXPECT_TRUE(strikesArrive("Control+Shift+space", 1)) << "after " << lock;
+    EXPECT_TRUE(pressesArrive("Control+Shift+space", 1)) << "after " << lock;
   }
 }
 
@@ -117,13 +117,13 @@ TEST_F(LinuxHotKeysTest, CatchesAHeldKeyOnce) {
   unsigned interval = 0;
   ASSERT_TRUE(XkbGetAutoRepeatRate(display(), XkbUseCoreKbd, &delay, &interval));
   ASSERT_TRUE(XkbSetAutoRepeatRate(display(), XkbUseCoreKbd, 30, 10));
-  const SentPresses sent;
+  const PressCounter sent;
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
   {
     const driver::Keyboard::Hold held(keyboard_, "Control+Shift+space");
     EXPECT_TRUE(waitUntil([&] { return sent.count() > 5; })) << "the keyboard does not repeat";
     EXPECT_EQ(presses_, 1);
-    // The finger on Shift slips, the one on the space bar does not.
+    // Shift is released and pressed again while the space bar is held.
     keyboard_.release("Shift");
     const int before = sent.count();
     keyboard_.press("Shift");
@@ -131,41 +131,42 @@ TEST_F(LinuxHotKeysTest, CatchesAHeldKeyOnce) {
     EXPECT_EQ(presses_, 1);
   }
   EXPECT_TRUE(XkbSetAutoRepeatRate(display(), XkbUseCoreKbd, delay, interval));
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 1));
 }
 
-TEST_F(LinuxHotKeysTest, TellsThatTheCombinationIsTaken) {
-  OtherProgram other;
+TEST_F(LinuxHotKeysTest, FailsIfAnotherClientHasTheCombination) {
+  OtherClient other;
   ASSERT_TRUE(other.grab(controlShift));
   EXPECT_EQ(hotKeys_.registerHotKey(captureKey), BadAccess);
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 0));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 0));
 }
 
-TEST_F(LinuxHotKeysTest, TakesNothingWhenOneOfTheVariantsIsTaken) {
-  OtherProgram other;
+TEST_F(LinuxHotKeysTest, GrabsNothingIfOneVariantIsTaken) {
+  OtherClient other;
   ASSERT_TRUE(other.grab(controlShift | LockMask));
   EXPECT_EQ(hotKeys_.registerHotKey(captureKey), BadAccess);
   EXPECT_TRUE(other.grab(controlShift));
   EXPECT_TRUE(other.grab(controlShift | Mod2Mask));
 }
 
-TEST_F(LinuxHotKeysTest, GivesTheCombinationBack) {
+TEST_F(LinuxHotKeysTest, UnregisteringReleasesTheCombination) {
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
-  EXPECT_FALSE(OtherProgram().grab(controlShift));
+  EXPECT_FALSE(OtherClient().grab(controlShift));
   hotKeys_.unregisterHotKey();
   runPendingEvents();
-  EXPECT_TRUE(OtherProgram().grab(controlShift));
+  EXPECT_TRUE(OtherClient().grab(controlShift));
   EXPECT_EQ(hotKeys_.registerHotKey(captureKey), 0);
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 1));
 }
 
-TEST_F(LinuxHotKeysTest, TellsNobodyAfterTheHandlerIsRemoved) {
+TEST_F(LinuxHotKeysTest, RemovingTheHandlerReleasesTheCombination) {
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
   hotKeys_.removeEventHandler();
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 0));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 0));
+  EXPECT_TRUE(OtherClient().grab(controlShift));
 }
 
-// Gives two keys each other's symbols for a scope.
+// Exchanges the symbols of two keys for a scope.
 class SwappedKeys {
  public:
   SwappedKeys(KeySym first, KeySym second) : first_(first), second_(second) { swap(); }
@@ -194,20 +195,20 @@ class SwappedKeys {
   const KeySym second_;
 };
 
-TEST_F(LinuxHotKeysTest, FollowsTheKeyIntoAnotherLayout) {
+TEST_F(LinuxHotKeysTest, FollowsAChangeOfTheKeyboardMapping) {
   ASSERT_EQ(hotKeys_.registerHotKey(captureKey), 0);
   const KeyCode was = XKeysymToKeycode(display(), GDK_KEY_space);
   {
     const SwappedKeys swapped(GDK_KEY_space, GDK_KEY_F11);
     ASSERT_TRUE(waitUntil([&] { return XKeysymToKeycode(display(), GDK_KEY_space) != was; }));
     runPendingEvents();
-    // The keyboard strikes the keys where they were: F11 is the space bar now.
-    EXPECT_TRUE(strikesArrive("Control+Shift+F11", 1, "Control+Alt+F11"));
-    EXPECT_TRUE(strikesArrive("Control+Shift+space", 0, "Control+Alt+F11"));
+    // The key that was F11 is the space bar now.
+    EXPECT_TRUE(pressesArrive("Control+Shift+F11", 1, "Control+Alt+F11"));
+    EXPECT_TRUE(pressesArrive("Control+Shift+space", 0, "Control+Alt+F11"));
   }
   ASSERT_TRUE(waitUntil([&] { return XKeysymToKeycode(display(), GDK_KEY_space) == was; }));
   runPendingEvents();
-  EXPECT_TRUE(strikesArrive("Control+Shift+space", 1));
+  EXPECT_TRUE(pressesArrive("Control+Shift+space", 1));
 }
 
 }  // namespace

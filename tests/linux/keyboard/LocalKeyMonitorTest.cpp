@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// A window with a page, which reports its keys, and another one with a text field.
+// One window with a page that reports its keys, and one with a text field.
 class LocalKeyMonitorTest : public WebViewTest {
  protected:
   void SetUp() override {
@@ -49,13 +49,14 @@ class LocalKeyMonitorTest : public WebViewTest {
       return evaluate("document.hasFocus() && document.activeElement.id === 'field'") == true;
     });
   }
-  void monitorKeys(KeyEvent swallowed = {}) {
-    token_ = hotKeys_.addLocalKeyDownMonitor([this, swallowed](const KeyEvent& event) {
+  void monitorKeys(KeyEvent consumed = {}) {
+    token_ = hotKeys_.addLocalKeyDownMonitor([this, consumed](const KeyEvent& event) {
       if (event.keyCode != KeyEvent::otherKey) seen_.push_back(event);
-      return event == swallowed;
+      return event == consumed;
     });
   }
-  // So many space bars have reached the page when a key that is struck after them does.
+  // Presses F9 and waits until it reaches the page; expects this many presses of the space bar
+  // before it.
   testing::AssertionResult pageGetsSpaces(std::size_t count) {
     keyboard_.chord("F9");
     std::vector<std::string> expected(count, "\"Space\"");
@@ -79,7 +80,7 @@ class LocalKeyMonitorTest : public WebViewTest {
   std::vector<KeyEvent> seen_;
 };
 
-TEST_F(LocalKeyMonitorTest, SwallowsAKeyBeforeThePageSeesIt) {
+TEST_F(LocalKeyMonitorTest, ConsumesAKeyBeforeThePage) {
   monitorKeys(shortcut);
   ASSERT_TRUE(showPage());
   keyboard_.chord("Control+Shift+space");
@@ -102,7 +103,7 @@ TEST_F(LocalKeyMonitorTest, PassesOtherKeysOnToThePage) {
           KeyEvent{KeyEvent::spaceKey, KeyEvent::command | KeyEvent::shift | KeyEvent::control}));
 }
 
-TEST_F(LocalKeyMonitorTest, SeesTheKeysOfEveryWindow) {
+TEST_F(LocalKeyMonitorTest, ReceivesTheKeysOfEveryWindow) {
   monitorKeys({KeyEvent::spaceKey, 0});
   ASSERT_TRUE(show(fieldWindow_));
   field_.grab_focus();
@@ -111,7 +112,7 @@ TEST_F(LocalKeyMonitorTest, SeesTheKeysOfEveryWindow) {
   EXPECT_THAT(seen_, ElementsAre(KeyEvent{KeyEvent::spaceKey, 0}));
 }
 
-TEST_F(LocalKeyMonitorTest, TellsCapsLockApart) {
+TEST_F(LocalKeyMonitorTest, ReportsCapsLock) {
   monitorKeys();
   ASSERT_TRUE(show(fieldWindow_));
   keyboard_.chord("Caps_Lock");
@@ -122,7 +123,7 @@ TEST_F(LocalKeyMonitorTest, TellsCapsLockApart) {
                                                                   KeyEvent::capsLock}));
 }
 
-TEST_F(LocalKeyMonitorTest, SeesNothingAfterItsEnd) {
+TEST_F(LocalKeyMonitorTest, ReceivesNothingAfterTheTokenIsDestroyed) {
   monitorKeys(shortcut);
   ASSERT_TRUE(showPage());
   token_.reset();

@@ -36,8 +36,8 @@ using testing::Not;
 using testing::Pair;
 using testing::StartsWith;
 
-// Longer than a service that is not held takes, and short enough to wait for.
-std::chrono::milliseconds impatient() {
+// Longer than the fake service takes unless it is held, and short enough to wait for.
+std::chrono::milliseconds shortTimeout() {
   return patience() / 20;
 }
 
@@ -52,26 +52,26 @@ class Delegate final : public NotificationCenterDelegate {
 
 class LinuxNotificationCenterTest : public testing::Test {
  protected:
-  LinuxNotificationCenterTest() { center->setDelegate(&delegate); }
+  LinuxNotificationCenterTest() { center_->setDelegate(&delegate_); }
 
   void startDaemon(std::vector<std::string> capabilities = {"actions", "body", "body-markup"}) {
-    daemon = std::make_unique<FakeNotificationDaemon>(TestDesktop::sessionBusAddress(),
-                                                      std::move(capabilities));
+    daemon_ = std::make_unique<FakeNotificationDaemon>(TestDesktop::sessionBusAddress(),
+                                                       std::move(capabilities));
   }
 
   AuthorizationStatus status() {
     std::optional<AuthorizationStatus> answer;
-    center->authorizationStatus([&](AuthorizationStatus status) { answer = status; });
-    EXPECT_FALSE(answer) << "The answer must come later";
+    center_->authorizationStatus([&](AuthorizationStatus status) { answer = status; });
+    EXPECT_FALSE(answer) << "the completion must be called later";
     EXPECT_TRUE(waitUntil([&] { return answer.has_value(); }));
     return answer.value_or(AuthorizationStatus::notDetermined);
   }
 
-  // What became of it: true if the desktop has taken it.
+  // Adds the notification and returns whether it succeeded.
   bool add(const UserNotification& notification) {
     std::optional<bool> taken;
-    center->add(notification,
-                [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+    center_->add(notification,
+                 [&](const std::optional<PlatformError>& failure) { taken = !failure; });
     EXPECT_TRUE(waitUntil([&] { return taken.has_value(); }));
     return taken.value_or(false);
   }
@@ -85,32 +85,32 @@ class LinuxNotificationCenterTest : public testing::Test {
         .call({bus, "/org/freedesktop/DBus", bus, "ReloadConfig"});
   }
 
-  // Every signal that was sent before has arrived when this one has.
+  // Clicks a last notification: when that is reported, every earlier signal has been processed.
   void expectNothingOpened() {
     ASSERT_TRUE(add(notification("last")));
-    daemon->click(daemon->notifications().back().id);
-    ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
-    EXPECT_THAT(delegate.opened, ElementsAre("https://navora.example/#last"));
+    daemon_->click(daemon_->notifications().back().id);
+    ASSERT_TRUE(waitUntil([&] { return !delegate_.opened.empty(); }));
+    EXPECT_THAT(delegate_.opened, ElementsAre("https://navora.example/#last"));
   }
 
-  LocaleScope locale;
-  Delegate delegate;
-  std::unique_ptr<FakeNotificationDaemon> daemon;
-  std::unique_ptr<LinuxNotificationCenter> center = std::make_unique<LinuxNotificationCenter>();
+  LocaleScope locale_;
+  Delegate delegate_;
+  std::unique_ptr<FakeNotificationDaemon> daemon_;
+  std::unique_ptr<LinuxNotificationCenter> center_ = std::make_unique<LinuxNotificationCenter>();
 };
 
 TEST_F(LinuxNotificationCenterTest, IsDeniedWithoutAServiceAndAuthorizedWithOne) {
   EXPECT_EQ(status(), AuthorizationStatus::denied);
   startDaemon();
   EXPECT_EQ(status(), AuthorizationStatus::authorized);
-  daemon.reset();
+  daemon_.reset();
   EXPECT_EQ(status(), AuthorizationStatus::denied);
 }
 
-TEST_F(LinuxNotificationCenterTest, GrantsWhatTheDesktopOffersNow) {
+TEST_F(LinuxNotificationCenterTest, GrantsARequestOnlyWithAService) {
   const auto granted = [&] {
     std::optional<bool> answer;
-    center->requestAuthorization({true, true}, [&](const auto& result) {
+    center_->requestAuthorization({true, true}, [&](const auto& result) {
       answer = result && *result;
       EXPECT_TRUE(result);
     });
@@ -122,11 +122,11 @@ TEST_F(LinuxNotificationCenterTest, GrantsWhatTheDesktopOffersNow) {
   EXPECT_TRUE(granted());
 }
 
-TEST_F(LinuxNotificationCenterTest, CarriesTheNotification) {
+TEST_F(LinuxNotificationCenterTest, SendsTheNotification) {
   startDaemon();
   ASSERT_TRUE(add(notification("a")));
-  ASSERT_EQ(daemon->notifications().size(), 1U);
-  const auto shown = daemon->notifications()[0];
+  ASSERT_EQ(daemon_->notifications().size(), 1U);
+  const auto shown = daemon_->notifications()[0];
   EXPECT_EQ(shown.applicationName, "Навора");
   EXPECT_EQ(shown.icon, "example.navora.Navora");
   EXPECT_EQ(shown.replacesId, 0U);
@@ -140,126 +140,126 @@ TEST_F(LinuxNotificationCenterTest, CarriesTheNotification) {
   EXPECT_EQ(shown.expireTimeout, -1);
 }
 
-TEST_F(LinuxNotificationCenterTest, IsSilentWithoutASound) {
+TEST_F(LinuxNotificationCenterTest, SuppressesTheSoundOfASilentNotification) {
   startDaemon();
   UserNotification silent = notification("a");
   silent.defaultSound = false;
   ASSERT_TRUE(add(silent));
-  EXPECT_THAT(daemon->notifications()[0].hints,
+  EXPECT_THAT(daemon_->notifications()[0].hints,
               AllOf(Contains(Pair("suppress-sound", "true")), Not(Contains(Key("sound-name")))));
 }
 
-TEST_F(LinuxNotificationCenterTest, EscapesForAServiceThatReadsMarkup) {
+TEST_F(LinuxNotificationCenterTest, EscapesTheBodyForAServiceThatParsesMarkup) {
   startDaemon();
   UserNotification hostile = notification("a");
   hostile.title = "<b>Title</b> & more";
   hostile.body = "<a href=\"x\">Body</a> &amp;";
   ASSERT_TRUE(add(hostile));
-  EXPECT_EQ(daemon->notifications()[0].summary, hostile.title);
-  EXPECT_EQ(daemon->notifications()[0].body, "&lt;a href=\"x\"&gt;Body&lt;/a&gt; &amp;amp;");
+  EXPECT_EQ(daemon_->notifications()[0].summary, hostile.title);
+  EXPECT_EQ(daemon_->notifications()[0].body, "&lt;a href=\"x\"&gt;Body&lt;/a&gt; &amp;amp;");
 }
 
-TEST_F(LinuxNotificationCenterTest, OffersOnlyWhatTheServiceCan) {
+TEST_F(LinuxNotificationCenterTest, SendsNeitherMarkupNorActionsToAServiceWithoutThem) {
   startDaemon({"body"});
   UserNotification hostile = notification("a");
   hostile.body = "<b>&</b>";
   ASSERT_TRUE(add(hostile));
-  EXPECT_EQ(daemon->notifications()[0].body, "<b>&</b>");
-  EXPECT_THAT(daemon->notifications()[0].actions, IsEmpty());
+  EXPECT_EQ(daemon_->notifications()[0].body, "<b>&</b>");
+  EXPECT_THAT(daemon_->notifications()[0].actions, IsEmpty());
 }
 
-TEST_F(LinuxNotificationCenterTest, ReplacesByIdentifier) {
+TEST_F(LinuxNotificationCenterTest, ReplacesANotificationWithTheSameIdentifier) {
   startDaemon();
   ASSERT_TRUE(add(notification("test")));
   ASSERT_TRUE(add(notification("other")));
   ASSERT_TRUE(add(notification("test")));
-  const auto shown = daemon->notifications();
+  const auto shown = daemon_->notifications();
   EXPECT_EQ(shown[1].replacesId, 0U);
   EXPECT_EQ(shown[2].replacesId, shown[0].id);
 }
 
-TEST_F(LinuxNotificationCenterTest, ReplacesNothingThatIsClosed) {
+TEST_F(LinuxNotificationCenterTest, DoesNotReplaceAClosedNotification) {
   startDaemon();
   ASSERT_TRUE(add(notification("test")));
-  const auto first = daemon->notifications()[0].id;
-  daemon->close(first);
-  // The signal has arrived when a later click has.
+  const auto first = daemon_->notifications()[0].id;
+  daemon_->close(first);
+  // Signals arrive in order: after this click NotificationClosed has been processed.
   ASSERT_TRUE(add(notification("other")));
-  daemon->click(daemon->notifications()[1].id);
-  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
+  daemon_->click(daemon_->notifications()[1].id);
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.opened.empty(); }));
   ASSERT_TRUE(add(notification("test")));
-  EXPECT_EQ(daemon->notifications()[2].replacesId, 0U);
+  EXPECT_EQ(daemon_->notifications()[2].replacesId, 0U);
 }
 
-TEST_F(LinuxNotificationCenterTest, OpensWhatIsClicked) {
+TEST_F(LinuxNotificationCenterTest, ReportsTheUrlOfAClickedNotification) {
   startDaemon();
   ASSERT_TRUE(add(notification("a")));
   ASSERT_TRUE(add(notification("b")));
-  daemon->click(daemon->notifications()[0].id);
-  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
-  EXPECT_THAT(delegate.opened, ElementsAre("https://navora.example/#a"));
+  daemon_->click(daemon_->notifications()[0].id);
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.opened.empty(); }));
+  EXPECT_THAT(delegate_.opened, ElementsAre("https://navora.example/#a"));
 }
 
 TEST_F(LinuxNotificationCenterTest, IgnoresOtherActionsAndOtherNotifications) {
   startDaemon();
   ASSERT_TRUE(add(notification("a")));
-  daemon->click(daemon->notifications()[0].id, "settings");
-  daemon->click(4711);
+  daemon_->click(daemon_->notifications()[0].id, "settings");
+  daemon_->click(4711);
   expectNothingOpened();
 }
 
-TEST_F(LinuxNotificationCenterTest, IgnoresClicksOnWhatAnEarlierServiceShowed) {
+TEST_F(LinuxNotificationCenterTest, IgnoresClicksOnNotificationsOfAnEarlierService) {
   startDaemon();
   ASSERT_TRUE(add(notification("a")));
-  const auto old = daemon->notifications()[0].id;
-  daemon.reset();
+  const auto old = daemon_->notifications()[0].id;
+  daemon_.reset();
   EXPECT_EQ(status(), AuthorizationStatus::denied);
   startDaemon();
-  daemon->click(old);
+  daemon_->click(old);
   expectNothingOpened();
-  EXPECT_EQ(daemon->notifications()[0].replacesId, 0U);
+  EXPECT_EQ(daemon_->notifications()[0].replacesId, 0U);
 }
 
 TEST_F(LinuxNotificationCenterTest, FailsWithoutAService) {
   EXPECT_FALSE(add(notification("a")));
   startDaemon();
   EXPECT_TRUE(add(notification("a")));
-  EXPECT_EQ(daemon->notifications().size(), 1U);
+  EXPECT_EQ(daemon_->notifications().size(), 1U);
 }
 
-TEST_F(LinuxNotificationCenterTest, FailsWhenTheServiceDiesBeforeItAnswers) {
+TEST_F(LinuxNotificationCenterTest, FailsIfTheServiceExitsBeforeItReplies) {
   startDaemon();
-  daemon->hold();
+  daemon_->hold();
   std::optional<bool> taken;
-  center->add(notification("a"),
-              [&](const std::optional<PlatformError>& failure) { taken = !failure; });
-  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
+  center_->add(notification("a"),
+               [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+  ASSERT_TRUE(waitUntil([&] { return daemon_->waitingCount() == 1; }));
   EXPECT_FALSE(taken);
-  daemon.reset();
+  daemon_.reset();
   ASSERT_TRUE(waitUntil([&] { return taken.has_value(); }));
   EXPECT_FALSE(*taken);
 }
 
-TEST_F(LinuxNotificationCenterTest, WaitsForAServiceThatTakesItsTime) {
+TEST_F(LinuxNotificationCenterTest, WaitsForASlowService) {
   startDaemon();
-  daemon->hold();
+  daemon_->hold();
   std::optional<bool> taken;
-  center->add(notification("a"),
-              [&](const std::optional<PlatformError>& failure) { taken = !failure; });
-  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
-  daemon->release();
+  center_->add(notification("a"),
+               [&](const std::optional<PlatformError>& failure) { taken = !failure; });
+  ASSERT_TRUE(waitUntil([&] { return daemon_->waitingCount() == 1; }));
+  daemon_->release();
   ASSERT_TRUE(waitUntil([&] { return taken.has_value(); }));
   EXPECT_TRUE(*taken);
-  EXPECT_EQ(daemon->notifications().size(), 1U);
+  EXPECT_EQ(daemon_->notifications().size(), 1U);
 }
 
-TEST_F(LinuxNotificationCenterTest, ReplacesWhatALateServiceHasShownAfterAll) {
-  center->setTimeout(impatient());
+TEST_F(LinuxNotificationCenterTest, ReplacesANotificationShownAfterTheTimeout) {
+  center_->setTimeout(shortTimeout());
   startDaemon();
-  daemon->hold();
+  daemon_->hold();
   int completions = 0;
   std::optional<PlatformError> failure;
-  center->add(notification("a"), [&](const std::optional<PlatformError>& error) {
+  center_->add(notification("a"), [&](const std::optional<PlatformError>& error) {
     failure = error;
     ++completions;
   });
@@ -267,34 +267,34 @@ TEST_F(LinuxNotificationCenterTest, ReplacesWhatALateServiceHasShownAfterAll) {
   ASSERT_TRUE(failure);
   EXPECT_EQ(failure->code, PlatformError::timedOutCode);
   EXPECT_NE(failure->localizedDescription, "");
-  center->setTimeout(patience());
-  daemon->release();
+  center_->setTimeout(patience());
+  daemon_->release();
   ASSERT_TRUE(add(notification("a")));
-  const auto shown = daemon->notifications();
+  const auto shown = daemon_->notifications();
   ASSERT_EQ(shown.size(), 2U);
   EXPECT_EQ(shown[1].replacesId, shown[0].id);
   EXPECT_EQ(completions, 1);
 }
 
-TEST_F(LinuxNotificationCenterTest, ReplacesWhatIsStillOnItsWay) {
+TEST_F(LinuxNotificationCenterTest, ReplacesAPendingNotificationInOrder) {
   startDaemon();
-  daemon->hold();
+  daemon_->hold();
   std::vector<std::string> taken;
   for (const char* title : {"first", "second", "third"}) {
     UserNotification each = notification("a");
     each.title = title;
-    center->add(each, [&taken, title](const auto& failure) {
+    center_->add(each, [&taken, title](const auto& failure) {
       taken.push_back(failure ? "failed" : title);
     });
   }
-  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
-  // The other two have come as far as they can when a later one has come further.
-  center->add(notification("b"), [](const auto&) {});
-  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 2; }));
-  daemon->release();
+  ASSERT_TRUE(waitUntil([&] { return daemon_->waitingCount() == 1; }));
+  // A later call has reached the service, so the other two are waiting in the notification center.
+  center_->add(notification("b"), [](const auto&) {});
+  ASSERT_TRUE(waitUntil([&] { return daemon_->waitingCount() == 2; }));
+  daemon_->release();
   ASSERT_TRUE(waitUntil([&] { return taken.size() == 3; }));
   EXPECT_THAT(taken, ElementsAre("first", "second", "third"));
-  const auto shown = daemon->notifications();
+  const auto shown = daemon_->notifications();
   ASSERT_EQ(shown.size(), 4U);
   EXPECT_EQ(shown[0].summary, "first");
   EXPECT_EQ(shown[2].summary, "second");
@@ -303,69 +303,69 @@ TEST_F(LinuxNotificationCenterTest, ReplacesWhatIsStillOnItsWay) {
   EXPECT_EQ(shown[3].replacesId, shown[0].id);
 }
 
-TEST_F(LinuxNotificationCenterTest, ShowsNothingThatFailedWhileItWaitedForAnother) {
+TEST_F(LinuxNotificationCenterTest, DoesNotShowAReplacementThatTimedOut) {
   startDaemon();
-  daemon->hold();
+  daemon_->hold();
   std::optional<bool> firstTaken;
-  center->add(notification("a"), [&](const auto& failure) { firstTaken = !failure; });
-  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
-  center->setTimeout(impatient());
+  center_->add(notification("a"), [&](const auto& failure) { firstTaken = !failure; });
+  ASSERT_TRUE(waitUntil([&] { return daemon_->waitingCount() == 1; }));
+  center_->setTimeout(shortTimeout());
   EXPECT_FALSE(add(notification("a")));
-  center->setTimeout(patience());
-  daemon->release();
+  center_->setTimeout(patience());
+  daemon_->release();
   ASSERT_TRUE(waitUntil([&] { return firstTaken.has_value(); }));
   EXPECT_TRUE(*firstTaken);
   ASSERT_TRUE(add(notification("b")));
-  EXPECT_EQ(daemon->notifications().size(), 2U);
+  EXPECT_EQ(daemon_->notifications().size(), 2U);
 }
 
-TEST_F(LinuxNotificationCenterTest, ShowsNothingOnceItHasFailed) {
-  center->setTimeout(impatient());
+TEST_F(LinuxNotificationCenterTest, DoesNotShowANotificationThatTimedOut) {
+  center_->setTimeout(shortTimeout());
   startDaemon();
-  daemon->hold("GetCapabilities");
+  daemon_->hold("GetCapabilities");
   EXPECT_FALSE(add(notification("a")));
-  ASSERT_EQ(daemon->waitingCount(), 1U);
-  center->setTimeout(patience());
-  daemon->release();
+  ASSERT_EQ(daemon_->waitingCount(), 1U);
+  center_->setTimeout(patience());
+  daemon_->release();
   ASSERT_TRUE(add(notification("b")));
-  ASSERT_EQ(daemon->notifications().size(), 1U);
-  EXPECT_EQ(daemon->notifications()[0].replacesId, 0U);
+  ASSERT_EQ(daemon_->notifications().size(), 1U);
+  EXPECT_EQ(daemon_->notifications()[0].replacesId, 0U);
 }
 
-TEST_F(LinuxNotificationCenterTest, MayGoWhileTheServiceThinks) {
+TEST_F(LinuxNotificationCenterTest, MayBeDestroyedBeforeTheServiceReplies) {
   startDaemon();
-  daemon->hold();
+  daemon_->hold();
   bool completed = false;
-  center->add(notification("a"), [&](const auto&) { completed = true; });
-  ASSERT_TRUE(waitUntil([&] { return daemon->waitingCount() == 1; }));
-  center.reset();
-  daemon->release();
-  // An answer to a later question comes after that one.
-  center = std::make_unique<LinuxNotificationCenter>();
+  center_->add(notification("a"), [&](const auto&) { completed = true; });
+  ASSERT_TRUE(waitUntil([&] { return daemon_->waitingCount() == 1; }));
+  center_.reset();
+  daemon_->release();
+  // Replies arrive in order.
+  center_ = std::make_unique<LinuxNotificationCenter>();
   ASSERT_TRUE(add(notification("b")));
   EXPECT_FALSE(completed);
 }
 
-TEST_F(LinuxNotificationCenterTest, ForgetsTheOldestOfVeryMany) {
+TEST_F(LinuxNotificationCenterTest, ForgetsTheOldestNotificationsBeyondItsCapacity) {
   startDaemon();
   for (int index = 0; index < 205; ++index)
     ASSERT_TRUE(add(notification(std::to_string(index))));
-  daemon->click(1);
-  daemon->click(205);
-  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
-  EXPECT_THAT(delegate.opened, ElementsAre("https://navora.example/#204"));
+  daemon_->click(1);
+  daemon_->click(205);
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.opened.empty(); }));
+  EXPECT_THAT(delegate_.opened, ElementsAre("https://navora.example/#204"));
 }
 
-TEST_F(LinuxNotificationCenterTest, TellsWhyItFailed) {
+TEST_F(LinuxNotificationCenterTest, ReportsAReadableError) {
   std::optional<PlatformError> failure;
-  center->add(notification("a"), [&](const auto& error) { failure = error; });
+  center_->add(notification("a"), [&](const auto& error) { failure = error; });
   ASSERT_TRUE(waitUntil([&] { return failure.has_value(); }));
   EXPECT_THAT(failure->localizedDescription, HasSubstr("org.freedesktop.Notifications"));
-  // That is for programs.
+  // The error's D-Bus name is meant for programs.
   EXPECT_THAT(failure->localizedDescription, Not(HasSubstr("GDBus.Error")));
 }
 
-TEST_F(LinuxNotificationCenterTest, IsAuthorizedWhereTheServiceWouldBeStarted) {
+TEST_F(LinuxNotificationCenterTest, IsAuthorizedIfTheBusCanActivateTheService) {
   const auto folder =
       std::filesystem::path(std::getenv(TestDesktop::folderVariable)) / "session-services";
   const auto file = folder / "org.freedesktop.Notifications.service";
@@ -373,70 +373,70 @@ TEST_F(LinuxNotificationCenterTest, IsAuthorizedWhereTheServiceWouldBeStarted) {
   std::ofstream(file) << "[D-BUS Service]\nName=org.freedesktop.Notifications\nExec=/bin/false\n";
   reloadBus();
   EXPECT_EQ(status(), AuthorizationStatus::authorized);
-  // It does not start, which is known only now.
+  // The activation fails, which only a call finds out.
   EXPECT_FALSE(add(notification("a")));
   std::filesystem::remove(file);
   reloadBus();
   EXPECT_EQ(status(), AuthorizationStatus::denied);
 }
 
-TEST_F(LinuxNotificationCenterTest, CarriesHostileTexts) {
+TEST_F(LinuxNotificationCenterTest, SendsHostileTextsCleanedAndShortened) {
   startDaemon();
   UserNotification hostile = notification("a");
   hostile.title = std::string(100'000, 'x');
   hostile.body = "\xFF\xFE\n\x01" + std::string(100'000, '&');
   ASSERT_TRUE(add(hostile));
-  const auto shown = daemon->notifications()[0];
+  const auto shown = daemon_->notifications()[0];
   EXPECT_EQ(shown.summary, std::string(200, 'x') + "…");
   EXPECT_THAT(shown.body, StartsWith("\xEF\xBF\xBD\xEF\xBF\xBD\n&amp;&amp;"));
   EXPECT_THAT(shown.body, EndsWith("&amp;…"));
 }
 
-TEST_F(LinuxNotificationCenterTest, HandsOnTheRightToRaiseAWindow) {
+TEST_F(LinuxNotificationCenterTest, PassesTheActivationTokenToGtk) {
   startDaemon();
   ASSERT_TRUE(add(notification("a")));
-  const auto id = daemon->notifications()[0].id;
-  daemon->click(id, "default", "desktop_TIME42");
-  ASSERT_TRUE(waitUntil([&] { return !delegate.opened.empty(); }));
+  const auto id = daemon_->notifications()[0].id;
+  daemon_->click(id, "default", "desktop_TIME42");
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.opened.empty(); }));
   GdkDisplay* display = gdk_display_get_default();
   EXPECT_STREQ(gdk_x11_display_get_startup_notification_id(display), "desktop_TIME42");
-  // Somebody else's.
-  daemon->click(4711, "default", "other_TIME43");
-  daemon->click(id);
-  ASSERT_TRUE(waitUntil([&] { return delegate.opened.size() == 2; }));
+  // The token of another application's notification is ignored.
+  daemon_->click(4711, "default", "other_TIME43");
+  daemon_->click(id);
+  ASSERT_TRUE(waitUntil([&] { return delegate_.opened.size() == 2; }));
   EXPECT_STREQ(gdk_x11_display_get_startup_notification_id(display), "desktop_TIME42");
 }
 
-TEST_F(LinuxNotificationCenterTest, AsksTheDelegateOnlyInFront) {
+TEST_F(LinuxNotificationCenterTest, AsksTheDelegateOnlyWhileTheApplicationIsActive) {
   startDaemon();
-  delegate.options = {.banner = false, .sound = false};
+  delegate_.options = {.banner = false, .sound = false};
   ASSERT_TRUE(add(notification("behind")));
-  ASSERT_EQ(daemon->notifications().size(), 1U);
-  EXPECT_THAT(daemon->notifications()[0].hints, Contains(Key("sound-name")));
+  ASSERT_EQ(daemon_->notifications().size(), 1U);
+  EXPECT_THAT(daemon_->notifications()[0].hints, Contains(Key("sound-name")));
 
   Gtk::Window window;
   window.present();
   ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(window); }));
   ASSERT_TRUE(add(notification("hidden")));
-  EXPECT_EQ(daemon->notifications().size(), 1U);
+  EXPECT_EQ(daemon_->notifications().size(), 1U);
 
-  delegate.options = {.banner = true, .sound = false};
+  delegate_.options = {.banner = true, .sound = false};
   ASSERT_TRUE(add(notification("silent")));
-  ASSERT_EQ(daemon->notifications().size(), 2U);
-  EXPECT_THAT(daemon->notifications()[1].hints, Not(Contains(Key("sound-name"))));
+  ASSERT_EQ(daemon_->notifications().size(), 2U);
+  EXPECT_THAT(daemon_->notifications()[1].hints, Not(Contains(Key("sound-name"))));
 
-  delegate.options = {.banner = true, .sound = true};
+  delegate_.options = {.banner = true, .sound = true};
   ASSERT_TRUE(add(notification("loud")));
-  ASSERT_EQ(daemon->notifications().size(), 3U);
-  EXPECT_THAT(daemon->notifications()[2].hints, Contains(Key("sound-name")));
+  ASSERT_EQ(daemon_->notifications().size(), 3U);
+  EXPECT_THAT(daemon_->notifications()[2].hints, Contains(Key("sound-name")));
 
-  center->setDelegate(nullptr);
+  center_->setDelegate(nullptr);
   ASSERT_TRUE(add(notification("alone")));
-  EXPECT_EQ(daemon->notifications().size(), 4U);
+  EXPECT_EQ(daemon_->notifications().size(), 4U);
 }
 
-// In a process of its own, which has never been on the bus.
-TEST(NotificationsDeathTest, WithoutASessionBusEverythingIsDenied) {
+// Runs in a process of its own, because a process keeps its first connection to the session bus.
+TEST(NotificationsDeathTest, DeniesEverythingWithoutASessionBus) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");
   EXPECT_EXIT(
       {
@@ -456,7 +456,7 @@ TEST(NotificationsDeathTest, WithoutASessionBusEverythingIsDenied) {
       testing::ExitedWithCode(0), "");
 }
 
-TEST(NotificationTextTest, IsPlainValidAndShort) {
+TEST(NotificationTextTest, IsPlainValidUtf8) {
   EXPECT_EQ(notificationSummary("Two\nlines\x01\x7F\tand \xC2\x9B tab"), "Two lines\tand  tab");
   EXPECT_EQ(notificationSummary("Привет 👋🏽"), "Привет 👋🏽");
   EXPECT_EQ(notificationSummary("broken \xFF\xD0"), "broken \xEF\xBF\xBD\xEF\xBF\xBD");
@@ -478,7 +478,7 @@ TEST(NotificationTextTest, CutsLongTextsBetweenCharacters) {
   EXPECT_EQ(body.size(), 2000 * std::string("&lt;").size() + std::string("…").size());
 }
 
-TEST(NotificationTextTest, CutsWhatIsHugeWithoutLookingAtAllOfIt) {
+TEST(NotificationTextTest, CutsHugeTextsWithoutProcessingAllOfThem) {
   std::string marks;
   for (int count = 0; count < 50'000; ++count)
     marks += "\u0301";

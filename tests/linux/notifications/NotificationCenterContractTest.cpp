@@ -21,16 +21,17 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// What the core relies on, asked of the desktop's service and of the one that its own tests use.
+// The contract of NotificationCenter, checked with the Linux host's and with the fake of the core's
+// tests.
 class FakeDesktop {
  public:
   FakeNotificationCenter* center() { return center_.get(); }
-  void endCenter() { center_.reset(); }
-  void beginCenter() { center_ = std::make_unique<FakeNotificationCenter>(); }
+  void destroyCenter() { center_.reset(); }
+  void makeCenter() { center_ = std::make_unique<FakeNotificationCenter>(); }
 
   void permit() { isPermitted_ = true; }
   void refuse() { isPermitted_ = false; }
-  // Answers every question that waits.
+  // Completes every pending call.
   void answer() {
     while (center_ && center_->statusQuestions() > 0) {
       center_->status =
@@ -54,25 +55,25 @@ class FakeDesktop {
 class LinuxDesktop {
  public:
   LinuxNotificationCenter* center() { return center_.get(); }
-  void endCenter() { center_.reset(); }
-  void beginCenter() { center_ = std::make_unique<LinuxNotificationCenter>(); }
+  void destroyCenter() { center_.reset(); }
+  void makeCenter() { center_ = std::make_unique<LinuxNotificationCenter>(); }
 
   void permit() {
     daemon_ = std::make_unique<driver::FakeNotificationDaemon>(TestDesktop::sessionBusAddress());
   }
   void refuse() {
     daemon_.reset();
-    // The bus notices in its own time.
+    // The bus releases the name asynchronously.
     EXPECT_TRUE(waitUntil([&] { return !bus_.nameHasOwner("org.freedesktop.Notifications"); }));
   }
-  // The service answers by itself.
+  // The service replies by itself.
   void answer() {}
 
   void click(const UserNotification& notification) {
     for (const auto& shown : daemon_->notifications()) {
       if (shown.summary == notification.title) return daemon_->click(shown.id);
     }
-    ADD_FAILURE() << notification.title << " is not on display";
+    ADD_FAILURE() << notification.title << " is not shown";
   }
 
  private:
@@ -93,10 +94,10 @@ template <typename Desktop>
 class NotificationCenterContractTest : public testing::Test {
  protected:
   ~NotificationCenterContractTest() override {
-    if (desktop.center() != nullptr) desktop.center()->setDelegate(nullptr);
+    if (desktop_.center() != nullptr) desktop_.center()->setDelegate(nullptr);
   }
 
-  NotificationCenter& center() { return *desktop.center(); }
+  NotificationCenter& center() { return *desktop_.center(); }
 
   static UserNotification notification(const std::string& identifier) {
     return {identifier, "Title of " + identifier, "Body", true,
@@ -105,11 +106,11 @@ class NotificationCenterContractTest : public testing::Test {
 
   testing::AssertionResult answersUntil(const std::function<bool()>& condition) {
     return waitUntil([&] {
-      if (!condition()) desktop.answer();
+      if (!condition()) desktop_.answer();
       return condition();
     });
   }
-  // True if the desktop has taken it.
+  // Adds the notification and returns whether it succeeded.
   bool add(const UserNotification& notification) {
     std::optional<bool> taken;
     center().add(notification,
@@ -117,37 +118,37 @@ class NotificationCenterContractTest : public testing::Test {
     EXPECT_TRUE(answersUntil([&] { return taken.has_value(); }));
     return taken.value_or(false);
   }
-  // What was clicked before has been told: the service works off one thing after the other.
+  // Waits until earlier clicks have been reported: the service processes calls in order.
   void settleClicks() {
     EXPECT_TRUE(add(notification("after the clicks")));
     runPendingEvents();
   }
 
-  LocaleScope locale;
-  Desktop desktop;
+  LocaleScope locale_;
+  Desktop desktop_;
 };
 
 using Desktops = testing::Types<FakeDesktop, LinuxDesktop>;
 TYPED_TEST_SUITE(NotificationCenterContractTest, Desktops);
 
-TYPED_TEST(NotificationCenterContractTest, TellsTheStatusLaterAndAsItIsThen) {
+TYPED_TEST(NotificationCenterContractTest, ReportsTheCurrentStatusLater) {
   std::vector<AuthorizationStatus> answers;
   const auto note = [&](AuthorizationStatus status) { answers.push_back(status); };
   this->center().authorizationStatus(note);
   EXPECT_THAT(answers, IsEmpty());
   ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 1; }));
-  this->desktop.permit();
+  this->desktop_.permit();
   this->center().authorizationStatus(note);
   EXPECT_EQ(answers.size(), 1U);
   ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 2; }));
-  this->desktop.refuse();
+  this->desktop_.refuse();
   this->center().authorizationStatus(note);
   ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 3; }));
   EXPECT_THAT(answers, ElementsAre(AuthorizationStatus::denied, AuthorizationStatus::authorized,
                                    AuthorizationStatus::denied));
 }
 
-TYPED_TEST(NotificationCenterContractTest, TellsLaterWhetherItIsGranted) {
+TYPED_TEST(NotificationCenterContractTest, ReportsLaterWhetherItIsGranted) {
   std::vector<bool> answers;
   const auto note = [&](const NotificationCenter::AuthorizationResult& result) {
     ASSERT_TRUE(result);
@@ -156,14 +157,14 @@ TYPED_TEST(NotificationCenterContractTest, TellsLaterWhetherItIsGranted) {
   this->center().requestAuthorization({.alert = true, .sound = true}, note);
   EXPECT_THAT(answers, IsEmpty());
   ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 1; }));
-  this->desktop.permit();
+  this->desktop_.permit();
   this->center().requestAuthorization({.alert = true, .sound = true}, note);
   ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 2; }));
   EXPECT_THAT(answers, ElementsAre(false, true));
 }
 
-TYPED_TEST(NotificationCenterContractTest, TakesANotificationOverLater) {
-  this->desktop.permit();
+TYPED_TEST(NotificationCenterContractTest, ReportsLaterThatANotificationWasAdded) {
+  this->desktop_.permit();
   int answers = 0;
   std::optional<PlatformError> failure;
   this->center().add(this->notification("a"), [&](std::optional<PlatformError> error) {
@@ -173,12 +174,12 @@ TYPED_TEST(NotificationCenterContractTest, TakesANotificationOverLater) {
   EXPECT_EQ(answers, 0);
   ASSERT_TRUE(this->answersUntil([&] { return answers > 0; }));
   EXPECT_FALSE(failure);
-  // Once.
+  // The completion is called once.
   ASSERT_TRUE(this->add(this->notification("b")));
   EXPECT_EQ(answers, 1);
 }
 
-TYPED_TEST(NotificationCenterContractTest, TellsLaterWhyANotificationWasNotTaken) {
+TYPED_TEST(NotificationCenterContractTest, ReportsLaterWhyANotificationFailed) {
   int answers = 0;
   std::optional<PlatformError> failure;
   this->center().add(this->notification("a"), [&](std::optional<PlatformError> error) {
@@ -189,14 +190,14 @@ TYPED_TEST(NotificationCenterContractTest, TellsLaterWhyANotificationWasNotTaken
   ASSERT_TRUE(this->answersUntil([&] { return answers > 0; }));
   ASSERT_TRUE(failure);
   EXPECT_FALSE(failure->localizedDescription.empty());
-  // It may be tried again.
-  this->desktop.permit();
+  // A second attempt may succeed.
+  this->desktop_.permit();
   EXPECT_TRUE(this->add(this->notification("a")));
   EXPECT_EQ(answers, 1);
 }
 
-TYPED_TEST(NotificationCenterContractTest, AnswersForOneIdentifierInOrder) {
-  this->desktop.permit();
+TYPED_TEST(NotificationCenterContractTest, CompletesAddsOfOneIdentifierInOrder) {
+  this->desktop_.permit();
   std::vector<int> taken;
   for (int attempt = 1; attempt <= 3; ++attempt) {
     this->center().add(this->notification("a"), [&taken, attempt](const auto& failure) {
@@ -208,8 +209,8 @@ TYPED_TEST(NotificationCenterContractTest, AnswersForOneIdentifierInOrder) {
   EXPECT_THAT(taken, ElementsAre(1, 2, 3));
 }
 
-TYPED_TEST(NotificationCenterContractTest, MayBeAskedFromAnAnswer) {
-  this->desktop.permit();
+TYPED_TEST(NotificationCenterContractTest, MayBeCalledFromACompletion) {
+  this->desktop_.permit();
   std::optional<AuthorizationStatus> status;
   this->center().add(this->notification("a"), [&](const auto&) {
     this->center().authorizationStatus([&](AuthorizationStatus answer) { status = answer; });
@@ -219,57 +220,57 @@ TYPED_TEST(NotificationCenterContractTest, MayBeAskedFromAnAnswer) {
   EXPECT_EQ(status, AuthorizationStatus::authorized);
 }
 
-TYPED_TEST(NotificationCenterContractTest, TellsWhatTheUserOpens) {
-  this->desktop.permit();
+TYPED_TEST(NotificationCenterContractTest, ReportsTheNotificationsThatTheUserOpens) {
+  this->desktop_.permit();
   ContractDelegate delegate;
   this->center().setDelegate(&delegate);
   ASSERT_TRUE(this->add(this->notification("a")));
   ASSERT_TRUE(this->add(this->notification("b")));
   EXPECT_THAT(delegate.opened, IsEmpty());
-  this->desktop.click(this->notification("b"));
-  this->desktop.click(this->notification("a"));
+  this->desktop_.click(this->notification("b"));
+  this->desktop_.click(this->notification("a"));
   ASSERT_TRUE(this->answersUntil([&] { return delegate.opened.size() == 2; }));
   EXPECT_THAT(delegate.opened,
               ElementsAre("https://navora.example/#b", "https://navora.example/#a"));
 }
 
-TYPED_TEST(NotificationCenterContractTest, TellsNobodyOnceTheDelegateIsTakenAway) {
-  this->desktop.permit();
-  ContractDelegate gone;
-  this->center().setDelegate(&gone);
+TYPED_TEST(NotificationCenterContractTest, ReportsNothingWithoutADelegate) {
+  this->desktop_.permit();
+  ContractDelegate first;
+  this->center().setDelegate(&first);
   ASSERT_TRUE(this->add(this->notification("a")));
   this->center().setDelegate(nullptr);
-  this->desktop.click(this->notification("a"));
+  this->desktop_.click(this->notification("a"));
   this->settleClicks();
-  EXPECT_THAT(gone.opened, IsEmpty());
+  EXPECT_THAT(first.opened, IsEmpty());
 
   ContractDelegate next;
   this->center().setDelegate(&next);
-  this->desktop.click(this->notification("a"));
+  this->desktop_.click(this->notification("a"));
   ASSERT_TRUE(this->answersUntil([&] { return !next.opened.empty(); }));
   EXPECT_THAT(next.opened, ElementsAre("https://navora.example/#a"));
-  EXPECT_THAT(gone.opened, IsEmpty());
+  EXPECT_THAT(first.opened, IsEmpty());
 }
 
-TYPED_TEST(NotificationCenterContractTest, AnAnswerMayBeItsEnd) {
-  this->desktop.permit();
+TYPED_TEST(NotificationCenterContractTest, ACompletionMayDestroyTheCenter) {
+  this->desktop_.permit();
   bool answered = false;
   this->center().add(this->notification("a"), [&](const auto&) {
-    this->desktop.endCenter();
+    this->desktop_.destroyCenter();
     answered = true;
   });
   EXPECT_TRUE(this->answersUntil([&] { return answered; }));
 }
 
-TYPED_TEST(NotificationCenterContractTest, AnswersNothingAfterItsEnd) {
-  this->desktop.permit();
+TYPED_TEST(NotificationCenterContractTest, CallsNoCompletionAfterItIsDestroyed) {
+  this->desktop_.permit();
   int answers = 0;
   this->center().authorizationStatus([&](AuthorizationStatus) { ++answers; });
   this->center().requestAuthorization({}, [&](const auto&) { ++answers; });
   this->center().add(this->notification("a"), [&](const auto&) { ++answers; });
-  this->desktop.endCenter();
-  this->desktop.beginCenter();
-  // An answer to a later question comes after those.
+  this->desktop_.destroyCenter();
+  this->desktop_.makeCenter();
+  // Replies arrive in order.
   ASSERT_TRUE(this->add(this->notification("b")));
   EXPECT_EQ(answers, 0);
 }

@@ -15,7 +15,7 @@ TEST(ShownNotificationsTest, FindsByNumberAndByIdentifier) {
   EXPECT_EQ(shown.urlOf(4), std::nullopt);
 }
 
-TEST(ShownNotificationsTest, ForgetsWhatIsGone) {
+TEST(ShownNotificationsTest, ForgetsRemovedNotifications) {
   ShownNotifications shown(10);
   shown.add(7, "a", "url a");
   shown.add(8, "b", "url b");
@@ -27,7 +27,7 @@ TEST(ShownNotificationsTest, ForgetsWhatIsGone) {
   EXPECT_EQ(shown.numberOf("b"), std::nullopt);
 }
 
-TEST(ShownNotificationsTest, KeepsOneOfEachNumberAndIdentifier) {
+TEST(ShownNotificationsTest, KeepsOneEntryPerNumberAndIdentifier) {
   ShownNotifications shown(10);
   shown.add(7, "a", "first");
   shown.add(8, "a", "second");
@@ -38,7 +38,7 @@ TEST(ShownNotificationsTest, KeepsOneOfEachNumberAndIdentifier) {
   EXPECT_EQ(shown.urlOf(8), "third");
 }
 
-TEST(ShownNotificationsTest, ForgetsTheOldestAndNotTheOneWithTheSmallestNumber) {
+TEST(ShownNotificationsTest, ForgetsTheOldestEntryNotTheSmallestNumber) {
   ShownNotifications shown(2);
   shown.add(1, "a", "first");
   shown.add(2, "b", "second");

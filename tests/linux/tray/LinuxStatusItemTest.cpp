@@ -52,7 +52,7 @@ class LinuxStatusItemTest : public testing::Test {
         delegate_, ApplicationCommands{[this] { ++hides_; }, [this] { ++terminations_; }},
         colorScheme_, missingTray_);
   }
-  // In the tray.
+  // Makes the item and waits until it is in the tray.
   testing::AssertionResult showItem() {
     item_ = makeItem();
     return waitUntil([this] { return tray_.has(item_->busName()); });
@@ -97,7 +97,7 @@ class LinuxStatusItemTest : public testing::Test {
   std::unique_ptr<LinuxStatusItem> item_;
 };
 
-TEST_F(LinuxStatusItemTest, SaysWhatItIs) {
+TEST_F(LinuxStatusItemTest, HasTheItemsProperties) {
   ASSERT_TRUE(showItem());
   EXPECT_THAT(item_->busName(),
               StartsWith("org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-"));
@@ -119,7 +119,7 @@ TEST_F(LinuxStatusItemTest, SaysWhatItIs) {
   EXPECT_STREQ(title, "Navora");
 }
 
-TEST_F(LinuxStatusItemTest, GivesAllPropertiesAtOnce) {
+TEST_F(LinuxStatusItemTest, ReturnsAllProperties) {
   ASSERT_TRUE(showItem());
   const auto all = ask(itemPath, "org.freedesktop.DBus.Properties", "GetAll",
                        g_variant_new("(s)", itemInterface));
@@ -128,7 +128,7 @@ TEST_F(LinuxStatusItemTest, GivesAllPropertiesAtOnce) {
   EXPECT_EQ(g_variant_n_children(values.get()), 16U);
 }
 
-TEST_F(LinuxStatusItemTest, ShowsTheWindowWhenItIsActivated) {
+TEST_F(LinuxStatusItemTest, ShowsTheWindowWhenActivated) {
   ASSERT_TRUE(showItem());
   EXPECT_EQ(askItem("Activate", g_variant_new("(ii)", 10, 10)).error, "");
   EXPECT_EQ(askItem("SecondaryActivate", g_variant_new("(ii)", 10, 10)).error, "");
@@ -139,7 +139,7 @@ TEST_F(LinuxStatusItemTest, ShowsTheWindowWhenItIsActivated) {
   EXPECT_EQ(delegate_.actions.size(), 2U);
 }
 
-TEST_F(LinuxStatusItemTest, DescribesItsMenu) {
+TEST_F(LinuxStatusItemTest, ReturnsTheMenusLayout) {
   ASSERT_TRUE(showItem());
   const auto shown = layout();
   ASSERT_EQ(shown.entries.size(), 5U);
@@ -149,7 +149,7 @@ TEST_F(LinuxStatusItemTest, DescribesItsMenu) {
   EXPECT_TRUE(std::ranges::all_of(shown.entries, &StatusTray::Entry::enabled));
 }
 
-TEST_F(LinuxStatusItemTest, DoesWhatIsClicked) {
+TEST_F(LinuxStatusItemTest, PerformsTheActionOfAClickedItem) {
   ASSERT_TRUE(showItem());
   const auto entries = layout().entries;
   for (const std::size_t index : {0U, 1U, 3U, 4U})
@@ -160,7 +160,7 @@ TEST_F(LinuxStatusItemTest, DoesWhatIsClicked) {
   EXPECT_EQ(terminations_, 1);
 }
 
-TEST_F(LinuxStatusItemTest, DoesNothingForOtherEventsAndItemsThatOnlyInform) {
+TEST_F(LinuxStatusItemTest, IgnoresOtherEventsAndItemsWithoutAnAction) {
   ASSERT_TRUE(showItem());
   item_->insertMenuItem(0, information);
   const auto entries = layout().entries;
@@ -173,7 +173,7 @@ TEST_F(LinuxStatusItemTest, DoesNothingForOtherEventsAndItemsThatOnlyInform) {
   EXPECT_THAT(delegate_.actions, IsEmpty());
 }
 
-TEST_F(LinuxStatusItemTest, TellsOfAnInsertedItem) {
+TEST_F(LinuxStatusItemTest, AnnouncesAnInsertedItem) {
   ASSERT_TRUE(showItem());
   const auto before = layout();
   item_->insertMenuItem(0, information);
@@ -183,13 +183,13 @@ TEST_F(LinuxStatusItemTest, TellsOfAnInsertedItem) {
   ASSERT_EQ(after.entries.size(), 6U);
   EXPECT_EQ(after.entries[0].label, "Only a message");
   EXPECT_FALSE(after.entries[0].enabled);
-  // The others are who they were.
+  // The other items keep their ids.
   for (std::size_t index = 0; index < before.entries.size(); ++index)
     EXPECT_EQ(after.entries[index + 1].id, before.entries[index].id);
   EXPECT_EQ(std::ranges::count(before.entries, after.entries[0].id, &StatusTray::Entry::id), 0);
 }
 
-TEST_F(LinuxStatusItemTest, TakesAnItemBeforeItIsOnTheBus) {
+TEST_F(LinuxStatusItemTest, AcceptsItemsBeforeItIsOnTheBus) {
   item_ = makeItem();
   item_->insertMenuItem(0, information);
   item_->insertMenuItem(100, information);
@@ -200,7 +200,7 @@ TEST_F(LinuxStatusItemTest, TakesAnItemBeforeItIsOnTheBus) {
   EXPECT_EQ(shown.back(), "Only a message");
 }
 
-TEST_F(LinuxStatusItemTest, GivesThePropertiesOfItems) {
+TEST_F(LinuxStatusItemTest, ReturnsThePropertiesOfItems) {
   ASSERT_TRUE(showItem());
   const auto entries = layout().entries;
   const auto count = [this](std::vector<std::int32_t> ids) {
@@ -214,7 +214,7 @@ TEST_F(LinuxStatusItemTest, GivesThePropertiesOfItems) {
     return static_cast<std::size_t>(g_variant_n_children(list.get()));
   };
   EXPECT_EQ(count({entries[0].id, entries[4].id, 9999}), 2U);
-  EXPECT_EQ(count({}), 6U) << "all, with the menu itself";
+  EXPECT_EQ(count({}), 6U) << "all items and the menu itself";
   const auto property = [this](std::int32_t id, const char* name) {
     const auto answer = askMenu("GetProperty", g_variant_new("(is)", id, name));
     if (!answer.value) return answer.error;
@@ -238,7 +238,7 @@ TEST_F(LinuxStatusItemTest, NeedsNoRefreshBeforeItsMenuIsShown) {
   EXPECT_FALSE(needsUpdate);
 }
 
-TEST_F(LinuxStatusItemTest, RefusesWhatMakesNoSense) {
+TEST_F(LinuxStatusItemTest, RejectsInvalidCalls) {
   ASSERT_TRUE(showItem());
   const auto invalid = HasSubstr("InvalidArgs");
   EXPECT_THAT(click(9999).error, invalid);
@@ -247,7 +247,7 @@ TEST_F(LinuxStatusItemTest, RefusesWhatMakesNoSense) {
   EXPECT_THAT(askMenu("GetLayout", g_variant_new("(iias)", 9999, -1, nullptr)).error, invalid);
   EXPECT_THAT(askMenu("GetProperty", g_variant_new("(is)", 9999, "label")).error, invalid);
   EXPECT_THAT(askMenu("AboutToShow", g_variant_new("(i)", 9999)).error, invalid);
-  // Other types.
+  // Arguments of other types.
   EXPECT_THAT(askMenu("GetLayout", g_variant_new("(s)", "0")).error, invalid);
   EXPECT_THAT(askMenu("Event", g_variant_new("(ss)", "1", "clicked")).error, invalid);
   EXPECT_THAT(askMenu("EventGroup", nullptr).error, invalid);
@@ -259,7 +259,7 @@ TEST_F(LinuxStatusItemTest, RefusesWhatMakesNoSense) {
   EXPECT_THAT(delegate_.actions, IsEmpty());
 }
 
-TEST_F(LinuxStatusItemTest, TakesSeveralEventsAtOnce) {
+TEST_F(LinuxStatusItemTest, HandlesAGroupOfEvents) {
   ASSERT_TRUE(showItem());
   const auto entries = layout().entries;
   const auto answer = clickAll({entries[0].id, 9999, entries[1].id});
@@ -269,7 +269,7 @@ TEST_F(LinuxStatusItemTest, TakesSeveralEventsAtOnce) {
               ElementsAre(DelegateAction::quickCapture, DelegateAction::showWindow));
 }
 
-TEST_F(LinuxStatusItemTest, MayGoWithinAnEventOfItsOwn) {
+TEST_F(LinuxStatusItemTest, MayBeDestroyedByItsOwnEvent) {
   delegate_.onAction = [this] { item_.reset(); };
   ASSERT_TRUE(showItem());
   auto entries = layout().entries;
@@ -289,14 +289,14 @@ TEST_F(LinuxStatusItemTest, MayGoWithinAnEventOfItsOwn) {
   EXPECT_EQ(delegate_.actions.size(), 3U);
 }
 
-TEST_F(LinuxStatusItemTest, LeavesTheTrayWhenItGoes) {
+TEST_F(LinuxStatusItemTest, LeavesTheTrayWhenDestroyed) {
   ASSERT_TRUE(showItem());
   const std::string name = item_->busName();
   item_.reset();
   ASSERT_TRUE(waitUntil([&] { return !tray_.isOnBus(name); }));
 }
 
-TEST_F(LinuxStatusItemTest, MayBeReplacedInOneTurn) {
+TEST_F(LinuxStatusItemTest, MayBeReplacedWithinOneTurnOfTheMainLoop) {
   ASSERT_TRUE(showItem());
   const std::string old = item_->busName();
   item_ = makeItem();
@@ -305,14 +305,14 @@ TEST_F(LinuxStatusItemTest, MayBeReplacedInOneTurn) {
   EXPECT_EQ(labels().size(), 5U);
 }
 
-TEST_F(LinuxStatusItemTest, MayGoBeforeItIsOnTheBus) {
+TEST_F(LinuxStatusItemTest, MayBeDestroyedBeforeItIsOnTheBus) {
   const std::string name = makeItem()->busName();
   runPendingEvents();
   ASSERT_TRUE(showItem());
   EXPECT_FALSE(tray_.has(name));
 }
 
-// Without a tray at first.
+// Starts without a tray.
 class StatusItemWithoutTrayTest : public testing::Test {
  protected:
   void makeItem() {
@@ -320,13 +320,13 @@ class StatusItemWithoutTrayTest : public testing::Test {
         StatusItemDescription{NavoraIcon::menuBarTemplate(imaging_, 18), "Navora", statusMenu()},
         delegate_, ApplicationCommands{[] {}, [] {}}, colorScheme_, missingTray_);
   }
-  // What has been written to standard error so far, once it contains the text.
-  static testing::AssertionResult waitForError(const std::string& text, std::string& told) {
+  // Waits until standard error contains the text; appends everything written meanwhile to `log`.
+  static testing::AssertionResult waitForError(const std::string& text, std::string& log) {
     return waitUntil([&] {
       std::cerr.flush();
-      told += testing::internal::GetCapturedStderr();
+      log += testing::internal::GetCapturedStderr();
       testing::internal::CaptureStderr();
-      return told.find(text) != std::string::npos;
+      return log.find(text) != std::string::npos;
     });
   }
 
@@ -337,38 +337,38 @@ class StatusItemWithoutTrayTest : public testing::Test {
   std::unique_ptr<LinuxStatusItem> item_;
 };
 
-TEST_F(StatusItemWithoutTrayTest, SaysSoOnceAndComesIntoEveryTrayThatStarts) {
+TEST_F(StatusItemWithoutTrayTest, LogsOnceAndRegistersWithEveryTrayThatStarts) {
   testing::internal::CaptureStderr();
   makeItem();
-  std::string told;
-  const auto toldSo = waitForError("no tray", told);
-  bool inEvery = true;
+  std::string log;
+  const auto logged = waitForError("no tray", log);
+  bool inEveryTray = true;
   for (int start = 0; start < 3; ++start) {
     const StatusTray tray;
-    inEvery = inEvery && waitUntil([&] { return tray.has(item_->busName()); });
+    inEveryTray = inEveryTray && waitUntil([&] { return tray.has(item_->busName()); });
   }
   makeItem();
   {
     const StatusTray tray;
-    inEvery = inEvery && waitUntil([&] { return tray.has(item_->busName()); });
+    inEveryTray = inEveryTray && waitUntil([&] { return tray.has(item_->busName()); });
   }
-  told += testing::internal::GetCapturedStderr();
-  ASSERT_TRUE(toldSo) << told;
-  EXPECT_TRUE(inEvery);
-  EXPECT_EQ(told, "Navora: the desktop has no tray for status items\n");
+  log += testing::internal::GetCapturedStderr();
+  ASSERT_TRUE(logged) << log;
+  EXPECT_TRUE(inEveryTray);
+  EXPECT_EQ(log, "Navora: the desktop has no tray for status items\n");
 }
 
-TEST_F(StatusItemWithoutTrayTest, SaysThatATrayRefusesIt) {
+TEST_F(StatusItemWithoutTrayTest, LogsThatATrayRefusesIt) {
   StatusTray tray(StatusTray::Manner::refusing);
   testing::internal::CaptureStderr();
   makeItem();
-  std::string told;
-  const auto toldSo = waitForError("the tray refuses the status item", told);
+  std::string log;
+  const auto logged = waitForError("the tray refuses the status item", log);
   testing::internal::GetCapturedStderr();
-  EXPECT_TRUE(toldSo) << told;
+  EXPECT_TRUE(logged) << log;
 }
 
-// What an icon of one size consists of.
+// One entry of an IconPixmap property.
 struct Pixmap {
   int size = 0;
   std::vector<std::array<int, 4>> pixels;  // alpha, red, green, blue
@@ -402,7 +402,7 @@ std::vector<Pixmap> pixmapsOf(const Image& image, bool dark) {
   return pixmapsFrom(GVariantPtr(g_variant_ref_sink(statusIconPixmaps(image, dark))).get());
 }
 
-TEST(StatusIconTest, IsTheMarkInWhiteOrBlack) {
+TEST(StatusIconTest, PaintsATemplateWhiteOrBlack) {
   LinuxImaging imaging;
   const auto image = NavoraIcon::menuBarTemplate(imaging, 18);
   for (const bool dark : {false, true}) {
@@ -410,7 +410,7 @@ TEST(StatusIconTest, IsTheMarkInWhiteOrBlack) {
     const auto pixmaps = pixmapsOf(*image, dark);
     ASSERT_EQ(pixmaps.size(), 5U);
     for (const Pixmap& pixmap : pixmaps) {
-      // A leg, the middle of the space below the beams, and a corner.
+      // A leg, the space between the legs, and a corner.
       EXPECT_THAT(pixmap.at(pixmap.size * 20 / 64, pixmap.size * 40 / 64),
                   ElementsAre(testing::Gt(200), tint, tint, tint));
       EXPECT_EQ(pixmap.at(pixmap.size / 2, pixmap.size * 50 / 64)[0], 0);
@@ -419,7 +419,7 @@ TEST(StatusIconTest, IsTheMarkInWhiteOrBlack) {
   }
 }
 
-TEST(StatusIconTest, KeepsTheColoursOfWhatIsNoTemplate) {
+TEST(StatusIconTest, KeepsTheColoursOfOtherImages) {
   LinuxImaging imaging;
   const auto bitmap = imaging.makeBitmap(64, 64);
   bitmap->draw(1, [](Canvas& canvas) {
@@ -431,11 +431,11 @@ TEST(StatusIconTest, KeepsTheColoursOfWhatIsNoTemplate) {
   const auto pixmaps = pixmapsOf(*image, true);
   EXPECT_THAT(pixmaps.back().at(10, 50), ElementsAre(255, 255, testing::AnyOf(127, 128), 0));
   EXPECT_EQ(pixmaps.back().at(10, 10)[0], 0);
-  // A row of half covered pixels keeps the colour and halves the alpha.
+  // The largest of several bitmaps is used.
   const auto odd = imaging.makeBitmap(3, 3);
   odd->draw(1, [](Canvas& canvas) { canvas.fillOval({0, 0, 3, 3}, {0, 0, 1, 1}); });
   image->addRepresentation(odd);
-  EXPECT_THAT(pixmapsOf(*image, true).back().at(10, 50)[1], 255) << "the finest bitmap counts";
+  EXPECT_THAT(pixmapsOf(*image, true).back().at(10, 50)[1], 255);
 }
 
 TEST(StatusIconTest, IsEmptyForAnEmptyImage) {
@@ -443,16 +443,16 @@ TEST(StatusIconTest, IsEmptyForAnEmptyImage) {
   EXPECT_TRUE(pixmapsOf(*imaging.makeImage({18, 18}), true).empty());
 }
 
-class StatusItemLookTest : public testing::Test {
+class StatusItemColorSchemeTest : public testing::Test {
  protected:
-  // The red of a pixel of the mark.
+  // Returns the red component of a pixel of the mark.
   static int redOf(GVariant* pixmaps) {
     const auto all = pixmapsFrom(pixmaps);
     return all.empty() ? -1 : all.back().at(20, 40)[1];
   }
 };
 
-TEST_F(StatusItemLookTest, FollowsTheDesktopsLook) {
+TEST_F(StatusItemColorSchemeTest, FollowsTheColourScheme) {
   guint32 choice = 2;
   SettingsPortal portal([&] { return g_variant_new_uint32(choice); });
   StatusTray tray;

@@ -38,7 +38,7 @@ class AlertDialogTest : public WindowTest {
       answers.texts.push_back(result.text);
     };
   }
-  // Shows the alert and gives it the keyboard.
+  // Shows the alert and waits until it has the keyboard focus.
   Gtk::MessageDialog& run(const AlertDescription& alert) {
     dialogs_.runAlert(alert, recordIn(answers_));
     EXPECT_TRUE(waitUntil([&] { return isReady(alert.messageText); }));
@@ -84,7 +84,7 @@ TEST_F(AlertDialogTest, ShowsItsTextsLiterally) {
   ASSERT_TRUE(waitForAnswer());
 }
 
-TEST_F(AlertDialogTest, BelongsToTheWindow) {
+TEST_F(AlertDialogTest, IsModalAndTransientForTheWindow) {
   auto& alert = run({"Title", "Text", {"OK"}, {}});
   EXPECT_EQ(alert.get_transient_for(), &window_->native());
   EXPECT_TRUE(alert.get_modal());
@@ -92,7 +92,7 @@ TEST_F(AlertDialogTest, BelongsToTheWindow) {
   ASSERT_TRUE(waitForAnswer());
 }
 
-TEST_F(AlertDialogTest, NeedsNoWindow) {
+TEST_F(AlertDialogTest, OpensWithoutAWindow) {
   dialogs_.setParent(nullptr);
   run({"Title", "Text", {"OK"}, {}});
   keyboard_.chord("Return");
@@ -119,21 +119,21 @@ TEST_F(AlertDialogTest, ReturnPressesTheFirstButton) {
   EXPECT_THAT(answers_.buttons, ElementsAre(0));
 }
 
-TEST_F(AlertDialogTest, EscapeGivesTheLastButton) {
+TEST_F(AlertDialogTest, EscapeReturnsTheLastButton) {
   run({"Title", "Text", {"First", "Second", "Third"}, {}});
   keyboard_.chord("Escape");
   ASSERT_TRUE(waitForAnswer());
   EXPECT_THAT(answers_.buttons, ElementsAre(2));
 }
 
-TEST_F(AlertDialogTest, ClosingGivesTheLastButton) {
+TEST_F(AlertDialogTest, ClosingReturnsTheLastButton) {
   auto& alert = run({"Title", "Text", {"First", "Second"}, {}});
   display_.close(infoOf(alert).id);
   ASSERT_TRUE(waitForAnswer());
   EXPECT_THAT(answers_.buttons, ElementsAre(1));
 }
 
-TEST_F(AlertDialogTest, WithoutButtonsThereIsThePlatformsOwn) {
+TEST_F(AlertDialogTest, HasThePlatformsButtonWithoutTitles) {
   auto& alert = run({"Title", "Text", {}, {}});
   EXPECT_EQ(buttonsOf(alert).size(), 1U);
   keyboard_.chord("Return");
@@ -141,7 +141,7 @@ TEST_F(AlertDialogTest, WithoutButtonsThereIsThePlatformsOwn) {
   EXPECT_THAT(answers_.buttons, ElementsAre(0));
 }
 
-TEST_F(AlertDialogTest, ATextFieldIsFilledAndHasTheKeyboard) {
+TEST_F(AlertDialogTest, ATextFieldHasItsTextAndTheFocus) {
   auto& alert = run({"Title", "Text", {"OK", "Cancel"}, {{{300, 30}, "before & <b>"}}});
   const auto entries = visibleWidgetsOf<Gtk::Entry>(alert);
   ASSERT_EQ(entries.size(), 1U);
@@ -156,14 +156,14 @@ TEST_F(AlertDialogTest, ATextFieldIsFilledAndHasTheKeyboard) {
   EXPECT_THAT(answers_.texts, ElementsAre("before & <b> after"));
 }
 
-TEST_F(AlertDialogTest, WithoutATextFieldTheTextIsEmpty) {
+TEST_F(AlertDialogTest, ReturnsAnEmptyTextWithoutATextField) {
   run({"Title", "Text", {"OK"}, {}});
   keyboard_.chord("Return");
   ASSERT_TRUE(waitForAnswer());
   EXPECT_THAT(answers_.texts, ElementsAre(""));
 }
 
-TEST_F(AlertDialogTest, TwoAtOnceAnswerEachForItself) {
+TEST_F(AlertDialogTest, TwoAlertsAreAnsweredIndependently) {
   Answers first;
   Answers second;
   dialogs_.runAlert({"First", "", {"A", "B"}, {}}, recordIn(first));
@@ -180,7 +180,7 @@ TEST_F(AlertDialogTest, TwoAtOnceAnswerEachForItself) {
   EXPECT_THAT(second.buttons, ElementsAre(1));
 }
 
-TEST_F(AlertDialogTest, TheAnswerMayRaiseTheNextOne) {
+TEST_F(AlertDialogTest, TheCompletionMayShowAnotherAlert) {
   dialogs_.runAlert({"First", "", {"OK"}, {}}, [this](const AlertResult&) {
     dialogs_.runAlert({"Second", "", {"OK"}, {}}, recordIn(answers_));
   });
@@ -196,7 +196,7 @@ class LongAlertTest : public AlertDialogTest, public testing::WithParamInterface
 TEST_P(LongAlertTest, StaysOnTheScreenWithItsButtons) {
   auto& alert = run({"Title", GetParam(), {"First", "Second"}, {{{300, 30}, "answer"}}});
   const auto& screen = display_.connection().screen();
-  const driver::Rectangle room{0, 0, screen.width_in_pixels, screen.height_in_pixels};
+  const driver::Rectangle area{0, 0, screen.width_in_pixels, screen.height_in_pixels};
   ASSERT_TRUE(waitUntil([&] { return buttonsOf(alert).size() == 2; }));
   std::vector<Gtk::Widget*> needed;
   for (auto* button : buttonsOf(alert))
@@ -205,10 +205,10 @@ TEST_P(LongAlertTest, StaysOnTheScreenWithItsButtons) {
     needed.push_back(entry);
   for (Gtk::Widget* widget : needed) {
     const auto place = onScreen(*widget);
-    EXPECT_TRUE(room.contains({place.x, place.y}));
-    EXPECT_TRUE(room.contains({place.x + place.width - 1, place.y + place.height - 1}));
+    EXPECT_TRUE(area.contains({place.x, place.y}));
+    EXPECT_TRUE(area.contains({place.x + place.width - 1, place.y + place.height - 1}));
   }
-  // Nothing of the text is lost; lines may be broken.
+  // The text is complete, apart from added line breaks.
   std::vector<std::string> shown;
   for (const auto& text : textsOf(alert))
     shown.push_back(replaceAll(text, "\n", ""));

@@ -21,7 +21,7 @@ GVariant* number(guint32 value) {
   return g_variant_new_uint32(value);
 }
 
-// Tells when everything that the portal announced has been handed out: signals of one sender keep
+// Waits until every signal that the portal has emitted is dispatched: signals of one sender keep
 // their order, and all observers of this process share one connection.
 class SettingsListener {
  public:
@@ -37,18 +37,18 @@ class SettingsListener {
 
   testing::AssertionResult waitForMarker(SettingsPortal& portal) const {
     portal.announce("marker", "marker", number(0));
-    const auto heard = waitUntil([this] { return heard_; });
+    const auto received = waitUntil([this] { return received_; });
     runPendingEvents();
-    return heard;
+    return received;
   }
 
  private:
   static void onMarker(GDBusConnection*, const char*, const char*, const char*, const char*,
                        GVariant*, gpointer self) {
-    static_cast<SettingsListener*>(self)->heard_ = true;
+    static_cast<SettingsListener*>(self)->received_ = true;
   }
 
-  bool heard_ = false;
+  bool received_ = false;
   GObjectPtr<GDBusConnection> bus_;
   guint subscription_;
 };
@@ -66,7 +66,7 @@ class ColorSchemeTest : public testing::Test {
     g_object_set(gtk_settings_get_default(), "gtk-application-prefer-dark-theme",
                  dark ? TRUE : FALSE, nullptr);
   }
-  // The observer joins the bus in its own time.
+  // Repeats the signal, because the observer may not have subscribed yet.
   testing::AssertionResult announceUntilDark(SettingsPortal& portal, bool dark) {
     return waitUntil([&] {
       if (isDark() == dark) return true;
@@ -76,19 +76,19 @@ class ColorSchemeTest : public testing::Test {
   }
 };
 
-TEST_F(ColorSchemeTest, ReadsTheDesktopsChoice) {
+TEST_F(ColorSchemeTest, ReadsThePreference) {
   SettingsPortal portal([] { return number(1); });
   const ColorScheme scheme;
   EXPECT_TRUE(waitUntil(isDark));
 }
 
-TEST_F(ColorSchemeTest, ReadsTheChoiceInTwoWrappings) {
+TEST_F(ColorSchemeTest, ReadsADoublyWrappedPreference) {
   SettingsPortal portal([] { return g_variant_new_variant(number(1)); });
   const ColorScheme scheme;
   EXPECT_TRUE(waitUntil(isDark));
 }
 
-TEST_F(ColorSchemeTest, LightIsAChoiceToo) {
+TEST_F(ColorSchemeTest, PreferringLightOverridesADarkSetting) {
   setDark(true);
   SettingsPortal portal([] { return number(2); });
   const ColorScheme scheme;
@@ -105,7 +105,7 @@ TEST_F(ColorSchemeTest, FollowsChanges) {
   ASSERT_TRUE(waitUntil(isDark));
 }
 
-TEST_F(ColorSchemeTest, OtherSettingsAndOtherTypesChangeNothing) {
+TEST_F(ColorSchemeTest, IgnoresOtherSettingsAndOtherTypes) {
   SettingsPortal portal([] { return number(1); });
   const ColorScheme scheme;
   const SettingsListener listener;
@@ -118,7 +118,7 @@ TEST_F(ColorSchemeTest, OtherSettingsAndOtherTypesChangeNothing) {
   EXPECT_TRUE(isDark());
 }
 
-TEST_F(ColorSchemeTest, AnAnswerOfAnotherTypeOrAnErrorIsIgnored) {
+TEST_F(ColorSchemeTest, IgnoresAReplyOfAnotherTypeAndAnError) {
   for (const std::function<GVariant*()>& answer :
        {std::function<GVariant*()>([] { return g_variant_new_string("dark"); }),
         std::function<GVariant*()>([] { return g_variant_new_boolean(TRUE); }),
@@ -128,12 +128,12 @@ TEST_F(ColorSchemeTest, AnAnswerOfAnotherTypeOrAnErrorIsIgnored) {
     const ColorScheme scheme;
     ASSERT_TRUE(waitUntil([&] { return portal.reads() > 0; }));
     EXPECT_FALSE(isDark());
-    // Still listening.
+    // Later signals still count.
     ASSERT_TRUE(announceUntilDark(portal, true));
   }
 }
 
-TEST_F(ColorSchemeTest, WithoutAPreferenceTheUsersOwnSettingHolds) {
+TEST_F(ColorSchemeTest, RestoresTheUsersSettingWithoutAPreference) {
   setDark(true);
   SettingsPortal portal([] { return number(2); });
   const ColorScheme scheme;
@@ -142,28 +142,28 @@ TEST_F(ColorSchemeTest, WithoutAPreferenceTheUsersOwnSettingHolds) {
   EXPECT_TRUE(waitUntil([] { return isDark(); }));
 }
 
-// The toolkit would read its whole theme again: a window that comes up would wait for that.
-TEST_F(ColorSchemeTest, TellsTheToolkitNothingThatItKnows) {
-  int told = 0;
+// Setting the property makes GTK reload its theme, which would delay a window that is being shown.
+TEST_F(ColorSchemeTest, SetsTheGtkPropertyOnlyWhenItChanges) {
+  int changeCount = 0;
   const SignalConnection changes(
       gtk_settings_get_default(), "notify::gtk-application-prefer-dark-theme",
       G_CALLBACK(+[](GtkSettings*, GParamSpec*, gpointer count) { ++*static_cast<int*>(count); }),
-      &told);
+      &changeCount);
   {
     ColorScheme scheme;
     scheme.setAppearance(WindowAppearance::light);
     scheme.setAppearance(WindowAppearance::system);
-    EXPECT_EQ(told, 0);
+    EXPECT_EQ(changeCount, 0);
     scheme.setAppearance(WindowAppearance::dark);
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(changeCount, 1);
     scheme.setAppearance(WindowAppearance::dark);
-    EXPECT_EQ(told, 1);
+    EXPECT_EQ(changeCount, 1);
     EXPECT_TRUE(isDark());
   }
-  EXPECT_EQ(told, 2);
+  EXPECT_EQ(changeCount, 2);
 }
 
-TEST_F(ColorSchemeTest, WithoutAPortalTheThemeKeepsItsLookUntilOneComes) {
+TEST_F(ColorSchemeTest, FollowsAPortalThatStartsLater) {
   const ColorScheme scheme;
   runPendingEvents();
   EXPECT_FALSE(isDark());
@@ -171,7 +171,7 @@ TEST_F(ColorSchemeTest, WithoutAPortalTheThemeKeepsItsLookUntilOneComes) {
   EXPECT_TRUE(announceUntilDark(portal, true));
 }
 
-TEST_F(ColorSchemeTest, OneThatIsGoneLeavesTheUsersOwnSettingAndHearsNothing) {
+TEST_F(ColorSchemeTest, RestoresTheUsersSettingAndUnsubscribesWhenDestroyed) {
   SettingsPortal portal([] { return number(2); });
   {
     const ColorScheme scheme;
@@ -184,10 +184,10 @@ TEST_F(ColorSchemeTest, OneThatIsGoneLeavesTheUsersOwnSettingAndHearsNothing) {
   EXPECT_FALSE(isDark());
 }
 
-TEST_F(ColorSchemeTest, MayGoBeforeTheBusAnswers) {
+TEST_F(ColorSchemeTest, MayBeDestroyedBeforeItIsOnTheBus) {
   SettingsPortal portal([] { return number(1); });
   {
-    const ColorScheme gone;
+    const ColorScheme scheme;
   }
   const SettingsListener listener;
   ASSERT_TRUE(listener.waitForMarker(portal));

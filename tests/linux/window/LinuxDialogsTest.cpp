@@ -19,7 +19,7 @@ namespace {
 using testing::UnorderedElementsAre;
 using Paths = std::vector<std::filesystem::path>;
 
-// Without a portal on the bus the toolkit shows its own dialogs, in this process.
+// Without a portal on the bus GTK shows its own dialogs, in this process.
 class LinuxDialogsTest : public WindowTest {
  protected:
   void SetUp() override {
@@ -28,7 +28,7 @@ class LinuxDialogsTest : public WindowTest {
       writeFile(folder_.path() / name, name);
   }
 
-  // A panel that a failed test leaves open would keep the keyboard from the next ones.
+  // A panel left open by a failed test would keep the keyboard focus from the next tests.
   void TearDown() override {
     if (panel_ != nullptr && answers_ == 0) respond(GTK_RESPONSE_CANCEL);
   }
@@ -85,13 +85,13 @@ class LinuxDialogsTest : public WindowTest {
   std::optional<std::filesystem::path> saved_;
 };
 
-TEST_F(LinuxDialogsTest, AnOpenPanelGivesTheChosenFile) {
+TEST_F(LinuxDialogsTest, AnOpenPanelReturnsTheChosenFile) {
   openPanel({});
   EXPECT_EQ(gtk_file_chooser_get_action(chooser()), GTK_FILE_CHOOSER_ACTION_OPEN);
   EXPECT_FALSE(gtk_file_chooser_get_select_multiple(chooser()));
   gtk_file_chooser_set_current_folder(chooser(), folder_.path().c_str());
   const auto wanted = folder_.path() / "two.txt";
-  // A panel that is still reading its first folder forgets what is chosen.
+  // The panel loses the selection while it is still loading its first folder.
   ASSERT_TRUE(waitUntil([&] {
     gtk_file_chooser_select_filename(chooser(), wanted.c_str());
     return chosenFile() == wanted;
@@ -100,12 +100,12 @@ TEST_F(LinuxDialogsTest, AnOpenPanelGivesTheChosenFile) {
   EXPECT_EQ(opened_, Paths{folder_.path() / "two.txt"});
 }
 
-TEST_F(LinuxDialogsTest, AnOpenPanelGivesSeveralFiles) {
+TEST_F(LinuxDialogsTest, AnOpenPanelReturnsSeveralFiles) {
   openPanel({.allowsMultipleSelection = true});
   gtk_file_chooser_set_current_folder(chooser(), folder_.path().c_str());
   const std::set<std::filesystem::path> all{folder_.path() / "one.txt", folder_.path() / "two.txt",
                                             folder_.path() / "three.txt"};
-  // Until it has read this folder, the panel selects what is in the one that it began with.
+  // Until it has loaded this folder, the panel selects the files of its first folder.
   ASSERT_TRUE(waitUntil([&] {
     gtk_file_chooser_select_all(chooser());
     return selection() == all;
@@ -116,7 +116,7 @@ TEST_F(LinuxDialogsTest, AnOpenPanelGivesSeveralFiles) {
                                              folder_.path() / "three.txt"));
 }
 
-TEST_F(LinuxDialogsTest, AnOpenPanelForFoldersGivesAFolder) {
+TEST_F(LinuxDialogsTest, AnOpenPanelForFoldersReturnsAFolder) {
   openPanel({.allowsDirectories = true});
   EXPECT_EQ(gtk_file_chooser_get_action(chooser()), GTK_FILE_CHOOSER_ACTION_SELECT_FOLDER);
   gtk_file_chooser_set_current_folder(chooser(), folder_.path().c_str());
@@ -125,7 +125,7 @@ TEST_F(LinuxDialogsTest, AnOpenPanelForFoldersGivesAFolder) {
   EXPECT_EQ(opened_, Paths{folder_.path()});
 }
 
-TEST_F(LinuxDialogsTest, ACancelledOpenPanelGivesNone) {
+TEST_F(LinuxDialogsTest, ACancelledOpenPanelReturnsNullopt) {
   openPanel({});
   keyboard_.chord("Escape");
   ASSERT_TRUE(waitUntil([this] { return answers_ > 0; }));
@@ -133,7 +133,7 @@ TEST_F(LinuxDialogsTest, ACancelledOpenPanelGivesNone) {
   EXPECT_EQ(opened_, std::nullopt);
 }
 
-TEST_F(LinuxDialogsTest, ASavePanelSuggestsTheNameAndGivesTheFile) {
+TEST_F(LinuxDialogsTest, ASavePanelSuggestsTheNameAndReturnsTheFile) {
   savePanel("Отчёт & notes.txt");
   const char* name = gtk_file_chooser_get_current_name(chooser());
   EXPECT_STREQ(name, "Отчёт & notes.txt");
@@ -144,19 +144,19 @@ TEST_F(LinuxDialogsTest, ASavePanelSuggestsTheNameAndGivesTheFile) {
   EXPECT_EQ(saved_, std::filesystem::path(expected));
 }
 
-TEST_F(LinuxDialogsTest, ASavePanelAsksBeforeItReplacesAFile) {
+TEST_F(LinuxDialogsTest, ASavePanelConfirmsBeforeReplacingAFile) {
   savePanel("one.txt");
   EXPECT_TRUE(gtk_file_chooser_get_do_overwrite_confirmation(chooser()));
   respond(GTK_RESPONSE_CANCEL);
 }
 
-TEST_F(LinuxDialogsTest, ACancelledSavePanelGivesNone) {
+TEST_F(LinuxDialogsTest, ACancelledSavePanelReturnsNullopt) {
   savePanel("new.txt");
   respond(GTK_RESPONSE_CANCEL);
   EXPECT_EQ(saved_, std::nullopt);
 }
 
-TEST_F(LinuxDialogsTest, PanelsBelongToTheWindow) {
+TEST_F(LinuxDialogsTest, PanelsAreModalAndTransientForTheWindow) {
   savePanel("new.txt");
   EXPECT_EQ(panel_->get_transient_for(), &window_->native());
   EXPECT_TRUE(panel_->get_modal());

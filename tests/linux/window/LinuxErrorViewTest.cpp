@@ -16,7 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// A window whose content is of one colour and counts clicks.
+// A window whose content has a single colour and counts clicks.
 class LinuxErrorViewTest : public WindowTest {
  protected:
   void SetUp() override {
@@ -105,7 +105,7 @@ TEST_F(LinuxErrorViewTest, LongDetailsDoNotWidenTheWindow) {
   EXPECT_EQ(infoOf(window_->native()).content.width, 1100);
 }
 
-TEST_F(LinuxErrorViewTest, ButtonsDoWhatTheySay) {
+TEST_F(LinuxErrorViewTest, ButtonsCallTheirActions) {
   showView();
   button("Try again")->clicked();
   EXPECT_EQ(retries_, 1);
@@ -131,7 +131,7 @@ TEST_F(LinuxErrorViewTest, ReturnRetriesWhereverTheFocusIs) {
   EXPECT_TRUE(waitUntil([this] { return opened_ == 1; }));
 }
 
-TEST_F(LinuxErrorViewTest, ClicksDoNotReachThePage) {
+TEST_F(LinuxErrorViewTest, KeepsClicksFromThePage) {
   showView();
   const auto area = onScreen(window_->overlay());
   mouse_.click({area.x + 20, area.y + 20});
@@ -140,7 +140,7 @@ TEST_F(LinuxErrorViewTest, ClicksDoNotReachThePage) {
   EXPECT_EQ(clicksOnPage_, 0);
 }
 
-TEST_F(LinuxErrorViewTest, TheNewestLiesOnTop) {
+TEST_F(LinuxErrorViewTest, ALaterViewIsOnTop) {
   showView();
   auto second = texts();
   second.title = "Second";
@@ -153,7 +153,7 @@ TEST_F(LinuxErrorViewTest, TheNewestLiesOnTop) {
   EXPECT_EQ(retries_, 0);
 }
 
-TEST_F(LinuxErrorViewTest, IsGoneWhenDestroyed) {
+TEST_F(LinuxErrorViewTest, LeavesTheWindowWhenDestroyed) {
   const std::size_t before = window_->overlay().get_children().size();
   showView();
   view_.reset();
@@ -163,7 +163,7 @@ TEST_F(LinuxErrorViewTest, IsGoneWhenDestroyed) {
   EXPECT_EQ(gtk_window_get_default_widget(window_->native().gobj()), nullptr);
 }
 
-TEST_F(LinuxErrorViewTest, ItsActionMayDestroyIt) {
+TEST_F(LinuxErrorViewTest, AnActionMayDestroyTheView) {
   auto description = texts();
   description.onRetry = [this] {
     view_.reset();

@@ -10,7 +10,7 @@ namespace {
 
 class LinuxMainWindowTest : public WindowTest {
  protected:
-  // The size of the content on the screen of a window that is made and shown now.
+  // Makes and shows a window and returns the size of its content on the screen.
   Size shownSize() {
     const auto window = makeWindow();
     EXPECT_TRUE(show(*window));
@@ -32,21 +32,21 @@ TEST_F(LinuxMainWindowTest, StartsHidden) {
   EXPECT_FALSE(window->isMiniaturized());
 }
 
-TEST_F(LinuxMainWindowTest, ShowsItsTitleAtItsSizeInTheMiddleOfTheScreen) {
+TEST_F(LinuxMainWindowTest, IsCentredInItsSizeWithItsTitle) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   const auto info = infoOf(window->native());
   EXPECT_EQ(info.title, "Title of the window");
   EXPECT_EQ(info.content.width, 1100);
   EXPECT_EQ(info.content.height, 760);
-  // The window manager's frame takes part in centring.
+  // The window manager centres the window with its frame.
   constexpr int frame = 30;
   const auto& screen = display_.connection().screen();
   EXPECT_LE(std::abs(info.content.center().x - screen.width_in_pixels / 2), frame);
   EXPECT_LE(std::abs(info.content.center().y - screen.height_in_pixels / 2), frame);
 }
 
-TEST_F(LinuxMainWindowTest, TitlesChange) {
+TEST_F(LinuxMainWindowTest, SetTitleChangesTheTitle) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   window->setTitle("Заметки & <b>notes</b>");
@@ -54,14 +54,14 @@ TEST_F(LinuxMainWindowTest, TitlesChange) {
       waitUntil([&] { return infoOf(window->native()).title == "Заметки & <b>notes</b>"; }));
 }
 
-TEST_F(LinuxMainWindowTest, DoesNotBecomeSmallerThanItsMinimum) {
+TEST_F(LinuxMainWindowTest, CannotBeResizedBelowItsMinimum) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   display_.resize(infoOf(window->native()).id, 100, 100);
   EXPECT_TRUE(waitForSize(*window, 700, 500));
 }
 
-TEST_F(LinuxMainWindowTest, KeepsItsSizeForTheNextTimeButNotItsPosition) {
+TEST_F(LinuxMainWindowTest, StoresItsSizeButNotItsPosition) {
   {
     const auto window = makeWindow();
     ASSERT_TRUE(show(*window));
@@ -78,7 +78,7 @@ TEST_F(LinuxMainWindowTest, KeepsItsSizeForTheNextTimeButNotItsPosition) {
   EXPECT_LE(std::abs(content.center().x - display_.connection().screen().width_in_pixels / 2), 30);
 }
 
-TEST_F(LinuxMainWindowTest, KeepsASizeThatChangedJustBeforeItGoes) {
+TEST_F(LinuxMainWindowTest, StoresASizeThatChangedJustBeforeItIsDestroyed) {
   {
     const auto window = makeWindow();
     ASSERT_TRUE(show(*window));
@@ -93,12 +93,12 @@ TEST_F(LinuxMainWindowTest, KeepsASizeThatChangedJustBeforeItGoes) {
   EXPECT_EQ(defaults_.value("TestWindow"), (Json{{"width", 950}, {"height", 650}}));
 }
 
-TEST_F(LinuxMainWindowTest, AStoredSizeSmallerThanTheMinimumBecomesTheMinimum) {
+TEST_F(LinuxMainWindowTest, RaisesAStoredSizeToTheMinimum) {
   defaults_.setValue("TestWindow", {{"width", 1}, {"height", 2.5}});
   EXPECT_EQ(shownSize(), (Size{700, 500}));
 }
 
-TEST_F(LinuxMainWindowTest, AStoredSizeOfALargerMonitorIsCutToTheScreen) {
+TEST_F(LinuxMainWindowTest, LimitsAStoredSizeToTheScreen) {
   for (const Json& length : {Json(5000), Json(1e308), Json(9223372036854775807)}) {
     defaults_.setValue("TestWindow", {{"width", length}, {"height", length}});
     const Size size = shownSize();
@@ -109,7 +109,7 @@ TEST_F(LinuxMainWindowTest, AStoredSizeOfALargerMonitorIsCutToTheScreen) {
   }
 }
 
-TEST_F(LinuxMainWindowTest, AStoredSizeThatIsNoneIsIgnored) {
+TEST_F(LinuxMainWindowTest, IgnoresAnInvalidStoredSize) {
   for (const char* text :
        {"null", "[]", "\"1100x760\"", "7", R"({"width": 900})", R"({"width": 0, "height": 600})",
         R"({"width": -900, "height": 600})", R"({"width": "900", "height": "600"})",
@@ -119,7 +119,7 @@ TEST_F(LinuxMainWindowTest, AStoredSizeThatIsNoneIsIgnored) {
   }
 }
 
-TEST_F(LinuxMainWindowTest, MiniaturizesAndComesBack) {
+TEST_F(LinuxMainWindowTest, IsDeminiaturized) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   display_.minimise(infoOf(window->native()).id);
@@ -129,7 +129,7 @@ TEST_F(LinuxMainWindowTest, MiniaturizesAndComesBack) {
   EXPECT_TRUE(waitUntil([&] { return isReadyForKeys(window->native()); }));
 }
 
-TEST_F(LinuxMainWindowTest, OrdersOutAndBack) {
+TEST_F(LinuxMainWindowTest, IsOrderedOutAndShownAgain) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   const auto id = infoOf(window->native()).id;
@@ -143,7 +143,7 @@ TEST_F(LinuxMainWindowTest, OrdersOutAndBack) {
   EXPECT_TRUE(window->isVisible());
 }
 
-TEST_F(LinuxMainWindowTest, ComesInFrontOfAnotherWindow) {
+TEST_F(LinuxMainWindowTest, IsForcedInFrontOfAnotherWindow) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   const auto other = makeWindow();
@@ -153,7 +153,7 @@ TEST_F(LinuxMainWindowTest, ComesInFrontOfAnotherWindow) {
   EXPECT_TRUE(waitUntil([&] { return isReadyForKeys(window->native()); }));
 }
 
-TEST_F(LinuxMainWindowTest, ClosingIsTheDelegatesDecision) {
+TEST_F(LinuxMainWindowTest, TheDelegateDecidesWhetherItCloses) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   display_.close(infoOf(window->native()).id);
@@ -167,7 +167,7 @@ TEST_F(LinuxMainWindowTest, ClosingIsTheDelegatesDecision) {
   EXPECT_EQ(delegate_.closeRequests, 2);
 }
 
-TEST_F(LinuxMainWindowTest, ADelegateMayHideTheWindowInsteadOfClosingIt) {
+TEST_F(LinuxMainWindowTest, MayBeHiddenInsteadOfClosed) {
   const auto window = makeWindow();
   ASSERT_TRUE(show(*window));
   display_.close(infoOf(window->native()).id);

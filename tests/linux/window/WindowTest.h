@@ -14,7 +14,7 @@
 
 namespace navora {
 
-// A main window of the usual measures on the test's desktop.
+// Makes main windows on the test's desktop.
 class WindowTest : public testing::Test {
  protected:
   static MainWindowDescription description() {
