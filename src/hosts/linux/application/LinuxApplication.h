@@ -25,7 +25,7 @@ class LinuxApplication final : public Application {
 
   // Runs the main loop until the application quits and returns the exit status. In a second
   // instance returns at once without calling the delegate, which must outlive the call.
-  int run(ApplicationDelegate& delegate, LaunchPurpose purpose = LaunchPurpose::application);
+  int run(ApplicationDelegate& delegate, LaunchPurpose purpose);
 
   // Adds the menu bar to the main window and reports to the delegate when one of the application's
   // windows becomes active. The window must outlive the application's run.
