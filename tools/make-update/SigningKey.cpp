@@ -4,7 +4,7 @@
 
 #include <sodium.h>
 
-#include "hosts/linux/installation/Base64.h"
+#include "hosts/linux/installation/Ed25519.h"
 #include "support/FatalError.h"
 
 namespace navora {
@@ -19,12 +19,12 @@ std::string base64(std::span<const unsigned char> bytes) {
   std::string text(sodium_base64_encoded_len(bytes.size(), sodium_base64_VARIANT_ORIGINAL), '\0');
   sodium_bin2base64(text.data(), text.size(), bytes.data(), bytes.size(),
                     sodium_base64_VARIANT_ORIGINAL);
-  // Its length counts the end of a C string.
+  // The length includes the terminating null.
   text.pop_back();
   return text;
 }
 
-// None if it cannot be read to its end.
+// Returns std::nullopt if the file cannot be read completely.
 std::optional<std::string> readAll(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;

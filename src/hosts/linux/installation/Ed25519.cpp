@@ -1,10 +1,9 @@
 #include "hosts/linux/installation/Ed25519.h"
 
 #include <cstddef>
+#include <tuple>
 
 #include <sodium.h>
-
-#include "hosts/linux/installation/Base64.h"
 
 namespace navora {
 namespace {
@@ -23,6 +22,14 @@ std::optional<Ed25519PublicKey> readPublicKey(std::string_view base64) {
 
 std::optional<Ed25519Signature> readSignature(std::string_view base64) {
   return decode<std::tuple_size_v<Ed25519Signature>>(base64);
+}
+
+bool readBase64(std::string_view base64, std::span<unsigned char> bytes, const char* ignored) {
+  std::size_t length = 0;
+  const char* end = nullptr;
+  return sodium_base642bin(bytes.data(), bytes.size(), base64.data(), base64.size(), ignored,
+                           &length, &end, sodium_base64_VARIANT_ORIGINAL) == 0 &&
+         length == bytes.size() && end == base64.data() + base64.size();
 }
 
 bool isSignedBy(const Ed25519PublicKey& key, std::span<const unsigned char> content,
