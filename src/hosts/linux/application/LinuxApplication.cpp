@@ -39,10 +39,9 @@ void registerOnBus(GApplication* application) {
   constexpr int attempts = 100;
   constexpr gulong pause = 20'000;  // microseconds
   for (int attempt = 0; attempt < attempts; ++attempt) {
-    GError* failure = nullptr;
-    if (g_application_register(application, nullptr, &failure) != FALSE) return;
-    const GErrorPtr error(failure);
-    if (!g_error_matches(error.get(), G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)) return;
+    GErrorPtr error;
+    if (g_application_register(application, nullptr, error.out()) != FALSE) return;
+    if (!error.matches(G_DBUS_ERROR, G_DBUS_ERROR_NO_REPLY)) return;
     g_usleep(pause);
   }
 }

@@ -11,10 +11,10 @@ namespace {
 
 void onReply(GObject* bus, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<BusReply> reply(static_cast<BusReply*>(data));
-  GError* failure = nullptr;
-  const GVariantPtr answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &failure));
-  const GErrorPtr error(failure);
-  (*reply)(answer.get(), error.get());
+  GErrorPtr error;
+  const GVariantPtr value(
+      g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, error.out()));
+  (*reply)(value.get(), error.get());
 }
 
 }  // namespace

@@ -13,12 +13,11 @@ BusObject::BusObject(GDBusConnection* bus, const char* path, const char* introsp
       path_(path),
       implementation_(std::move(implementation)),
       node_(g_dbus_node_info_new_for_xml(introspection, nullptr)) {
-  if (node_ == nullptr) fatalError("Introspection data that is none", __FILE__, __LINE__);
+  if (node_ == nullptr) fatalError("The introspection data is not valid", __FILE__, __LINE__);
   static const GDBusInterfaceVTable table{&BusObject::onCall, &BusObject::onProperty, nullptr, {}};
-  GError* failure = nullptr;
+  GErrorPtr error;
   registration_ = g_dbus_connection_register_object(bus, path, node_->interfaces[0], &table, this,
-                                                    nullptr, &failure);
-  const GErrorPtr error(failure);
+                                                    nullptr, error.out());
   if (error) std::cerr << "Navora: " << error->message << "\n";
 }
 
@@ -34,7 +33,7 @@ void BusObject::emit(const char* signal, GVariant* parameters) {
 
 void BusObject::onCall(GDBusConnection*, const char*, const char*, const char*, const char* method,
                        GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
-  // A copy: the call may end this object.
+  // A copy: the call may destroy this object.
   const auto call = static_cast<BusObject*>(self)->implementation_.call;
   call(method, parameters, invocation);
 }

@@ -13,8 +13,9 @@ std::string nextToken() {
   return "navora" + std::to_string(++count);
 }
 
-// Where the portal will put the request: it follows from the caller's name on the bus, so that the
-// answer can be awaited before the question is asked.
+// Returns the object path that the portal will give the request. It is derived from the caller's
+// unique name and the token (org.freedesktop.portal.Request), so that the Response signal can be
+// subscribed to before the call.
 std::string requestPath(GDBusConnection* bus, const std::string& token) {
   std::string sender = stringFrom(g_dbus_connection_get_unique_name(bus));
   if (sender.starts_with(':')) sender.erase(0, 1);
@@ -43,16 +44,16 @@ PortalRequest::~PortalRequest() {
   g_cancellable_cancel(call_.get());
   if (subscription_ == 0) return;
   g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
-  // Nobody waits for the answer; a dialog of it disappears.
+  // Makes the portal close its dialog.
   closePortalObject(bus_.get(), path_, requestInterface);
 }
 
 void PortalRequest::onCalled(GObject* bus, GAsyncResult* result, gpointer self) {
-  GError* failure = nullptr;
-  const GVariantPtr answer(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &failure));
-  const GErrorPtr error(failure);
-  // Cancelled means that this object is gone.
-  if (!error || g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE) return;
+  GErrorPtr error;
+  const GVariantPtr reply(
+      g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, error.out()));
+  // The destructor cancels the call, so `self` is dangling then.
+  if (!error || error.matches(G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
   static_cast<PortalRequest*>(self)->finish(nullptr);
 }
 
@@ -69,14 +70,15 @@ void PortalRequest::onSignal(GDBusConnection*, const char*, const char*, const c
 void PortalRequest::finish(GVariant* results) {
   if (!onResponse_) return;
   g_dbus_connection_signal_unsubscribe(bus_.get(), std::exchange(subscription_, 0));
-  // It may release this object.
+  // The callback may destroy this object.
   std::exchange(onResponse_, nullptr)(results);
 }
 
 void closePortalObject(GDBusConnection* bus, const std::string& path, const char* interface) {
-  // Waiting keeps the connection until the message has gone out, even when nobody else does.
+  // The pending reply holds a reference to the connection, so the message is sent even if this was
+  // the last other one.
   const auto ignore = [](GObject* connection, GAsyncResult* result, gpointer) {
-    const GVariantPtr answer(
+    const GVariantPtr reply(
         g_dbus_connection_call_finish(G_DBUS_CONNECTION(connection), result, nullptr));
   };
   g_dbus_connection_call(bus, PortalRequest::portalName, path.c_str(), interface, "Close", nullptr,

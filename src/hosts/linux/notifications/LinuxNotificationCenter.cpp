@@ -82,9 +82,8 @@ void LinuxNotificationCenter::withBus(UseBus use) {
 
 void LinuxNotificationCenter::onBus(GObject*, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<UseBus> use(static_cast<UseBus*>(data));
-  GError* failure = nullptr;
-  const auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, &failure));
-  const GErrorPtr error(failure);
+  GErrorPtr error;
+  const auto bus = GObjectPtr<GDBusConnection>::adopt(g_bus_get_finish(result, error.out()));
   (*use)(bus.get(), error.get());
 }
 

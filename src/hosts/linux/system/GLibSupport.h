@@ -26,13 +26,13 @@ class GObjectPtr {
     if (object_ != nullptr) g_object_unref(object_);
   }
 
-  // Takes over the reference that the caller has.
+  // Takes ownership of the caller's reference.
   static GObjectPtr adopt(T* object) {
     GObjectPtr pointer;
     pointer.object_ = object;
     return pointer;
   }
-  // Adds a reference of its own.
+  // Adds a reference.
   static GObjectPtr retain(T* object) {
     if (object != nullptr) g_object_ref(object);
     return adopt(object);
@@ -50,21 +50,51 @@ struct GFreeDeleter {
 };
 using GCharPtr = std::unique_ptr<char, GFreeDeleter>;
 
-struct GErrorDeleter {
-  void operator()(GError* error) const { g_error_free(error); }
+// Owns a GError, or null. Passes itself to calls that report failures through a GError** parameter:
+//
+//   GErrorPtr error;
+//   if (g_file_get_contents(path, &text, &size, error.out()) == FALSE) report(error->message);
+class GErrorPtr {
+ public:
+  GErrorPtr() = default;
+  explicit GErrorPtr(GError* error) : error_(error) {}
+  GErrorPtr(GErrorPtr&& other) noexcept : error_(std::exchange(other.error_, nullptr)) {}
+  GErrorPtr& operator=(GErrorPtr other) noexcept {
+    std::swap(error_, other.error_);
+    return *this;
+  }
+  ~GErrorPtr() { g_clear_error(&error_); }
+
+  // Frees the error that it owns and returns the place for the next one.
+  GError** out() {
+    g_clear_error(&error_);
+    return &error_;
+  }
+
+  GError* get() const { return error_; }
+  GError* operator->() const { return error_; }
+  GError& operator*() const { return *error_; }
+  explicit operator bool() const { return error_ != nullptr; }
+  bool matches(GQuark domain, int code) const {
+    return g_error_matches(error_, domain, code) != FALSE;
+  }
+
+ private:
+  GError* error_ = nullptr;
 };
-using GErrorPtr = std::unique_ptr<GError, GErrorDeleter>;
 
 struct GVariantDeleter {
   void operator()(GVariant* variant) const { g_variant_unref(variant); }
 };
 using GVariantPtr = std::unique_ptr<GVariant, GVariantDeleter>;
 
+// Returns the empty string for null.
 inline std::string stringFrom(const char* text) {
   return text == nullptr ? std::string() : std::string(text);
 }
 
-// A signal handler that is disconnected when this object goes. Keeps its instance alive until then.
+// Owns a signal handler: connects it, holds a reference to the instance, and disconnects the
+// handler when it is destroyed.
 class SignalConnection {
  public:
   SignalConnection() = default;
@@ -85,7 +115,7 @@ class SignalConnection {
 
   void disconnect() {
     const gulong handler = std::exchange(handler_, 0);
-    // A destroyed widget has dropped its handlers already.
+    // gtk_widget_destroy() disconnects all handlers.
     if (handler != 0 && g_signal_handler_is_connected(instance_.get(), handler) != FALSE) {
       g_signal_handler_disconnect(instance_.get(), handler);
     }

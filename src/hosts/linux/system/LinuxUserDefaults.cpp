@@ -46,10 +46,9 @@ void LinuxUserDefaults::removeValue(std::string_view key) {
 void LinuxUserDefaults::load() {
   char* contents = nullptr;
   gsize length = 0;
-  GError* failure = nullptr;
-  if (g_file_get_contents(file_.c_str(), &contents, &length, &failure) == FALSE) {
-    const GErrorPtr error(failure);
-    if (g_error_matches(failure, G_FILE_ERROR, G_FILE_ERROR_NOENT) != FALSE) return;
+  GErrorPtr error;
+  if (g_file_get_contents(file_.c_str(), &contents, &length, error.out()) == FALSE) {
+    if (error.matches(G_FILE_ERROR, G_FILE_ERROR_NOENT)) return;
     report(file_, error->message);
     persistent_ = false;
     return;
@@ -78,12 +77,12 @@ void LinuxUserDefaults::save() {
   std::filesystem::create_directories(file_.parent_path(), ignored);
   const std::string text =
       values_.dump(indentation, ' ', false, Json::error_handler_t::replace) + "\n";
-  GError* failure = nullptr;
+  GErrorPtr error;
   const auto flags = static_cast<GFileSetContentsFlags>(G_FILE_SET_CONTENTS_CONSISTENT |
                                                         G_FILE_SET_CONTENTS_DURABLE);
   if (g_file_set_contents_full(file_.c_str(), text.data(), static_cast<gssize>(text.size()), flags,
-                               privateMode, &failure) == FALSE) {
-    report(file_, GErrorPtr(failure)->message);
+                               privateMode, error.out()) == FALSE) {
+    report(file_, error->message);
   }
 }
 

@@ -16,16 +16,14 @@ void freeCookie(gpointer cookie) {
 
 void finish(GObject* store, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<Completion> completion(static_cast<Completion*>(data));
-  GError* failure = nullptr;
-  GList* list =
-      webkit_cookie_manager_get_all_cookies_finish(WEBKIT_COOKIE_MANAGER(store), result, &failure);
-  const GErrorPtr error(failure);
+  GErrorPtr error;
+  GList* list = webkit_cookie_manager_get_all_cookies_finish(WEBKIT_COOKIE_MANAGER(store), result,
+                                                             error.out());
   std::vector<HttpCookie> cookies;
   for (GList* link = list; link != nullptr; link = link->next)
     cookies.push_back(httpCookieFrom(*static_cast<SoupCookie*>(link->data)));
   g_list_free_full(list, freeCookie);
-  // Cancelled means that those who asked are gone.
-  if (g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE) return;
+  if (error.matches(G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
   (*completion)(std::move(cookies));
 }
 

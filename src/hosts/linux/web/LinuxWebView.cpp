@@ -10,14 +10,14 @@ namespace navora {
 namespace {
 
 void turnOffLocalCache(WebKitURIRequest* request) {
-  // Absent for addresses that are not fetched over HTTP.
+  // Null unless the URL is http or https.
   if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request)) {
     soup_message_headers_replace(headers, "Cache-Control", "no-cache");
     soup_message_headers_replace(headers, "Pragma", "no-cache");
   }
 }
 
-// None before the first load, and after a crash of the page's process.
+// Returns std::nullopt before the first load and after a crash of the web process.
 std::optional<Url> shownUrl(WebKitWebView* view) {
   return Url::parse(stringFrom(webkit_web_view_get_uri(view)));
 }
@@ -28,13 +28,10 @@ Json jsonFrom(JSCValue* value) {
   return parseJson(text.get()).value_or(nullptr);
 }
 
-// Engine settings that follow from what the application is.
 WebKitSettings* makeSettings() {
   return webkit_settings_new_with_settings(
-      // The decision about every new window is ours, whether the user or a script asks for it.
-      "javascript-can-open-windows-automatically", TRUE,
-      // A page stays inside of its window.
-      "enable-fullscreen", FALSE, nullptr);
+      // Otherwise window.open() without a click fails before DesktopNavigation is asked.
+      "javascript-can-open-windows-automatically", TRUE, "enable-fullscreen", FALSE, nullptr);
 }
 
 }  // namespace
@@ -51,7 +48,7 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
       bridge_(manager_.get(), configuration),
       view_(GObjectPtr<WebKitWebView>::adopt(makeView(session, manager_.get()))),
       uriChanges_(view_.get(), "notify::uri", G_CALLBACK(onUriChanged), this),
-      questions_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
+      cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())),
       loadTimeout_(view_.get()),
       navigationEvents_(*this, view_.get(), session.context(), bridge_.actions(), loadTimeout_),
       pageDialogs_(view_.get(), bridge_),
@@ -62,11 +59,11 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
 }
 
 LinuxWebView::~LinuxWebView() {
-  g_cancellable_cancel(questions_.get());
+  g_cancellable_cancel(cancellable_.get());
 }
 
-// The engine starts the process of a page, inside of its sandbox, when the page is loaded or asked,
-// and takes longer for that than the application for everything else: they do it at the same time.
+// WebKitGTK starts the sandboxed web process at the first load or script. That takes longer than
+// the rest of the application's start, so an empty script makes both run in parallel.
 void LinuxWebView::startWebProcess() {
   evaluateJavaScript("0", nullptr);
 }
@@ -87,7 +84,7 @@ void LinuxWebView::load(const WebRequest& request) {
   loadTimeout_.setSeconds(request.timeoutSeconds);
   const bool pastCache = request.cachePolicy == CachePolicy::reloadIgnoringLocalCacheData;
   if (pastCache && shownUrl(view_.get()) == request.url) {
-    // Loading the same address is a reload to the engine, which then sets its own cache headers.
+    // WebKitGTK treats loading the shown URL as a reload and replaces our cache headers.
     return webkit_web_view_reload_bypass_cache(view_.get());
   }
   const auto native =
@@ -104,7 +101,7 @@ void LinuxWebView::load(const PlatformRequest& request) {
 
 std::optional<Url> LinuxWebView::url() const {
   if (auto shown = shownUrl(view_.get())) return shown;
-  return navigationEvents_.webProcessIsGone() ? lastUrl_ : std::nullopt;
+  return navigationEvents_.webProcessCrashed() ? lastUrl_ : std::nullopt;
 }
 
 bool LinuxWebView::isLoading() const {
@@ -118,24 +115,23 @@ void LinuxWebView::onUriChanged(WebKitWebView* view, GParamSpec*, gpointer self)
 void LinuxWebView::evaluateJavaScript(const std::string& script, EvaluationCompletion completion) {
   const auto finish = [](GObject* source, GAsyncResult* result, gpointer data) {
     const std::unique_ptr<EvaluationCompletion> callback(static_cast<EvaluationCompletion*>(data));
-    GError* failure = nullptr;
+    GErrorPtr error;
     const auto value = GObjectPtr<JSCValue>::adopt(
-        webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, &failure));
-    const GErrorPtr error(failure);
-    // Cancelled means that this object is gone, and with it those who asked.
-    if (!*callback || g_error_matches(failure, G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
+        webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(source), result, error.out()));
+    // The destructor cancels; no completion is called after it.
+    if (!*callback || error.matches(G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
     if (error) return (*callback)(Unexpected(platformErrorFrom(*error)));
     (*callback)(jsonFrom(value.get()));
   };
   webkit_web_view_evaluate_javascript(
       view_.get(), script.c_str(), static_cast<gssize>(script.size()), nullptr, nullptr,
-      questions_.get(), finish, new EvaluationCompletion(std::move(completion)));
+      cancellable_.get(), finish, new EvaluationCompletion(std::move(completion)));
 }
 
 void LinuxWebView::allCookies(CookiesCompletion completion) {
   WebKitCookieManager* store =
       webkit_web_context_get_cookie_manager(webkit_web_view_get_context(view_.get()));
-  readAllCookies(store, questions_.get(), std::move(completion));
+  readAllCookies(store, cancellable_.get(), std::move(completion));
 }
 
 }  // namespace navora

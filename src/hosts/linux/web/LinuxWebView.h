@@ -17,7 +17,7 @@
 
 namespace navora {
 
-// The page in a WebKitGTK view.
+// A web view of WebKitGTK. Destroying it cancels pending evaluations and cookie requests.
 class LinuxWebView final : public WebView {
  public:
   LinuxWebView(WebSession& session, const WebViewConfiguration& configuration);
@@ -32,7 +32,7 @@ class LinuxWebView final : public WebView {
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
   void allCookies(CookiesCompletion completion) override;
 
-  // Shown wherever the page has not painted yet.
+  // Sets the colour shown until the page has painted.
   void setBackgroundColor(const GdkRGBA& color);
 
   GtkWidget* widget() const { return GTK_WIDGET(view_.get()); }
@@ -46,12 +46,11 @@ class LinuxWebView final : public WebView {
   GObjectPtr<WebKitUserContentManager> manager_;
   PageBridge bridge_;
   GObjectPtr<WebKitWebView> view_;
-  // The address shown last. The engine forgets it when the page's process crashes, but it is still
-  // the page that the user sees and wants back.
+  // The URL shown last. WebKitGTK clears its own when the web process crashes; reloading needs it.
   std::optional<Url> lastUrl_;
   SignalConnection uriChanges_;
-  // What was asked of the engine and has not been answered yet.
-  GObjectPtr<GCancellable> questions_;
+  // Cancels the pending evaluations and cookie requests.
+  GObjectPtr<GCancellable> cancellable_;
   LoadTimeout loadTimeout_;
   NavigationEvents navigationEvents_;
   PageDialogs pageDialogs_;

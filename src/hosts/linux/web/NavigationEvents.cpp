@@ -20,9 +20,9 @@ std::optional<Url> urlOf(WebKitURIRequest* request) {
 }
 
 NavigationType typeOf(WebKitNavigationAction* action, const std::optional<PageAction>& pageAction) {
-  // What a server redirects to is not what the user chose.
+  // The server chose the target of a redirect, not the user.
   if (webkit_navigation_action_is_redirect(action) != FALSE) return NavigationType::other;
-  // "Open link" of the context menu is the same choice as a click.
+  // WebKitGTK reports "Open Link" of the context menu as OTHER; it counts as a click.
   if (pageAction && pageAction->kind == PageAction::Kind::contextMenu)
     return NavigationType::linkActivated;
   switch (webkit_navigation_action_get_navigation_type(action)) {
@@ -84,7 +84,8 @@ gboolean NavigationEvents::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* 
   return TRUE;
 }
 
-// Reached by `window.open` only: links and forms are asked about before, and refused there.
+// Emitted for window.open() only: new windows of links and forms are decided in onDecidePolicy,
+// before.
 GtkWidget* NavigationEvents::onCreate(WebKitWebView*, WebKitNavigationAction* action,
                                       gpointer self) {
   eventsOf(self).decideAction(action, true);
@@ -104,7 +105,7 @@ NavigationPolicy NavigationEvents::decideAction(WebKitNavigationAction* action, 
     description.sourceFrame = pageAction->frame;
     description.shouldPerformDownload = pageAction->download;
   }
-  // Which frame is the target is not known, only that there is one.
+  // WebKitGTK does not say which frame is the target, only that there is one.
   if (!newWindow) description.targetFrame = FrameInfo{};
   description.request = std::make_shared<LinuxRequest>(request);
   return delegate_->decidePolicyForAction(owner_, description);
@@ -136,7 +137,7 @@ void NavigationEvents::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpoi
 void NavigationEvents::loadStarted() {
   loadFailed_ = false;
   stoppedByTimeout_ = false;
-  webProcessIsGone_ = false;
+  webProcessCrashed_ = false;
   truncation_.cancel();
   timeout_.start([this] { timedOut(); });
   if (delegate_ != nullptr) delegate_->didStartProvisionalNavigation();
@@ -144,7 +145,7 @@ void NavigationEvents::loadStarted() {
 
 void NavigationEvents::loadCommitted() {
   actions_.clear();
-  // Once the page itself is complete, what it goes on loading is its own affair.
+  // The time-out covers the main resource only, not what the page loads afterwards.
   if (WebKitWebResource* page = webkit_web_view_get_main_resource(view_)) {
     mainResource_ = SignalConnection(page, "finished", G_CALLBACK(onMainResourceFinished), this);
   }
@@ -195,7 +196,7 @@ void NavigationEvents::onWebProcessTerminated(WebKitWebView*, WebKitWebProcessTe
   auto& events = eventsOf(self);
   events.timeout_.stop();
   events.actions_.clear();
-  events.webProcessIsGone_ = true;
+  events.webProcessCrashed_ = true;
   if (events.delegate_ != nullptr) events.delegate_->webContentProcessDidTerminate();
 }
 
@@ -203,7 +204,7 @@ void NavigationEvents::onDownloadStarted(WebKitWebContext*, WebKitDownload* down
                                          gpointer self) {
   auto& events = eventsOf(self);
   auto adopted = std::make_shared<LinuxDownload>(download);
-  // Nobody to answer for it: going out of scope cancels it.
+  // Without a delegate, destroying `adopted` cancels the download.
   if (events.delegate_ != nullptr)
     events.delegate_->navigationDidBecomeDownload(std::move(adopted));
 }

@@ -14,11 +14,11 @@
 
 namespace navora {
 
-// Puts the engine's navigation signals in the delegate's terms and carries its decisions out.
-// Without a delegate everything is refused.
+// Converts the engine's navigation signals for the NavigationDelegate and applies its decisions.
+// Without a delegate every navigation is cancelled.
 class NavigationEvents {
  public:
-  // All arguments must outlive this object.
+  // Everything passed must outlive this object.
   NavigationEvents(WebView& owner, WebKitWebView* view, WebKitWebContext* context,
                    PageActions& actions, LoadTimeout& timeout);
 
@@ -27,8 +27,8 @@ class NavigationEvents {
 
   void setDelegate(NavigationDelegate* delegate) { delegate_ = delegate; }
 
-  // From a crash of the page's process until the next load starts.
-  bool webProcessIsGone() const { return webProcessIsGone_; }
+  // Returns true from a crash of the web process until the next load starts.
+  bool webProcessCrashed() const { return webProcessCrashed_; }
 
  private:
   static gboolean onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* decision,
@@ -57,10 +57,10 @@ class NavigationEvents {
   PageActions& actions_;
   LoadTimeout& timeout_;
   NavigationDelegate* delegate_ = nullptr;
-  // The current load was reported as failed; the engine calls it finished all the same.
+  // The present load was reported as failed; WebKitGTK reports it as finished as well.
   bool loadFailed_ = false;
   bool stoppedByTimeout_ = false;
-  bool webProcessIsGone_ = false;
+  bool webProcessCrashed_ = false;
   TruncatedPageCheck truncation_;
   SignalConnection mainResource_;
   std::vector<SignalConnection> signals_;

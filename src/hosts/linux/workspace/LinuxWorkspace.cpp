@@ -22,12 +22,11 @@ Screen screenFrom(GdkMonitor* monitor) {
   return {geometry.toCore(frame), geometry.toCore(workArea)};
 }
 
-// The user is not told: a desktop without a program for the address has nothing to open it with.
+// Logs a failure for debugging only: a missing handler for the scheme is not reported to the user.
 void onLaunched(GObject*, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<std::string> address(static_cast<std::string*>(data));
-  GError* failure = nullptr;
-  if (g_app_info_launch_default_for_uri_finish(result, &failure) != FALSE) return;
-  const GErrorPtr error(failure);
+  GErrorPtr error;
+  if (g_app_info_launch_default_for_uri_finish(result, error.out()) != FALSE) return;
   debugLog(DebugArea::navigation, "No program opened " + *address + ": " + error->message);
 }
 
@@ -36,7 +35,7 @@ void onLaunched(GObject*, GAsyncResult* result, gpointer data) {
 void LinuxWorkspace::open(const Url& url) {
   const auto context = GObjectPtr<GdkAppLaunchContext>::adopt(
       gdk_display_get_app_launch_context(gdk_display_get_default()));
-  // Asynchronous, because finding and starting the browser may take the desktop a while.
+  // Asynchronous, because looking up and starting the handler can take seconds.
   g_app_info_launch_default_for_uri_async(url.string().c_str(), G_APP_LAUNCH_CONTEXT(context.get()),
                                           nullptr, onLaunched, new std::string(url.string()));
 }
@@ -65,7 +64,7 @@ Point LinuxWorkspace::mouseLocation() const {
   int x = 0;
   int y = 0;
   gdk_device_get_position(gdk_seat_get_pointer(seat), nullptr, &x, &y);
-  // The pixel's middle: the core's edges lie between pixels.
+  // The centre of the pixel: in the core's coordinates, edges lie between pixels.
   const Point corner = ScreenGeometry().toCore(x, y);
   return {corner.x + 0.5, corner.y - 0.5};
 }
