@@ -20,10 +20,10 @@ class BackgroundQueue {
   // Called on the main thread. Runs `work` on the background thread, after all work passed in
   // earlier, and then `completion` on the main thread, never before run() returns.
   //
-  // `work` may use only values that it owns and immutable data: no platform interface, no localized
-  // text, no object of the main thread. It must not throw. Its captures are destroyed on the
-  // background thread before `completion` is called, or on the main thread if it never runs; those
-  // of `completion` always on the main thread.
+  // `work` may use only values that it owns, immutable data and MainQueue::async(): no localized
+  // text, no other function of a platform interface or object of the main thread. It must not
+  // throw. Its captures are destroyed on the background thread before `completion` is called, or on
+  // the main thread if it never runs; those of `completion` always on the main thread.
   virtual void run(std::function<void()> work, std::function<void()> completion) = 0;
 };
 

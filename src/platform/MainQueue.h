@@ -13,7 +13,7 @@ class MainQueue {
  public:
   virtual ~MainQueue() = default;
 
-  // Runs `work` in a later iteration of the main loop.
+  // Runs `work` in a later iteration of the main loop. May be called on any thread.
   virtual void async(std::function<void()> work) = 0;
   // Runs `work` once after `delay`; destroying the token cancels it. `work` may destroy its own
   // token.

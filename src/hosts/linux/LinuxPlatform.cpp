@@ -73,12 +73,13 @@ std::unique_ptr<Updater> LinuxPlatform::makeUpdater(UpdaterUserDriver& userDrive
           .systemVersion = gnu_get_libc_version(),
           .launch = updateLaunch_,
           .terminate = application_.commands().terminate},
-      LinuxUpdater::Dependencies{mainQueue_, system_, userDefaults_}, userDriver, delegate);
+      LinuxUpdater::Dependencies{mainQueue_, updateQueue_, system_, userDefaults_}, userDriver,
+      delegate);
 }
 
 std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(
     const HttpSessionConfiguration& configuration) {
-  return std::make_unique<LinuxHttpSession>(configuration);
+  return std::make_unique<LinuxHttpSession>(configuration, mainQueue_);
 }
 
 }  // namespace navora

@@ -58,12 +58,14 @@ class LinuxPlatform final : public Platform {
   // First, because the web engine's processes must not inherit the variables and the descriptor
   // that it takes.
   UpdateLaunch updateLaunch_;
+  LinuxMainQueue mainQueue_;
+  LinuxBackgroundQueue backgroundQueue_{mainQueue_};
+  // The updater's own, so that no other work waits while a release is unpacked.
+  LinuxBackgroundQueue updateQueue_{mainQueue_};
   LinuxApplication application_;
-  LinuxBackgroundQueue backgroundQueue_;
   LinuxDialogs dialogs_;
   LinuxHotKeys hotKeys_;
   LinuxImaging imaging_;
-  LinuxMainQueue mainQueue_;
   LinuxNotificationCenter notificationCenter_;
   LinuxResources resources_;
   LinuxSystem system_{observeResume};

@@ -11,6 +11,7 @@
 #include "fakes/FakeHttpSession.h"
 #include "fakes/TestUrl.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
+#include "hosts/linux/system/LinuxMainQueue.h"
 #include "linux/support/MainLoop.h"
 #include "tests/support/Tcp.h"
 
@@ -22,7 +23,7 @@ using testing::IsEmpty;
 
 constexpr std::size_t limit = 1000;
 
-// What the core relies on, asked of the real network and of the one that its own tests use.
+// Tests the contract of HttpSession with the fake and the Linux implementation.
 class FakeService {
  public:
   std::unique_ptr<HttpSession> makeSession(const HttpSessionConfiguration& configuration) {
@@ -30,7 +31,7 @@ class FakeService {
   }
   Url url() const { return testUrl("https://service.example/answer"); }
 
-  // What is answered from now on; nothing until then.
+  // Sets the response; until then requests get none.
   void setAnswer(int status, std::string body) { answer_ = {status, std::move(body)}; }
   void disappear() { isThere_ = false; }
   void work() {
@@ -50,7 +51,7 @@ class FakeService {
 class LinuxService {
  public:
   std::unique_ptr<HttpSession> makeSession(const HttpSessionConfiguration& configuration) {
-    return std::make_unique<LinuxHttpSession>(configuration);
+    return std::make_unique<LinuxHttpSession>(configuration, mainQueue_);
   }
   Url url() const { return url_; }
 
@@ -62,7 +63,7 @@ class LinuxService {
     url_ = testUrl(server_->url("/answer"));
   }
   void disappear() { server_.reset(); }
-  // The server does so by itself.
+  // The real server responds by itself.
   void work() {}
 
  private:
@@ -71,6 +72,7 @@ class LinuxService {
     }
   }
 
+  LinuxMainQueue mainQueue_;
   std::unique_ptr<TcpServer> server_ = std::make_unique<TcpServer>(keepWaiting);
   Url url_ = testUrl(server_->url("/answer"));
 };
@@ -95,7 +97,7 @@ class HttpSessionContractTest : public testing::Test {
     std::vector<HttpSession::Result> results;
     sender.send(request(),
                 [&](HttpSession::Result result) { results.push_back(std::move(result)); });
-    EXPECT_THAT(results, IsEmpty()) << "The answer must come later";
+    EXPECT_THAT(results, IsEmpty()) << "The response must be asynchronous";
     EXPECT_TRUE(comesTrue([&] { return !results.empty(); }));
     return results.empty() ? Unexpected(PlatformError{"test", 0, "No answer"}) : results.front();
   }
@@ -107,35 +109,35 @@ class HttpSessionContractTest : public testing::Test {
 using Services = testing::Types<FakeService, LinuxService>;
 TYPED_TEST_SUITE(HttpSessionContractTest, Services);
 
-TYPED_TEST(HttpSessionContractTest, GivesTheAnswerLaterWithItsAddress) {
+TYPED_TEST(HttpSessionContractTest, DeliversTheResponseAsynchronouslyWithItsUrl) {
   this->service.setAnswer(404, "not here");
   const auto result = this->send(*this->session);
   ASSERT_TRUE(result);
   EXPECT_EQ(*result, (HttpResponse{404, this->service.url(), "not here", false}));
 }
 
-TYPED_TEST(HttpSessionContractTest, TellsWhyThereIsNoAnswer) {
+TYPED_TEST(HttpSessionContractTest, DeliversTheErrorOfAFailedRequest) {
   this->service.disappear();
   const auto result = this->send(*this->session);
   ASSERT_FALSE(result);
   EXPECT_FALSE(result.error().localizedDescription.empty());
 }
 
-TYPED_TEST(HttpSessionContractTest, ReadsAnAnswerUpToTheLimit) {
+TYPED_TEST(HttpSessionContractTest, DeliversABodyOfTheLimit) {
   this->service.setAnswer(200, std::string(limit, 'x'));
   const auto result = this->send(*this->session);
   ASSERT_TRUE(result);
   EXPECT_EQ(*result, (HttpResponse{200, this->service.url(), std::string(limit, 'x'), false}));
 }
 
-TYPED_TEST(HttpSessionContractTest, GivesNothingOfAnAnswerBeyondTheLimit) {
+TYPED_TEST(HttpSessionContractTest, DeliversNothingOfABodyAboveTheLimit) {
   this->service.setAnswer(200, std::string(limit + 1, 'x'));
   const auto result = this->send(*this->session);
   ASSERT_TRUE(result);
   EXPECT_EQ(*result, (HttpResponse{200, this->service.url(), "", true}));
 }
 
-TYPED_TEST(HttpSessionContractTest, SendsTheNextFromACompletion) {
+TYPED_TEST(HttpSessionContractTest, ACompletionMaySendTheNextRequest) {
   this->service.setAnswer(200, "");
   std::vector<std::string> order;
   this->session->send(this->request(), [&](const auto&) {
@@ -146,7 +148,7 @@ TYPED_TEST(HttpSessionContractTest, SendsTheNextFromACompletion) {
   EXPECT_THAT(order, ElementsAre("first", "second"));
 }
 
-TYPED_TEST(HttpSessionContractTest, MayBeEndedByACompletion) {
+TYPED_TEST(HttpSessionContractTest, ACompletionMayDestroyTheSession) {
   this->service.setAnswer(200, "");
   bool isAnswered = false;
   this->session->send(this->request(), [&](const auto&) {
@@ -156,7 +158,7 @@ TYPED_TEST(HttpSessionContractTest, MayBeEndedByACompletion) {
   EXPECT_TRUE(this->comesTrue([&] { return isAnswered; }));
 }
 
-TYPED_TEST(HttpSessionContractTest, TakesWhatIsUnderWayAlongAndNothingOfAnother) {
+TYPED_TEST(HttpSessionContractTest, DestroyingItCancelsOnlyItsOwnRequests) {
   int ofEnded = 0;
   int ofOther = 0;
   const auto other = this->makeSession();

@@ -8,6 +8,7 @@
 
 #include "fakes/TestUrl.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
+#include "hosts/linux/system/LinuxMainQueue.h"
 #include "linux/support/MainLoop.h"
 #include "tests/support/Tcp.h"
 
@@ -43,7 +44,7 @@ class LinuxHttpSessionTest : public testing::Test {
   void SetUp() override { makeSession({.maximumBodyBytes = bodyLimit}); }
 
   void makeSession(const HttpSessionConfiguration& configuration) {
-    session_ = std::make_unique<LinuxHttpSession>(configuration);
+    session_ = std::make_unique<LinuxHttpSession>(configuration, mainQueue_);
   }
   void start(const HttpRequest& request) {
     session_->send(request, [this](HttpSession::Result result) {
@@ -69,12 +70,13 @@ class LinuxHttpSessionTest : public testing::Test {
                         result.error().localizedDescription;
   }
 
+  LinuxMainQueue mainQueue_;
   std::unique_ptr<LinuxHttpSession> session_;
   std::optional<HttpSession::Result> result_;
   int completions_ = 0;
 };
 
-TEST_F(LinuxHttpSessionTest, SendsTheRequestAsItIsAndGivesTheAnswer) {
+TEST_F(LinuxHttpSessionTest, SendsTheRequestAndDeliversTheResponse) {
   std::string received;
   const std::string body("A\xFF\0\n", 4);
   const TcpServer server([&](TcpConnection& connection) {
@@ -98,7 +100,7 @@ TEST_F(LinuxHttpSessionTest, SendsTheRequestAsItIsAndGivesTheAnswer) {
   EXPECT_TRUE(received.ends_with("\r\n\r\n" + request.body));
 }
 
-TEST_F(LinuxHttpSessionTest, SendsNoBodyAsNone) {
+TEST_F(LinuxHttpSessionTest, SendsNoBodyIfItIsEmpty) {
   std::string received;
   const TcpServer server([&](TcpConnection& connection) {
     received = connection.readRequest();
@@ -110,7 +112,7 @@ TEST_F(LinuxHttpSessionTest, SendsNoBodyAsNone) {
   EXPECT_THAT(received, HasSubstr("\r\nContent-Length: 0\r\n"));
 }
 
-TEST_F(LinuxHttpSessionTest, GivesARedirectAsTheAnswer) {
+TEST_F(LinuxHttpSessionTest, DoesNotFollowRedirects) {
   const TcpServer server("HTTP/1.1 302 Found\r\nLocation: /other\r\nContent-Length: 2\r\n\r\nno");
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
@@ -118,7 +120,7 @@ TEST_F(LinuxHttpSessionTest, GivesARedirectAsTheAnswer) {
   EXPECT_EQ(server.connections(), 1);
 }
 
-TEST_F(LinuxHttpSessionTest, GivesTheWishForAPasswordAsTheAnswer) {
+TEST_F(LinuxHttpSessionTest, DeliversADemandForAPasswordAsTheResponse) {
   const TcpServer server(
       "HTTP/1.1 401 Unauthorized\r\nWWW-Authenticate: Basic realm=\"x\"\r\n"
       "Content-Length: 0\r\n\r\n");
@@ -144,7 +146,7 @@ TEST_F(LinuxHttpSessionTest, KeepsNoCookiesAndNoCache) {
   EXPECT_THAT(received[1], Not(HasSubstr("Cookie")));
 }
 
-TEST_F(LinuxHttpSessionTest, ReadsUpToTheLimit) {
+TEST_F(LinuxHttpSessionTest, DeliversABodyOfTheLimit) {
   const std::string body(bodyLimit, 'x');
   const TcpServer server(answer(body));
   const auto result = get(server);
@@ -153,14 +155,14 @@ TEST_F(LinuxHttpSessionTest, ReadsUpToTheLimit) {
   EXPECT_EQ(result->body, body);
 }
 
-TEST_F(LinuxHttpSessionTest, GivesNothingOfAnAnswerBeyondTheLimit) {
+TEST_F(LinuxHttpSessionTest, DeliversNothingOfABodyAboveTheLimit) {
   const TcpServer server(answer(std::string(bodyLimit + 1, 'x')));
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
   EXPECT_EQ(*result, (HttpResponse{200, testUrl(server.url()), "", true}));
 }
 
-TEST_F(LinuxHttpSessionTest, StopsReadingAnAnswerWithoutEnd) {
+TEST_F(LinuxHttpSessionTest, StopsReadingAnEndlessBody) {
   const TcpServer server([](TcpConnection& connection) {
     connection.readRequest();
     connection.send("HTTP/1.1 500 Oops\r\n\r\n");
@@ -170,10 +172,10 @@ TEST_F(LinuxHttpSessionTest, StopsReadingAnAnswerWithoutEnd) {
   const auto result = get(server);
   ASSERT_TRUE(result) << describe(result);
   EXPECT_EQ(*result, (HttpResponse{500, testUrl(server.url()), "", true}));
-  EXPECT_TRUE(waitUntil([&] { return server.finished() == 1; })) << "it is still read";
+  EXPECT_TRUE(waitUntil([&] { return server.finished() == 1; })) << "the body is still being read";
 }
 
-TEST_F(LinuxHttpSessionTest, CountsTheDecodedSize) {
+TEST_F(LinuxHttpSessionTest, LimitsTheDecodedSize) {
   const TcpServer fitting(
       answer(gzipped(std::string(bodyLimit, 'x')), "Content-Encoding: gzip\r\n"));
   const auto fits = get(fitting);
@@ -187,7 +189,7 @@ TEST_F(LinuxHttpSessionTest, CountsTheDecodedSize) {
   EXPECT_EQ(grows->body, "");
 }
 
-TEST_F(LinuxHttpSessionTest, NeverTakesHalfAnAnswerForAWholeOne) {
+TEST_F(LinuxHttpSessionTest, ReportsATruncatedResponse) {
   const std::string half = gzipped(std::string(300, 'x')).substr(0, 8);
   const std::vector<std::string> answers = {
       "HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf",
@@ -220,7 +222,7 @@ TEST_F(LinuxHttpSessionTest, ReadsChunksToTheirEnd) {
   EXPECT_EQ(result->body, "one two");
 }
 
-TEST_F(LinuxHttpSessionTest, UsesAConnectionAgainAfterAWholeAnswer) {
+TEST_F(LinuxHttpSessionTest, ReusesTheConnectionAfterACompleteResponse) {
   const TcpServer server([](TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
       connection.send("HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n3\r\none\r\n0\r\n\r\n");
@@ -246,7 +248,7 @@ TEST_F(LinuxHttpSessionTest, FailsWithoutAServer) {
   EXPECT_EQ(result.error().code, G_IO_ERROR_CONNECTION_REFUSED);
 }
 
-TEST_F(LinuxHttpSessionTest, RefusesWhatIsNoRequest) {
+TEST_F(LinuxHttpSessionTest, RefusesInvalidRequests) {
   const TcpServer server(answer(""));
   EXPECT_FALSE(send({.url = *Url::parse("/relative")}));
   EXPECT_FALSE(send({.url = *Url::parse("file:///etc/hostname")}));
@@ -257,7 +259,7 @@ TEST_F(LinuxHttpSessionTest, RefusesWhatIsNoRequest) {
   EXPECT_EQ(server.connections(), 0);
 }
 
-TEST_F(LinuxHttpSessionTest, TimesOutWithoutAnAnswer) {
+TEST_F(LinuxHttpSessionTest, TimesOutWithoutAResponse) {
   const TcpServer server([](TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
     }
@@ -273,7 +275,7 @@ TEST_F(LinuxHttpSessionTest, TimesOutWithoutAnAnswer) {
   EXPECT_TRUE(waitUntil([&] { return server.finished() == 2; })) << "a connection is still open";
 }
 
-TEST_F(LinuxHttpSessionTest, TimesOutInTheMiddleOfAnAnswer) {
+TEST_F(LinuxHttpSessionTest, TimesOutInTheMiddleOfABody) {
   const TcpServer server([](TcpConnection& connection) {
     connection.readRequest();
     connection.send("HTTP/1.1 200 OK\r\nContent-Length: 10\r\n\r\nhalf");
@@ -292,14 +294,14 @@ void drip(TcpConnection& connection, int count) {
     connection.send("x");
 }
 
-TEST_F(LinuxHttpSessionTest, WaitsAsLongAsDataComes) {
+TEST_F(LinuxHttpSessionTest, DoesNotTimeOutWhileDataArrives) {
   const TcpServer server([](TcpConnection& connection) { drip(connection, 30); });
   const auto result = send({.url = testUrl(server.url()), .timeoutSeconds = 1});
   ASSERT_TRUE(result) << describe(result);
   EXPECT_EQ(result->body, std::string(30, 'x'));
 }
 
-TEST_F(LinuxHttpSessionTest, TimesOutWhenTheWholeTakesTooLong) {
+TEST_F(LinuxHttpSessionTest, TimesOutWhenTheWholeRequestTakesTooLong) {
   const TcpServer server([](TcpConnection& connection) { drip(connection, 900); });
   makeSession({.resourceTimeoutSeconds = 0.3, .maximumBodyBytes = bodyLimit});
   const auto result = send({.url = testUrl(server.url())});
@@ -307,7 +309,7 @@ TEST_F(LinuxHttpSessionTest, TimesOutWhenTheWholeTakesTooLong) {
   EXPECT_EQ(result.error().code, PlatformError::timedOutCode);
 }
 
-TEST_F(LinuxHttpSessionTest, TellsNothingAfterItsEnd) {
+TEST_F(LinuxHttpSessionTest, CallsNoCompletionAfterItsDestruction) {
   const TcpServer server([](TcpConnection& connection) {
     while (!connection.readRequest().empty()) {
     }
@@ -321,7 +323,7 @@ TEST_F(LinuxHttpSessionTest, TellsNothingAfterItsEnd) {
   EXPECT_EQ(completions_, 0);
 }
 
-TEST_F(LinuxHttpSessionTest, MayBeDestroyedByItsCompletion) {
+TEST_F(LinuxHttpSessionTest, ACompletionMayDestroyTheSession) {
   const TcpServer server(answer("x"));
   for (const Url& url : {testUrl(server.url()), *Url::parse("/invalid")}) {
     makeSession({.maximumBodyBytes = bodyLimit});
@@ -335,7 +337,7 @@ TEST_F(LinuxHttpSessionTest, MayBeDestroyedByItsCompletion) {
   }
 }
 
-TEST_F(LinuxHttpSessionTest, AnswersSeveralRequestsAtTheSameTime) {
+TEST_F(LinuxHttpSessionTest, SendsSeveralRequestsInParallel) {
   const TcpServer server([](TcpConnection& connection) {
     const std::string request = connection.readRequest();
     connection.send(answer(request.substr(0, request.find(" HTTP"))));

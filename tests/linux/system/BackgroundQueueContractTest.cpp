@@ -8,12 +8,13 @@
 
 #include "fakes/FakeBackgroundQueue.h"
 #include "hosts/linux/system/LinuxBackgroundQueue.h"
+#include "hosts/linux/system/LinuxMainQueue.h"
 #include "linux/support/MainLoop.h"
 
 namespace navora {
 namespace {
 
-// What the core relies on, asked of the real queue and of the one that its own tests use.
+// Tests the contract of BackgroundQueue with the fake and the Linux implementation.
 class FakeThread {
  public:
   BackgroundQueue& queue() { return *queue_; }
@@ -31,10 +32,11 @@ class RealThread {
   void turn() {}
 
  private:
-  std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>();
+  LinuxMainQueue mainQueue_;
+  std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>(mainQueue_);
 };
 
-// Remembers on which thread the last of its owners let go of it.
+// Records the thread on which it is destroyed.
 class Witness {
  public:
   explicit Witness(std::thread::id& thread) : thread_(thread) {}
@@ -66,7 +68,7 @@ class BackgroundQueueContractTest : public testing::Test {
 using BackgroundQueueImplementations = testing::Types<FakeThread, RealThread>;
 TYPED_TEST_SUITE(BackgroundQueueContractTest, BackgroundQueueImplementations);
 
-TYPED_TEST(BackgroundQueueContractTest, WorksElsewhereAndCompletesOnTheMainThread) {
+TYPED_TEST(BackgroundQueueContractTest, RunsWorkOnAnotherThreadAndCompletionsOnTheMainThread) {
   std::thread::id worked;
   std::thread::id completed;
   this->run([&] { worked = std::this_thread::get_id(); },
@@ -78,7 +80,7 @@ TYPED_TEST(BackgroundQueueContractTest, WorksElsewhereAndCompletesOnTheMainThrea
   EXPECT_NE(worked, this->mainThread_);
 }
 
-TYPED_TEST(BackgroundQueueContractTest, WorksOnOneThingAfterAnother) {
+TYPED_TEST(BackgroundQueueContractTest, RunsWorkOneAtATimeInOrder) {
   constexpr int count = 200;
   std::string expected;
   std::string worked;
@@ -102,7 +104,7 @@ TYPED_TEST(BackgroundQueueContractTest, WorksOnOneThingAfterAnother) {
   EXPECT_TRUE(alone);
 }
 
-TYPED_TEST(BackgroundQueueContractTest, ACompletionMayHandOverMore) {
+TYPED_TEST(BackgroundQueueContractTest, ACompletionMayAddMoreWork) {
   bool done = false;
   this->run([] {}, [&] { this->run([] {}, [&] { done = true; }); });
   EXPECT_TRUE(this->runUntil([&] { return done; }));
@@ -123,7 +125,7 @@ TYPED_TEST(BackgroundQueueContractTest, ReleasesWorkWhereItRanAndCompletionsOnTh
   EXPECT_EQ(completionReleased, this->mainThread_);
 }
 
-TYPED_TEST(BackgroundQueueContractTest, CompletesNothingAfterItsEnd) {
+TYPED_TEST(BackgroundQueueContractTest, CallsNoCompletionAfterItsDestruction) {
   std::atomic<int> worked = 0;
   bool completed = false;
   std::thread::id completionReleased;
@@ -139,17 +141,18 @@ TYPED_TEST(BackgroundQueueContractTest, CompletesNothingAfterItsEnd) {
   EXPECT_EQ(worked, workedBefore);
 }
 
-TYPED_TEST(BackgroundQueueContractTest, EndsWithoutEverHavingWorked) {
+TYPED_TEST(BackgroundQueueContractTest, CanBeDestroyedUnused) {
   this->implementation_.destroyQueue();
 }
 
-// The fake's work never runs at the same time as the test.
+// Tests with work that runs in parallel, which the fake's never does.
 class LinuxBackgroundQueueTest : public testing::Test {
  protected:
-  std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>();
+  LinuxMainQueue mainQueue_;
+  std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>(mainQueue_);
 };
 
-TEST_F(LinuxBackgroundQueueTest, WaitsAtItsEndForTheWorkThatRunsAndDropsTheRest) {
+TEST_F(LinuxBackgroundQueueTest, DestructorWaitsForRunningWorkAndDropsTheRest) {
   std::promise<void> begun;
   std::promise<void> mayEnd;
   std::atomic<bool> ended = false;
@@ -162,7 +165,7 @@ TEST_F(LinuxBackgroundQueueTest, WaitsAtItsEndForTheWorkThatRunsAndDropsTheRest)
         ended = true;
       },
       [&] { completed = true; });
-  // Dropped while the first one runs, which lets that one end.
+  // Releasing the dropped work lets the first one return.
   const auto letEnd = [&](void*) { mayEnd.set_value(); };
   queue_->run([&ranLater, kept = std::shared_ptr<void>(nullptr, letEnd)] { ranLater = true; },
               [] {});

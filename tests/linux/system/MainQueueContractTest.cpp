@@ -2,6 +2,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@ namespace {
 
 using std::chrono::milliseconds;
 
-// What the core relies on, asked of the main loop and of the one that its own tests use.
+// Tests the contract of MainQueue with the fake and the Linux implementation.
 class ByHand {
  public:
   MainQueue& queue() { return queue_; }
@@ -27,7 +28,7 @@ class ByHand {
 class InMainLoop {
  public:
   MainQueue& queue() { return queue_; }
-  // It does so by itself.
+  // The real clock runs by itself.
   void letTimePass() {}
 
  private:
@@ -52,7 +53,7 @@ class MainQueueContractTest : public testing::Test {
 using MainQueueImplementations = testing::Types<ByHand, InMainLoop>;
 TYPED_TEST_SUITE(MainQueueContractTest, MainQueueImplementations);
 
-TYPED_TEST(MainQueueContractTest, RunsWorkLaterAndInOrder) {
+TYPED_TEST(MainQueueContractTest, RunsWorkAsynchronouslyInOrder) {
   std::string order;
   this->queue().async([&] { order += "1"; });
   this->queue().async([&] { order += "2"; });
@@ -60,7 +61,7 @@ TYPED_TEST(MainQueueContractTest, RunsWorkLaterAndInOrder) {
   EXPECT_TRUE(this->comesTrue([&] { return order == "12"; }));
 }
 
-TYPED_TEST(MainQueueContractTest, RunsWhatWorkAddsAfterAllThatWaits) {
+TYPED_TEST(MainQueueContractTest, RunsAddedWorkAfterWorkThatIsAlreadyQueued) {
   std::string order;
   this->queue().async([&] {
     this->queue().async([&] { order += "3"; });
@@ -70,21 +71,41 @@ TYPED_TEST(MainQueueContractTest, RunsWhatWorkAddsAfterAllThatWaits) {
   EXPECT_TRUE(this->comesTrue([&] { return order == "123"; }));
 }
 
-TYPED_TEST(MainQueueContractTest, RunsTimersLaterEvenWithoutADelay) {
+TYPED_TEST(MainQueueContractTest, RunsWorkFromOtherThreadsOnTheMainThread) {
+  constexpr int count = 100;
+  int fromMain = 0;
+  int fromOther = 0;
+  bool onMainThreadInOrder = true;
+  std::thread other([&, main = std::this_thread::get_id()] {
+    for (int number = 0; number < count; ++number) {
+      this->queue().async([&, main, number] {
+        if (std::this_thread::get_id() != main || fromOther != number) onMainThreadInOrder = false;
+        ++fromOther;
+      });
+    }
+  });
+  for (int number = 0; number < count; ++number)
+    this->queue().async([&] { ++fromMain; });
+  other.join();
+  EXPECT_TRUE(this->comesTrue([&] { return fromMain + fromOther == 2 * count; }));
+  EXPECT_TRUE(onMainThreadInOrder);
+}
+
+TYPED_TEST(MainQueueContractTest, RunsTimersAsynchronouslyEvenWithoutADelay) {
   bool ran = false;
   const auto token = this->queue().after(milliseconds(0), [&] { ran = true; });
   EXPECT_FALSE(ran);
   EXPECT_TRUE(this->comesTrue([&] { return ran; }));
 }
 
-TYPED_TEST(MainQueueContractTest, RunsTimersOnceInTheOrderOfTheirTime) {
+TYPED_TEST(MainQueueContractTest, RunsTimersOnceInOrderOfTheirTime) {
   std::string order;
   const auto late = this->queue().after(milliseconds(40), [&] { order += "late"; });
   const auto early = this->queue().after(milliseconds(1), [&] { order += "early "; });
   EXPECT_TRUE(this->comesTrue([&] { return order == "early late"; }));
 }
 
-TYPED_TEST(MainQueueContractTest, RunsNothingWhoseTokenIsGone) {
+TYPED_TEST(MainQueueContractTest, DoesNotRunTimersWhoseTokenIsDestroyed) {
   bool ran = false;
   bool later = false;
   this->queue().after(milliseconds(1), [&] { ran = true; }).reset();
@@ -93,7 +114,7 @@ TYPED_TEST(MainQueueContractTest, RunsNothingWhoseTokenIsGone) {
   EXPECT_FALSE(ran);
 }
 
-TYPED_TEST(MainQueueContractTest, LetsWorkReleaseTheTokenOfOther) {
+TYPED_TEST(MainQueueContractTest, WorkMayDestroyTheTokenOfAnotherTimer) {
   bool ran = false;
   bool later = false;
   auto other = this->queue().after(milliseconds(20), [&] { ran = true; });
@@ -103,7 +124,7 @@ TYPED_TEST(MainQueueContractTest, LetsWorkReleaseTheTokenOfOther) {
   EXPECT_FALSE(ran);
 }
 
-TYPED_TEST(MainQueueContractTest, LetsTheWorkReleaseItsOwnToken) {
+TYPED_TEST(MainQueueContractTest, WorkMayDestroyItsOwnToken) {
   std::unique_ptr<ObserverToken> token;
   std::string seen;
   const std::string captured = "what was captured lasts";
@@ -114,7 +135,7 @@ TYPED_TEST(MainQueueContractTest, LetsTheWorkReleaseItsOwnToken) {
   EXPECT_TRUE(this->comesTrue([&] { return seen == captured; }));
 }
 
-TYPED_TEST(MainQueueContractTest, LetsTheWorkBeginTheNextTimerInTheSamePlace) {
+TYPED_TEST(MainQueueContractTest, WorkMayReplaceItsOwnTokenWithTheNextTimer) {
   std::unique_ptr<ObserverToken> token;
   int count = 0;
   const std::function<void()> tick = [&] {

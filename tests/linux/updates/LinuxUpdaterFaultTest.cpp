@@ -11,17 +11,17 @@ namespace {
 using std::filesystem::path;
 using testing::HasSubstr;
 
-// A feed or an archive that is not as it should be. The log says why, and nothing has changed.
+// An invalid feed or archive is reported with its reason, and nothing changes.
 class LinuxUpdaterFaultTest : public LinuxUpdaterTest {
  protected:
   void expectError(const std::string& expected) {
     check();
     EXPECT_THAT(error(), HasSubstr(expected));
-    EXPECT_EQ(userDriver.shown.back(), "dismissed");
-    EXPECT_EQ(terminations, 0);
+    EXPECT_EQ(userDriver_.shown.back(), "dismissed");
+    EXPECT_EQ(terminations_, 0);
     EXPECT_FALSE(std::filesystem::exists(updateFolder()));
     EXPECT_EQ(Installation::at(installed())->version(), "1.0");
-    EXPECT_TRUE(updater->canCheckForUpdates());
+    EXPECT_TRUE(updater_->canCheckForUpdates());
   }
 };
 
@@ -30,29 +30,29 @@ TEST_F(LinuxUpdaterFaultTest, MissingFeed) {
 }
 
 TEST_F(LinuxUpdaterFaultTest, FeedThatIsTooLong) {
-  server.serve("/appcast.xml", {.body = std::string(5 * 1024 * 1024, ' ')});
+  server_.serve("/appcast.xml", {.body = std::string(5 * 1024 * 1024, ' ')});
   expectError("feed: The feed is too long");
 }
 
 TEST_F(LinuxUpdaterFaultTest, RedirectedFeed) {
-  server.serve(
+  server_.serve(
       "/appcast.xml",
       {.body = "", .head = "HTTP/1.1 302 Found\r\nLocation: /other.xml\r\nContent-Length: 0\r\n"});
   expectError("feed: The server answered 302");
-  EXPECT_EQ(server.requests("/other.xml").size(), 0U);
+  EXPECT_EQ(server_.requests("/other.xml").size(), 0U);
 }
 
-TEST_F(LinuxUpdaterFaultTest, FeedThatBreaksOff) {
-  server.serve("/appcast.xml",
-               {.body = "<rss", .head = "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n"});
+TEST_F(LinuxUpdaterFaultTest, TruncatedFeed) {
+  server_.serve("/appcast.xml",
+                {.body = "<rss", .head = "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n"});
   expectError("feed: ");
 }
 
-TEST_F(LinuxUpdaterFaultTest, FeedWithAWrongSignature) {
+TEST_F(LinuxUpdaterFaultTest, FeedWithAnInvalidSignature) {
   publish("1.1");
-  server.serve("/appcast.xml",
-               {.body = feed_ + "<!-- sparkle-signatures:\nedSignature: " + key_.sign({}) +
-                        "\nlength: " + std::to_string(feed_.size()) + "\n-->\n"});
+  server_.serve("/appcast.xml",
+                {.body = feed_ + "<!-- sparkle-signatures:\nedSignature: " + key_.sign({}) +
+                         "\nlength: " + std::to_string(feed_.size()) + "\n-->\n"});
   expectError("feed: The signature of the feed is not valid");
 }
 
@@ -65,20 +65,20 @@ TEST_F(LinuxUpdaterFaultTest, ArchiveAtAnInsecureAddress) {
 
 TEST_F(LinuxUpdaterFaultTest, MissingArchive) {
   publish("1.1");
-  server.serve("/archive-1.1",
-               {.body = "gone", .head = "HTTP/1.1 410 Gone\r\nContent-Length: 4\r\n"});
+  server_.serve("/archive-1.1",
+                {.body = "gone", .head = "HTTP/1.1 410 Gone\r\nContent-Length: 4\r\n"});
   expectError("download: The server answered 410");
 }
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveOfAnotherLength) {
   publish("1.1");
-  server.serve("/archive-1.1", {.body = "short"});
+  server_.serve("/archive-1.1", {.body = "short"});
   expectError("download: The archive has another length than announced");
 }
 
-TEST_F(LinuxUpdaterFaultTest, ArchiveThatBreaksOff) {
+TEST_F(LinuxUpdaterFaultTest, TruncatedArchive) {
   const auto archive = publish("1.1");
-  server.serve(
+  server_.serve(
       "/archive-1.1",
       {.body = archive.substr(0, archive.size() / 2),
        .head = "HTTP/1.1 200 OK\r\nContent-Length: " + std::to_string(archive.size()) + "\r\n"});
@@ -87,18 +87,18 @@ TEST_F(LinuxUpdaterFaultTest, ArchiveThatBreaksOff) {
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveWithoutLengthThatIsTooLong) {
   const auto archive = publish("1.1");
-  server.serve("/archive-1.1", {.body = archive + "more", .head = "HTTP/1.1 200 OK\r\n"});
+  server_.serve("/archive-1.1", {.body = archive + "more", .head = "HTTP/1.1 200 OK\r\n"});
   expectError("download: The archive has another length than announced");
 }
 
 TEST_F(LinuxUpdaterFaultTest, ArchiveWithOneByteChanged) {
   auto archive = publish("1.1");
   archive[archive.size() / 2] = static_cast<char>(archive[archive.size() / 2] ^ 1);
-  server.serve("/archive-1.1", {.body = archive});
+  server_.serve("/archive-1.1", {.body = archive});
   expectError("verification: The signature of the archive is not valid");
 }
 
-TEST_F(LinuxUpdaterFaultTest, ArchiveThatSomebodyElseHasSigned) {
+TEST_F(LinuxUpdaterFaultTest, ArchiveSignedWithAnotherKey) {
   publish("1.1", SigningKey::make());
   expectError("verification: The signature of the archive is not valid");
 }
@@ -111,24 +111,24 @@ TEST_F(LinuxUpdaterFaultTest, OldArchiveUnderANewVersion) {
   item.archiveUrl = "old";
   item.archiveLength = std::filesystem::file_size(archive);
   item.archiveSignature = *key_.signFile(archive);
-  server.serve("/old", {.body = readFile(archive)});
-  server.serve("/appcast.xml", {.body = *addToFeed("", item)});
+  server_.serve("/old", {.body = readFile(archive)});
+  server_.serve("/appcast.xml", {.body = *addToFeed("", item)});
   expectError("verification: The archive holds version 0.9 in place of 1.1");
 }
 
-TEST_F(LinuxUpdaterFaultTest, NewVersionThatDoesNotRunHere) {
+TEST_F(LinuxUpdaterFaultTest, NewVersionThatFailsItsSelfTest) {
   writeProgram(built() / "bin/navora", "exit 1");
   publish("1.1");
   expectError("verification: The new version does not run on this system");
 }
 
-TEST_F(LinuxUpdaterFaultTest, InstallerThatIsNotThere) {
+TEST_F(LinuxUpdaterFaultTest, MissingInstaller) {
   publish("1.1");
   std::filesystem::remove_all(installed() / "libexec");
   expectError("installation: The installer does not start");
 }
 
-TEST_F(LinuxUpdaterFaultTest, AnotherProgramThatIsUpdating) {
+TEST_F(LinuxUpdaterFaultTest, UpdateInProgressInAnotherProgram) {
   publish("1.1");
   const auto other = UpdateFolder::claim(*Installation::at(installed()));
   ASSERT_TRUE(other);

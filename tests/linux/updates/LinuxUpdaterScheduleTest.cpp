@@ -9,44 +9,44 @@
 namespace navora {
 namespace {
 
-// When the updater looks by itself.
+// Tests when the updater checks on its own.
 class LinuxUpdaterScheduleTest : public LinuxUpdaterTest {
  protected:
   static constexpr auto day = std::chrono::hours(24);
 
   void start() {
-    make(clock);
-    EXPECT_EQ(updater->startUpdater(), std::nullopt);
-    clock.runDue();
+    make(clock_);
+    EXPECT_EQ(updater_->startUpdater(), std::nullopt);
+    clock_.runDue();
   }
-  // How many checks have begun.
+  // Returns whether a check starts within `time`.
   bool checksWithin(std::chrono::milliseconds time) {
-    const auto before = defaults.value("navora.updater.lastCheck");
-    clock.advance(time);
-    return defaults.value("navora.updater.lastCheck") != before;
+    const auto before = defaults_.value("navora.updater.lastCheck");
+    clock_.advance(time);
+    return defaults_.value("navora.updater.lastCheck") != before;
   }
   void setLastCheck(std::chrono::seconds before) {
-    defaults.setValue("navora.updater.lastCheck",
-                      secondsSince1970(system.time) - static_cast<double>(before.count()));
+    defaults_.setValue("navora.updater.lastCheck",
+                       secondsSince1970(system_.time) - static_cast<double>(before.count()));
   }
 
-  FakeMainQueue clock;
+  FakeMainQueue clock_;
 };
 
-TEST_F(LinuxUpdaterScheduleTest, LooksSoonAfterItsFirstStart) {
+TEST_F(LinuxUpdaterScheduleTest, ChecksSoonAfterTheFirstStart) {
   start();
   EXPECT_FALSE(checksWithin(std::chrono::seconds(4)));
   EXPECT_TRUE(checksWithin(std::chrono::seconds(1)));
 }
 
-TEST_F(LinuxUpdaterScheduleTest, LooksOnceADayAcrossStarts) {
+TEST_F(LinuxUpdaterScheduleTest, ChecksOnceADayAcrossStarts) {
   setLastCheck(std::chrono::hours(20));
   start();
   EXPECT_FALSE(checksWithin(std::chrono::hours(4) - std::chrono::seconds(1)));
   EXPECT_TRUE(checksWithin(std::chrono::seconds(1)));
 }
 
-TEST_F(LinuxUpdaterScheduleTest, WaitsADayAtMostWhenTheClockWasPutBack) {
+TEST_F(LinuxUpdaterScheduleTest, WaitsADayAtMostAfterTheClockWasSetBack) {
   setLastCheck(-std::chrono::hours(1000));
   start();
   EXPECT_TRUE(checksWithin(day));
@@ -55,40 +55,40 @@ TEST_F(LinuxUpdaterScheduleTest, WaitsADayAtMostWhenTheClockWasPutBack) {
 TEST_F(LinuxUpdaterScheduleTest, DoesNothingBetweenChecks) {
   setLastCheck(std::chrono::hours(0));
   start();
-  EXPECT_EQ(clock.pendingCount(), 1U);
+  EXPECT_EQ(clock_.pendingCount(), 1U);
 }
 
-TEST_F(LinuxUpdaterScheduleTest, NeverLooksByItselfWhereSomebodyElseInstalls) {
+TEST_F(LinuxUpdaterScheduleTest, DoesNotCheckWithoutAnInstallation) {
   std::filesystem::remove(installed() / Installation::recordName);
   start();
-  EXPECT_EQ(clock.pendingCount(), 0U);
+  EXPECT_EQ(clock_.pendingCount(), 0U);
 }
 
-TEST_F(LinuxUpdaterScheduleTest, RemovesWhatAnInterruptedUpdateHasLeft) {
+TEST_F(LinuxUpdaterScheduleTest, RemovesLeftoversOfAnInterruptedUpdate) {
   writeFile(updateFolder() / "new/navora/bin/navora", "half of it");
   start();
   EXPECT_FALSE(std::filesystem::exists(updateFolder()));
 }
 
-TEST_F(LinuxUpdaterScheduleTest, LeavesAnUpdateAloneThatIsUnderWay) {
+TEST_F(LinuxUpdaterScheduleTest, KeepsTheFolderOfAnUpdateInProgress) {
   const auto other = UpdateFolder::claim(*Installation::at(installed()));
   ASSERT_TRUE(other);
   start();
   EXPECT_TRUE(std::filesystem::exists(updateFolder()));
 }
 
-TEST_F(LinuxUpdaterScheduleTest, KeepsTheUsersPlaceInARollout) {
+TEST_F(LinuxUpdaterScheduleTest, KeepsTheUsersRolloutGroup) {
   setLastCheck(std::chrono::hours(0));
   start();
-  updater->checkForUpdates();
-  const auto group = defaults.value("navora.updater.rolloutGroup");
+  updater_->checkForUpdates();
+  const auto group = defaults_.value("navora.updater.rolloutGroup");
   ASSERT_TRUE(group);
   EXPECT_GE(group->get<int>(), 0);
   EXPECT_LT(group->get<int>(), 7);
-  updater.reset();
-  make(clock);
-  updater->checkForUpdates();
-  EXPECT_EQ(defaults.value("navora.updater.rolloutGroup"), group);
+  updater_.reset();
+  make(clock_);
+  updater_->checkForUpdates();
+  EXPECT_EQ(defaults_.value("navora.updater.rolloutGroup"), group);
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include "fakes/FakeSystem.h"
 #include "fakes/TestUrl.h"
+#include "hosts/linux/system/LinuxBackgroundQueue.h"
 #include "hosts/linux/system/LinuxMainQueue.h"
 #include "hosts/linux/updates/LinuxUpdater.h"
 #include "linux/support/MainLoop.h"
@@ -24,7 +25,7 @@
 
 namespace navora {
 
-// Says yes to everything, and remembers what it was shown.
+// Agrees to everything and records what it was shown.
 class RecordingDriver final : public UpdaterUserDriver {
  public:
   std::vector<std::string> shown;
@@ -106,7 +107,7 @@ class LinuxUpdaterTest : public testing::Test {
  protected:
   LinuxUpdaterTest() { makeInstallation(); }
 
-  // A Navora of scripts: its installer writes down how it was called.
+  // Makes an installation whose programs are shell scripts. Its installer logs its arguments.
   void makeInstallation() {
     writeProgram(built() / "bin/navora", "exit 0");
     writeProgram(built() / "libexec/navora/navora-install-update",
@@ -125,7 +126,7 @@ class LinuxUpdaterTest : public testing::Test {
   std::filesystem::path updateFolder() const { return folder_.path() / "apps/.navora.update"; }
   std::filesystem::path installerCall() const { return folder_.path() / "installer-call"; }
 
-  // Puts a release of what was built into the feed; gives its archive's bytes.
+  // Adds a release of built() to the feed. Returns the archive's bytes.
   std::string publish(const std::string& version, const SigningKey& key, FeedItem item = {}) {
     const std::filesystem::path archive = folder_.path() / "archive";
     EXPECT_EQ(writeArchive(built(), version, archive), std::nullopt);
@@ -134,30 +135,33 @@ class LinuxUpdaterTest : public testing::Test {
     if (item.archiveUrl.empty()) item.archiveUrl = "archive-" + version;
     item.archiveLength = content.size();
     item.archiveSignature = *key.signFile(archive);
-    server.serve("/archive-" + version, {.body = content});
+    server_.serve("/archive-" + version, {.body = content});
     feed_ = *addToFeed(feed_, item);
-    server.serve("/appcast.xml", {.body = feed_});
+    server_.serve("/appcast.xml", {.body = feed_});
     return content;
   }
   std::string publish(const std::string& version) { return publish(version, key_); }
 
-  void make(MainQueue& queue) {
-    UpdateSettings settings{testUrl(server.url("/appcast.xml")), *readPublicKey(key_.publicText()),
+  void make(MainQueue& queue) { make(queue, backgroundQueue_); }
+  void make(MainQueue& queue, BackgroundQueue& backgroundQueue) {
+    UpdateSettings settings{testUrl(server_.url("/appcast.xml")), *readPublicKey(key_.publicText()),
                             false};
-    updater = std::make_unique<LinuxUpdater>(
-        LinuxUpdater::Configuration{settings, Installation::at(installed()), "1.0", "2.36", launch,
-                                    [this] { ++terminations; }},
-        LinuxUpdater::Dependencies{queue, system, defaults}, userDriver, delegate);
+    updater_ = std::make_unique<LinuxUpdater>(
+        LinuxUpdater::Configuration{settings, Installation::at(installed()), "1.0", "2.36", launch_,
+                                    [this] { ++terminations_; }},
+        LinuxUpdater::Dependencies{queue, backgroundQueue, system_, defaults_}, userDriver_,
+        delegate_);
   }
-  // A check that the user asks for, until its session ends or the application is to end.
+  // Runs a check by the user until the session ends or the application is asked to quit.
   void check() {
-    if (!updater) make(queue_);
-    updater->checkForUpdates();
-    const int before = terminations;
-    ASSERT_TRUE(waitUntil([&] { return !updater->sessionInProgress() || terminations > before; }));
+    if (!updater_) make(queue_);
+    updater_->checkForUpdates();
+    const int before = terminations_;
+    ASSERT_TRUE(
+        waitUntil([&] { return !updater_->sessionInProgress() || terminations_ > before; }));
   }
   std::string error() const {
-    for (const auto& each : userDriver.shown) {
+    for (const auto& each : userDriver_.shown) {
       if (each.starts_with("error ")) return each.substr(6);
     }
     return {};
@@ -167,15 +171,16 @@ class LinuxUpdaterTest : public testing::Test {
   const SigningKey key_ = SigningKey::make();
   std::string feed_;
   LinuxMainQueue queue_;
-  EventLog log;
-  HttpServer server;
-  RecordingDriver userDriver;
-  CountingDelegate delegate;
-  FakeSystem system{log};
-  MemoryUserDefaults defaults;
-  UpdateLaunch launch;
-  int terminations = 0;
-  std::unique_ptr<LinuxUpdater> updater;
+  LinuxBackgroundQueue backgroundQueue_{queue_};
+  EventLog log_;
+  HttpServer server_;
+  RecordingDriver userDriver_;
+  CountingDelegate delegate_;
+  FakeSystem system_{log_};
+  MemoryUserDefaults defaults_;
+  UpdateLaunch launch_;
+  int terminations_ = 0;
+  std::unique_ptr<LinuxUpdater> updater_;
 };
 
 }  // namespace navora

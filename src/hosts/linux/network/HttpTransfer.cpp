@@ -5,7 +5,6 @@
 #include <chrono>
 #include <utility>
 
-#include "hosts/linux/system/LinuxMainQueue.h"
 #include "hosts/linux/system/PlatformErrors.h"
 
 namespace navora {
@@ -21,11 +20,12 @@ PlatformError ioError(int code, const char* description) {
   return {g_quark_to_string(G_IO_ERROR), code, description};
 }
 
-// What may stand in a header without ending it or the whole head.
+// Returns whether `text` can be a header's value without ending the header (RFC 9110, 5.5).
 bool isHeaderText(const std::string& text) {
   return text.find_first_of(std::string_view("\r\n\0", 3)) == std::string::npos;
 }
 
+// Returns whether `name` is a token (RFC 9110, 5.6.2).
 bool isHeaderName(const std::string& name) {
   constexpr std::string_view punctuation = "!#$%&'*+-.^_`|~";
   return !name.empty() && std::ranges::all_of(name, [&](char c) {
@@ -33,9 +33,10 @@ bool isHeaderName(const std::string& name) {
   });
 }
 
-// libsoup reads the end of a connection between two chunks as the end of the body. Its stream for
-// the body remembers whether it has seen the last chunk: it then reads as ended, and otherwise
-// tries to get more from the connection, which a cancelled reading is not let to.
+// Returns whether a chunked body ended before its last chunk. libsoup (3.2) reports a connection
+// that is closed between two chunks as the end of the body. Its body stream remembers whether it
+// has seen the last chunk: if so, it returns 0 even to a cancelled read; if not, it reads from the
+// connection, and the cancelled read fails.
 bool isCutOff(SoupMessage* message, GInputStream* stream) {
   if (soup_message_headers_get_encoding(soup_message_get_response_headers(message)) !=
       SOUP_ENCODING_CHUNKED) {
@@ -47,7 +48,7 @@ bool isCutOff(SoupMessage* message, GInputStream* stream) {
   }
   const auto cancelled = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
   g_cancellable_cancel(cancelled.get());
-  // Long enough for a line: after the last chunk its stream reads lines into it.
+  // After the last chunk the stream reads trailer lines into the buffer.
   std::array<char, 64> unused{};
   return g_input_stream_read(stream, unused.data(), unused.size(), cancelled.get(), nullptr) != 0;
 }
@@ -55,9 +56,10 @@ bool isCutOff(SoupMessage* message, GInputStream* stream) {
 }  // namespace
 
 HttpTransfer::HttpTransfer(HttpRequest request, const HttpSessionConfiguration& limits,
-                           std::optional<HttpReceiver> receiver)
+                           MainQueue& mainQueue, std::optional<HttpReceiver> receiver)
     : request_(std::move(request)),
       limits_(limits),
+      mainQueue_(mainQueue),
       receiver_(std::move(receiver)),
       cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
   limits_.requestTimeoutSeconds = std::min(limits_.requestTimeoutSeconds, request_.timeoutSeconds);
@@ -72,19 +74,19 @@ void HttpTransfer::start(SoupSession* session, OnEnd onEnd) {
   if (!makeMessage()) return;
   restartIdleTimer();
   totalTimer_ =
-      LinuxMainQueue().after(milliseconds(limits_.resourceTimeoutSeconds), [this] { timeOut(); });
+      mainQueue_.after(milliseconds(limits_.resourceTimeoutSeconds), [this] { timeOut(); });
   headersArrived_ = SignalConnection(message_.get(), "got-headers", G_CALLBACK(onProgress), this);
   bytesSent_ = SignalConnection(message_.get(), "wrote-body-data", G_CALLBACK(onBytesSent), this);
-  soup_session_send_async(session, message_.get(), G_PRIORITY_DEFAULT, cancellable_.get(), onAnswer,
-                          new Handle(weak_from_this()));
+  soup_session_send_async(session, message_.get(), G_PRIORITY_DEFAULT, cancellable_.get(),
+                          onResponse, new Handle(weak_from_this()));
 }
 
 bool HttpTransfer::makeMessage() {
-  GError* failure = nullptr;
+  GErrorPtr error;
   GUri* uri = g_uri_parse(request_.url.string().c_str(),
-                          static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), &failure);
+                          static_cast<GUriFlags>(SOUP_HTTP_URI_FLAGS), error.out());
   if (uri == nullptr) {
-    failLater(platformErrorFrom(*GErrorPtr(failure)));
+    failLater(platformErrorFrom(*error));
     return false;
   }
   const bool isWebAddress = stringFrom(g_uri_get_scheme(uri)).starts_with("http") &&
@@ -95,7 +97,7 @@ bool HttpTransfer::makeMessage() {
   }
   g_uri_unref(uri);
   if (!message_ || !addHeaders()) {
-    failLater(ioError(G_IO_ERROR_INVALID_ARGUMENT, "The request is not a valid one"));
+    failLater(ioError(G_IO_ERROR_INVALID_ARGUMENT, "The request is not valid"));
     return false;
   }
   soup_message_add_flags(message_.get(), SOUP_MESSAGE_NO_REDIRECT);
@@ -117,13 +119,12 @@ bool HttpTransfer::addHeaders() {
 }
 
 void HttpTransfer::failLater(PlatformError error) {
-  failure_ = LinuxMainQueue().after(std::chrono::milliseconds::zero(),
-                                    [this, error = std::move(error)] { end(Unexpected(error)); });
+  failure_ = mainQueue_.after(std::chrono::milliseconds::zero(),
+                              [this, error = std::move(error)] { end(Unexpected(error)); });
 }
 
 void HttpTransfer::restartIdleTimer() {
-  idleTimer_ =
-      LinuxMainQueue().after(milliseconds(limits_.requestTimeoutSeconds), [this] { timeOut(); });
+  idleTimer_ = mainQueue_.after(milliseconds(limits_.requestTimeoutSeconds), [this] { timeOut(); });
 }
 
 void HttpTransfer::timeOut() {
@@ -138,22 +139,21 @@ void HttpTransfer::onBytesSent(SoupMessage*, guint, gpointer self) {
   static_cast<HttpTransfer*>(self)->restartIdleTimer();
 }
 
-void HttpTransfer::onAnswer(GObject* session, GAsyncResult* result, gpointer data) {
+void HttpTransfer::onResponse(GObject* session, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<Handle> handle(static_cast<Handle*>(data));
-  GError* failure = nullptr;
+  GErrorPtr error;
   auto stream = GObjectPtr<GInputStream>::adopt(
-      soup_session_send_finish(SOUP_SESSION(session), result, &failure));
-  const GErrorPtr error(failure);
+      soup_session_send_finish(SOUP_SESSION(session), result, error.out()));
   const auto self = handle->lock();
   if (!self || !self->onEnd_) return;
   if (error) return self->end(Unexpected(platformErrorFrom(*error)));
   self->stream_ = std::move(stream);
-  self->answered();
+  self->receiveHead();
 }
 
-void HttpTransfer::answered() {
+void HttpTransfer::receiveHead() {
   response_.status = static_cast<int>(soup_message_get_status(message_.get()));
-  // Redirects are not followed, so the address asked is the one that answered.
+  // Redirects are not followed, so this is the requested address.
   response_.url = request_.url;
   if (receiver_) {
     const goffset length =
@@ -165,7 +165,7 @@ void HttpTransfer::answered() {
 }
 
 void HttpTransfer::read() {
-  // One byte beyond the limit tells that there is more.
+  // One byte beyond the limit shows that the body exceeds it.
   const gsize remaining = limits_.maximumBodyBytes - bodyBytes_;
   const gsize step = remaining < readingStep ? remaining + 1 : readingStep;
   g_input_stream_read_bytes_async(stream_.get(), step, G_PRIORITY_DEFAULT, cancellable_.get(),
@@ -174,9 +174,8 @@ void HttpTransfer::read() {
 
 void HttpTransfer::onBytes(GObject* stream, GAsyncResult* result, gpointer data) {
   const std::unique_ptr<Handle> handle(static_cast<Handle*>(data));
-  GError* failure = nullptr;
-  GBytes* bytes = g_input_stream_read_bytes_finish(G_INPUT_STREAM(stream), result, &failure);
-  const GErrorPtr error(failure);
+  GErrorPtr error;
+  GBytes* bytes = g_input_stream_read_bytes_finish(G_INPUT_STREAM(stream), result, error.out());
   const std::unique_ptr<GBytes, decltype(&g_bytes_unref)> owned(bytes, g_bytes_unref);
   const auto self = handle->lock();
   if (!self || !self->onEnd_) return;
@@ -188,7 +187,7 @@ void HttpTransfer::received(GBytes* data) {
   restartIdleTimer();
   gsize size = 0;
   const auto* bytes = static_cast<const char*>(g_bytes_get_data(data, &size));
-  if (size == 0) return ended();
+  if (size == 0) return finishBody();
   if (size > limits_.maximumBodyBytes - bodyBytes_) {
     response_.body.clear();
     response_.bodyTooLarge = true;
@@ -205,9 +204,9 @@ std::optional<PlatformError> HttpTransfer::keep(std::string_view bytes) {
   return std::nullopt;
 }
 
-void HttpTransfer::ended() {
+void HttpTransfer::finishBody() {
   if (isCutOff(message_.get(), stream_.get())) {
-    return end(Unexpected(ioError(G_IO_ERROR_PARTIAL_INPUT, "The answer was cut off")));
+    return end(Unexpected(ioError(G_IO_ERROR_PARTIAL_INPUT, "The response was cut off")));
   }
   end(std::move(response_));
 }
@@ -216,7 +215,8 @@ void HttpTransfer::end(HttpSession::Result result) {
   const auto self = shared_from_this();
   idleTimer_.reset();
   totalTimer_.reset();
-  // Whatever is still to come is not wanted; a connection whose answer was read completely is kept.
+  // Stops what is still being sent or read. A connection whose response was read to its end stays
+  // open for the next request.
   g_cancellable_cancel(cancellable_.get());
   std::exchange(onEnd_, nullptr)(std::move(result));
 }

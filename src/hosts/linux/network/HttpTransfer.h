@@ -12,54 +12,59 @@
 
 #include "hosts/linux/system/GLibSupport.h"
 #include "platform/HttpSession.h"
+#include "platform/MainQueue.h"
 #include "platform/ObserverToken.h"
 
 namespace navora {
 
-// Takes an answer piece by piece, as it comes, in place of a body in memory.
+// Receives a response piece by piece, so that its body need not fit into memory. An error that a
+// callback returns ends the transfer with that error.
 struct HttpReceiver {
-  // With the length that the answer announces, 0 for none. A failure ends the transfer.
+  // Called once. `length` is the Content-Length in bytes, 0 without one.
   std::function<std::optional<PlatformError>(int status, std::uint64_t length)> onHead;
   std::function<std::optional<PlatformError>(std::string_view bytes)> onBytes;
 };
 
-// One request under way and its answer. Going, it cancels itself without telling.
+// One request and its response. Destroying it cancels the request; `onEnd` is not called.
 class HttpTransfer : public std::enable_shared_from_this<HttpTransfer> {
  public:
   using OnEnd = std::function<void(HttpSession::Result)>;
 
-  HttpTransfer(HttpRequest request, const HttpSessionConfiguration& limits,
+  // Keeps the body in memory without a `receiver`. `mainQueue` must outlive the transfer.
+  HttpTransfer(HttpRequest request, const HttpSessionConfiguration& limits, MainQueue& mainQueue,
                std::optional<HttpReceiver> receiver = std::nullopt);
   ~HttpTransfer();
   HttpTransfer(const HttpTransfer&) = delete;
   HttpTransfer& operator=(const HttpTransfer&) = delete;
 
-  // `onEnd` is called once, later; the transfer may be released inside of it.
+  // Sends the request. Calls `onEnd` once, after this function has returned; `onEnd` may release
+  // the transfer.
   void start(SoupSession* session, OnEnd onEnd);
 
  private:
-  // Reports what GLib calls back with to a transfer that may be gone by then.
+  // User data of GLib's callbacks, which may come after the transfer was destroyed.
   using Handle = std::weak_ptr<HttpTransfer>;
 
   bool makeMessage();
   bool addHeaders();
   void failLater(PlatformError error);
   void restartIdleTimer();
-  void answered();
+  void receiveHead();
   void read();
   void received(GBytes* data);
   std::optional<PlatformError> keep(std::string_view bytes);
-  void ended();
+  void finishBody();
   void end(HttpSession::Result result);
   void timeOut();
 
   static void onProgress(SoupMessage*, gpointer self);
   static void onBytesSent(SoupMessage*, guint, gpointer self);
-  static void onAnswer(GObject* session, GAsyncResult* result, gpointer data);
+  static void onResponse(GObject* session, GAsyncResult* result, gpointer data);
   static void onBytes(GObject* stream, GAsyncResult* result, gpointer data);
 
   HttpRequest request_;
   HttpSessionConfiguration limits_;
+  MainQueue& mainQueue_;
   const std::optional<HttpReceiver> receiver_;
   OnEnd onEnd_;
   GObjectPtr<GCancellable> cancellable_;

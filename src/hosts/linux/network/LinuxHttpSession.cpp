@@ -7,16 +7,16 @@ namespace navora {
 namespace {
 
 GObjectPtr<SoupSession> makeSession() {
-  // Neither cookies nor a cache are part of a session unless they are added.
+  // A session has no cookie jar and no cache unless they are added as features.
   auto session = GObjectPtr<SoupSession>::adopt(soup_session_new());
-  // An answer that asks for a password is the response, like every other one.
+  // Delivers 401 and 407 as responses like any other.
   soup_session_remove_feature_by_type(session.get(), SOUP_TYPE_AUTH_MANAGER);
-  // The transfers keep the time.
+  // HttpTransfer has its own timers.
   soup_session_set_timeout(session.get(), 0);
   return session;
 }
 
-bool isThisMachine(const std::string& name) {
+bool isLoopback(const std::string& name) {
   const std::string host = GCharPtr(g_ascii_strdown(name.c_str(), -1)).get();
   if (host == "localhost" || host.ends_with(".localhost")) return true;
   const auto address =
@@ -26,11 +26,12 @@ bool isThisMachine(const std::string& name) {
 
 }  // namespace
 
-LinuxHttpSession::LinuxHttpSession(const HttpSessionConfiguration& configuration)
-    : configuration_(configuration) {}
+LinuxHttpSession::LinuxHttpSession(const HttpSessionConfiguration& configuration,
+                                   MainQueue& mainQueue)
+    : configuration_(configuration), mainQueue_(mainQueue) {}
 
 LinuxHttpSession::~LinuxHttpSession() {
-  // First of all, so that nothing of them calls back while the connections are closed.
+  // Before the sessions are aborted, so that aborting calls no completion.
   transfers_.clear();
   for (const auto& session : {direct_, proxied_}) {
     if (session) soup_session_abort(session.get());
@@ -38,7 +39,7 @@ LinuxHttpSession::~LinuxHttpSession() {
 }
 
 SoupSession* LinuxHttpSession::sessionFor(const Url& url) {
-  if (isThisMachine(url.host().value_or(""))) {
+  if (isLoopback(url.host().value_or(""))) {
     if (!direct_) {
       direct_ = makeSession();
       soup_session_set_proxy_resolver(direct_.get(), nullptr);
@@ -50,14 +51,14 @@ SoupSession* LinuxHttpSession::sessionFor(const Url& url) {
 }
 
 void LinuxHttpSession::send(const HttpRequest& request, Completion completion) {
-  start(std::make_shared<HttpTransfer>(request, configuration_), request.url,
+  start(std::make_shared<HttpTransfer>(request, configuration_, mainQueue_), request.url,
         std::move(completion));
 }
 
 void LinuxHttpSession::send(const HttpRequest& request, HttpReceiver receiver,
                             Completion completion) {
-  start(std::make_shared<HttpTransfer>(request, configuration_, std::move(receiver)), request.url,
-        std::move(completion));
+  start(std::make_shared<HttpTransfer>(request, configuration_, mainQueue_, std::move(receiver)),
+        request.url, std::move(completion));
 }
 
 void LinuxHttpSession::start(const std::shared_ptr<HttpTransfer>& transfer, const Url& url,
@@ -66,7 +67,7 @@ void LinuxHttpSession::start(const std::shared_ptr<HttpTransfer>& transfer, cons
   const auto onEnd = [this, ended = transfer.get(),
                       completion = std::move(completion)](Result result) {
     std::erase_if(transfers_, [&](const auto& each) { return each.get() == ended; });
-    // It may destroy this session, so it is the last that happens here.
+    // Last, because it may destroy this session.
     completion(std::move(result));
   };
   transfer->start(sessionFor(url), onEnd);

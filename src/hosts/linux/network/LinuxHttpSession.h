@@ -8,19 +8,21 @@
 #include "hosts/linux/network/HttpTransfer.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "platform/HttpSession.h"
+#include "platform/MainQueue.h"
 
 namespace navora {
 
-// Requests over libsoup. Proxies are those of the desktop, except for this machine itself.
+// Sends requests with libsoup, through the desktop's proxies except to loopback addresses.
 class LinuxHttpSession final : public HttpSession {
  public:
-  explicit LinuxHttpSession(const HttpSessionConfiguration& configuration);
+  // `mainQueue` must outlive the session.
+  LinuxHttpSession(const HttpSessionConfiguration& configuration, MainQueue& mainQueue);
   ~LinuxHttpSession() override;
   LinuxHttpSession(const LinuxHttpSession&) = delete;
   LinuxHttpSession& operator=(const LinuxHttpSession&) = delete;
 
   void send(const HttpRequest& request, Completion completion) override;
-  // The same with an answer that is too long for the memory: the response has no body then. The
+  // Hands the body to `receiver` instead of keeping it: the response of `completion` has none. The
   // receiver must not destroy the session.
   void send(const HttpRequest& request, HttpReceiver receiver, Completion completion);
 
@@ -29,7 +31,8 @@ class LinuxHttpSession final : public HttpSession {
   SoupSession* sessionFor(const Url& url);
 
   const HttpSessionConfiguration configuration_;
-  // Made when they are needed.
+  MainQueue& mainQueue_;
+  // Null until first used.
   GObjectPtr<SoupSession> direct_;
   GObjectPtr<SoupSession> proxied_;
   std::vector<std::shared_ptr<HttpTransfer>> transfers_;

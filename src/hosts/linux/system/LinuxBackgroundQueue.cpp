@@ -2,7 +2,6 @@
 
 #include <utility>
 
-#include "hosts/linux/system/LinuxMainQueue.h"
 #include "support/FatalError.h"
 
 namespace navora {
@@ -24,13 +23,13 @@ void LinuxBackgroundQueue::run(std::function<void()> work, std::function<void()>
         this, threads, exclusive, nullptr);
   }
   jobs_.add(std::move(work), std::move(completion));
-  // The pool's items only count; the jobs are ours.
+  // The pool only counts items; what each one does is in `jobs_`.
   if (g_thread_pool_push(pool_, this, nullptr) == FALSE)
     fatalError("The system has no thread left", "LinuxBackgroundQueue", __LINE__);
 }
 
 void LinuxBackgroundQueue::workOnNext() {
-  if (jobs_.workOnNext()) LinuxMainQueue().async(completeNext_);
+  if (jobs_.workOnNext()) mainQueue_.async(completeNext_);
 }
 
 }  // namespace navora

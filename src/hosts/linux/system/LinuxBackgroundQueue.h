@@ -6,14 +6,16 @@
 
 #include "platform/BackgroundJobs.h"
 #include "platform/BackgroundQueue.h"
+#include "platform/MainQueue.h"
 #include "support/Lifetime.h"
 
 namespace navora {
 
-// Borrows a thread of the process's common pool while there is work.
+// Runs work on a thread that it borrows from GLib's shared pool while there is any.
 class LinuxBackgroundQueue final : public BackgroundQueue {
  public:
-  LinuxBackgroundQueue() = default;
+  // Delivers completions through `mainQueue`, which must outlive this queue.
+  explicit LinuxBackgroundQueue(MainQueue& mainQueue) : mainQueue_(mainQueue) {}
   ~LinuxBackgroundQueue() override;
   LinuxBackgroundQueue(const LinuxBackgroundQueue&) = delete;
   LinuxBackgroundQueue& operator=(const LinuxBackgroundQueue&) = delete;
@@ -23,6 +25,7 @@ class LinuxBackgroundQueue final : public BackgroundQueue {
  private:
   void workOnNext();
 
+  MainQueue& mainQueue_;
   BackgroundJobs jobs_;
   GThreadPool* pool_ = nullptr;
   Lifetime lifetime_;

@@ -15,12 +15,12 @@
 namespace navora {
 namespace {
 
-// Their numbers in the installer.
+// Descriptor numbers in the installer's process.
 constexpr int lockDescriptor = 3;
 constexpr int applicationDescriptor = 4;
 
-// What is open in this process and by which number the installer knows it. The copies are numbers
-// that are in nobody's way while they are renumbered.
+// File actions that give the installer its descriptors. They are duplicated above the target
+// numbers first, so that no dup2 overwrites one that is still needed.
 class SpawnFiles {
  public:
   SpawnFiles(const FileDescriptor& lock, const FileDescriptor& application)
@@ -46,8 +46,8 @@ class SpawnFiles {
 
 std::optional<PlatformError> launchInstaller(const Installation& installation,
                                              UpdateFolder folder) {
-  // Tells the end when everything of the process is closed, its connection to the bus included; the
-  // end of a pipe would be told while the rest is still open.
+  // A pidfd becomes readable when the whole process has exited, its bus connection included. A pipe
+  // would be closed while other descriptors are still open.
   const FileDescriptor application(static_cast<int>(::syscall(SYS_pidfd_open, ::getpid(), 0)));
   if (!application)
     return systemUpdateError(UpdateStage::installation, "The installer cannot wait", errno);
@@ -66,7 +66,7 @@ std::optional<PlatformError> launchInstaller(const Installation& installation,
   const int error = ::posix_spawn(&process, words[0].c_str(), files.actions(), nullptr,
                                   arguments.data(), environ);
   if (error != 0) {
-    // Nobody else will remove it.
+    // Removes the folder: the adopted object is destroyed at once.
     UpdateFolder::adopt(folder.path(), std::move(lock));
     return systemUpdateError(UpdateStage::installation, "The installer does not start", error);
   }

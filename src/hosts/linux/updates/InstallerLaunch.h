@@ -8,8 +8,9 @@
 
 namespace navora {
 
-// Starts the program that puts the version in `folder` in place of the installation once this
-// process has ended.
+// Starts navora-install-update, which waits for this process to exit and then replaces the
+// installation with the version in `folder`. Returns the error if it cannot be started; `folder` is
+// then removed.
 std::optional<PlatformError> launchInstaller(const Installation& installation, UpdateFolder folder);
 
 }  // namespace navora

@@ -13,8 +13,9 @@ namespace {
 
 constexpr const char* lastCheckKey = "navora.updater.lastCheck";
 constexpr const char* rolloutGroupKey = "navora.updater.rolloutGroup";
+// In seconds.
 constexpr double checkInterval = 24 * 60 * 60;
-// Not while the application starts.
+// Keeps the first check out of the application's start.
 constexpr double shortestDelay = 5;
 
 double numberFor(const UserDefaults& userDefaults, const char* key, double otherwise) {
@@ -24,7 +25,7 @@ double numberFor(const UserDefaults& userDefaults, const char* key, double other
 
 }  // namespace
 
-// An entry in the list, as long as both last.
+// Keeps a callback in the list of observers until it is destroyed.
 class LinuxUpdater::Observation final : public ObserverToken {
  public:
   Observation(const std::shared_ptr<Observers>& observers, std::function<void()> callback)
@@ -46,20 +47,26 @@ LinuxUpdater::LinuxUpdater(Configuration configuration, const Dependencies& depe
       dependencies_(dependencies),
       userDriver_(userDriver),
       delegate_(delegate),
-      context_{configuration_.settings, configuration_.installation, userDriver,
-               dependencies.mainQueue,  configuration_.terminate,    std::nullopt} {}
+      context_{.settings = configuration_.settings,
+               .installation = configuration_.installation,
+               .userDriver = userDriver,
+               .mainQueue = dependencies.mainQueue,
+               .backgroundQueue = dependencies.backgroundQueue,
+               .terminate = configuration_.terminate,
+               .prepared = std::nullopt} {}
 
 LinuxUpdater::~LinuxUpdater() = default;
 
 std::optional<PlatformError> LinuxUpdater::startUpdater() {
-  // After everything that belongs to the start of the application.
+  // After the rest of the application's start.
   dependencies_.mainQueue.async(lifetime_.guard([this] { reportLaunch(); }));
   scheduleCheck();
   return std::nullopt;
 }
 
 void LinuxUpdater::reportLaunch() {
-  // Of an update that was interrupted; one that is under way holds on to its own.
+  // An interrupted update leaves its folder behind; an update in progress holds the lock on its
+  // own.
   if (configuration_.installation) UpdateFolder::removeLeftovers(*configuration_.installation);
   const bool followsUpdate = configuration_.launch.followsUpdate();
   configuration_.launch.confirm();
@@ -73,11 +80,11 @@ void LinuxUpdater::reportLaunch() {
 }
 
 void LinuxUpdater::scheduleCheck() {
-  // Whatever else was installed is kept up to date by whoever installed it.
+  // Without an Installation, a package manager or the user is responsible for updates.
   if (!configuration_.installation || !configuration_.settings) return;
   const double sinceLastCheck = secondsSince1970(dependencies_.system.now()) -
                                 numberFor(dependencies_.userDefaults, lastCheckKey, 0);
-  // A clock that was put back does not delay the check beyond the interval.
+  // Clamped, so that setting the clock back delays the check by one interval at most.
   const double delay =
       std::clamp(checkInterval - std::max(sinceLastCheck, 0.0), shortestDelay, checkInterval);
   timer_ = dependencies_.mainQueue.after(std::chrono::milliseconds(static_cast<long>(delay * 1000)),
@@ -104,18 +111,18 @@ void LinuxUpdater::check(bool userInitiated) {
       context_,
       AppcastSelection::Conditions{configuration_.currentVersion, configuration_.systemVersion, now,
                                    rolloutGroup(), userInitiated});
-  tellObservers();
+  notifyObservers();
   session_->start([this](const std::optional<PlatformError>& error) { sessionEnded(error); });
 }
 
 void LinuxUpdater::sessionEnded(const std::optional<PlatformError>& error) {
   userDriver_.dismissUpdateInstallation();
   session_.reset();
-  tellObservers();
+  notifyObservers();
   delegate_.didFinishUpdateCycle(error);
 }
 
-// Chosen once, so that nobody is always among the first.
+// Returns the stored group, or chooses and stores one at random.
 int LinuxUpdater::rolloutGroup() {
   const double stored = numberFor(dependencies_.userDefaults, rolloutGroupKey, -1);
   const auto group = static_cast<int>(stored);
@@ -136,8 +143,8 @@ std::unique_ptr<ObserverToken> LinuxUpdater::observeSessionInProgress(
   return std::make_unique<Observation>(observers_, std::move(callback));
 }
 
-void LinuxUpdater::tellObservers() const {
-  // An observer may go when it is told.
+void LinuxUpdater::notifyObservers() const {
+  // A copy: a callback may destroy observers.
   const std::vector<std::function<void()>> present(observers_->begin(), observers_->end());
   for (const auto& observer : present)
     observer();

@@ -8,6 +8,7 @@
 
 #include "hosts/linux/updates/UpdateLaunch.h"
 #include "hosts/linux/updates/UpdateSession.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/MainQueue.h"
 #include "platform/System.h"
 #include "platform/Updater.h"
@@ -16,27 +17,30 @@
 
 namespace navora {
 
-// Looks for new versions in the feed once a day, as long as this program is an installation of its
-// own, and whenever it is asked to; one session at a time.
+// Checks the feed on request and, if the running program belongs to an Installation, once a day.
+// One session at a time.
 class LinuxUpdater final : public Updater {
  public:
   struct Configuration {
     std::optional<UpdateSettings> settings;
     std::optional<Installation> installation;
     std::string currentVersion;
-    // Of the C library.
+    // Version of the C library.
     std::string systemVersion;
     UpdateLaunch& launch;
-    // Ends the application.
+    // Asks the application to quit.
     std::function<void()> terminate;
   };
+  // The platform interfaces that the updater uses.
   struct Dependencies {
     MainQueue& mainQueue;
+    // Work on it may take minutes.
+    BackgroundQueue& backgroundQueue;
     System& system;
     UserDefaults& userDefaults;
   };
 
-  // Everything must outlive this object.
+  // Everything passed by reference must outlive the updater.
   LinuxUpdater(Configuration configuration, const Dependencies& dependencies,
                UpdaterUserDriver& userDriver, UpdaterDelegate& delegate);
   ~LinuxUpdater() override;
@@ -58,7 +62,7 @@ class LinuxUpdater final : public Updater {
   void check(bool userInitiated);
   void sessionEnded(const std::optional<PlatformError>& error);
   int rolloutGroup();
-  void tellObservers() const;
+  void notifyObservers() const;
 
   const Configuration configuration_;
   const Dependencies dependencies_;

@@ -1,13 +1,17 @@
 #include "hosts/linux/updates/ProgramCheck.h"
 
+#include <chrono>
 #include <utility>
 
-#include "hosts/linux/system/LinuxMainQueue.h"
-
 namespace navora {
+namespace {
 
-ProgramCheck::ProgramCheck(const std::filesystem::path& program, Completion completion,
-                           std::chrono::milliseconds patience)
+constexpr std::chrono::seconds timeout{30};
+
+}  // namespace
+
+ProgramCheck::ProgramCheck(const std::filesystem::path& program, MainQueue& mainQueue,
+                           Completion completion)
     : completion_(std::move(completion)),
       cancellable_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
   constexpr auto silent = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_SILENCE |
@@ -15,10 +19,10 @@ ProgramCheck::ProgramCheck(const std::filesystem::path& program, Completion comp
   process_ = GObjectPtr<GSubprocess>::adopt(
       g_subprocess_new(silent, nullptr, program.c_str(), "--self-test", nullptr));
   if (!process_) {
-    timer_ = LinuxMainQueue().after(std::chrono::milliseconds::zero(), [this] { end(false); });
+    timer_ = mainQueue.after(std::chrono::milliseconds::zero(), [this] { end(false); });
     return;
   }
-  timer_ = LinuxMainQueue().after(patience, [this] { end(false); });
+  timer_ = mainQueue.after(timeout, [this] { end(false); });
   g_subprocess_wait_check_async(process_.get(), cancellable_.get(), onEnd, this);
 }
 
@@ -28,18 +32,17 @@ ProgramCheck::~ProgramCheck() {
 }
 
 void ProgramCheck::onEnd(GObject* process, GAsyncResult* result, gpointer self) {
-  GError* failure = nullptr;
+  GErrorPtr error;
   const bool passed =
-      g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, &failure) != FALSE;
-  const GErrorPtr error(failure);
-  // Then there is no check any more.
-  if (error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_CANCELLED) != FALSE) return;
+      g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, error.out()) != FALSE;
+  // The destructor cancels the wait, so `self` is dangling then.
+  if (error.matches(G_IO_ERROR, G_IO_ERROR_CANCELLED)) return;
   static_cast<ProgramCheck*>(self)->end(passed);
 }
 
 void ProgramCheck::end(bool passed) {
   timer_.reset();
-  // It may destroy this check.
+  // The completion may destroy this check.
   if (const Completion completion = std::exchange(completion_, nullptr)) completion(passed);
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -8,21 +7,21 @@
 #include <gio/gio.h>
 
 #include "hosts/linux/system/GLibSupport.h"
+#include "platform/MainQueue.h"
 #include "platform/ObserverToken.h"
 
 namespace navora {
 
-// Runs a program's self-test: whether it starts on this machine and holds together. Destroying it
-// ends the program.
+// Runs a program with --self-test, which shows whether it starts on this system and finds its
+// resources. Destroying the check kills the program; the completion is not called.
 class ProgramCheck {
  public:
-  static constexpr std::chrono::seconds defaultPatience{30};
-
-  // Called once, later, with whether the program ended in time and well.
+  // Called once, after the constructor has returned: true if the program exited with status 0
+  // within 30 seconds. May destroy the check.
   using Completion = std::function<void(bool)>;
 
-  ProgramCheck(const std::filesystem::path& program, Completion completion,
-               std::chrono::milliseconds patience = defaultPatience);
+  // `mainQueue` must outlive the check.
+  ProgramCheck(const std::filesystem::path& program, MainQueue& mainQueue, Completion completion);
   ~ProgramCheck();
   ProgramCheck(const ProgramCheck&) = delete;
   ProgramCheck& operator=(const ProgramCheck&) = delete;

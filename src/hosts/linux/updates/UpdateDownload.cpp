@@ -27,11 +27,12 @@ PlatformError failure(const std::string& description) {
 
 }  // namespace
 
-UpdateDownload::UpdateDownload(UpdateArchive archive, std::filesystem::path file, Progress progress)
+UpdateDownload::UpdateDownload(UpdateArchive archive, std::filesystem::path file, Progress progress,
+                               MainQueue& mainQueue)
     : archive_(std::move(archive)),
       path_(std::move(file)),
       progress_(std::move(progress)),
-      session_(limitsFor(archive_)) {}
+      session_(limitsFor(archive_), mainQueue) {}
 
 void UpdateDownload::start(Completion completion) {
   HttpReceiver receiver{[this](int status, std::uint64_t length) { return begin(status, length); },

@@ -9,24 +9,28 @@
 #include "hosts/linux/installation/Appcast.h"
 #include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
+#include "platform/MainQueue.h"
 #include "platform/PlatformError.h"
 
 namespace navora {
 
-// Fetches the archive of a release into a file: exactly as many bytes as the feed announces.
-// Destroying it stops.
+// Downloads the archive of a release into a new file. Fails unless it has exactly the length that
+// the feed states. Destroying the download cancels it; the completion is not called.
 class UpdateDownload {
  public:
   struct Progress {
-    // Bytes in all, and bytes since the last call.
+    // Called once, with the length in bytes.
     std::function<void(std::uint64_t)> expected;
+    // Called with the number of bytes received since the last call.
     std::function<void(std::uint64_t)> received;
   };
   using Completion = std::function<void(std::optional<PlatformError>)>;
 
-  UpdateDownload(UpdateArchive archive, std::filesystem::path file, Progress progress);
+  // `file` must not exist. `mainQueue` must outlive the download.
+  UpdateDownload(UpdateArchive archive, std::filesystem::path file, Progress progress,
+                 MainQueue& mainQueue);
 
-  // The completion comes once, later.
+  // Calls `completion` once, after this function has returned, with the error or std::nullopt.
   void start(Completion completion);
 
  private:

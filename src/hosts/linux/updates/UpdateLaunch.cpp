@@ -14,7 +14,8 @@
 namespace navora {
 namespace {
 
-// None for anything but the number of an open socket.
+// Parses a descriptor number and takes ownership of it. Returns an empty one unless it is an open
+// socket other than the standard files.
 FileDescriptor openSocket(std::string_view text) {
   const auto number = wholeNumber<int>(text);
   struct stat status{};
@@ -38,7 +39,7 @@ UpdateLaunch::UpdateLaunch() {
 
 void UpdateLaunch::confirm() {
   constexpr char byte = 1;
-  // If the installer is gone, nobody needs to know.
+  // Fails only if the installer has exited.
   if (started_) ::send(started_.get(), &byte, sizeof byte, MSG_NOSIGNAL);
   started_ = {};
 }

@@ -4,17 +4,18 @@
 
 namespace navora {
 
-// What an update has to do with this start of the program, taken from the environment, where it is
-// for nobody else.
+// How an update is related to this start of the program. The installer says so in environment
+// variables, which the constructor removes, so that child processes do not inherit them.
 class UpdateLaunch {
  public:
-  // To be made before any other process is started.
+  // Must come before any other process is started.
   UpdateLaunch();
 
   bool followsUpdate() const { return static_cast<bool>(started_); }
   bool followsFailedUpdate() const { return failed_; }
 
-  // Tells the installer that this version has started. Until then it is ready to go back.
+  // Tells the installer that this version has started. Without it the installer restores the old
+  // version.
   void confirm();
 
  private:

@@ -1,5 +1,6 @@
 #include "hosts/linux/updates/UpdateSession.h"
 
+#include <atomic>
 #include <chrono>
 #include <utility>
 
@@ -8,7 +9,6 @@
 #include "hosts/linux/installation/UpdateError.h"
 #include "hosts/linux/installation/UpdatePreparation.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
-#include "hosts/linux/system/LinuxMainQueue.h"
 #include "hosts/linux/updates/InstallerLaunch.h"
 
 namespace navora {
@@ -23,6 +23,20 @@ PlatformError feedError(const std::string& description) {
   return updateError(UpdateStage::feed, description);
 }
 
+// Tells work on another thread that the coroutine that has it as a local variable was destroyed.
+class Cancellation {
+ public:
+  Cancellation() = default;
+  ~Cancellation() { *cancelled_ = true; }
+  Cancellation(const Cancellation&) = delete;
+  Cancellation& operator=(const Cancellation&) = delete;
+
+  std::shared_ptr<const std::atomic<bool>> flag() const { return cancelled_; }
+
+ private:
+  const std::shared_ptr<std::atomic<bool>> cancelled_ = std::make_shared<std::atomic<bool>>(false);
+};
+
 }  // namespace
 
 UpdateSession::UpdateSession(Context& context, AppcastSelection::Conditions conditions)
@@ -30,16 +44,16 @@ UpdateSession::UpdateSession(Context& context, AppcastSelection::Conditions cond
 
 void UpdateSession::start(Completion completion) {
   completion_ = std::move(completion);
-  task_ = run();
+  task_ = runAndFinish();
 }
 
-Task<> UpdateSession::run() {
-  auto error = co_await follow();
-  end(std::move(error));
+Task<> UpdateSession::runAndFinish() {
+  auto error = co_await run();
+  finish(std::move(error));
 }
 
-void UpdateSession::end(Failure error) {
-  // Later, because it may destroy this session, whose task is still under way.
+void UpdateSession::finish(Failure error) {
+  // Queued, because it may destroy this session, whose task is still running.
   context_.mainQueue.async(lifetime_.guard([this, error = std::move(error)] {
     const Completion completion = std::exchange(completion_, nullptr);
     if (completion) completion(error);
@@ -48,22 +62,21 @@ void UpdateSession::end(Failure error) {
 
 std::function<void()> UpdateSession::cancellation() {
   return lifetime_.guard([this] {
-    worker_.reset();
     task_ = {};
-    end(std::nullopt);
+    finish(std::nullopt);
   });
 }
 
-Task<Failure> UpdateSession::follow() {
+Task<Failure> UpdateSession::run() {
   if (conditions_.userInitiated) context_.userDriver.showUserInitiatedUpdateCheck(cancellation());
   const Found found = co_await findUpdate();
   if (!found) {
-    // Of what happens in the background the user hears only what they can act on.
-    if (conditions_.userInitiated) co_await tell(found.error());
+    // A failed background check leaves the user nothing to do.
+    if (conditions_.userInitiated) co_await reportError(found.error());
     co_return found.error();
   }
   if (!*found) {
-    if (conditions_.userInitiated) co_await tellNothingFound();
+    if (conditions_.userInitiated) co_await reportNothingFound();
     co_return std::nullopt;
   }
   const AppcastEntry& entry = **found;
@@ -73,13 +86,13 @@ Task<Failure> UpdateSession::follow() {
   Failure error;
   if (!isPrepared(entry)) error = co_await prepare(entry);
   if (!error) error = co_await install();
-  if (error) co_await tell(*error);
+  if (error) co_await reportError(*error);
   co_return error;
 }
 
 Task<UpdateSession::Found> UpdateSession::findUpdate() {
   if (!context_.settings) co_return std::optional<AppcastEntry>();
-  feedSession_ = std::make_unique<LinuxHttpSession>(feedLimits);
+  feedSession_ = std::make_unique<LinuxHttpSession>(feedLimits, context_.mainQueue);
   const HttpRequest request{context_.settings->feed};
   const auto feed = co_await awaitCallback<HttpSession::Result>(
       [this, &request](Callback<HttpSession::Result> done) {
@@ -124,17 +137,24 @@ Task<UserUpdateChoice> UpdateSession::offer(const AppcastEntry& entry, bool isIn
 }
 
 Task<Failure> UpdateSession::prepare(AppcastEntry entry) {
-  // The folder of a version that has been overtaken is needed for this one.
+  // Frees the folder of an older prepared version for this one.
   context_.prepared.reset();
-  auto folder = UpdateFolder::claim(*context_.installation);
-  if (!folder) co_return folder.error();
+  using Claim = Expected<UpdateFolder, PlatformError>;
+  // Queued behind the work of a session that was cancelled while it unpacked: it holds the folder.
+  std::function<Claim()> claim = [installation = *context_.installation] {
+    return UpdateFolder::claim(installation);
+  };
+  auto claimed = co_await awaitBackground<Claim>(context_.backgroundQueue, std::move(claim));
+  if (!claimed) co_return claimed.error();
+  // Shared with the work that unpacks: the folder is removed after both have released it.
+  const auto folder = std::make_shared<UpdateFolder>(*std::move(claimed));
   Failure error = co_await download(entry, *folder);
-  if (!error) error = co_await unpack(entry, *folder);
+  if (!error) error = co_await unpack(entry, folder);
   if (error) co_return error;
-  const bool works = co_await starts(*folder);
+  const bool works = co_await passesSelfTest(*folder);
   if (!works)
     co_return updateError(UpdateStage::verification, "The new version does not run on this system");
-  context_.prepared.emplace(PreparedVersion{entry.version, *std::move(folder)});
+  context_.prepared.emplace(PreparedVersion{entry.version, std::move(*folder)});
   co_return std::nullopt;
 }
 
@@ -150,36 +170,36 @@ Task<Failure> UpdateSession::download(const AppcastEntry& entry, const UpdateFol
   progress.received = [&userDriver](std::uint64_t length) {
     userDriver.showDownloadDidReceiveData(length);
   };
-  download_ = std::make_unique<UpdateDownload>(*entry.archive, folder.archive(), progress);
+  download_ = std::make_unique<UpdateDownload>(*entry.archive, folder.archive(), progress,
+                                               context_.mainQueue);
   auto error = co_await awaitCallback<Failure>(
       [this](Callback<Failure> done) { download_->start(std::move(done)); });
   download_.reset();
   co_return error;
 }
 
-Task<Failure> UpdateSession::unpack(const AppcastEntry& entry, const UpdateFolder& folder) {
+Task<Failure> UpdateSession::unpack(const AppcastEntry& entry,
+                                    std::shared_ptr<const UpdateFolder> folder) {
   UpdaterUserDriver& userDriver = context_.userDriver;
   userDriver.showDownloadDidStartExtractingUpdate();
   const std::function<void(double)> show = lifetime_.guard(
       [&userDriver](double progress) { userDriver.showExtractionReceivedProgress(progress); });
-  const Worker::Work work = [&entry, &folder, key = context_.settings->publicKey,
-                             show](const std::atomic<bool>& cancelled) {
-    const auto progress = [&show](double value) {
-      LinuxMainQueue().async([show, value] { show(value); });
-    };
-    return prepareUpdate(folder, entry, key, progress, cancelled);
-  };
-  auto error = co_await awaitCallback<Failure>([this, &work](Callback<Failure> done) {
-    worker_ = std::make_unique<Worker>(work, std::move(done));
-  });
-  worker_.reset();
-  co_return error;
+  const Cancellation cancellation;
+  std::function<Failure()> work =
+      [folder = std::move(folder), entry, show, key = context_.settings->publicKey,
+       cancelled = cancellation.flag(), &mainQueue = context_.mainQueue] {
+        const auto progress = [&show, &mainQueue](double value) {
+          mainQueue.async([show, value] { show(value); });
+        };
+        return prepareUpdate(*folder, entry, key, progress, *cancelled);
+      };
+  co_return co_await awaitBackground<Failure>(context_.backgroundQueue, std::move(work));
 }
 
-Task<bool> UpdateSession::starts(const UpdateFolder& folder) {
+Task<bool> UpdateSession::passesSelfTest(const UpdateFolder& folder) {
   const auto program = Installation::executableIn(folder.version());
   const bool passed = co_await awaitCallback<bool>([this, &program](Callback<bool> done) {
-    programCheck_ = std::make_unique<ProgramCheck>(program, std::move(done));
+    programCheck_ = std::make_unique<ProgramCheck>(program, context_.mainQueue, std::move(done));
   });
   programCheck_.reset();
   co_return passed;
@@ -195,7 +215,7 @@ Task<Failure> UpdateSession::install() {
   context_.prepared.reset();
   auto error = launchInstaller(*context_.installation, std::move(folder));
   if (error) co_return error;
-  // From here on, only the end of the application is to come.
+  // Never resumed: the session ends with the application.
   co_await awaitCallback<void>([this](const Callback<void>&) { terminateApplication(); });
   co_return std::nullopt;
 }
@@ -209,14 +229,14 @@ void UpdateSession::terminateApplication() {
   });
 }
 
-Task<> UpdateSession::tellNothingFound() {
+Task<> UpdateSession::reportNothingFound() {
   const PlatformError error = feedError("There is no newer version");
   co_await awaitCallback<void>([this, &error](Callback<void> done) {
     context_.userDriver.showUpdateNotFound(error, std::move(done));
   });
 }
 
-Task<> UpdateSession::tell(PlatformError error) {
+Task<> UpdateSession::reportError(PlatformError error) {
   co_await awaitCallback<void>([this, &error](Callback<void> done) {
     context_.userDriver.showUpdaterError(error, std::move(done));
   });

@@ -12,7 +12,7 @@
 #include "hosts/linux/updates/ProgramCheck.h"
 #include "hosts/linux/updates/UpdateDownload.h"
 #include "hosts/linux/updates/UpdateSettings.h"
-#include "hosts/linux/updates/Worker.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/HttpSession.h"
 #include "platform/MainQueue.h"
 #include "platform/Updater.h"
@@ -22,25 +22,27 @@
 
 namespace navora {
 
-// A version that has been fetched, verified and unpacked, and waits for its installation.
+// A version that has been downloaded, verified and unpacked, ready to be installed.
 struct PreparedVersion {
   std::string version;
   UpdateFolder folder;
 };
 
-// One check for updates and everything that follows from it, up to the end of the application.
+// One check for updates and all that follows from it, up to the request to quit the application.
+// Destroying it cancels what is in progress; the completion is not called.
 class UpdateSession {
  public:
   struct Context {
-    // None if this build has no feed.
+    // std::nullopt if this build has no feed.
     std::optional<UpdateSettings> settings;
-    // None if this program is no installation of its own; then releases can only be read about.
+    // std::nullopt if the running program belongs to none; releases are then only announced.
     std::optional<Installation> installation;
     UpdaterUserDriver& userDriver;
     MainQueue& mainQueue;
-    // Ends the application.
+    BackgroundQueue& backgroundQueue;
+    // Asks the application to quit.
     std::function<void()> terminate;
-    // Kept between sessions, so that nothing is fetched twice.
+    // Kept between sessions, so that no version is downloaded twice.
     std::optional<PreparedVersion> prepared;
   };
   using Completion = std::function<void(std::optional<PlatformError>)>;
@@ -50,41 +52,43 @@ class UpdateSession {
   UpdateSession(const UpdateSession&) = delete;
   UpdateSession& operator=(const UpdateSession&) = delete;
 
-  // The completion comes once, perhaps at once; it may destroy the session.
+  // Calls `completion` once, after this function has returned, with the error or std::nullopt. It
+  // may destroy the session.
   void start(Completion completion);
 
  private:
   using Found = Expected<std::optional<AppcastEntry>, PlatformError>;
 
-  Task<> run();
-  Task<std::optional<PlatformError>> follow();
+  Task<> runAndFinish();
+  Task<std::optional<PlatformError>> run();
   Task<Found> findUpdate();
   Found select(const HttpSession::Result& feed) const;
   Task<UserUpdateChoice> offer(const AppcastEntry& entry, bool isInformational);
   Task<std::optional<PlatformError>> prepare(AppcastEntry entry);
   Task<std::optional<PlatformError>> download(const AppcastEntry& entry,
                                               const UpdateFolder& folder);
-  Task<std::optional<PlatformError>> unpack(const AppcastEntry& entry, const UpdateFolder& folder);
-  Task<bool> starts(const UpdateFolder& folder);
+  Task<std::optional<PlatformError>> unpack(const AppcastEntry& entry,
+                                            std::shared_ptr<const UpdateFolder> folder);
+  Task<bool> passesSelfTest(const UpdateFolder& folder);
   Task<std::optional<PlatformError>> install();
   void terminateApplication();
 
-  Task<> tellNothingFound();
-  Task<> tell(PlatformError error);
-  // Walks through the folder of the installation.
+  Task<> reportNothingFound();
+  Task<> reportError(PlatformError error);
+  // Reads the installation's whole folder tree.
   bool canBeInstalled(const AppcastEntry& entry) const;
   bool isPrepared(const AppcastEntry& entry) const;
   std::function<void()> cancellation();
-  void end(std::optional<PlatformError> error);
+  void finish(std::optional<PlatformError> error);
 
   Context& context_;
   const AppcastSelection::Conditions conditions_;
   Completion completion_;
-  // What works for the task is below it, so that it ends before what it works on.
+  // The task's callbacks refer to its frame, so the objects that call them are declared below it
+  // and destroyed first.
   Task<> task_;
   std::unique_ptr<HttpSession> feedSession_;
   std::unique_ptr<UpdateDownload> download_;
-  std::unique_ptr<Worker> worker_;
   std::unique_ptr<ProgramCheck> programCheck_;
   std::unique_ptr<ObserverToken> termination_;
   Lifetime lifetime_;

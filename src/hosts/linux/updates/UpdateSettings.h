@@ -8,15 +8,15 @@
 
 namespace navora {
 
-// Where this build looks for releases, and whose releases it takes.
+// The feed of releases and the key that their archives must be signed with.
 struct UpdateSettings {
   Url feed;
   Ed25519PublicKey publicKey{};
-  // A feed that is not signed as a whole is refused.
+  // Refuse a feed without a valid signature over the whole feed.
   bool feedMustBeSigned = false;
 
-  // Of the build. One that was given no feed asks the development service at `service`, if that is
-  // on this machine, and takes what was signed with the key for development; otherwise it has none.
+  // Returns the settings that were compiled in. A build without a feed uses the development service
+  // at `service`, if that is a loopback address, with the development key; otherwise std::nullopt.
   static std::optional<UpdateSettings> ofThisBuild(const std::optional<std::string>& service);
 };
 
