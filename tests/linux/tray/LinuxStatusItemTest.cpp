@@ -15,9 +15,9 @@
 #include "hosts/linux/tray/StatusIcon.h"
 #include "hosts/linux/window/ColorScheme.h"
 #include "linux/application/RecordingMenuDelegate.h"
+#include "linux/support/FakeSettingsPortal.h"
+#include "linux/support/FakeTray.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/SettingsPortal.h"
-#include "linux/support/StatusTray.h"
 
 namespace navora {
 namespace {
@@ -69,7 +69,7 @@ class LinuxStatusItemTest : public testing::Test {
   GVariantPtr itemProperty(const char* name) {
     return tray_.property(item_->busName(), itemPath, itemInterface, name);
   }
-  StatusTray::Layout layout() { return tray_.layout(item_->busName(), DBusMenu::path); }
+  FakeTray::Layout layout() { return tray_.layout(item_->busName(), DBusMenu::path); }
   std::vector<std::string> labels() {
     std::vector<std::string> texts;
     for (const auto& entry : layout().entries)
@@ -93,7 +93,7 @@ class LinuxStatusItemTest : public testing::Test {
   RecordingMenuDelegate delegate_;
   int hides_ = 0;
   int terminations_ = 0;
-  StatusTray tray_;
+  FakeTray tray_;
   std::unique_ptr<LinuxStatusItem> item_;
 };
 
@@ -146,7 +146,7 @@ TEST_F(LinuxStatusItemTest, ReturnsTheMenusLayout) {
   EXPECT_THAT(labels(), ElementsAre("New note  Ctrl+Shift+Space", "Show__it", "", "Hide", "Quit"));
   EXPECT_EQ(shown.entries[2].type, "separator");
   EXPECT_EQ(shown.entries[0].type, "standard");
-  EXPECT_TRUE(std::ranges::all_of(shown.entries, &StatusTray::Entry::enabled));
+  EXPECT_TRUE(std::ranges::all_of(shown.entries, &FakeTray::Entry::enabled));
 }
 
 TEST_F(LinuxStatusItemTest, PerformsTheActionOfAClickedItem) {
@@ -186,7 +186,7 @@ TEST_F(LinuxStatusItemTest, AnnouncesAnInsertedItem) {
   // The other items keep their ids.
   for (std::size_t index = 0; index < before.entries.size(); ++index)
     EXPECT_EQ(after.entries[index + 1].id, before.entries[index].id);
-  EXPECT_EQ(std::ranges::count(before.entries, after.entries[0].id, &StatusTray::Entry::id), 0);
+  EXPECT_EQ(std::ranges::count(before.entries, after.entries[0].id, &FakeTray::Entry::id), 0);
 }
 
 TEST_F(LinuxStatusItemTest, AcceptsItemsBeforeItIsOnTheBus) {
@@ -344,12 +344,12 @@ TEST_F(StatusItemWithoutTrayTest, LogsOnceAndRegistersWithEveryTrayThatStarts) {
   const auto logged = waitForError("no tray", log);
   bool inEveryTray = true;
   for (int start = 0; start < 3; ++start) {
-    const StatusTray tray;
+    const FakeTray tray;
     inEveryTray = inEveryTray && waitUntil([&] { return tray.has(item_->busName()); });
   }
   makeItem();
   {
-    const StatusTray tray;
+    const FakeTray tray;
     inEveryTray = inEveryTray && waitUntil([&] { return tray.has(item_->busName()); });
   }
   log += testing::internal::GetCapturedStderr();
@@ -359,7 +359,7 @@ TEST_F(StatusItemWithoutTrayTest, LogsOnceAndRegistersWithEveryTrayThatStarts) {
 }
 
 TEST_F(StatusItemWithoutTrayTest, LogsThatATrayRefusesIt) {
-  StatusTray tray(StatusTray::Manner::refusing);
+  FakeTray tray(FakeTray::Manner::refusing);
   testing::internal::CaptureStderr();
   makeItem();
   std::string log;
@@ -454,8 +454,8 @@ class StatusItemColorSchemeTest : public testing::Test {
 
 TEST_F(StatusItemColorSchemeTest, FollowsTheColourScheme) {
   guint32 choice = 2;
-  SettingsPortal portal([&] { return g_variant_new_uint32(choice); });
-  StatusTray tray;
+  FakeSettingsPortal portal([&] { return g_variant_new_uint32(choice); });
+  FakeTray tray;
   LinuxImaging imaging;
   ColorScheme colorScheme;
   MissingTrayWarning missingTray;
@@ -468,10 +468,10 @@ TEST_F(StatusItemColorSchemeTest, FollowsTheColourScheme) {
     return redOf(tray.property(item.busName(), itemPath, itemInterface, "IconPixmap").get());
   };
   EXPECT_EQ(red(), 0);
-  portal.announce(SettingsPortal::appearance, "color-scheme", g_variant_new_uint32(1));
+  portal.announce(FakeSettingsPortal::appearance, "color-scheme", g_variant_new_uint32(1));
   ASSERT_TRUE(waitUntil([&] { return tray.heard("NewIcon") == 1; }));
   EXPECT_EQ(red(), 255);
-  portal.announce(SettingsPortal::appearance, "color-scheme", g_variant_new_uint32(2));
+  portal.announce(FakeSettingsPortal::appearance, "color-scheme", g_variant_new_uint32(2));
   ASSERT_TRUE(waitUntil([&] { return tray.heard("NewIcon") == 2; }));
   EXPECT_EQ(red(), 0);
 }

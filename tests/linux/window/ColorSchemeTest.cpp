@@ -6,16 +6,16 @@
 #include <gtk/gtk.h>
 
 #include "hosts/linux/window/ColorScheme.h"
+#include "linux/support/FakeSettingsPortal.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/SettingsPortal.h"
 #include "linux/support/TestDesktop.h"
 
 namespace navora {
 namespace {
 
-constexpr const char* portalPath = SettingsPortal::path;
-constexpr const char* settingsInterface = SettingsPortal::interface;
-constexpr const char* appearance = SettingsPortal::appearance;
+constexpr const char* portalPath = FakeSettingsPortal::path;
+constexpr const char* settingsInterface = FakeSettingsPortal::interface;
+constexpr const char* appearance = FakeSettingsPortal::appearance;
 
 GVariant* number(guint32 value) {
   return g_variant_new_uint32(value);
@@ -35,7 +35,7 @@ class SettingsListener {
   SettingsListener(const SettingsListener&) = delete;
   SettingsListener& operator=(const SettingsListener&) = delete;
 
-  testing::AssertionResult waitForMarker(SettingsPortal& portal) const {
+  testing::AssertionResult waitForMarker(FakeSettingsPortal& portal) const {
     portal.announce("marker", "marker", number(0));
     const auto received = waitUntil([this] { return received_; });
     runPendingEvents();
@@ -67,7 +67,7 @@ class ColorSchemeTest : public testing::Test {
                  dark ? TRUE : FALSE, nullptr);
   }
   // Repeats the signal, because the observer may not have subscribed yet.
-  testing::AssertionResult announceUntilDark(SettingsPortal& portal, bool dark) {
+  testing::AssertionResult announceUntilDark(FakeSettingsPortal& portal, bool dark) {
     return waitUntil([&] {
       if (isDark() == dark) return true;
       portal.announce(appearance, "color-scheme", number(dark ? 1 : 2));
@@ -77,26 +77,26 @@ class ColorSchemeTest : public testing::Test {
 };
 
 TEST_F(ColorSchemeTest, ReadsThePreference) {
-  SettingsPortal portal([] { return number(1); });
+  FakeSettingsPortal portal([] { return number(1); });
   const ColorScheme scheme;
   EXPECT_TRUE(waitUntil(isDark));
 }
 
 TEST_F(ColorSchemeTest, ReadsADoublyWrappedPreference) {
-  SettingsPortal portal([] { return g_variant_new_variant(number(1)); });
+  FakeSettingsPortal portal([] { return g_variant_new_variant(number(1)); });
   const ColorScheme scheme;
   EXPECT_TRUE(waitUntil(isDark));
 }
 
 TEST_F(ColorSchemeTest, PreferringLightOverridesADarkSetting) {
   setDark(true);
-  SettingsPortal portal([] { return number(2); });
+  FakeSettingsPortal portal([] { return number(2); });
   const ColorScheme scheme;
   EXPECT_TRUE(waitUntil([] { return !isDark(); }));
 }
 
 TEST_F(ColorSchemeTest, FollowsChanges) {
-  SettingsPortal portal([] { return number(2); });
+  FakeSettingsPortal portal([] { return number(2); });
   const ColorScheme scheme;
   ASSERT_TRUE(announceUntilDark(portal, true));
   portal.announce(appearance, "color-scheme", g_variant_new_variant(number(2)));
@@ -106,7 +106,7 @@ TEST_F(ColorSchemeTest, FollowsChanges) {
 }
 
 TEST_F(ColorSchemeTest, IgnoresOtherSettingsAndOtherTypes) {
-  SettingsPortal portal([] { return number(1); });
+  FakeSettingsPortal portal([] { return number(1); });
   const ColorScheme scheme;
   const SettingsListener listener;
   ASSERT_TRUE(waitUntil(isDark));
@@ -124,7 +124,7 @@ TEST_F(ColorSchemeTest, IgnoresAReplyOfAnotherTypeAndAnError) {
         std::function<GVariant*()>([] { return g_variant_new_boolean(TRUE); }),
         std::function<GVariant*()>([]() -> GVariant* { return nullptr; })}) {
     setDark(false);
-    SettingsPortal portal(answer);
+    FakeSettingsPortal portal(answer);
     const ColorScheme scheme;
     ASSERT_TRUE(waitUntil([&] { return portal.reads() > 0; }));
     EXPECT_FALSE(isDark());
@@ -135,7 +135,7 @@ TEST_F(ColorSchemeTest, IgnoresAReplyOfAnotherTypeAndAnError) {
 
 TEST_F(ColorSchemeTest, RestoresTheUsersSettingWithoutAPreference) {
   setDark(true);
-  SettingsPortal portal([] { return number(2); });
+  FakeSettingsPortal portal([] { return number(2); });
   const ColorScheme scheme;
   ASSERT_TRUE(waitUntil([] { return !isDark(); }));
   portal.announce(appearance, "color-scheme", number(0));
@@ -167,12 +167,12 @@ TEST_F(ColorSchemeTest, FollowsAPortalThatStartsLater) {
   const ColorScheme scheme;
   runPendingEvents();
   EXPECT_FALSE(isDark());
-  SettingsPortal portal([] { return number(2); });
+  FakeSettingsPortal portal([] { return number(2); });
   EXPECT_TRUE(announceUntilDark(portal, true));
 }
 
 TEST_F(ColorSchemeTest, RestoresTheUsersSettingAndUnsubscribesWhenDestroyed) {
-  SettingsPortal portal([] { return number(2); });
+  FakeSettingsPortal portal([] { return number(2); });
   {
     const ColorScheme scheme;
     ASSERT_TRUE(announceUntilDark(portal, true));
@@ -185,7 +185,7 @@ TEST_F(ColorSchemeTest, RestoresTheUsersSettingAndUnsubscribesWhenDestroyed) {
 }
 
 TEST_F(ColorSchemeTest, MayBeDestroyedBeforeItIsOnTheBus) {
-  SettingsPortal portal([] { return number(1); });
+  FakeSettingsPortal portal([] { return number(1); });
   {
     const ColorScheme scheme;
   }

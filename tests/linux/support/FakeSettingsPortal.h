@@ -10,17 +10,17 @@
 
 namespace navora {
 
-// Stands for the desktop's settings portal; answers from the main loop of the test.
-class SettingsPortal {
+// A settings portal (org.freedesktop.portal.Settings) that runs in the test's main loop.
+class FakeSettingsPortal {
  public:
   static constexpr const char* path = "/org/freedesktop/portal/desktop";
   static constexpr const char* interface = "org.freedesktop.portal.Settings";
   static constexpr const char* appearance = "org.freedesktop.appearance";
 
-  // Makes the value that "Read" answers with; null answers with an error.
-  explicit SettingsPortal(std::function<GVariant*()> value)
+  // `value` returns the reply to Read; null makes it an error.
+  explicit FakeSettingsPortal(std::function<GVariant*()> value)
       : value_(std::move(value)), bus_(TestDesktop::sessionBusAddress()) {
-    static const GDBusInterfaceVTable table{&SettingsPortal::onCall, nullptr, nullptr, {}};
+    static const GDBusInterfaceVTable table{&FakeSettingsPortal::onCall, nullptr, nullptr, {}};
     node_ = g_dbus_node_info_new_for_xml(
         "<node><interface name='org.freedesktop.portal.Settings'><method name='Read'>"
         "<arg type='s' direction='in'/><arg type='s' direction='in'/>"
@@ -30,9 +30,9 @@ class SettingsPortal {
                                       nullptr);
     bus_.ownName("org.freedesktop.portal.Desktop");
   }
-  ~SettingsPortal() { g_dbus_node_info_unref(node_); }
-  SettingsPortal(const SettingsPortal&) = delete;
-  SettingsPortal& operator=(const SettingsPortal&) = delete;
+  ~FakeSettingsPortal() { g_dbus_node_info_unref(node_); }
+  FakeSettingsPortal(const FakeSettingsPortal&) = delete;
+  FakeSettingsPortal& operator=(const FakeSettingsPortal&) = delete;
 
   void announce(const char* settingNamespace, const char* key, GVariant* value) {
     bus_.emitSignal(path, interface, "SettingChanged",
@@ -43,7 +43,7 @@ class SettingsPortal {
  private:
   static void onCall(GDBusConnection*, const char*, const char*, const char*, const char*,
                      GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
-    auto& portal = *static_cast<SettingsPortal*>(self);
+    auto& portal = *static_cast<FakeSettingsPortal*>(self);
     ++portal.reads_;
     const char* settingNamespace = nullptr;
     const char* key = nullptr;

@@ -1,4 +1,4 @@
-#include "linux/support/StatusTray.h"
+#include "linux/support/FakeTray.h"
 
 #include <algorithm>
 #include <optional>
@@ -11,8 +11,8 @@ namespace {
 
 constexpr const char* watcherName = "org.kde.StatusNotifierWatcher";
 
-StatusTray::Entry entryFrom(GVariant* child) {
-  StatusTray::Entry entry;
+FakeTray::Entry entryFrom(GVariant* child) {
+  FakeTray::Entry entry;
   GVariant* list = nullptr;
   g_variant_get(child, "(i@a{sv}@av)", &entry.id, &list, nullptr);
   const GVariantPtr properties(list);
@@ -27,7 +27,7 @@ StatusTray::Entry entryFrom(GVariant* child) {
 
 }  // namespace
 
-StatusTray::StatusTray(Manner manner)
+FakeTray::FakeTray(Manner manner)
     : manner_(manner),
       bus_(TestDesktop::sessionBusAddress()),
       node_(g_dbus_node_info_new_for_xml(
@@ -35,7 +35,7 @@ StatusTray::StatusTray(Manner manner)
           "<method name='RegisterStatusNotifierItem'><arg type='s' direction='in'/></method>"
           "</interface></node>",
           nullptr)) {
-  static const GDBusInterfaceVTable table{&StatusTray::onCall, nullptr, nullptr, {}};
+  static const GDBusInterfaceVTable table{&FakeTray::onCall, nullptr, nullptr, {}};
   object_ = g_dbus_connection_register_object(bus_.get(), "/StatusNotifierWatcher",
                                               node_->interfaces[0], &table, this, nullptr, nullptr);
   subscription_ =
@@ -44,24 +44,24 @@ StatusTray::StatusTray(Manner manner)
   bus_.ownName(watcherName);
 }
 
-StatusTray::~StatusTray() {
+FakeTray::~FakeTray() {
   g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
   g_dbus_connection_unregister_object(bus_.get(), object_);
   g_dbus_node_info_unref(node_);
 }
 
-bool StatusTray::has(const std::string& name) const {
+bool FakeTray::has(const std::string& name) const {
   return std::ranges::find(names_, name) != names_.end();
 }
 
-int StatusTray::heard(const std::string& signal) const {
+int FakeTray::heard(const std::string& signal) const {
   const auto found = signals_.find(signal);
   return found == signals_.end() ? 0 : found->second;
 }
 
-void StatusTray::onCall(GDBusConnection*, const char*, const char*, const char*, const char*,
-                        GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
-  auto& tray = *static_cast<StatusTray*>(self);
+void FakeTray::onCall(GDBusConnection*, const char*, const char*, const char*, const char*,
+                      GVariant* parameters, GDBusMethodInvocation* invocation, gpointer self) {
+  auto& tray = *static_cast<FakeTray*>(self);
   if (tray.manner_ == Manner::refusing) {
     return g_dbus_method_invocation_return_dbus_error(invocation, "org.navora.test.No", "No");
   }
@@ -71,31 +71,31 @@ void StatusTray::onCall(GDBusConnection*, const char*, const char*, const char*,
   g_dbus_method_invocation_return_value(invocation, nullptr);
 }
 
-void StatusTray::onSignal(GDBusConnection*, const char*, const char*, const char*,
-                          const char* signal, GVariant*, gpointer self) {
-  ++static_cast<StatusTray*>(self)->signals_[signal];
+void FakeTray::onSignal(GDBusConnection*, const char*, const char*, const char*, const char* signal,
+                        GVariant*, gpointer self) {
+  ++static_cast<FakeTray*>(self)->signals_[signal];
 }
 
-BusAnswer StatusTray::ask(const std::string& name, const char* path, const char* interface,
-                          const char* method, GVariant* parameters) {
+BusAnswer FakeTray::ask(const std::string& name, const char* path, const char* interface,
+                        const char* method, GVariant* parameters) {
   std::optional<BusAnswer> answer;
   const auto finish = [](GObject* bus, GAsyncResult* result, gpointer target) {
-    GError* failure = nullptr;
-    GVariantPtr value(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, &failure));
-    const GErrorPtr error(failure);
+    GErrorPtr error;
+    GVariantPtr value(g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, error.out()));
     *static_cast<std::optional<BusAnswer>*>(target) =
         BusAnswer{std::move(value), error ? error->message : ""};
   };
   g_dbus_connection_call(bus_.get(), name.c_str(), path, interface, method, parameters, nullptr,
                          G_DBUS_CALL_FLAGS_NONE, -1, nullptr, finish, &answer);
-  // The call writes into this frame, and always ends.
+  // Waits without a time limit, because the reply is written into this frame. The call always
+  // returns.
   while (!answer)
     g_main_context_iteration(nullptr, TRUE);
   return std::move(*answer);
 }
 
-GVariantPtr StatusTray::property(const std::string& name, const char* path, const char* interface,
-                                 const char* property) {
+GVariantPtr FakeTray::property(const std::string& name, const char* path, const char* interface,
+                               const char* property) {
   const auto answer = ask(name, path, "org.freedesktop.DBus.Properties", "Get",
                           g_variant_new("(ss)", interface, property));
   if (!answer.value) return nullptr;
@@ -103,7 +103,7 @@ GVariantPtr StatusTray::property(const std::string& name, const char* path, cons
   return GVariantPtr(g_variant_get_variant(wrapped.get()));
 }
 
-StatusTray::Layout StatusTray::layout(const std::string& name, const char* path) {
+FakeTray::Layout FakeTray::layout(const std::string& name, const char* path) {
   const auto answer = ask(name, path, "com.canonical.dbusmenu", "GetLayout",
                           g_variant_new("(iias)", 0, -1, nullptr));
   EXPECT_TRUE(answer.value) << answer.error;

@@ -12,15 +12,15 @@
 
 namespace navora {
 
-// One of both.
+// The reply or the error.
 struct BusAnswer {
   GVariantPtr value;
   std::string error;
 };
 
-// Stands for the desktop's tray: takes items, asks them and hears their signals, on the session bus
-// and from the main loop of the test.
-class StatusTray {
+// A panel with a tray (StatusNotifierWatcher) that runs in the test's main loop: registers items,
+// reads their properties and menus and counts their signals.
+class FakeTray {
  public:
   enum class Manner { friendly, refusing };
 
@@ -35,20 +35,20 @@ class StatusTray {
     std::vector<Entry> entries;
   };
 
-  explicit StatusTray(Manner manner = Manner::friendly);
-  ~StatusTray();
-  StatusTray(const StatusTray&) = delete;
-  StatusTray& operator=(const StatusTray&) = delete;
+  explicit FakeTray(Manner manner = Manner::friendly);
+  ~FakeTray();
+  FakeTray(const FakeTray&) = delete;
+  FakeTray& operator=(const FakeTray&) = delete;
 
-  // Whether an item has registered under this name on the bus.
+  // Returns whether an item has registered with this bus name.
   bool has(const std::string& name) const;
   bool isOnBus(const std::string& name) { return bus_.nameHasOwner(name); }
-  // How often any item has sent the signal.
+  // Returns how often any item has emitted the signal.
   int heard(const std::string& signal) const;
 
   BusAnswer ask(const std::string& name, const char* path, const char* interface,
                 const char* method, GVariant* parameters);
-  // Null if there is none.
+  // Returns null if there is no such property.
   GVariantPtr property(const std::string& name, const char* path, const char* interface,
                        const char* property);
   Layout layout(const std::string& name, const char* path);
