@@ -1,20 +1,16 @@
 #include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include <gio/gio.h>
 #include <gmock/gmock.h>
 
-#include "end_to_end/driver/FakeLogind.h"
 #include "hosts/linux/bus/LoginManager.h"
 #include "hosts/linux/system/LinuxSystem.h"
 #include "linux/support/EnvironmentVariable.h"
 #include "linux/support/MainLoop.h"
-#include "linux/support/TestDesktop.h"
 #include "tests/support/Files.h"
 
 namespace navora {
@@ -23,7 +19,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsSupersetOf;
 
-TEST(LinuxSystemTest, ReadsTheEnvironmentAnew) {
+TEST(LinuxSystemTest, ReadsTheEnvironmentOnEachCall) {
   const LinuxSystem system{observeResume};
   EXPECT_EQ(system.environmentVariable("NAVORA_TEST_UNSET"), std::nullopt);
   const EnvironmentVariable first("NAVORA_TEST_SET", "one");
@@ -32,7 +28,7 @@ TEST(LinuxSystemTest, ReadsTheEnvironmentAnew) {
   EXPECT_EQ(system.environmentVariable("NAVORA_TEST_SET"), "");
 }
 
-TEST(LinuxSystemTest, TellsTheTimeOfTheMachine) {
+TEST(LinuxSystemTest, ReturnsTheSystemTime) {
   const LinuxSystem system{observeResume};
   const Date before = std::chrono::system_clock::now();
   const Date told = system.now();
@@ -55,7 +51,7 @@ TEST(LinuxSystemTest, PrefersTheLanguageListInItsOrder) {
   EXPECT_LT(placeOf(languages, "pt_BR"), placeOf(languages, "de"));
 }
 
-TEST(LinuxSystemTest, TakesTheLanguageOfTheLocaleWithoutAList) {
+TEST(LinuxSystemTest, UsesTheLocaleWithoutALanguageList) {
   const EnvironmentVariable list("LANGUAGE", std::nullopt);
   const EnvironmentVariable everything("LC_ALL", std::nullopt);
   const EnvironmentVariable messages("LC_MESSAGES", std::nullopt);
@@ -63,7 +59,7 @@ TEST(LinuxSystemTest, TakesTheLanguageOfTheLocaleWithoutAList) {
   EXPECT_THAT(LinuxSystem(observeResume).preferredLanguages(), IsSupersetOf({"ru_RU", "ru"}));
 }
 
-TEST(LinuxSystemTest, ReadsTheTimeZoneOfTheFolderUnlessTheEnvironmentHasOne) {
+TEST(LinuxSystemTest, TheTimeZoneOfTheEnvironmentTakesPrecedence) {
   const TemporaryDirectory folder("navora-system");
   std::filesystem::create_symlink("/usr/share/zoneinfo/Europe/Riga", folder.path() / "localtime");
   const LinuxSystem system{observeResume, SystemTimeZone(folder.path())};
@@ -80,7 +76,7 @@ class TimeZoneChangeTest : public testing::Test {
   void link(const std::string& zone) {
     std::filesystem::create_symlink("/usr/share/zoneinfo/" + zone, localTime_);
   }
-  // As the system's own tool does it: the new link takes the place of the old one at once.
+  // Replaces the link atomically, as systemd-timedated does.
   void replaceLink(const std::string& zone) {
     const auto fresh = folder_.path() / "fresh";
     std::filesystem::create_symlink("/usr/share/zoneinfo/" + zone, fresh);
@@ -102,7 +98,7 @@ TEST_F(TimeZoneChangeTest, IsReportedWhenTheLinkIsReplaced) {
   ASSERT_TRUE(waitUntil([&] { return zone == "America/Lima"; })) << zone;
 }
 
-TEST_F(TimeZoneChangeTest, IsReportedWhenTheLinkIsRemovedAndMadeAgain) {
+TEST_F(TimeZoneChangeTest, IsReportedWhenTheLinkIsRemovedAndCreatedAgain) {
   std::string zone;
   const auto token = system_.observeTimeZoneChange([&] { zone = system_.timeZoneIdentifier(); });
   std::filesystem::remove(localTime_);
@@ -117,66 +113,6 @@ TEST_F(TimeZoneChangeTest, IsReportedWhenACopiedZoneIsOverwritten) {
   const auto token = system_.observeTimeZoneChange([&] { changed = true; });
   writeFile(localTime_, "TZif2 new");
   EXPECT_TRUE(waitUntil([&] { return changed; }));
-}
-
-class WakeTest : public testing::Test {
- protected:
-  // The observer joins the bus in its own time: one that is there sees the machine wake up.
-  testing::AssertionResult wakeUntil(const std::function<bool()>& condition) {
-    return waitUntil([&] {
-      if (condition()) return true;
-      loginManager_.announceWake();
-      return false;
-    });
-  }
-
-  driver::FakeLogind loginManager_{TestDesktop::systemBusAddress()};
-  LinuxSystem system_{observeResume};
-};
-
-TEST_F(WakeTest, IsReportedButGoingToSleepIsNot) {
-  int wakes = 0;
-  const auto token = system_.observeWake([&] { ++wakes; });
-  ASSERT_TRUE(wakeUntil([&] { return wakes > 0; }));
-
-  // Signals of one sender keep their order: when the marker has come, so has all before it.
-  bool marked = false;
-  const auto marker = system_.observeWake([&] { marked = true; });
-  ASSERT_TRUE(wakeUntil([&] { return marked; }));
-  marked = false;
-  loginManager_.announceWake();
-  ASSERT_TRUE(waitUntil([&] { return marked; }));
-  runPendingEvents();
-  wakes = 0;
-  loginManager_.announceSleep();
-  loginManager_.announceSleep();
-  loginManager_.announceWake();
-  ASSERT_TRUE(waitUntil([&] { return wakes > 0; }));
-  EXPECT_EQ(wakes, 1);
-}
-
-// In a process of its own, which has never been on the bus.
-TEST(WakeDeathTest, WithoutASystemBusNothingIsReportedAndNothingFails) {
-  GTEST_FLAG_SET(death_test_style, "threadsafe");
-  EXPECT_EXIT(
-      {
-        const EnvironmentVariable nowhere("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus");
-        LinuxSystem system{observeResume};
-        auto token = system.observeWake([] { std::exit(2); });
-        bool asked = false;
-        g_bus_get(
-            G_BUS_TYPE_SYSTEM, nullptr,
-            [](GObject*, GAsyncResult* result, gpointer done) {
-              if (g_bus_get_finish(result, nullptr) != nullptr) std::exit(3);
-              *static_cast<bool*>(done) = true;
-            },
-            &asked);
-        const bool answered = static_cast<bool>(waitUntil([&] { return asked; }));
-        runPendingEvents();
-        token.reset();
-        std::exit(answered ? 0 : 4);
-      },
-      testing::ExitedWithCode(0), "");
 }
 
 }  // namespace
