@@ -1,10 +1,14 @@
+#include <algorithm>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
+#include <unistd.h>
 
+#include "end_to_end/driver/ProcessTable.h"
 #include "hosts/linux/web/LinuxWebView.h"
 #include "linux/web/WebViewTest.h"
 
@@ -34,7 +38,7 @@ TEST_F(LinuxWebViewTest, LoadsAPage) {
   EXPECT_TRUE(navigation_.responses[0].canShowMimeType);
 }
 
-TEST_F(LinuxWebViewTest, AsksTheServerItselfWhenTheCacheIsToBeIgnored) {
+TEST_F(LinuxWebViewTest, BypassesTheCacheOnRequest) {
   server_.serveHtml("/notes", "");
   makeView();
   view_->load({.url = testUrl(server_.url("/notes")),
@@ -44,7 +48,7 @@ TEST_F(LinuxWebViewTest, AsksTheServerItselfWhenTheCacheIsToBeIgnored) {
   EXPECT_EQ(server_.requests()[0].header("Cache-Control"), "no-cache");
 }
 
-TEST_F(LinuxWebViewTest, EvaluatesToEveryKindOfResult) {
+TEST_F(LinuxWebViewTest, ReturnsResultsOfEveryType) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   const std::vector<std::pair<const char*, Json>> results = {
       {"null", nullptr},
@@ -67,14 +71,14 @@ TEST_F(LinuxWebViewTest, EvaluatesToEveryKindOfResult) {
     EXPECT_EQ(evaluate(script), result) << script;
 }
 
-TEST_F(LinuxWebViewTest, ReportsWhatAScriptThrows) {
+TEST_F(LinuxWebViewTest, ReportsAnExceptionOfAScript) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   EXPECT_THAT(evaluate("throw new Error('told so')").get<std::string>(), HasSubstr("told so"));
   EXPECT_THAT(evaluate("this is no script").get<std::string>(), testing::StartsWith("error: "));
   EXPECT_EQ(evaluate("1 + 1"), 2);
 }
 
-TEST_F(LinuxWebViewTest, AResultThatIsNoDataIsAnError) {
+TEST_F(LinuxWebViewTest, AResultThatIsNotJsonIsAnError) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   for (const char* script : {"() => {}", "Symbol('s')", "Promise.resolve(1)"})
     EXPECT_THAT(evaluate(script), testing::ResultOf(
@@ -93,7 +97,7 @@ TEST_F(LinuxWebViewTest, AnEvaluationMayHaveNoCompletion) {
   EXPECT_EQ(evaluate("window.ran"), true);
 }
 
-TEST_F(LinuxWebViewTest, AnswersInOrderAndNeverWithinTheCall) {
+TEST_F(LinuxWebViewTest, CompletesEvaluationsInOrderAndAsynchronously) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   std::vector<int> answers;
   for (int number = 0; number < 5; ++number)
@@ -103,7 +107,7 @@ TEST_F(LinuxWebViewTest, AnswersInOrderAndNeverWithinTheCall) {
   EXPECT_THAT(answers, ElementsAre(0, 1, 2, 3, 4));
 }
 
-TEST_F(LinuxWebViewTest, AViewThatIsGoneDoesNotAnswer) {
+TEST_F(LinuxWebViewTest, ADestroyedViewCallsNoCompletion) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   bool answered = false;
   view_->evaluateJavaScript("1", [&](const auto&) { answered = true; });
@@ -113,7 +117,7 @@ TEST_F(LinuxWebViewTest, AViewThatIsGoneDoesNotAnswer) {
   EXPECT_FALSE(answered);
 }
 
-TEST_F(LinuxWebViewTest, AnAnswerMayDestroyTheView) {
+TEST_F(LinuxWebViewTest, ACompletionMayDestroyTheView) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   view_->evaluateJavaScript("1", [this](const auto&) { view_.reset(); });
   EXPECT_TRUE(waitUntil([this] { return view_ == nullptr; }));
@@ -126,7 +130,7 @@ TEST_F(LinuxWebViewTest, EnablesBackAndForwardGestures) {
   EXPECT_TRUE(webkit_settings_get_enable_back_forward_navigation_gestures(settings));
 }
 
-TEST_F(LinuxWebViewTest, RunsUserScriptsInTheMainFrameInTheirOrder) {
+TEST_F(LinuxWebViewTest, RunsUserScriptsInTheMainFrameInOrder) {
   const auto push = [](const std::string& name) {
     return "(window.order ||= []).push('" + name + "');";
   };
@@ -143,12 +147,12 @@ TEST_F(LinuxWebViewTest, RunsUserScriptsInTheMainFrameInTheirOrder) {
   EXPECT_EQ(evaluate("frames[0].order"), Json::array({"page"}));
 }
 
-TEST_F(LinuxWebViewTest, ALoadThatFailsIsReportedOnce) {
+TEST_F(LinuxWebViewTest, AFailedLoadIsReportedOnce) {
   const Url refused = testUrl(HttpServer().url("/"));
   makeView();
   view_->load({.url = refused});
   ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
-  // A later load shows that no more was to come of the first one.
+  // When a later load finishes, no further report of the first one is pending.
   ASSERT_TRUE(loadHtml("<title>Later</title>"));
   EXPECT_EQ(navigation_.failures.size(), 1U);
   EXPECT_EQ(navigation_.finished, 1);
@@ -157,14 +161,14 @@ TEST_F(LinuxWebViewTest, ALoadThatFailsIsReportedOnce) {
   EXPECT_NE(navigation_.failures[0].code, PlatformError::timedOutCode);
 }
 
-TEST_F(LinuxWebViewTest, AnErrorPageOfTheServerIsAPage) {
+TEST_F(LinuxWebViewTest, AnErrorPageOfTheServerFinishes) {
   server_.serveHtml("/broken", "<title>Broken</title>", 500);
   ASSERT_TRUE(load("/broken"));
   EXPECT_EQ(evaluate("document.title"), "Broken");
   EXPECT_THAT(navigation_.failures, IsEmpty());
 }
 
-TEST_F(LinuxWebViewTest, ASilentServerRunsOutOfTime) {
+TEST_F(LinuxWebViewTest, ASilentServerTimesOut) {
   makeView();
   server_.leaveUnanswered("/silent");
   view_->load({.url = testUrl(server_.url("/silent")), .timeoutSeconds = 0.2});
@@ -188,7 +192,7 @@ TEST_F(LinuxWebViewTest, AReplacedLoadIsCancelledAndTheNewOneFinishes) {
   EXPECT_EQ(evaluate("document.title"), "Second");
 }
 
-TEST_F(LinuxWebViewTest, AnEndOfTheWebProcessIsReportedAndALaterLoadWorks) {
+TEST_F(LinuxWebViewTest, ACrashOfTheWebProcessIsReportedAndALaterLoadWorks) {
   ASSERT_TRUE(loadHtml("<title>First</title>"));
   webkit_web_view_terminate_web_process(WEBKIT_WEB_VIEW(view_->widget()));
   ASSERT_TRUE(waitUntil([this] { return navigation_.terminated == 1; }));
@@ -214,7 +218,7 @@ TEST_F(LinuxWebViewTest, WithoutADelegateNothingIsLoaded) {
   EXPECT_TRUE(loadHtml("<body></body>"));
 }
 
-TEST_F(LinuxWebViewTest, ARefusedLoadIsCancelledAndCanBeTakenUpAgain) {
+TEST_F(LinuxWebViewTest, ARefusedLoadIsCancelledAndCanBeRepeated) {
   server_.serveHtml("/refused", "<title>Taken up</title>");
   makeView();
   navigation_.decide = [](const NavigationAction&) { return NavigationPolicy::cancel; };
@@ -231,7 +235,7 @@ TEST_F(LinuxWebViewTest, ARefusedLoadIsCancelledAndCanBeTakenUpAgain) {
     EXPECT_EQ(failure.code, PlatformError::cancelledCode);
 }
 
-TEST_F(LinuxWebViewTest, ReadsEveryCookieOfTheStore) {
+TEST_F(LinuxWebViewTest, ReturnsAllCookiesOfTheStore) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   WebKitCookieManager* store = webkit_web_context_get_cookie_manager(session().context());
   const auto add = [&](SoupCookie* cookie) {
@@ -260,13 +264,13 @@ TEST_F(LinuxWebViewTest, ReadsEveryCookieOfTheStore) {
                                       HttpCookie{"passing", "1", "127.0.0.1", "/", false, {}}}));
 }
 
-TEST_F(LinuxWebViewTest, TellsNoCookiesAfterItsEnd) {
+TEST_F(LinuxWebViewTest, ReturnsNoCookiesAfterItsDestruction) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   bool told = false;
   view_->allCookies([&](const std::vector<HttpCookie>&) { told = true; });
   view_.reset();
   makeView();
-  // A later question about the same store is answered later.
+  // A later request to the same store completes later.
   bool toldOther = false;
   view_->allCookies([&](const std::vector<HttpCookie>&) { toldOther = true; });
   ASSERT_TRUE(waitUntil([&] { return toldOther; }));
