@@ -61,7 +61,7 @@ class Writer {
       if (auto failure = addData(buffer.data(), read)) return failure;
       added += read;
     }
-    // The archive would be filled up with zeros.
+    // libarchive would pad the member with zeros.
     if (added != size) return file.path().string() + " cannot be read to its end";
     return std::nullopt;
   }
@@ -111,7 +111,7 @@ Failure addEntry(Writer& writer, const std::filesystem::directory_entry& entry,
   return entry.path().string() + " is neither a file nor a folder nor a link";
 }
 
-// Whoever gets the archive reads it with the same class, which refuses some of what can be packed.
+// Reads the archive as the updater does, which refuses some members that can be packed.
 Failure readBack(const std::filesystem::path& archive) {
   auto reader = ArchiveReader::open(archive);
   if (!reader) return reader.error();

@@ -6,10 +6,10 @@
 
 namespace navora {
 
-// Packs an installed Navora as a release: everything below `installation`, and the record that
-// makes it an installation of its own, in one folder "navora" of a compressed archive. The same
-// input always gives the same bytes. The reason if that fails, or if there is something that would
-// be refused in an update, as links that lead out.
+// Packs a release: everything below `installation`, and the record that makes it an Installation,
+// in the folder "navora" of a compressed archive. The same input always gives the same bytes.
+// Returns the reason if that fails or the updater would refuse a member, such as a link that leads
+// out.
 std::optional<std::string> writeArchive(const std::filesystem::path& installation,
                                         const std::string& version,
                                         const std::filesystem::path& archive);

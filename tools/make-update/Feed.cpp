@@ -60,13 +60,14 @@ bool isForLinux(const pugi::xml_node& enclosure) {
   return AppcastFormat::bare(enclosure.attribute("sparkle:os").value()) == "linux";
 }
 
-// That of the enclosure beats that of the item.
+// Returns the enclosure's version, or else the item's.
 std::string_view versionOf(const pugi::xml_node& item, const pugi::xml_node& enclosure) {
   const auto own = AppcastFormat::bare(enclosure.attribute("sparkle:version").value());
   return own.empty() ? elementText(item, "sparkle:version") : own;
 }
 
-// Takes out what the item says to Linux about the version; what it says to others stays.
+// Removes the item's enclosures of `version` for Linux, and the item if none for other systems is
+// left.
 void removeVersion(pugi::xml_node& channel, pugi::xml_node& item, const std::string& version) {
   const bool isOnlyAnnounced = !item.child("enclosure");
   if (isOnlyAnnounced && (elementText(item, "sparkle:os") != "linux" ||

@@ -7,7 +7,7 @@
 
 namespace navora {
 
-// A release as it stands in a feed. Texts that are empty are left out.
+// A release in a feed. Empty texts are left out.
 struct FeedItem {
   std::string version;
   std::string link;
@@ -23,9 +23,9 @@ struct FeedItem {
   std::string archiveSignature;
 };
 
-// The feed with the item before the others, in place of one for Linux of the same version. An empty
-// text becomes a new feed; none for a text that is not a feed with the usual prefix "sparkle". A
-// signature of the feed is taken off, as all comments are.
+// Adds an item as the first one and removes an older item for Linux of the same version. An empty
+// text makes a new feed. Returns std::nullopt if the text is not a feed with the namespace prefix
+// "sparkle". Drops comments, and with them the signature of the feed.
 std::optional<std::string> addToFeed(const std::string& feed, const FeedItem& item);
 
 }  // namespace navora

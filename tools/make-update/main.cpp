@@ -1,5 +1,4 @@
-// Makes a key for releases, or a release: a signed archive of an installed Navora and its entry in
-// a feed.
+// Makes a key for signing releases, or a release: a signed archive and its item in a feed.
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -38,15 +37,15 @@ constexpr std::string_view usage =
 
 navora-make-update release --installation FOLDER --version VERSION --key FILE --url ADDRESS
                            --output FOLDER [options]
-    Packs what "cmake --install" has put into the first folder, signs it, and adds it to the feed
-    "appcast.xml" in the last one, to be served below the address.
+    Packs what "cmake --install" has installed into the first folder, signs it, and adds it to the
+    feed "appcast.xml" in the last one, to be served below the address.
 
     --link ADDRESS               a page about the release
     --minimum-system VERSION     of the C library
-    --channel NAME               for those who follow it only
-    --phased SECONDS             each seventh of the users that much later
-    --critical                   for all at once
-    --informational              to be read about, not installed
+    --channel NAME               only for users of this channel
+    --phased SECONDS             delay between one seventh of the users and the next
+    --critical                   offered to all users at once, even with --phased
+    --informational              announced, but not installed
     --sign-feed                  sign the feed as a whole
 )";
 
@@ -89,9 +88,9 @@ int fail(const std::string& reason) {
 }
 
 int makeKey(const std::filesystem::path& file) {
-  if (std::filesystem::exists(file)) return fail(file.string() + " is there already");
+  if (std::filesystem::exists(file)) return fail(file.string() + " already exists");
   const auto key = SigningKey::make();
-  // Nobody else may read it.
+  // Readable by its owner only.
   ::umask(S_IRWXG | S_IRWXO);
   std::ofstream stream(file);
   stream << key.secretText() << '\n';
@@ -109,7 +108,7 @@ std::string now() {
   return text;
 }
 
-// Empty if there is no such file yet; none if it cannot be read.
+// Returns the empty string if the file does not exist, std::nullopt if it cannot be read.
 std::optional<std::string> readFeed(const std::filesystem::path& file) {
   std::error_code error;
   if (std::filesystem::status(file, error).type() == std::filesystem::file_type::not_found)
@@ -117,13 +116,13 @@ std::optional<std::string> readFeed(const std::filesystem::path& file) {
   std::ifstream stream(file, std::ios::binary);
   if (!stream) return std::nullopt;
   std::ostringstream text;
-  // An empty file has nothing to give, which counts as a failure.
+  // Inserting an empty stream buffer would set failbit.
   if (stream.peek() != std::ifstream::traits_type::eof()) text << stream.rdbuf();
   if (stream.bad() || text.fail()) return std::nullopt;
   return text.str();
 }
 
-// The old feed stays whole until the new one is.
+// Replaces the file atomically.
 bool replaceFile(const std::filesystem::path& file, const std::string& text) {
   const std::filesystem::path next = file.string() + ".new";
   std::ofstream stream(next, std::ios::binary);
@@ -134,9 +133,9 @@ bool replaceFile(const std::filesystem::path& file, const std::string& text) {
   return stream && !error;
 }
 
-// Whether those who ask for the feed will understand its first release, and fetch its archive. An
-// archive's address may be relative to the feed's, which is not known here.
-bool isUnderstood(const std::string& feed, const std::string& version) {
+// Returns whether the updater would accept the feed's first release and download its archive. The
+// feed's own URL, which relative ones are resolved against, is not known here.
+bool isAcceptable(const std::string& feed, const std::string& version) {
   static const auto anywhere = navora::Url::parse("https://localhost/");
   const auto entries = navora::readAppcast(feed, *anywhere);
   return entries && !entries->empty() && entries->front().version == version &&
@@ -150,7 +149,7 @@ std::string signedFeed(const std::string& feed, const SigningKey& key) {
          "\nlength: " + std::to_string(feed.size()) + "\n-->\n";
 }
 
-// Of a feed that was signed, only what was signed stays.
+// Removes the signature of a signed feed.
 std::string unsignedFeed(const std::string& feed) {
   return feed.substr(0, feed.rfind(AppcastFormat::signatureBeginning));
 }
@@ -183,14 +182,14 @@ int makeRelease(const Arguments& arguments) {
                         .archiveSignature = *signature};
   if (const std::string phased = arguments.value("--phased"); !phased.empty()) {
     const auto seconds = navora::wholeNumber<std::uint32_t>(phased);
-    if (!seconds) return fail(phased + " is no number of seconds");
+    if (!seconds) return fail(phased + " is not a number of seconds");
     item.phasedRolloutInterval = std::chrono::seconds(*seconds);
   }
   const auto before = readFeed(output / "appcast.xml");
   const auto feed = before ? navora::addToFeed(unsignedFeed(*before), item) : std::nullopt;
   if (!feed) return fail("appcast.xml is not a feed");
-  if (!isUnderstood(*feed, version))
-    return fail("Nobody would understand this release: look at its version and its addresses");
+  if (!isAcceptable(*feed, version))
+    return fail("The updater would refuse this release: check its version and its addresses");
   if (!replaceFile(output / "appcast.xml",
                    arguments.switches.contains("--sign-feed") ? signedFeed(*feed, *key) : *feed)) {
     return fail("appcast.xml cannot be written");

@@ -15,18 +15,19 @@ struct BusMethod {
   const char* name;
 };
 
-// Of the bus itself.
+// Returns a method of the message bus itself (org.freedesktop.DBus).
 constexpr BusMethod busDaemonMethod(const char* name) {
   return {"org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", name};
 }
 
-// What came back: one of both is null. A reply of another type than was asked for is an error.
+// Receives the reply or the error; the other is null. A reply of an unexpected type is an error.
 using BusReply = std::function<void(GVariant* reply, const GError* error)>;
 
-// As long as the callee lives.
+// Waits for the reply as long as the callee is on the bus.
 inline constexpr std::chrono::milliseconds noTimeout{0};
 
-// Calls the method; the reply comes once, later. `parameters` is a tuple, consumed when floating.
+// Calls a method with `parameters`, a tuple, which is consumed if floating. Calls `reply` once,
+// after this function has returned, with a value of type `replyType`.
 void callBus(GDBusConnection* bus, const BusMethod& method, GVariant* parameters,
              const char* replyType, std::chrono::milliseconds timeout, BusReply reply);
 

@@ -9,26 +9,28 @@
 
 namespace navora {
 
-// One object of ours on a message bus, there as long as this one. Calls with arguments of other
-// types than the introspection data says are refused before they come here.
+// Exports an object on a message bus until destroyed. GDBus rejects calls whose arguments do not
+// match the introspection data.
 class BusObject {
  public:
   struct Implementation {
-    // Answers the invocation, which may end the object.
+    // Must complete `invocation`, at once or later. May destroy the BusObject.
     std::function<void(const char* method, GVariant* parameters, GDBusMethodInvocation* invocation)>
         call;
-    // The value, floating or with a reference of its own; null for none.
+    // Returns the property's value, floating or with a reference for the caller; null if there is
+    // no such property.
     std::function<GVariant*(const char* property)> property;
   };
 
-  // `introspection` describes a node with one interface. Another object at the same path is
-  // reported on standard error, and this one is then not there.
+  // `introspection` is the XML of a node with one interface. If the path is taken, the error is
+  // written to standard error and nothing is exported.
   BusObject(GDBusConnection* bus, const char* path, const char* introspection,
             Implementation implementation);
   ~BusObject();
   BusObject(const BusObject&) = delete;
   BusObject& operator=(const BusObject&) = delete;
 
+  // Emits a signal of the interface; a floating `parameters` is consumed.
   void emit(const char* signal, GVariant* parameters);
 
  private:

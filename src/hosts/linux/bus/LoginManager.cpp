@@ -39,7 +39,7 @@ class ResumeObserver final : public ObserverToken {
     if (g_variant_is_of_type(parameters, G_VARIANT_TYPE("(b)")) == FALSE) return;
     g_variant_get(parameters, "(b)", &goingToSleep);
     if (goingToSleep != FALSE) return;
-    // A copy: the callback may release this observer.
+    // A copy: the callback may destroy this observer.
     const auto callback = static_cast<ResumeObserver*>(self)->callback_;
     callback();
   }

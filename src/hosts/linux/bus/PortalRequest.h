@@ -9,17 +9,18 @@
 
 namespace navora {
 
-// One question to the desktop's portal, which may ask the user before it answers. Going, it
-// withdraws the question and tells nothing.
+// One request to xdg-desktop-portal, which may ask the user before it responds. Destroying it
+// closes the request; `onResponse` is not called.
 class PortalRequest {
  public:
   static constexpr const char* portalName = "org.freedesktop.portal.Desktop";
   static constexpr const char* portalPath = "/org/freedesktop/portal/desktop";
 
-  // Makes the arguments of the call; the token belongs among its options, as "handle_token".
+  // Returns the arguments of the call, a floating tuple, with the token as the option
+  // "handle_token".
   using Arguments = std::function<GVariant*(const char* handleToken)>;
-  // The results ("a{sv}"), or null when the portal or the user has refused. Called once, later; the
-  // request may be released inside of it.
+  // Receives the results ("a{sv}"), or null if the call failed or the user refused. Called once,
+  // after the constructor has returned; may destroy the request.
   using OnResponse = std::function<void(GVariant* results)>;
 
   PortalRequest(GDBusConnection* bus, const char* interface, const char* method,
@@ -41,7 +42,7 @@ class PortalRequest {
   guint subscription_ = 0;
 };
 
-// Ends a request or a session of the portal, without waiting for the answer.
+// Calls Close on a request or session of the portal and ignores the reply.
 void closePortalObject(GDBusConnection* bus, const std::string& path, const char* interface);
 
 }  // namespace navora

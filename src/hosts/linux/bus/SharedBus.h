@@ -8,11 +8,11 @@
 
 namespace navora {
 
-// Gives `callback` the process's connection to a message bus, later; never when there is no such
-// bus or when `cancellable` is cancelled before.
+// Calls `callback` with the process's shared connection to a message bus, after this function has
+// returned; never if the bus is not reachable or `cancellable` is cancelled first.
 //
-// Everybody in the process shares the connection, so its making is not cancelled itself: that would
-// take it away from all who wait for it.
+// `cancellable` is not passed to g_bus_get(): cancelling there would fail every other pending
+// request for the shared connection.
 void joinSharedBus(GBusType type, GCancellable* cancellable,
                    std::function<void(GObjectPtr<GDBusConnection>)> callback);
 

@@ -19,7 +19,7 @@ std::unique_ptr<cairo_pattern_t, PatternDeleter> patternFrom(const LinearGradien
   const double angle = gradient.angle * std::numbers::pi / 180;
   const double x = std::cos(angle);
   const double y = std::sin(angle);
-  // How far the corner that lies furthest in this direction is from the middle.
+  // Distance from the centre to the farthest corner, measured along the gradient.
   const double reach = (std::abs(bounds.width * x) + std::abs(bounds.height * y)) / 2;
   std::unique_ptr<cairo_pattern_t, PatternDeleter> pattern(
       cairo_pattern_create_linear(bounds.midX() - x * reach, bounds.midY() - y * reach,

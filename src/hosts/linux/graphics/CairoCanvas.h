@@ -7,11 +7,11 @@
 
 namespace navora {
 
-// Paints on a cairo context whose y axis points downwards.
+// Paints on a cairo context whose y axis points down; the canvas's own points up.
 class CairoCanvas final : public Canvas {
  public:
-  // The context must outlive the canvas, and gets its state back with it. `bounds` is the size of
-  // the view that begins at the context's origin.
+  // `context` must outlive the canvas, whose destructor restores its state. `bounds` is the size of
+  // the view, whose upper left corner is the context's origin.
   CairoCanvas(cairo_t* context, Size bounds);
   ~CairoCanvas() override;
   CairoCanvas(const CairoCanvas&) = delete;

@@ -50,7 +50,7 @@ void LinuxBitmap::draw(double scale, const std::function<void(Canvas&)>& paint) 
   paint(canvas);
 }
 
-// Cairo keeps the colours multiplied by their alpha.
+// CAIRO_FORMAT_ARGB32 stores premultiplied colours.
 std::optional<Color> LinuxBitmap::colorAt(int x, int y) const {
   if (x < 0 || y < 0 || x >= pixelsWide() || y >= pixelsHigh()) return std::nullopt;
   cairo_surface_flush(surface_.get());

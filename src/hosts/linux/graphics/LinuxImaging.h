@@ -4,7 +4,7 @@
 
 namespace navora {
 
-// Pictures in memory, painted by cairo.
+// Makes images in memory, painted with cairo.
 class LinuxImaging final : public Imaging {
  public:
   std::shared_ptr<Bitmap> makeBitmap(int pixelsWide, int pixelsHigh) override;

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t maximumVersionLength = 100;
 
-// Versions become names of folders and part of what people read.
+// Versions become parts of file names and are shown to the user.
 bool isVersion(std::string_view text) {
   return !text.empty() && text.size() <= maximumVersionLength &&
          std::ranges::all_of(text, [](char c) {
@@ -30,13 +30,13 @@ std::optional<Date> readDate(const std::string& text) {
   return dateFromSecondsSince1970(seconds);
 }
 
-// Reads the items of one document.
+// Converts the items of one document.
 class ItemReader {
  public:
   ItemReader(std::string prefix, const Url& address)
       : prefix_(std::move(prefix)), address_(address) {}
 
-  // None for an item that is not for us or not understood.
+  // Returns std::nullopt for an item that is for other systems or not valid.
   std::optional<AppcastEntry> read(const pugi::xml_node& item) const {
     const pugi::xml_node enclosure = linuxEnclosure(item);
     if (!enclosure && (item.child("enclosure") || element(item, "os") != "linux"))
@@ -98,7 +98,7 @@ class ItemReader {
     entry.isCritical = static_cast<bool>(item.child(name("criticalUpdate").c_str()));
     if (const auto date = AppcastFormat::bare(item.child("pubDate").text().get()); !date.empty()) {
       entry.published = readDate(std::string(date));
-      // Without its date, a release for a few at first would be one for everybody.
+      // Without a date, a phased release would be offered to all users at once.
       if (!entry.published) return false;
     }
     readInformational(item, entry.informational);
@@ -112,7 +112,7 @@ class ItemReader {
   void readInformational(const pugi::xml_node& item, InformationalUpdate& informational) const {
     const pugi::xml_node node = item.child(name("informationalUpdate").c_str());
     if (!node) return;
-    // What looks for the children keeps no copy of their name.
+    // Variables, because children() keeps a pointer to the name.
     const std::string versionName = name("version");
     const std::string belowVersionName = name("belowVersion");
     for (const pugi::xml_node& version : node.children(versionName.c_str()))
@@ -137,7 +137,7 @@ class ItemReader {
   const Url& address_;
 };
 
-// What the document writes before the names of the update format, with its colon.
+// Returns the document's prefix for the namespace of the update format, with the colon.
 std::optional<std::string> namespacePrefix(const pugi::xml_node& root) {
   constexpr std::string_view declaration = "xmlns:";
   constexpr std::string_view xmlNamespace = AppcastFormat::xmlNamespace;

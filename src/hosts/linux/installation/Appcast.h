@@ -14,7 +14,7 @@
 
 namespace navora {
 
-// The file that brings a release.
+// The archive of a release.
 struct UpdateArchive {
   Url url;
   // In bytes, never 0.
@@ -22,7 +22,7 @@ struct UpdateArchive {
   Ed25519Signature signature{};
 };
 
-// For which of the versions that are in use a release can only be read about, not installed.
+// The installed versions for which a release is only announced, not installed.
 struct InformationalUpdate {
   bool forAll = false;
   std::vector<std::string> versions;
@@ -34,22 +34,24 @@ struct AppcastEntry {
   std::string version;
   std::string displayVersion;
   std::optional<Url> link;
-  // None for a release that is only announced.
+  // std::nullopt for a release that is only announced.
   std::optional<UpdateArchive> archive;
   InformationalUpdate informational;
-  // Empty for none. Of the C library: it decides whether a program starts.
+  // Version of the C library, which limits where the program starts; empty for any.
   std::string minimumSystemVersion;
-  // Empty for the one that everybody follows.
+  // Empty for the default channel.
   std::string channel;
   bool isCritical = false;
   std::optional<Date> published;
-  // How much later each further seventh of the users gets the release; none for all at once.
+  // Delay from one seventh of the users to the next; std::nullopt to offer the release to all at
+  // once.
   std::optional<std::chrono::seconds> phasedRolloutInterval;
 };
 
-// Reads a feed of releases (RSS 2 with the namespace of the update format). Addresses in it may be
-// relative to the feed's. Items for other systems, and items that are not wholly understood, are
-// left out; what is no feed at all, or declares a document type, gives the reason as text.
+// Parses a feed of releases (RSS 2 with the namespace of the update format). `address` is the
+// feed's URL, which relative URLs are resolved against. Skips items for other systems and items
+// that are not valid. Returns the reason, for the log, if the text is not a feed or declares a
+// document type.
 Expected<std::vector<AppcastEntry>, std::string> readAppcast(std::string_view text,
                                                              const Url& address);
 

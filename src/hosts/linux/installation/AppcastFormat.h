@@ -6,14 +6,14 @@
 
 namespace navora {
 
-// What those who read feeds and those who make them have to write alike.
+// Names shared by the feed's reader and writer.
 struct AppcastFormat {
-  // Of the elements and attributes that RSS does not have.
+  // Namespace of the elements and attributes that RSS does not have.
   static constexpr const char* xmlNamespace = "http://www.andymatuschak.org/xml-namespaces/sparkle";
-  // Begins the comment at the end of a feed that is signed as a whole.
+  // Start of the comment that ends a signed feed.
   static constexpr const char* signatureBeginning = "<!-- sparkle-signatures:";
 
-  // A text without the white space of XML around it, which does not count.
+  // Strips the white space of XML from both ends.
   static std::string_view bare(std::string_view text) { return strippedOf(text, " \t\r\n"); }
 };
 

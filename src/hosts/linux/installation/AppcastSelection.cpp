@@ -15,7 +15,7 @@ bool hasReached(const AppcastEntry& entry, const AppcastSelection::Conditions& c
 }
 
 bool mayBeOffered(const AppcastEntry& entry, const AppcastSelection::Conditions& conditions) {
-  // Nobody has chosen a channel here.
+  // The application has no setting for a channel, so only the default one is offered.
   return entry.channel.empty() && compareVersions(entry.version, conditions.currentVersion) > 0 &&
          compareVersions(entry.minimumSystemVersion, conditions.systemVersion) <= 0 &&
          hasReached(entry, conditions);

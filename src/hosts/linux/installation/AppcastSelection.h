@@ -10,26 +10,27 @@
 
 namespace navora {
 
-// Chooses the release to offer among those of a feed.
+// Chooses the release to offer from a feed.
 class AppcastSelection {
  public:
-  // The user's place in a release that reaches people step by step: from 0 for the first.
+  // Number of groups in a phased rollout.
   static constexpr int rolloutGroups = 7;
 
   struct Conditions {
     std::string currentVersion;
     std::string systemVersion;
     Date now;
+    // The user's group, from 0 for the first.
     int rolloutGroup = 0;
-    // Who asks does not wait for their turn.
+    // Ignores the phased rollout.
     bool userInitiated = false;
   };
 
-  // The newest release above the current version that may be offered under the conditions.
+  // Returns the newest release above the current version that meets the conditions.
   static std::optional<AppcastEntry> choose(const std::vector<AppcastEntry>& entries,
                                             const Conditions& conditions);
 
-  // Whether the release can only be read about by those who have `currentVersion`.
+  // Returns whether the release is only announced to users of `currentVersion`.
   static bool isInformational(const AppcastEntry& entry, std::string_view currentVersion);
 };
 

@@ -13,7 +13,8 @@ namespace {
 constexpr std::size_t blockSize = 64 * 1024;
 constexpr std::size_t maximumPathLength = 1024;
 
-// The path as it was meant, without "." and slashes at its end; none for one that leads elsewhere.
+// Returns the path without "." and trailing slashes; std::nullopt if it is absolute or contains
+// "..".
 std::optional<std::filesystem::path> safePath(const char* text) {
   if (text == nullptr || std::string_view(text).size() > maximumPathLength) return std::nullopt;
   const std::filesystem::path written(text);
@@ -26,17 +27,17 @@ std::optional<std::filesystem::path> safePath(const char* text) {
   return path;
 }
 
-// The target must stay below the first folder. It goes up before it goes down: what "folder/.." is
-// depends on whether the folder is a link.
+// Returns whether a link's target stays below the archive's first folder. Refuses ".." after a
+// name: where "folder/.." leads depends on whether the folder is a link.
 bool staysInside(const std::filesystem::path& link, const std::string& target) {
   const std::filesystem::path relative(target);
   if (target.empty() || target.size() > maximumPathLength || relative.is_absolute()) return false;
   auto depth = std::distance(link.begin(), link.end()) - 1;
-  bool goesDown = false;
+  bool descends = false;
   for (const std::filesystem::path& part : relative) {
     if (part != "..") {
-      goesDown = goesDown || (!part.empty() && part != ".");
-    } else if (goesDown || --depth < 1) {
+      descends = descends || (!part.empty() && part != ".");
+    } else if (descends || --depth < 1) {
       return false;
     }
   }
@@ -47,12 +48,12 @@ std::string quoted(const char* text) {
   return text == nullptr ? "a member without a name" : "\"" + std::string(text) + "\"";
 }
 
-// None for what has no place in an update.
+// Returns std::nullopt for a member that is not allowed in an update.
 std::optional<ArchiveMember> memberFrom(archive_entry* entry) {
   const auto path = safePath(archive_entry_pathname(entry));
   if (!path || archive_entry_hardlink(entry) != nullptr) return std::nullopt;
   ArchiveMember member{.path = *path};
-  // Content that nobody asks for would only take time to skip, and could take any.
+  // Skipping the content of other members could take unlimited time.
   if (archive_entry_filetype(entry) != AE_IFREG && archive_entry_size(entry) > 0)
     return std::nullopt;
   switch (archive_entry_filetype(entry)) {
@@ -105,7 +106,7 @@ Expected<std::optional<ArchiveMember>, std::string> ArchiveReader::next() {
                         ", which has no place in an update");
     }
     if (!member->path.empty()) return member;
-    // The folder that everything is in, as "./".
+    // The root folder "./" may come once.
     if (member->kind != ArchiveMember::Kind::folder || std::exchange(rootSeen_, true))
       return Unexpected(std::string("The archive holds itself"));
   }

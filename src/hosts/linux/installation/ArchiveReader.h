@@ -23,22 +23,22 @@ struct ArchiveMember {
   // Relative, without "." or "..", and not empty.
   std::filesystem::path path;
   bool isExecutable = false;
-  // Of a symbolic link: relative, and not leading out of the archive's first folder.
+  // Target of a symbolic link: relative, and inside the archive's first folder.
   std::string target = {};
 };
 
-// Reads a compressed tar archive member by member, and refuses whatever has no place in an
-// update: absolute paths and paths or links that lead out, devices, hard links, special files.
-// Every failure is a sentence without its full stop.
+// Reads a compressed tar archive member by member. Refuses absolute paths, paths and links that
+// lead out of the archive, hard links, devices and other special files. Errors are sentences
+// without a full stop.
 class ArchiveReader {
  public:
   static Expected<ArchiveReader, std::string> open(const std::filesystem::path& file);
 
-  // The next member, or none at the end.
+  // Returns the next member; std::nullopt at the end.
   Expected<std::optional<ArchiveMember>, std::string> next();
-  // More of the member's content into `buffer`; 0 at its end.
+  // Reads more of the present member's content. Returns the number of bytes, 0 at its end.
   Expected<std::size_t, std::string> read(std::span<char> buffer);
-  // How much of the file has been read, in bytes.
+  // Returns how many bytes of the archive file have been read.
   std::uint64_t bytesConsumed() const;
 
  private:

@@ -14,7 +14,7 @@
 namespace navora {
 namespace {
 
-// A file's content as memory that the system reads in, and drops again, as it likes.
+// Maps a file's content into memory.
 class MappedFile {
  public:
   MappedFile(const FileDescriptor& file, std::size_t length)

@@ -9,9 +9,9 @@
 
 namespace navora {
 
-// Whether the file is exactly `length` bytes that were signed with the key; the reason if not. The
-// file is looked at where it lies, without a copy in memory, and must not be changed by anybody
-// meanwhile. May be called on any thread.
+// Verifies that the file has exactly `length` bytes and that `signature` is theirs. Returns the
+// error if not. Maps the file instead of reading it; it must not be changed meanwhile. May be
+// called on any thread.
 std::optional<PlatformError> verifyArchive(const std::filesystem::path& file, std::uint64_t length,
                                            const Ed25519Signature& signature,
                                            const Ed25519PublicKey& key);

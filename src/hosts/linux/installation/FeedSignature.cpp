@@ -13,7 +13,7 @@ namespace {
 constexpr std::string_view beginning = AppcastFormat::signatureBeginning;
 constexpr std::string_view ending = "-->";
 
-// The value of a line "name: value".
+// Returns the value of the line "name: value".
 std::optional<std::string_view> field(std::string_view lines, std::string_view name) {
   while (!lines.empty()) {
     const auto end = lines.find('\n');

@@ -6,10 +6,10 @@
 
 namespace navora {
 
-// A feed can be signed as a whole by a comment at its very end; what comes before it is what is
-// signed.
+// A signed feed ends with a comment that has the signature of all the text before it.
 enum class FeedSignature { missing, valid, invalid };
 
+// Verifies the signature of a whole feed.
 FeedSignature checkFeedSignature(std::string_view feed, const Ed25519PublicKey& key);
 
 }  // namespace navora

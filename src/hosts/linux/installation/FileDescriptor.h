@@ -7,11 +7,11 @@
 
 namespace navora {
 
-// Owns an open file of the system.
+// Owns a POSIX file descriptor.
 class FileDescriptor {
  public:
   FileDescriptor() = default;
-  // -1 for none, as the system's calls have it.
+  // Takes ownership; -1, the error value of open() and its kin, makes an empty one.
   explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
   FileDescriptor(FileDescriptor&& other) noexcept
       : descriptor_(std::exchange(other.descriptor_, -1)) {}
@@ -26,7 +26,7 @@ class FileDescriptor {
   int get() const { return descriptor_; }
   explicit operator bool() const { return descriptor_ >= 0; }
 
-  // Everything; otherwise false, and errno says why.
+  // Writes all bytes. Returns false on failure, with the reason in errno.
   bool write(std::string_view bytes) const;
 
  private:

@@ -17,7 +17,7 @@ std::optional<PlatformError> exchangeFolders(const std::filesystem::path& one,
     return systemUpdateError(UpdateStage::installation, "The new version cannot take its place",
                              errno);
   }
-  // So that it outlasts a loss of power too; without it the exchange may come undone as a whole.
+  // Makes the exchange durable. Without it a power failure may undo it, but never halve it.
   for (const auto& folder : {one.parent_path(), other.parent_path()}) {
     const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (descriptor) ::fsync(descriptor.get());

@@ -7,8 +7,8 @@
 
 namespace navora {
 
-// Puts each of two folders in the place of the other, in one step that nothing can interrupt. Both
-// lie on one file system, which must know this operation.
+// Exchanges two folders atomically (renameat2 with RENAME_EXCHANGE). Both must be on one file
+// system that supports it. Returns the error if the exchange failed.
 std::optional<PlatformError> exchangeFolders(const std::filesystem::path& one,
                                              const std::filesystem::path& other);
 

@@ -35,7 +35,7 @@ bool holdsOnlyOwnNames(const std::filesystem::path& folder) {
   return !error;
 }
 
-// Else the old version could not be removed once the new one is in its place.
+// Returns whether the user may remove everything in the folder, as is done with the old version.
 bool canBeEmptied(const std::filesystem::path& folder) {
   std::error_code error;
   std::filesystem::recursive_directory_iterator entry(folder, error);
@@ -47,7 +47,7 @@ bool canBeEmptied(const std::filesystem::path& folder) {
   return !error;
 }
 
-// Whether the folder is this user's, and can be renamed: it is no mount point.
+// Returns whether the folder belongs to this user and can be renamed, which a mount point cannot.
 bool isOwnFolder(const std::filesystem::path& folder) {
   struct stat status{};
   struct stat above{};

@@ -7,34 +7,35 @@
 
 namespace navora {
 
-// A folder that holds one version of the application and nothing else, so that another version can
-// take its place as a whole:
+// A folder with one version of the application and nothing else, so that it can be replaced as a
+// whole:
 //
 //   navora/installation.json   {"version": "1.2"}
-//   navora/bin/navora          and whatever else belongs to it
+//   navora/bin/navora          and the other files of that version
 //
-// What a package manager or `cmake --install` has put among other programs is no such folder.
+// A package or `cmake --install` to a shared prefix does not make such a folder.
 class Installation {
  public:
   static constexpr const char* recordName = "installation.json";
 
-  // None where there is no valid record.
+  // Returns std::nullopt if `folder` has no valid installation.json.
   static std::optional<Installation> at(const std::filesystem::path& folder);
-  // The one that the running program belongs to.
+  // Returns the installation that the running program belongs to.
   static std::optional<Installation> ofThisProgram();
 
   const std::filesystem::path& folder() const { return folder_; }
   const std::string& version() const { return version_; }
   std::filesystem::path executable() const { return executableIn(folder_); }
-  // Of a version that may not have been looked at yet, or lies elsewhere by now.
+  // For a folder that need not be a valid installation.
   static std::filesystem::path executableIn(const std::filesystem::path& folder) {
     return folder / "bin" / "navora";
   }
 
-  // Whether its user may put another version in its place: it is theirs, the folder that it lies in
-  // can be written to, and nothing in it is somebody else's.
+  // Returns whether this user may replace the folder: it is theirs, its parent is writable, and it
+  // holds nothing but a version's own files. Reads the whole tree.
   bool isReplaceable() const;
 
+  // Returns the content of installation.json.
   static std::string record(const std::string& version);
 
  private:

@@ -4,9 +4,10 @@
 
 namespace navora {
 
-// Whether releases may be asked for, and fetched, from there: over https, or over http from this
-// machine, where the development service is.
+// Returns whether feeds and archives may be fetched from `url`: https, or http on loopback, for the
+// development service.
 bool isUpdateAddress(const Url& url);
+// Returns whether `url` is an http URL on loopback.
 bool isLoopbackAddress(const Url& url);
 
 }  // namespace navora

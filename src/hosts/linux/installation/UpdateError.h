@@ -8,13 +8,13 @@ namespace navora {
 
 inline constexpr const char* updateErrorDomain = "NavoraUpdateErrorDomain";
 
-// Where an update can fail.
+// The steps in which an update can fail.
 enum class UpdateStage { feed, download, verification, unpacking, installation, relaunch };
 
-// With the stage's name first, for whoever reads the log. `description` is a sentence without its
-// full stop.
+// Returns an error whose text is "stage: description", for the log. `description` is a sentence
+// without a full stop.
 PlatformError updateError(UpdateStage stage, const std::string& description);
-// The same for a call of the system that has just failed, with its reason.
+// The same with the text of `errorNumber`, an errno value, in parentheses.
 PlatformError systemUpdateError(UpdateStage stage, const std::string& description, int errorNumber);
 
 }  // namespace navora

@@ -25,7 +25,8 @@ PlatformError failure(const std::string& description, int reason) {
   return systemUpdateError(UpdateStage::installation, description, reason);
 }
 
-// None if there is no such folder of this user, or another program holds it.
+// Returns an empty descriptor if there is no such folder of this user or another program has locked
+// it.
 FileDescriptor lock(const std::filesystem::path& path) {
   FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
   struct stat opened{};
@@ -34,7 +35,7 @@ FileDescriptor lock(const std::filesystem::path& path) {
       ::fstat(folder.get(), &opened) != 0 || opened.st_uid != ::geteuid()) {
     return {};
   }
-  // Whoever held it until now may have removed it meanwhile.
+  // The previous owner of the lock may have removed the folder after open().
   if (::lstat(path.c_str(), &present) != 0 || present.st_ino != opened.st_ino ||
       present.st_dev != opened.st_dev) {
     return {};
@@ -53,7 +54,8 @@ std::optional<PlatformError> clear(const std::filesystem::path& folder) {
   return failure("What an earlier update left cannot be removed", error.value());
 }
 
-// Better known before the download than after it.
+// Fails where folders cannot be exchanged, so that an update fails before the download and not
+// after it.
 std::optional<PlatformError> tryExchange(const std::filesystem::path& folder) {
   const auto one = folder / "one";
   const auto other = folder / "other";

@@ -11,18 +11,18 @@
 
 namespace navora {
 
-// The folder beside an installation in which its next version is made ready, and in which the
-// present one waits, after the exchange, until the next has started. One program at a time holds
-// it, and removes it when it goes. What a program left that was killed is never needed by anybody:
-// the installation itself is whole at every moment.
+// The locked folder beside an installation in which its next version is prepared. After the
+// exchange it holds the old version until the new one has started. The destructor removes the
+// folder. What a killed program leaves in it can be deleted: the installation itself is complete at
+// every moment.
 class UpdateFolder {
  public:
-  // An empty folder. Fails when another program holds it, and where the file system cannot exchange
-  // folders.
+  // Locks the folder, creating or emptying it. Fails if another program has locked it, or the file
+  // system cannot exchange folders. May be called on any thread.
   static Expected<UpdateFolder, PlatformError> claim(const Installation& installation);
-  // Takes over the folder whose lock came with the descriptor.
+  // Takes ownership of a folder whose lock was inherited with the descriptor.
   static UpdateFolder adopt(std::filesystem::path folder, FileDescriptor lock);
-  // Removes what was left behind by a program that is gone.
+  // Removes the folder unless a running program has locked it.
   static void removeLeftovers(const Installation& installation);
 
   UpdateFolder(UpdateFolder&& other) noexcept = default;
@@ -31,12 +31,12 @@ class UpdateFolder {
 
   const std::filesystem::path& path() const { return path_; }
   std::filesystem::path archive() const { return path_ / "archive"; }
-  // Where archives are unpacked, and the folder that they bring.
+  // Where the archive is unpacked, and the installation in it.
   std::filesystem::path unpacked() const { return path_ / "new"; }
   std::filesystem::path version() const { return unpacked() / "navora"; }
 
-  // For another program, which then removes the folder: it stays locked as long as any copy of the
-  // descriptor is open.
+  // Releases ownership to another program, which removes the folder. It stays locked as long as any
+  // duplicate of the descriptor is open.
   FileDescriptor handOver();
 
  private:
@@ -44,7 +44,7 @@ class UpdateFolder {
       : path_(std::move(path)), lock_(std::move(lock)) {}
 
   std::filesystem::path path_;
-  // Without it, the folder is not ours any more.
+  // Empty after handOver(); the destructor then keeps the folder.
   FileDescriptor lock_;
 };
 

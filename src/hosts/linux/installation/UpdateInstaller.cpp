@@ -21,7 +21,7 @@
 namespace navora {
 namespace {
 
-// With the environment of this process, which is the application's.
+// Starts a program with this process's environment, which was inherited from the application.
 std::optional<pid_t> start(const std::filesystem::path& program) {
   sigset_t defaults;
   ::sigemptyset(&defaults);
@@ -39,7 +39,7 @@ std::optional<pid_t> start(const std::filesystem::path& program) {
   return error == 0 ? std::optional(process) : std::nullopt;
 }
 
-// Whether a byte comes before the other side is closed or the time is up.
+// Waits for a byte. Returns false if the peer closes or `patience` elapses first.
 bool receivesByte(const FileDescriptor& descriptor, std::chrono::milliseconds patience) {
   pollfd waiting{descriptor.get(), POLLIN, 0};
   const auto deadline = std::chrono::steady_clock::now() + patience;
@@ -66,7 +66,7 @@ UpdateInstaller::UpdateInstaller(Installation installation, UpdateFolder folder,
       application_(std::move(application)) {}
 
 bool UpdateInstaller::run(std::chrono::milliseconds patience) {
-  // Whoever read what the application wrote may be gone with it, which must not end the way back.
+  // The reader of the inherited standard error may have exited; writing must not kill this process.
   std::signal(SIGPIPE, SIG_IGN);
   waitForApplication();
   if (const auto error = exchangeFolders(folder_.version(), installation_.folder())) {
@@ -93,10 +93,10 @@ void UpdateInstaller::waitForApplication() {
 
 bool UpdateInstaller::startNewVersion(std::chrono::milliseconds patience) {
   std::array<int, 2> ends{};
-  // No pipe: writing to one whose reader is gone would end the application.
+  // A socket, because MSG_NOSIGNAL keeps the application alive if this process has exited.
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0) return false;
   const FileDescriptor ours(ends[0]);
-  // Never in place of a standard file, even if this process has none.
+  // Above the standard descriptors, which may be closed in this process. Inherited by the program.
   FileDescriptor theirs(::fcntl(FileDescriptor(ends[1]).get(), F_DUPFD, STDERR_FILENO + 1));
   if (!theirs) return false;
   ::setenv(startedVariable, std::to_string(theirs.get()).c_str(), 1);
@@ -111,14 +111,14 @@ bool UpdateInstaller::startNewVersion(std::chrono::milliseconds patience) {
 }
 
 void UpdateInstaller::startOldVersion() {
-  // The folder goes first: the application looks for leftovers when it starts.
+  // Removes the folder before the application starts, which would see it as left over.
   UpdateFolder(std::move(folder_));
   startOldVersion(installation_.executable());
 }
 
 void UpdateInstaller::startOldVersionWhereItWaits() {
   const auto program = Installation::executableIn(folder_.version());
-  // It is the only version that is known to work, so it stays.
+  // The only version that is known to work: keep the folder.
   folder_.handOver();
   startOldVersion(program);
 }

@@ -9,22 +9,22 @@
 
 namespace navora {
 
-// The last step of an update, in a process of its own that outlives the application: waits for its
-// end, puts the new version in its place, starts it, and takes everything back if it does not
-// start. Whenever this process is killed, the installation is the old version or the new one.
+// The last step of an update, in a process that outlives the application: waits for the application
+// to exit, exchanges the versions, starts the new one, and exchanges them back if it does not
+// start. If this process is killed at any point, the installation is the complete old or new
+// version.
 class UpdateInstaller {
  public:
-  // In the environment of what is started: where the new version says that it has started...
+  // Environment variable of the new version: the number of a socket on which it confirms its start.
   static constexpr const char* startedVariable = "NAVORA_UPDATE_STARTED";
-  // ...and that the old version runs again, because the new one did not start.
+  // Environment variable of the old version: set if the new one did not start.
   static constexpr const char* failedVariable = "NAVORA_UPDATE_FAILED";
   static constexpr std::chrono::seconds defaultPatience{60};
 
-  // The new version waits in the folder. `application` can be read from once the application has
-  // ended, and not before: a descriptor of its process.
+  // `folder` holds the new version. `application` is a pidfd of the application.
   UpdateInstaller(Installation installation, UpdateFolder folder, FileDescriptor application);
 
-  // Whether the new version runs.
+  // Returns whether the new version runs: it has `patience` to confirm its start.
   bool run(std::chrono::milliseconds patience = defaultPatience);
 
  private:

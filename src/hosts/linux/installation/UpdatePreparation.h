@@ -11,10 +11,10 @@
 
 namespace navora {
 
-// Turns the archive that lies in an update folder into a version that can take the installation's
-// place: verifies it, unpacks it, and makes sure that it is the version that the feed announced, so
-// that nobody can pass off an older one as new. The archive is gone afterwards. May be called on
-// any thread, and takes long.
+// Verifies and unpacks the archive in an update folder, checks that it holds the version that the
+// feed announced, which prevents downgrades, and deletes it. Returns the error if a step fails.
+// `progress` is called from 0 to 1, `cancelled` is polled while unpacking. May be called on any
+// thread; takes seconds to minutes.
 std::optional<PlatformError> prepareUpdate(const UpdateFolder& folder, const AppcastEntry& entry,
                                            const Ed25519PublicKey& key,
                                            const std::function<void(double)>& progress,

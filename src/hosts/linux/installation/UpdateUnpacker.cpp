@@ -73,7 +73,7 @@ class Unpacking {
     return makeFile(member);
   }
 
-  // With those above it. Whatever is there already must be a folder.
+  // Makes the folder and its parents. Fails if one exists and is not a folder.
   std::optional<PlatformError> makeFolder(const ArchiveMember& member,
                                           const std::filesystem::path& path) {
     std::filesystem::path partial;
@@ -105,14 +105,14 @@ class Unpacking {
       bytes_ += *size;
       if (bytes_ > limits_.bytes) return unpackingError("The archive holds too much");
       if (!file.write({buffer_.data(), *size})) return systemFailure(member);
-      tellProgress();
+      reportProgress();
     }
     if (::fchmod(file.get(), member.isExecutable ? executableMode : fileMode) != 0)
       return systemFailure(member);
     return std::nullopt;
   }
 
-  // Whether the member would be made in a folder that is really a link.
+  // Returns whether a parent of the member is a link of the archive.
   bool liesBehindALink(const ArchiveMember& member) const {
     for (auto folder = member.path.parent_path(); !folder.empty(); folder = folder.parent_path()) {
       if (linkPaths_.contains(folder.string())) return true;
@@ -129,19 +129,20 @@ class Unpacking {
       if (::symlinkat(link.target.c_str(), folder_.get(), link.path.c_str()) != 0)
         return systemFailure(link);
     }
-    // After a loss of power the version that takes the other's place must be whole.
+    // Writes the files to disk before the exchange, so that a power failure cannot leave it
+    // incomplete.
     if (::syncfs(folder_.get()) != 0)
       return systemUpdateError(UpdateStage::unpacking, "The files cannot be written", errno);
     progress_(1);
     return std::nullopt;
   }
 
-  void tellProgress() {
+  void reportProgress() {
     constexpr double step = 0.01;
     const double progress =
         static_cast<double>(reader_.bytesConsumed()) / static_cast<double>(archiveSize_);
-    if (progress < told_ + step) return;
-    told_ = progress;
+    if (progress < reported_ + step) return;
+    reported_ = progress;
     progress_(progress);
   }
 
@@ -156,7 +157,7 @@ class Unpacking {
   std::vector<char> buffer_ = std::vector<char>(bufferSize);
   std::uint64_t members_ = 0;
   std::uint64_t bytes_ = 0;
-  double told_ = 0;
+  double reported_ = 0;
 };
 
 }  // namespace

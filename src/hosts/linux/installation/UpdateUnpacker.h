@@ -10,8 +10,8 @@
 
 namespace navora {
 
-// Unpacks an archive into a folder that is empty so far, and into nothing else. Links are made
-// after everything else, so that nothing is ever written through one. May be called on any thread.
+// Unpacks an archive into an empty folder, never outside it. Links are made last, so that no file
+// is written through one. May be called on any thread.
 class UpdateUnpacker {
  public:
   struct Limits {
@@ -19,9 +19,10 @@ class UpdateUnpacker {
     std::uint64_t members = 50'000;
   };
 
-  // Told from 0 to 1, on the thread that unpacks; `cancelled` is looked at all along.
+  // Called on the unpacking thread with values from 0 to 1.
   using Progress = std::function<void(double)>;
 
+  // Returns the error if unpacking failed or `cancelled` became true.
   static std::optional<PlatformError> unpack(const std::filesystem::path& archive,
                                              const std::filesystem::path& folder,
                                              const Limits& limits, const Progress& progress,

@@ -18,11 +18,11 @@ bool isLetter(char c) {
 
 struct Component {
   Kind kind = Kind::end;
-  // Of a number: without zeros at its beginning, so zero is empty.
+  // A number has no leading zeros, so zero is empty.
   std::string_view text;
 };
 
-// Gives a version's components one after another, then ends without end.
+// Iterates over a version's components. After the last, next() keeps returning Kind::end.
 class Components {
  public:
   explicit Components(std::string_view version) : rest_(version.substr(0, version.find('-'))) {}
@@ -50,7 +50,7 @@ std::weak_ordering compareNumbers(std::string_view a, std::string_view b) {
   return a <=> b;
 }
 
-// How a version goes on compares with one that has ended.
+// Compares a component with the end of the other version.
 std::weak_ordering compareWithEnd(const Component& component) {
   if (component.kind == Kind::letters) return std::weak_ordering::less;
   return component.text.empty() ? std::weak_ordering::equivalent : std::weak_ordering::greater;

@@ -5,9 +5,9 @@
 
 namespace navora {
 
-// The order of releases. Versions are compared component by component, numbers as numbers of any
-// length; what follows a hyphen does not count, nor do zeros at the end ("1.0" is "1.0.0"), and
-// letters make a version earlier ("1.0rc1" comes before "1.0").
+// Compares versions component by component, numbers numerically and of any length. Ignores text
+// after a hyphen and trailing zeros ("1.0" equals "1.0.0"). Letters make a version older ("1.0rc1"
+// < "1.0").
 std::weak_ordering compareVersions(std::string_view a, std::string_view b);
 
 }  // namespace navora

@@ -1,7 +1,7 @@
 // navora-install-update INSTALLATION FOLDER LOCK APPLICATION
 //
-// Started by the application shortly before it ends. The last two are the numbers of open files:
-// the lock of the update folder, and the application's process.
+// Started by the application shortly before it exits. LOCK and APPLICATION are numbers of inherited
+// descriptors: the lock of the update folder FOLDER, and a pidfd of the application.
 #include <cstdlib>
 #include <iostream>
 #include <optional>
@@ -16,7 +16,7 @@
 
 namespace {
 
-// Kept from what is started here.
+// Takes ownership of an inherited descriptor and keeps child processes from inheriting it.
 std::optional<navora::FileDescriptor> openFile(std::string_view text) {
   const auto number = navora::wholeNumber<int>(text);
   if (!number || ::fcntl(*number, F_SETFD, FD_CLOEXEC) != 0) return std::nullopt;

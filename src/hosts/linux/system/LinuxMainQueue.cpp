@@ -10,10 +10,9 @@ namespace {
 using Work = std::function<void()>;
 
 gboolean runOnce(gpointer work) {
-  // The work may release the token that its source belongs to; what it captured lasts until its
-  // end.
-  const Work present = *static_cast<Work*>(work);
-  present();
+  // A copy: the work may destroy the timer that owns it.
+  const Work copy = *static_cast<Work*>(work);
+  copy();
   return G_SOURCE_REMOVE;
 }
 

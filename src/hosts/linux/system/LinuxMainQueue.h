@@ -4,6 +4,7 @@
 
 namespace navora {
 
+// Runs work in GLib's default main context.
 class LinuxMainQueue final : public MainQueue {
  public:
   void async(std::function<void()> work) override;

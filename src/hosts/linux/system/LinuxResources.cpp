@@ -24,7 +24,7 @@ LinuxResources::LinuxResources(std::filesystem::path folder) : folder_(std::move
 std::optional<std::string> LinuxResources::read(std::string_view name,
                                                 std::string_view extension) const {
   const auto path = folder_ / (std::string(name) + "." + std::string(extension));
-  // Fails for a folder, which opens like a file.
+  // Fails for a folder, which std::ifstream would open.
   std::error_code error;
   const auto size = std::filesystem::file_size(path, error);
   if (error) return std::nullopt;

@@ -6,7 +6,7 @@
 
 namespace navora {
 
-// Resources in share/navora beside the folder of the executable, wherever that has been put.
+// Reads resources from ../share/navora, relative to the folder of the executable.
 class LinuxResources final : public Resources {
  public:
   LinuxResources();

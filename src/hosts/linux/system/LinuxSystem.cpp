@@ -12,13 +12,13 @@
 namespace navora {
 namespace {
 
-// Calls back when a file is replaced or changes.
+// Calls back when a file is created, replaced or written.
 class FileObserver final : public ObserverToken {
  public:
   FileObserver(const std::filesystem::path& path, std::function<void()> callback)
       : callback_(std::move(callback)) {
     const auto file = GObjectPtr<GFile>::adopt(g_file_new_for_path(path.c_str()));
-    // None where the system has no means to watch files.
+    // Null if the system cannot watch files.
     monitor_ = GObjectPtr<GFileMonitor>::adopt(
         g_file_monitor_file(file.get(), G_FILE_MONITOR_WATCH_MOVES, nullptr, nullptr));
     if (monitor_)
@@ -27,10 +27,10 @@ class FileObserver final : public ObserverToken {
 
  private:
   static void onChanged(GFileMonitor*, GFile*, GFile*, GFileMonitorEvent event, gpointer self) {
-    // Every write is followed by one of these, when the new content is complete.
+    // One of these follows every change, when the new content is complete.
     if (event == G_FILE_MONITOR_EVENT_CHANGES_DONE_HINT || event == G_FILE_MONITOR_EVENT_CREATED ||
         event == G_FILE_MONITOR_EVENT_RENAMED || event == G_FILE_MONITOR_EVENT_MOVED_IN) {
-      // A copy: the callback may release this observer.
+      // A copy: the callback may destroy this observer.
       const auto callback = static_cast<FileObserver*>(self)->callback_;
       callback();
     }

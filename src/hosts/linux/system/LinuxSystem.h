@@ -7,7 +7,7 @@ namespace navora {
 
 class LinuxSystem final : public System {
  public:
-  // Observes the end of a sleep until the token is destroyed.
+  // Calls the callback after each resume from sleep, until the token is destroyed.
   using ObserveResume = std::function<std::unique_ptr<ObserverToken>(std::function<void()>)>;
 
   explicit LinuxSystem(ObserveResume observeResume, SystemTimeZone timeZone = SystemTimeZone());
@@ -17,7 +17,7 @@ class LinuxSystem final : public System {
   std::string timeZoneIdentifier() const override;
   Date now() const override;
   std::string randomUuid() const override;
-  // To standard error, which the desktop keeps in its journal.
+  // Writes to standard error, which a systemd session keeps in the journal.
   void log(const std::string& line) const override;
   void debug(DebugArea area, const std::string& line) const override;
 

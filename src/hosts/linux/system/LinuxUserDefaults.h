@@ -6,12 +6,13 @@
 
 namespace navora {
 
-// User defaults in one JSON file, which every change replaces as a whole: a crash leaves the old
-// values or the new ones. A file that is damaged is set aside under another name and reported on
-// standard error; one that cannot be read stays untouched, and the values live in memory only.
+// User defaults in one JSON file. Every change replaces the file atomically, so a crash leaves
+// either the old values or the new ones. A damaged file is renamed to "….damaged" and reported on
+// standard error. A file that cannot be read is reported and never written; values are then kept in
+// memory.
 class LinuxUserDefaults final : public UserDefaults {
  public:
-  // In the user's configuration folder.
+  // Uses navora/defaults.json in XDG_CONFIG_HOME.
   LinuxUserDefaults();
   explicit LinuxUserDefaults(std::filesystem::path file);
 

@@ -5,9 +5,8 @@
 namespace navora {
 namespace {
 
-// A load that one of our own decisions ended is reported as "interrupted by policy change"; one
-// that a content rule or a sandboxed frame ended, as "cannot use restricted port" and the like,
-// which are real failures.
+// WebKitGTK reports a load that our policy decision cancelled or turned into a download as
+// FRAME_LOAD_INTERRUPTED_BY_POLICY_CHANGE. The other policy errors are real failures.
 bool wasCancelled(const GError& error) {
   return g_error_matches(&error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) != FALSE ||
          g_error_matches(&error, WEBKIT_POLICY_ERROR,

@@ -6,8 +6,9 @@
 
 namespace navora {
 
-// The engine's error as the core knows it: everything that somebody stopped on purpose is
-// cancelled.
+// Converts an error of GLib, libsoup or WebKitGTK. A deliberate cancellation, by the user or by a
+// policy decision, has the code PlatformError::cancelledCode, a time-out
+// PlatformError::timedOutCode.
 PlatformError platformErrorFrom(const GError& error);
 
 }  // namespace navora

@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::string_view zoneFolder = "/zoneinfo/";
 
-// "…/zoneinfo/Europe/Riga" to "Europe/Riga". The folder may hold the same zones in other flavours.
+// Converts "…/zoneinfo/Europe/Riga" to "Europe/Riga". Drops "posix/" and "right/", which hold the
+// same zones without and with leap seconds.
 std::optional<std::string> zoneOfPath(const std::string& path) {
   const auto folder = path.rfind(zoneFolder);
   if (folder == std::string::npos) return std::nullopt;
@@ -23,8 +24,8 @@ std::optional<std::string> zoneOfPath(const std::string& path) {
   return std::string(zone);
 }
 
-// The name itself or the path of a zone's file, after an optional colon. Any other file, such as
-// /etc/localtime, names no zone: it is the system's own, as everybody reads it.
+// Parses TZ: a zone's name or the path of its file, after an optional colon (POSIX.1, 8.3). Returns
+// std::nullopt for any other path: TZ=:/etc/localtime means the system's zone.
 std::optional<std::string> zoneOfVariable(std::string_view value) {
   if (value.starts_with(':')) value.remove_prefix(1);
   if (value.empty()) return std::nullopt;
@@ -51,7 +52,7 @@ std::optional<std::string> SystemTimeZone::linkedZone() const {
   return error ? std::nullopt : zoneOfPath(target.string());
 }
 
-// Systems that copy the zone's file instead of linking to it write its name down here.
+// Debian stores the name here too, for systems whose localtime is a copy and not a link.
 std::optional<std::string> SystemTimeZone::namedZone() const {
   std::ifstream file(configuration_ / "timezone");
   std::string line;

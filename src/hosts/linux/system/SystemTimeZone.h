@@ -6,17 +6,17 @@
 
 namespace navora {
 
-// Where the system keeps its time zone.
+// Reads the system's time zone.
 class SystemTimeZone {
  public:
-  // `configuration` is the folder with the files "localtime" and "timezone"; `environment` the
-  // value of TZ, which wins.
+  // `configuration` is the folder with the files "localtime" and "timezone".
   explicit SystemTimeZone(std::filesystem::path configuration = "/etc");
 
-  // The IANA identifier that is set now; "UTC" when nothing says otherwise.
+  // Returns the present IANA identifier; "UTC" if none is set. `environment` is the value of TZ,
+  // which takes precedence.
   std::string identifier(const std::optional<std::string>& environment) const;
 
-  // Replaced whenever the zone changes.
+  // Returns the file that is replaced when the zone changes.
   std::filesystem::path localTimeFile() const { return configuration_ / "localtime"; }
 
  private:

@@ -9,10 +9,11 @@
 
 namespace navora {
 
+// Converts a libsoup cookie.
 HttpCookie httpCookieFrom(SoupCookie& cookie);
 
-// Every cookie of the store, whichever host it is for; none if the store cannot be read. Calls
-// `completion` once, later, unless `cancellable` is cancelled before.
+// Reads the cookies of all hosts. Calls `completion` once, after this function has returned, with
+// an empty list if the store cannot be read; never if `cancellable` is cancelled first.
 void readAllCookies(WebKitCookieManager* store, GCancellable* cancellable,
                     std::function<void(std::vector<HttpCookie>)> completion);
 

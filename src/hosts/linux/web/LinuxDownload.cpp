@@ -6,7 +6,7 @@ namespace navora {
 
 LinuxDownload::LinuxDownload(WebKitDownload* download)
     : download_(GObjectPtr<WebKitDownload>::retain(download)) {
-  // The user has already agreed to the replacement, in the file chooser.
+  // The file chooser has asked the user for confirmation.
   webkit_download_set_allow_overwrite(download, TRUE);
   signals_.emplace_back(download, "decide-destination", G_CALLBACK(onDecideDestination), this);
   signals_.emplace_back(download, "failed", G_CALLBACK(onFailed), this);
@@ -50,7 +50,7 @@ void LinuxDownload::onFailed(WebKitDownload*, GError* error, gpointer self) {
 
 void LinuxDownload::onFinished(WebKitDownload*, gpointer self) {
   auto& download = *static_cast<LinuxDownload*>(self);
-  // The engine calls a failed download finished, too.
+  // WebKitGTK emits "finished" after "failed" too.
   if (download.ended_) return;
   const auto keepAlive = download.shared_from_this();
   download.ended_ = true;

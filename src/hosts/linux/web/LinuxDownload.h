@@ -11,6 +11,7 @@
 
 namespace navora {
 
+// A WebKitGTK download. Destroying it cancels the download.
 class LinuxDownload final : public Download, public std::enable_shared_from_this<LinuxDownload> {
  public:
   explicit LinuxDownload(WebKitDownload* download);

@@ -7,6 +7,7 @@
 
 namespace navora {
 
+// The engine's request of a navigation, to be loaded again unchanged.
 class LinuxRequest final : public PlatformRequest {
  public:
   explicit LinuxRequest(WebKitURIRequest* request)

@@ -8,8 +8,8 @@
 
 namespace navora {
 
-// Ends a page load that has received nothing for too long: WebKitGTK has no time-out of its own,
-// so a server that accepts the connection and stays silent would leave the user waiting for ever.
+// Detects a page load that makes no progress. WebKitGTK (2.50) has no load time-out: a server that
+// accepts the connection and sends nothing would leave the page loading for ever.
 class LoadTimeout {
  public:
   explicit LoadTimeout(WebKitWebView* view);
@@ -18,9 +18,10 @@ class LoadTimeout {
   LoadTimeout(const LoadTimeout&) = delete;
   LoadTimeout& operator=(const LoadTimeout&) = delete;
 
-  // For the loads from now on.
+  // Sets the time without progress, in seconds, for loads that start later.
   void setSeconds(double seconds) { seconds_ = seconds; }
 
+  // Calls `onTimeout` once, unless stop() or another start() comes first.
   void start(std::function<void()> onTimeout);
   void stop();
 

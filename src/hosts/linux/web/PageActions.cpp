@@ -6,7 +6,7 @@
 namespace navora {
 namespace {
 
-// Submitting a form replaces the query of its address, or leaves it alone.
+// Compares without query and fragment: submitting a GET form replaces the query of its action.
 bool leadsTo(const Url& formAction, const Url& url) {
   auto expected = formAction.components();
   auto actual = url.components();
@@ -36,7 +36,7 @@ PageActions::PageActions(Clock clock) : clock_(std::move(clock)) {}
 void PageActions::add(PageAction action) {
   forgetExpired();
   if (action.kind == PageAction::Kind::contextMenu) {
-    // A menu stays open as long as the user likes, but there is only one.
+    // Context menus do not expire, since they may stay open; there is one at a time.
     std::erase_if(entries_, [](const Entry& entry) {
       return entry.action.kind == PageAction::Kind::contextMenu;
     });

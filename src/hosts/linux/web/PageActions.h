@@ -11,14 +11,14 @@
 
 namespace navora {
 
-// Something the user or the page just did in a frame, which the engine will ask about in a moment
-// without saying where it comes from.
+// An action of the user or the page in a known frame. The engine asks about its effect shortly
+// after, without naming the frame.
 struct PageAction {
   enum class Kind { link, contextMenu, form, openWindow, chooseFiles };
 
   Kind kind;
   FrameInfo frame;
-  // The address it leads to, except for file choosers.
+  // The target; std::nullopt for file choosers.
   std::optional<Url> url;
   bool download = false;
   bool directories = false;
@@ -26,9 +26,9 @@ struct PageAction {
   bool operator==(const PageAction&) const = default;
 };
 
-// Remembers page actions and finds the one behind a question of the engine. An action answers one
-// question, about exactly its address, and is forgotten soon: the page may have cancelled it, and
-// a question must never be taken for another frame's action.
+// Keeps recent page actions and matches them with the engine's policy requests. An action matches
+// one request, for its URL (for a form, up to query and fragment), within a second: the page may
+// have cancelled it, and a request must never be attributed to another frame.
 class PageActions {
  public:
   using Clock = std::function<std::chrono::steady_clock::time_point()>;
@@ -40,11 +40,11 @@ class PageActions {
 
   void add(PageAction action);
 
-  // The action that leads to `url`, if there is one.
+  // Remove and return the newest action that explains a navigation to `url`, or a file chooser.
   std::optional<PageAction> takeNavigation(const Url& url);
   std::optional<PageAction> takeFileChooser();
 
-  // The page is gone, and with it everything it did.
+  // Forgets all actions; called when another page is shown.
   void clear();
 
  private:

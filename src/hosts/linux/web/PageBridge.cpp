@@ -22,14 +22,14 @@ constexpr const char* bridgeHandler = "navoraBridge";
 constexpr const char* frameHandler = "navoraFrames";
 constexpr std::string_view announcementChannel = "navora-announcement";
 
-// More than any message that the core accepts, even when each of its characters has been escaped
-// twice on the way here; what is larger is not even parsed.
+// Above the largest message that the core accepts, even with every character escaped twice. Larger
+// envelopes are dropped unparsed.
 constexpr std::size_t maximumEnvelopeBytes = 8 * 1024 * 1024;
 
 std::string randomToken() {
   std::array<unsigned char, 32> bytes{};
   if (getentropy(bytes.data(), bytes.size()) != 0)
-    fatalError("No random numbers", "PageBridge", __LINE__);
+    fatalError("getentropy() failed", "PageBridge", __LINE__);
   std::string token;
   for (const unsigned char byte : bytes) {
     token += "0123456789abcdef"[byte >> 4];

@@ -10,17 +10,17 @@
 
 namespace navora {
 
-// Gives the pages of the service `window.webkit.messageHandlers`, and finds out what the engine
-// does not tell: which frame a message, a dialog, a new window, a followed link comes from.
+// Gives the service's pages `window.webkit.messageHandlers`, and determines which frame a message,
+// a dialog, a new window or a followed link comes from, which WebKitGTK (2.50) does not report.
 //
-// WebKitGTK delivers script messages of a page-world handler from every frame alike, and its
-// dialogs and navigation decisions name no frame at all. So the real handlers live in an isolated
-// script world; the page world only gets proxies, in the top frame of the origin, which announce
-// what they do through DOM events. Whatever has not been announced comes from elsewhere.
+// A handler in the page's world would receive messages from every frame alike, and dialogs and
+// policy requests name no frame. So the real handlers are registered in an isolated script world.
+// In the page's world the top frame of the origin gets proxies, which announce each action through
+// DOM events. An action that was not announced is attributed to an unknown frame.
 class PageBridge {
  public:
-  // Adds the application's and the bridge's own scripts to `manager`. Messages go to the handler of
-  // the configuration.
+  // Adds the scripts of `configuration` and the bridge's own to `manager`. Messages are delivered
+  // to the configuration's handler, which must outlive this object.
   PageBridge(WebKitUserContentManager* manager, const WebViewConfiguration& configuration);
   ~PageBridge();
 
@@ -31,10 +31,11 @@ class PageBridge {
 
   struct DialogMessage {
     std::string text;
-    // The top frame of the service's page raised the dialog itself.
+    // True if the message carried the token.
     bool fromTopFrame = false;
   };
-  // Takes the mark off a dialog's message.
+  // Removes the token with which pageWorld.js marks the messages of the top frame's dialogs.
+  // `message` may be null.
   DialogMessage readDialogMessage(const char* message) const;
 
  private:
@@ -51,7 +52,8 @@ class PageBridge {
 
   GObjectPtr<WebKitUserContentManager> manager_;
   ScriptMessageHandler* handler_;
-  // Known to no page: it proves that a dialog passed through the top frame's own functions.
+  // Secret from the page: proves that a dialog was raised through the top frame's wrapped
+  // functions.
   std::string dialogToken_;
   PageActions actions_;
   SignalConnection bridgeMessages_;

@@ -23,7 +23,7 @@ bool isRemoved(WebKitContextMenuItem* item) {
          removedActions.end();
 }
 
-// A separator is left over when it comes first, last or after another one.
+// Removes separators that come first, last or after another one.
 void removeLeftOverSeparators(WebKitContextMenu* menu) {
   bool afterSeparator = true;
   for (guint index = 0; index < webkit_context_menu_get_n_items(menu);) {

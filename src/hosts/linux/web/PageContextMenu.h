@@ -6,8 +6,9 @@
 
 namespace navora {
 
-// Takes out of the page's context menu what the application does not do: opening a second window,
-// and downloads that the engine starts by itself, which follow redirects to any host unasked.
+// Removes from the page's context menu what the application does not support: a second window, and
+// downloads that the engine starts itself, which would follow redirects to any host without a
+// decision.
 class PageContextMenu {
  public:
   explicit PageContextMenu(WebKitWebView* view);

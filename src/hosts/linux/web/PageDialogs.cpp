@@ -8,11 +8,11 @@
 namespace navora {
 namespace {
 
-// Keeps the page waiting; the page goes on when the last copy is gone.
+// Returns a pointer that suspends the page's script until its last copy is destroyed.
 //
-// A dialog that is closed while the engine still emits its signal crashes the engine, which reads
-// the closed dialog afterwards (seen in WebKitGTK 2.50). One that is merely released by then is
-// closed by the engine itself, so the explicit close is for later only.
+// WebKitGTK (2.50) crashes when a dialog is closed while "script-dialog" is being emitted: it reads
+// the dialog afterwards. A dialog without other references at that point is closed by the engine
+// itself, so `emitting` limits the explicit close to later.
 std::shared_ptr<WebKitScriptDialog> holdOpen(WebKitScriptDialog* dialog,
                                              std::shared_ptr<const bool> emitting) {
   return {webkit_script_dialog_ref(dialog),
@@ -51,15 +51,15 @@ gboolean PageDialogs::onRunFileChooser(WebKitWebView*, WebKitFileChooserRequest*
   return TRUE;
 }
 
-// The engine's own dialog would come up for every frame that asks, and it does not say which one
-// does. Pages are not printed on any platform.
+// Suppresses the engine's print dialog: any frame could raise it, and the application does not
+// print.
 gboolean PageDialogs::onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer) {
   return TRUE;
 }
 
-// The service signs in with a page. Any picture's server can demand a password, too, and the
-// engine's own dialog for it would look as if the application asked: the demand itself is the
-// answer instead.
+// Suppresses the engine's dialog for HTTP authentication, which any image's server could raise and
+// which would look like the application's own. The 401 response is loaded instead; the service
+// signs in with a page.
 gboolean PageDialogs::onAuthenticate(WebKitWebView*, WebKitAuthenticationRequest* request,
                                      gpointer) {
   webkit_authentication_request_authenticate(request, nullptr);
@@ -73,7 +73,7 @@ FrameInfo PageDialogs::topFrame() const {
 
 void PageDialogs::runDialog(WebKitScriptDialog* dialog) {
   if (webkit_script_dialog_get_dialog_type(dialog) == WEBKIT_SCRIPT_DIALOG_BEFORE_UNLOAD_CONFIRM) {
-    // The page is not asked whether it may be left, on any platform.
+    // Leaves the page without asking, as on macOS.
     webkit_script_dialog_confirm_set_confirmed(dialog, TRUE);
     return;
   }

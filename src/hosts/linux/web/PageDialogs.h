@@ -11,8 +11,8 @@
 
 namespace navora {
 
-// Puts the engine's dialog and file chooser requests in the delegate's terms. What does not
-// provably come from the top frame is reported as coming from an unknown one.
+// Converts the engine's dialog and file chooser requests for the PageDialogDelegate. The source is
+// an unknown frame unless it is proven to be the top frame.
 class PageDialogs {
  public:
   // Both arguments must outlive this object.

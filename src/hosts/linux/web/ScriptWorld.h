@@ -2,8 +2,8 @@
 
 namespace navora {
 
-// The script world of the application's own scripts: it sees the same document as the page, but
-// nothing that the page's scripts define or replace.
+// Name of the script world of the application's own scripts. It shares the document with the page,
+// but not the objects that the page's scripts define or replace.
 inline constexpr const char* isolatedScriptWorld = "navora";
 
 }  // namespace navora

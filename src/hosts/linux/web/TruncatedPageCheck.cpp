@@ -11,45 +11,45 @@ namespace {
 
 constexpr int connectionLostCode = -1005;
 
-// Bytes on the wire, before decompression, as the promised length counts them.
+// Compressed size in bytes, which Content-Length states too.
 constexpr std::string_view receivedBytes =
     "performance.getEntriesByType('navigation')[0]?.encodedBodySize ?? 0";
 
-double promisedLength(WebKitWebView* view) {
+double contentLength(WebKitWebView* view) {
   WebKitWebResource* page = webkit_web_view_get_main_resource(view);
   WebKitURIResponse* response = page == nullptr ? nullptr : webkit_web_resource_get_response(page);
   if (response == nullptr) return 0;
   return static_cast<double>(webkit_uri_response_get_content_length(response));
 }
 
-struct Question {
-  double promised;
+struct PendingCheck {
+  double contentLength;
   TruncatedPageCheck::Report report;
 };
 
-void onAnswer(GObject* view, GAsyncResult* result, gpointer data) {
-  const std::unique_ptr<Question> question(static_cast<Question*>(data));
+void onEvaluated(GObject* view, GAsyncResult* result, gpointer data) {
+  const std::unique_ptr<PendingCheck> check(static_cast<PendingCheck*>(data));
   const auto value = GObjectPtr<JSCValue>::adopt(
       webkit_web_view_evaluate_javascript_finish(WEBKIT_WEB_VIEW(view), result, nullptr));
-  // Cancelled, or another page is shown by now.
+  // Cancelled, or the page was replaced.
   if (!value) return;
   const double received = jsc_value_to_double(value.get());
-  // The engine counts nothing for pages from a cache.
-  if (received <= 0 || received >= question->promised) return;
-  question->report({"Navora", connectionLostCode, "The connection was lost"});
+  // The size is 0 for a page from the cache.
+  if (received <= 0 || received >= check->contentLength) return;
+  check->report({"Navora", connectionLostCode, "The connection was lost"});
 }
 
 }  // namespace
 
 void TruncatedPageCheck::check(WebKitWebView* view, Report report) {
   cancel();
-  const double promised = promisedLength(view);
-  if (promised <= 0) return;
+  const double length = contentLength(view);
+  if (length <= 0) return;
   pending_ = GObjectPtr<GCancellable>::adopt(g_cancellable_new());
-  // In the application's own script world: the page cannot change the answer.
+  // In the isolated world, where the page cannot replace `performance`.
   webkit_web_view_evaluate_javascript(
       view, receivedBytes.data(), static_cast<gssize>(receivedBytes.size()), isolatedScriptWorld,
-      nullptr, pending_.get(), onAnswer, new Question{promised, std::move(report)});
+      nullptr, pending_.get(), onEvaluated, new PendingCheck{length, std::move(report)});
 }
 
 void TruncatedPageCheck::cancel() {

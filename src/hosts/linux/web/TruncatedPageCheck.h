@@ -9,9 +9,9 @@
 
 namespace navora {
 
-// Finds out whether a page was cut off by a broken connection: WebKitGTK (2.50) calls a page
-// finished that has fewer bytes than its Content-Length promises, and leaves the user before half a
-// page or an empty one. Can go when the engine reports such loads as failed.
+// Detects a page that was truncated by a broken connection. WebKitGTK (2.50) reports a page with
+// fewer bytes than its Content-Length as finished. Remove this class when the engine reports such a
+// load as failed.
 class TruncatedPageCheck {
  public:
   using Report = std::function<void(const PlatformError&)>;
@@ -22,8 +22,9 @@ class TruncatedPageCheck {
   TruncatedPageCheck(const TruncatedPageCheck&) = delete;
   TruncatedPageCheck& operator=(const TruncatedPageCheck&) = delete;
 
-  // Calls `report` later if the page that `view` has just finished is incomplete, unless another
-  // page is checked or the check is cancelled first. Pages without a promised length pass.
+  // Calls `report` once, after this function has returned, if the page that `view` has just
+  // finished is truncated; never if check() or cancel() is called first. A page without
+  // Content-Length is complete.
   void check(WebKitWebView* view, Report report);
   void cancel();
 

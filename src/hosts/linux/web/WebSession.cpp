@@ -13,9 +13,10 @@ std::string userFolder(const char* base) {
   return (std::filesystem::path(base) / applicationFolder).string();
 }
 
-// Some containers and hardened kernels forbid the user namespaces that the engine's sandbox is made
-// of; the engine then fails to start any web process instead of running without it.
-GObjectPtr<GSubprocess> trySandbox() {
+// Starts bwrap, as the engine's sandbox does. Containers and hardened kernels may forbid the user
+// namespaces that it needs; with its sandbox enabled, WebKitGTK then starts no web process at all.
+// Returns null if bwrap cannot be started.
+GObjectPtr<GSubprocess> startSandboxTrial() {
   constexpr auto silent = static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_SILENCE |
                                                         G_SUBPROCESS_FLAGS_STDERR_SILENCE);
   return GObjectPtr<GSubprocess>::adopt(g_subprocess_new(silent, nullptr, "bwrap", "--unshare-user",
@@ -26,8 +27,8 @@ GObjectPtr<GSubprocess> trySandbox() {
 }  // namespace
 
 WebSession::WebSession() {
-  // Goes on while the engine starts.
-  const GObjectPtr<GSubprocess> sandboxTrial = trySandbox();
+  // Runs while the web context is made.
+  const GObjectPtr<GSubprocess> sandboxTrial = startSandboxTrial();
   const std::string data = userFolder(g_get_user_data_dir());
   const std::string cache = userFolder(g_get_user_cache_dir());
   dataManager_ = GObjectPtr<WebKitWebsiteDataManager>::adopt(webkit_website_data_manager_new(
@@ -42,7 +43,7 @@ void WebSession::keepCookies() {
   const auto folder = std::filesystem::path(userFolder(g_get_user_data_dir()));
   std::error_code ignored;
   std::filesystem::create_directories(folder, ignored);
-  // The session cookie is as good as a password: nobody else may read it.
+  // Keeps other users from reading the session cookie.
   std::filesystem::permissions(folder, std::filesystem::perms::owner_all, ignored);
 
   WebKitCookieManager* cookies = webkit_website_data_manager_get_cookie_manager(dataManager_.get());

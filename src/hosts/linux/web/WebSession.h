@@ -6,8 +6,9 @@
 
 namespace navora {
 
-// The engine's processes and persistent data of this user: cookies and storage survive restarts.
-// Web content runs in the engine's sandbox wherever the kernel allows it.
+// The web context: the engine's processes, and the cookies and storage that are kept between
+// starts. Web processes run in the engine's sandbox if bwrap works on this system; otherwise the
+// constructor says on standard error that they do not.
 class WebSession {
  public:
   WebSession();

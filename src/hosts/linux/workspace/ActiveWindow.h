@@ -6,22 +6,23 @@
 
 namespace navora {
 
-// The X server's identifier of the window that the window manager has made the active one; none
-// without such a window, or where nobody can tell.
+// Returns the X11 window id in _NET_ACTIVE_WINDOW (EWMH); std::nullopt if no window is active, the
+// window manager does not set it, or the display is not X11.
 std::optional<unsigned long> activeWindow();
 
-// The time that a request for the keyboard must carry to pass the window manager's prevention of
-// focus stealing; GDK_CURRENT_TIME where there is no such thing. `window` is realised.
+// Returns the time stamp with which a request for the focus passes the window manager's
+// focus-stealing prevention: the X server's present time, or GDK_CURRENT_TIME if the display is not
+// X11. `window` must be realized.
 guint32 activationTime(GdkWindow* window);
 
-// Whether that is another window than this one. Where nobody can tell, it is.
+// Returns whether the active window is not `window`; true if the display is not X11.
 bool anotherWindowIsActive(GdkWindow* window);
 
 // Returns whether one of this process's windows is the active one.
 bool isApplicationActive();
 
-// Makes the next window that asks to be presented do so with this token (startup notification,
-// xdg-activation), which the desktop issued for the user's click outside of our windows.
+// Passes on the activation token (startup notification on X11, xdg-activation on Wayland) that the
+// desktop issued for a click outside our windows. The next window to be presented uses it.
 void useActivationToken(const char* token);
 
 }  // namespace navora

@@ -7,7 +7,7 @@
 namespace navora {
 namespace {
 
-// Tells the window manager that a user's action, and not the program's whim, asks for it.
+// EWMH source indication of _NET_ACTIVE_WINDOW: a direct request of the user.
 constexpr long sourceIsPager = 2;
 
 }  // namespace
@@ -15,7 +15,7 @@ constexpr long sourceIsPager = 2;
 std::shared_ptr<LinuxRunningApplication> LinuxRunningApplication::frontmost() {
   const auto window = activeWindow();
   if (!window) return nullptr;
-  // Some window managers go on naming the last active window after its end.
+  // Some window managers leave a destroyed window in _NET_ACTIVE_WINDOW.
   auto application = std::make_shared<LinuxRunningApplication>(*window);
   return application->isTerminated() ? nullptr : application;
 }

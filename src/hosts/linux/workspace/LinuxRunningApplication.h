@@ -6,10 +6,10 @@
 
 namespace navora {
 
-// The window that the window manager has made the active one, of whichever program.
+// The program in front, represented by its active window. X11 only.
 class LinuxRunningApplication final : public RunningApplication {
  public:
-  // None where nobody can tell.
+  // Returns null if no active window is known.
   static std::shared_ptr<LinuxRunningApplication> frontmost();
 
   explicit LinuxRunningApplication(unsigned long window) : window_(window) {}
@@ -18,7 +18,7 @@ class LinuxRunningApplication final : public RunningApplication {
   void activate() override;
 
  private:
-  // An identifier of the X server.
+  // X11 window id.
   unsigned long window_;
 };
 

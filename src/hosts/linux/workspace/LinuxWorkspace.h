@@ -4,6 +4,7 @@
 
 namespace navora {
 
+// Screens, pointer and URL handlers, from GDK and GIO.
 class LinuxWorkspace final : public Workspace {
  public:
   void open(const Url& url) override;

@@ -6,19 +6,21 @@
 
 namespace navora {
 
-// The primary one, or the first where the desktop names none; null without any.
+// Returns the primary monitor, or the first if the desktop names none; null without monitors.
 GdkMonitor* mainMonitor();
 
-// Between the core's screen coordinates, which grow upwards from the lower left corner of the main
-// screen, and GDK's, which grow downwards from the upper left corner of all screens.
+// Converts between the core's screen coordinates, with the origin in the lower left corner of the
+// main screen and y up, and GDK's, with the origin in the upper left corner of the whole desktop
+// and y down.
 class ScreenGeometry {
  public:
-  // For the screens as they are now.
+  // Uses the present arrangement of the monitors.
   ScreenGeometry();
 
   Rectangle toCore(const GdkRectangle& rectangle) const;
   Point toCore(int x, int y) const;
-  // Rounded to whole pixels; the upper edge is kept exactly, as the panel grows downwards.
+  // Rounds to whole pixels, from the upper edge, so that a panel that grows down keeps its top in
+  // place.
   GdkRectangle toGdk(const Rectangle& rectangle) const;
 
  private:

@@ -1,9 +1,10 @@
-// Runs in the application's isolated world, in the top frame only: hands what the page world
-// announces to the application, together with the address that the engine itself reports here.
+// Runs in the application's isolated world, in the top frame only. Forwards what pageWorld.js
+// announces to the application, together with the document's address, which the page cannot forge
+// here.
 ((origin, channel) => {
   if (window.location.origin !== new window.URL(origin).origin) return;
-  // document.open() removes the listener and runs this script again; the same function is never
-  // registered twice.
+  // document.open() removes the listeners and runs this script again. Keeping the functions makes
+  // addEventListener() ignore a second registration.
   globalThis.forwardAnnouncement ??= (event) => {
     if (typeof event.detail !== 'string') return;
     const source = {frameUrl: location.href};

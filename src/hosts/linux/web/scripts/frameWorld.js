@@ -1,5 +1,5 @@
-// Runs in the application's isolated world, in every frame: tells the application which link, form
-// or file input the user acts on, and in which frame, just before the engine asks about it.
+// Runs in the application's isolated world, in every frame. Reports which link, form or file input
+// the user acts on, and in which frame, just before the engine asks the application about it.
 (() => {
   const linkOf = (event) => event.composedPath().find(
     (node) => (node instanceof HTMLAnchorElement || node instanceof HTMLAreaElement ||
@@ -21,7 +21,7 @@
     try {
       report({kind, href: hrefOf(link), download: link.hasAttribute('download')});
     } catch {
-      // An SVG link that is no URL leads nowhere.
+      // An SVG link whose href is not a URL is not followed.
     }
     return true;
   };

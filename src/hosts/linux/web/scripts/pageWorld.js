@@ -1,12 +1,13 @@
-// Runs in the page's own world, in the top frame only, before any code of the page. The engine
-// does not say which frame a script message, a dialog or a new window comes from; so the top frame
-// of the service's pages gets the bridge and marks what it asks for, and nothing else can.
+// Runs in the page's own world, in the top frame only, before the page's scripts. WebKitGTK does not
+// report which frame a script message, a dialog or a new window comes from. So only the top frame
+// of the service's pages gets the message handlers, and functions that announce or mark its
+// requests.
 ((origin, handlerNames, dialogToken, channel) => {
   if (window.location.origin !== new window.URL(origin).origin) return;
   // document.open() runs this script again on the same window.
   if (Object.getOwnPropertyDescriptor(window, 'webkit')?.configurable === false) return;
 
-  // What the page may replace later is taken now.
+  // Saved before the page can replace them.
   const {apply, defineProperty} = Reflect;
   const {freeze} = Object;
   const {stringify} = JSON;
@@ -16,8 +17,8 @@
   const page = window;
   const pageDocument = document;
 
-  // Which of the two worlds starts first is not defined: announcements wait until the listener of
-  // the other world has said that it is there.
+  // The order in which the two worlds' scripts run is not defined: announcements are queued until
+  // bridgeWorld.js says that its listener is registered.
   let waiting = [];
   const dispatch = (fact) => {
     apply(dispatchEvent, page, [new CustomEvent(channel, {detail: stringify(fact)})]);
@@ -62,7 +63,7 @@
       const {href} = new URL(String(url), apply(baseUri, pageDocument, []));
       announce({kind: 'open', href});
     } catch {
-      // Not a URL: the engine reports it in its own words below.
+      // Not a URL: the native function throws the error below.
     }
     return apply(nativeOpen, page, [url, ...rest]);
   };
