@@ -11,7 +11,7 @@ namespace {
 constexpr Color red{1, 0, 0, 1};
 constexpr Color blue{0, 0, 1, 1};
 
-// A white picture of 100 by 60 pixels to paint on.
+// Paints on a white image of 100 by 60 pixels.
 class CairoCanvasTest : public testing::Test {
  protected:
   CairoCanvasTest() {
@@ -20,7 +20,7 @@ class CairoCanvasTest : public testing::Test {
     canvas_ = std::make_unique<CairoCanvas>(context_.get(), Size{100, 60});
   }
 
-  // Coordinates of the picture: y grows downwards.
+  // Image coordinates: y points down.
   Color at(int x, int y) {
     cairo_surface_flush(image_.get());
     const auto* row = cairo_image_surface_get_data(image_.get()) +
@@ -38,13 +38,13 @@ class CairoCanvasTest : public testing::Test {
   std::unique_ptr<CairoCanvas> canvas_;
 };
 
-TEST_F(CairoCanvasTest, GrowsUpwards) {
+TEST_F(CairoCanvasTest, HasItsYAxisPointingUp) {
   canvas_->fillRoundedRectangle({0, 0, 100, 30}, 0, {{{0, red}, {1, red}}, 0});
   EXPECT_TRUE(isWhite(at(50, 10)));
   EXPECT_EQ(at(50, 50), red);
 }
 
-TEST_F(CairoCanvasTest, RoundsCornersButNoMoreThanHalfASide) {
+TEST_F(CairoCanvasTest, LimitsTheCornerRadiusToHalfASide) {
   canvas_->fillRoundedRectangle({0, 0, 100, 60}, 20, {{{0, red}, {1, red}}, 0});
   EXPECT_TRUE(isWhite(at(1, 1)));
   EXPECT_TRUE(isWhite(at(98, 58)));
@@ -65,8 +65,8 @@ TEST_F(CairoCanvasTest, PaintsGradientsAlongTheirAngle) {
   EXPECT_GT(at(50, 1).blue, 0.9);
 }
 
-TEST_F(CairoCanvasTest, ReachesTheOutermostCornersWithTheEndColours) {
-  // Down and to the right: from the upper left corner to the lower right one.
+TEST_F(CairoCanvasTest, GradientsReachTheirEndColoursInTheCorners) {
+  // From the upper left to the lower right corner.
   canvas_->fillRoundedRectangle({0, 0, 100, 60}, 0, {{{0, red}, {0.76, blue}, {1, blue}}, 305});
   EXPECT_GT(at(0, 0).red, 0.95);
   EXPECT_GT(at(99, 59).blue, 0.99);
@@ -74,7 +74,7 @@ TEST_F(CairoCanvasTest, ReachesTheOutermostCornersWithTheEndColours) {
   EXPECT_GT(at(0, 20).red, at(0, 40).red);
 }
 
-TEST_F(CairoCanvasTest, StrokesInsideOfTheMiddleOfItsLine) {
+TEST_F(CairoCanvasTest, CentresStrokesOnThePath) {
   canvas_->strokeRoundedRectangle({0.5, 0.5, 99, 59}, 10, red, {.lineWidth = 1});
   EXPECT_EQ(at(50, 0), red);
   EXPECT_EQ(at(50, 59), red);
@@ -106,7 +106,7 @@ TEST_F(CairoCanvasTest, StrokesCurvesTowardsTheirControlPoints) {
   EXPECT_TRUE(isWhite(at(50, 50)));
 }
 
-TEST_F(CairoCanvasTest, StrokesAllSubpathsOfAPathOnce) {
+TEST_F(CairoCanvasTest, StrokesAllSubpathsInOneOperation) {
   const Color translucent{0, 0, 0, 0.5};
   canvas_->strokePath(Path().moveTo({20, 30}).lineTo({80, 30}).moveTo({50, 10}).lineTo({50, 50}),
                       translucent, {.lineWidth = 10});
@@ -120,7 +120,7 @@ TEST_F(CairoCanvasTest, BlendsTranslucentColours) {
   EXPECT_NEAR(at(50, 30).red, 0.5, 0.01);
 }
 
-TEST_F(CairoCanvasTest, LeavesTheContextAsItFoundIt) {
+TEST_F(CairoCanvasTest, RestoresTheContext) {
   canvas_.reset();
   cairo_matrix_t matrix;
   cairo_get_matrix(context_.get(), &matrix);

@@ -26,7 +26,7 @@ void expectNear(const std::optional<Color>& color, Color wanted) {
   EXPECT_NEAR(color->alpha, wanted.alpha, oneOf256Levels);
 }
 
-// What the core relies on, asked of the real pixels and of those that its own tests use.
+// Tests the contract of Imaging with the fake and the Linux implementation.
 class OnPaper {
  public:
   Imaging& imaging() { return imaging_; }
@@ -62,7 +62,7 @@ class ImagingContractTest : public testing::Test {
 using ImagingImplementations = testing::Types<OnPaper, ByCairo>;
 TYPED_TEST_SUITE(ImagingContractTest, ImagingImplementations);
 
-TYPED_TEST(ImagingContractTest, ABitmapBeginsTransparent) {
+TYPED_TEST(ImagingContractTest, ANewBitmapIsTransparent) {
   const auto bitmap = this->makeBitmap(3, 2);
   EXPECT_EQ(bitmap->pixelsWide(), 3);
   EXPECT_EQ(bitmap->pixelsHigh(), 2);
@@ -72,7 +72,7 @@ TYPED_TEST(ImagingContractTest, ABitmapBeginsTransparent) {
   }
 }
 
-TYPED_TEST(ImagingContractTest, ThereAreNoColoursOutside) {
+TYPED_TEST(ImagingContractTest, HasNoColoursOutsideItsBounds) {
   const auto bitmap = this->makeBitmap(3, 2);
   bitmap->draw(1, [](Canvas& canvas) {
     canvas.fillRoundedRectangle({-9, -9, 18, 18}, 0, plain(opaqueRed));
@@ -84,7 +84,7 @@ TYPED_TEST(ImagingContractTest, ThereAreNoColoursOutside) {
   EXPECT_EQ(bitmap->colorAt(0, 2), std::nullopt);
 }
 
-TYPED_TEST(ImagingContractTest, IsPaintedUpwardsAtTheScaleAndReadDownwards) {
+TYPED_TEST(ImagingContractTest, IsPaintedWithYUpAndReadWithYDown) {
   const auto bitmap = this->makeBitmap(20, 10);
   bitmap->draw(
       2, [](Canvas& canvas) { canvas.fillRoundedRectangle({1, 1, 3, 1}, 0, plain(opaqueRed)); });
@@ -96,13 +96,13 @@ TYPED_TEST(ImagingContractTest, IsPaintedUpwardsAtTheScaleAndReadDownwards) {
   }
 }
 
-TYPED_TEST(ImagingContractTest, IsPaintedOnceAndAtOnce) {
+TYPED_TEST(ImagingContractTest, IsPaintedOnceSynchronously) {
   int count = 0;
   this->makeBitmap(4, 4)->draw(1, [&](Canvas&) { ++count; });
   EXPECT_EQ(count, 1);
 }
 
-TYPED_TEST(ImagingContractTest, EveryDrawingBeginsTransparent) {
+TYPED_TEST(ImagingContractTest, EveryDrawingStartsTransparent) {
   const auto bitmap = this->makeBitmap(4, 4);
   bitmap->draw(
       1, [](Canvas& canvas) { canvas.fillRoundedRectangle({0, 0, 4, 4}, 0, plain(opaqueRed)); });
@@ -111,7 +111,7 @@ TYPED_TEST(ImagingContractTest, EveryDrawingBeginsTransparent) {
   EXPECT_EQ(bitmap->colorAt(2, 2), clear);
 }
 
-TYPED_TEST(ImagingContractTest, ColoursAreReadAsTheyWerePainted) {
+TYPED_TEST(ImagingContractTest, ReturnsThePaintedColours) {
   const Color glass{1, 0.5, 0.25, 0.5};
   const auto bitmap = this->makeBitmap(8, 4);
   bitmap->draw(1, [&](Canvas& canvas) {
@@ -122,7 +122,7 @@ TYPED_TEST(ImagingContractTest, ColoursAreReadAsTheyWerePainted) {
   expectNear(bitmap->colorAt(1, 1), {0.5, 0.25, 0.625, 1});
 }
 
-TYPED_TEST(ImagingContractTest, EveryShapeCoversItsOwnGround) {
+TYPED_TEST(ImagingContractTest, EveryShapeCoversItsArea) {
   const auto bitmap = this->makeBitmap(80, 20);
   bitmap->draw(1, [](Canvas& canvas) {
     canvas.fillRoundedRectangle({0, 0, 20, 20}, 50, plain(opaqueRed));
@@ -132,12 +132,12 @@ TYPED_TEST(ImagingContractTest, EveryShapeCoversItsOwnGround) {
                       {.lineWidth = 4});
   });
   const auto alphaAt = [&](int x, int y) { return bitmap->colorAt(x, y)->alpha; };
-  // A disc: no corners.
+  // A disc does not cover the corners.
   EXPECT_EQ(alphaAt(10, 10), 1);
   EXPECT_EQ(alphaAt(10, 1), 1);
   EXPECT_EQ(alphaAt(1, 1), 0);
   EXPECT_EQ(alphaAt(18, 18), 0);
-  // A frame: its ground is open, its corner round.
+  // A stroked frame does not cover its inside and has round corners.
   EXPECT_EQ(alphaAt(30, 2), 1);
   EXPECT_EQ(alphaAt(22, 10), 1);
   EXPECT_EQ(alphaAt(30, 10), 0);
@@ -147,13 +147,13 @@ TYPED_TEST(ImagingContractTest, EveryShapeCoversItsOwnGround) {
   EXPECT_EQ(alphaAt(42, 10), 1);
   EXPECT_EQ(alphaAt(50, 3), 0);
   EXPECT_EQ(alphaAt(40, 5), 0);
-  // An arch, whose top is at three quarters of the way to its control points.
+  // An arch: a cubic curve reaches three quarters of the way to its control points.
   EXPECT_EQ(alphaAt(70, 2), 1);
   EXPECT_EQ(alphaAt(70, 9), 0);
   EXPECT_EQ(alphaAt(70, 15), 0);
 }
 
-TYPED_TEST(ImagingContractTest, ABitmapCountsAsManyPointsAsPixelsUntilToldOtherwise) {
+TYPED_TEST(ImagingContractTest, ABitmapHasOnePointPerPixelByDefault) {
   const auto bitmap = this->makeBitmap(128, 64);
   EXPECT_EQ(bitmap->size(), (Size{128, 64}));
   bitmap->setSize({64, 32});
@@ -162,11 +162,11 @@ TYPED_TEST(ImagingContractTest, ABitmapCountsAsManyPointsAsPixelsUntilToldOtherw
   EXPECT_EQ(bitmap->pixelsHigh(), 64);
 }
 
-TYPED_TEST(ImagingContractTest, ThereIsNoBitmapWithoutMemory) {
+TYPED_TEST(ImagingContractTest, ReturnsNullForABitmapThatIsTooLarge) {
   EXPECT_EQ(this->implementation_.makeTooLargeBitmap(), nullptr);
 }
 
-TYPED_TEST(ImagingContractTest, AnImageKeepsWhatItIsMadeOf) {
+TYPED_TEST(ImagingContractTest, AnImageKeepsItsSizeAndRepresentations) {
   const auto image = this->imaging().makeImage({18, 16});
   EXPECT_EQ(image->size(), (Size{18, 16}));
   EXPECT_TRUE(image->representations().empty());
@@ -180,7 +180,7 @@ TYPED_TEST(ImagingContractTest, AnImageKeepsWhatItIsMadeOf) {
   EXPECT_EQ(image->size(), (Size{18, 16}));
 }
 
-TYPED_TEST(ImagingContractTest, AnImageIsATemplateWhenToldSo) {
+TYPED_TEST(ImagingContractTest, AnImageCanBeATemplate) {
   const auto image = this->imaging().makeImage({18, 18});
   EXPECT_FALSE(image->isTemplate());
   image->setTemplate(true);
@@ -189,7 +189,7 @@ TYPED_TEST(ImagingContractTest, AnImageIsATemplateWhenToldSo) {
   EXPECT_FALSE(image->isTemplate());
 }
 
-TYPED_TEST(ImagingContractTest, TheMenuBarIconIsItsMarkOnTransparentGround) {
+TYPED_TEST(ImagingContractTest, TheMenuBarIconIsDrawnOnATransparentBackground) {
   const auto image = NavoraIcon::menuBarTemplate(this->imaging(), 18);
   EXPECT_TRUE(image->isTemplate());
   EXPECT_EQ(image->size(), (Size{18, 18}));

@@ -13,7 +13,7 @@ class LinuxImagingTest : public testing::Test {
   LinuxImaging imaging_;
 };
 
-TEST_F(LinuxImagingTest, BeginsTransparent) {
+TEST_F(LinuxImagingTest, StartsTransparent) {
   const auto bitmap = imaging_.makeBitmap(3, 2);
   EXPECT_EQ(bitmap->pixelsWide(), 3);
   EXPECT_EQ(bitmap->pixelsHigh(), 2);
@@ -23,7 +23,7 @@ TEST_F(LinuxImagingTest, BeginsTransparent) {
   }
 }
 
-TEST_F(LinuxImagingTest, HasNoColoursOutside) {
+TEST_F(LinuxImagingTest, HasNoColoursOutsideItsBounds) {
   const auto bitmap = imaging_.makeBitmap(3, 2);
   EXPECT_EQ(bitmap->colorAt(-1, 0), std::nullopt);
   EXPECT_EQ(bitmap->colorAt(0, -1), std::nullopt);
@@ -31,7 +31,7 @@ TEST_F(LinuxImagingTest, HasNoColoursOutside) {
   EXPECT_EQ(bitmap->colorAt(0, 2), std::nullopt);
 }
 
-TEST_F(LinuxImagingTest, PaintsUpwardsAtTheScaleAndReadsDownwards) {
+TEST_F(LinuxImagingTest, PaintsWithYUpAndReadsWithYDown) {
   const auto bitmap = imaging_.makeBitmap(20, 10);
   bitmap->draw(2, [](Canvas& canvas) {
     canvas.fillRoundedRectangle({1, 1, 3, 1}, 0, {{{0, pureRed}, {1, pureRed}}, 0});
@@ -53,7 +53,7 @@ TEST_F(LinuxImagingTest, ClearsWhatWasPaintedBefore) {
   EXPECT_EQ(bitmap->colorAt(2, 2)->alpha, 0);
 }
 
-TEST_F(LinuxImagingTest, ReadsColoursAsTheyWerePainted) {
+TEST_F(LinuxImagingTest, ReturnsThePaintedColours) {
   const Color wanted{1, 0.5, 0.25, 0.5};
   const auto bitmap = imaging_.makeBitmap(4, 4);
   bitmap->draw(1, [&](Canvas& canvas) {
@@ -67,7 +67,7 @@ TEST_F(LinuxImagingTest, ReadsColoursAsTheyWerePainted) {
   EXPECT_NEAR(read->alpha, wanted.alpha, 0.01);
 }
 
-TEST_F(LinuxImagingTest, CountsAsManyPointsAsPixelsUntilToldOtherwise) {
+TEST_F(LinuxImagingTest, HasOnePointPerPixelByDefault) {
   const auto bitmap = imaging_.makeBitmap(128, 64);
   EXPECT_EQ(bitmap->size(), (Size{128, 64}));
   bitmap->setSize({64, 32});
@@ -75,12 +75,12 @@ TEST_F(LinuxImagingTest, CountsAsManyPointsAsPixelsUntilToldOtherwise) {
   EXPECT_EQ(bitmap->pixelsWide(), 128);
 }
 
-TEST_F(LinuxImagingTest, HasNoBitmapsThatCannotBe) {
+TEST_F(LinuxImagingTest, ReturnsNullForImpossibleSizes) {
   EXPECT_EQ(imaging_.makeBitmap(1'000'000, 1'000'000), nullptr);
   EXPECT_EQ(imaging_.makeBitmap(-1, 5), nullptr);
 }
 
-TEST_F(LinuxImagingTest, KeepsWhatAnImageIsMadeOf) {
+TEST_F(LinuxImagingTest, KeepsTheRepresentationsOfAnImage) {
   const auto image = imaging_.makeImage({18, 16});
   EXPECT_EQ(image->size(), (Size{18, 16}));
   EXPECT_FALSE(image->isTemplate());
@@ -93,7 +93,7 @@ TEST_F(LinuxImagingTest, KeepsWhatAnImageIsMadeOf) {
   EXPECT_EQ(image->representations()[0], bitmap);
 }
 
-TEST_F(LinuxImagingTest, DrawsTheMenuBarIconAsItsSelfTestWantsIt) {
+TEST_F(LinuxImagingTest, DrawsAMenuBarIconThatPassesItsSelfTest) {
   testing::internal::CaptureStdout();
   NavoraIcon::selfTest(imaging_);
   EXPECT_EQ(testing::internal::GetCapturedStdout(),
@@ -102,7 +102,7 @@ TEST_F(LinuxImagingTest, DrawsTheMenuBarIconAsItsSelfTestWantsIt) {
 
 TEST_F(LinuxImagingTest, DrawsTheGateOfTheMenuBarIcon) {
   const auto bitmap = NavoraIcon::render(imaging_, 2);
-  // The middle of the left leg, of the arch and of the tie beam; between the legs nothing.
+  // The middle of the left leg, of the arch and of the tie beam; nothing between the legs.
   EXPECT_EQ(bitmap->colorAt(40, 80), (Color{0, 0, 0, 1}));
   EXPECT_EQ(bitmap->colorAt(64, 25), (Color{0, 0, 0, 1}));
   EXPECT_EQ(bitmap->colorAt(64, 54), (Color{0, 0, 0, 1}));

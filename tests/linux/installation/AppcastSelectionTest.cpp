@@ -31,7 +31,7 @@ class AppcastSelectionTest : public testing::Test {
       .currentVersion = "1.5", .systemVersion = "2.36", .now = published_};
 };
 
-TEST_F(AppcastSelectionTest, TheNewestIsOfferedWhateverTheOrderOfTheFeed) {
+TEST_F(AppcastSelectionTest, OffersTheNewestInAnyOrderOfTheFeed) {
   EXPECT_EQ(chosen({entryOf("1.6"), entryOf("1.10"), entryOf("1.9")}), "1.10");
   EXPECT_EQ(chosen({entryOf("1.10"), entryOf("1.9"), entryOf("1.6")}), "1.10");
 }
@@ -43,7 +43,7 @@ TEST_F(AppcastSelectionTest, NeitherAnOlderNorTheSameVersionIsOffered) {
             "none");
 }
 
-TEST_F(AppcastSelectionTest, AVersionBeforeTheReleaseIsFollowedByTheRelease) {
+TEST_F(AppcastSelectionTest, APrereleaseIsFollowedByItsRelease) {
   conditions_.currentVersion = "1.6rc1";
   EXPECT_EQ(chosen({entryOf("1.6"), entryOf("1.5")}), "1.6");
 }
@@ -89,24 +89,24 @@ TEST_F(PhasedSelectionTest, EachGroupWaitsForItsTurn) {
   }
 }
 
-TEST_F(PhasedSelectionTest, WhoWaitsIsOfferedWhatIsTheirsAlready) {
+TEST_F(PhasedSelectionTest, AWaitingGroupIsOfferedAnEarlierRelease) {
   conditions_.rolloutGroup = 6;
   EXPECT_EQ(chosen({phased_, entryOf("1.6")}), "1.6");
 }
 
-TEST_F(PhasedSelectionTest, WhoAsksDoesNotWait) {
+TEST_F(PhasedSelectionTest, ACheckByTheUserDoesNotWait) {
   conditions_.rolloutGroup = 6;
   conditions_.userInitiated = true;
   EXPECT_EQ(chosen({phased_}), "2.0");
 }
 
-TEST_F(PhasedSelectionTest, WhatIsCriticalDoesNotWait) {
+TEST_F(PhasedSelectionTest, ACriticalReleaseDoesNotWait) {
   conditions_.rolloutGroup = 6;
   phased_.isCritical = true;
   EXPECT_EQ(chosen({phased_}), "2.0");
 }
 
-TEST_F(PhasedSelectionTest, WithoutADateOrAnIntervalNobodyWaits) {
+TEST_F(PhasedSelectionTest, WithoutADateOrAnIntervalNoGroupWaits) {
   conditions_.rolloutGroup = 6;
   auto undated = phased_;
   undated.published.reset();
@@ -121,7 +121,7 @@ TEST_F(PhasedSelectionTest, TheLongestIntervalDoesNotOverflow) {
   EXPECT_EQ(chosen({phased_}), "none");
 }
 
-TEST(InformationalUpdateTest, ARuleCanNameAllVersionsSomeOrThoseBelowOne) {
+TEST(InformationalUpdateTest, AppliesToAllSomeOrOlderVersions) {
   auto entry = entryOf("2.0");
   EXPECT_FALSE(AppcastSelection::isInformational(entry, "1.0"));
   entry.informational.versions = {"1.2", "1.4"};
@@ -134,7 +134,7 @@ TEST(InformationalUpdateTest, ARuleCanNameAllVersionsSomeOrThoseBelowOne) {
   EXPECT_TRUE(AppcastSelection::isInformational(entry, "1.1"));
 }
 
-TEST(InformationalUpdateTest, WhatHasNoArchiveCanOnlyBeReadAbout) {
+TEST(InformationalUpdateTest, AReleaseWithoutAnArchiveIsInformational) {
   auto entry = entryOf("2.0");
   entry.archive.reset();
   EXPECT_TRUE(AppcastSelection::isInformational(entry, "1.0"));

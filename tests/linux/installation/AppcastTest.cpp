@@ -48,7 +48,7 @@ std::vector<std::string> versionsIn(const std::string& items) {
   return versions;
 }
 
-// The one entry of a feed with the one item.
+// Returns the entry of a feed with one item.
 AppcastEntry entryFrom(const std::string& item) {
   const auto entries = entriesOf(feedOf(item));
   EXPECT_EQ(entries.size(), 1U) << item;
@@ -60,7 +60,7 @@ std::string reasonFor(const std::string& feed) {
   return entries ? "read" : entries.error();
 }
 
-TEST(AppcastTest, AnItemIsReadWhole) {
+TEST(AppcastTest, AnItemIsReadCompletely) {
   const auto entry = entryFrom(
       "<item><title>Any</title><link>notes/2.html</link>"
       "<pubDate>Sun, 09 Sep 2001 01:46:40 +0000</pubDate><sparkle:version>2.0</sparkle:version>"
@@ -84,7 +84,7 @@ TEST(AppcastTest, AnItemIsReadWhole) {
   EXPECT_EQ(entry.archive->signature, readSignature(anySignature));
 }
 
-TEST(AppcastTest, WhatAnItemDoesNotSayIsAbsent) {
+TEST(AppcastTest, MissingElementsAreAbsent) {
   const auto entry = entryFrom(itemText("2.0"));
   EXPECT_EQ(entry.displayVersion, "2.0");
   EXPECT_EQ(entry.link, std::nullopt);
@@ -96,7 +96,7 @@ TEST(AppcastTest, WhatAnItemDoesNotSayIsAbsent) {
   EXPECT_FALSE(entry.informational.forAll);
 }
 
-TEST(AppcastTest, SpaceAroundTextsDoesNotCount) {
+TEST(AppcastTest, SpaceAroundTextsIsIgnored) {
   const auto entry = entryFrom(
       "<item><sparkle:version>\n  2.0\t</sparkle:version><sparkle:channel> </sparkle:channel>" +
       enclosure() + "</item>");
@@ -104,7 +104,7 @@ TEST(AppcastTest, SpaceAroundTextsDoesNotCount) {
   EXPECT_EQ(entry.channel, "");
 }
 
-TEST(AppcastTest, VersionsOfTheEnclosureBeatThoseOfTheItem) {
+TEST(AppcastTest, TheEnclosuresVersionsTakePrecedence) {
   const auto entry = entryFrom(
       "<item><sparkle:version>2.0</sparkle:version>"
       "<sparkle:shortVersionString>two</sparkle:shortVersionString>" +
@@ -113,7 +113,7 @@ TEST(AppcastTest, VersionsOfTheEnclosureBeatThoseOfTheItem) {
   EXPECT_EQ(entry.displayVersion, "three");
 }
 
-TEST(AppcastTest, ItemsForOtherSystemsAreLeftOut) {
+TEST(AppcastTest, ItemsForOtherSystemsAreSkipped) {
   EXPECT_THAT(
       versionsIn("<item><sparkle:version>2.0</sparkle:version><link>https://a.example/</link>"
                  "<enclosure url=\"a\" length=\"1\" sparkle:edSignature=\"" +
@@ -126,7 +126,7 @@ TEST(AppcastTest, ItemsForOtherSystemsAreLeftOut) {
       ElementsAre("2.2"));
 }
 
-TEST(AppcastTest, OfSeveralEnclosuresTheOneForLinuxIsTaken) {
+TEST(AppcastTest, TheEnclosureForLinuxIsUsed) {
   const auto entry = entryFrom(
       "<item><sparkle:version>2.0</sparkle:version>"
       "<enclosure url=\"mac.zip\" length=\"1\" sparkle:os=\"macos\"/>"
@@ -136,7 +136,7 @@ TEST(AppcastTest, OfSeveralEnclosuresTheOneForLinuxIsTaken) {
   EXPECT_EQ(entry.archive->url.string(), "https://updates.example/navora/linux.tar.zst");
 }
 
-TEST(AppcastTest, AnItemForLinuxWithNothingButALinkCanOnlyBeReadAbout) {
+TEST(AppcastTest, AnItemWithOnlyALinkIsInformational) {
   const std::string head = "<item><sparkle:version>2.0</sparkle:version>";
   const auto entry =
       entryFrom(head + "<sparkle:os>linux</sparkle:os><link>https://a.example/</link></item>");
@@ -164,7 +164,7 @@ TEST(AppcastTest, AddressesAreRelativeToTheFeed) {
             "https://other.example/a.tar?b=1&c=2");
 }
 
-TEST(AppcastTest, WhomAnInformationalUpdateIsForIsRead) {
+TEST(AppcastTest, TheVersionsOfAnInformationalUpdateAreRead) {
   const auto rule = [](const std::string& content) {
     return entryFrom(itemText("2.0", "<sparkle:informationalUpdate>" + content +
                                          "</sparkle:informationalUpdate>"))
@@ -179,7 +179,7 @@ TEST(AppcastTest, WhomAnInformationalUpdateIsForIsRead) {
   EXPECT_THAT(some.belowVersions, ElementsAre("1.1"));
 }
 
-TEST(AppcastTest, TheFeedChoosesThePrefixOfItsNames) {
+TEST(AppcastTest, AnyNamespacePrefixIsAccepted) {
   const auto entries = entriesOf(
       feedOf("<item><s:version>2.0</s:version><enclosure url=\"a\" length=\"1\" s:os=\"linux\" "
              "s:edSignature=\"" +
@@ -187,22 +187,22 @@ TEST(AppcastTest, TheFeedChoosesThePrefixOfItsNames) {
              "s"));
   ASSERT_EQ(entries.size(), 1U);
   EXPECT_EQ(entries.front().version, "2.0");
-  // The usual prefix means nothing where another was declared.
+  // The usual prefix has no meaning if another was declared.
   EXPECT_THAT(entriesOf(feedOf(itemText("2.0"), "s")), IsEmpty());
 }
 
-TEST(AppcastTest, WithoutTheNamespaceThereIsNothingForUs) {
+TEST(AppcastTest, WithoutTheNamespaceThereAreNoReleases) {
   EXPECT_THAT(entriesOf("<rss><channel>" + itemText("2.0") + "</channel></rss>"), IsEmpty());
   EXPECT_THAT(entriesOf("<rss xmlns:sparkle=\"http://a.example/\"><channel>" + itemText("2.0") +
                         "</channel></rss>"),
               IsEmpty());
 }
 
-TEST(AppcastTest, AnEmptyFeedIsAFeed) {
+TEST(AppcastTest, AnEmptyFeedIsValid) {
   EXPECT_THAT(entriesOf(feedOf("")), IsEmpty());
 }
 
-TEST(AppcastTest, WhatIsNoFeedGivesAReason) {
+TEST(AppcastTest, AnInvalidFeedGivesAReason) {
   for (const auto& text :
        {std::string(), std::string("hello"), std::string("<rss>"), std::string("<html></html>"),
         std::string("{\"a\": 1}"), std::string("\0\0\0\0", 4), std::string("\xFF\xFE<\0r\0", 6),
@@ -224,7 +224,7 @@ TEST(AppcastTest, ADocumentTypeIsRefused) {
   }
 }
 
-TEST(AppcastTest, EntitiesThatGrowWithoutEndAreHarmless) {
+TEST(AppcastTest, EntityExpansionIsHarmless) {
   std::string types = "<!DOCTYPE rss [<!ENTITY a0 \"aaaaaaaaaa\">";
   for (int level = 1; level < 40; ++level) {
     const std::string below = "&a" + std::to_string(level - 1) + ";";
@@ -234,11 +234,11 @@ TEST(AppcastTest, EntitiesThatGrowWithoutEndAreHarmless) {
               HasSubstr("document type"));
 }
 
-TEST(AppcastTest, AnEntityThatNobodyDeclaredIsNoVersion) {
+TEST(AppcastTest, AnUndeclaredEntityIsNotAVersion) {
   EXPECT_THAT(versionsIn(itemText("&version;") + itemText("2.&#48;")), ElementsAre("2.0"));
 }
 
-TEST(AppcastTest, OneBadItemLeavesTheOthers) {
+TEST(AppcastTest, AnInvalidItemIsSkipped) {
   const std::string before = itemText("2.0");
   const std::string after = itemText("2.1");
   const auto bad = [](const std::string& content) { return "<item>" + content + "</item>"; };
@@ -266,7 +266,7 @@ TEST(AppcastTest, OneBadItemLeavesTheOthers) {
   }
 }
 
-TEST(AppcastTest, ASignatureThatIsNotExactlyOneIsRefused) {
+TEST(AppcastTest, AMalformedSignatureIsRefused) {
   const auto with = [](const std::string& text) {
     return versionsIn(
         "<item><sparkle:version>2.0</sparkle:version><enclosure url=\"a\" "
@@ -282,7 +282,7 @@ TEST(AppcastTest, ASignatureThatIsNotExactlyOneIsRefused) {
   }
 }
 
-TEST(AppcastTest, AVersionIsShortAndHoldsNothingUnexpected) {
+TEST(AppcastTest, AVersionIsShortAndHasNoUnexpectedCharacters) {
   EXPECT_THAT(versionsIn(itemText("1.0-rc_1+5 (7)")), ElementsAre("1.0-rc_1+5 (7)"));
   EXPECT_THAT(versionsIn(itemText(std::string(100, '1'))), testing::SizeIs(1));
   for (const std::string& version :

@@ -19,7 +19,7 @@ using Kind = TestMember::Kind;
 
 class ArchiveReaderTest : public testing::Test {
  protected:
-  // What is read: "file navora/a x: content", and at last the failure if there is one.
+  // Returns the members, like "file navora/a x: content", and the error if there is one.
   std::vector<std::string> read(const std::filesystem::path& file) const {
     std::vector<std::string> lines;
     auto reader = ArchiveReader::open(file);
@@ -74,7 +74,7 @@ TEST_F(ArchiveReaderTest, FilesFoldersAndLinksAreRead) {
                           "file navora/b x: ", "file navora/c: x", "link navora/d to a"));
 }
 
-TEST_F(ArchiveReaderTest, TheUsualCompressionsAreKnownAndNoOthers) {
+TEST_F(ArchiveReaderTest, ReadsTheUsualCompressionsOnly) {
   const std::vector<TestMember> members{{.path = "navora/a", .content = "hello"}};
   for (const auto compression :
        {TestCompression::none, TestCompression::gzip, TestCompression::xz, TestCompression::zstd}) {
@@ -92,7 +92,7 @@ TEST_F(ArchiveReaderTest, PathsThatLeadOutAreRefused) {
   }
 }
 
-TEST_F(ArchiveReaderTest, PathsAreShort) {
+TEST_F(ArchiveReaderTest, LongPathsAreRefused) {
   std::string path = "navora";
   while (path.size() < 1000)
     path += "/folder";
@@ -130,7 +130,7 @@ TEST_F(ArchiveReaderTest, LinksThatLeadOutAreRefused) {
       HasSubstr("has no place"));
 }
 
-TEST_F(ArchiveReaderTest, LinksThatStayInsideAreTaken) {
+TEST_F(ArchiveReaderTest, LinksThatStayInsideAreAccepted) {
   EXPECT_THAT(last({{.path = "navora/a/b", .kind = Kind::symbolicLink, .target = "../c/d"}}),
               "link navora/a/b to ../c/d");
   EXPECT_THAT(last({{.path = "navora/a/b", .kind = Kind::symbolicLink, .target = ".."}}),
@@ -139,13 +139,13 @@ TEST_F(ArchiveReaderTest, LinksThatStayInsideAreTaken) {
               "link navora/a to .");
 }
 
-TEST_F(ArchiveReaderTest, TheFolderAroundEverythingComesOnceAndIsAFolder) {
+TEST_F(ArchiveReaderTest, TheRootFolderMayComeOnce) {
   EXPECT_THAT(last({{.path = ".", .content = "x"}}), "The archive holds itself");
   EXPECT_THAT(last({{.path = "./", .kind = Kind::folder}, {.path = "././", .kind = Kind::folder}}),
               "The archive holds itself");
 }
 
-// A member with its header, as no writer of archives would make it.
+// Returns a member with its header, which archive writers would not make.
 std::string rawMember(const std::string& name, char type, std::string content) {
   constexpr std::size_t blockSize = 512;
   std::string header(blockSize, '\0');
@@ -170,7 +170,7 @@ std::string rawMember(const std::string& name, char type, std::string content) {
   return header + content;
 }
 
-// Else it would be skipped, which takes as long as whoever made the archive likes.
+// Skipping the content could take unlimited time.
 TEST_F(ArchiveReaderTest, AFolderOrALinkWithContentIsRefused) {
   const std::string file = rawMember("navora/a", '0', "hello");
   const std::string sizeOfNext = rawMember("size", 'x', "12 size=512\n");
@@ -184,7 +184,7 @@ TEST_F(ArchiveReaderTest, AFolderOrALinkWithContentIsRefused) {
   EXPECT_THAT(read(archive_), ElementsAre("file navora/a: hello", HasSubstr("has no place")));
 }
 
-TEST_F(ArchiveReaderTest, WhatIsNoArchiveIsRefused) {
+TEST_F(ArchiveReaderTest, OtherFilesAreRefused) {
   EXPECT_THAT(read(folder_.path() / "none"), ElementsAre(HasSubstr("cannot be opened")));
   EXPECT_THAT(read(folder_.path()), ElementsAre(HasSubstr("The archive")));
   for (const std::string& content :
@@ -195,7 +195,7 @@ TEST_F(ArchiveReaderTest, WhatIsNoArchiveIsRefused) {
   }
 }
 
-TEST_F(ArchiveReaderTest, ATruncatedArchiveIsNoticedWhereverItEnds) {
+TEST_F(ArchiveReaderTest, ATruncatedArchiveIsDetectedAtEveryLength) {
   for (const auto compression :
        {TestCompression::gzip, TestCompression::xz, TestCompression::zstd}) {
     const std::vector<TestMember> members{{.path = "navora/a", .content = std::string(3000, 'a')},
@@ -203,7 +203,7 @@ TEST_F(ArchiveReaderTest, ATruncatedArchiveIsNoticedWhereverItEnds) {
     const auto whole = read(members, compression);
     ASSERT_EQ(whole.size(), 2U);
     const std::string bytes = readFile(archive_);
-    // The last bytes may be the compression's own.
+    // The last bytes may belong to the compression's trailer.
     for (std::size_t size = 0; size + 20 < bytes.size(); size += 7) {
       writeFile(archive_, bytes.substr(0, size));
       const auto lines = read(archive_);
@@ -212,7 +212,7 @@ TEST_F(ArchiveReaderTest, ATruncatedArchiveIsNoticedWhereverItEnds) {
   }
 }
 
-TEST_F(ArchiveReaderTest, WhatIsConsumedGrowsUpToTheWhole) {
+TEST_F(ArchiveReaderTest, BytesConsumedGrowsToTheFileSize) {
   ASSERT_TRUE(writeTestArchive(archive_, {{.path = "navora/a", .content = std::string(1000, 'a')}},
                                TestCompression::none));
   auto reader = ArchiveReader::open(archive_);

@@ -29,11 +29,11 @@ class ArchiveSignatureTest : public testing::Test {
   const SigningKey key_ = SigningKey::make();
 };
 
-TEST_F(ArchiveSignatureTest, WhatWasSignedIsValid) {
+TEST_F(ArchiveSignatureTest, SignedContentIsValid) {
   EXPECT_EQ(reason(), "valid");
 }
 
-TEST_F(ArchiveSignatureTest, AChangedByteIsRefusedWhereverItIs) {
+TEST_F(ArchiveSignatureTest, AChangedByteIsRefusedAnywhere) {
   for (const std::size_t place : {std::size_t{0}, content_.size() / 2, content_.size() - 1}) {
     std::string changed = content_;
     changed[place] = static_cast<char>(changed[place] ^ 0x80);
@@ -42,7 +42,7 @@ TEST_F(ArchiveSignatureTest, AChangedByteIsRefusedWhereverItIs) {
   }
 }
 
-TEST_F(ArchiveSignatureTest, AnotherLengthThanAnnouncedIsRefused) {
+TEST_F(ArchiveSignatureTest, ADifferentLengthIsRefused) {
   const std::string otherLength = "verification: The archive has another length than announced";
   writeFile(file_, content_.substr(1));
   EXPECT_EQ(reason(), otherLength);
@@ -84,7 +84,7 @@ TEST(Ed25519Test, KeysAreReadFromExactBase64) {
   EXPECT_FALSE(readSignature(text));
 }
 
-TEST(Ed25519Test, NothingIsSignedByTheKeyOfZeros) {
+TEST(Ed25519Test, TheZeroKeyVerifiesNothing) {
   const std::string content = "content";
   EXPECT_FALSE(isSignedBy(Ed25519PublicKey{},
                           {reinterpret_cast<const unsigned char*>(content.data()), content.size()},

@@ -36,13 +36,13 @@ class ArchiveWriterTest : public testing::Test {
   const std::filesystem::path archive_ = parent_.path() / "archive";
 };
 
-TEST_F(ArchiveWriterTest, WhatIsPackedIsWhatIsUnpacked) {
+TEST_F(ArchiveWriterTest, PacksWhatIsUnpacked) {
   makeSampleVersion(folder_, "2.0");
   ASSERT_EQ(write(), "written");
   EXPECT_EQ(unpacked(), describeTree(folder_));
 }
 
-TEST_F(ArchiveWriterTest, TheRecordIsThatOfTheRelease) {
+TEST_F(ArchiveWriterTest, WritesTheRecordOfTheRelease) {
   makeSampleVersion(folder_, "1.0");
   ASSERT_EQ(write("2.0"), "written");
   EXPECT_EQ(unpacked().at(Installation::recordName), "644 file " + Installation::record("2.0"));
@@ -55,7 +55,7 @@ TEST_F(ArchiveWriterTest, TheSameFilesGiveTheSameBytes) {
   makeSampleVersion(folder_, "2.0");
   ASSERT_EQ(write(), "written");
   const std::string first = readFile(archive_);
-  // Made anew, at another time, with other permissions and in another order.
+  // Created again, at another time, with other permissions and in another order.
   std::filesystem::remove_all(folder_);
   writeFile(folder_ / "share" / "navora" / "texts.json", "{\"text\": \"of 2.0\"}", 0600);
   makeSampleVersion(folder_, "2.0");
@@ -83,13 +83,13 @@ TEST_F(ArchiveWriterTest, SpecialFilesAreRefused) {
   EXPECT_THAT(write(), HasSubstr("neither a file"));
 }
 
-TEST_F(ArchiveWriterTest, WhatCannotBeReadOrWrittenIsReported) {
+TEST_F(ArchiveWriterTest, UnreadableAndUnwritableFilesAreReported) {
   EXPECT_THAT(write(), HasSubstr("cannot be read"));
   makeSampleVersion(folder_, "2.0");
   EXPECT_NE(writeArchive(folder_, "2.0", parent_.path() / "none" / "archive"), std::nullopt);
 }
 
-// The device that is always full.
+// Writes to /dev/full.
 TEST_F(ArchiveWriterTest, AFullDiskIsReported) {
   makeSampleVersion(folder_, "2.0");
   EXPECT_NE(writeArchive(folder_, "2.0", "/dev/full"), std::nullopt);

@@ -28,24 +28,24 @@ class FeedSignatureTest : public testing::Test {
   const std::string content_ = "<rss><channel><item/></channel></rss>\n";
 };
 
-TEST_F(FeedSignatureTest, WhatWasSignedIsValid) {
+TEST_F(FeedSignatureTest, SignedContentIsValid) {
   EXPECT_EQ(check(withSignature(content_)), FeedSignature::valid);
 }
 
-TEST_F(FeedSignatureTest, TheOrderOfTheFieldsAndSpaceAroundThemDoNotMatter) {
+TEST_F(FeedSignatureTest, TheOrderOfTheFieldsAndSpaceAreIgnored) {
   EXPECT_EQ(
       check(content_ + "<!-- sparkle-signatures:\r\n  length: " + std::to_string(content_.size()) +
             "\r\n\tedSignature:   " + signatureFor(content_) + " \r\n-->\r\n\r\n"),
       FeedSignature::valid);
 }
 
-TEST_F(FeedSignatureTest, AFeedWithoutTheCommentHasNone) {
+TEST_F(FeedSignatureTest, AFeedWithoutTheCommentHasNoSignature) {
   EXPECT_EQ(check(content_), FeedSignature::missing);
   EXPECT_EQ(check(""), FeedSignature::missing);
   EXPECT_EQ(check(content_ + "<!-- another comment -->"), FeedSignature::missing);
 }
 
-TEST_F(FeedSignatureTest, EveryByteOfTheContentCounts) {
+TEST_F(FeedSignatureTest, AChangedByteIsInvalidAnywhere) {
   const std::string feed = withSignature(content_);
   for (std::size_t place = 0; place < content_.size(); ++place) {
     std::string changed = feed;
@@ -54,7 +54,7 @@ TEST_F(FeedSignatureTest, EveryByteOfTheContentCounts) {
   }
 }
 
-TEST_F(FeedSignatureTest, ContentThatIsLongerOrShorterIsInvalid) {
+TEST_F(FeedSignatureTest, LongerOrShorterContentIsInvalid) {
   const std::string signature = signatureFor(content_);
   EXPECT_EQ(check(" " + withSignature(content_)), FeedSignature::invalid);
   EXPECT_EQ(check(content_ + " " + comment(signature, content_.size())), FeedSignature::invalid);
@@ -69,7 +69,7 @@ TEST_F(FeedSignatureTest, AnotherKeyIsInvalid) {
             FeedSignature::invalid);
 }
 
-TEST_F(FeedSignatureTest, AnythingButTheRightLengthIsInvalid) {
+TEST_F(FeedSignatureTest, AnyOtherLengthIsInvalid) {
   const std::string signature = signatureFor(content_);
   for (const char* length :
        {"0", "36", "-1", "38x", "", "99999999999999999999999", "0x26", "+38"}) {
@@ -80,7 +80,7 @@ TEST_F(FeedSignatureTest, AnythingButTheRightLengthIsInvalid) {
   }
 }
 
-TEST_F(FeedSignatureTest, AFieldThatIsMissingOrUnreadableIsInvalid) {
+TEST_F(FeedSignatureTest, AMissingOrMalformedFieldIsInvalid) {
   const std::string length = std::to_string(content_.size());
   const std::string signature = signatureFor(content_);
   const std::string begin = content_ + "<!-- sparkle-signatures:\n";
@@ -99,7 +99,7 @@ TEST_F(FeedSignatureTest, TextAfterTheCommentIsInvalid) {
   const std::string feed = withSignature(content_);
   EXPECT_EQ(check(feed + "<item/>"), FeedSignature::invalid);
   EXPECT_EQ(check(feed + "<!-- x -->"), FeedSignature::invalid);
-  // Where a reader of XML sees the end of the comment, and what follows it.
+  // Where an XML parser sees the end of the comment, and text after it.
   const auto end = feed.rfind("-->");
   EXPECT_EQ(check(feed.substr(0, end) + "--><rss/><!--" + feed.substr(end)),
             FeedSignature::invalid);
@@ -109,7 +109,7 @@ TEST_F(FeedSignatureTest, ACommentInTheMiddleSignsNothing) {
   EXPECT_EQ(check("<rss>" + comment(signatureFor("<rss>"), 5) + "</rss>"), FeedSignature::invalid);
 }
 
-TEST_F(FeedSignatureTest, OfTwoCommentsOnlyTheLastSigns) {
+TEST_F(FeedSignatureTest, OnlyTheLastOfTwoCommentsSigns) {
   const std::string feed = withSignature(content_);
   EXPECT_EQ(check(feed + comment(signatureFor(content_), content_.size())), FeedSignature::invalid);
   EXPECT_EQ(check(withSignature(feed)), FeedSignature::valid);

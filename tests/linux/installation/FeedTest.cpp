@@ -48,7 +48,7 @@ std::vector<std::string> versionsOf(const std::string& feed) {
   return versions;
 }
 
-TEST(FeedTest, WhatIsWrittenIsWhatIsRead) {
+TEST(FeedTest, WritesWhatIsRead) {
   const auto entries = readAppcast(feedWith({"2.0"}), address);
   ASSERT_TRUE(entries && entries->size() == 1);
   const AppcastEntry& entry = entries->front();
@@ -66,7 +66,7 @@ TEST(FeedTest, WhatIsWrittenIsWhatIsRead) {
   EXPECT_EQ(entry.archive->length, 1000U);
 }
 
-TEST(FeedTest, WhatIsNotSaidIsNotWritten) {
+TEST(FeedTest, EmptyTextsAreNotWritten) {
   FeedItem item;
   item.version = "2.0";
   item.archiveUrl = "a";
@@ -81,7 +81,7 @@ TEST(FeedTest, WhatIsNotSaidIsNotWritten) {
   EXPECT_THAT(versionsOf(*feed), ElementsAre("2.0"));
 }
 
-TEST(FeedTest, AnInformationalReleaseIsOneForAll) {
+TEST(FeedTest, AnInformationalReleaseIsInformationalForAll) {
   auto item = itemOf("2.0");
   item.isInformational = true;
   const auto entries = readAppcast(addToFeed("", item).value_or(""), address);
@@ -97,12 +97,12 @@ TEST(FeedTest, ANewReleaseComesFirst) {
   EXPECT_THAT(versionsOf(feedWith({"1.0", "2.0", "1.5"})), ElementsAre("1.5", "2.0", "1.0"));
 }
 
-TEST(FeedTest, AReleaseTakesThePlaceOfOneOfTheSameVersion) {
+TEST(FeedTest, AReleaseReplacesOneOfTheSameVersion) {
   EXPECT_THAT(versionsOf(feedWith({"1.0", "2.0", "1.0"})), ElementsAre("1.0", "2.0"));
   EXPECT_EQ(feedWith({"2.0", "1.0"}), feedWith({"1.0", "2.0", "1.0"}));
 }
 
-TEST(FeedTest, WhatPeopleWroteWithOtherSpaceOrInTheEnclosureIsReplacedToo) {
+TEST(FeedTest, HandWrittenItemsOfTheSameVersionAreReplaced) {
   const std::string feed = feedAround(
       "<item><sparkle:version> 2.0\n</sparkle:version><enclosure url=\"old1\" "
       "sparkle:os=\"linux\"/>"
@@ -114,7 +114,7 @@ TEST(FeedTest, WhatPeopleWroteWithOtherSpaceOrInTheEnclosureIsReplacedToo) {
   EXPECT_THAT(*next, Not(HasSubstr("old")));
 }
 
-TEST(FeedTest, ItemsOfOtherSystemsAndWhatElseIsThereStay) {
+TEST(FeedTest, ItemsForOtherSystemsAndOtherElementsAreKept) {
   const std::string feed = feedAround(
       "<title>Other title</title><description><![CDATA[<b>text</b>]]></description>"
       "<item><sparkle:version>2.0</sparkle:version><enclosure url=\"mac.zip\"/></item>"
@@ -131,14 +131,14 @@ TEST(FeedTest, ItemsOfOtherSystemsAndWhatElseIsThereStay) {
   EXPECT_THAT(versionsOf(*next), ElementsAre("2.0"));
 }
 
-TEST(FeedTest, TheSignatureOfTheFeedIsTakenOff) {
+TEST(FeedTest, TheSignatureOfTheFeedIsRemoved) {
   const auto next =
       addToFeed(feedWith({"1.0"}) + "<!-- sparkle-signatures:\nlength: 1\n-->", itemOf("2.0"));
   ASSERT_TRUE(next);
   EXPECT_THAT(*next, Not(HasSubstr("sparkle-signatures")));
 }
 
-TEST(FeedTest, WhatIsNoFeedIsLeftAlone) {
+TEST(FeedTest, AnotherDocumentIsRefused) {
   for (const std::string& text :
        {std::string("x"), std::string("<html/>"), std::string("<rss/>"), std::string("<rss>"),
         std::string("<rss><channel/></rss>"), feedAround("", "other")}) {

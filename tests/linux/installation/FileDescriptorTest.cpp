@@ -46,7 +46,7 @@ TEST(FileDescriptorTest, WritesTheRestAfterASignal) {
     written = writing.write(text);
     writing = {};
   });
-  // The system's call then ends with what the pipe has room for.
+  // write() then returns with what fits into the pipe.
   waitUntilFull(reading);
   ::pthread_kill(writer.native_handle(), SIGUSR1);
   const std::string received = readToEnd(reading);
@@ -56,7 +56,7 @@ TEST(FileDescriptorTest, WritesTheRestAfterASignal) {
   EXPECT_TRUE(received == text);
 }
 
-TEST(FileDescriptorTest, SaysWhyItCannotWrite) {
+TEST(FileDescriptorTest, SetsErrnoWhenItCannotWrite) {
   const FileDescriptor full(::open("/dev/full", O_WRONLY | O_CLOEXEC));
   ASSERT_TRUE(full);
   EXPECT_FALSE(full.write("x"));

@@ -19,7 +19,7 @@ class FolderExchangeTest : public testing::Test {
   const std::filesystem::path other_ = folder_.path() / "deep" / "other";
 };
 
-TEST_F(FolderExchangeTest, EachTakesTheOthersPlace) {
+TEST_F(FolderExchangeTest, ExchangesTwoFolders) {
   const FileTree one = describeTree(one_);
   const FileTree other = describeTree(other_);
   EXPECT_EQ(exchangeFolders(one_, other_), std::nullopt);
@@ -30,7 +30,7 @@ TEST_F(FolderExchangeTest, EachTakesTheOthersPlace) {
   EXPECT_EQ(describeTree(other_), other);
 }
 
-TEST_F(FolderExchangeTest, WhenOneIsMissingNothingChanges) {
+TEST_F(FolderExchangeTest, ChangesNothingIfOneIsMissing) {
   const FileTree before = describeTree(folder_.path());
   const auto error = exchangeFolders(one_, folder_.path() / "none");
   ASSERT_TRUE(error);

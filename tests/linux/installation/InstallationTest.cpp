@@ -36,7 +36,7 @@ TEST_F(InstallationTest, ARecordMakesAFolderAnInstallation) {
   EXPECT_EQ(installation->executable(), folder_ / "bin" / "navora");
 }
 
-TEST_F(InstallationTest, AnyOtherRecordIsNone) {
+TEST_F(InstallationTest, AnInvalidRecordIsRefused) {
   for (const std::string& record :
        {std::string(), std::string("1.2"), std::string("{}"), std::string("[]"),
         std::string(R"({"version": 1})"), std::string(R"({"version": ""})"),
@@ -48,7 +48,7 @@ TEST_F(InstallationTest, AnyOtherRecordIsNone) {
   }
 }
 
-TEST_F(InstallationTest, WithoutAReadableRecordThereIsNone) {
+TEST_F(InstallationTest, WithoutAReadableRecordThereIsNoInstallation) {
   EXPECT_FALSE(Installation::at(folder_));
   std::filesystem::create_directories(folder_);
   EXPECT_FALSE(Installation::at(folder_));
@@ -56,17 +56,17 @@ TEST_F(InstallationTest, WithoutAReadableRecordThereIsNone) {
   EXPECT_FALSE(Installation::at(folder_));
 }
 
-TEST_F(InstallationTest, ThisProgramBelongsToNone) {
+TEST_F(InstallationTest, ThisProgramBelongsToNoInstallation) {
   EXPECT_FALSE(Installation::ofThisProgram());
 }
 
-TEST_F(InstallationTest, OnesOwnVersionCanBeReplaced) {
+TEST_F(InstallationTest, AnOwnInstallationIsReplaceable) {
   makeSampleVersion(folder_, "1.2");
   std::filesystem::create_directories(folder_ / "libexec" / "navora");
   EXPECT_TRUE(isReplaceable());
 }
 
-TEST_F(InstallationTest, AFolderWithAnythingElseInItCannot) {
+TEST_F(InstallationTest, AFolderWithOtherFilesIsNotReplaceable) {
   for (const char* name : {"lib", "README", ".hidden", "bin2"}) {
     makeSampleVersion(folder_, "1.2");
     writeFile(folder_ / name, "x");
@@ -75,13 +75,13 @@ TEST_F(InstallationTest, AFolderWithAnythingElseInItCannot) {
   }
 }
 
-TEST_F(InstallationTest, ALinkToAVersionCannot) {
+TEST_F(InstallationTest, ALinkToAnInstallationIsNotReplaceable) {
   makeSampleVersion(parent_.path() / "elsewhere", "1.2");
   std::filesystem::create_directory_symlink("elsewhere", folder_);
   EXPECT_FALSE(isReplaceable());
 }
 
-TEST_F(InstallationTest, AVersionThatIsGoneCannot) {
+TEST_F(InstallationTest, ADeletedInstallationIsNotReplaceable) {
   makeSampleVersion(folder_, "1.2");
   const auto installation = Installation::at(folder_);
   ASSERT_TRUE(installation);
@@ -89,11 +89,11 @@ TEST_F(InstallationTest, AVersionThatIsGoneCannot) {
   EXPECT_FALSE(installation->isReplaceable());
 }
 
-// With the folder that it lies in, made by the user who then looks at it.
+// Makes an installation and its parent as the user who then inspects it.
 class BoundInstallationTest : public InstallationTest {
  protected:
   BoundInstallationTest() { ::chmod(parent_.path().c_str(), 0777); }
-  // Whether the user could replace a version of their own after `change`.
+  // Returns whether the user could replace their own installation after `change`.
   bool isReplaceableAfter(const std::function<void()>& change) const {
     return isTrueWithoutPrivileges([&] {
       makeSampleVersion(folder_, "1.2");
@@ -108,22 +108,22 @@ class BoundInstallationTest : public InstallationTest {
   }
 };
 
-TEST_F(BoundInstallationTest, WithoutPrivilegesOnesOwnVersionCanBeReplaced) {
+TEST_F(BoundInstallationTest, AnOwnInstallationIsReplaceableWithoutPrivileges) {
   EXPECT_TRUE(isReplaceableAfter([] {}));
 }
 
-TEST_F(BoundInstallationTest, AFolderBelowThatCannotBeWrittenToIsInTheWay) {
+TEST_F(BoundInstallationTest, AReadOnlySubfolderPreventsReplacement) {
   EXPECT_FALSE(
       isReplaceableAfter([this] { ::chmod((folder_ / "share" / "navora").c_str(), 0555); }));
   ::chmod((folder_ / "share" / "navora").c_str(), 0755);
 }
 
-TEST_F(BoundInstallationTest, AVersionThatCannotBeWrittenToIsInTheWay) {
+TEST_F(BoundInstallationTest, AReadOnlyInstallationIsNotReplaceable) {
   EXPECT_FALSE(isReplaceableAfter([this] { ::chmod(folder_.c_str(), 0555); }));
   ::chmod(folder_.c_str(), 0755);
 }
 
-TEST_F(BoundInstallationTest, AParentThatCannotBeWrittenToIsInTheWay) {
+TEST_F(BoundInstallationTest, AReadOnlyParentPreventsReplacement) {
   makeSampleVersion(folder_, "1.2");
   ASSERT_TRUE(::geteuid() != 0 || ::chown(folder_.c_str(), nobody, nobody) == 0);
   ::chmod(parent_.path().c_str(), 0555);
@@ -134,7 +134,7 @@ TEST_F(BoundInstallationTest, AParentThatCannotBeWrittenToIsInTheWay) {
   ::chmod(parent_.path().c_str(), 0755);
 }
 
-TEST_F(BoundInstallationTest, AVersionOfSomebodyElseIsInTheWay) {
+TEST_F(BoundInstallationTest, AnInstallationOfAnotherUserIsNotReplaceable) {
   if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: only root can give files away";
   makeSampleVersion(folder_, "1.2");
   EXPECT_TRUE(isReplaceable());
@@ -142,7 +142,7 @@ TEST_F(BoundInstallationTest, AVersionOfSomebodyElseIsInTheWay) {
   EXPECT_FALSE(isReplaceable());
 }
 
-TEST_F(InstallationTest, WhatIsMountedCannotBeReplacedNorWhatLiesOnAReadOnlyDisk) {
+TEST_F(InstallationTest, AMountPointAndAReadOnlyFileSystemAreNotReplaceable) {
   std::filesystem::create_directories(folder_);
   if (::mount("navora-test", folder_.c_str(), "tmpfs", 0, "size=1m") != 0)
     GTEST_SKIP() << "NOT TESTED: only root can mount a disk";

@@ -1,4 +1,4 @@
-// An update is interrupted at every single change that it makes to the disk.
+// Interrupts an update at each of its changes to the disk.
 #include <csignal>
 #include <map>
 
@@ -16,14 +16,14 @@ namespace {
 
 using testing::AnyOf;
 
-// Far more than there are changes: a process that goes on and on must not be waited for.
+// Far above the number of changes, to stop a test that would never end.
 constexpr int tooManyCalls = 500;
-// Fewer would mean that the calls are not seen.
+// Fewer would mean that the calls are not intercepted.
 constexpr int fewCalls = 30;
 
 struct Scenario {
   const char* name;
-  // What the new version does when it starts.
+  // The script of the new version.
   const char* script;
   int outcome;
 };
@@ -56,7 +56,7 @@ class InterruptedUpdateTest : public testing::TestWithParam<Scenario> {
     makeSampleVersion(installation_, "1.0", line("1.0"));
   }
 
-  // What the process comes to that is interrupted at the call.
+  // Returns the exit of a process that is interrupted at the call.
   int update(const std::string& mode, int call) const {
     const pid_t process =
         startProgram(NAVORA_UPDATE_STEP,
@@ -69,7 +69,7 @@ class InterruptedUpdateTest : public testing::TestWithParam<Scenario> {
                       {"NAVORA_TEST_LOG", log_.string()}},
                      errors_);
     const int outcome = waitFor(process);
-    // Whatever it had started.
+    // Waits for the programs that it had started.
     waitForAll();
     return outcome;
   }
@@ -90,7 +90,7 @@ class InterruptedUpdateTest : public testing::TestWithParam<Scenario> {
     ASSERT_EQ(beside, FileTree());
   }
 
-  // The number of calls of an update that gets through.
+  // Returns the number of calls of an update that is not interrupted.
   int interruptAll(const std::string& mode) const {
     for (int call = 1; call < tooManyCalls; ++call) {
       reset();
@@ -102,7 +102,7 @@ class InterruptedUpdateTest : public testing::TestWithParam<Scenario> {
       if (outcome == GetParam().outcome) return call - 1;
       EXPECT_EQ(outcome, -SIGKILL);
     }
-    ADD_FAILURE() << "The update never gets through";
+    ADD_FAILURE() << "The update never completes";
     return tooManyCalls;
   }
 
@@ -124,15 +124,15 @@ class InterruptedUpdateTest : public testing::TestWithParam<Scenario> {
   FileTree new_;
 };
 
-TEST_P(InterruptedUpdateTest, WhenItIsKilledBeforeAnyChangeAWholeVersionIsThere) {
+TEST_P(InterruptedUpdateTest, KilledBeforeAnyChangeItLeavesACompleteVersion) {
   EXPECT_GT(callsUntilTheEnd(), fewCalls);
 }
 
-TEST_P(InterruptedUpdateTest, WhenItIsKilledAfterAnyChangeAWholeVersionIsThere) {
+TEST_P(InterruptedUpdateTest, KilledAfterAnyChangeItLeavesACompleteVersion) {
   EXPECT_GT(interruptAll("after"), fewCalls);
 }
 
-TEST_P(InterruptedUpdateTest, WhenAnyChangeFailsAWholeVersionIsThereAndRuns) {
+TEST_P(InterruptedUpdateTest, IfAnyChangeFailsACompleteVersionRuns) {
   const int calls = callsUntilTheEnd();
   ASSERT_GT(calls, fewCalls);
   int ended = 0;
@@ -142,7 +142,7 @@ TEST_P(InterruptedUpdateTest, WhenAnyChangeFailsAWholeVersionIsThereAndRuns) {
     SCOPED_TRACE("failing call " + std::to_string(call) + ": " + readFile(errors_));
     ASSERT_GE(outcome, 0);
     expectAWholeVersion();
-    // Once the installer is at work, a version runs in the end.
+    // From the installer's start on, a version always runs in the end.
     const std::string started = readFile(log_);
     const bool newVersionRuns = outcome == 0 && started == "2.0\n";
     const bool oldVersionRuns = outcome == 1 && started.ends_with("1.0\n");
@@ -151,7 +151,7 @@ TEST_P(InterruptedUpdateTest, WhenAnyChangeFailsAWholeVersionIsThereAndRuns) {
     expectNothingBeside();
     if (HasFatalFailure()) return;
   }
-  // The start of the old version after the new one has failed can fail too.
+  // Starting the old version after the new one has failed can fail too.
   EXPECT_EQ(ended, GetParam().outcome);
 }
 

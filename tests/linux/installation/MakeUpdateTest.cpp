@@ -12,7 +12,7 @@
 namespace navora {
 namespace {
 
-// The tool as a publisher calls it.
+// Runs navora-make-update as a publisher does.
 class MakeUpdateTest : public testing::Test {
  protected:
   MakeUpdateTest() {
@@ -41,7 +41,7 @@ class MakeUpdateTest : public testing::Test {
   const SigningKey key_ = SigningKey::make();
 };
 
-TEST_F(MakeUpdateTest, AReleaseIsAnArchiveThatItsEntryInTheFeedDescribes) {
+TEST_F(MakeUpdateTest, AReleaseIsAnArchiveAndItsItemInTheFeed) {
   ASSERT_TRUE(release("2.0", "--phased 3600 --minimum-system 2.36 --link https://a.example/"));
   ASSERT_EQ(entries().size(), 1U);
   const auto entry = entries().front();
@@ -56,7 +56,7 @@ TEST_F(MakeUpdateTest, AReleaseIsAnArchiveThatItsEntryInTheFeedDescribes) {
   EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::missing);
 }
 
-TEST_F(MakeUpdateTest, TheWholeFeedIsSignedWhenAskedForAndAnewEachTime) {
+TEST_F(MakeUpdateTest, SignsTheWholeFeedOnRequest) {
   ASSERT_TRUE(release("2.0", "--sign-feed"));
   EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::valid);
   ASSERT_TRUE(release("2.1", "--sign-feed"));
@@ -66,14 +66,14 @@ TEST_F(MakeUpdateTest, TheWholeFeedIsSignedWhenAskedForAndAnewEachTime) {
   EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::missing);
 }
 
-TEST_F(MakeUpdateTest, TheAddressMayBeRelativeToTheFeed) {
+TEST_F(MakeUpdateTest, TheUrlMayBeRelativeToTheFeed) {
   ASSERT_TRUE(release("2.0", "", "."));
   ASSERT_EQ(entries().size(), 1U);
   EXPECT_EQ(entries().front().archive->url.string(),
             "https://updates.example/navora/navora-2.0.tar.zst");
 }
 
-TEST_F(MakeUpdateTest, AReleaseThatNobodyWouldUnderstandIsNotPublished) {
+TEST_F(MakeUpdateTest, AReleaseThatTheUpdaterWouldRefuseIsNotPublished) {
   ASSERT_TRUE(release("2.0"));
   const std::string before = feed();
   EXPECT_FALSE(release("2.1%"));
@@ -85,13 +85,13 @@ TEST_F(MakeUpdateTest, AReleaseThatNobodyWouldUnderstandIsNotPublished) {
   EXPECT_EQ(feed(), before);
 }
 
-TEST_F(MakeUpdateTest, AFeedThatIsNoneIsNotOverwritten) {
+TEST_F(MakeUpdateTest, AnotherDocumentIsNotOverwritten) {
   writeFile(folder_.path() / "releases" / "appcast.xml", "precious");
   EXPECT_FALSE(release("2.0"));
   EXPECT_EQ(feed(), "precious");
 }
 
-TEST_F(MakeUpdateTest, WhatCannotBeReadIsNoNewFeed) {
+TEST_F(MakeUpdateTest, AnUnreadableFeedIsNotReplaced) {
   std::filesystem::create_directories(folder_.path() / "releases" / "appcast.xml");
   EXPECT_FALSE(release("2.0"));
   EXPECT_THAT(readFile(folder_.path() / "output"), testing::HasSubstr("is not a feed"));
@@ -103,7 +103,7 @@ TEST_F(MakeUpdateTest, WithoutTheKeyThereIsNoRelease) {
   EXPECT_FALSE(std::filesystem::exists(folder_.path() / "releases" / "appcast.xml"));
 }
 
-TEST_F(MakeUpdateTest, ANewKeyIsForItsMakerOnlyAndNeverTakesTheOldOnesPlace) {
+TEST_F(MakeUpdateTest, ANewKeyIsPrivateAndDoesNotOverwriteAFile) {
   ASSERT_TRUE(run("key new"));
   const auto file = folder_.path() / "new";
   EXPECT_EQ(describeTree(folder_.path()).at("new"), "600 file " + readFile(file));
@@ -114,7 +114,7 @@ TEST_F(MakeUpdateTest, ANewKeyIsForItsMakerOnlyAndNeverTakesTheOldOnesPlace) {
   EXPECT_EQ(readFile(file), key->secretText() + "\n");
 }
 
-TEST_F(MakeUpdateTest, AnythingElseExplainsItself) {
+TEST_F(MakeUpdateTest, OtherArgumentsPrintTheUsage) {
   for (const char* arguments :
        {"", "key", "release", "release --version 2.0", "other x", "release --unknown"}) {
     EXPECT_FALSE(run(arguments)) << arguments;

@@ -9,11 +9,11 @@
 
 namespace navora {
 
-// Of whoever may do nothing special.
+// The user `nobody`, who has no privileges.
 inline constexpr uid_t nobody = 65534;
 
-// What `condition` is in another process: for root one of the user `nobody`, whom permissions
-// bind. False also if that process fails.
+// Evaluates `condition` in another process, as the user `nobody` if this is root, so that file
+// permissions apply. Returns false if that process fails.
 inline bool isTrueWithoutPrivileges(const std::function<bool()>& condition) {
   const pid_t process = ::fork();
   if (process == 0) {

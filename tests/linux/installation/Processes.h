@@ -9,18 +9,18 @@
 
 namespace navora {
 
-// What a program came to: its exit code, or the signal that ended it as a negative number.
+// Exit status of a program, or minus the number of the signal that killed it.
 int waitFor(pid_t process);
 
-// Starts a program with the variables added to those of this process. What it says of errors goes
-// to the end of the file `errors`.
+// Starts a program with variables added to this process's environment. Appends its standard error
+// to the file `errors`.
 pid_t startProgram(const std::filesystem::path& program, const std::vector<std::string>& arguments,
                    const std::map<std::string, std::string>& variables,
                    const std::filesystem::path& errors = "/dev/null");
 
-// Makes whatever programs leave behind this process's own, so that it can be waited for.
+// Makes this process the subreaper of orphaned descendants, so that they can be waited for.
 void adoptOrphans();
-// Waits for the end of all that were started or adopted.
+// Waits until all started and adopted processes have exited.
 void waitForAll();
 
 }  // namespace navora

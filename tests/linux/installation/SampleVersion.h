@@ -9,11 +9,11 @@
 
 namespace navora {
 
-// A small version of the application, whose program is the shell script.
+// Makes a small version of the application whose program is a shell script.
 void makeSampleVersion(const std::filesystem::path& folder, const std::string& version,
                        const std::string& script = "exit 0");
 
-// What the feed says about the version that lies in `archive`.
+// Returns the feed's entry for the version in `archive`.
 AppcastEntry sampleEntry(const std::filesystem::path& archive, const std::string& version,
                          const SigningKey& key);
 

@@ -12,7 +12,7 @@ std::span<const unsigned char> bytesOf(const std::string& text) {
   return {reinterpret_cast<const unsigned char*>(text.data()), text.size()};
 }
 
-TEST(SigningKeyTest, WhatItSignsItsPublicHalfVerifies) {
+TEST(SigningKeyTest, SignaturesAreVerifiedByThePublicKey) {
   const auto key = SigningKey::make();
   const std::string content = "content";
   const auto signature = readSignature(key.sign(bytesOf(content)));
@@ -22,8 +22,8 @@ TEST(SigningKeyTest, WhatItSignsItsPublicHalfVerifies) {
   EXPECT_FALSE(isSignedBy(publicKeyOf(SigningKey::make()), bytesOf(content), *signature));
 }
 
-// The first test vector of RFC 8032, section 7.1.
-TEST(SigningKeyTest, ItSignsAsTheStandardSays) {
+// RFC 8032, section 7.1, test 1.
+TEST(SigningKeyTest, SignsTheTestVectorOfTheStandard) {
   const auto key = SigningKey::fromText("nWGxne/9WmC6hEr0kuwsxERJxWl7MmkZcDusAxyuf2A=");
   ASSERT_TRUE(key);
   EXPECT_EQ(key->publicText(), "11qYAYKxCrfVS/7TyWQHOg7hcvPapiMlrwIaaPcHURo=");
@@ -32,7 +32,7 @@ TEST(SigningKeyTest, ItSignsAsTheStandardSays) {
             "lbviRlUUFDjnoQCw==");
 }
 
-TEST(SigningKeyTest, ItComesBackFromItsText) {
+TEST(SigningKeyTest, IsReadFromItsText) {
   const auto key = SigningKey::make();
   const auto again = SigningKey::fromText(key.secretText() + "\n");
   ASSERT_TRUE(again);
@@ -41,7 +41,7 @@ TEST(SigningKeyTest, ItComesBackFromItsText) {
   EXPECT_NE(SigningKey::make().secretText(), key.secretText());
 }
 
-TEST(SigningKeyTest, AnythingElseIsNoKey) {
+TEST(SigningKeyTest, OtherTextsAreRefused) {
   const std::string text = SigningKey::make().secretText();
   for (const std::string& wrong : {std::string(), text.substr(4), text + "AAAA", text + text,
                                    text + "#", "-----BEGIN KEY-----\n" + text}) {
@@ -49,7 +49,7 @@ TEST(SigningKeyTest, AnythingElseIsNoKey) {
   }
 }
 
-TEST(SigningKeyTest, AFileIsSignedByItsContent) {
+TEST(SigningKeyTest, SignsTheContentOfAFile) {
   const TemporaryDirectory folder;
   const auto key = SigningKey::make();
   const std::string content = std::string(100'000, 'a') + std::string("\0\n\r\xFF", 4);

@@ -8,7 +8,7 @@
 
 namespace navora {
 
-// A member of an archive exactly as it is to stand there, however wicked.
+// A member of an archive, written as given, valid or not.
 struct TestMember {
   enum class Kind {
     file,
@@ -24,14 +24,14 @@ struct TestMember {
   std::string path;
   Kind kind = Kind::file;
   std::string content = {};
-  // Of both kinds of links.
+  // Target of a symbolic or hard link.
   std::string target = {};
   mode_t mode = 0644;
 };
 
 enum class TestCompression { none, gzip, xz, zstd, bzip2 };
 
-// False if the archive could not be written.
+// Returns false if the archive could not be written.
 bool writeTestArchive(const std::filesystem::path& file, const std::vector<TestMember>& members,
                       TestCompression compression = TestCompression::zstd);
 

@@ -10,7 +10,7 @@ bool isAccepted(std::string_view text) {
   return url && isUpdateAddress(*url);
 }
 
-TEST(UpdateAddressTest, ReleasesComeOverHttpsOrFromThisMachine) {
+TEST(UpdateAddressTest, AcceptsHttpsAndHttpOnLoopback) {
   EXPECT_TRUE(isAccepted("https://updates.example/appcast.xml"));
   EXPECT_TRUE(isAccepted("https://updates.example:8443/a"));
   EXPECT_TRUE(isAccepted("http://localhost:8080/a"));
@@ -18,7 +18,7 @@ TEST(UpdateAddressTest, ReleasesComeOverHttpsOrFromThisMachine) {
   EXPECT_TRUE(isAccepted("http://[::1]:8080/a"));
 }
 
-TEST(UpdateAddressTest, NothingElseIsAccepted) {
+TEST(UpdateAddressTest, RefusesOtherAddresses) {
   for (const auto* text :
        {"http://updates.example/a", "http://localhost.example/a", "http://127.0.0.1.example/a",
         "http://localhost@updates.example/a", "https://user@updates.example/a",

@@ -23,7 +23,7 @@ class UpdateFolderTest : public testing::Test {
     const auto folder = UpdateFolder::claim(installation_);
     return folder ? "claimed" : folder.error().localizedDescription;
   }
-  // What lies beside the installation.
+  // Returns the names of the entries beside the installation.
   FileTree beside() const {
     FileTree tree = describeTree(parent_.path());
     std::erase_if(tree, [](const auto& entry) { return entry.first.starts_with("navora"); });
@@ -36,7 +36,7 @@ class UpdateFolderTest : public testing::Test {
                                       *Installation::at(parent_.path() / "navora"));
 };
 
-// Another program that holds the lock until the end of this.
+// Another program that holds the lock until this object is destroyed.
 class OtherProgram {
  public:
   explicit OtherProgram(const Installation& installation) {
@@ -64,7 +64,7 @@ class OtherProgram {
   OtherProgram& operator=(const OtherProgram&) = delete;
 
   bool holds() const { return holds_; }
-  // As a program does that is killed.
+  // Leaves a folder as a killed program would.
   void endWithoutRemoving() {
     end_ = FileDescriptor();
     if (process_ > 0) ::waitpid(process_, nullptr, 0);
@@ -77,7 +77,7 @@ class OtherProgram {
   bool holds_ = false;
 };
 
-TEST_F(UpdateFolderTest, AnEmptyPrivateFolderBesideTheInstallationIsClaimed) {
+TEST_F(UpdateFolderTest, ClaimsAnEmptyPrivateFolderBesideTheInstallation) {
   auto folder = UpdateFolder::claim(installation_);
   ASSERT_TRUE(folder);
   EXPECT_EQ(folder->path(), folder_);
@@ -85,7 +85,7 @@ TEST_F(UpdateFolderTest, AnEmptyPrivateFolderBesideTheInstallationIsClaimed) {
   EXPECT_EQ(folder->version(), folder_ / "new" / "navora");
 }
 
-TEST_F(UpdateFolderTest, ItGoesWithWhoeverHoldsItAndAllThatIsInIt) {
+TEST_F(UpdateFolderTest, IsRemovedWithItsOwner) {
   {
     const auto folder = UpdateFolder::claim(installation_);
     ASSERT_TRUE(folder);
@@ -95,7 +95,7 @@ TEST_F(UpdateFolderTest, ItGoesWithWhoeverHoldsItAndAllThatIsInIt) {
   EXPECT_EQ(beside(), FileTree());
 }
 
-TEST_F(UpdateFolderTest, OneProgramAtATimeHoldsIt) {
+TEST_F(UpdateFolderTest, IsLockedAgainstOtherPrograms) {
   OtherProgram other(installation_);
   ASSERT_TRUE(other.holds());
   writeFile(folder_ / "archive", "of the other");
@@ -104,13 +104,13 @@ TEST_F(UpdateFolderTest, OneProgramAtATimeHoldsIt) {
   EXPECT_EQ(readFile(folder_ / "archive"), "of the other");
 }
 
-TEST_F(UpdateFolderTest, WithinAProgramItIsHeldOnceToo) {
+TEST_F(UpdateFolderTest, IsLockedWithinTheProgram) {
   const auto folder = UpdateFolder::claim(installation_);
   ASSERT_TRUE(folder);
   EXPECT_THAT(claimed(), HasSubstr("Another program is updating the application"));
 }
 
-TEST_F(UpdateFolderTest, LeftoversOfAProgramThatIsGoneAreRemoved) {
+TEST_F(UpdateFolderTest, LeftoversOfAKilledProgramAreRemoved) {
   OtherProgram other(installation_);
   ASSERT_TRUE(other.holds());
   writeFile(folder_ / "new" / "navora" / "bin" / "navora", "x");
@@ -121,7 +121,7 @@ TEST_F(UpdateFolderTest, LeftoversOfAProgramThatIsGoneAreRemoved) {
   UpdateFolder::removeLeftovers(installation_);
 }
 
-TEST_F(UpdateFolderTest, LeftoversAreNotMistakenForTheNextUpdate) {
+TEST_F(UpdateFolderTest, ClaimingRemovesLeftovers) {
   writeFile(folder_ / "new" / "navora" / "bin" / "navora", "x");
   writeFile(folder_ / "one" / "x", "x");
   std::filesystem::create_symlink("/", folder_ / "link");
@@ -166,7 +166,7 @@ TEST_F(UpdateFolderTest, AFolderOfSomebodyElseIsLeftAlone) {
   EXPECT_EQ(beside(), before);
 }
 
-TEST_F(UpdateFolderTest, WhereNothingCanBeMadeTheReasonIsGiven) {
+TEST_F(UpdateFolderTest, AReadOnlyParentIsReported) {
   ::chmod(parent_.path().c_str(), 0555);
   EXPECT_TRUE(isTrueWithoutPrivileges([this] {
     return claimed() ==
@@ -175,7 +175,7 @@ TEST_F(UpdateFolderTest, WhereNothingCanBeMadeTheReasonIsGiven) {
   ::chmod(parent_.path().c_str(), 0755);
 }
 
-TEST_F(UpdateFolderTest, ItCanBeHandedOver) {
+TEST_F(UpdateFolderTest, CanBeHandedOver) {
   auto folder = UpdateFolder::claim(installation_);
   ASSERT_TRUE(folder);
   writeFile(folder->archive(), "x");

@@ -22,7 +22,7 @@ using testing::ElementsAre;
 constexpr std::chrono::seconds longPatience{60};
 constexpr std::chrono::milliseconds shortPatience{100};
 
-// Versions that are shell scripts, each of which writes down that it runs.
+// The versions are shell scripts that log that they run.
 class UpdateInstallerTest : public testing::Test {
  protected:
   UpdateInstallerTest() {
@@ -38,7 +38,7 @@ class UpdateInstallerTest : public testing::Test {
   }
   static std::string confirmation() { return "exec " NAVORA_CONFIRM_START; }
 
-  // Makes the new version ready, with a program that does this after it has written its line.
+  // Prepares the new version, whose program runs `script` after writing its line.
   void prepare(const std::string& script) {
     auto folder = UpdateFolder::claim(*Installation::at(installation_));
     ASSERT_TRUE(folder);
@@ -66,7 +66,7 @@ class UpdateInstallerTest : public testing::Test {
       lines.push_back(line);
     return lines;
   }
-  // What is in the folder that the installation lies in.
+  // Returns the names of the entries in the installation's parent folder.
   std::vector<std::string> beside() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(parent_.path()))
@@ -83,7 +83,7 @@ class UpdateInstallerTest : public testing::Test {
   FileTree new_;
 };
 
-TEST_F(UpdateInstallerTest, ANewVersionThatSaysItHasStartedStays) {
+TEST_F(UpdateInstallerTest, ANewVersionThatConfirmsItsStartStays) {
   prepare(confirmation());
   EXPECT_TRUE(install());
   EXPECT_THAT(lines(), ElementsAre("2.0 after an update word"));
@@ -91,7 +91,7 @@ TEST_F(UpdateInstallerTest, ANewVersionThatSaysItHasStartedStays) {
   EXPECT_THAT(beside(), ElementsAre("navora"));
 }
 
-TEST_F(UpdateInstallerTest, WhenTheNewVersionEndsAtOnceTheOldOneRunsAgain) {
+TEST_F(UpdateInstallerTest, RestoresTheOldVersionIfTheNewOneExits) {
   prepare("exit 0");
   EXPECT_FALSE(install());
   EXPECT_THAT(lines(), ElementsAre("2.0 after an update word", "1.0 after a failure word"));
@@ -99,7 +99,7 @@ TEST_F(UpdateInstallerTest, WhenTheNewVersionEndsAtOnceTheOldOneRunsAgain) {
   EXPECT_THAT(beside(), ElementsAre("navora"));
 }
 
-TEST_F(UpdateInstallerTest, WhenTheNewVersionCrashesTheOldOneRunsAgain) {
+TEST_F(UpdateInstallerTest, RestoresTheOldVersionIfTheNewOneCrashes) {
   prepare("kill -SEGV $$");
   EXPECT_FALSE(install());
   EXPECT_THAT(lines(), ElementsAre("2.0 after an update word", "1.0 after a failure word"));
@@ -107,16 +107,16 @@ TEST_F(UpdateInstallerTest, WhenTheNewVersionCrashesTheOldOneRunsAgain) {
   EXPECT_THAT(beside(), ElementsAre("navora"));
 }
 
-TEST_F(UpdateInstallerTest, ANewVersionThatHangsIsEndedAndTheOldOneRunsAgain) {
+TEST_F(UpdateInstallerTest, KillsANewVersionThatHangsAndRestoresTheOldOne) {
   prepare("exec sleep 1000");
   EXPECT_FALSE(install(shortPatience));
-  // There is nobody left to wait for, or this would take long.
+  // All processes must have exited, or this would take long.
   EXPECT_EQ(lines().back(), "1.0 after a failure word");
   EXPECT_EQ(describeTree(installation_), old_);
   EXPECT_THAT(beside(), ElementsAre("navora"));
 }
 
-TEST_F(UpdateInstallerTest, WhenTheNewVersionCannotBeStartedTheOldOneRunsAgain) {
+TEST_F(UpdateInstallerTest, RestoresTheOldVersionIfTheNewOneCannotBeStarted) {
   prepare("");
   std::filesystem::permissions(folder_->version() / "bin" / "navora",
                                std::filesystem::perms::owner_read);
@@ -126,7 +126,7 @@ TEST_F(UpdateInstallerTest, WhenTheNewVersionCannotBeStartedTheOldOneRunsAgain) 
   EXPECT_THAT(beside(), ElementsAre("navora"));
 }
 
-TEST_F(UpdateInstallerTest, WhenTheNewVersionIsGoneTheOldOneRunsAgain) {
+TEST_F(UpdateInstallerTest, RestartsTheOldVersionIfTheNewOneIsMissing) {
   prepare("");
   std::filesystem::remove_all(folder_->version());
   EXPECT_FALSE(install());
@@ -135,7 +135,7 @@ TEST_F(UpdateInstallerTest, WhenTheNewVersionIsGoneTheOldOneRunsAgain) {
   EXPECT_THAT(beside(), ElementsAre("navora"));
 }
 
-TEST_F(UpdateInstallerTest, WhenNothingCanBeTakenBackTheOldVersionRunsWhereItIs) {
+TEST_F(UpdateInstallerTest, RunsTheOldVersionInTheUpdateFolderIfItCannotBeRestored) {
   prepare("mv \"$(dirname \"$(dirname \"$0\")\")\" " + (parent_.path() / "moved").string());
   const auto waiting = folder_->version();
   EXPECT_FALSE(install());
@@ -143,8 +143,8 @@ TEST_F(UpdateInstallerTest, WhenNothingCanBeTakenBackTheOldVersionRunsWhereItIs)
   EXPECT_EQ(describeTree(waiting), old_);
 }
 
-// It writes down what it sees as its last act, with nobody to tell the installer.
-TEST_F(UpdateInstallerTest, TheExchangeWaitsForAnApplicationThatCrashes) {
+// The crashing application logs the version that it sees last.
+TEST_F(UpdateInstallerTest, WaitsForAnApplicationThatCrashes) {
   prepare(confirmation());
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
@@ -155,7 +155,7 @@ TEST_F(UpdateInstallerTest, TheExchangeWaitsForAnApplicationThatCrashes) {
     const rlimit none{0, 0};
     ::setrlimit(RLIMIT_CORE, &none);
     std::error_code error;
-    // Long enough for an exchange that does not wait.
+    // Long enough for an exchange that would not wait.
     for (int round = 0; round < 200; ++round)
       ::sched_yield();
     std::filesystem::copy_file(record, log_.parent_path() / "seen", error);
@@ -169,8 +169,8 @@ TEST_F(UpdateInstallerTest, TheExchangeWaitsForAnApplicationThatCrashes) {
   EXPECT_EQ(describeTree(installation_), new_);
 }
 
-// The last reader of what the application wrote has gone with it.
-TEST_F(UpdateInstallerTest, NobodyToReadItsErrorsDoesNotEndTheWayBack) {
+// The reader of the application's standard error has exited with it.
+TEST_F(UpdateInstallerTest, RestoresTheOldVersionWithAClosedStandardError) {
   prepare("exit 1");
   std::array<int, 2> ends{};
   ASSERT_EQ(::pipe2(ends.data(), O_CLOEXEC), 0);
@@ -188,7 +188,7 @@ TEST_F(UpdateInstallerTest, NobodyToReadItsErrorsDoesNotEndTheWayBack) {
   EXPECT_EQ(describeTree(installation_), old_);
 }
 
-TEST_F(UpdateInstallerTest, WithoutStandardFilesTheNewVersionIsHeardToo) {
+TEST_F(UpdateInstallerTest, ReceivesTheConfirmationWithoutStandardDescriptors) {
   prepare("test \"$NAVORA_UPDATE_STARTED\" -gt 2 && " + confirmation());
   const pid_t installer = ::fork();
   if (installer == 0) {
@@ -203,7 +203,7 @@ TEST_F(UpdateInstallerTest, WithoutStandardFilesTheNewVersionIsHeardToo) {
   EXPECT_EQ(describeTree(installation_), new_);
 }
 
-TEST_F(UpdateInstallerTest, TheApplicationDoesNotInheritWhatTheInstallerIgnores) {
+TEST_F(UpdateInstallerTest, TheApplicationDoesNotInheritIgnoredSignals) {
   prepare("grep SigIgn /proc/self/status >> \"$NAVORA_TEST_LOG\"\n" + confirmation());
   EXPECT_TRUE(install());
   const auto written = lines();

@@ -48,30 +48,30 @@ class UpdatePreparationTest : public testing::Test {
   const TestMember program_{.path = "navora/bin/navora", .content = "#!/bin/sh", .mode = 0755};
 };
 
-TEST_F(UpdatePreparationTest, TheNewVersionIsReadyAndTheArchiveGone) {
+TEST_F(UpdatePreparationTest, UnpacksTheVersionAndDeletesTheArchive) {
   EXPECT_EQ(prepare(), "prepared");
   EXPECT_EQ(describeTree(folder_->version()), describeTree(next_));
   EXPECT_FALSE(std::filesystem::exists(folder_->archive()));
   EXPECT_EQ(progress_, 1);
 }
 
-TEST_F(UpdatePreparationTest, AnotherVersionInsideThanAnnouncedIsRefused) {
+TEST_F(UpdatePreparationTest, ADifferentVersionInTheArchiveIsRefused) {
   auto entry = sampleEntry(folder_->archive(), "3.0", key_);
   EXPECT_EQ(prepare(entry), "verification: The archive holds version 2.0 in place of 3.0");
 }
 
-TEST_F(UpdatePreparationTest, AVersionThatOnlyComparesEqualIsRefusedToo) {
+TEST_F(UpdatePreparationTest, AVersionThatOnlyComparesEqualIsRefused) {
   EXPECT_EQ(prepare(sampleEntry(folder_->archive(), "2.0-1", key_)),
             "verification: The archive holds version 2.0 in place of 2.0-1");
 }
 
-TEST_F(UpdatePreparationTest, WhatIsNotSignedIsNotEvenUnpacked) {
+TEST_F(UpdatePreparationTest, AnUnsignedArchiveIsNotUnpacked) {
   EXPECT_EQ(prepare(sampleEntry(folder_->archive(), "2.0", SigningKey::make())),
             "verification: The signature of the archive is not valid");
   EXPECT_FALSE(std::filesystem::exists(folder_->unpacked()));
 }
 
-TEST_F(UpdatePreparationTest, WithoutAnArchiveThereIsNothingToPrepare) {
+TEST_F(UpdatePreparationTest, AReleaseWithoutAnArchiveIsRefused) {
   AppcastEntry entry = sampleEntry(folder_->archive(), "2.0", key_);
   std::filesystem::remove(folder_->archive());
   EXPECT_EQ(prepare(entry), "verification: The archive cannot be read (No such file or directory)");
@@ -79,7 +79,7 @@ TEST_F(UpdatePreparationTest, WithoutAnArchiveThereIsNothingToPrepare) {
   EXPECT_EQ(prepare(entry), "verification: The release has no archive");
 }
 
-TEST_F(UpdatePreparationTest, OnlyTheApplicationsFolderMayBeInTheArchive) {
+TEST_F(UpdatePreparationTest, OtherFoldersInTheArchiveAreRefused) {
   const std::string noNavora = "verification: The archive holds no Navora";
   EXPECT_EQ(prepare({record_, program_}), "prepared");
   EXPECT_EQ(prepare({record_, program_, {.path = "other/a"}}), noNavora);
@@ -107,7 +107,7 @@ TEST_F(UpdatePreparationTest, AVersionWithoutAProgramIsRefused) {
       noProgram);
 }
 
-TEST_F(UpdatePreparationTest, CancellingEndsIt) {
+TEST_F(UpdatePreparationTest, StopsWhenCancelled) {
   cancelled_ = true;
   EXPECT_EQ(prepare(), "unpacking: Cancelled");
 }

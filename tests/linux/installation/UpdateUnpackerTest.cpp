@@ -23,7 +23,7 @@ using testing::HasSubstr;
 
 using Kind = TestMember::Kind;
 
-// Unpacks into "target", which lies between things that must stay as they are.
+// Unpacks into "target", beside files that must not change.
 class UpdateUnpackerTest : public testing::Test {
  protected:
   UpdateUnpackerTest() {
@@ -38,7 +38,7 @@ class UpdateUnpackerTest : public testing::Test {
     const auto error = UpdateUnpacker::unpack(archive_, target_, limits_, progress, cancelled_);
     return error ? error->localizedDescription : "unpacked";
   }
-  // Whatever comes of it, nothing may change beside the folder.
+  // In any case, nothing beside the folder may change.
   std::string unpack(const std::vector<TestMember>& members) {
     EXPECT_TRUE(writeTestArchive(archive_, members));
     std::filesystem::remove_all(target_);
@@ -59,7 +59,7 @@ class UpdateUnpackerTest : public testing::Test {
   std::atomic<bool> cancelled_ = false;
 };
 
-TEST_F(UpdateUnpackerTest, WhatTheArchiveHoldsIsThereAfterwards) {
+TEST_F(UpdateUnpackerTest, UnpacksFilesFoldersAndLinks) {
   EXPECT_EQ(
       unpack({{.path = "navora/", .kind = Kind::folder},
               {.path = "navora/link", .kind = Kind::symbolicLink, .target = "share/a"},
@@ -79,7 +79,7 @@ TEST_F(UpdateUnpackerTest, WhatTheArchiveHoldsIsThereAfterwards) {
                                   {"navora/empty", "755 folder"}}));
 }
 
-TEST_F(UpdateUnpackerTest, OfModesOnlyWhetherAFileIsAProgramIsKept) {
+TEST_F(UpdateUnpackerTest, KeepsOnlyTheExecutableBitOfModes) {
   EXPECT_EQ(unpack({{.path = "navora/setuid", .content = "x", .mode = 06755},
                     {.path = "navora/sticky", .kind = Kind::folder, .mode = 07777},
                     {.path = "navora/closed", .kind = Kind::folder, .mode = 0},
@@ -96,7 +96,7 @@ TEST_F(UpdateUnpackerTest, OfModesOnlyWhetherAFileIsAProgramIsKept) {
                                   {"navora/private", "755 file x"}}));
 }
 
-TEST_F(UpdateUnpackerTest, WhatLeadsOutIsRefusedAndNothingIsWrittenOutside) {
+TEST_F(UpdateUnpackerTest, RefusesMembersThatLeadOut) {
   const std::string outside = (folder_.path() / "beside" / "a").string();
   for (const TestMember& member : std::vector<TestMember>{
            {.path = outside, .content = "x"},
@@ -115,7 +115,7 @@ TEST_F(UpdateUnpackerTest, WhatLeadsOutIsRefusedAndNothingIsWrittenOutside) {
   }
 }
 
-TEST_F(UpdateUnpackerTest, NothingIsWrittenThroughALinkThatStandsInPlaceOfAFolder) {
+TEST_F(UpdateUnpackerTest, WritesNothingThroughALink) {
   EXPECT_THAT(unpack({{.path = "navora/share/real", .kind = Kind::folder},
                       {.path = "navora/link", .kind = Kind::symbolicLink, .target = "share"},
                       {.path = "navora/link/a", .content = "x"}}),
@@ -125,12 +125,12 @@ TEST_F(UpdateUnpackerTest, NothingIsWrittenThroughALinkThatStandsInPlaceOfAFolde
               HasSubstr("File exists"));
 }
 
-TEST_F(UpdateUnpackerTest, NoLinkLiesBehindAnotherLink) {
+TEST_F(UpdateUnpackerTest, RefusesALinkBehindAnotherLink) {
   EXPECT_THAT(unpack({{.path = "navora/share/deep", .kind = Kind::folder},
                       {.path = "navora/up", .kind = Kind::symbolicLink, .target = "share/deep"},
                       {.path = "navora/up/link", .kind = Kind::symbolicLink, .target = ".."}}),
               HasSubstr("behind a link"));
-  // The same in the other order, when the second would be made first.
+  // The same in the other order.
   EXPECT_THAT(unpack({{.path = "navora/up/a/link", .kind = Kind::symbolicLink, .target = "../.."},
                       {.path = "navora/up", .kind = Kind::symbolicLink, .target = "share"}}),
               HasSubstr("behind a link"));
@@ -152,7 +152,7 @@ TEST_F(UpdateUnpackerTest, LinksThroughOtherLinksStayInside) {
   }
 }
 
-TEST_F(UpdateUnpackerTest, EachNameComesOnce) {
+TEST_F(UpdateUnpackerTest, RefusesDuplicateNames) {
   EXPECT_THAT(unpack({{.path = "navora/a", .content = "x"}, {.path = "navora/a", .content = "y"}}),
               HasSubstr("File exists"));
   EXPECT_THAT(unpack({{.path = "navora/a", .kind = Kind::folder}, {.path = "navora/a"}}),
@@ -163,7 +163,7 @@ TEST_F(UpdateUnpackerTest, EachNameComesOnce) {
   EXPECT_THAT(unpack({{.path = "navora/a"}, {.path = "navora/a", .kind = Kind::folder}}),
               HasSubstr("Not a directory"));
   EXPECT_THAT(unpack({{.path = "navora/a"}, {.path = "navora/a/b"}}), HasSubstr("Not a directory"));
-  // Folders are named by whatever lies in them too.
+  // A file's path names its folder too.
   EXPECT_EQ(unpack({{.path = "navora/a/b"},
                     {.path = "navora/a", .kind = Kind::folder},
                     {.path = "navora/a/", .kind = Kind::folder}}),
@@ -184,7 +184,7 @@ TEST_F(UpdateUnpackerTest, TooManyMembersAreRefused) {
             "unpacking: The archive holds too many files");
 }
 
-TEST_F(UpdateUnpackerTest, ABombIsRefusedBeforeItIsOnTheDisk) {
+TEST_F(UpdateUnpackerTest, RefusesADecompressionBombWhileUnpacking) {
   limits_.bytes = 1'000'000;
   EXPECT_EQ(unpack({{.path = "navora/a", .content = std::string(1'000'000, '\0')}}), "unpacked");
   EXPECT_EQ(unpack({{.path = "navora/a", .content = std::string(50'000'000, '\0')}}),
@@ -195,7 +195,7 @@ TEST_F(UpdateUnpackerTest, ABombIsRefusedBeforeItIsOnTheDisk) {
             "unpacking: The archive holds too much");
 }
 
-TEST_F(UpdateUnpackerTest, ManyLinksTakeNoLongerThanManyFiles) {
+TEST_F(UpdateUnpackerTest, ManyLinksTakeLinearTime) {
   std::vector<TestMember> members;
   for (int index = 0; index < 5'000; ++index) {
     members.push_back({.path = "navora/folder/" + std::to_string(index),
@@ -205,7 +205,7 @@ TEST_F(UpdateUnpackerTest, ManyLinksTakeNoLongerThanManyFiles) {
   EXPECT_EQ(unpack(members), "unpacked");
 }
 
-TEST_F(UpdateUnpackerTest, DamageIsReportedWhereverItIs) {
+TEST_F(UpdateUnpackerTest, ReportsDamageAnywhere) {
   ASSERT_TRUE(writeTestArchive(archive_, {{.path = "navora/a", .content = std::string(5000, 'a')}},
                                TestCompression::gzip));
   const std::string whole = readFile(archive_);
@@ -236,7 +236,7 @@ std::string noise(std::size_t size) {
   return text;
 }
 
-TEST_F(UpdateUnpackerTest, ProgressGrowsFromNothingToOne) {
+TEST_F(UpdateUnpackerTest, ProgressGrowsToOne) {
   ASSERT_TRUE(writeTestArchive(archive_, {{.path = "navora/a", .content = noise(10'000'000)}}));
   std::vector<double> told;
   EXPECT_EQ(unpack([&](double progress) { told.push_back(progress); }), "unpacked");
@@ -248,13 +248,13 @@ TEST_F(UpdateUnpackerTest, ProgressGrowsFromNothingToOne) {
   EXPECT_EQ(told.back(), 1);
 }
 
-TEST_F(UpdateUnpackerTest, CancellingEndsItInTheMiddleOfAFile) {
+TEST_F(UpdateUnpackerTest, StopsInTheMiddleOfAFileWhenCancelled) {
   ASSERT_TRUE(writeTestArchive(archive_, {{.path = "navora/a", .content = noise(10'000'000)}}));
   EXPECT_EQ(unpack([&](double progress) { cancelled_ = progress > 0.3; }), "unpacking: Cancelled");
   EXPECT_LT(std::filesystem::file_size(target_ / "navora" / "a"), 10'000'000U);
 }
 
-TEST_F(UpdateUnpackerTest, WhatIsCancelledBeforehandMakesNothing) {
+TEST_F(UpdateUnpackerTest, CreatesNothingIfCancelledBefore) {
   cancelled_ = true;
   for (const Kind kind : {Kind::file, Kind::folder, Kind::symbolicLink}) {
     EXPECT_EQ(unpack({{.path = "navora/a", .kind = kind, .target = "b"}}), "unpacking: Cancelled");
@@ -262,7 +262,7 @@ TEST_F(UpdateUnpackerTest, WhatIsCancelledBeforehandMakesNothing) {
   }
 }
 
-// A file system of one megabyte at `folder`, as long as this lives.
+// Mounts a file system of one megabyte at `folder` until destroyed.
 class SmallDisk {
  public:
   explicit SmallDisk(const std::filesystem::path& folder) : folder_(folder) {
@@ -288,8 +288,8 @@ TEST_F(UpdateUnpackerTest, AFullDiskIsReported) {
   EXPECT_EQ(unpack(), "unpacking: \"navora/a\" cannot be made (No space left on device)");
 }
 
-// The same for those who cannot mount anything: files of this process may not grow beyond a size.
-TEST_F(UpdateUnpackerTest, AFileThatMayNotGrowIsReported) {
+// The same without the privilege to mount: limits the size of this process's files.
+TEST_F(UpdateUnpackerTest, AFileSizeLimitIsReported) {
   ASSERT_TRUE(writeTestArchive(archive_, {{.path = "navora/a", .content = noise(3'000'000)}}));
   const auto handler = std::signal(SIGXFSZ, SIG_IGN);
   rlimit before{};

@@ -17,7 +17,7 @@ bool areEqual(std::string_view a, std::string_view b) {
   return compareVersions(a, b) == 0 && compareVersions(b, a) == 0;
 }
 
-TEST(VersionOrderTest, NumbersCompareAsNumbers) {
+TEST(VersionOrderTest, NumbersAreComparedNumerically) {
   EXPECT_TRUE(isBefore("1.9", "1.10"));
   EXPECT_TRUE(isBefore("9", "10"));
   EXPECT_TRUE(isBefore("1.2.3", "1.3"));
@@ -32,45 +32,45 @@ TEST(VersionOrderTest, NumbersMayHaveAnyLength) {
   EXPECT_TRUE(isBefore("1." + long9, "1." + longer1));
 }
 
-TEST(VersionOrderTest, ZerosAtTheBeginningOfANumberDoNotCount) {
+TEST(VersionOrderTest, LeadingZerosAreIgnored) {
   EXPECT_TRUE(areEqual("1.02", "1.2"));
   EXPECT_TRUE(areEqual("001", "1"));
   EXPECT_TRUE(isBefore("1.009", "1.10"));
 }
 
-TEST(VersionOrderTest, ZerosAtTheEndDoNotCount) {
+TEST(VersionOrderTest, TrailingZerosAreIgnored) {
   EXPECT_TRUE(areEqual("1.0", "1.0.0"));
   EXPECT_TRUE(areEqual("1", "1.0.0.0"));
   EXPECT_TRUE(areEqual("", "0"));
   EXPECT_TRUE(isBefore("1.0", "1.0.0.1"));
 }
 
-TEST(VersionOrderTest, LettersMakeAVersionEarlier) {
+TEST(VersionOrderTest, LettersMakeAVersionOlder) {
   EXPECT_TRUE(isBefore("1.0rc", "1.0"));
   EXPECT_TRUE(isBefore("1.0rc1", "1.0"));
   EXPECT_TRUE(isBefore("1.0.beta", "1.0.0"));
   EXPECT_TRUE(isBefore("0.9", "1.0rc1"));
 }
 
-TEST(VersionOrderTest, LettersCompareAsTextAndTheNumbersBehindThemAsNumbers) {
+TEST(VersionOrderTest, LettersAreComparedAsTextAndFollowingNumbersNumerically) {
   EXPECT_TRUE(isBefore("1.0alpha", "1.0beta"));
   EXPECT_TRUE(isBefore("1.0rc9", "1.0rc10"));
   EXPECT_TRUE(isBefore("1.0b", "1.0b1"));
 }
 
-TEST(VersionOrderTest, WhatFollowsAHyphenDoesNotCount) {
+TEST(VersionOrderTest, TextAfterAHyphenIsIgnored) {
   EXPECT_TRUE(areEqual("1.0-rc1", "1.0"));
   EXPECT_TRUE(areEqual("1.0-2", "1.0-1"));
   EXPECT_TRUE(isBefore("1.0-9", "1.1-1"));
 }
 
-TEST(VersionOrderTest, AnySeparatorWillDo) {
+TEST(VersionOrderTest, AnySeparatorIsAccepted) {
   EXPECT_TRUE(areEqual("1_2 (3)", "1.2.3"));
   EXPECT_TRUE(areEqual("1..2", "1.2"));
   EXPECT_TRUE(areEqual("\xC3\xA9\n", ""));
 }
 
-// Everything of up to four components out of a few, in all orders.
+// Returns all versions of up to four components out of a few.
 std::vector<std::string> generatedVersions() {
   std::vector<std::string> versions{""};
   for (std::size_t begin = 0, round = 0; round < 4; ++round) {
@@ -83,12 +83,12 @@ std::vector<std::string> generatedVersions() {
   return versions;
 }
 
-TEST(VersionOrderTest, IsAnOrderOfAllVersions) {
+TEST(VersionOrderTest, IsAWeakOrdering) {
   auto versions = generatedVersions();
   std::ranges::stable_sort(versions,
                            [](const auto& a, const auto& b) { return compareVersions(a, b) < 0; });
-  // In a sorted row nothing further back may come before anything further in front, and what is
-  // equal must be equal to the same versions.
+  // In a sorted list no version may be less than one before it, and equivalent versions must
+  // compare alike with all others.
   for (std::size_t low = 0; low < versions.size(); ++low) {
     for (std::size_t high = low; high < versions.size(); ++high) {
       const auto forward = compareVersions(versions[low], versions[high]);

@@ -30,7 +30,7 @@ KeySym capital(KeySym letter) {
   return upper;
 }
 
-// Two symbols of each layout for every letter; the first layout stays what it was.
+// Each key has two symbols per layout; the first layout is kept.
 void setLetters(bool withSecondLayout) {
   for (const auto& [latin, cyrillic] : letters) {
     std::array<KeySym, 4> symbols{latin, capital(latin), cyrillic, capital(cyrillic)};
@@ -40,7 +40,7 @@ void setLetters(bool withSecondLayout) {
   XSync(display(), False);
 }
 
-// The toolkit, too, knows the layout that is typed in, which it hears of by events.
+// GTK follows the active layout through X events.
 testing::AssertionResult toolkitTypes(bool cyrillic) {
   return waitUntil([cyrillic] {
     GdkKeymap* keymap = gdk_keymap_get_for_display(gdk_display_get_default());

@@ -2,8 +2,8 @@
 
 namespace navora {
 
-// While it exists, the keyboard has a second layout, without Latin letters, and types in that one:
-// the keys of the letters that menus use give Cyrillic ones.
+// Adds a second, active keyboard layout until destroyed: the keys of the letters that menus use
+// produce Cyrillic letters.
 class CyrillicLayout {
  public:
   CyrillicLayout();

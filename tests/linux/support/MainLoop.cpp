@@ -9,11 +9,11 @@ namespace {
 
 constexpr guint tickMilliseconds = 5;
 
-// Wakes the main loop regularly, because much of what tests wait for happens in other processes.
+// Wakes the main loop regularly, because many conditions change in other processes.
 class Ticker {
  public:
   Ticker()
-      // After everything else: a slow condition must not keep the toolkit from drawing.
+      // Low priority, so that a slow condition does not keep GTK from drawing.
       : source_(g_timeout_add_full(
             G_PRIORITY_LOW, tickMilliseconds,
             [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr)) {}
@@ -36,7 +36,7 @@ testing::AssertionResult waitUntil(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + patience();
   while (!condition()) {
     if (std::chrono::steady_clock::now() > deadline)
-      return testing::AssertionFailure() << "in vain for " << patience().count() << " ms";
+      return testing::AssertionFailure() << "not true within " << patience().count() << " ms";
     g_main_context_iteration(nullptr, TRUE);
   }
   return testing::AssertionSuccess();

@@ -7,15 +7,15 @@
 
 namespace navora {
 
-// How long a wait may take on a busy machine before it counts as a failure; stretched by the
-// environment variable NAVORA_TEST_TIMEOUT_FACTOR.
+// Returns the time after which waiting fails, multiplied by the environment variable
+// NAVORA_TEST_TIMEOUT_FACTOR.
 std::chrono::milliseconds patience();
 
-// Runs the main loop until `condition` holds, and looks at it between events and every few
+// Runs the main loop until `condition` holds, which is checked after every event and every few
 // milliseconds: `ASSERT_TRUE(waitUntil(...))`.
 testing::AssertionResult waitUntil(const std::function<bool()>& condition);
 
-// Runs what is ready to run in the main loop, without waiting for anything new.
+// Handles the events that are ready, without waiting for new ones.
 void runPendingEvents();
 
 }  // namespace navora

@@ -10,10 +10,10 @@
 
 namespace navora {
 
-// The virtual desktop that this process runs on, seen from inside.
+// The virtual desktop that this process runs on.
 class TestDesktop {
  public:
-  // Names the folder of the desktop; set by the process that started it.
+  // Environment variable with the desktop's folder, set by the process that started it.
   static constexpr const char* folderVariable = "NAVORA_TEST_DESKTOP";
 
   static TestDesktop& current();

@@ -12,7 +12,7 @@
 
 namespace navora {
 
-// Every visible widget below `root` and itself, in drawing order, parts of other widgets included.
+// Returns `root` and all visible widgets below it, internal children included, in drawing order.
 std::vector<Gtk::Widget*> visibleWidgets(Gtk::Widget& root);
 
 template <typename Type>
@@ -24,19 +24,19 @@ std::vector<Type*> visibleWidgetsOf(Gtk::Widget& root) {
   return found;
 }
 
-// Whether the widget is shown and has got its place.
+// Returns whether the widget is shown and allocated.
 bool isLaidOut(Gtk::Widget& widget);
 
-// Where the widget is on the screen.
+// Returns the widget's area on the screen.
 driver::Rectangle onScreen(Gtk::Widget& widget);
 
-// The window manager's view of a window that has been shown.
+// Returns the X11 window of a window that has been shown.
 driver::WindowInfo infoOf(Gtk::Window& window);
 
-// Whether the window is on the screen and the one that the keyboard goes to.
+// Returns whether the window is mapped and has the keyboard focus.
 bool isReadyForKeys(Gtk::Window& window);
 
-// The alerts on the screen, in no order.
+// Returns the alerts on the screen, in any order.
 std::vector<Gtk::MessageDialog*> shownAlerts();
 
 }  // namespace navora

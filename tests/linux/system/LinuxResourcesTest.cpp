@@ -19,17 +19,17 @@ class LinuxResourcesTest : public testing::Test {
   const LinuxResources resources_{folder_.path()};
 };
 
-TEST_F(LinuxResourcesTest, LargeOnesAreComplete) {
+TEST_F(LinuxResourcesTest, ReadsLargeFilesCompletely) {
   const std::string text(3'000'000, 'x');
   write("large.txt", text);
   EXPECT_EQ(resources_.read("large", "txt"), text);
 }
 
-TEST_F(LinuxResourcesTest, AMissingFolderHoldsNone) {
+TEST_F(LinuxResourcesTest, ReturnsNulloptForAMissingFolder) {
   EXPECT_EQ(LinuxResources("/nonexistent").read("catalog", "json"), std::nullopt);
 }
 
-TEST_F(LinuxResourcesTest, AFolderIsNone) {
+TEST_F(LinuxResourcesTest, ReturnsNulloptForAFolder) {
   std::filesystem::create_directory(folder_.path() / "folder.json");
   EXPECT_EQ(resources_.read("folder", "json"), std::nullopt);
 }

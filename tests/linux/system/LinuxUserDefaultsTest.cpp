@@ -18,7 +18,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 
-// File permissions bind everybody but root, as whom tests run in containers.
+// File permissions do not restrict root, and tests in containers run as root.
 class OrdinaryUser {
  public:
   OrdinaryUser() {
@@ -53,7 +53,7 @@ class LinuxUserDefaultsTest : public testing::Test {
   const std::filesystem::path file_ = folder_.path() / "made" / "defaults.json";
 };
 
-TEST_F(LinuxUserDefaultsTest, AreReadByTheNextInstance) {
+TEST_F(LinuxUserDefaultsTest, AreLoadedByTheNextInstance) {
   LinuxUserDefaults(file_).setValue("name", "Zürich");
   LinuxUserDefaults second(file_);
   EXPECT_EQ(second.value("name"), "Zürich");
@@ -72,20 +72,20 @@ TEST_F(LinuxUserDefaultsTest, AreKeptInTheUsersConfigurationFolder) {
   std::filesystem::remove(expected);
 }
 
-TEST_F(LinuxUserDefaultsTest, NoFileIsMadeBeforeThereIsSomethingToKeep) {
+TEST_F(LinuxUserDefaultsTest, NoFileIsCreatedBeforeTheFirstChange) {
   LinuxUserDefaults defaults(file_);
   defaults.removeValue("nothing");
   EXPECT_FALSE(std::filesystem::exists(file_));
 }
 
-TEST_F(LinuxUserDefaultsTest, WritingLeavesNothingButTheFile) {
+TEST_F(LinuxUserDefaultsTest, WritingLeavesNoTemporaryFiles) {
   LinuxUserDefaults defaults(file_);
   for (int value = 0; value < 5; ++value)
     defaults.setValue("key", value);
   EXPECT_THAT(filesInFolder(), ElementsAre("defaults.json"));
 }
 
-TEST_F(LinuxUserDefaultsTest, EveryChangeReplacesTheFileAsAWhole) {
+TEST_F(LinuxUserDefaultsTest, EveryChangeReplacesTheFileAtomically) {
   LinuxUserDefaults defaults(file_);
   defaults.setValue("key", "old");
   const auto old = folder_.path() / "old";
@@ -95,7 +95,7 @@ TEST_F(LinuxUserDefaultsTest, EveryChangeReplacesTheFileAsAWhole) {
   EXPECT_THAT(content(), HasSubstr("\"new\""));
 }
 
-TEST_F(LinuxUserDefaultsTest, TheFileBelongsToTheUserAlone) {
+TEST_F(LinuxUserDefaultsTest, OnlyTheUserCanReadTheFile) {
   const mode_t before = umask(0);
   LinuxUserDefaults defaults(file_);
   defaults.setValue("key", 1);
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(OfEveryKind, DamagedDefaultsTest,
                                          std::string(4096, '\0'),
                                          "{\"key\": " + std::string(100'000, '[') + "}"));
 
-TEST_F(LinuxUserDefaultsTest, AnUnreadableFileStaysUntouchedAndIsReported) {
+TEST_F(LinuxUserDefaultsTest, AnUnreadableFileIsReportedAndNotWritten) {
   write("{\"key\": \"old\"}");
   std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
   std::filesystem::permissions(file_.parent_path(), std::filesystem::perms::all);
@@ -158,7 +158,7 @@ TEST_F(LinuxUserDefaultsTest, AnUnreadableFileStaysUntouchedAndIsReported) {
   EXPECT_THAT(filesInFolder(), ElementsAre("defaults.json"));
 }
 
-TEST_F(LinuxUserDefaultsTest, AFolderInPlaceOfTheFileIsReportedAndStays) {
+TEST_F(LinuxUserDefaultsTest, AFolderInPlaceOfTheFileIsReportedAndKept) {
   std::filesystem::create_directories(file_);
   testing::internal::CaptureStderr();
   LinuxUserDefaults defaults(file_);
@@ -168,7 +168,7 @@ TEST_F(LinuxUserDefaultsTest, AFolderInPlaceOfTheFileIsReportedAndStays) {
   EXPECT_TRUE(std::filesystem::is_directory(file_));
 }
 
-TEST_F(LinuxUserDefaultsTest, AReadOnlyFolderIsReportedAndTheValuesLiveOn) {
+TEST_F(LinuxUserDefaultsTest, AReadOnlyFolderIsReportedAndTheValuesStayInMemory) {
   write("{\"key\": \"old\"}");
   std::filesystem::permissions(folder_.path(), std::filesystem::perms::all);
   std::filesystem::permissions(file_, std::filesystem::perms(0644));

@@ -12,12 +12,12 @@ PlatformError errorFrom(GQuark domain, int code, const char* message) {
   return platformErrorFrom(*error);
 }
 
-TEST(PlatformErrorsTest, KeepDomainCodeAndText) {
+TEST(PlatformErrorsTest, KeepDomainCodeAndDescription) {
   const PlatformError expected{"g-io-error-quark", G_IO_ERROR_CONNECTION_REFUSED, "Refused"};
   EXPECT_EQ(errorFrom(G_IO_ERROR, G_IO_ERROR_CONNECTION_REFUSED, "Refused"), expected);
 }
 
-TEST(PlatformErrorsTest, ACancelledLoadHasTheCodeThatTheCoreKnows) {
+TEST(PlatformErrorsTest, ACancelledLoadHasTheCodeOfTheCore) {
   const int cancelled = PlatformError::cancelledCode;
   EXPECT_EQ(errorFrom(WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED, "").code, cancelled);
   EXPECT_EQ(errorFrom(WEBKIT_POLICY_ERROR,
@@ -27,11 +27,11 @@ TEST(PlatformErrorsTest, ACancelledLoadHasTheCodeThatTheCoreKnows) {
   EXPECT_EQ(errorFrom(G_IO_ERROR, G_IO_ERROR_CANCELLED, "").code, cancelled);
 }
 
-TEST(PlatformErrorsTest, ALoadThatRanOutOfTimeHasTheCodeThatTheCoreKnows) {
+TEST(PlatformErrorsTest, ATimedOutLoadHasTheCodeOfTheCore) {
   EXPECT_EQ(errorFrom(G_IO_ERROR, G_IO_ERROR_TIMED_OUT, "").code, PlatformError::timedOutCode);
 }
 
-TEST(PlatformErrorsTest, OtherDomainsWithTheSameCodesAreOtherErrors) {
+TEST(PlatformErrorsTest, TheSameCodesInOtherDomainsAreKept) {
   EXPECT_EQ(errorFrom(G_FILE_ERROR, G_IO_ERROR_CANCELLED, "").code, G_IO_ERROR_CANCELLED);
   EXPECT_EQ(errorFrom(WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_CANNOT_SHOW_URI, "").code,
             WEBKIT_POLICY_ERROR_CANNOT_SHOW_URI);

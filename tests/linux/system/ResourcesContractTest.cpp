@@ -9,7 +9,7 @@
 namespace navora {
 namespace {
 
-// What the core relies on, asked of the installed files and of those that its own tests use.
+// Tests the contract of Resources with the fake and the Linux implementation.
 class ResourcesInMemory {
  public:
   void put(const std::string& name, const std::string& extension, const std::string& content) {
@@ -46,7 +46,7 @@ class ResourcesContractTest : public testing::Test {
 using ResourcesImplementations = testing::Types<ResourcesInMemory, InFolder>;
 TYPED_TEST_SUITE(ResourcesContractTest, ResourcesImplementations);
 
-TYPED_TEST(ResourcesContractTest, AreReadAsTheyAre) {
+TYPED_TEST(ResourcesContractTest, AreReadUnchanged) {
   const std::string text("Größe\r\n\0 end", 14);
   this->implementation_.put("catalog", "json", text);
   EXPECT_EQ(this->read("catalog", "json"), text);
@@ -57,7 +57,7 @@ TYPED_TEST(ResourcesContractTest, MayBeEmpty) {
   EXPECT_EQ(this->read("empty", "js"), "");
 }
 
-TYPED_TEST(ResourcesContractTest, AreToldApartByNameAndExtension) {
+TYPED_TEST(ResourcesContractTest, AreDistinguishedByNameAndExtension) {
   this->implementation_.put("one", "js", "1");
   this->implementation_.put("one", "json", "2");
   this->implementation_.put("two", "js", "3");
@@ -66,11 +66,11 @@ TYPED_TEST(ResourcesContractTest, AreToldApartByNameAndExtension) {
   EXPECT_EQ(this->read("two", "js"), "3");
 }
 
-TYPED_TEST(ResourcesContractTest, AMissingOneIsNone) {
+TYPED_TEST(ResourcesContractTest, AMissingResourceIsNullopt) {
   EXPECT_EQ(this->read("missing", "json"), std::nullopt);
 }
 
-TYPED_TEST(ResourcesContractTest, OneThatIsNotUtf8IsNone) {
+TYPED_TEST(ResourcesContractTest, AResourceThatIsNotUtf8IsNullopt) {
   this->implementation_.put("latin", "txt",
                             "Gr\xf6\xdf"
                             "e");

@@ -18,7 +18,7 @@
 namespace navora {
 namespace {
 
-// What the core relies on, asked of the real system and of the one that its own tests use.
+// Tests the contract of System with the fake and the Linux implementation.
 class FakeMachine {
  public:
   System& system() { return system_; }
@@ -54,7 +54,7 @@ class SystemContractTest : public testing::Test {
  protected:
   System& system() { return machine_.system(); }
 
-  // Observers of the real machine join its bus in their own time.
+  // The real observers connect to the bus asynchronously, so the signal is repeated.
   testing::AssertionResult wakeUntil(const std::function<bool()>& condition) {
     return waitUntil([&] {
       if (condition()) return true;
@@ -78,17 +78,17 @@ TYPED_TEST(SystemContractTest, MakesRandomIdentifiersInLowerCase) {
         identifier,
         std::regex("[0-9a-f]{8}-[0-9a-f]{4}-4[0-9a-f]{3}-[89ab][0-9a-f]{3}-[0-9a-f]{12}")))
         << identifier;
-    EXPECT_TRUE(identifiers.insert(identifier).second) << identifier << " came twice";
+    EXPECT_TRUE(identifiers.insert(identifier).second) << identifier << " is not unique";
   }
 }
 
-TYPED_TEST(SystemContractTest, TellsTheZoneOfTheMoment) {
+TYPED_TEST(SystemContractTest, ReturnsThePresentTimeZone) {
   EXPECT_EQ(this->system().timeZoneIdentifier(), "Europe/Moscow");
   this->machine_.changeTimeZone("Asia/Tokyo");
   EXPECT_EQ(this->system().timeZoneIdentifier(), "Asia/Tokyo");
 }
 
-TYPED_TEST(SystemContractTest, ObserversFindTheNewZone) {
+TYPED_TEST(SystemContractTest, ObserversSeeTheNewTimeZone) {
   std::string first;
   std::string second;
   const auto firstToken =
@@ -101,7 +101,7 @@ TYPED_TEST(SystemContractTest, ObserversFindTheNewZone) {
   EXPECT_TRUE(waitUntil([&] { return first == "America/Lima" && second == "America/Lima"; }));
 }
 
-TYPED_TEST(SystemContractTest, AReleasedZoneObserverIsNotCalled) {
+TYPED_TEST(SystemContractTest, ADestroyedTimeZoneObserverIsNotCalled) {
   int released = 0;
   bool kept = false;
   auto token = this->system().observeTimeZoneChange([&] { ++released; });
@@ -113,8 +113,8 @@ TYPED_TEST(SystemContractTest, AReleasedZoneObserverIsNotCalled) {
   EXPECT_EQ(released, 0);
 }
 
-TYPED_TEST(SystemContractTest, AZoneObserverMayReleaseItself) {
-  // Kept in the callback: one that were destroyed while it runs would read it after its end.
+TYPED_TEST(SystemContractTest, ATimeZoneObserverMayDestroyItself) {
+  // Owned by the callback: destroying the callback while it runs would be a use after free.
   const std::string marker(100, 'x');
   std::string seen;
   std::unique_ptr<ObserverToken> token;
@@ -135,7 +135,7 @@ TYPED_TEST(SystemContractTest, EveryWakeObserverIsCalled) {
   EXPECT_TRUE(this->wakeUntil([&] { return first > 0 && second > 0; }));
 }
 
-TYPED_TEST(SystemContractTest, AReleasedWakeObserverIsNotCalled) {
+TYPED_TEST(SystemContractTest, ADestroyedWakeObserverIsNotCalled) {
   int released = 0;
   bool kept = false;
   auto token = this->system().observeWake([&] { ++released; });
@@ -149,7 +149,7 @@ TYPED_TEST(SystemContractTest, AReleasedWakeObserverIsNotCalled) {
   EXPECT_EQ(released, 0);
 }
 
-TYPED_TEST(SystemContractTest, AWakeObserverMayGoAtOnce) {
+TYPED_TEST(SystemContractTest, AWakeObserverMayBeDestroyedAtOnce) {
   int released = 0;
   this->system().observeWake([&] { ++released; }).reset();
   bool kept = false;
@@ -158,7 +158,7 @@ TYPED_TEST(SystemContractTest, AWakeObserverMayGoAtOnce) {
   EXPECT_EQ(released, 0);
 }
 
-TYPED_TEST(SystemContractTest, AWakeObserverMayReleaseItself) {
+TYPED_TEST(SystemContractTest, AWakeObserverMayDestroyItself) {
   const std::string marker(100, 'x');
   std::string seen;
   std::unique_ptr<ObserverToken> token;

@@ -33,7 +33,7 @@ TEST_F(SystemTimeZoneTest, IsNamedByARelativeLink) {
   EXPECT_EQ(identifier(), "Europe/Riga");
 }
 
-TEST_F(SystemTimeZoneTest, TheFlavourOfTheFolderIsNoPartOfTheName) {
+TEST_F(SystemTimeZoneTest, PosixAndRightAreNotPartOfTheName) {
   link("/usr/share/zoneinfo/posix/Europe/Riga");
   EXPECT_EQ(identifier(), "Europe/Riga");
   std::filesystem::remove(folder_.path() / "localtime");
@@ -41,41 +41,41 @@ TEST_F(SystemTimeZoneTest, TheFlavourOfTheFolderIsNoPartOfTheName) {
   EXPECT_EQ(identifier(), "Asia/Tokyo");
 }
 
-TEST_F(SystemTimeZoneTest, ADanglingLinkStillNamesTheZone) {
+TEST_F(SystemTimeZoneTest, IsNamedByADanglingLink) {
   link((folder_.path() / "missing/zoneinfo/Europe/Kyiv").string());
   EXPECT_EQ(identifier(), "Europe/Kyiv");
 }
 
-TEST_F(SystemTimeZoneTest, ALinkBeatsTheWrittenName) {
+TEST_F(SystemTimeZoneTest, TheLinkTakesPrecedenceOverTheFile) {
   link("/usr/share/zoneinfo/Europe/Riga");
   name("Asia/Tokyo\n");
   EXPECT_EQ(identifier(), "Europe/Riga");
 }
 
-TEST_F(SystemTimeZoneTest, ACopiedZoneIsNamedInItsFile) {
+TEST_F(SystemTimeZoneTest, TheFileNamesACopiedZone) {
   writeFile(folder_.path() / "localtime", "TZif2");
   name("  Asia/Tokyo \n");
   EXPECT_EQ(identifier(), "Asia/Tokyo");
 }
 
-TEST_F(SystemTimeZoneTest, ALinkToNoZoneFallsBackOnTheWrittenName) {
+TEST_F(SystemTimeZoneTest, ALinkElsewhereFallsBackToTheFile) {
   link("/somewhere/else");
   name("Asia/Tokyo");
   EXPECT_EQ(identifier(), "Asia/Tokyo");
 }
 
-TEST_F(SystemTimeZoneTest, WithoutAnyStatementItIsUtc) {
+TEST_F(SystemTimeZoneTest, IsUtcIfNothingNamesIt) {
   EXPECT_EQ(identifier(), "UTC");
 }
 
-TEST_F(SystemTimeZoneTest, BlankStatementsAreNone) {
+TEST_F(SystemTimeZoneTest, BlankNamesAreIgnored) {
   link("/usr/share/zoneinfo/");
   name(" \n");
   EXPECT_EQ(identifier(), "UTC");
   EXPECT_EQ(identifier(""), "UTC");
 }
 
-TEST_F(SystemTimeZoneTest, TheEnvironmentWins) {
+TEST_F(SystemTimeZoneTest, TheEnvironmentTakesPrecedence) {
   link("/usr/share/zoneinfo/Europe/Riga");
   EXPECT_EQ(identifier("Asia/Tokyo"), "Asia/Tokyo");
   EXPECT_EQ(identifier(":Asia/Tokyo"), "Asia/Tokyo");
@@ -83,21 +83,21 @@ TEST_F(SystemTimeZoneTest, TheEnvironmentWins) {
   EXPECT_EQ(identifier(":/usr/share/zoneinfo/right/Asia/Tokyo"), "Asia/Tokyo");
 }
 
-// Some set it to ":/etc/localtime", which spares programs a look at that file at every use.
-TEST_F(SystemTimeZoneTest, AnEnvironmentThatNamesAFileMeansTheZoneOfTheFile) {
+// Some systems set TZ=:/etc/localtime, which saves the C library a stat() per use.
+TEST_F(SystemTimeZoneTest, AFileInTheEnvironmentNamesItsZone) {
   link("/usr/share/zoneinfo/Europe/Riga");
   const std::string file = (folder_.path() / "localtime").string();
   EXPECT_EQ(identifier(":" + file), "Europe/Riga");
   EXPECT_EQ(identifier(file), "Europe/Riga");
 }
 
-TEST_F(SystemTimeZoneTest, AnEnvironmentThatNamesNothingLeavesTheSystemsZone) {
+TEST_F(SystemTimeZoneTest, AnEmptyEnvironmentLeavesTheSystemsZone) {
   link("/usr/share/zoneinfo/Europe/Riga");
   EXPECT_EQ(identifier(":"), "Europe/Riga");
   EXPECT_EQ(identifier("/somewhere/else"), "Europe/Riga");
 }
 
-TEST_F(SystemTimeZoneTest, IsReadAnewEveryTime) {
+TEST_F(SystemTimeZoneTest, IsReadOnEachCall) {
   const SystemTimeZone timeZone(folder_.path());
   link("/usr/share/zoneinfo/Europe/Riga");
   EXPECT_EQ(timeZone.identifier(std::nullopt), "Europe/Riga");

@@ -11,7 +11,7 @@
 namespace navora {
 namespace {
 
-// What the core relies on, asked of every implementation.
+// Tests the contract of UserDefaults with every implementation.
 class InFile {
  public:
   UserDefaults& defaults() { return defaults_; }
@@ -53,7 +53,7 @@ TYPED_TEST(UserDefaultsContractTest, BeginsEmpty) {
   EXPECT_EQ(this->defaults().value("key"), std::nullopt);
 }
 
-TYPED_TEST(UserDefaultsContractTest, GivesBackWhatWasSetWhateverItsType) {
+TYPED_TEST(UserDefaultsContractTest, ReturnsValuesOfEveryType) {
   const std::vector<Json> values = {nullptr,
                                     true,
                                     0,
@@ -70,7 +70,7 @@ TYPED_TEST(UserDefaultsContractTest, GivesBackWhatWasSetWhateverItsType) {
   }
 }
 
-TYPED_TEST(UserDefaultsContractTest, KeepsKeysApart) {
+TYPED_TEST(UserDefaultsContractTest, KeysAreIndependent) {
   this->defaults().setValue("a", 1);
   this->defaults().setValue("A", 2);
   this->defaults().setValue("", 3);
@@ -81,7 +81,7 @@ TYPED_TEST(UserDefaultsContractTest, KeepsKeysApart) {
   EXPECT_EQ(this->defaults().value("a.b/c ü"), 4);
 }
 
-TYPED_TEST(UserDefaultsContractTest, ForgetsWhatIsRemovedAndNothingElse) {
+TYPED_TEST(UserDefaultsContractTest, RemovesOnlyTheGivenKey) {
   this->defaults().setValue("gone", 1);
   this->defaults().setValue("kept", 2);
   this->defaults().removeValue("gone");
@@ -90,7 +90,7 @@ TYPED_TEST(UserDefaultsContractTest, ForgetsWhatIsRemovedAndNothingElse) {
   EXPECT_EQ(this->defaults().value("kept"), 2);
 }
 
-TYPED_TEST(UserDefaultsContractTest, ASetNullIsAValue) {
+TYPED_TEST(UserDefaultsContractTest, NullIsAValue) {
   this->defaults().setValue("key", nullptr);
   ASSERT_TRUE(this->defaults().value("key").has_value());
   EXPECT_TRUE(this->defaults().value("key")->is_null());

@@ -32,7 +32,7 @@ class PageActionsTest : public testing::Test {
   PageActions actions_{[this] { return now_; }};
 };
 
-TEST_F(PageActionsTest, AnActionExplainsItsAddressOnceAndCompletely) {
+TEST_F(PageActionsTest, AnActionMatchesItsUrlOnce) {
   PageAction link = action(Kind::link, "https://navora.example/a");
   link.download = true;
   actions_.add(link);
@@ -40,7 +40,7 @@ TEST_F(PageActionsTest, AnActionExplainsItsAddressOnceAndCompletely) {
   EXPECT_EQ(actions_.takeNavigation(url("https://navora.example/a")), std::nullopt);
 }
 
-TEST_F(PageActionsTest, OnlyTheExactAddressIsExplained) {
+TEST_F(PageActionsTest, OnlyTheExactUrlMatches) {
   actions_.add(action(Kind::link, "https://navora.example/a?x=1"));
   for (const char* other : {"https://navora.example/a", "https://navora.example/a?x=2",
                             "https://navora.example/a?x=1#f", "http://navora.example/a?x=1",
@@ -50,7 +50,7 @@ TEST_F(PageActionsTest, OnlyTheExactAddressIsExplained) {
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a?x=1")));
 }
 
-TEST_F(PageActionsTest, NavigationsOfEveryKindAreExplained) {
+TEST_F(PageActionsTest, ActionsOfEveryKindMatchNavigations) {
   for (const Kind kind : {Kind::link, Kind::contextMenu, Kind::form, Kind::openWindow}) {
     actions_.add(action(kind, "https://navora.example/a"));
     const auto taken = actions_.takeNavigation(url("https://navora.example/a"));
@@ -59,7 +59,7 @@ TEST_F(PageActionsTest, NavigationsOfEveryKindAreExplained) {
   }
 }
 
-TEST_F(PageActionsTest, AnActionIsForgottenAfterItsLifetime) {
+TEST_F(PageActionsTest, AnActionExpires) {
   actions_.add(action(Kind::link, "https://navora.example/a"));
   actions_.add(action(Kind::link, "https://navora.example/b"));
   now_ += PageActions::lifetime;
@@ -68,7 +68,7 @@ TEST_F(PageActionsTest, AnActionIsForgottenAfterItsLifetime) {
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/b")));
 }
 
-TEST_F(PageActionsTest, TheNewestWins) {
+TEST_F(PageActionsTest, TheNewestActionMatches) {
   actions_.add(action(Kind::link, "https://navora.example/a", true));
   now_ += 1ms;
   actions_.add(action(Kind::link, "https://navora.example/a", false));
@@ -76,7 +76,7 @@ TEST_F(PageActionsTest, TheNewestWins) {
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a"))->frame.isMainFrame);
 }
 
-TEST_F(PageActionsTest, TheOldestGoesWhenThereAreTooMany) {
+TEST_F(PageActionsTest, TheOldestIsDroppedAboveTheLimit) {
   for (std::size_t index = 0; index <= PageActions::maximumCount; ++index)
     actions_.add(action(Kind::link, "https://navora.example/" + std::to_string(index)));
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/0")));
@@ -84,20 +84,20 @@ TEST_F(PageActionsTest, TheOldestGoesWhenThereAreTooMany) {
     EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/" + std::to_string(index))));
 }
 
-TEST_F(PageActionsTest, AContextMenuStaysOpenAsLongAsTheUserLikes) {
+TEST_F(PageActionsTest, AContextMenuDoesNotExpire) {
   actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
   now_ += 1h;
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
 }
 
-TEST_F(PageActionsTest, ThereIsOneContextMenu) {
+TEST_F(PageActionsTest, ANewContextMenuReplacesTheOld) {
   actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
   actions_.add(action(Kind::contextMenu, "https://navora.example/b"));
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/b")));
 }
 
-TEST_F(PageActionsTest, AFormMayReplaceTheQueryAndNothingElse) {
+TEST_F(PageActionsTest, AFormMatchesUpToTheQuery) {
   const auto leadsTo = [&](const std::string& address) {
     actions_.clear();
     actions_.add(action(Kind::form, "https://navora.example/search?old=1"));
@@ -111,12 +111,12 @@ TEST_F(PageActionsTest, AFormMayReplaceTheQueryAndNothingElse) {
   EXPECT_FALSE(leadsTo("https://tolvin.example/search?q=note"));
 }
 
-TEST_F(PageActionsTest, AFormWithoutAnAddressExplainsNothing) {
+TEST_F(PageActionsTest, AFormWithoutAUrlMatchesNothing) {
   actions_.add({Kind::form, FrameInfo{true, std::nullopt}, std::nullopt});
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/")));
 }
 
-TEST_F(PageActionsTest, FileChoosersAndNavigationsAreApart) {
+TEST_F(PageActionsTest, FileChoosersAndNavigationsAreSeparate) {
   actions_.add(action(Kind::link, "https://navora.example/a"));
   EXPECT_FALSE(actions_.takeFileChooser());
   actions_.add(fileChooser(true));
@@ -125,13 +125,13 @@ TEST_F(PageActionsTest, FileChoosersAndNavigationsAreApart) {
   EXPECT_FALSE(actions_.takeFileChooser());
 }
 
-TEST_F(PageActionsTest, AFileChooserIsForgottenAfterItsLifetime) {
+TEST_F(PageActionsTest, AFileChooserExpires) {
   actions_.add(fileChooser(false));
   now_ += PageActions::lifetime + 1ns;
   EXPECT_FALSE(actions_.takeFileChooser());
 }
 
-TEST_F(PageActionsTest, WithThePageGoesEverythingItDid) {
+TEST_F(PageActionsTest, ClearForgetsAllActions) {
   actions_.add(action(Kind::link, "https://navora.example/a"));
   actions_.add(action(Kind::contextMenu, "https://navora.example/b"));
   actions_.add(fileChooser(false));

@@ -55,7 +55,7 @@ TEST_F(PageBridgeTest, KeepsTheOrderOfMessages) {
     EXPECT_EQ(messages_.received[number].body, std::to_string(number));
 }
 
-TEST_F(PageBridgeTest, OffersTheConfiguredHandlersOnly) {
+TEST_F(PageBridgeTest, OffersOnlyTheConfiguredHandlers) {
   auto several = configuration();
   several.messageHandlerNames = {"notes", "calendar"};
   makeView(several);
@@ -67,7 +67,7 @@ TEST_F(PageBridgeTest, OffersTheConfiguredHandlersOnly) {
   EXPECT_EQ(messages_.received[0].name, "calendar");
 }
 
-TEST_F(PageBridgeTest, DeliversWhatAUserScriptPostsBeforeThePage) {
+TEST_F(PageBridgeTest, DeliversMessagesOfUserScriptsAtDocumentStart) {
   auto scripted = configuration();
   scripted.userScripts = {{post("'start'"), UserScript::InjectionTime::documentStart},
                           {post("'end'"), UserScript::InjectionTime::documentEnd}};
@@ -77,7 +77,7 @@ TEST_F(PageBridgeTest, DeliversWhatAUserScriptPostsBeforeThePage) {
   EXPECT_THAT(messages_.bodies(), ElementsAre("\"start\"", "\"page\"", "\"end\""));
 }
 
-TEST_F(PageBridgeTest, FollowsTheAddressOfThePage) {
+TEST_F(PageBridgeTest, ReportsThePresentAddressOfThePage) {
   ASSERT_TRUE(loadHtml(""));
   run("history.pushState(null, '', '/elsewhere?x=1')");
   run(post("1"));
@@ -95,7 +95,7 @@ TEST_F(PageBridgeTest, WorksOnEveryPageOfTheOrigin) {
   EXPECT_EQ(messages_.received[1].frame.requestUrl, testUrl(server_.url("/second")));
 }
 
-TEST_F(PageBridgeTest, APageOfAnotherOriginFindsNothing) {
+TEST_F(PageBridgeTest, APageOfAnotherOriginHasNoBridge) {
   const HttpServer other;
   auto foreign = configuration();
   foreign.origin = testUrl(other.origin());
@@ -104,8 +104,8 @@ TEST_F(PageBridgeTest, APageOfAnotherOriginFindsNothing) {
   EXPECT_EQ(evaluate("typeof window.webkit"), "undefined");
 }
 
-// Code for a frame: tells its parent whether it found a bridge, and tries to announce a message in
-// every way that a frame has for itself.
+// Script of a frame: tells its parent whether it has a bridge, and tries every way to announce a
+// message.
 std::string intruder() {
   return R"(
     const fact = JSON.stringify({kind: 'message', name: 'notes', body: '"forged"'});
@@ -133,7 +133,7 @@ void PrintTo(const FrameKind& kind, std::ostream* stream) {
 
 class FrameTest : public WebViewTest, public testing::WithParamInterface<FrameKind> {};
 
-TEST_P(FrameTest, FindsNoBridgeAndCannotPost) {
+TEST_P(FrameTest, HasNoBridgeAndCannotPost) {
   server_.serveHtml("/frame", script(intruder()));
   server_.serveHtml("/intruder.js", intruder());
   const std::string listener =
@@ -162,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(
                   "parent.postMessage(event.data, \"*\");</script>"
                   "<iframe src=/frame></iframe>'></iframe>"}));
 
-TEST_F(PageBridgeTest, AFrameOfAnotherOriginFindsNothing) {
+TEST_F(PageBridgeTest, AFrameOfAnotherOriginHasNoBridge) {
   HttpServer other;
   other.serveHtml("/frame", script(intruder()));
   ASSERT_TRUE(loadHtml(
@@ -174,7 +174,7 @@ TEST_F(PageBridgeTest, AFrameOfAnotherOriginFindsNothing) {
   EXPECT_THAT(messages_.received, IsEmpty());
 }
 
-TEST_F(PageBridgeTest, OpeningTheDocumentAgainKeepsTheBridgeAndDoublesNothing) {
+TEST_F(PageBridgeTest, ReopeningTheDocumentKeepsOneBridge) {
   ASSERT_TRUE(loadHtml("first"));
   for (int time = 0; time < 3; ++time) {
     EXPECT_EQ(evaluate("document.open(); document.write('<p>again</p>'); document.close(); "
@@ -202,7 +202,7 @@ TEST_F(PageBridgeTest, ThePageCannotReplaceTheBridge) {
   EXPECT_THAT(messages_.bodies(), ElementsAre("1"));
 }
 
-// Everything that the bridge could be tempted to call later, replaced by something hostile.
+// Replaces everything that the bridge might call later.
 constexpr const char* sabotage = R"(
   const forged = () => JSON.parse('{"top": true, "frameUrl": "https://forged.example/"}');
   JSON.stringify = () => '{"kind":"message","name":"notes","body":"\\"forged\\""}';
@@ -220,7 +220,7 @@ constexpr const char* sabotage = R"(
   Object.defineProperty = forged;
 )";
 
-TEST_F(PageBridgeTest, AHostilePageNeitherBreaksNorForgesTheFrame) {
+TEST_F(PageBridgeTest, AHostilePageCannotForgeTheFrame) {
   ASSERT_TRUE(loadHtml(script(sabotage)));
   run(post("{text: 'real'}"));
   ASSERT_TRUE(waitForMessages());
@@ -229,7 +229,7 @@ TEST_F(PageBridgeTest, AHostilePageNeitherBreaksNorForgesTheFrame) {
   EXPECT_EQ(messages_.received[0].frame.requestUrl, testUrl(server_.url("/page")));
 }
 
-TEST_F(PageBridgeTest, AnAnnouncementOfThePageItselfIsJustAMessageOfThatPage) {
+TEST_F(PageBridgeTest, AForgedAnnouncementIsAttributedToThePage) {
   ASSERT_TRUE(loadHtml(""));
   run(R"(window.dispatchEvent(new CustomEvent('navora-announcement', {detail: JSON.stringify({
     kind: 'message', name: 'notes', body: '1',
@@ -240,7 +240,7 @@ TEST_F(PageBridgeTest, AnAnnouncementOfThePageItselfIsJustAMessageOfThatPage) {
     EXPECT_EQ(message.frame.requestUrl, testUrl(server_.url("/page")));
 }
 
-TEST_F(PageBridgeTest, AnnouncementsThatMakeNoSenseAreIgnored) {
+TEST_F(PageBridgeTest, MalformedAnnouncementsAreIgnored) {
   ASSERT_TRUE(loadHtml(""));
   for (const char* detail : {"null", "7", "{}", "'no JSON'", "'null'", "'[]'", "'{}'",
                              "'{\"kind\":\"message\"}'", "'{\"kind\":7,\"name\":\"notes\"}'",

@@ -22,7 +22,7 @@ class PageDialogsTest : public WebViewTest {
   FrameInfo topFrame() const { return {true, testUrl(server_.url("/page"))}; }
 };
 
-TEST_F(PageDialogsTest, AlertsOfTheTopFrameAreTrustedAndUnmarked) {
+TEST_F(PageDialogsTest, AlertsOfTheTopFrameNameItWithoutTheToken) {
   ASSERT_TRUE(loadHtml(""));
   EXPECT_EQ(evaluate("alert('Hello <b>')"), nullptr);
   EXPECT_EQ(evaluate("alert()"), nullptr);
@@ -37,7 +37,7 @@ TEST_F(PageDialogsTest, AlertsOfTheTopFrameAreTrustedAndUnmarked) {
   EXPECT_EQ(dialogs_.shown[2].text, "object");
 }
 
-TEST_F(PageDialogsTest, ConfirmationsAnswerThePage) {
+TEST_F(PageDialogsTest, ConfirmReturnsTheAnswer) {
   ASSERT_TRUE(loadHtml(""));
   EXPECT_EQ(evaluate("confirm('Sure?')"), true);
   dialogs_.confirmation = false;
@@ -48,7 +48,7 @@ TEST_F(PageDialogsTest, ConfirmationsAnswerThePage) {
   EXPECT_EQ(dialogs_.shown[0].frame, topFrame());
 }
 
-TEST_F(PageDialogsTest, PromptsAnswerThePage) {
+TEST_F(PageDialogsTest, PromptReturnsTheAnswer) {
   ASSERT_TRUE(loadHtml(""));
   dialogs_.promptAnswer = "Zürich";
   EXPECT_EQ(evaluate("prompt('Where?', 'Riga')"), "Zürich");
@@ -66,7 +66,7 @@ TEST_F(PageDialogsTest, PromptsAnswerThePage) {
   }
 }
 
-TEST_F(PageDialogsTest, ThePageWaitsForALateAnswer) {
+TEST_F(PageDialogsTest, ThePageWaitsForTheAnswer) {
   ASSERT_TRUE(loadHtml(""));
   dialogs_.keepWaiting = true;
   run("window.answer = confirm('Sure?'); " +
@@ -80,7 +80,7 @@ TEST_F(PageDialogsTest, ThePageWaitsForALateAnswer) {
   EXPECT_EQ(messages_.received[0].body, "true");
 }
 
-TEST_F(PageDialogsTest, DialogsOfOtherFramesAreOfAnUnknownOne) {
+TEST_F(PageDialogsTest, DialogsOfOtherFramesNameNoFrame) {
   const std::string ask =
       "<script>alert('a'); confirm('c'); prompt('p', ''); parent.postMessage(1, '*');</script>";
   server_.serveHtml("/frame", ask);
@@ -97,7 +97,7 @@ TEST_F(PageDialogsTest, DialogsOfOtherFramesAreOfAnUnknownOne) {
   }
 }
 
-TEST_F(PageDialogsTest, AFrameCannotGuessTheMark) {
+TEST_F(PageDialogsTest, AFrameCannotGuessTheToken) {
   server_.serveHtml(
       "/frame",
       "<script>parent.postMessage(String(parent.alert) + parent.confirm + parent.prompt"
@@ -109,7 +109,7 @@ TEST_F(PageDialogsTest, AFrameCannotGuessTheMark) {
   EXPECT_FALSE(std::regex_search(evaluate("seen").get<std::string>(), std::regex("[0-9a-f]{32}")));
 }
 
-TEST_F(PageDialogsTest, APageThatReplacesItsLanguageDoesNotLearnTheMark) {
+TEST_F(PageDialogsTest, APageThatReplacesBuiltInsDoesNotLearnTheToken) {
   ASSERT_TRUE(loadHtml(R"(<script>
     window.seen = [];
     const spy = (name, object, method) => {
@@ -137,14 +137,14 @@ TEST_F(PageDialogsTest, APageThatReplacesItsLanguageDoesNotLearnTheMark) {
   EXPECT_EQ(seen, 0);
 }
 
-TEST_F(PageDialogsTest, WithoutADelegateThePageGoesOnWithTheNeutralAnswer) {
+TEST_F(PageDialogsTest, WithoutADelegateDialogsReturnTheirDefaults) {
   ASSERT_TRUE(loadHtml(""));
   view_->setPageDialogDelegate(nullptr);
   EXPECT_EQ(evaluate("alert('a'); [confirm('c'), prompt('p', 'default')]"), (Json{false, nullptr}));
   EXPECT_THAT(dialogs_.shown, IsEmpty());
 }
 
-// A click of the user, which pages need before they may ask for files.
+// File choosers need a user activation, so these tests click into the page.
 class PageFileChooserTest : public PageDialogsTest {
  protected:
   void show(const std::string& html) {
@@ -168,7 +168,7 @@ class PageFileChooserTest : public PageDialogsTest {
   Gtk::Window window_;
 };
 
-TEST_F(PageFileChooserTest, TheTopFrameGetsTheChosenFiles) {
+TEST_F(PageFileChooserTest, TheTopFrameReceivesTheChosenFiles) {
   writeFile(folder_.path() / "first.txt", "1");
   writeFile(folder_.path() / "zweite.txt", "2");
   dialogs_.files = {folder_.path() / "first.txt", folder_.path() / "zweite.txt"};
@@ -183,7 +183,7 @@ TEST_F(PageFileChooserTest, TheTopFrameGetsTheChosenFiles) {
             (Json{"first.txt", "zweite.txt"}));
 }
 
-TEST_F(PageFileChooserTest, AFrameIsNotTheTopOne) {
+TEST_F(PageFileChooserTest, AChooserOfAnotherFrameNamesNoFrame) {
   server_.serveHtml("/frame", std::string(style) + "<input type=file id=input>");
   show(std::string(style) + "<iframe src=/frame></iframe>");
   click();
@@ -193,7 +193,7 @@ TEST_F(PageFileChooserTest, AFrameIsNotTheTopOne) {
   EXPECT_EQ(evaluate("frames[0].input.files.length"), 0);
 }
 
-TEST_F(PageFileChooserTest, AnInputForFoldersAsksForFolders) {
+TEST_F(PageFileChooserTest, AnInputForFoldersRequestsFolders) {
   show(std::string(style) + "<input type=file webkitdirectory id=input>");
   click();
   EXPECT_TRUE(dialogs_.lastParameters.allowsDirectories);

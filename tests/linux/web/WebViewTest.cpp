@@ -54,7 +54,7 @@ void RecordedDialogs::runOpenPanel(const OpenPanelParameters& parameters, const 
 }
 
 WebSession& WebViewTest::session() {
-  // Never destroyed: the engine's own processes end with this one.
+  // Never destroyed, because views of later tests use its processes.
   static auto* const shared = new WebSession();
   return *shared;
 }
@@ -90,7 +90,7 @@ Json WebViewTest::evaluate(const std::string& script) {
     answer = result ? *result : Json("error: " + result.error().localizedDescription);
   });
   EXPECT_TRUE(waitUntil([&] { return answer.has_value(); })) << script;
-  return answer.value_or("no answer");
+  return answer.value_or("no result");
 }
 
 testing::AssertionResult WebViewTest::waitForMessages() {

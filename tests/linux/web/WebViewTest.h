@@ -18,19 +18,18 @@
 
 namespace navora {
 
-// Remembers the messages of the page.
+// Records the page's messages.
 class RecordedMessages final : public ScriptMessageHandler {
  public:
   void didReceiveScriptMessage(const ScriptMessage& message) override {
     received.push_back(message);
   }
-  // The bodies in their order.
   std::vector<std::string> bodies() const;
 
   std::vector<ScriptMessage> received;
 };
 
-// Remembers what the view reports; allows everything unless told otherwise.
+// Records what the view reports. Allows every navigation unless `decide` is set.
 class RecordedNavigation final : public NavigationDelegate {
  public:
   NavigationPolicy decidePolicyForAction(WebView&, const NavigationAction& action) override {
@@ -47,7 +46,7 @@ class RecordedNavigation final : public NavigationDelegate {
   void webContentProcessDidTerminate() override { ++terminated; }
   void navigationDidBecomeDownload(std::shared_ptr<Download>) override {}
 
-  // The last action that leads to `url`.
+  // Returns the last action to `url`, or null.
   const NavigationAction* actionTo(const Url& url) const;
 
   std::function<NavigationPolicy(const NavigationAction&)> decide;
@@ -59,7 +58,7 @@ class RecordedNavigation final : public NavigationDelegate {
   int terminated = 0;
 };
 
-// Remembers the dialogs that the page asks for and answers them at once, or keeps them waiting.
+// Records the page's dialogs and answers them at once, or later if `keepWaiting` is set.
 class RecordedDialogs final : public PageDialogDelegate {
  public:
   struct Dialog {
@@ -83,7 +82,7 @@ class RecordedDialogs final : public PageDialogDelegate {
   bool confirmation = true;
   std::optional<std::string> promptAnswer;
   std::optional<std::vector<std::filesystem::path>> files;
-  // While set, answers are put off: each runs when it is called.
+  // If set, each answer is added to `waiting` instead of being given.
   bool keepWaiting = false;
   std::vector<std::function<void()>> waiting;
 
@@ -91,24 +90,23 @@ class RecordedDialogs final : public PageDialogDelegate {
   void finish(std::function<void()> answer);
 };
 
-// A real view and a server of its own. Every test begins with a fresh view that serves the origin
-// of the server.
+// Has a web server, and a web view whose origin is that server.
 class WebViewTest : public testing::Test {
  protected:
   static WebSession& session();
 
-  // One message handler, "notes", and no scripts.
+  // Returns a configuration with the message handler "notes" and no user scripts.
   WebViewConfiguration configuration();
   void makeView(const WebViewConfiguration& configuration);
   void makeView() { makeView(configuration()); }
 
-  // Loads the page and waits until it has been loaded.
+  // Load a page and wait until it has finished.
   testing::AssertionResult load(const std::string& target);
   testing::AssertionResult loadHtml(const std::string& html);
-  // The result, or the text "error: ..." for an error.
+  // Returns the result, or the text "error: …".
   Json evaluate(const std::string& script);
   void run(const std::string& script) { view_->evaluateJavaScript(script, {}); }
-  // Waits until everything that the page has posted so far has arrived.
+  // Waits until all messages posted so far have arrived.
   testing::AssertionResult waitForMessages();
 
   HttpServer server_;

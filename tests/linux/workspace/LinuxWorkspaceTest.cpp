@@ -30,7 +30,7 @@ class LinuxWorkspaceTest : public testing::Test {
   LinuxWorkspace workspace_;
 };
 
-TEST_F(LinuxWorkspaceTest, HandsTheAddressToTheUsersProgramUnchanged) {
+TEST_F(LinuxWorkspaceTest, PassesTheAddressToItsHandlerUnchanged) {
   const std::string address = "https://navora.example/a%20b?q=%22x%22&y='z'#part";
   workspace_.open(*Url::parse(address));
   ASSERT_TRUE(waitForCount(1));
@@ -45,7 +45,7 @@ TEST_F(LinuxWorkspaceTest, OpensMailAndTelephoneAddressesToo) {
               UnorderedElementsAre("mailto:someone@navora.example", "tel:+37100000000"));
 }
 
-TEST_F(LinuxWorkspaceTest, AnAddressThatNoProgramOpensDoesNothing) {
+TEST_F(LinuxWorkspaceTest, AnAddressWithoutAHandlerIsIgnored) {
   workspace_.open(*Url::parse("navora-unknown-scheme:something"));
   workspace_.open(*Url::parse("https://navora.example/marker"));
   ASSERT_TRUE(waitForCount(1));
@@ -80,7 +80,7 @@ class FrontmostApplicationTest : public testing::Test {
   LinuxWorkspace workspace_;
 };
 
-TEST_F(FrontmostApplicationTest, GetsTheKeyboardBack) {
+TEST_F(FrontmostApplicationTest, CanBeActivatedAgain) {
   const auto first = makeWindow("First");
   ASSERT_TRUE(show(*first));
   const auto frontmost = workspace_.frontmostApplication();
@@ -92,7 +92,7 @@ TEST_F(FrontmostApplicationTest, GetsTheKeyboardBack) {
   EXPECT_TRUE(becomesActive(*first));
 }
 
-TEST_F(FrontmostApplicationTest, IsTerminatedWhenItsWindowIsGone) {
+TEST_F(FrontmostApplicationTest, IsTerminatedWhenItsWindowIsDestroyed) {
   auto window = makeWindow("Short-lived");
   ASSERT_TRUE(show(*window));
   const auto frontmost = workspace_.frontmostApplication();
@@ -100,13 +100,13 @@ TEST_F(FrontmostApplicationTest, IsTerminatedWhenItsWindowIsGone) {
   EXPECT_FALSE(frontmost->isTerminated());
   window.reset();
   EXPECT_TRUE(waitUntil([&] { return frontmost->isTerminated(); }));
-  // Nothing to activate, and no error that ends the program.
+  // Must not raise an X error.
   frontmost->activate();
   gdk_display_sync(gdk_display_get_default());
   EXPECT_TRUE(frontmost->isTerminated());
 }
 
-TEST_F(FrontmostApplicationTest, IsNoneWithoutAnActiveWindow) {
+TEST_F(FrontmostApplicationTest, IsNullWithoutAnActiveWindow) {
   auto window = makeWindow("The only one");
   ASSERT_TRUE(show(*window));
   ASSERT_NE(workspace_.frontmostApplication(), nullptr);
@@ -114,19 +114,19 @@ TEST_F(FrontmostApplicationTest, IsNoneWithoutAnActiveWindow) {
   EXPECT_TRUE(waitUntil([&] { return workspace_.frontmostApplication() == nullptr; }));
 }
 
-TEST_F(LinuxWorkspaceTest, KnowsTheOnlyScreen) {
+TEST_F(LinuxWorkspaceTest, ReturnsTheOnlyScreen) {
   const Screen whole{{0, 0, 1600, 1000}, {0, 0, 1600, 1000}};
   EXPECT_THAT(workspace_.screens(), ElementsAre(whole));
   EXPECT_EQ(workspace_.mainScreen(), whole);
 }
 
-TEST_F(LinuxWorkspaceTest, LeavesOutWhatTheDesktopKeepsForItsBars) {
+TEST_F(LinuxWorkspaceTest, ExcludesPanelsFromTheWorkArea) {
   const Screen whole{{0, 0, 1600, 1000}, {0, 0, 1600, 1000}};
   Gtk::Window bar;
   bar.set_type_hint(Gdk::WINDOW_TYPE_HINT_DOCK);
   bar.set_default_size(1600, 40);
   gtk_widget_realize(GTK_WIDGET(bar.gobj()));
-  // 40 points at the lower edge: left, right, top, bottom.
+  // Reserves 40 points at the lower edge: left, right, top, bottom (EWMH _NET_WM_STRUT_PARTIAL).
   const unsigned long strut[] = {0, 0, 0, 40};
   gdk_property_change(bar.get_window()->gobj(), gdk_atom_intern("_NET_WM_STRUT", FALSE),
                       gdk_atom_intern("CARDINAL", FALSE), 32, GDK_PROP_MODE_REPLACE,
@@ -145,7 +145,7 @@ TEST_F(LinuxWorkspaceTest, MeasuresTheMouseFromTheLowerLeftCorner) {
     return waitUntil([&] { return workspace_.mouseLocation() == expected; });
   };
   EXPECT_TRUE(movesTo({100, 200}, {100.5, 799.5}));
-  // The outermost pixels still lie on the screen.
+  // The outermost pixels are on the screen.
   EXPECT_TRUE(movesTo({0, 0}, {0.5, 999.5}));
   EXPECT_TRUE(workspace_.screens().front().frame.contains(workspace_.mouseLocation()));
   EXPECT_TRUE(movesTo({1599, 999}, {1599.5, 0.5}));

@@ -6,20 +6,20 @@
 namespace navora {
 namespace {
 
-// The test's desktop has one screen, which begins at GDK's origin.
+// The test's desktop has one screen, at GDK's origin.
 class ScreenGeometryTest : public testing::Test {
  protected:
   const int height_ = TestDesktop::current().display().connection().screen().height_in_pixels;
   const ScreenGeometry geometry_;
 };
 
-TEST_F(ScreenGeometryTest, CountsUpwardsFromTheLowerLeftCorner) {
+TEST_F(ScreenGeometryTest, HasItsOriginInTheLowerLeftCorner) {
   EXPECT_EQ(geometry_.toCore(GdkRectangle{10, 20, 300, 100}),
             (Rectangle{10, height_ - 120.0, 300, 100}));
   EXPECT_EQ(geometry_.toCore(10, height_ - 30), (Point{10, 30}));
 }
 
-TEST_F(ScreenGeometryTest, FindsTheWayBack) {
+TEST_F(ScreenGeometryTest, ConvertsBackAndForth) {
   const GdkRectangle rectangle{10, 20, 300, 100};
   const GdkRectangle back = geometry_.toGdk(geometry_.toCore(rectangle));
   EXPECT_NE(gdk_rectangle_equal(&rectangle, &back), FALSE);

@@ -1,4 +1,4 @@
-// What a version of the application does at its start: tells the installer, if there is one.
+// Confirms its start to the installer, if there is one, as the application does.
 #include <cstdlib>
 #include <string>
 

@@ -4,8 +4,7 @@
 //   NAVORA_INTERRUPT_CALL  the number of the call, from 1
 //   NAVORA_INTERRUPT_MODE  "before" or "after": the process is killed there; "fail": the call fails
 //
-// Writing to the disk for good is counted but not done: a process that is killed loses nothing of
-// what it has written.
+// fsync and syncfs are counted but not executed: killing a process loses no written data.
 #include <cerrno>
 #include <csignal>
 #include <cstdlib>
@@ -33,7 +32,7 @@ struct Plan {
 Plan makePlan() {
   const char* call = std::getenv("NAVORA_INTERRUPT_CALL");
   const char* mode = std::getenv("NAVORA_INTERRUPT_MODE");
-  // What that program starts inherits the environment.
+  // Programs that it starts inherit the environment.
   if (call == nullptr || mode == nullptr ||
       std::strcmp(program_invocation_short_name, "navora_update_step") != 0) {
     return {};
@@ -43,7 +42,7 @@ Plan makePlan() {
   return {isBefore ? Mode::before : isAfter ? Mode::after : Mode::fail, std::atol(call)};
 }
 
-// What is to happen at the call that comes now.
+// Returns what to do at the present call.
 Mode modeOfNextCall() {
   static const Plan plan = makePlan();
   static long calls = 0;
@@ -54,7 +53,7 @@ void die() {
   ::kill(::getpid(), SIGKILL);
 }
 
-// Carries out a call that changes something, unless it is the one. `failed` is what it gives then.
+// Executes a call that changes something, unless it is the one to fail; then returns `failed`.
 template <class Call, class Result>
 Result step(const Call& call, Result failed) {
   const Mode mode = modeOfNextCall();

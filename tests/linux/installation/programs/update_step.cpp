@@ -1,6 +1,7 @@
 // navora_update_step INSTALLATION ARCHIVE VERSION KEY SIGNATURE
 //
-// All of an update that changes files, in one process that can be interrupted at any of them.
+// Runs every step of an update that changes files, in one process that can be interrupted at any
+// step.
 #include <atomic>
 #include <cstdlib>
 #include <filesystem>
@@ -45,7 +46,7 @@ int main(int argc, char** argv) {
   if (const auto failure = navora::prepareUpdate(*folder, entry, *key, [](double) {}, cancelled)) {
     return fail(failure->localizedDescription);
   }
-  // Reading from it ends at once: there is no application to wait for.
+  // At end of file: there is no application to wait for.
   navora::FileDescriptor application(::open("/dev/null", O_RDONLY | O_CLOEXEC));
   navora::UpdateInstaller installer(*std::move(installation), *std::move(folder),
                                     std::move(application));
