@@ -38,6 +38,25 @@ TEST_F(LinuxWebViewTest, LoadsAPage) {
   EXPECT_TRUE(navigation_.responses[0].canShowMimeType);
 }
 
+// The process names are those of the kernel, which keeps 15 characters.
+std::set<pid_t> webProcesses() {
+  std::set<pid_t> processes;
+  for (const auto& process : driver::descendantsOf(::getpid())) {
+    if (process.name == "WebKitWebProces") processes.insert(process.pid);
+  }
+  return processes;
+}
+
+TEST_F(LinuxWebViewTest, StartsTheWebProcessBeforeTheFirstLoad) {
+  WebViewTest::session();
+  const auto before = webProcesses();
+  makeView();
+  EXPECT_TRUE(waitUntil([&] {
+    return std::ranges::any_of(webProcesses(), [&](pid_t pid) { return !before.contains(pid); });
+  }));
+  EXPECT_EQ(navigation_.started, 0);
+}
+
 TEST_F(LinuxWebViewTest, BypassesTheCacheOnRequest) {
   server_.serveHtml("/notes", "");
   makeView();
