@@ -150,7 +150,8 @@ void LinuxStatusItem::insertMenuItem(std::size_t index, const MenuItem& item) {
 void LinuxStatusItem::choose(const MenuItem& item) {
   if (const auto* action = std::get_if<DelegateAction>(&*item.action))
     return delegate_.performMenuAction(*action);
-  if (const auto* action = std::get_if<ApplicationAction>(&*item.action)) commands_.perform(*action);
+  if (const auto* action = std::get_if<ApplicationAction>(&*item.action))
+    commands_.perform(*action);
 }
 
 void LinuxStatusItem::call(const char* method, GDBusMethodInvocation* invocation) {
