@@ -10,12 +10,6 @@ namespace navora {
 
 namespace {
 
-int portOf(const std::string& url) {
-  constexpr std::string_view prefix = "http://127.0.0.1:";
-  if (!url.starts_with(prefix)) throw TestError("Not the URL of a local server: " + url);
-  return std::stoi(url.substr(prefix.size()));
-}
-
 std::string receiveUntil(const TcpConnection& connection,
                          std::chrono::steady_clock::time_point deadline) {
   std::string bytes;
@@ -32,13 +26,22 @@ std::string receiveUntil(const TcpConnection& connection,
 
 }  // namespace
 
-HttpClient::HttpClient(const std::string& url) : HttpClient(portOf(url)) {}
+HttpClient::HttpClient(const std::string& url) {
+  constexpr std::string_view scheme = "http://";
+  for (const std::string host : {"127.0.0.1", "[::1]"}) {
+    const std::string prefix = std::string(scheme) + host + ':';
+    if (!url.starts_with(prefix)) continue;
+    host_ = host;
+    port_ = std::stoi(url.substr(prefix.size()));
+    return;
+  }
+  throw TestError("Not the URL of a server on this machine: " + url);
+}
 
 std::string HttpClient::requestBytes(const std::string& method, const std::string& target,
                                      const std::string& body, const HttpHeaders& headers) const {
-  std::string bytes = method + " " + target +
-                      " HTTP/1.1\r\nHost: 127.0.0.1:" + std::to_string(port_) +
-                      "\r\nConnection: close\r\n";
+  std::string bytes =
+      method + " " + target + " HTTP/1.1\r\nHost: " + authority() + "\r\nConnection: close\r\n";
   if (!cookie.empty()) bytes += "Cookie: " + cookie + "\r\n";
   for (const auto& [name, value] : headers)
     bytes += name + ": " + value + "\r\n";
@@ -51,7 +54,7 @@ HttpReply HttpClient::request(const std::string& method, const std::string& targ
                               const std::string& body, const HttpHeaders& headers,
                               std::chrono::milliseconds timeout) {
   const auto deadline = std::chrono::steady_clock::now() + timeout;
-  const TcpConnection connection = TcpConnection::connect(port_);
+  const TcpConnection connection = TcpConnection::connect(port_, host_ == "[::1]" ? "::1" : host_);
   // The server may close the connection before it has read everything.
   connection.send(requestBytes(method, target, body, headers));
   HttpReply reply;

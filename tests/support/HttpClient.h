@@ -8,13 +8,14 @@
 
 namespace navora {
 
-// Sends requests to a server on 127.0.0.1, each on a connection of its own, and keeps the session
-// cookie as a browser does. Requests are written byte for byte, so that a test can send what no
-// HTTP library would.
+// Sends requests to a server on this machine, each on a connection of its own, and keeps the
+// session cookie as a browser does. Requests are written byte for byte, so that a test can send
+// what no HTTP library would.
 class HttpClient {
  public:
+  // Connects to a port of 127.0.0.1.
   explicit HttpClient(int port) : port_(port) {}
-  // `url` begins with "http://127.0.0.1:PORT".
+  // `url` begins with "http://127.0.0.1:PORT" or "http://[::1]:PORT".
   explicit HttpClient(const std::string& url);
 
   // Sends a request and reads until the server closes the connection. Throws TestError if the
@@ -32,12 +33,16 @@ class HttpClient {
                            const std::string& body = "", const HttpHeaders& headers = {}) const;
 
   int port() const { return port_; }
-  // Returns "http://127.0.0.1:PORT".
-  std::string origin() const { return "http://127.0.0.1:" + std::to_string(port_); }
+  // Returns "http://HOST:PORT".
+  std::string origin() const { return "http://" + authority(); }
   std::string cookie;  // "name=value"; empty while signed out
 
  private:
-  int port_;
+  std::string authority() const { return host_ + ':' + std::to_string(port_); }
+
+  // As in a URL: an IPv6 address has brackets.
+  std::string host_ = "127.0.0.1";
+  int port_ = 0;
 };
 
 }  // namespace navora

@@ -25,6 +25,14 @@ sockaddr_in loopback(int port) {
   return address;
 }
 
+sockaddr_in6 ipv6Loopback(int port) {
+  sockaddr_in6 address{};
+  address.sin6_family = AF_INET6;
+  address.sin6_addr = in6addr_loopback;
+  address.sin6_port = htons(static_cast<in_port_t>(port));
+  return address;
+}
+
 std::size_t contentLength(std::string head) {
   for (char& c : head)
     c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
@@ -35,12 +43,15 @@ std::size_t contentLength(std::string head) {
 
 }  // namespace
 
-TcpConnection TcpConnection::connect(int port) {
-  TcpConnection connection(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
-  const sockaddr_in address = loopback(port);
-  if (::connect(connection.socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address) !=
-      0)
-    throw TestError("Cannot connect to port " + std::to_string(port));
+TcpConnection TcpConnection::connect(int port, const std::string& host) {
+  const bool isIpv6 = host == "::1";
+  TcpConnection connection(::socket(isIpv6 ? AF_INET6 : AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+  const auto connectTo = [&](const auto& address) {
+    return ::connect(connection.socket_, reinterpret_cast<const sockaddr*>(&address),
+                     sizeof address) == 0;
+  };
+  if (!(isIpv6 ? connectTo(ipv6Loopback(port)) : connectTo(loopback(port))))
+    throw TestError("Cannot connect to port " + std::to_string(port) + " of " + host);
   return connection;
 }
 

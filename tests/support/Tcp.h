@@ -15,8 +15,9 @@ namespace navora {
 // at once, one to send and one to receive.
 class TcpConnection {
  public:
-  // Connects to a port of 127.0.0.1. Throws TestError if the connection is refused.
-  static TcpConnection connect(int port);
+  // Connects to a port of a loopback address, "127.0.0.1" or "::1". Throws TestError if the
+  // connection is refused.
+  static TcpConnection connect(int port, const std::string& host = "127.0.0.1");
   // Takes ownership of a connected socket.
   explicit TcpConnection(int socket) : socket_(socket) {}
   TcpConnection(TcpConnection&& other) noexcept;
