@@ -54,9 +54,18 @@ class UpdateTest : public EndToEndTest {
   bool startsApplication() const override { return false; }
   void TearDown() override {
     EndToEndTest::TearDown();
-    for (const pid_t pid : installation.runningPrograms())
-      ::kill(pid, SIGKILL);
-    waitUntil([&] { return installation.runningPrograms().empty(); }, "the application has ended");
+    // The engine's processes too: they would still write to the home folder of the next test.
+    std::vector<pid_t> processes = installation.runningPrograms();
+    for (const pid_t program : installation.runningPrograms()) {
+      for (const ProcessInfo& descendant : descendantsOf(program))
+        processes.push_back(descendant.pid);
+    }
+    for (const pid_t process : processes)
+      ::kill(process, SIGKILL);
+    waitUntil([&] { return std::ranges::none_of(processes, isAlive); },
+              "the application has ended");
+    waitUntil([&] { return installation.runningPrograms().empty(); },
+              "no program was started anew");
   }
 
   void launchSignedIn() {
