@@ -28,6 +28,7 @@ CaptureShortcut::CaptureShortcut(HotKeys& hotKeys, MainQueue& queue, const Syste
                                  std::function<void()> onPressed)
     : hotKeys_(hotKeys),
       queue_(queue),
+      system_(system),
       onPressed_(std::move(onPressed)),
       debugging_(system.environmentVariable("NAVORA_DEBUG_HOTKEY") == "1") {
   localMonitor_ = hotKeys_.addLocalKeyDownMonitor([this](const KeyEvent& event) {
@@ -63,6 +64,7 @@ void CaptureShortcut::registerHotKey() {
 
 void CaptureShortcut::debug(const std::string& line) const {
   if (debugging_) std::cerr << "Navora hotkey: " << line << '\n';
+  system_.debug(DebugArea::hotKey, line);
 }
 
 }  // namespace navora

@@ -34,6 +34,7 @@ class CaptureShortcut {
 
   HotKeys& hotKeys_;
   MainQueue& queue_;
+  const System& system_;
   const std::function<void()> onPressed_;
   const bool debugging_;
   bool installed_ = false;

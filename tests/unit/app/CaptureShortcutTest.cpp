@@ -134,6 +134,14 @@ TEST_F(CaptureShortcutTest, WritesTheStatusOfAFailure) {
             "Navora hotkey: Carbon event received\n");
 }
 
+TEST_F(CaptureShortcutTest, WritesTheSameToTheDebugLog) {
+  debugLines();
+  EXPECT_THAT(platform_.system().debugged,
+              ElementsAre("hotkey: InstallEventHandler status=0",
+                          "hotkey: RegisterEventHotKey status=0, keyCode=49, modifiers=768",
+                          "hotkey: Carbon event received"));
+}
+
 TEST_F(CaptureShortcutTest, WritesNothingForAnyOtherValue) {
   for (const char* value : {"", "0", "true", "yes", "1 ", "11"}) {
     platform_.system().environment["NAVORA_DEBUG_HOTKEY"] = value;
