@@ -35,11 +35,12 @@ constexpr std::string_view usage =
     R"(navora-make-update key FILE
     Writes a new secret key, and prints the public one for NAVORA_UPDATE_PUBLIC_KEY.
 
-navora-make-update release --installation FOLDER --version VERSION --key FILE --url ADDRESS
-                           --output FOLDER [options]
+navora-make-update release --installation FOLDER --key FILE --url ADDRESS --output FOLDER
+                           [options]
     Packs what "cmake --install" has installed into the first folder, signs it, and adds it to the
     feed "appcast.xml" in the last one, to be served below the address.
 
+    --version VERSION            of the release; by default that of this build
     --link ADDRESS               a page about the release
     --minimum-system VERSION     of the C library
     --channel NAME               only for users of this channel
@@ -76,6 +77,7 @@ std::optional<Arguments> readArguments(const std::vector<std::string>& words) {
       return std::nullopt;
     }
   }
+  arguments.values.try_emplace("--version", NAVORA_VERSION);
   for (const auto* required : {"--installation", "--version", "--key", "--url", "--output"}) {
     if (arguments.value(required).empty()) return std::nullopt;
   }

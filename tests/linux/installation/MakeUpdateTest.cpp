@@ -66,6 +66,14 @@ TEST_F(MakeUpdateTest, SignsTheWholeFeedOnRequest) {
   EXPECT_EQ(checkFeedSignature(feed(), publicKeyOf(key_)), FeedSignature::missing);
 }
 
+TEST_F(MakeUpdateTest, TheVersionIsTheBuildsUnlessStated) {
+  ASSERT_TRUE(
+      run("release --installation installed --key key --url https://updates.example/navora "
+          "--output releases"));
+  ASSERT_EQ(entries().size(), 1U);
+  EXPECT_EQ(entries().front().version, NAVORA_VERSION);
+}
+
 TEST_F(MakeUpdateTest, TheUrlMayBeRelativeToTheFeed) {
   ASSERT_TRUE(release("2.0", "", "."));
   ASSERT_EQ(entries().size(), 1U);
