@@ -2,16 +2,17 @@
 
 #include <gdk/gdkkeysyms.h>
 #include <gtest/gtest.h>
-#include <X11/XKBlib.h>
-#include <gdk/gdkx.h>
-
-// Xlib defines Status as a macro; it is a type of the platform interface.
-#undef Status
 
 #include "end_to_end/driver/XConnection.h"
 #include "hosts/linux/keyboard/LinuxHotKeys.h"
 #include "linux/support/MainLoop.h"
 #include "linux/support/TestDesktop.h"
+
+#include <X11/XKBlib.h>
+#include <gdk/gdkx.h>
+
+// Xlib defines Status as a macro; it is a type of the platform interface.
+#undef Status
 
 namespace navora {
 namespace {

@@ -9,7 +9,6 @@
 
 #include <gmock/gmock.h>
 #include <gtkmm/window.h>
-#include <gdk/gdkx.h>
 
 #include "end_to_end/driver/BusConnection.h"
 #include "end_to_end/driver/FakeNotificationDaemon.h"
@@ -20,6 +19,8 @@
 #include "linux/support/MainLoop.h"
 #include "linux/support/TestDesktop.h"
 #include "linux/support/Widgets.h"
+
+#include <gdk/gdkx.h>
 
 namespace navora {
 namespace {

@@ -4,10 +4,11 @@
 #include <utility>
 
 #include <gdk/gdkkeysyms.h>
-#include <X11/XKBlib.h>
-#include <gdk/gdkx.h>
 
 #include "linux/support/MainLoop.h"
+
+#include <X11/XKBlib.h>
+#include <gdk/gdkx.h>
 
 namespace navora {
 namespace {

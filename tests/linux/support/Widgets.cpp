@@ -3,9 +3,10 @@
 #include <algorithm>
 
 #include <gtkmm/container.h>
-#include <gdk/gdkx.h>
 
 #include "linux/support/TestDesktop.h"
+
+#include <gdk/gdkx.h>
 
 namespace navora {
 namespace {

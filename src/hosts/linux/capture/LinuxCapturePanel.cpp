@@ -6,13 +6,14 @@
 #include <gdkmm/monitor.h>
 #include <gdkmm/screen.h>
 #include <glibmm/main.h>
-#include <gdk/gdkx.h>
 
 #include "hosts/linux/keyboard/KeyEvents.h"
 #include "hosts/linux/keyboard/ModifierNames.h"
 #include "hosts/linux/window/ColorScheme.h"
 #include "hosts/linux/workspace/ActiveWindow.h"
 #include "hosts/linux/workspace/ScreenGeometry.h"
+
+#include <gdk/gdkx.h>
 
 namespace navora {
 namespace {

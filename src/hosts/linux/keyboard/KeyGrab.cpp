@@ -5,10 +5,11 @@
 #include <utility>
 
 #include <gdk/gdkkeysyms.h>
-#include <X11/XKBlib.h>
-#include <gdk/gdkx.h>
 
 #include "hosts/linux/system/GLibSupport.h"
+
+#include <X11/XKBlib.h>
+#include <gdk/gdkx.h>
 
 namespace navora {
 

@@ -1,8 +1,8 @@
 #include "hosts/linux/workspace/LinuxRunningApplication.h"
 
-#include <gdk/gdkx.h>
-
 #include "hosts/linux/workspace/ActiveWindow.h"
+
+#include <gdk/gdkx.h>
 
 namespace navora {
 namespace {
