@@ -1,6 +1,6 @@
-# Where installed copies of the application look for new versions, and whose signature they believe:
-# settings of whoever publishes the application. A build without them updates from nowhere but, on
-# Linux, a development service on the same machine.
+# Where installed copies of the application look for new versions, and whose signature they accept: the
+# publisher's settings. A build without them updates only, on Linux, from a development service on the
+# same machine.
 set(NAVORA_FEED_URL "" CACHE STRING
   "Address of the update feed of published builds: an appcast, over https")
 set(NAVORA_UPDATE_PUBLIC_KEY "" CACHE STRING

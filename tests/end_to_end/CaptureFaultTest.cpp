@@ -153,7 +153,7 @@ TEST_F(CaptureFailureTest, SendsADraftOnlyForTheUserWhoWroteIt) {
   waitUntil([&] { return !posts().empty(); }, "the note was sent");
   waitUntil([&] { return widget("push button", "Save note").has(AccessibleState::sensitive); },
             "the first try has failed");
-  serviceClient().switchAccount("somebody");
+  serviceClient().switchAccount("another");
   desktop().keyboard().chord(sendKey);
   waitUntil([&] { return serviceClient().requests("GET", account).size() == 2; },
             "the account was asked for again");
@@ -165,7 +165,7 @@ TEST_F(CaptureFailureTest, SendsADraftOnlyForTheUserWhoWroteIt) {
   desktop().keyboard().chord(sendKey);
   waitUntilPanelHidden();
   EXPECT_THAT(storedNotes(), testing::ElementsAre("Mine"));
-  EXPECT_THAT(storedNotes("somebody"), testing::IsEmpty());
+  EXPECT_THAT(storedNotes("another"), testing::IsEmpty());
 }
 
 TEST_F(CaptureFailureTest, OpensTheLoginAndReturnsWithTheDraft) {

@@ -113,7 +113,7 @@ TEST_F(NavigationTest, OpensAForeignDownloadLinkInTheBrowser) {
 
 TEST_F(NavigationTest, OpensAMailLinkInTheMailProgram) {
   page().click("#mail");
-  expectOpenedInBrowser("mailto:somebody@example.com");
+  expectOpenedInBrowser("mailto:user@example.com");
 }
 
 TEST_F(NavigationTest, OpensATelephoneLink) {

@@ -145,7 +145,7 @@ TEST_F(NotificationsTest, SurvivesInvalidReplies) {
 }
 
 TEST_F(NotificationsTest, TakesANewBaselineForAnotherUser) {
-  serviceClient().switchAccount("somebody");
+  serviceClient().switchAccount("another");
   serviceClient().addNotification(message("For demo"));
   poll();
   poll();

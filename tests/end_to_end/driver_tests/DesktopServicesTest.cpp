@@ -125,7 +125,7 @@ TEST_F(DesktopServicesTest, NotificationsAreClickedAndClosed) {
 
 TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndRestarted) {
   NotifyingProgram program(address());
-  EXPECT_FALSE(program.notify("Nobody"));
+  EXPECT_FALSE(program.notify("Missing"));
   auto daemon = std::make_unique<FakeNotificationDaemon>(address());
   daemon->hold();
   EXPECT_FALSE(program.notify("Slow", 0, std::chrono::milliseconds(50)));
@@ -134,7 +134,7 @@ TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndRestarted) 
   EXPECT_TRUE(program.notify("Here"));
   EXPECT_EQ(daemon->notifications().size(), 2U);
   daemon.reset();
-  EXPECT_FALSE(program.notify("Nobody"));
+  EXPECT_FALSE(program.notify("Missing"));
   daemon = std::make_unique<FakeNotificationDaemon>(address(), std::vector<std::string>{"body"});
   EXPECT_TRUE(program.notify("Back"));
   EXPECT_EQ(daemon->notifications().size(), 1U);
