@@ -54,6 +54,8 @@ class UpdateTest : public EndToEndTest {
   bool startsApplication() const override { return false; }
   void TearDown() override {
     EndToEndTest::TearDown();
+    // It would start the application again when the one that it waits for is killed.
+    waitUntil([&] { return !installation.isInstallerRunning(); }, "the installer has ended");
     // The engine's processes too: they would still write to the home folder of the next test.
     std::vector<pid_t> processes = installation.runningPrograms();
     for (const pid_t program : installation.runningPrograms()) {

@@ -80,6 +80,20 @@ std::vector<pid_t> UpdatableInstallation::runningPrograms() const {
   return found;
 }
 
+bool UpdatableInstallation::isInstallerRunning() const {
+  // The executable itself is moved while it runs; the command line stays.
+  const std::string target = '\0' + folder().string() + '\0';
+  for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+    if (!isNumber(entry.path().filename())) continue;
+    const std::string commandLine = readFile(entry.path() / "cmdline");
+    const std::string program = commandLine.substr(0, commandLine.find('\0'));
+    if (program.ends_with("/navora-install-update") &&
+        commandLine.find(target) != std::string::npos)
+      return true;
+  }
+  return false;
+}
+
 void UpdatableInstallation::release(const path& built, const std::string& version,
                                     const path& key) const {
   run({makeUpdate(), "release", "--installation", built.string(), "--version", version, "--key",

@@ -33,6 +33,8 @@ class UpdatableInstallation {
   std::vector<std::string> leftovers() const;
   // Returns the processes that run its program, in any version.
   std::vector<pid_t> runningPrograms() const;
+  // Returns whether an installer is at work on this installation.
+  bool isInstallerRunning() const;
 
   // Adds a release made from an installed build to the feed.
   void release(const std::filesystem::path& built, const std::string& version,
