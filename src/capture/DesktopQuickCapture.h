@@ -43,7 +43,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   // Notes are sent as the user who is signed in to `webView`.
   DesktopQuickCapture(const Dependencies& dependencies, std::weak_ptr<WebView> webView,
                       const Url& origin);
-  ~DesktopQuickCapture();
+  ~DesktopQuickCapture() override;
 
   DesktopQuickCapture(const DesktopQuickCapture&) = delete;
   DesktopQuickCapture& operator=(const DesktopQuickCapture&) = delete;

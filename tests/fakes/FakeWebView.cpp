@@ -62,7 +62,8 @@ void FakeWebView::allCookies(CookiesCompletion completion) {
 }
 
 void FakeWebView::answerCookies() {
-  if (cookieQuestions_.empty()) fatalError("There is no request for cookies", "FakeWebView", __LINE__);
+  if (cookieQuestions_.empty())
+    fatalError("There is no request for cookies", "FakeWebView", __LINE__);
   const auto completion = std::move(cookieQuestions_.front());
   cookieQuestions_.pop_front();
   completion(cookies);

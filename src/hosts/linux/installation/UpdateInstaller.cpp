@@ -111,8 +111,10 @@ bool UpdateInstaller::startNewVersion(std::chrono::milliseconds patience) {
 }
 
 void UpdateInstaller::startOldVersion() {
-  // Removes the folder before the application starts, which would see it as left over.
-  UpdateFolder(std::move(folder_));
+  {
+    // Removed before the application starts, which would see it as left over.
+    const UpdateFolder removed(std::move(folder_));
+  }
   startOldVersion(installation_.executable());
 }
 

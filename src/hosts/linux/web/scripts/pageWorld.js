@@ -1,6 +1,6 @@
-// Runs in the page's own world, in the top frame only, before the page's scripts. WebKitGTK does not
-// report which frame a script message, a dialog or a new window comes from. So only the top frame
-// of the service's pages gets the message handlers, and functions that announce or mark its
+// Runs in the page's own world, in the top frame only, before the page's scripts. WebKitGTK does
+// not report which frame a script message, a dialog or a new window comes from. So only the top
+// frame of the service's pages gets the message handlers, and functions that announce or mark its
 // requests.
 ((origin, handlerNames, dialogToken, channel) => {
   if (window.location.origin !== new window.URL(origin).origin) return;
