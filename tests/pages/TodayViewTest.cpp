@@ -112,7 +112,7 @@ TEST_F(TodayViewTest, SessionCanBecomeAnotherAccounts) {
   const std::string other = client_.switchAccount("other");
   EXPECT_NE(before, other);
   EXPECT_EQ(page().evaluate(me), other);
-  EXPECT_EQ(client_.switchAccount("demo"), before);
+  EXPECT_EQ(Json(client_.switchAccount("demo")), before);
   EXPECT_EQ(page().evaluate(me), before);
 }
 
