@@ -46,7 +46,7 @@ class GlobalShortcutsPortal {
   guint activations_ = 0;
 };
 
-// Returns the combination in the syntax of the XDG shortcuts specification, such as
+// Returns the combination in the syntax that the GlobalShortcuts portal takes for triggers, such as
 // "CTRL+SHIFT+space"; empty for a key that has no name here.
 std::string shortcutTrigger(const HotKey& hotKey);
 

@@ -8,7 +8,7 @@
 
 namespace navora {
 
-// The capabilities of a notification service (Desktop Notifications Specification) that messages
+// The capabilities of a notification service (org.freedesktop.Notifications) that messages
 // depend on.
 struct NotificationCapabilities {
   // "actions": reports clicks.
