@@ -12,7 +12,7 @@ constexpr std::size_t messageLimit = 2000;
 std::optional<std::string> requiredText(ApiCall& call, const char* name, std::size_t limit) {
   const auto body = call.object();
   if (!body) return std::nullopt;
-  const std::string text = trimmed(textMember(*body, name).value_or(""));
+  std::string text = trimmed(textMember(*body, name).value_or(""));
   if (text.empty() || utf16Length(text) > limit) {
     call.fail(422, "invalid_text",
               "Write something, at most " + std::to_string(limit) + " characters.");

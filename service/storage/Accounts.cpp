@@ -23,7 +23,7 @@ std::optional<std::string> Accounts::signIn(const std::string& name, const std::
   const auto account = passwords_.find(name);
   if (account == passwords_.end() || account->second != password) return std::nullopt;
   Database::Transaction transaction(database_);
-  const std::string token = randomToken();
+  std::string token = randomToken();
   const Milliseconds now = currentTime();
   database_.run("DELETE FROM sessions WHERE expires_at <= ?", now);
   database_.run("INSERT INTO sessions (token, user_id, expires_at) VALUES (?, ?, ?)", token,

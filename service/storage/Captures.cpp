@@ -30,7 +30,7 @@ std::optional<AcceptedCapture> Captures::add(const std::string& userId, const Ne
       return AcceptedCapture{earlier.text(1), earlier.text(2)};
     }
   }
-  const AcceptedCapture accepted{randomUuid(), randomUuid()};
+  AcceptedCapture accepted{randomUuid(), randomUuid()};
   database_.run(
       "INSERT INTO captures (id, user_id, raw, provider, model, created_at) "
       "VALUES (?, ?, ?, ?, ?, ?)",

@@ -21,9 +21,7 @@ std::string base64(std::string_view bytes) {
     std::uint32_t group = 0;
     for (std::size_t offset = 0; offset < 3; ++offset) {
       group <<= 8U;
-      if (index + offset < bytes.size()) {
-        group |= static_cast<unsigned char>(bytes[index + offset]);
-      }
+      if (index + offset < bytes.size()) group |= static_cast<unsigned char>(bytes[index + offset]);
     }
     const std::size_t left = bytes.size() - index;
     text += digits[(group >> 18U) & 63U];

@@ -90,9 +90,7 @@ std::optional<Json> DriverBroker::evaluate(const std::string& name, const std::s
     changed_.wait_for(lock, watchInterval);
   }
   std::optional<Json> answer = std::move(job.answer);
-  if (!answer && lost(channel, job)) {
-    answer = Json{{"ok", false}, {"error", "the page went away"}};
-  }
+  if (!answer && lost(channel, job)) answer = Json{{"ok", false}, {"error", "the page went away"}};
   channel.jobs.erase(id);
   return answer;
 }

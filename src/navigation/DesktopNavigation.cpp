@@ -58,9 +58,10 @@ NavigationPolicy DesktopNavigation::decideWithinOrigin(WebView& webView,
 
 NavigationPolicy DesktopNavigation::offerToBrowser(const NavigationAction& action) {
   const bool asksForNewWindow = !action.targetFrame.has_value();
-  if (action.type != NavigationType::linkActivated && !asksForNewWindow)
+  if (action.type != NavigationType::linkActivated && !asksForNewWindow) {
     return refuse(action.url,
                   "a foreign address needs a clicked link or a request for a new window");
+  }
   if (!isTrusted(action.sourceFrame))
     return refuse(action.url, "a foreign address needs the service's main frame as its source");
   if (!DesktopOrigin::canOpenExternally(*action.url))

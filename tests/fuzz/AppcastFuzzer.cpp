@@ -9,9 +9,7 @@
 namespace {
 
 void require(bool condition, int line) {
-  if (!condition) {
-    navora::fatalError("A property of feeds does not hold", "AppcastFuzzer", line);
-  }
+  if (!condition) navora::fatalError("A property of feeds does not hold", "AppcastFuzzer", line);
 }
 
 }  // namespace

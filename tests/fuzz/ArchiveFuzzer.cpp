@@ -12,9 +12,7 @@
 namespace {
 
 void require(bool condition, int line) {
-  if (!condition) {
-    navora::fatalError("A property of archives does not hold", "ArchiveFuzzer", line);
-  }
+  if (!condition) navora::fatalError("A property of archives does not hold", "ArchiveFuzzer", line);
 }
 
 // In memory where possible: each input creates and removes a tree of files.

@@ -9,9 +9,7 @@
 namespace {
 
 void require(bool condition, int line) {
-  if (!condition) {
-    navora::fatalError("A property of texts does not hold", "TextFuzzer", line);
-  }
+  if (!condition) navora::fatalError("A property of texts does not hold", "TextFuzzer", line);
 }
 
 }  // namespace

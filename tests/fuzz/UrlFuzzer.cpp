@@ -8,9 +8,7 @@
 namespace {
 
 void require(bool condition, int line) {
-  if (!condition) {
-    navora::fatalError("A property of URLs does not hold", "UrlFuzzer", line);
-  }
+  if (!condition) navora::fatalError("A property of URLs does not hold", "UrlFuzzer", line);
 }
 
 }  // namespace

@@ -49,9 +49,10 @@ MenuEntry toMenuEntry(GVariant* layout) {
     GVariant* child = nullptr;
     g_variant_get_child(children, index, "v", &child);
     const Variant owner(child);
-    if (g_variant_is_of_type(child, G_VARIANT_TYPE("(ia{sv}av)")) == FALSE)
+    if (g_variant_is_of_type(child, G_VARIANT_TYPE("(ia{sv}av)")) == FALSE) {
       throw TestError("A child of a menu has the type " +
                       std::string(g_variant_get_type_string(child)));
+    }
     entry.children.push_back(toMenuEntry(child));
   }
   return entry;
@@ -67,9 +68,10 @@ const MenuEntry* find(const std::vector<MenuEntry>& entries, const std::string& 
 }
 
 void demandType(const Variant& value, const char* type, const std::string& what) {
-  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE(type)) == FALSE)
+  if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE(type)) == FALSE) {
     throw TestError(what + " has the type " + g_variant_get_type_string(value.get()) +
                     " instead of " + type);
+  }
 }
 
 }  // namespace

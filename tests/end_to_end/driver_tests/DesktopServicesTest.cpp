@@ -163,10 +163,11 @@ class SampleStatusItem {
       </interface></node>)",
                                          nullptr);
     static const GDBusInterfaceVTable table{onCall, onProperty, nullptr, {}};
-    for (const int index : {0, 1})
+    for (const int index : {0, 1}) {
       objects_.push_back(g_dbus_connection_register_object(
           bus_.get(), index == 0 ? "/Item" : "/Menu", node_->interfaces[index], &table, this,
           nullptr, nullptr));
+    }
   }
   ~SampleStatusItem() {
     for (const guint object : objects_)

@@ -40,9 +40,10 @@ class FakeDesktop {
     }
     while (center_ && center_->requestQuestions() > 0)
       center_->answerRequest(isPermitted_);
-    while (center_ && center_->addsUnderWay() > 0)
+    while (center_ && center_->addsUnderWay() > 0) {
       center_->finishAdd(isPermitted_ ? std::nullopt
                                       : std::optional(PlatformError{"Fake", 1, "No"}));
+    }
   }
 
   void click(const UserNotification& notification) { center_->click(notification.url); }

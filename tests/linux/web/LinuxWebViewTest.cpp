@@ -99,7 +99,7 @@ TEST_F(LinuxWebViewTest, ReportsAnExceptionOfAScript) {
 
 TEST_F(LinuxWebViewTest, AResultThatIsNotJsonIsAnError) {
   ASSERT_TRUE(loadHtml("<body></body>"));
-  for (const char* script : {"() => {}", "Symbol('s')", "Promise.resolve(1)"})
+  for (const char* script : {"() => {}", "Symbol('s')", "Promise.resolve(1)"}) {
     EXPECT_THAT(evaluate(script), testing::ResultOf(
                                       [](const Json& result) {
                                         return result.is_string() ? result.get<std::string>()
@@ -107,6 +107,7 @@ TEST_F(LinuxWebViewTest, AResultThatIsNotJsonIsAnError) {
                                       },
                                       testing::StartsWith("error: ")))
         << script;
+  }
 }
 
 TEST_F(LinuxWebViewTest, AnEvaluationMayHaveNoCompletion) {

@@ -170,10 +170,11 @@ class Reader {
 
   void addString(std::string text, std::size_t line) {
     takeIdentifier();  // A literal suffix.
-    if (!tokens_.empty() && tokens_.back().kind == TokenKind::string)
+    if (!tokens_.empty() && tokens_.back().kind == TokenKind::string) {
       tokens_.back().text += text;
-    else
+    } else {
       tokens_.push_back({TokenKind::string, std::move(text), line});
+    }
   }
 
   std::string_view source_;

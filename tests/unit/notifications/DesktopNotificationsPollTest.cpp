@@ -112,9 +112,7 @@ TEST_F(DesktopNotificationsPollTest, LeavesItemsUnseenUntilPermissionIsGranted) 
   for (const auto status : {AuthorizationStatus::notDetermined, AuthorizationStatus::denied,
                             AuthorizationStatus::provisional}) {
     center.status = status;
-    if (platform.network().requests.empty()) {
-      startWithBaseline();
-    }
+    if (platform.network().requests.empty()) startWithBaseline();
     nextTick();
     completePoll({item("a")});
   }
@@ -169,7 +167,6 @@ TEST_F(DesktopNotificationsPollTest, ForgetsTheAccountAfterA401FromAnyRequest) {
 
 TEST_F(DesktopNotificationsPollTest, KeepsTheLedgerAfterEveryOtherFailure) {
   startWithBaseline({item("a")});
-  const std::string list = R"({"notifications": [], "kinds": []})";
   const std::vector<std::function<void()>> failures{
       [&] { platform.network().fail(PlatformError::timedOutCode); },
       [&] { platform.network().answer(500, "{}"); },

@@ -91,9 +91,10 @@ TEST_F(NotificationSelectionTest, CollectsTheIdsOfAllItems) {
 TEST_F(NotificationSelectionTest, ReadsBodiesAllOrNothing) {
   const std::string whole = R"({"notifications": [{"id": "a"}], "kinds": []})";
   ASSERT_TRUE(NotificationSelection::read(whole, settings, now, origin));
-  for (std::size_t length = 0; length < whole.size(); ++length)
+  for (std::size_t length = 0; length < whole.size(); ++length) {
     EXPECT_FALSE(NotificationSelection::read(whole.substr(0, length), settings, now, origin))
         << length;
+  }
   for (const char* body :
        {"[]", "null", "{}", "<!doctype html>", R"({"notifications": [7], "kinds": []})",
         R"({"notifications": [{"id": "a"}, "b"], "kinds": []})", R"({"notifications": []})",

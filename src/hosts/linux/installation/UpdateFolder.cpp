@@ -74,9 +74,10 @@ Expected<UpdateFolder, PlatformError> UpdateFolder::claim(const Installation& in
   if (::mkdir(path.c_str(), privateMode) != 0 && errno != EEXIST)
     return Unexpected(failure("No folder can be made beside the application", errno));
   FileDescriptor descriptor = lock(path);
-  if (!descriptor)
+  if (!descriptor) {
     return Unexpected(
         updateError(UpdateStage::installation, "Another program is updating the application"));
+  }
   UpdateFolder folder(path, std::move(descriptor));
   if (auto error = clear(path)) return Unexpected(*std::move(error));
   if (auto error = tryExchange(path)) return Unexpected(*std::move(error));

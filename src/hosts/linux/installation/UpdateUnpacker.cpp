@@ -171,9 +171,10 @@ std::optional<PlatformError> UpdateUnpacker::unpack(const std::filesystem::path&
   std::error_code error;
   const std::uint64_t size = std::filesystem::file_size(archive, error);
   FileDescriptor root(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-  if (error || !root)
+  if (error || !root) {
     return systemUpdateError(UpdateStage::unpacking, "The folder for the update cannot be used",
                              error ? error.value() : errno);
+  }
   return Unpacking(*std::move(reader), size, std::move(root), limits, progress, cancelled).run();
 }
 
