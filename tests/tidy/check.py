@@ -17,6 +17,8 @@ def main():
     folder = f'/CMakeFiles/{target}.dir/'
     sources = [entry['file'] for entry in commands
                if folder in entry['command'] and 'cmake_pch' not in entry['file']]
+    if not sources:
+        sys.exit(f'{target} compiles no sources')
     failed = False
     for source in sources:
         # The commands are g++'s, whose own warnings are errors in every build: clang's are not asked for.
