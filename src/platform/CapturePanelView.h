@@ -76,6 +76,9 @@ class CapturePanelView {
   // Returns the visible frame of the panel's screen, or nullopt while it is on no screen.
   virtual std::optional<Rectangle> screenVisibleFrame() const = 0;
   virtual void makeKeyAndOrderFront() = 0;
+  // Shows the panel above other windows without taking the keyboard focus. The user gives it the
+  // focus by clicking in it. A panel that is visible and has the focus keeps it.
+  virtual void orderFront() = 0;
   virtual void orderOut() = 0;
 
   virtual void setMessage(const std::string& text) = 0;

@@ -20,8 +20,15 @@ FakeCapturePanelView::~FakeCapturePanelView() {
 }
 
 void FakeCapturePanelView::clickElsewhere() {
+  key_ = false;
   editor_.loseFocus();
   delegate_.panelDidResignKey();
+}
+
+void FakeCapturePanelView::clickInEditor() {
+  if (!visible_) fatalError("The panel is hidden", "FakeCapturePanelView", __LINE__);
+  key_ = true;
+  editor_.makeFirstResponder();
 }
 
 void FakeCapturePanelView::clickSubmit() {
@@ -36,11 +43,18 @@ void FakeCapturePanelView::setFrame(const Rectangle& frame) {
 void FakeCapturePanelView::makeKeyAndOrderFront() {
   log_.record("panel.makeKeyAndOrderFront");
   visible_ = true;
+  key_ = true;
+}
+
+void FakeCapturePanelView::orderFront() {
+  log_.record("panel.orderFront");
+  visible_ = true;
 }
 
 void FakeCapturePanelView::orderOut() {
   log_.record("panel.orderOut");
   visible_ = false;
+  key_ = false;
 }
 
 void FakeCapturePanelView::setMessage(const std::string& text) {

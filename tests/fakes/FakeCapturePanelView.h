@@ -40,9 +40,12 @@ class FakeCapturePanelView final : public CapturePanelView {
   const CapturePanelLayout& layout() const { return layout_; }
   int surfaceRedraws() const { return surfaceRedraws_; }
   int buttonRedraws() const { return buttonRedraws_; }
+  // Returns whether the panel has the keyboard focus.
+  bool isKey() const { return key_; }
 
   // Act as the user. A click elsewhere moves the focus first.
   void clickElsewhere();
+  void clickInEditor();
   // A fatal error if the button is disabled.
   void clickSubmit();
 
@@ -55,6 +58,7 @@ class FakeCapturePanelView final : public CapturePanelView {
   void setFrame(const Rectangle& frame) override;
   std::optional<Rectangle> screenVisibleFrame() const override { return desktop_.visibleFrame; }
   void makeKeyAndOrderFront() override;
+  void orderFront() override;
   void orderOut() override;
   void setMessage(const std::string& text) override;
   void setMessageColor(Color color) override { messageColor_ = color; }
@@ -77,6 +81,7 @@ class FakeCapturePanelView final : public CapturePanelView {
   std::string title_;
   WindowAppearance appearance_ = WindowAppearance::system;
   bool visible_ = false;
+  bool key_ = false;
   Rectangle frame_;
   std::string message_;
   Color messageColor_{};

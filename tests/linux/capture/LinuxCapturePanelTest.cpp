@@ -3,6 +3,7 @@
 
 #include <glibmm/main.h>
 #include <gmock/gmock.h>
+#include <gtkmm/entry.h>
 #include <xcb/xcb.h>
 
 #include "fakes/FakeMainWindow.h"
@@ -103,6 +104,34 @@ TEST_F(LinuxCapturePanelTest, GrowsDownwardsAndKeepsItsTopEdge) {
   panel_->setFrame({200, 300, 600, 165});
   ASSERT_TRUE(waitUntil([&] { return onDisplay().height == 165; }));
   EXPECT_EQ(onDisplay(), before);
+}
+
+TEST_F(LinuxCapturePanelTest, IsShownAboveAnActiveWindowThatKeepsTheKeyboard) {
+  Gtk::Window other;
+  Gtk::Entry entry;
+  other.add(entry);
+  other.set_default_size(900, 700);
+  other.show_all();
+  other.present();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(other); }));
+  for (int time = 1; time <= 2; ++time) {
+    panel_->orderFront();
+    ASSERT_TRUE(waitUntil([&] {
+      return infoOf(panel_->native()).mapped &&
+             shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0};
+    }));
+    EXPECT_TRUE(infoOf(panel_->native()).hasState("_NET_WM_STATE_ABOVE"));
+    EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
+    keyboard_.type("x");
+    ASSERT_TRUE(waitUntil([&] { return entry.get_text() == std::string(time, 'x'); }));
+    EXPECT_EQ(panel_->editor().text(), "");
+    panel_->orderOut();
+    ASSERT_TRUE(waitUntil([&] { return !infoOf(panel_->native()).mapped; }));
+    EXPECT_TRUE(isReadyForKeys(other));
+  }
+  EXPECT_EQ(delegate_.resignations, 0);
+  // Showing it without the keyboard does not affect how it is shown the next time.
+  ASSERT_TRUE(open());
 }
 
 TEST_F(LinuxCapturePanelTest, DoesNotRaiseTheMainWindow) {

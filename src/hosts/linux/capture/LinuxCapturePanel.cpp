@@ -220,13 +220,28 @@ void LinuxCapturePanel::makeKeyAndOrderFront() {
   // Without it focus stealing prevention may keep the panel in the background
   // (EWMH _NET_WM_USER_TIME).
   if (GDK_IS_X11_WINDOW(surface)) gdk_x11_window_set_user_time(surface, time);
-  if (!isVisible()) {
-    movedByUser_ = false;
-    window_.move(frame_.x, frame_.y);
-  }
+  if (!isVisible()) moveToFrame();
   window_.present(time);
   // Window managers do not focus a new utility window by themselves.
   gdk_window_focus(surface, time);
+}
+
+void LinuxCapturePanel::orderFront() {
+  if (isVisible()) {
+    window_.get_window()->raise();
+    return;
+  }
+  moveToFrame();
+  // Sets _NET_WM_USER_TIME (EWMH) to 0, which tells the window manager not to focus the window when
+  // it is mapped. makeKeyAndOrderFront() sets it again.
+  window_.set_focus_on_map(false);
+  window_.show();
+  window_.set_focus_on_map(true);
+}
+
+void LinuxCapturePanel::moveToFrame() {
+  movedByUser_ = false;
+  window_.move(frame_.x, frame_.y);
 }
 
 void LinuxCapturePanel::orderOut() {

@@ -41,6 +41,7 @@ class LinuxCapturePanel final : public CapturePanelView {
   void setFrame(const Rectangle& frame) override;
   std::optional<Rectangle> screenVisibleFrame() const override;
   void makeKeyAndOrderFront() override;
+  void orderFront() override;
   void orderOut() override;
   void setMessage(const std::string& text) override;
   void setMessageColor(Color color) override;
@@ -62,6 +63,7 @@ class LinuxCapturePanel final : public CapturePanelView {
   void configured(const GdkEventConfigure& event);
   void focusLeft();
   void checkFocus();
+  void moveToFrame();
   void placeChildren();
   Size size() const;
 

@@ -32,6 +32,7 @@ class MacCapturePanel final : public CapturePanelView {
   void setFrame(const Rectangle& frame) override;
   std::optional<Rectangle> screenVisibleFrame() const override;
   void makeKeyAndOrderFront() override;
+  void orderFront() override;
   void orderOut() override;
 
   void setMessage(const std::string& text) override;

@@ -211,6 +211,11 @@ void MacCapturePanel::makeKeyAndOrderFront() {
   [panel_ makeKeyAndOrderFront:nil];
 }
 
+// -orderFront: leaves the windows of an inactive application below those of the active one.
+void MacCapturePanel::orderFront() {
+  [panel_ orderFrontRegardless];
+}
+
 void MacCapturePanel::orderOut() {
   forwarder_.orderingOut = YES;
   [panel_ orderOut:nil];

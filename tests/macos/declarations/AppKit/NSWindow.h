@@ -77,6 +77,7 @@ typedef NSString* NSWindowFrameAutosaveName;
 - (void)center;
 - (void)deminiaturize:(nullable id)sender;
 - (void)makeKeyAndOrderFront:(nullable id)sender;
+- (void)orderFrontRegardless;
 - (void)orderOut:(nullable id)sender;
 - (void)performMiniaturize:(nullable id)sender;
 - (void)performClose:(nullable id)sender;
