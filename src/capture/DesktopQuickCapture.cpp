@@ -61,6 +61,7 @@ void DesktopQuickCapture::hide(bool restoreFocus) {
     panel_->orderOut();
     return;
   }
+  panel_->editor().commitComposition();
   const std::string draft = panel_->editor().text();
   if (!busy_ && !draft.empty()) {
     telemetry_.record("native_abandoned", {{"inputChars", reportedLength(draft)}});

@@ -29,6 +29,7 @@ const char* reasonOf(CaptureError::Kind kind) {
 }  // namespace
 
 void DesktopQuickCapture::submit() {
+  panel_->editor().commitComposition();
   const std::string text = trimmedText();
   if (busy_ || !QuickCapturePolicy::validText(text)) return;
   if (!submission_.maySend(text)) {

@@ -56,6 +56,11 @@ class CaptureEditorView {
   virtual void setPlaceholder(const std::string& text) = 0;
   virtual void setAccessibilityLabel(const std::string& label) = 0;
 
+  // Commits the text that an input method is composing, as if the user had accepted it; reports it
+  // with editorTextDidChange() where text() did not contain it. Does nothing while none is
+  // composed.
+  virtual void commitComposition() = 0;
+
   virtual void makeFirstResponder() = 0;
   virtual void moveCaretToEnd() = 0;
 

@@ -1,6 +1,7 @@
 #include "fakes/FakeCaptureEditor.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "support/FatalError.h"
 
@@ -17,8 +18,21 @@ void FakeCaptureEditor::loseFocus() {
   delegate_.editorDidChangeFocus(false);
 }
 
+void FakeCaptureEditor::compose(const std::string& text) {
+  if (!editable_) fatalError("The editor is read-only", "FakeCaptureEditor", __LINE__);
+  composition_ = text;
+}
+
+void FakeCaptureEditor::commitComposition() {
+  if (composition_.empty()) return;
+  log_.record("editor.commitComposition");
+  text_ += std::exchange(composition_, {});
+  delegate_.editorTextDidChange();
+}
+
 void FakeCaptureEditor::clear() {
   log_.record("editor.clear");
+  composition_.clear();
   text_.clear();
 }
 

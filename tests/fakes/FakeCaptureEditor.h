@@ -29,6 +29,9 @@ class FakeCaptureEditor final : public CaptureEditorView {
     return delegate_.editorKeyEquivalent(event, composing);
   }
   void loseFocus();
+  // Acts as an input method that composes this text at the end of the editor's. A fatal error if
+  // the editor is not editable.
+  void compose(const std::string& text);
 
   std::string text() const override { return text_; }
   void clear() override;
@@ -36,6 +39,7 @@ class FakeCaptureEditor final : public CaptureEditorView {
   void setStyle(const CaptureEditorStyle& style) override { style_ = style; }
   void setPlaceholder(const std::string& text) override { placeholder_ = text; }
   void setAccessibilityLabel(const std::string& label) override { accessibilityLabel_ = label; }
+  void commitComposition() override;
   void makeFirstResponder() override;
   void moveCaretToEnd() override { log_.record("editor.moveCaretToEnd"); }
   double textHeight(double) override;
@@ -44,6 +48,7 @@ class FakeCaptureEditor final : public CaptureEditorView {
   EventLog& log_;
   CaptureEditorDelegate& delegate_;
   std::string text_;
+  std::string composition_;
   bool editable_ = true;
   bool focused_ = false;
   CaptureEditorStyle style_;

@@ -1,4 +1,5 @@
 #include <memory>
+#include <string>
 
 #include <gtest/gtest.h>
 #include <gtkmm/window.h>
@@ -9,7 +10,7 @@
 namespace navora {
 namespace {
 
-// Tests the contract of CapturePanelView with the fake and the Linux
+// Tests the contract of CapturePanelView and CaptureEditorView with the fake and the Linux
 // implementation.
 class PanelOnPaper {
  public:
@@ -22,6 +23,7 @@ class PanelOnPaper {
     if (panel_.isKey()) panel_.clickElsewhere();
   }
   void clickInEditor() { panel_.clickInEditor(); }
+  void compose(const std::string& text) { panel_.editor().compose(text); }
 
  private:
   EventLog log_;
@@ -50,6 +52,9 @@ class PanelOnLinux {
     EXPECT_TRUE(
         waitUntil([&] { return infoOf(panel_.native()).mapped && isLaidOut(panel_.textView()); }));
     TestDesktop::current().mouse().click(onScreen(panel_.textView()).center());
+  }
+  void compose(const std::string& text) {
+    g_signal_emit_by_name(panel_.textView().gobj(), "preedit-changed", text.c_str());
   }
 
  private:
@@ -125,6 +130,26 @@ TYPED_TEST(CapturePanelContractTest, IsOrderedOutWithoutEverHavingHadTheKeyboard
   EXPECT_FALSE(this->panel().isVisible());
   this->settle();
   EXPECT_EQ(this->delegate_.resignations, 0);
+}
+
+TYPED_TEST(CapturePanelContractTest, CommitsWhatIsBeingComposedOnce) {
+  this->open();
+  this->implementation_.compose("かな");
+  this->editor().commitComposition();
+  EXPECT_EQ(this->editor().text(), "かな");
+  EXPECT_EQ(this->delegate_.textChanges, 1);
+  this->editor().commitComposition();
+  EXPECT_EQ(this->editor().text(), "かな");
+  EXPECT_EQ(this->delegate_.textChanges, 1);
+}
+
+TYPED_TEST(CapturePanelContractTest, ClearDiscardsWhatIsBeingComposed) {
+  this->open();
+  this->implementation_.compose("かな");
+  this->editor().clear();
+  this->editor().commitComposition();
+  EXPECT_EQ(this->editor().text(), "");
+  EXPECT_EQ(this->delegate_.textChanges, 0);
 }
 
 }  // namespace

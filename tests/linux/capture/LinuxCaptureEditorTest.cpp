@@ -76,15 +76,49 @@ TEST_F(LinuxCaptureEditorTest, DoesNotOpenGtksEmojiChooser) {
   EXPECT_EQ(g_object_get_data(G_OBJECT(panel_->textView().gobj()), "gtk-emoji-chooser"), nullptr);
 }
 
-TEST_F(LinuxCaptureEditorTest, StopsComposingWhenThePanelIsOrderedOut) {
+TEST_F(LinuxCaptureEditorTest, CommitsTheCompositionWhenThePanelIsOrderedOut) {
   ASSERT_TRUE(open());
   g_signal_emit_by_name(panel_->textView().gobj(), "preedit-changed", "か");
   panel_->orderOut();
+  EXPECT_EQ(editor().text(), "か");
+  EXPECT_EQ(delegate_.textChanges, 1);
   ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
   ASSERT_TRUE(open());
   keyboard_.type("x");
-  ASSERT_TRUE(waitForText("x"));
+  ASSERT_TRUE(waitForText("かx"));
   EXPECT_FALSE(delegate_.composing);
+}
+
+TEST_F(LinuxCaptureEditorTest, CommitsTheCompositionInPlaceOfTheSelectionAsOneStep) {
+  ASSERT_TRUE(open());
+  buffer()->set_text("one two");
+  buffer()->select_range(buffer()->begin(), buffer()->get_iter_at_offset(3));
+  const int before = delegate_.textChanges;
+  g_signal_emit_by_name(panel_->textView().gobj(), "preedit-changed", "かな");
+  editor().commitComposition();
+  EXPECT_EQ(editor().text(), "かな two");
+  EXPECT_EQ(delegate_.textChanges, before + 1);
+  editor().commitComposition();
+  EXPECT_EQ(editor().text(), "かな two");
+  keyboard_.chord("Control+z");
+  EXPECT_TRUE(waitForText("one two"));
+}
+
+// A dead key is composed by the toolkit's own input method, which discards it when it is reset.
+TEST_F(LinuxCaptureEditorTest, CommitsADeadKey) {
+  std::string composition;
+  g_signal_connect(panel_->textView().gobj(), "preedit-changed",
+                   G_CALLBACK(+[](GtkTextView*, const char* text, gpointer last) {
+                     *static_cast<std::string*>(last) = text;
+                   }),
+                   &composition);
+  ASSERT_TRUE(open());
+  keyboard_.chord("dead_acute");
+  ASSERT_TRUE(waitUntil([&] { return composition == "\u00B4"; }));
+  editor().commitComposition();
+  EXPECT_EQ(editor().text(), "\u00B4");
+  keyboard_.type("e");
+  EXPECT_TRUE(waitForText("\u00B4e"));
 }
 
 TEST_F(LinuxCaptureEditorTest, AcceptsEveryScriptAndEmoji) {

@@ -95,6 +95,15 @@ TEST_F(DesktopQuickCapturePanelTest, DoesNotRestoreTheFocusWhenTheUserClicksElse
   EXPECT_EQ(editor().text(), "Draft");
 }
 
+TEST_F(DesktopQuickCapturePanelTest, CommitsWhatAnInputMethodIsComposingWhenItIsHidden) {
+  open("Draft ");
+  editor().compose("かな");
+  capture->hide(false);
+  EXPECT_THAT(log().take(), ElementsAre("editor.commitComposition", "panel.orderOut"));
+  EXPECT_EQ(editor().text(), "Draft かな");
+  EXPECT_TRUE(panel().isSubmitEnabled());
+}
+
 TEST_F(DesktopQuickCapturePanelTest, DoesNotActivateATerminatedApplication) {
   open();
   platform.workspace().frontmost->terminated = true;

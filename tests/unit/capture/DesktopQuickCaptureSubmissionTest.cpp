@@ -29,6 +29,14 @@ TEST_F(DesktopQuickCaptureSubmissionTest, FetchesTheAccountAndPostsTheNote) {
   EXPECT_EQ(lastRequest().body, R"({"raw":"First thought"})");
 }
 
+TEST_F(DesktopQuickCaptureSubmissionTest, SendsWhatAnInputMethodIsComposing) {
+  open();
+  editor().compose("かな");
+  submitUntilPost();
+  EXPECT_EQ(lastBody(), (Json{{"raw", "かな"}}));
+  EXPECT_FALSE(editor().isEditable());
+}
+
 TEST_F(DesktopQuickCaptureSubmissionTest, WritesItsStepsToTheDebugLog) {
   open("Secret");
   submitUntilPost();

@@ -92,7 +92,7 @@ void LinuxCaptureEditor::textChanged() {
 
 void LinuxCaptureEditor::onPreeditChanged(GtkTextView*, const char* text, gpointer self) {
   auto& editor = *static_cast<LinuxCaptureEditor*>(self);
-  editor.composing_ = !stringFrom(text).empty();
+  editor.composition_ = stringFrom(text);
   editor.view_.queue_draw();
 }
 
@@ -104,14 +104,10 @@ bool LinuxCaptureEditor::isEmpty() const {
   return buffer_->get_char_count() == 0;
 }
 
-void LinuxCaptureEditor::stopComposing() {
-  view_.reset_im_context();
-  composing_ = false;
-}
-
 void LinuxCaptureEditor::clear() {
-  stopComposing();
   clearing_ = true;
+  view_.reset_im_context();
+  composition_.clear();
   buffer_->set_text("");
   clearing_ = false;
   undo_.forget();
@@ -154,6 +150,27 @@ void LinuxCaptureEditor::setPlaceholder(const std::string& text) {
 
 void LinuxCaptureEditor::setAccessibilityLabel(const std::string& label) {
   view_.get_accessible()->set_name(label);
+}
+
+// Some input methods commit their text when they are reset, but most discard it.
+void LinuxCaptureEditor::commitComposition() {
+  if (!isComposing()) return;
+  const std::string composition = std::exchange(composition_, {});
+  bool committed = false;
+  sigc::connection insertion = buffer_->signal_insert().connect(
+      [&](const Gtk::TextIter&, const Glib::ustring&, int) { committed = true; });
+  view_.reset_im_context();
+  insertion.disconnect();
+  if (!committed) insert(composition);
+}
+
+// Replaces the selection, as a commit of the input method does.
+void LinuxCaptureEditor::insert(const std::string& text) {
+  const bool editable = view_.get_editable();
+  buffer_->begin_user_action();
+  buffer_->erase_selection(true, editable);
+  buffer_->insert_interactive_at_cursor(text, editable);
+  buffer_->end_user_action();
 }
 
 void LinuxCaptureEditor::makeFirstResponder() {
@@ -205,7 +222,7 @@ double LinuxCaptureEditor::textHeight(double enough) {
 }
 
 bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context) {
-  if (!isEmpty() || composing_ || placeholder_.empty()) return false;
+  if (!isEmpty() || isComposing() || placeholder_.empty()) return false;
   Gdk::Rectangle caret;
   view_.get_iter_location(buffer_->begin(), caret);
   int x = 0;

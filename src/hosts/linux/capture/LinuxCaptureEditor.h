@@ -21,11 +21,9 @@ class LinuxCaptureEditor final : public CaptureEditorView {
 
   Gtk::ScrolledWindow& widget() { return scroller_; }
   Gtk::TextView& textView() { return view_; }
-  bool isComposing() const { return composing_; }
+  bool isComposing() const { return !composition_.empty(); }
   // Handles the keys of undo and redo; returns false for any other key.
   bool handleKey(const GdkEventKey& event);
-  // Discards the text that the input method has not committed.
-  void stopComposing();
 
   std::string text() const override;
   void clear() override;
@@ -33,6 +31,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   void setStyle(const CaptureEditorStyle& style) override;
   void setPlaceholder(const std::string& text) override;
   void setAccessibilityLabel(const std::string& label) override;
+  void commitComposition() override;
   void makeFirstResponder() override;
   void moveCaretToEnd() override;
   double textHeight(double enough) override;
@@ -42,6 +41,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   void connectBuffer();
   void connectView();
   void textChanged();
+  void insert(const std::string& text);
   bool drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context);
   bool isEmpty() const;
   Glib::RefPtr<Pango::Layout> layoutOf(const Glib::ustring& text);
@@ -59,7 +59,8 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   std::string placeholder_;
   // Pixels added to the font's own line height to reach the style's.
   int lineExtra_ = 0;
-  bool composing_ = false;
+  // The text that the input method is composing (preedit), which the buffer does not contain.
+  std::string composition_;
   bool clearing_ = false;
   bool inUserAction_ = false;
   bool changedInUserAction_ = false;

@@ -246,7 +246,7 @@ void LinuxCapturePanel::moveToFrame() {
 
 void LinuxCapturePanel::orderOut() {
   focusCheck_.disconnect();
-  editor_.stopComposing();
+  editor_.commitComposition();
   window_.hide();
 }
 

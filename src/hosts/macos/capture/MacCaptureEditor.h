@@ -22,6 +22,7 @@ class MacCaptureEditor final : public CaptureEditorView {
   void setStyle(const CaptureEditorStyle& style) override;
   void setPlaceholder(const std::string& text) override;
   void setAccessibilityLabel(const std::string& label) override;
+  void commitComposition() override;
   void makeFirstResponder() override;
   void moveCaretToEnd() override;
   double textHeight(double enough) override;

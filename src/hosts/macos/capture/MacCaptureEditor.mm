@@ -215,6 +215,14 @@ void MacCaptureEditor::setAccessibilityLabel(const std::string& label) {
   editor_.accessibilityLabel = toNSString(label);
 }
 
+// Marked text is part of the text already: accepts it, then ends the input method's session, which
+// would otherwise go on composing it.
+void MacCaptureEditor::commitComposition() {
+  if (![editor_ hasMarkedText]) return;
+  [editor_ unmarkText];
+  [editor_.inputContext discardMarkedText];
+}
+
 void MacCaptureEditor::makeFirstResponder() {
   [editor_.window makeFirstResponder:editor_];
 }

@@ -68,6 +68,14 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @protocol NSTextViewDelegate <NSTextDelegate>
 @end
 
+@interface NSTextInputContext : NSObject
+- (void)discardMarkedText;
+@end
+
+@interface NSView (NSTextInputContext)
+@property(nullable, readonly, strong) NSTextInputContext* inputContext;
+@end
+
 @interface NSText : NSView
 - (instancetype)initWithFrame:(NSRect)frameRect NS_DESIGNATED_INITIALIZER;
 - (nullable instancetype)initWithCoder:(NSCoder*)coder NS_DESIGNATED_INITIALIZER;
@@ -106,6 +114,7 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @property BOOL allowsUndo;
 // From the protocol NSTextInputClient.
 - (BOOL)hasMarkedText;
+- (void)unmarkText;
 @end
 
 NS_ASSUME_NONNULL_END
