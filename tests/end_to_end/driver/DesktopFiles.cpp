@@ -55,7 +55,9 @@ std::string toolkitSettings(bool dark) {
              "gtk-theme-name=Adwaita\n"
              "gtk-icon-theme-name=Adwaita\n"
              "gtk-font-name=DejaVu Sans 10\n"
-             "gtk-recent-files-enabled=0\n") +
+             "gtk-recent-files-enabled=0\n"
+             // Otherwise an installed input method that suits the language is used.
+             "gtk-im-module=gtk-im-context-simple\n") +
          "gtk-application-prefer-dark-theme=" + (dark ? "1" : "0") + "\n";
 }
 

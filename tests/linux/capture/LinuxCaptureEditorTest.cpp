@@ -114,9 +114,9 @@ TEST_F(LinuxCaptureEditorTest, CommitsADeadKey) {
                    &composition);
   ASSERT_TRUE(open());
   keyboard_.chord("dead_acute");
-  ASSERT_TRUE(waitUntil([&] { return composition == "\u00B4"; }));
+  ASSERT_TRUE(waitUntil([&] { return !composition.empty(); }));
   editor().commitComposition();
-  EXPECT_EQ(editor().text(), "\u00B4");
+  EXPECT_EQ(editor().text(), "\u00B4") << composition;
   keyboard_.type("e");
   EXPECT_TRUE(waitForText("\u00B4e"));
 }
