@@ -10,6 +10,7 @@ void BackgroundJobs::add(Step work, Step completion) {
   completions_.push_back(std::move(completion));
   const std::lock_guard lock(mutex_);
   works_.push_back(std::move(work));
+  ++unfinished_;
 }
 
 void BackgroundJobs::completeNext() {
@@ -25,6 +26,12 @@ void BackgroundJobs::dropWaiting() {
   const std::lock_guard lock(mutex_);
   // Destroyed after the lock is released, because destroying the captures may run any code.
   dropped.swap(works_);
+  unfinished_ -= dropped.size();
+}
+
+void BackgroundJobs::waitUntilFinished() {
+  std::unique_lock lock(mutex_);
+  finished_.wait(lock, [this] { return unfinished_ == 0; });
 }
 
 bool BackgroundJobs::workOnNext() {
@@ -36,6 +43,9 @@ bool BackgroundJobs::workOnNext() {
     works_.pop_front();
   }
   work();
+  work = nullptr;
+  const std::lock_guard lock(mutex_);
+  if (--unfinished_ == 0) finished_.notify_all();
   return true;
 }
 

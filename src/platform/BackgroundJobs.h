@@ -1,5 +1,7 @@
 #pragma once
 
+#include <condition_variable>
+#include <cstddef>
 #include <deque>
 #include <functional>
 #include <mutex>
@@ -20,12 +22,17 @@ class BackgroundJobs {
   // Discards the work that has not started.
   void dropWaiting();
 
+  // Blocks until all work has finished and its captures are destroyed.
+  void waitUntilFinished();
+
   // Runs the oldest pending work and destroys its captures. Returns false if nothing is pending.
   bool workOnNext();
 
  private:
   std::mutex mutex_;
-  std::deque<Step> works_;  // guarded by the mutex
+  std::condition_variable finished_;
+  std::deque<Step> works_;      // guarded by the mutex
+  std::size_t unfinished_ = 0;  // guarded by the mutex: pending and running work
   // One for each work added, in the same order.
   std::deque<Step> completions_;
 };

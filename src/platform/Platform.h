@@ -14,6 +14,7 @@
 #include "platform/MainQueue.h"
 #include "platform/MainWindow.h"
 #include "platform/NotificationCenter.h"
+#include "platform/PrivateFile.h"
 #include "platform/Resources.h"
 #include "platform/StatusItem.h"
 #include "platform/System.h"
@@ -70,6 +71,8 @@ class Platform {
   // The user driver and the delegate must outlive the updater.
   virtual std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
                                                UpdaterDelegate& delegate) = 0;
+  // Returns the file of this name in the application's data folder.
+  virtual std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) = 0;
   virtual std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) = 0;
 };

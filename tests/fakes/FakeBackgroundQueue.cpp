@@ -25,6 +25,11 @@ void FakeBackgroundQueue::completeNext() {
   jobs_.completeNext();
 }
 
+void FakeBackgroundQueue::drain() {
+  while (waiting_ > 0)
+    workOnNext();
+}
+
 void FakeBackgroundQueue::finishAll() {
   while (waiting_ + worked_ > 0) {
     if (worked_ == 0) workOnNext();

@@ -12,6 +12,7 @@ namespace navora {
 class FakeBackgroundQueue final : public BackgroundQueue {
  public:
   void run(std::function<void()> work, std::function<void()> completion) override;
+  void drain() override;
 
   // The number of works that have not started, and of those whose completion has not been called.
   std::size_t waiting() const { return waiting_; }

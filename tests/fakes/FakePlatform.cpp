@@ -72,6 +72,17 @@ std::unique_ptr<Updater> FakePlatform::makeUpdater(UpdaterUserDriver& userDriver
   return std::make_unique<FakeUpdater>(updater_, userDriver, delegate);
 }
 
+FakePrivateFile::Disk& FakePlatform::disk(const std::string& name) {
+  auto& disk = disks_[name];
+  if (!disk) disk = std::make_shared<FakePrivateFile::Disk>();
+  return *disk;
+}
+
+std::unique_ptr<PrivateFile> FakePlatform::makePrivateFile(const std::string& name) {
+  disk(name);
+  return std::make_unique<FakePrivateFile>(disks_.at(name));
+}
+
 std::unique_ptr<HttpSession> FakePlatform::makeHttpSession(
     const HttpSessionConfiguration& configuration) {
   return std::make_unique<FakeHttpSession>(network_, configuration);

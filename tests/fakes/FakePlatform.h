@@ -1,6 +1,8 @@
 #pragma once
 
+#include <map>
 #include <memory>
+#include <string>
 
 #include "fakes/EventLog.h"
 #include "fakes/FakeApplication.h"
@@ -14,6 +16,7 @@
 #include "fakes/FakeMainQueue.h"
 #include "fakes/FakeMainWindow.h"
 #include "fakes/FakeNotificationCenter.h"
+#include "fakes/FakePrivateFile.h"
 #include "fakes/FakeResources.h"
 #include "fakes/FakeStatusItem.h"
 #include "fakes/FakeSystem.h"
@@ -38,6 +41,8 @@ class FakePlatform final : public Platform {
   FakeCapturePanelView& capturePanel() const;
   FakeStatusItem& statusItem() const;
   FakeCapturePanelView::Desktop& captureDesktop() { return captureDesktop_; }
+  // The file of this name.
+  FakePrivateFile::Disk& disk(const std::string& name);
   FakeHttpSession::Network& network() { return *network_; }
   FakeUpdateBannerView::Screen& updateBanner() { return updateBanner_; }
   FakeUpdater::Session& updater() { return updater_; }
@@ -67,6 +72,7 @@ class FakePlatform final : public Platform {
   std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
   std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
                                        UpdaterDelegate& delegate) override;
+  std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 
@@ -87,6 +93,7 @@ class FakePlatform final : public Platform {
   FakeUpdateBannerView::Screen updateBanner_;
   FakeUpdater::Session updater_{log_};
   FakeStatusItem* statusItem_ = nullptr;
+  std::map<std::string, std::shared_ptr<FakePrivateFile::Disk>> disks_;
   std::shared_ptr<FakeHttpSession::Network> network_ = std::make_shared<FakeHttpSession::Network>();
   std::weak_ptr<FakeMainWindow> window_;
   std::weak_ptr<FakeWebView> webView_;

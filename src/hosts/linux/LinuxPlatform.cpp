@@ -1,5 +1,6 @@
 #include "hosts/linux/LinuxPlatform.h"
 
+#include <filesystem>
 #include <utility>
 
 #include <gnu/libc-version.h>
@@ -14,6 +15,7 @@
 #include "hosts/linux/window/LinuxErrorView.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
 #include "locale/DesktopLocale.h"
+#include "platform/PosixPrivateFile.h"
 
 namespace navora {
 
@@ -75,6 +77,11 @@ std::unique_ptr<Updater> LinuxPlatform::makeUpdater(UpdaterUserDriver& userDrive
           .terminate = application_.commands().terminate},
       LinuxUpdater::Dependencies{mainQueue_, updateQueue_, system_, userDefaults_}, userDriver,
       delegate);
+}
+
+std::unique_ptr<PrivateFile> LinuxPlatform::makePrivateFile(const std::string& name) {
+  return std::make_unique<PosixPrivateFile>(std::filesystem::path(g_get_user_data_dir()) /
+                                            "navora" / name);
 }
 
 std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(

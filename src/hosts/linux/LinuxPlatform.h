@@ -51,6 +51,7 @@ class LinuxPlatform final : public Platform {
   std::unique_ptr<UpdateBannerView> makeUpdateBannerView() override;
   std::unique_ptr<Updater> makeUpdater(UpdaterUserDriver& userDriver,
                                        UpdaterDelegate& delegate) override;
+  std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
 

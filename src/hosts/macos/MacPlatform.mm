@@ -1,7 +1,12 @@
 #include "hosts/macos/MacPlatform.h"
 
+#include <filesystem>
+
+#import <Foundation/Foundation.h>
+
 #include "hosts/macos/application/MacStatusItem.h"
 #include "hosts/macos/capture/MacCapturePanel.h"
+#include "hosts/macos/system/Conversions.h"
 #include "hosts/macos/system/MacHttpSession.h"
 #include "hosts/macos/updates/MacUpdateBanner.h"
 #include "hosts/macos/updates/MacUpdater.h"
@@ -9,6 +14,7 @@
 #include "hosts/macos/window/MacErrorView.h"
 #include "hosts/macos/window/MacMainWindow.h"
 #include "locale/DesktopLocale.h"
+#include "platform/PosixPrivateFile.h"
 
 namespace navora {
 
@@ -49,6 +55,13 @@ std::unique_ptr<UpdateBannerView> MacPlatform::makeUpdateBannerView() {
 std::unique_ptr<Updater> MacPlatform::makeUpdater(UpdaterUserDriver& userDriver,
                                                   UpdaterDelegate& delegate) {
   return std::make_unique<MacUpdater>(userDriver, delegate);
+}
+
+std::unique_ptr<PrivateFile> MacPlatform::makePrivateFile(const std::string& name) {
+  NSArray<NSString*>* folders =
+      NSSearchPathForDirectoriesInDomains(NSApplicationSupportDirectory, NSUserDomainMask, YES);
+  return std::make_unique<PosixPrivateFile>(std::filesystem::path(toString(folders[0])) / "Navora" /
+                                            name);
 }
 
 std::unique_ptr<HttpSession> MacPlatform::makeHttpSession(

@@ -141,6 +141,19 @@ TYPED_TEST(BackgroundQueueContractTest, CallsNoCompletionAfterItsDestruction) {
   EXPECT_EQ(worked, workedBefore);
 }
 
+TYPED_TEST(BackgroundQueueContractTest, DrainingWaitsForAllWorkButCallsNoCompletion) {
+  constexpr int count = 50;
+  std::atomic<int> worked = 0;
+  int completed = 0;
+  for (int number = 0; number < count; ++number)
+    this->run([&worked] { ++worked; }, [&completed] { ++completed; });
+  this->implementation_.queue().drain();
+  EXPECT_EQ(worked, count);
+  EXPECT_EQ(completed, 0);
+  this->implementation_.queue().drain();
+  EXPECT_TRUE(this->runUntil([&] { return completed == count; }));
+}
+
 TYPED_TEST(BackgroundQueueContractTest, CanBeDestroyedUnused) {
   this->implementation_.destroyQueue();
 }

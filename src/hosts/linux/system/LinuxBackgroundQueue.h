@@ -21,6 +21,7 @@ class LinuxBackgroundQueue final : public BackgroundQueue {
   LinuxBackgroundQueue& operator=(const LinuxBackgroundQueue&) = delete;
 
   void run(std::function<void()> work, std::function<void()> completion) override;
+  void drain() override { jobs_.waitUntilFinished(); }
 
  private:
   void workOnNext();

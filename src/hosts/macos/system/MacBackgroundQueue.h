@@ -18,6 +18,7 @@ class MacBackgroundQueue final : public BackgroundQueue {
   MacBackgroundQueue& operator=(const MacBackgroundQueue&) = delete;
 
   void run(std::function<void()> work, std::function<void()> completion) override;
+  void drain() override { jobs_.waitUntilFinished(); }
 
  private:
   BackgroundJobs jobs_;

@@ -57,6 +57,15 @@ FOUNDATION_EXPORT NSNotificationName const NSSystemTimeZoneDidChangeNotification
 - (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 @end
 
+typedef NS_ENUM(NSUInteger, NSSearchPathDirectory) {
+  NSApplicationSupportDirectory = 14,
+};
+typedef NS_OPTIONS(NSUInteger, NSSearchPathDomainMask) {
+  NSUserDomainMask = 1,
+};
+FOUNDATION_EXPORT NSArray<NSString*>* NSSearchPathForDirectoriesInDomains(
+    NSSearchPathDirectory directory, NSSearchPathDomainMask domainMask, BOOL expandTilde);
+
 @interface NSUserDefaults : NSObject
 @property(class, readonly, strong) NSUserDefaults* standardUserDefaults;
 - (nullable id)objectForKey:(NSString*)defaultName;
