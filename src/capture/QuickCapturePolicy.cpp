@@ -5,7 +5,6 @@
 
 #include "origin/DesktopOrigin.h"
 #include "platform/KeyEvent.h"
-#include "support/PercentEncoding.h"
 #include "support/Text.h"
 
 namespace navora {
@@ -13,13 +12,11 @@ namespace {
 
 constexpr std::string_view jobPathPrefix = "/api/jobs/";
 
-bool isUuid(std::string_view text) {
-  if (text.size() != 36) return false;
-  for (std::size_t index = 0; index < text.size(); ++index) {
-    const bool isDashPlace = index == 8 || index == 13 || index == 18 || index == 23;
-    if (isDashPlace ? text[index] != '-' : !hexadecimalValue(text[index])) return false;
-  }
-  return true;
+// Resolves a path against the origin. An absolute URL stays as it is: dot segments in it must not
+// be removed, because its path is compared as text.
+std::optional<Url> absoluteUrl(const std::string& reference, const Url& origin) {
+  auto url = Url::parse(reference);
+  return url && url->scheme() ? std::move(url) : origin.resolve(reference);
 }
 
 bool isStatusUrlOf(const Url& url, std::string_view jobId, const Url& origin) {
@@ -53,7 +50,7 @@ std::optional<QuickCapturePolicy::Receipt> QuickCapturePolicy::readReceipt(const
   if (!captureId || !isUuid(*captureId)) return std::nullopt;
   if (!jobId || !isUuid(*jobId)) return std::nullopt;
   if (!statusUrl) return std::nullopt;
-  const auto url = origin.resolve(*statusUrl);
+  const auto url = absoluteUrl(*statusUrl, origin);
   if (!url || !isStatusUrlOf(*url, *jobId, origin)) return std::nullopt;
   return Receipt{*std::move(captureId), *std::move(jobId)};
 }

@@ -4,12 +4,15 @@
 
 #include <utf8proc.h>
 
+#include "support/PercentEncoding.h"
+
 namespace navora {
 namespace {
 
 constexpr utf8proc_int32_t replacementCharacter = 0xFFFD;
 constexpr utf8proc_int32_t firstBeyondBasicPlane = 0x10000;
 constexpr utf8proc_int32_t capitalIWithDotAbove = 0x130;
+constexpr utf8proc_int32_t zeroWidthSpace = 0x200B;
 
 struct Scalar {
   utf8proc_int32_t value;
@@ -33,7 +36,7 @@ void append(std::string& text, utf8proc_int32_t value) {
 }
 
 bool isWhiteSpaceOrNewline(utf8proc_int32_t value) {
-  if ((value >= 0x09 && value <= 0x0D) || value == 0x85) return true;
+  if ((value >= 0x09 && value <= 0x0D) || value == 0x85 || value == zeroWidthSpace) return true;
   const auto category = utf8proc_category(value);
   return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
          category == UTF8PROC_CATEGORY_ZP;
@@ -112,6 +115,15 @@ std::string_view strippedOf(std::string_view text, std::string_view bytes) {
   const auto first = text.find_first_not_of(bytes);
   if (first == std::string_view::npos) return {};
   return text.substr(first, text.find_last_not_of(bytes) - first + 1);
+}
+
+bool isUuid(std::string_view text) {
+  if (text.size() != 36) return false;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    const bool isDashPlace = index == 8 || index == 13 || index == 18 || index == 23;
+    if (isDashPlace ? text[index] != '-' : !hexadecimalValue(text[index])) return false;
+  }
+  return true;
 }
 
 std::string lowercasedAscii(std::string_view text) {

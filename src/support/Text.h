@@ -29,11 +29,15 @@ std::size_t characterCount(std::string_view text);
 std::string prefixCharacters(std::string_view text, std::size_t count);
 
 // Removes white space and line breaks from both ends: the general categories Zs, Zl and Zp, U+0009
-// to U+000D and U+0085.
+// to U+000D, U+0085 and, as Foundation's set of white space has it, U+200B (zero width space).
 std::string trimmed(std::string_view text);
 
 // Removes all of these bytes from both ends. Returns a view into `text`.
 std::string_view strippedOf(std::string_view text, std::string_view bytes);
+
+// Returns whether the text is a UUID: 36 characters (RFC 9562, section 4), hexadecimal digits in
+// either case.
+bool isUuid(std::string_view text);
 
 // Maps A to Z to lower case and keeps every other byte; for protocol identifiers such as schemes
 // and host names.

@@ -98,6 +98,8 @@ TEST(QuickCapturePolicyConfirmed, AcceptsAnAbsoluteStatusUrlOfTheService) {
   EXPECT_TRUE(confirmed(with("statusUrl", "https://NAVORA.example:443" + path)));
   EXPECT_TRUE(confirmed(with("statusUrl", "//navora.example" + path)));
   EXPECT_TRUE(confirmed(with("statusUrl", path), "http://127.0.0.1:8878/"));
+  EXPECT_FALSE(confirmed(with("statusUrl", "https://navora.example/x/.." + path)));
+  EXPECT_FALSE(confirmed(with("statusUrl", "https://navora.example/." + path)));
 }
 
 TEST(QuickCapturePolicyConfirmed, RequiresEveryKeyAsText) {

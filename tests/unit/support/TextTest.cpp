@@ -62,13 +62,14 @@ TEST(Text, TrimsUnicodeWhiteSpaceAndLineBreaksAtBothEnds) {
   EXPECT_EQ(
       trimmed("\xC2\x85\xC2\xA0\xE1\x9A\x80\xE2\x80\x83x\xE2\x80\xA8\xE2\x80\xA9\xE3\x80\x80"),
       "x");
+  EXPECT_EQ(trimmed("\xE2\x80\x8B \xE2\x80\x8Bx\xE2\x80\x8B"), "x");
   EXPECT_EQ(trimmed(" \n "), "");
   EXPECT_EQ(trimmed(""), "");
 }
 
 TEST(Text, KeepsFormatAndControlCharactersWhenTrimming) {
   for (const std::string kept :
-       {"\xE2\x80\x8Bx\xE2\x80\x8B", "\xEF\xBB\xBFx", "\x1Fx\x1F", "\xFFx\xFF"}) {
+       {"\xE2\x80\x8Cx\xE2\x80\x8C", "\xEF\xBB\xBFx", "\x1Fx\x1F", "\xFFx\xFF"}) {
     EXPECT_EQ(trimmed(kept), kept);
   }
 }
