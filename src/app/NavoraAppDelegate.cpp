@@ -1,5 +1,6 @@
 #include "app/NavoraAppDelegate.h"
 
+#include <functional>
 #include <utility>
 
 #include "app/DesktopTimeZone.h"
@@ -43,6 +44,7 @@ void NavoraAppDelegate::applicationDidFinishLaunching() {
   makeUpdates();
   loadLogin();
   showWindow();
+  quickCapturePanel_->tellRestoredFailure();
 }
 
 bool NavoraAppDelegate::applicationShouldHandleReopen(bool) {
@@ -63,6 +65,7 @@ void NavoraAppDelegate::applicationDidBecomeActive() {
 }
 
 void NavoraAppDelegate::applicationWillTerminate() {
+  if (quickCapturePanel_) quickCapturePanel_->flushDraft();
   if (notifications_) notifications_->stop();
   captureShortcut_.reset();
 }
@@ -125,16 +128,22 @@ void NavoraAppDelegate::makeQuickCapture() {
       std::make_unique<CaptureFocus>(*webView_, *window_, platform_.mainQueue(), origin_);
   quickCapturePanel_ = std::make_unique<DesktopQuickCapture>(
       DesktopQuickCapture::Dependencies{
+          .backgroundQueue = platform_.backgroundQueue(),
           .mainQueue = platform_.mainQueue(),
           .system = platform_.system(),
           .userDefaults = platform_.userDefaults(),
           .workspace = platform_.workspace(),
+          .draftFile = platform_.makePrivateFile("capture-draft.json"),
           .makeHttpSession = httpSessions(),
           .makePanel =
               [this](Size contentSize, CapturePanelDelegate& delegate) {
                 return platform_.makeCapturePanel(contentSize, delegate);
               }},
       webView_, origin_);
+  quickCapturePanel_->onHiddenFailure = [this](const std::string& title, const std::string& text,
+                                               std::function<void()> showPanel) {
+    tellCaptureFailure(title, text, std::move(showPanel));
+  };
   quickCapturePanel_->onLogin = [this] {
     showWindow();
     const auto url = webView_->url();
@@ -170,7 +179,15 @@ void NavoraAppDelegate::makeNotifications() {
   notifications_->onOpen = [this](const Url& url) {
     if (DesktopOrigin::contains(url, origin_)) openNotification(url);
   };
+  notifications_->onOpenCapture = [this] { quickCapture(); };
   notifications_->start();
+}
+
+void NavoraAppDelegate::tellCaptureFailure(const std::string& title, const std::string& text,
+                                           std::function<void()> showPanel) {
+  notifications_->notifyOfCapture(title, text, [showPanel = std::move(showPanel)](bool shown) {
+    if (!shown) showPanel();
+  });
 }
 
 void NavoraAppDelegate::makeUpdates() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -99,6 +100,10 @@ class NavoraAppDelegate final : public ApplicationDelegate,
   void makeStatusItem();
   void registerCaptureShortcut();
   void makeNotifications();
+  // Shows a notification whose click opens the capture panel; where notifications are off, calls
+  // `showPanel`.
+  void tellCaptureFailure(const std::string& title, const std::string& text,
+                          std::function<void()> showPanel);
   void makeUpdates();
   ServiceClient::MakeHttpSession httpSessions();
   void loadLogin();

@@ -41,15 +41,17 @@ Expected<CaptureClient::Reply, CaptureError> readReply(const HttpResponse& respo
 
 }  // namespace
 
-CaptureClient::CaptureClient(const System& system, ServiceClient::MakeHttpSession makeHttpSession,
+CaptureClient::CaptureClient(MainQueue& mainQueue, const System& system,
+                             ServiceClient::MakeHttpSession makeHttpSession,
                              std::weak_ptr<WebView> webView, Url origin)
-    : service_(system, std::move(makeHttpSession), std::move(webView), std::move(origin),
+    : service_(mainQueue, system, std::move(makeHttpSession), std::move(webView), std::move(origin),
                serviceSettings) {}
 
 Task<Expected<std::string, CaptureError>> CaptureClient::cookieHeader() {
   auto cookie = co_await service_.sessionCookie();
-  if (!cookie) co_return Unexpected(CaptureError::login());
-  co_return *std::move(cookie);
+  if (!cookie) co_return Unexpected(errorFor(cookie.error()));
+  if (!*cookie) co_return Unexpected(CaptureError::login());
+  co_return **std::move(cookie);
 }
 
 HttpRequest CaptureClient::request(const std::string& path, const std::string& cookie,

@@ -5,6 +5,7 @@
 
 #include "capture/CaptureError.h"
 #include "origin/ServiceClient.h"
+#include "platform/MainQueue.h"
 #include "platform/System.h"
 #include "platform/WebView.h"
 #include "support/Expected.h"
@@ -41,11 +42,13 @@ class CaptureClient {
     std::string flowId;
   };
 
-  // `system` must outlive the client.
-  CaptureClient(const System& system, ServiceClient::MakeHttpSession makeHttpSession,
-                std::weak_ptr<WebView> webView, Url origin);
+  // The queue and the system must outlive the client.
+  CaptureClient(MainQueue& mainQueue, const System& system,
+                ServiceClient::MakeHttpSession makeHttpSession, std::weak_ptr<WebView> webView,
+                Url origin);
 
-  // Returns the value of the "Cookie" header, or the error `login` if no user is signed in.
+  // Returns the value of the "Cookie" header, or the error `login` if no user is signed
+  // in, or `network` if the web view does not answer.
   Task<Expected<std::string, CaptureError>> cookieHeader();
 
   Task<Expected<Reply, CaptureError>> get(std::string path, std::string cookie, Trace trace);

@@ -1,10 +1,12 @@
 #include "capture/CaptureSubmission.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
 #include "locale/DesktopLocale.h"
 #include "origin/DesktopOrigin.h"
+#include "platform/TimeLimit.h"
 #include "support/Text.h"
 
 namespace navora {
@@ -20,6 +22,9 @@ constexpr const char* modelScript = R"((() => {
   }
   return result;
 })())";
+
+// A page that shows a dialog or runs a long script does not answer.
+constexpr std::chrono::seconds longestModelWait{2};
 
 bool isObjectOfStrings(const Json& value) {
   return value.is_object() &&
@@ -41,9 +46,19 @@ CaptureError unconfirmedBy(const Json& reply) {
 
 }  // namespace
 
-CaptureSubmission::CaptureSubmission(CaptureClient& client, const System& system,
-                                     std::weak_ptr<WebView> webView, Url origin)
-    : client_(client), system_(system), webView_(std::move(webView)), origin_(std::move(origin)) {}
+CaptureSubmission::CaptureSubmission(CaptureClient& client, MainQueue& mainQueue,
+                                     const System& system, std::weak_ptr<WebView> webView,
+                                     Url origin)
+    : client_(client),
+      mainQueue_(mainQueue),
+      system_(system),
+      webView_(std::move(webView)),
+      origin_(std::move(origin)) {}
+
+void CaptureSubmission::restore(std::optional<CaptureAttempt> attempt, bool unconfirmed) {
+  attempt_ = std::move(attempt);
+  unconfirmed_ = unconfirmed;
+}
 
 bool CaptureSubmission::maySend(const std::string& text) const {
   return !unconfirmed_ || (attempt_ && attempt_->raw == text);
@@ -66,6 +81,7 @@ Task<CaptureSubmission::Result> CaptureSubmission::send(std::string text,
   }
   // From here on the service may have stored the note, even if no reply arrives.
   unconfirmed_ = true;
+  co_await storeAttempt();
   const auto reply = co_await client_.post("/api/captures", *cookie, trace.sessionId, *attempt_);
   if (!reply) co_return Unexpected(reply.error());
   co_return evaluateReply(*reply, wasUnconfirmed);
@@ -105,11 +121,12 @@ Task<Json> CaptureSubmission::chosenModel() {
   const auto webView = webView_.lock();
   const auto url = webView ? webView->url() : std::nullopt;
   if (!url || !DesktopOrigin::contains(*url, origin_)) co_return Json::object();
-  const auto result = co_await awaitCallback<WebView::EvaluationResult>(
-      [&webView](Callback<WebView::EvaluationResult> done) {
+  const auto result = co_await awaitWithin<WebView::EvaluationResult>(
+      mainQueue_, longestModelWait, [&webView](Callback<WebView::EvaluationResult> done) {
         webView->evaluateJavaScript(modelScript, std::move(done));
       });
-  co_return result&& isObjectOfStrings(*result) ? *result : Json::object();
+  if (!result || !*result || !isObjectOfStrings(**result)) co_return Json::object();
+  co_return **result;
 }
 
 CaptureSubmission::Result CaptureSubmission::evaluateReply(const CaptureClient::Reply& reply,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,6 +8,7 @@
 #include "capture/CaptureClient.h"
 #include "capture/CaptureError.h"
 #include "capture/QuickCapturePolicy.h"
+#include "platform/MainQueue.h"
 #include "platform/System.h"
 #include "platform/WebView.h"
 #include "support/Expected.h"
@@ -22,15 +24,21 @@ class CaptureSubmission {
  public:
   using Result = Expected<QuickCapturePolicy::Receipt, CaptureError>;
 
-  // The client and the system must outlive this object.
-  CaptureSubmission(CaptureClient& client, const System& system, std::weak_ptr<WebView> webView,
-                    Url origin);
+  // The references must outlive this object.
+  CaptureSubmission(CaptureClient& client, MainQueue& mainQueue, const System& system,
+                    std::weak_ptr<WebView> webView, Url origin);
+
+  // Stores the attempt outside the process; must be set before the first send. Awaited before a
+  // note is posted, so that a process that ends before the reply leaves what a safe retry needs.
+  std::function<Task<>()> storeAttempt;
 
   // Returns whether a note was sent that the service may have stored but has not confirmed.
   bool isUnconfirmed() const { return unconfirmed_; }
   const std::optional<CaptureAttempt>& attempt() const { return attempt_; }
   // Returns whether `text` may be sent: while a note is unconfirmed, only its own text may be.
   bool maySend(const std::string& text) const;
+  // Continues with the attempt of an earlier process. Called before the first send.
+  void restore(std::optional<CaptureAttempt> attempt, bool unconfirmed);
   // Discards the attempt of a note that the service refused and the user has deleted.
   void forgetAttempt() { attempt_.reset(); }
 
@@ -49,6 +57,7 @@ class CaptureSubmission {
   Result evaluateReply(const CaptureClient::Reply& reply, bool wasUnconfirmed);
 
   CaptureClient& client_;
+  MainQueue& mainQueue_;
   const System& system_;
   std::weak_ptr<WebView> webView_;
   const Url origin_;

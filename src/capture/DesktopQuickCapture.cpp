@@ -14,9 +14,15 @@ DesktopQuickCapture::DesktopQuickCapture(const Dependencies& dependencies,
     : system_(dependencies.system),
       userDefaults_(dependencies.userDefaults),
       workspace_(dependencies.workspace),
-      client_(dependencies.system, dependencies.makeHttpSession, webView, origin),
-      submission_(client_, dependencies.system, std::move(webView), origin),
+      client_(dependencies.mainQueue, dependencies.system, dependencies.makeHttpSession, webView,
+              origin),
+      submission_(client_, dependencies.mainQueue, dependencies.system, std::move(webView), origin),
       telemetry_(client_, dependencies.mainQueue, dependencies.system),
+      keptDraft_({.backgroundQueue = dependencies.backgroundQueue,
+                  .mainQueue = dependencies.mainQueue,
+                  .system = dependencies.system,
+                  .file = dependencies.draftFile,
+                  .current = [this] { return currentDraft(); }}),
       palette_(surface_.palette),
       messageText_(CaptureTexts::hint),
       panel_(dependencies.makePanel(CapturePanelGeometry::initialSize, *this)) {
@@ -24,20 +30,49 @@ DesktopQuickCapture::DesktopQuickCapture(const Dependencies& dependencies,
     if (!submission_.attempt()) return std::nullopt;
     return submission_.attempt()->flowId;
   };
-  setSubmitEnabled(false);
+  submission_.storeAttempt = [this] { return keptDraft_.storeAndWait(); };
+  restoreDraft();
   restoreAppearance();
   refreshLocale();
 }
 
 DesktopQuickCapture::~DesktopQuickCapture() = default;
 
+CaptureDraft DesktopQuickCapture::currentDraft() const {
+  return {panel_->editor().text(), submission_.attempt(), submission_.isUnconfirmed()};
+}
+
+void DesktopQuickCapture::restoreDraft() {
+  CaptureDraft draft = keptDraft_.restore();
+  submission_.restore(std::move(draft.attempt), draft.unconfirmed);
+  if (!draft.text.empty()) panel_->editor().setText(draft.text);
+  panel_->editor().setEditable(!draft.unconfirmed);
+  showStateOf(trimmedText());
+  if (!draft.unconfirmed) return;
+  messageText_ = CaptureTexts::failure(CaptureError::network(), draft.unconfirmed);
+  failureIsUnseen_ = true;
+}
+
+void DesktopQuickCapture::flushDraft() {
+  panel_->editor().commitComposition();
+  keptDraft_.flush();
+}
+
 void DesktopQuickCapture::show() {
+  failureIsUnseen_ = false;
   refreshLocale();
   if (panel_->isVisible()) {
     panel_->makeKeyAndOrderFront();
     panel_->editor().makeFirstResponder();
     return;
   }
+  prepareToShow();
+  panel_->makeKeyAndOrderFront();
+  panel_->editor().makeFirstResponder();
+  panel_->editor().moveCaretToEnd();
+}
+
+void DesktopQuickCapture::prepareToShow() {
   if (telemetry_.inputCount() == 0 && panel_->editor().text().empty() && !submission_.attempt()) {
     telemetry_.restartClock();
   }
@@ -45,9 +80,6 @@ void DesktopQuickCapture::show() {
   previousApplication_ = workspace_.frontmostApplication();
   place();
   updateLayout();
-  panel_->makeKeyAndOrderFront();
-  panel_->editor().makeFirstResponder();
-  panel_->editor().moveCaretToEnd();
 }
 
 void DesktopQuickCapture::place() {
@@ -111,17 +143,21 @@ bool DesktopQuickCapture::editorKeyEquivalent(const KeyEvent& event, bool compos
 
 void DesktopQuickCapture::editorTextDidChange() {
   const std::string text = trimmedText();
-  const bool tooLong = utf16Length(text) > QuickCapturePolicy::maximumTextLength;
   telemetry_.record("native_input", {{"inputChars", reportedLength(text)},
                                      {"inputCount", telemetry_.countInput()}});
   if (text.empty() && !submission_.isUnconfirmed()) submission_.forgetAttempt();
+  keptDraft_.draftDidChange();
+  showStateOf(text);
+  updateLayout();
+}
+
+void DesktopQuickCapture::showStateOf(const std::string& text) {
   setSubmitEnabled(!busy_ && QuickCapturePolicy::validText(text));
-  if (tooLong) {
+  if (utf16Length(text) > QuickCapturePolicy::maximumTextLength) {
     setMessage(CaptureTexts::tooLong);
   } else if (!busy_ && !submission_.isUnconfirmed()) {
     setMessage(CaptureTexts::hint);
   }
-  updateLayout();
 }
 
 void DesktopQuickCapture::editorDidChangeFocus(bool focused) {

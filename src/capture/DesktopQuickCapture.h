@@ -11,36 +11,44 @@
 #include "capture/CapturePainting.h"
 #include "capture/CaptureSubmission.h"
 #include "capture/CaptureTelemetry.h"
+#include "capture/KeptDraft.h"
 #include "origin/ServiceClient.h"
+#include "platform/BackgroundQueue.h"
 #include "platform/CapturePanelView.h"
 #include "platform/MainQueue.h"
+#include "platform/PrivateFile.h"
 #include "platform/System.h"
 #include "platform/UserDefaults.h"
 #include "platform/WebView.h"
 #include "platform/Workspace.h"
 #include "support/Json.h"
+#include "support/Lifetime.h"
 #include "support/Task.h"
 #include "support/Url.h"
 
 namespace navora {
 
 // The small floating panel in which the user writes a note from anywhere on the desktop. The text
-// stays in the panel until the service has confirmed the note.
+// stays in the panel until the service has confirmed the note, and survives the process.
 class DesktopQuickCapture final : private CapturePanelDelegate {
  public:
   // The references must outlive this object.
   struct Dependencies {
+    BackgroundQueue& backgroundQueue;
     MainQueue& mainQueue;
     const System& system;
     UserDefaults& userDefaults;
     Workspace& workspace;
+    // Holds the draft while the application does not run.
+    std::shared_ptr<PrivateFile> draftFile;
     // Called once, before the first request.
     ServiceClient::MakeHttpSession makeHttpSession;
     // Called once, by the constructor.
     std::function<std::unique_ptr<CapturePanelView>(Size, CapturePanelDelegate&)> makePanel;
   };
 
-  // Notes are sent as the user who is signed in to `webView`.
+  // Notes are sent as the user who is signed in to `webView`. Restores the draft of an earlier
+  // process.
   DesktopQuickCapture(const Dependencies& dependencies, std::weak_ptr<WebView> webView,
                       const Url& origin);
   ~DesktopQuickCapture() override;
@@ -50,6 +58,11 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
 
   // Called when the user must sign in before the note can be sent.
   std::function<void()> onLogin;
+  // Called with a title and the failure's text when a note could not be sent while the panel was
+  // hidden. Tells the user, or calls the function that it is given, which shows the panel instead.
+  std::function<void(const std::string& title, const std::string& text,
+                     std::function<void()> showPanel)>
+      onHiddenFailure;
 
   // Opens the panel with its draft on the pointer's screen, or brings the open panel to the front.
   void show();
@@ -67,6 +80,12 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   // Reopens the panel if its note is waiting for the user to sign in. Called when a page has loaded
   // that only a signed-in user sees.
   void resumeAfterLogin();
+
+  // Tells the user of a note that an earlier process sent and whose outcome is not known. Called
+  // once `onHiddenFailure` is set.
+  void tellRestoredFailure();
+  // Writes the draft to its file. Called when the application ends; blocks until it is on the disk.
+  void flushDraft();
 
   // Returns whether a restart now could lose a text or store it twice.
   bool preventsRestart() const;
@@ -86,11 +105,17 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   void systemAppearanceDidChange(bool dark) override;
 
   std::string trimmedText() const;
+  CaptureDraft currentDraft() const;
+  // Sets button and message as the editor's trimmed text needs them.
+  void showStateOf(const std::string& text);
   void setMessage(CaptureMessage message);
   void setSubmitEnabled(bool enabled);
   void refreshPlaceholder();
+  void restoreDraft();
   void restoreAppearance();
   void applyAppearance(const CaptureAppearance& appearance);
+  // Places the hidden panel and remembers which application had the focus.
+  void prepareToShow();
   void place();
   void updateLayout();
   void beginBusy();
@@ -98,6 +123,8 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   Task<> send(std::string text);
   void noteAccepted(const QuickCapturePolicy::Receipt& receipt);
   void noteFailed(const CaptureError& error);
+  void tellHiddenFailure();
+  void showUnseenFailure();
   void debug(const std::string& line) const;
 
   const System& system_;
@@ -106,15 +133,19 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   CaptureClient client_;
   CaptureSubmission submission_;
   CaptureTelemetry telemetry_;
+  KeptDraft keptDraft_;
   CaptureSurface surface_;
   CaptureSubmitButton submitButton_;
   CaptureAppearance palette_;
   CaptureMessage messageText_;
   bool busy_ = false;
   bool awaitingLogin_ = false;
+  // Whether the message is a failure that the user has not seen, because the panel is hidden.
+  bool failureIsUnseen_ = false;
   std::shared_ptr<RunningApplication> previousApplication_;
   std::unique_ptr<CapturePanelView> panel_;
   Task<> sending_;
+  Lifetime lifetime_;
 };
 
 }  // namespace navora

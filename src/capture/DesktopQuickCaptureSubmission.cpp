@@ -37,6 +37,7 @@ void DesktopQuickCapture::submit() {
     updateLayout();
     return;
   }
+  failureIsUnseen_ = false;
   beginBusy();
   debug("Sending a note of " + std::to_string(utf16Length(text)) + " UTF-16 units");
   telemetry_.record("native_submit", {{"inputChars", reportedLength(text)},
@@ -78,6 +79,7 @@ void DesktopQuickCapture::noteAccepted(const QuickCapturePolicy::Receipt& receip
   telemetry_.record("native_accepted",
                     {{"captureId", receipt.captureId}, {"jobId", receipt.jobId}});
   panel_->editor().clear();
+  keptDraft_.store();
   telemetry_.startNewFlow();
   setMessage(CaptureTexts::hint);
   hide(true);
@@ -86,11 +88,33 @@ void DesktopQuickCapture::noteAccepted(const QuickCapturePolicy::Receipt& receip
 void DesktopQuickCapture::noteFailed(const CaptureError& error) {
   debug(std::string("The note is not confirmed: ") + reasonOf(error.kind));
   telemetry_.record("native_failed", {{"reason", reasonOf(error.kind)}});
+  keptDraft_.store();
   setMessage(CaptureTexts::failure(error, submission_.isUnconfirmed()));
-  if (error.kind != CaptureError::Kind::login) return;
-  awaitingLogin_ = true;
-  hide(false);
-  if (onLogin) onLogin();
+  if (error.kind == CaptureError::Kind::login) {
+    awaitingLogin_ = true;
+    hide(false);
+    if (onLogin) onLogin();
+  } else if (!panel_->isVisible()) {
+    failureIsUnseen_ = true;
+    tellHiddenFailure();
+  }
+}
+
+void DesktopQuickCapture::tellRestoredFailure() {
+  if (failureIsUnseen_) tellHiddenFailure();
+}
+
+void DesktopQuickCapture::tellHiddenFailure() {
+  if (!onHiddenFailure) return;
+  onHiddenFailure(CaptureTexts::title(), messageText_(),
+                  lifetime_.guard([this] { showUnseenFailure(); }));
+}
+
+// The user may have opened the panel or sent the note again in the meantime.
+void DesktopQuickCapture::showUnseenFailure() {
+  if (!failureIsUnseen_ || panel_->isVisible()) return;
+  prepareToShow();
+  panel_->orderFront();
 }
 
 void DesktopQuickCapture::debug(const std::string& line) const {

@@ -12,6 +12,10 @@ namespace {
 
 constexpr std::chrono::seconds pollInterval{60};
 
+constexpr const char* captureIdentifier = "navora-quick-capture";
+// No page has this address: it says that the notification belongs to the capture panel.
+constexpr std::string_view captureUrl = "navora:quick-capture";
+
 std::string stateScript(AuthorizationStatus status, bool enabled) {
   const Json state{{"authorized", status == AuthorizationStatus::authorized},
                    {"enabled", enabled},
@@ -28,7 +32,8 @@ DesktopNotifications::DesktopNotifications(Dependencies dependencies,
       center_(dependencies_.notificationCenter),
       webView_(std::move(webView)),
       origin_(std::move(origin)),
-      client_(dependencies_.system, dependencies_.makeHttpSession, webView_, origin_) {
+      client_(dependencies_.mainQueue, dependencies_.system, dependencies_.makeHttpSession,
+              webView_, origin_) {
   center_.setDelegate(this);
 }
 
@@ -76,8 +81,9 @@ void DesktopNotifications::poll() {
 }
 
 Task<> DesktopNotifications::pollService() {
-  auto cookie = co_await client_.cookieHeader();
-  auto selection = co_await fetch(std::move(cookie));
+  auto cookie = accept(co_await client_.cookieHeader());
+  if (!cookie) co_return;
+  auto selection = co_await fetch(*std::move(cookie));
   if (!selection) co_return;
   // The first list of an account is history: none of it is shown.
   if (!delivery_.isBaselined()) {
@@ -192,6 +198,33 @@ void DesktopNotifications::disable() {
   publishAuthorization();
 }
 
+void DesktopNotifications::notifyOfCapture(std::string title, std::string text,
+                                           std::function<void(bool)> completion) {
+  UserNotification notification;
+  notification.identifier = captureIdentifier;
+  notification.title = std::move(title);
+  notification.body = std::move(text);
+  notification.url = captureUrl;
+  tasks_.add(deliverCaptureNotice(std::move(notification), std::move(completion)));
+}
+
+Task<> DesktopNotifications::deliverCaptureNotice(UserNotification notification,
+                                                  std::function<void(bool)> completion) {
+  if (!isEnabled() || co_await authorizationStatus() != AuthorizationStatus::authorized) {
+    completion(false);
+    co_return;
+  }
+  const auto failure = co_await add(std::move(notification));
+  completion(!failure);
+}
+
+Task<std::optional<PlatformError>> DesktopNotifications::add(UserNotification notification) {
+  co_return co_await awaitCallback<std::optional<PlatformError>>(
+      [&](Callback<std::optional<PlatformError>> done) {
+        center_.add(notification, std::move(done));
+      });
+}
+
 void DesktopNotifications::sendTest() {
   tasks_.add(deliverTest());
 }
@@ -202,10 +235,7 @@ Task<> DesktopNotifications::deliverTest() {
     co_await authorize();
     co_return;
   }
-  const auto failure = co_await awaitCallback<std::optional<PlatformError>>(
-      [this](Callback<std::optional<PlatformError>> done) {
-        center_.add(testNotification(origin_), std::move(done));
-      });
+  const auto failure = co_await add(testNotification(origin_));
   if (failure) co_await runAlert(failure->localizedDescription);
 }
 
@@ -223,6 +253,10 @@ PresentationOptions DesktopNotifications::willPresentNotification() {
 }
 
 void DesktopNotifications::didReceiveNotification(std::optional<std::string> text) {
+  if (text == captureUrl) {
+    if (onOpenCapture) onOpenCapture();
+    return;
+  }
   const auto url = text ? Url::parse(*text) : std::nullopt;
   if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin_)) return;
   if (onOpen) onOpen(*url);

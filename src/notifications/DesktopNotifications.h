@@ -56,6 +56,9 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   // Called when the user opens a notification, with its page of the origin.
   std::function<void(const Url&)> onOpen;
 
+  // Called when the user opens a notification of notifyOfCapture().
+  std::function<void()> onOpenCapture;
+
   // Starts polling, unless the user has disabled notifications.
   void start();
   // Stops polling and cancels a poll in progress. No notification is shown after it returns.
@@ -70,6 +73,10 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   void publishAuthorization();
   // Disables notifications until the next `requestAuthorization` that is granted.
   void disable();
+  // Shows a notification about a quick note, whatever the service's quiet hours, in place of the
+  // last one. Calls `completion` with whether it was shown: false if notifications are disabled or
+  // not authorized, or the desktop rejects it.
+  void notifyOfCapture(std::string title, std::string text, std::function<void(bool)> completion);
   // Shows the test notification; without permission, asks for it instead.
   void sendTest();
 
@@ -93,6 +100,8 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   Task<AuthorizationStatus> authorizationStatus();
   Task<> authorize();
   Task<> publishState();
+  Task<std::optional<PlatformError>> add(UserNotification notification);
+  Task<> deliverCaptureNotice(UserNotification notification, std::function<void(bool)> completion);
   Task<> deliverTest();
   Task<> runAlert(std::string text);
   bool isEnabled() const;

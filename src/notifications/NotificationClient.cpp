@@ -23,14 +23,17 @@ NotificationClient::PollError errorFor(ServiceClient::Failure failure) {
 
 }  // namespace
 
-NotificationClient::NotificationClient(const System& system,
+NotificationClient::NotificationClient(MainQueue& mainQueue, const System& system,
                                        ServiceClient::MakeHttpSession makeHttpSession,
                                        std::weak_ptr<WebView> webView, Url origin)
-    : service_(system, std::move(makeHttpSession), std::move(webView), std::move(origin),
+    : service_(mainQueue, system, std::move(makeHttpSession), std::move(webView), std::move(origin),
                serviceSettings) {}
 
-Task<std::optional<std::string>> NotificationClient::cookieHeader() {
-  co_return co_await service_.sessionCookie();
+Task<Expected<std::optional<std::string>, NotificationClient::PollError>>
+NotificationClient::cookieHeader() {
+  auto cookie = co_await service_.sessionCookie();
+  if (!cookie) co_return Unexpected(errorFor(cookie.error()));
+  co_return *std::move(cookie);
 }
 
 Task<NotificationClient::Body> NotificationClient::body(std::string path,

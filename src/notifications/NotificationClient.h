@@ -22,18 +22,19 @@ class NotificationClient {
     unauthorized,
     // The response is from another origin, has an unexpected status or content, or is too long.
     invalidResponse,
-    // No response was received.
+    // No response was received, or the web view did not return its cookies.
     transport
   };
   using Body = Expected<std::string, PollError>;
   using Reply = Expected<Json, PollError>;
 
-  // `system` must outlive the client.
-  NotificationClient(const System& system, ServiceClient::MakeHttpSession makeHttpSession,
-                     std::weak_ptr<WebView> webView, Url origin);
+  // The queue and the system must outlive the client.
+  NotificationClient(MainQueue& mainQueue, const System& system,
+                     ServiceClient::MakeHttpSession makeHttpSession, std::weak_ptr<WebView> webView,
+                     Url origin);
 
   // Returns the value of the "Cookie" header, or nullopt if no user is signed in.
-  Task<std::optional<std::string>> cookieHeader();
+  Task<Expected<std::optional<std::string>, PollError>> cookieHeader();
 
   // Fetches the body at `path`, unparsed. Without a `cookie` no "Cookie" header is sent.
   Task<Body> body(std::string path, std::optional<std::string> cookie);

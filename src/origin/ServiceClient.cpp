@@ -1,21 +1,26 @@
 #include "origin/ServiceClient.h"
 
+#include <chrono>
 #include <utility>
 #include <vector>
 
 #include "origin/DesktopOrigin.h"
+#include "platform/TimeLimit.h"
 #include "support/FatalError.h"
 
 namespace navora {
 namespace {
 
 constexpr double resourceTimeoutSeconds = 30;
+constexpr std::chrono::seconds longestCookieWait{2};
 
 }  // namespace
 
-ServiceClient::ServiceClient(const System& system, MakeHttpSession makeHttpSession,
-                             std::weak_ptr<WebView> webView, Url origin, Settings settings)
-    : system_(system),
+ServiceClient::ServiceClient(MainQueue& mainQueue, const System& system,
+                             MakeHttpSession makeHttpSession, std::weak_ptr<WebView> webView,
+                             Url origin, Settings settings)
+    : mainQueue_(mainQueue),
+      system_(system),
       makeHttpSession_(std::move(makeHttpSession)),
       webView_(std::move(webView)),
       origin_(std::move(origin)),
@@ -36,12 +41,18 @@ Url ServiceClient::url(const std::string& path) const {
   return *std::move(url);
 }
 
-Task<std::optional<std::string>> ServiceClient::sessionCookie() {
+Task<Expected<std::optional<std::string>, ServiceClient::Failure>> ServiceClient::sessionCookie() {
+  using Cookies = std::vector<HttpCookie>;
   const auto webView = webView_.lock();
-  if (!webView) co_return std::nullopt;
-  const auto cookies = co_await awaitCallback<std::vector<HttpCookie>>(
-      [&webView](Callback<std::vector<HttpCookie>> done) { webView->allCookies(std::move(done)); });
-  auto header = sessionCookieHeader(cookies, origin_, system_.now(), settings_.cookieDomainDots);
+  if (!webView) co_return std::optional<std::string>();
+  const auto cookies = co_await awaitWithin<Cookies>(
+      mainQueue_, longestCookieWait,
+      [&webView](Callback<Cookies> done) { webView->allCookies(std::move(done)); });
+  if (!cookies) {
+    debug("The web view does not return its cookies");
+    co_return Unexpected(Failure::transport);
+  }
+  auto header = sessionCookieHeader(*cookies, origin_, system_.now(), settings_.cookieDomainDots);
   debug(header ? "The web view has a session cookie" : "The web view has no session cookie");
   co_return header;
 }

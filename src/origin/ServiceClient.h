@@ -9,6 +9,7 @@
 #include "origin/SessionCookies.h"
 #include "platform/DebugArea.h"
 #include "platform/HttpSession.h"
+#include "platform/MainQueue.h"
 #include "platform/System.h"
 #include "platform/WebView.h"
 #include "support/Expected.h"
@@ -38,19 +39,21 @@ class ServiceClient {
   };
 
   enum class Failure {
-    // No response was received.
+    // Nothing was received: no response, or no list of cookies.
     transport,
     // The response has no URL, or one outside the service's origin.
     foreignOrigin
   };
 
-  // `makeHttpSession` is called once, by the first `send`. `system` must outlive the client.
-  ServiceClient(const System& system, MakeHttpSession makeHttpSession,
+  // `makeHttpSession` is called once, by the first `send`. The queue and the system must
+  // outlive the client.
+  ServiceClient(MainQueue& mainQueue, const System& system, MakeHttpSession makeHttpSession,
                 std::weak_ptr<WebView> webView, Url origin, Settings settings);
 
   // Returns the value of the "Cookie" header with the user's session, or nullopt if no user is
-  // signed in or the web view has been destroyed.
-  Task<std::optional<std::string>> sessionCookie();
+  // signed in or the web view has been destroyed. Fails if the web view does not answer within two
+  // seconds.
+  Task<Expected<std::optional<std::string>, Failure>> sessionCookie();
 
   // Resolves a built-in path against the origin. A path that does not resolve is a fatal error.
   Url url(const std::string& path) const;
@@ -63,6 +66,7 @@ class ServiceClient {
   HttpSession& session();
   void debug(const std::string& line) const;
 
+  MainQueue& mainQueue_;
   const System& system_;
   const MakeHttpSession makeHttpSession_;
   const std::weak_ptr<WebView> webView_;

@@ -35,7 +35,7 @@ class CaptureEditorDelegate {
   // them before ordinary key presses.
   virtual bool editorKeyEquivalent(const KeyEvent& event, bool composing) = 0;
   // Called after the user changed the text by typing, pasting, dropping or undoing; not after
-  // clear().
+  // clear() and setText().
   virtual void editorTextDidChange() = 0;
   virtual void editorDidChangeFocus(bool focused) = 0;
 };
@@ -48,8 +48,10 @@ class CaptureEditorView {
 
   // Returns the text as UTF-8 with "\n" line breaks.
   virtual std::string text() const = 0;
+  // Replaces the text and removes the undo history.
+  virtual void setText(const std::string& text) = 0;
   // Removes the text and the undo history.
-  virtual void clear() = 0;
+  void clear() { setText({}); }
   virtual void setEditable(bool editable) = 0;
   virtual void setStyle(const CaptureEditorStyle& style) = 0;
   // Sets the text shown while the editor is empty and nothing is being composed.

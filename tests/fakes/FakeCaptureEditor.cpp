@@ -30,10 +30,10 @@ void FakeCaptureEditor::commitComposition() {
   delegate_.editorTextDidChange();
 }
 
-void FakeCaptureEditor::clear() {
-  log_.record("editor.clear");
+void FakeCaptureEditor::setText(const std::string& text) {
+  log_.record(text.empty() ? "editor.clear" : "editor.setText " + text);
   composition_.clear();
-  text_.clear();
+  text_ = text;
 }
 
 void FakeCaptureEditor::makeFirstResponder() {

@@ -34,7 +34,7 @@ class FakeCaptureEditor final : public CaptureEditorView {
   void compose(const std::string& text);
 
   std::string text() const override { return text_; }
-  void clear() override;
+  void setText(const std::string& text) override;
   void setEditable(bool editable) override { editable_ = editable; }
   void setStyle(const CaptureEditorStyle& style) override { style_ = style; }
   void setPlaceholder(const std::string& text) override { placeholder_ = text; }

@@ -21,6 +21,7 @@ class NavoraAppDelegateNotificationsTest : public AppDelegateTest {
 TEST_F(NavoraAppDelegateNotificationsTest, PollsFromLaunchToTermination) {
   launch();
   EXPECT_EQ(webView().cookieQuestions(), 1U);
+  webView().answerCookies();
   const std::size_t withPoll = platform_.mainQueue().pendingCount();
   delegate_->applicationWillTerminate();
   EXPECT_EQ(platform_.mainQueue().pendingCount(), withPoll - 1);

@@ -11,12 +11,8 @@ using testing::IsEmpty;
 using testing::Not;
 
 constexpr const char* loginText = "Войдите в Навору. Черновик останется здесь.";
-constexpr const char* changedText =
-    "Учётная запись изменилась. Вернитесь в прежнюю учётную запись для отправки этого черновика.";
 constexpr const char* untrustedText = "Не удалось проверить ответ сервера. Черновик сохранён.";
 constexpr const char* unconfirmedText = "Сервер не подтвердил сохранение. Черновик остался здесь.";
-constexpr const char* repeatText = "Сервер не подтвердил сохранение. Повторите отправку.";
-constexpr const char* offlineText = "Нет связи с сервером. Черновик сохранён — попробуйте ещё раз.";
 
 class DesktopQuickCaptureFailureTest : public QuickCaptureTest {
  protected:
@@ -109,8 +105,7 @@ TEST_F(DesktopQuickCaptureFailureTest, AcceptsAReplyOfExactlyOneMebibyte) {
 TEST_F(DesktopQuickCaptureFailureTest, FreezesTheTextIfTheReplyIsFromAnotherOrigin) {
   for (const auto& url :
        {std::optional(testUrl("https://remote.example/api/captures")), std::optional<Url>()}) {
-    capture.reset();
-    open("Note");
+    openAnew("Note");
     submitUntilPost();
     network().finish(HttpResponse{202, url, confirmation().dump(), false});
     expectSafeRetry(untrustedText);
@@ -126,8 +121,7 @@ TEST_F(DesktopQuickCaptureFailureTest, TreatsOnlyAConfirmationAsStored) {
       {201, confirmation()}, {200, confirmation()}, {202, foreign},       {202, jobless},
       {302, confirmation()}, {500, Json::object()}, {409, Json::object()}};
   for (const auto& [status, body] : answers) {
-    capture.reset();
-    open("Note");
+    openAnew("Note");
     submitUntilPost();
     network().answer(status, body.dump());
     expectSafeRetry(unconfirmedText);
@@ -145,8 +139,7 @@ TEST_F(DesktopQuickCaptureFailureTest, ShowsTheServicesErrorMessage) {
 TEST_F(DesktopQuickCaptureFailureTest, IgnoresAnErrorMessageThatIsNotText) {
   for (const char* body : {R"({"error": {"message": 7}})", R"({"error": "text"})",
                            R"({"error": ["message"]})", R"({"message": "text"})"}) {
-    capture.reset();
-    open("Note");
+    openAnew("Note");
     submitUntilPost();
     network().answer(422, body);
     EXPECT_EQ(panel().message(), unconfirmedText) << body;
@@ -253,8 +246,7 @@ TEST_F(DesktopQuickCaptureFailureTest, RequestsALoginIfTheAccountIsUnknown) {
                                                  {200, R"({"user": {"id": 7}})"},
                                                  {204, R"({"user": {"id": "user-1"}})"}};
   for (const auto& [status, body] : answers) {
-    capture.reset();
-    open("Note");
+    openAnew("Note");
     int logins = 0;
     capture->onLogin = [&] { ++logins; };
     capture->submit();

@@ -10,8 +10,6 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-constexpr const char* hint = "⌘+Enter — отправить, Enter — новая строка";
-
 std::string repeated(const std::string& text, int count) {
   std::string result;
   for (int index = 0; index < count; ++index)
@@ -149,8 +147,7 @@ TEST_F(DesktopQuickCapturePanelTest, SubmitsByKeyAndByButton) {
   open("Draft");
   EXPECT_TRUE(editor().press({KeyEvent::returnKey, KeyEvent::control}));
   EXPECT_EQ(webView->cookieQuestions(), 1u);
-  capture.reset();
-  open("Draft");
+  openAnew("Draft");
   panel().clickSubmit();
   EXPECT_EQ(webView->cookieQuestions(), 2u);
 }

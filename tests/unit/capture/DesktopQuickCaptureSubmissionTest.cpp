@@ -103,8 +103,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsThePagesModel) {
 TEST_F(DesktopQuickCaptureSubmissionTest, SendsNoModelUnlessAllItsValuesAreText) {
   for (const Json& answer : {Json(), Json("openai"), Json::array({"openai"}), Json(7),
                              Json{{"provider", "openai"}, {"model", 7}}}) {
-    capture.reset();
-    open("Note");
+    openAnew("Note");
     capture->submit();
     answerCookies();
     answerAccount();
@@ -119,6 +118,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, SendsTheNoteIfThePageCannotBeEvaluated
   answerCookies();
   answerAccount();
   webView->finishEvaluation(Unexpected(PlatformError{"js", 4, "gone"}));
+  storeDraft();
   EXPECT_EQ(lastBody(), (Json{{"raw", "Note"}}));
 }
 
@@ -128,6 +128,7 @@ TEST_F(DesktopQuickCaptureSubmissionTest, DoesNotEvaluateAForeignPage) {
   capture->submit();
   answerCookies();
   answerAccount();
+  storeDraft();
   EXPECT_THAT(webView->scripts(), IsEmpty());
   EXPECT_EQ(lastBody(), (Json{{"raw", "Note"}}));
 }

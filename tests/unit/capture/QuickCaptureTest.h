@@ -16,6 +16,15 @@ namespace navora {
 // The panel on a fake platform, with a web view that shows the service to a signed-in user.
 class QuickCaptureTest : public testing::Test {
  protected:
+  static constexpr const char* hint = "⌘+Enter — отправить, Enter — новая строка";
+  static constexpr const char* tooLong = "В записи может быть не больше 10 000 символов.";
+  static constexpr const char* offlineText =
+      "Нет связи с сервером. Черновик сохранён — попробуйте ещё раз.";
+  static constexpr const char* repeatText = "Сервер не подтвердил сохранение. Повторите отправку.";
+  static constexpr const char* changedText =
+      "Учётная запись изменилась. Вернитесь в прежнюю учётную запись для отправки этого "
+      "черновика.";
+  static constexpr const char* draftName = "draft.json";
   static constexpr const char* origin = "https://navora.example/";
   static constexpr const char* jobId = "7c9e6679-7425-40de-944b-e07fc1f90ae7";
   static constexpr const char* captureId = "0f8fad5b-d9cb-469f-a165-70867728950e";
@@ -31,10 +40,12 @@ class QuickCaptureTest : public testing::Test {
 
   void make() {
     capture = std::make_unique<DesktopQuickCapture>(
-        DesktopQuickCapture::Dependencies{.mainQueue = platform.mainQueue(),
+        DesktopQuickCapture::Dependencies{.backgroundQueue = platform.backgroundQueue(),
+                                          .mainQueue = platform.mainQueue(),
                                           .system = platform.system(),
                                           .userDefaults = platform.userDefaults(),
                                           .workspace = platform.workspace(),
+                                          .draftFile = platform.makePrivateFile(draftName),
                                           .makeHttpSession =
                                               [this](const auto& configuration) {
                                                 return platform.makeHttpSession(configuration);
@@ -53,9 +64,17 @@ class QuickCaptureTest : public testing::Test {
     log().take();
   }
 
+  // The same for a new panel without an earlier draft.
+  void openAnew(const std::string& draft) {
+    capture.reset();
+    disk() = {};
+    open(draft);
+  }
+
   FakeCapturePanelView& panel() { return platform.capturePanel(); }
   FakeCaptureEditor& editor() { return panel().editor(); }
   FakeHttpSession::Network& network() { return platform.network(); }
+  FakePrivateFile::Disk& disk() { return platform.disk(draftName); }
   FakeMainQueue& queue() { return platform.mainQueue(); }
   EventLog& log() { return platform.log(); }
 
@@ -67,7 +86,12 @@ class QuickCaptureTest : public testing::Test {
   void answerAccount(const std::string& id = "user-1") {
     network().answer(200, Json{{"user", {{"id", id}}}}.dump());
   }
-  void answerModel(const Json& model = Json::object()) { webView->finishEvaluation(model); }
+  void answerModel(const Json& model = Json::object()) {
+    webView->finishEvaluation(model);
+    storeDraft();
+  }
+  // Lets the background write what is due.
+  void storeDraft() { platform.backgroundQueue().finishAll(); }
   void answerConfirmation() { network().answer(202, confirmation().dump()); }
   static Json confirmation() {
     return {{"captureId", captureId},
@@ -87,6 +111,7 @@ class QuickCaptureTest : public testing::Test {
     capture->submit();
     answerCookies();
     answerAccount();
+    storeDraft();
   }
 
   // Flushes the queued telemetry and returns its events.

@@ -351,12 +351,25 @@ TEST_F(DesktopNotificationsPollTest, PollsAtOnceAndEveryMinute) {
 
 TEST_F(DesktopNotificationsPollTest, SkipsATickDuringAPoll) {
   notifications->start();
+  webView->answerCookies();
   nextTick();
   notifications->refresh();
-  EXPECT_EQ(webView->cookieQuestions(), 1u);
-  completePoll({});
+  EXPECT_EQ(webView->cookieQuestions(), 0u);
+  platform.network().fail(-1);
   nextTick();
   EXPECT_EQ(webView->cookieQuestions(), 1u);
+}
+
+TEST_F(DesktopNotificationsPollTest, EndsAPollForWhichTheEngineReturnsNoCookies) {
+  startWithBaseline();
+  nextTick();
+  platform.mainQueue().advance(std::chrono::seconds(2));
+  EXPECT_EQ(platform.network().underWay(), 0u);
+  // The account is not forgotten: its next list is no history.
+  platform.mainQueue().advance(std::chrono::seconds(58));
+  webView->answerCookies();
+  completePoll({item("a")});
+  EXPECT_THAT(shown(), ElementsAre("navora-a"));
 }
 
 TEST_F(DesktopNotificationsPollTest, StartsOnce) {
@@ -378,7 +391,8 @@ TEST_F(DesktopNotificationsPollTest, StartsIfTheDefaultIsNotABoolean) {
   for (const Json& value : {Json("false"), Json(0), Json(nullptr), Json(true)}) {
     platform.userDefaults().setValue(DesktopNotifications::enabledKey, value);
     notifications->start();
-    EXPECT_EQ(platform.mainQueue().pendingCount(), 1u) << value;
+    EXPECT_EQ(webView->cookieQuestions(), 1u) << value;
+    webView->answerCookies();
     notifications->stop();
   }
 }

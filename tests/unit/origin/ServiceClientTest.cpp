@@ -16,6 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using Failure = ServiceClient::Failure;
 using Response = Expected<HttpResponse, Failure>;
+using Cookie = Expected<std::optional<std::string>, Failure>;
 
 class ServiceClientTest : public testing::Test {
  protected:
@@ -25,7 +26,7 @@ class ServiceClientTest : public testing::Test {
 
   ServiceClient makeClient(CookieDomainDots dots = CookieDomainDots::allAround) {
     return ServiceClient(
-        platform_.system(),
+        platform_.mainQueue(), platform_.system(),
         [this](const auto& configuration) { return platform_.makeHttpSession(configuration); },
         webView_, origin_,
         {.debugArea = DebugArea::capture, .requestTimeoutSeconds = 7, .cookieDomainDots = dots});
@@ -50,20 +51,20 @@ TEST_F(ServiceClientTest, ReturnsTheSessionCookieOfTheWebView) {
   const auto cookie = client.sessionCookie();
   EXPECT_FALSE(cookie.isFinished());
   webView_->answerCookies();
-  EXPECT_EQ(cookie.result(), "tolvin_session=abc");
+  EXPECT_EQ(cookie.result(), Cookie(std::string("tolvin_session=abc")));
 }
 
 TEST_F(ServiceClientTest, ComparesCookieDomainsAsItsSettingsSay) {
   ServiceClient client = makeClient(CookieDomainDots::oneLeading);
   const auto cookie = client.sessionCookie();
   webView_->answerCookies();
-  EXPECT_EQ(cookie.result(), std::nullopt);
+  EXPECT_EQ(cookie.result(), Cookie(std::nullopt));
 }
 
 TEST_F(ServiceClientTest, ReturnsNoCookieOnceTheWebViewIsDestroyed) {
   ServiceClient client = makeClient();
   webView_.reset();
-  EXPECT_EQ(client.sessionCookie().result(), std::nullopt);
+  EXPECT_EQ(client.sessionCookie().result(), Cookie(std::nullopt));
 }
 
 TEST_F(ServiceClientTest, ComparesTheCookiesExpiryWithTheTimeOfTheAnswer) {
@@ -72,7 +73,16 @@ TEST_F(ServiceClientTest, ComparesTheCookiesExpiryWithTheTimeOfTheAnswer) {
   const auto cookie = client.sessionCookie();
   platform_.system().time += std::chrono::seconds(1);
   webView_->answerCookies();
-  EXPECT_EQ(cookie.result(), std::nullopt);
+  EXPECT_EQ(cookie.result(), Cookie(std::nullopt));
+}
+
+TEST_F(ServiceClientTest, WaitsTwoSecondsForTheCookies) {
+  ServiceClient client = makeClient();
+  const auto cookie = client.sessionCookie();
+  platform_.mainQueue().advance(std::chrono::milliseconds(1999));
+  EXPECT_FALSE(cookie.isFinished());
+  platform_.mainQueue().advance(std::chrono::milliseconds(1));
+  EXPECT_EQ(cookie.result(), Cookie(Unexpected(Failure::transport)));
 }
 
 TEST_F(ServiceClientTest, MakesOneBoundedSessionForTheFirstRequest) {
@@ -129,7 +139,7 @@ class UnlimitedSession final : public HttpSession {
 
 TEST_F(ServiceClientTest, MarksBodiesThatAreTooLargeWhicheverSideStoppedReading) {
   const auto isMarked = [&](HttpResponse received) {
-    ServiceClient client(platform_.system(),
+    ServiceClient client(platform_.mainQueue(), platform_.system(),
                          [&](const auto&) { return std::make_unique<UnlimitedSession>(received); },
                          webView_, origin_, {.debugArea = DebugArea::capture});
     const auto task = send(client);

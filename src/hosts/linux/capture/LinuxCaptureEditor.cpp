@@ -82,7 +82,7 @@ void LinuxCaptureEditor::connectView() {
 }
 
 void LinuxCaptureEditor::textChanged() {
-  if (clearing_) return;
+  if (settingText_) return;
   if (inUserAction_) {
     changedInUserAction_ = true;
   } else {
@@ -104,12 +104,12 @@ bool LinuxCaptureEditor::isEmpty() const {
   return buffer_->get_char_count() == 0;
 }
 
-void LinuxCaptureEditor::clear() {
-  clearing_ = true;
+void LinuxCaptureEditor::setText(const std::string& text) {
+  settingText_ = true;
   view_.reset_im_context();
   composition_.clear();
-  buffer_->set_text("");
-  clearing_ = false;
+  buffer_->set_text(text);
+  settingText_ = false;
   undo_.forget();
 }
 

@@ -26,7 +26,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   bool handleKey(const GdkEventKey& event);
 
   std::string text() const override;
-  void clear() override;
+  void setText(const std::string& text) override;
   void setEditable(bool editable) override;
   void setStyle(const CaptureEditorStyle& style) override;
   void setPlaceholder(const std::string& text) override;
@@ -61,7 +61,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   int lineExtra_ = 0;
   // The text that the input method is composing (preedit), which the buffer does not contain.
   std::string composition_;
-  bool clearing_ = false;
+  bool settingText_ = false;
   bool inUserAction_ = false;
   bool changedInUserAction_ = false;
   std::vector<sigc::connection> connections_;

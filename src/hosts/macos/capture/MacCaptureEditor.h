@@ -17,7 +17,7 @@ class MacCaptureEditor final : public CaptureEditorView {
   MacCaptureEditor& operator=(const MacCaptureEditor&) = delete;
 
   std::string text() const override;
-  void clear() override;
+  void setText(const std::string& text) override;
   void setEditable(bool editable) override;
   void setStyle(const CaptureEditorStyle& style) override;
   void setPlaceholder(const std::string& text) override;

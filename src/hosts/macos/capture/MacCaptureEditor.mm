@@ -188,8 +188,8 @@ std::string MacCaptureEditor::text() const {
   return toString([text stringByReplacingOccurrencesOfString:@"\r" withString:@"\n"]);
 }
 
-void MacCaptureEditor::clear() {
-  editor_.string = @"";
+void MacCaptureEditor::setText(const std::string& text) {
+  editor_.string = toNSString(text);
   [editor_.undoManager removeAllActions];
 }
 

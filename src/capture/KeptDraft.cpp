@@ -1,0 +1,98 @@
+#include "capture/KeptDraft.h"
+
+#include <chrono>
+#include <utility>
+
+#include "platform/TimeLimit.h"
+
+namespace navora {
+namespace {
+
+// With the time that writing takes, well within half a second.
+constexpr std::chrono::milliseconds delay{250};
+// A disk that takes longer must not keep a note from being sent.
+constexpr std::chrono::seconds longestWait{2};
+
+}  // namespace
+
+KeptDraft::KeptDraft(Dependencies dependencies) : dependencies_(std::move(dependencies)) {}
+
+CaptureDraft KeptDraft::restore() {
+  written_ = CaptureDraft();
+  const auto content = dependencies_.file->read();
+  if (!content) {
+    setAside(content.error().localizedDescription);
+    return *written_;
+  }
+  if (!*content) {
+    // Deletes what a write interrupted by the end of the process has left.
+    report(dependencies_.file->remove());
+    return *written_;
+  }
+  auto draft = CaptureDraft::parse(**content);
+  if (!draft) {
+    setAside("damaged");
+    return *written_;
+  }
+  written_ = *draft;
+  return *std::move(draft);
+}
+
+void KeptDraft::setAside(const std::string& problem) {
+  const auto name = dependencies_.file->setAside();
+  // A file that cannot be moved away is not overwritten either: it may hold a text.
+  writable_ = name.hasValue();
+  log(problem + (name ? "; the file is kept as " + *name : "; the file is left as it is"));
+}
+
+void KeptDraft::draftDidChange() {
+  if (!timer_) timer_ = dependencies_.mainQueue.after(delay, [this] { store(); });
+}
+
+void KeptDraft::store() {
+  storeWith([] {});
+}
+
+Task<> KeptDraft::storeAndWait() {
+  co_await awaitWithin<bool>(dependencies_.mainQueue, longestWait, [this](Callback<bool> done) {
+    storeWith([done = std::move(done)] { done(true); });
+  });
+}
+
+void KeptDraft::flush() {
+  store();
+  dependencies_.backgroundQueue.drain();
+}
+
+void KeptDraft::storeWith(Callback<void> completion) {
+  timer_.reset();
+  if (!writable_) return completion();
+  CaptureDraft draft = dependencies_.current();
+  const auto outcome = std::make_shared<Outcome>();
+  std::function<void()> work = [] {};
+  if (written_ != draft) {
+    written_ = draft;
+    work = [file = dependencies_.file, draft = std::move(draft), outcome] {
+      *outcome = draft.isEmpty() ? file->remove() : file->write(draft.serialized());
+    };
+  }
+  // Without anything to write, still waits for earlier writes.
+  dependencies_.backgroundQueue.run(
+      std::move(work), lifetime_.guard([this, outcome, completion = std::move(completion)] {
+        report(*outcome);
+        completion();
+      }));
+}
+
+void KeptDraft::report(const Outcome& failure) {
+  const std::string problem = failure ? failure->localizedDescription : std::string();
+  if (failure) written_.reset();
+  if (failure && problem != reported_) log("it cannot be kept: " + problem);
+  reported_ = problem;
+}
+
+void KeptDraft::log(const std::string& line) const {
+  dependencies_.system.log("Draft of the quick note: " + line);
+}
+
+}  // namespace navora
