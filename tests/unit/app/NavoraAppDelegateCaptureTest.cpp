@@ -30,6 +30,53 @@ class NavoraAppDelegateCaptureTest : public AppDelegateTest {
   }
 };
 
+TEST_F(NavoraAppDelegateCaptureTest, KeepsTheDraftWhenTheApplicationEnds) {
+  launch();
+  delegate_->quickCapture();
+  panel().editor().type("Half a thought");
+  delegate_->applicationWillTerminate();
+  launch();
+  EXPECT_EQ(panel().editor().text(), "Half a thought");
+}
+
+// A submission that fails after the user has clicked into another program.
+class HiddenCaptureFailureTest : public NavoraAppDelegateCaptureTest {
+ protected:
+  FakeNotificationCenter& center() { return platform_.notificationCenter(); }
+  void failWhileHidden() {
+    launch();
+    delegate_->quickCapture();
+    panel().editor().type("Note");
+    panel().clickSubmit();
+    panel().clickElsewhere();
+    platform_.mainQueue().advance(std::chrono::seconds(2));
+  }
+};
+
+TEST_F(HiddenCaptureFailureTest, IsShownAsANotificationThatOpensThePanel) {
+  failWhileHidden();
+  center().answerStatus();
+  ASSERT_EQ(center().added.size(), 1u);
+  EXPECT_EQ(center().added[0].title, "Быстрая запись — Навора");
+  EXPECT_EQ(center().added[0].body,
+            "Нет связи с сервером. Черновик сохранён — попробуйте ещё раз.");
+  center().finishAdd();
+  EXPECT_FALSE(panel().isVisible());
+  log().take();
+  center().click(center().added[0].url);
+  EXPECT_TRUE(panel().isVisible());
+  EXPECT_THAT(log().take(), Contains("panel.makeKeyAndOrderFront"));
+}
+
+TEST_F(HiddenCaptureFailureTest, ShowsThePanelWithoutTheKeyboardWhereNotificationsAreOff) {
+  failWhileHidden();
+  log().take();
+  center().status = AuthorizationStatus::denied;
+  center().answerStatus();
+  EXPECT_TRUE(panel().isVisible());
+  EXPECT_THAT(log().take(), Contains("panel.orderFront"));
+}
+
 TEST_F(NavoraAppDelegateCaptureTest, OpensThePanelFromEveryTrigger) {
   launch();
   const auto expectOpened = [&] {

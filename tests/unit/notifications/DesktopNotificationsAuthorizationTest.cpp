@@ -91,6 +91,7 @@ TEST_F(DesktopNotificationsAuthorizationTest, PollsAtOnceIfAlreadyActive) {
   notifications->requestAuthorization();
   center.answerRequest(true);
   EXPECT_EQ(webView->cookieQuestions(), 1u);
+  webView->answerCookies();
   EXPECT_EQ(platform.mainQueue().pendingCount(), 1u);
 }
 
@@ -167,6 +168,57 @@ TEST_F(DesktopNotificationsAuthorizationTest, RequestsPermissionInsteadOfSending
   EXPECT_EQ(center.requests.size(), 3u);
   EXPECT_EQ(alerts().size(), 3u);
   EXPECT_THAT(center.added, IsEmpty());
+}
+
+// The notification about a quick note, and whether it was shown.
+class CaptureNoticeTest : public DesktopNotificationsAuthorizationTest {
+ protected:
+  void notify() {
+    notifications->notifyOfCapture("Quick note", "Not sent",
+                                   [this](bool result) { shown = result; });
+  }
+  std::optional<bool> shown;
+};
+
+TEST_F(CaptureNoticeTest, IsShownAndOpensThePanel) {
+  int opens = 0;
+  notifications->onOpenCapture = [&opens] { ++opens; };
+  notify();
+  center.answerStatus();
+  EXPECT_EQ(shown, std::nullopt);
+  center.finishAdd();
+  EXPECT_EQ(shown, true);
+  EXPECT_THAT(center.added,
+              ElementsAre(UserNotification{"navora-quick-capture", "Quick note", "Not sent", true,
+                                           "navora:quick-capture"}));
+  center.click(center.added[0].url);
+  EXPECT_EQ(opens, 1);
+}
+
+TEST_F(CaptureNoticeTest, IsNotShownWithoutPermission) {
+  for (const auto status : {AuthorizationStatus::denied, AuthorizationStatus::notDetermined,
+                            AuthorizationStatus::provisional}) {
+    center.status = status;
+    shown.reset();
+    notify();
+    center.answerStatus();
+    EXPECT_EQ(shown, false);
+  }
+  EXPECT_THAT(center.added, IsEmpty());
+  EXPECT_THAT(center.requests, IsEmpty());
+}
+
+TEST_F(CaptureNoticeTest, IsNotShownIfTheUserHasDisabledNotifications) {
+  notifications->disable();
+  notify();
+  EXPECT_EQ(shown, false);
+}
+
+TEST_F(CaptureNoticeTest, SaysIfTheDesktopRejectsIt) {
+  notify();
+  center.answerStatus();
+  center.finishAdd(PlatformError{"desktop", 1, "No daemon"});
+  EXPECT_EQ(shown, false);
 }
 
 TEST_F(DesktopNotificationsAuthorizationTest, PresentsABannerAndASoundInTheForeground) {
