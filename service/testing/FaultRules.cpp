@@ -135,12 +135,16 @@ std::optional<Fault> parseFault(const Json& json) {
     Fault fault = SlowFault{bytes, duration(members, "interval")};
     return bytes > 0 && json.size() == 1 ? valid(members, std::move(fault)) : std::nullopt;
   }
-  for (const char* name : {"hang", "garbage"}) {
-    if (!has(name)) continue;
-    Members members(json, {name});
-    members.requireTrue(name);
-    return valid(members,
-                 std::string_view(name) == "hang" ? Fault(HangFault{}) : Fault(GarbageFault{}));
+  if (has("hang")) {
+    Members members(json, {"hang", "process"});
+    members.requireTrue("hang");
+    Fault fault = HangFault{members.flag("process")};
+    return valid(members, std::move(fault));
+  }
+  if (has("garbage")) {
+    Members members(json, {"garbage"});
+    members.requireTrue("garbage");
+    return valid(members, GarbageFault{});
   }
   return std::nullopt;
 }

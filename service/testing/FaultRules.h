@@ -25,7 +25,9 @@ struct AnswerFault {
 struct DelayFault {
   std::chrono::milliseconds duration;
 };
-struct HangFault {};
+struct HangFault {
+  bool processed;
+};
 struct DropFault {
   enum class Moment { before, during, after };
   Moment moment;

@@ -95,7 +95,8 @@ struct FaultPerformer {
     properAnswer([this](std::string_view piece) { return connection.send(piece); });
   }
 
-  void operator()(const HangFault&) const {
+  void operator()(const HangFault& fault) const {
+    if (fault.processed) process();
     const auto generation = rules.generation();
     while (rules.generation() == generation && connection.wait(std::chrono::milliseconds(20))) {
     }
