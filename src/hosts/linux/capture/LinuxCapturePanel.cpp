@@ -85,6 +85,9 @@ void LinuxCapturePanel::makeFloating() {
   window_.set_skip_pager_hint(true);
   window_.set_app_paintable(true);
   window_.set_gravity(Gdk::GRAVITY_NORTH_WEST);
+  // A modal dialog takes the input of its window group only: one of the main window must not keep
+  // the user from writing a note.
+  group_->add_window(window_);
 }
 
 void LinuxCapturePanel::useAlphaVisual() {

@@ -6,6 +6,7 @@
 #include <gtkmm/fixed.h>
 #include <gtkmm/label.h>
 #include <gtkmm/window.h>
+#include <gtkmm/windowgroup.h>
 #include <sigc++/connection.h>
 
 #include "hosts/linux/capture/CaptureButtonView.h"
@@ -75,6 +76,7 @@ class LinuxCapturePanel final : public CapturePanelView {
   // Since the panel was last shown or moved by setFrame().
   bool movedByUser_ = false;
   Gtk::Window window_;
+  Glib::RefPtr<Gtk::WindowGroup> group_ = Gtk::WindowGroup::create();
   CaptureCardView card_;
   Gtk::Fixed content_;
   LinuxCaptureEditor editor_;
