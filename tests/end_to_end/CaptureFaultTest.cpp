@@ -8,12 +8,8 @@ namespace navora::driver {
 namespace {
 
 constexpr const char* account = "/api/auth/me";
-constexpr const char* captures = "/api/captures";
 
-const std::string offlineText = "Can’t reach the server. Your draft is safe — try again.";
 const std::string savingText = "Saving your note…";
-const std::string sendAgainText =
-    "The server didn’t confirm that the note was saved. Send it again.";
 const std::string stillHereText =
     "The server didn’t confirm that the note was saved. Your draft is still here.";
 
@@ -64,21 +60,21 @@ INSTANTIATE_TEST_SUITE_P(
         Fault{"AccountGarbage", "GET", account, {{"garbage", true}}, true},
         Fault{"AccountBroken", "GET", account, {{"status", 503}, {"body", "no"}}, true},
         Fault{"AccountTooLarge", "GET", account, {{"oversize", 1'048'577}}, true},
-        Fault{"PostDroppedBefore", "POST", captures, {{"drop", "before"}}},
-        Fault{"PostDroppedDuring", "POST", captures, {{"drop", "during"}, {"bytes", 60}}},
-        Fault{"PostDroppedAfter", "POST", captures, {{"drop", "after"}}},
-        Fault{"PostGarbage", "POST", captures, {{"garbage", true}}},
-        Fault{"PostBroken", "POST", captures, {{"status", 500}, {"body", "{}"}}},
+        Fault{"PostDroppedBefore", "POST", capturesPath, {{"drop", "before"}}},
+        Fault{"PostDroppedDuring", "POST", capturesPath, {{"drop", "during"}, {"bytes", 60}}},
+        Fault{"PostDroppedAfter", "POST", capturesPath, {{"drop", "after"}}},
+        Fault{"PostGarbage", "POST", capturesPath, {{"garbage", true}}},
+        Fault{"PostBroken", "POST", capturesPath, {{"status", 500}, {"body", "{}"}}},
         Fault{"PostStoredButBroken",
               "POST",
-              captures,
+              capturesPath,
               {{"process", true}, {"status", 502}, {"body", "{}"}}},
-        Fault{"PostTooLarge", "POST", captures, {{"process", true}, {"oversize", 1'048'577}}},
-        Fault{"PostConflict", "POST", captures, {{"status", 409}, {"body", "{}"}}},
-        Fault{"PostRefused", "POST", captures, {{"status", 422}, {"body", "{}"}}, true},
+        Fault{"PostTooLarge", "POST", capturesPath, {{"process", true}, {"oversize", 1'048'577}}},
+        Fault{"PostConflict", "POST", capturesPath, {{"status", 409}, {"body", "{}"}}},
+        Fault{"PostRefused", "POST", capturesPath, {{"status", 422}, {"body", "{}"}}, true},
         Fault{"PostRedirected",
               "POST",
-              captures,
+              capturesPath,
               {{"process", true}, {"redirect", "https://www.example.com/"}}}),
     [](const auto& fault) { return fault.param.name; });
 
@@ -97,7 +93,7 @@ TEST_F(CaptureFailureTest, SaysThatItIsOfflineAndKeepsTheDraftEditable) {
 }
 
 TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
-  serviceClient().addFault("POST", captures,
+  serviceClient().addFault("POST", capturesPath,
                            {{"status", 422}, {"body", R"({"error": {"message": "Too dull"}})"}}, 1);
   sendNote("Dull");
   waitForMessage("Too dull");
@@ -109,9 +105,9 @@ TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
 
 // A request times out after 20 s.
 TEST_F(CaptureFailureTest, TimesOutAndSendsTheSameAgain) {
-  serviceClient().addFault("POST", captures, {{"hang", true}});
+  serviceClient().addFault("POST", capturesPath, {{"hang", true}});
   sendNote("Patient");
-  serviceClient().waitForRequests("POST", captures);
+  serviceClient().waitForRequests("POST", capturesPath);
   const auto begin = std::chrono::steady_clock::now();
   waitForMessage(savingText);
   EXPECT_FALSE(isEditable());
@@ -134,7 +130,7 @@ TEST_F(CaptureFailureTest, RejectsAConfirmationWithAForeignStatusUrl) {
   const Json reply{{"captureId", "c-1"},
                    {"jobId", "j-1"},
                    {"statusUrl", "https://www.example.com/api/jobs/j-1"}};
-  serviceClient().addFault("POST", captures,
+  serviceClient().addFault("POST", capturesPath,
                            {{"process", true}, {"status", 202}, {"body", reply.dump()}}, 1);
   sendNote("Where to");
   waitForMessage(stillHereText);
@@ -148,7 +144,7 @@ TEST_F(CaptureFailureTest, RejectsAConfirmationWithAForeignStatusUrl) {
 }
 
 TEST_F(CaptureFailureTest, SendsADraftOnlyForTheUserWhoWroteIt) {
-  serviceClient().addFault("POST", captures, {{"drop", "before"}}, 1);
+  serviceClient().addFault("POST", capturesPath, {{"drop", "before"}}, 1);
   sendNote("Mine");
   waitUntil([&] { return !posts().empty(); }, "the note was sent");
   waitUntil([&] { return widget("push button", "Save note").has(AccessibleState::sensitive); },

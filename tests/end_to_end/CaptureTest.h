@@ -9,6 +9,13 @@
 
 namespace navora::driver {
 
+// Where a note is posted, and the panel's messages about failures.
+inline constexpr const char* capturesPath = "/api/captures";
+inline constexpr const char* offlineText =
+    "Can’t reach the server. Your draft is safe — try again.";
+inline constexpr const char* sendAgainText =
+    "The server didn’t confirm that the note was saved. Send it again.";
+
 // A signed-in user who is working in another program.
 class CaptureTest : public EndToEndTest {
  protected:
