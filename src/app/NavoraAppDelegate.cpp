@@ -191,7 +191,8 @@ void NavoraAppDelegate::tellCaptureFailure(const std::string& title, const std::
 }
 
 void NavoraAppDelegate::makeUpdates() {
-  updateGuard_ = std::make_unique<UpdateGuard>(*webView_, *quickCapturePanel_, origin_);
+  updateGuard_ =
+      std::make_unique<UpdateGuard>(platform_.mainQueue(), *webView_, *quickCapturePanel_, origin_);
   updates_ = std::make_unique<DesktopUpdates>(
       DesktopUpdates::Dependencies{
           .mainQueue = platform_.mainQueue(),

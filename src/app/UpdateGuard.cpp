@@ -1,5 +1,6 @@
 #include "app/UpdateGuard.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "locale/DesktopLocale.h"
@@ -24,8 +25,12 @@ std::optional<Json> readAnswer(const WebView::EvaluationResult& result) {
 
 }  // namespace
 
-UpdateGuard::UpdateGuard(WebView& webView, DesktopQuickCapture& quickCapture, Url origin)
-    : webView_(webView), quickCapture_(quickCapture), origin_(std::move(origin)) {}
+UpdateGuard::UpdateGuard(MainQueue& mainQueue, WebView& webView, DesktopQuickCapture& quickCapture,
+                         Url origin)
+    : mainQueue_(mainQueue),
+      webView_(webView),
+      quickCapture_(quickCapture),
+      origin_(std::move(origin)) {}
 
 void UpdateGuard::prepareForUpdate(Answer answer) {
   const auto url = webView_.url();
@@ -52,30 +57,63 @@ void UpdateGuard::askPage(Answer answer) {
     answer(notChecked());
     return;
   }
+  const std::uint64_t number = ++asked_;
+  questions_.push_back(
+      {.number = number,
+       .resumptions = resumptions_,
+       .answer = std::move(answer),
+       .timeout = mainQueue_.after(patience, [this, number] { pageIsSilent(number); })});
   webView_.evaluateJavaScript(
-      *script, lifetime_.guard([this, answer = std::move(answer), resumptions = resumptions_](
-                                   const WebView::EvaluationResult& result) {
-        answer(pageAnswered(result, resumptions));
+      *script, lifetime_.guard([this, number](const WebView::EvaluationResult& result) {
+        pageAnswered(number, result);
       }));
 }
 
-std::optional<std::string> UpdateGuard::pageAnswered(const WebView::EvaluationResult& result,
-                                                     std::uint64_t resumptions) {
-  const auto answer = readAnswer(result);
-  if (!answer) return notChecked();
-  const auto reason = answer->find("reason");
-  if (reason != answer->end() && reason->is_string()) {
-    restartPrepared_ = false;
-    return reason->get<std::string>();
+void UpdateGuard::pageAnswered(std::uint64_t number, const WebView::EvaluationResult& result) {
+  if (const auto question = close(number)) {
+    question->answer(evaluateAnswer(*question, result));
+    return;
   }
-  const bool isReady = reason == answer->end() || reason->is_null();
-  if (!isReady || resumptions != resumptions_) return notChecked();
+  // The answer comes after the time-out, but the page may have stopped taking input for it.
+  resumePageAfter(number);
+}
+
+std::optional<std::string> UpdateGuard::evaluateAnswer(const Question& question,
+                                                       const WebView::EvaluationResult& result) {
+  const auto answer = readAnswer(result);
+  const Json reason = answer ? answer->value("reason", Json()) : Json(false);
+  if (reason.is_string()) {
+    restartPrepared_ = false;
+    return reason.get<std::string>();
+  }
+  if (!reason.is_null()) {
+    // A guard of the page's own may have stopped the input before it failed to answer.
+    restartPrepared_ = false;
+    resumePageAfter(question.number);
+    return notChecked();
+  }
+  if (question.resumptions != resumptions_) return notChecked();
   if (quickCapture_.preventsRestart()) {
-    resumePage();
+    resumePageAfter(question.number);
     return L("Сначала сохраните быструю запись (⌘⇧Пробел).");
   }
   prepared();
   return std::nullopt;
+}
+
+void UpdateGuard::pageIsSilent(std::uint64_t number) {
+  const auto question = close(number);
+  if (!question) return;
+  restartPrepared_ = false;
+  question->answer(notChecked());
+}
+
+std::optional<UpdateGuard::Question> UpdateGuard::close(std::uint64_t number) {
+  const auto found = std::ranges::find(questions_, number, &Question::number);
+  if (found == questions_.end()) return std::nullopt;
+  Question question = std::move(*found);
+  questions_.erase(found);
+  return question;
 }
 
 void UpdateGuard::prepared() {
@@ -87,6 +125,12 @@ void UpdateGuard::resume() {
   ++resumptions_;
   restartPrepared_ = false;
   resumePage();
+}
+
+// The page runs scripts in order: what it was asked later decides whether it takes input, and must
+// not be undone.
+void UpdateGuard::resumePageAfter(std::uint64_t number) {
+  if (number == asked_) resumePage();
 }
 
 void UpdateGuard::resumePage() {

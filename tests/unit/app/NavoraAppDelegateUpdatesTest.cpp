@@ -70,6 +70,18 @@ TEST_F(NavoraAppDelegateUpdatesTest, ShowsThePagesReasonAgainstARestart) {
   EXPECT_THAT(choices_, ElementsAre(UserUpdateChoice::install));
 }
 
+TEST_F(NavoraAppDelegateUpdatesTest, PageThatNeverAnswersLeavesTheUserTheChoice) {
+  installUpTo(testUrl(circles));
+  EXPECT_FALSE(banner().canPress(Button::primary));
+  platform_.mainQueue().advance(UpdateGuard::patience);
+  EXPECT_EQ(banner().content.detail,
+            "Не удалось проверить незавершённый ввод. Попробуйте обновление ещё раз.");
+  banner().press(Button::primary);
+  webView().finishEvaluation(Json("{}"));
+  webView().finishEvaluation(Json("{}"));
+  EXPECT_THAT(choices_, ElementsAre(UserUpdateChoice::install, UserUpdateChoice::install));
+}
+
 TEST_F(NavoraAppDelegateUpdatesTest, WaitsForAPageThatIsLoading) {
   launch();
   webView().setUrl(testUrl(circles));

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <memory>
 #include <optional>
 #include <string>
@@ -29,7 +30,7 @@ class UpdateGuardTest : public QuickCaptureTest {
 
   UpdateGuardTest() {
     make();
-    guard_ = std::make_unique<UpdateGuard>(*webView, *capture, testUrl(origin));
+    guard_ = std::make_unique<UpdateGuard>(queue(), *webView, *capture, testUrl(origin));
     log().take();
   }
 
@@ -42,6 +43,12 @@ class UpdateGuardTest : public QuickCaptureTest {
     webView->finishEvaluation(std::move(result));
   }
   void pageIsReady() { pageAnswers(Json("{}")); }
+  // Completes the scripts that nobody waits for.
+  void finishOtherScripts() {
+    while (webView->evaluationsUnderWay() > 0)
+      pageAnswers(Json(nullptr));
+  }
+  std::ptrdiff_t resumptions() { return std::ranges::count(webView->scripts(), resumeGuardScript); }
   Answers takeAnswers() { return std::exchange(answers_, {}); }
   static Answers one(std::optional<std::string> message) { return {std::move(message)}; }
   static Answers success() { return one(std::nullopt); }
@@ -115,7 +122,95 @@ TEST_F(UpdateGuardTest, BlocksOnAnUnclearReply) {
     pageAnswers(result);
     EXPECT_EQ(takeAnswers(), one(notChecked));
     EXPECT_FALSE(guard_->restartPrepared());
+    finishOtherScripts();
   }
+}
+
+// A page with a guard of its own may have stopped taking input before it gave such an answer.
+TEST_F(UpdateGuardTest, ResumesThePageAfterAnUnclearReply) {
+  std::ptrdiff_t count = 0;
+  for (const auto& result :
+       {WebView::EvaluationResult(Json(R"({"reason": {}})")),
+        WebView::EvaluationResult(Json(R"({"reason": 1})")), WebView::EvaluationResult(Json("[]")),
+        WebView::EvaluationResult(Unexpected(PlatformError{"WebKit", 4, "The script failed"}))}) {
+    prepare();
+    pageAnswers(result);
+    EXPECT_EQ(takeAnswers(), one(notChecked));
+    EXPECT_EQ(webView->scripts().back(), resumeGuardScript);
+    EXPECT_EQ(resumptions(), ++count);
+    finishOtherScripts();
+  }
+}
+
+TEST_F(UpdateGuardTest, CancelsAnEarlierPreparationAfterAnUnclearReply) {
+  prepare();
+  pageIsReady();
+  prepare();
+  pageAnswers(Json(R"({"reason": {}})"));
+  EXPECT_FALSE(guard_->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, DoesNotResumeAPageThatHasBeenAskedAgain) {
+  prepare();
+  prepare();
+  pageAnswers(Json(R"({"reason": {}})"));
+  pageIsReady();
+  EXPECT_EQ(takeAnswers(), (Answers{notChecked, std::nullopt}));
+  EXPECT_TRUE(guard_->restartPrepared());
+  EXPECT_EQ(resumptions(), 0);
+}
+
+TEST_F(UpdateGuardTest, BlocksWhenThePageDoesNotAnswer) {
+  prepare();
+  queue().advance(UpdateGuard::patience - std::chrono::milliseconds(1));
+  EXPECT_THAT(answers_, IsEmpty());
+  queue().advance(std::chrono::milliseconds(1));
+  EXPECT_EQ(takeAnswers(), one(notChecked));
+  EXPECT_FALSE(guard_->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, WaitsNoLongerOnceThePageHasAnswered) {
+  prepare();
+  pageIsReady();
+  takeAnswers();
+  queue().advance(2 * UpdateGuard::patience);
+  EXPECT_THAT(answers_, IsEmpty());
+  EXPECT_TRUE(guard_->restartPrepared());
+}
+
+TEST_F(UpdateGuardTest, ResumesAPageThatAnswersTooLate) {
+  open();
+  prepare();
+  queue().advance(UpdateGuard::patience);
+  takeAnswers();
+  EXPECT_EQ(resumptions(), 0);
+  pageIsReady();
+  EXPECT_THAT(answers_, IsEmpty());
+  EXPECT_FALSE(guard_->restartPrepared());
+  EXPECT_EQ(resumptions(), 1);
+  EXPECT_TRUE(panel().isVisible());
+}
+
+// The page runs the scripts in order: a resumption now would undo the second preparation.
+TEST_F(UpdateGuardTest, LateReplyDoesNotDisturbANewerQuestion) {
+  prepare();
+  queue().advance(UpdateGuard::patience);
+  EXPECT_EQ(takeAnswers(), one(notChecked));
+  prepare();
+  pageIsReady();
+  EXPECT_THAT(answers_, IsEmpty());
+  pageIsReady();
+  EXPECT_EQ(takeAnswers(), success());
+  EXPECT_TRUE(guard_->restartPrepared());
+  EXPECT_EQ(resumptions(), 0);
+}
+
+TEST_F(UpdateGuardTest, CancelsAnEarlierPreparationIfThePageIsSilentNow) {
+  prepare();
+  pageIsReady();
+  prepare();
+  queue().advance(UpdateGuard::patience);
+  EXPECT_FALSE(guard_->restartPrepared());
 }
 
 TEST_F(UpdateGuardTest, BlocksOnADraft) {
