@@ -9,7 +9,8 @@
 namespace navora::driver {
 
 // Pages with the guard installed as in the application. `arrived` records the events that reach the
-// window, before the guard's handlers run.
+// window, before the guard's handlers run. `lateness` puts the guard's clock forward, and
+// `isBroken` makes the values of text areas unreadable.
 class RestartGuardPage : public PageTest {
  protected:
   static constexpr const char* textReason =
@@ -18,6 +19,10 @@ class RestartGuardPage : public PageTest {
       "Submit or reset the form you’ve started, then continue the update.";
   static constexpr const char* requestReason =
       "Wait until your changes have been saved, then continue the update.";
+  static constexpr const char* stuckReason =
+      "Saving is taking long. If it doesn’t end, reload the page, and continue the update.";
+  static constexpr const char* reloadReason =
+      "Make sure that your changes are saved, reload the page, and continue the update.";
   static constexpr const char* fields = "/__test/pages/fields.html?lang=en";
 
   RestartGuardPage() {
@@ -58,6 +63,19 @@ class RestartGuardPage : public PageTest {
  private:
   static constexpr const char* watch = R"(
     window.arrived = [];
+    window.lateness = 0;
+    (() => {
+      const {apply} = Reflect;
+      const now = performance.now.bind(performance);
+      performance.now = () => now() + lateness;
+      const {value} = Object.getOwnPropertyDescriptors(HTMLTextAreaElement.prototype);
+      const get = function() {
+        if (window.isBroken) throw new Error('broken by the test');
+        return apply(value.get, this, []);
+      };
+      window.unbrokenValue = (element) => apply(value.get, element, []);
+      Object.defineProperty(HTMLTextAreaElement.prototype, 'value', {...value, get});
+    })();
     window.inputTypes = ['keydown', 'keypress', 'keyup', 'beforeinput', 'input', 'change',
       'compositionstart', 'compositionupdate', 'compositionend', 'cut', 'copy', 'paste',
       'pointerdown', 'pointerup', 'pointermove', 'mousedown', 'mouseup', 'mousemove', 'click',
