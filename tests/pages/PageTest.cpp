@@ -1,5 +1,7 @@
 #include "pages/PageTest.h"
 
+#include <algorithm>
+
 #include "tests/support/Files.h"
 
 namespace navora::driver {
@@ -9,7 +11,9 @@ std::unique_ptr<VirtualDesktop> PageTest::desktop_;
 void PageTest::TearDown() {
   if (HasFailure() && browser_) {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
-    const std::string name = std::string("page-test-") + test->name() + ".png";
+    std::string name = std::string("page-test-") + test->name() + ".png";
+    // In the name of a test with a parameter.
+    std::ranges::replace(name, '/', '-');
     desktop_->display().screenshot().save(name);
     GTEST_LOG_(INFO) << "See " << name << "\n" << browser_->errorText();
   }

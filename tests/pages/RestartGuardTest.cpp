@@ -461,6 +461,7 @@ TEST_F(RestartGuardTest, ConnectionThatThePageHoldsOpenFromItsStartDoesNotBlock)
 
 TEST_F(RestartGuardTest, FailureToHandleAnEventCountsUntilTheFieldIsEmpty) {
   page().click("#area");
+  page().waitUntilTrue("document.activeElement === byId('area')");
   page().evaluate("window.isBroken = true");
   typeUntil("typed", "unbrokenValue(byId('area')) === 'typed'");
   page().evaluate("window.isBroken = false");
