@@ -92,7 +92,7 @@ void KeptDraft::report(const Outcome& failure) {
 }
 
 void KeptDraft::log(const std::string& line) const {
-  dependencies_.system.log("Draft of the quick note: " + line);
+  dependencies_.system.log("Navora: draft of the quick note: " + line);
 }
 
 }  // namespace navora

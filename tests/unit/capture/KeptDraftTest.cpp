@@ -138,8 +138,9 @@ TEST_F(KeptDraftTest, SetsADamagedFileAsideAndGoesOn) {
   disk().content = "{\"version\":1,";
   EXPECT_EQ(kept_->restore(), CaptureDraft());
   EXPECT_EQ(disk().aside, "{\"version\":1,");
-  EXPECT_THAT(platform_.system().logged,
-              ElementsAre("Draft of the quick note: damaged; the file is kept as file.damaged"));
+  EXPECT_THAT(
+      platform_.system().logged,
+      ElementsAre("Navora: draft of the quick note: damaged; the file is kept as file.damaged"));
   change("new");
   kept_->flush();
   EXPECT_EQ(storedText(), "new");
@@ -157,7 +158,8 @@ TEST_F(KeptDraftTest, NeverOverwritesAFileThatItCanNeitherReadNorSetAside) {
   EXPECT_EQ(disk().content, "unreadable");
   EXPECT_THAT(
       platform_.system().logged,
-      ElementsAre("Draft of the quick note: Input/output error; the file is left as it is"));
+      ElementsAre(
+          "Navora: draft of the quick note: Input/output error; the file is left as it is"));
 }
 
 TEST_F(KeptDraftTest, ReportsAFullDiskOnceAndTriesAgainAtTheNextChange) {
@@ -168,8 +170,9 @@ TEST_F(KeptDraftTest, ReportsAFullDiskOnceAndTriesAgainAtTheNextChange) {
     advance(500);
     background().finishAll();
   }
-  EXPECT_THAT(platform_.system().logged,
-              ElementsAre("Draft of the quick note: it cannot be kept: No space left on device"));
+  EXPECT_THAT(
+      platform_.system().logged,
+      ElementsAre("Navora: draft of the quick note: it cannot be kept: No space left on device"));
   disk().failure.reset();
   // Even without a change of the text.
   kept_->draftDidChange();
