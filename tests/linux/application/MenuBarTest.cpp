@@ -93,6 +93,11 @@ class MenuBarTest : public WebViewTest {
       return evaluate("document.hasFocus() && document.activeElement.id === 'text'") == true;
     });
   }
+  testing::AssertionResult showPageAndType(const std::string& text) {
+    if (auto shown = showPage(); !shown) return shown;
+    keyboard_.type(text);
+    return pageHas(text);
+  }
   testing::AssertionResult pageHas(const std::string& text) {
     std::string last;
     auto has = waitUntil([&] {
@@ -251,9 +256,7 @@ TEST_F(MenuBarTest, OpensOnF10) {
 }
 
 TEST_F(MenuBarTest, ThePageHandlesTheKeysOfItsEditor) {
-  ASSERT_TRUE(showPage());
-  keyboard_.type("one");
-  ASSERT_TRUE(pageHas("one"));
+  ASSERT_TRUE(showPageAndType("one"));
   keyboard_.chord("Control+a");
   keyboard_.chord("Control+c");
   keyboard_.chord("Control+v");
@@ -274,9 +277,7 @@ TEST_F(MenuBarTest, ThePageHandlesTheKeysOfItsEditor) {
 }
 
 TEST_F(MenuBarTest, APageMayPreventAnEditKey) {
-  ASSERT_TRUE(showPage());
-  keyboard_.type("one");
-  ASSERT_TRUE(pageHas("one"));
+  ASSERT_TRUE(showPageAndType("one"));
   run("addEventListener('keydown', event => { if (event.ctrlKey) event.preventDefault(); })");
   keyboard_.chord("Control+z");
   keyboard_.type("x");
@@ -284,9 +285,7 @@ TEST_F(MenuBarTest, APageMayPreventAnEditKey) {
 }
 
 TEST_F(MenuBarTest, EditItemsActOnTheEditorOfThePage) {
-  ASSERT_TRUE(showPage());
-  keyboard_.type("one");
-  ASSERT_TRUE(pageHas("one"));
+  ASSERT_TRUE(showPageAndType("one"));
   ASSERT_TRUE(choose(1, "Select All"));
   ASSERT_TRUE(choose(1, "Cut"));
   ASSERT_TRUE(pageHas(""));
@@ -303,9 +302,7 @@ TEST_F(MenuBarTest, EditItemsActOnTheEditorOfThePage) {
 }
 
 TEST_F(MenuBarTest, KeysWorkUnderALayoutWithoutLatinLetters) {
-  ASSERT_TRUE(showPage());
-  keyboard_.type("one");
-  ASSERT_TRUE(pageHas("one"));
+  ASSERT_TRUE(showPageAndType("one"));
   {
     const CyrillicLayout layout;
     keyboard_.chord("Control+n");

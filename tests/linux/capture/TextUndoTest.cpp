@@ -1,3 +1,6 @@
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "hosts/linux/capture/TextUndo.h"
@@ -8,10 +11,33 @@ namespace {
 class TextUndoTest : public testing::Test {
  protected:
   void type(const std::string& text) {
-    for (const char character : text) {
-      buffer_->begin_user_action();
-      buffer_->insert_at_cursor(std::string(1, character));
-      buffer_->end_user_action();
+    for (const char character : text)
+      insert(std::string(1, character));
+  }
+  // In one user action, as pasting does.
+  void insert(const std::string& text) {
+    buffer_->begin_user_action();
+    buffer_->insert_at_cursor(text);
+    buffer_->end_user_action();
+  }
+  void replaceAll(const std::string& text) {
+    buffer_->select_range(buffer_->begin(), buffer_->end());
+    buffer_->begin_user_action();
+    buffer_->erase_selection();
+    buffer_->insert_at_cursor(text);
+    buffer_->end_user_action();
+  }
+  // Expect these texts after as many steps.
+  void expectUndo(const std::vector<std::string>& texts) {
+    for (const std::string& expected : texts) {
+      undo_.undo();
+      EXPECT_EQ(text(), expected);
+    }
+  }
+  void expectRedo(const std::vector<std::string>& texts) {
+    for (const std::string& expected : texts) {
+      undo_.redo();
+      EXPECT_EQ(text(), expected);
     }
   }
   std::string text() const { return buffer_->get_text(); }
@@ -32,37 +58,19 @@ TEST_F(TextUndoTest, HasNoStepsForTextThatWasThereBefore) {
 
 TEST_F(TextUndoTest, UndoesTypingByWordsAndLines) {
   type("one two\nthree");
-  undo_.undo();
-  EXPECT_EQ(text(), "one two\n");
-  undo_.undo();
-  EXPECT_EQ(text(), "one two");
-  undo_.undo();
-  EXPECT_EQ(text(), "one ");
-  undo_.undo();
-  EXPECT_EQ(text(), "");
-  undo_.undo();
-  EXPECT_EQ(text(), "");
+  expectUndo({"one two\n", "one two", "one ", "", ""});
 }
 
 TEST_F(TextUndoTest, RedoesInReverseOrder) {
   type("one two");
   undo_.undo();
   undo_.undo();
-  undo_.redo();
-  EXPECT_EQ(text(), "one ");
-  undo_.redo();
-  EXPECT_EQ(text(), "one two");
-  undo_.redo();
-  EXPECT_EQ(text(), "one two");
+  expectRedo({"one ", "one two", "one two"});
 }
 
 TEST_F(TextUndoTest, UndoesAReplacementInOneStep) {
   type("one");
-  buffer_->select_range(buffer_->begin(), buffer_->end());
-  buffer_->begin_user_action();
-  buffer_->erase_selection();
-  buffer_->insert_at_cursor("two");
-  buffer_->end_user_action();
+  replaceAll("two");
   undo_.undo();
   EXPECT_EQ(text(), "one");
   undo_.redo();
@@ -71,11 +79,7 @@ TEST_F(TextUndoTest, UndoesAReplacementInOneStep) {
 
 TEST_F(TextUndoTest, UndoesTypingOverASelectionInOneStep) {
   type("one");
-  buffer_->select_range(buffer_->begin(), buffer_->end());
-  buffer_->begin_user_action();
-  buffer_->erase_selection();
-  buffer_->insert_at_cursor("t");
-  buffer_->end_user_action();
+  replaceAll("t");
   type("wo");
   undo_.undo();
   EXPECT_EQ(text(), "one");
@@ -93,37 +97,22 @@ TEST_F(TextUndoTest, UndoesDeletingByWordsInBothDirections) {
   for (const int offset : {6, 5, 4, 3, 2})
     erase(offset);
   ASSERT_EQ(text(), "on");
-  undo_.undo();
-  EXPECT_EQ(text(), "one ");
-  undo_.undo();
-  EXPECT_EQ(text(), "one two");
+  expectUndo({"one ", "one two"});
   for (int count = 0; count < 5; ++count)
     erase(0);
   ASSERT_EQ(text(), "wo");
-  undo_.undo();
-  EXPECT_EQ(text(), "two");
-  undo_.undo();
-  EXPECT_EQ(text(), "one two");
+  expectUndo({"two", "one two"});
 }
 
 TEST_F(TextUndoTest, DoesNotMergeTypingIntoAPaste) {
-  buffer_->begin_user_action();
-  buffer_->insert_at_cursor("pasted");
-  buffer_->end_user_action();
+  insert("pasted");
   type("s");
-  undo_.undo();
-  EXPECT_EQ(text(), "pasted");
-  undo_.undo();
-  EXPECT_EQ(text(), "");
+  expectUndo({"pasted", ""});
 }
 
 TEST_F(TextUndoTest, UndoIsOneUserActionOfTheBuffer) {
   type("one");
-  buffer_->select_range(buffer_->begin(), buffer_->end());
-  buffer_->begin_user_action();
-  buffer_->erase_selection();
-  buffer_->insert_at_cursor("two");
-  buffer_->end_user_action();
+  replaceAll("two");
   int actions = 0;
   buffer_->signal_end_user_action().connect([&] { ++actions; });
   undo_.undo();
@@ -145,12 +134,8 @@ TEST_F(TextUndoTest, MovesTheCaretToTheChange) {
 }
 
 TEST_F(TextUndoTest, CountsCharactersNotBytes) {
-  buffer_->begin_user_action();
-  buffer_->insert_at_cursor("日本");
-  buffer_->end_user_action();
-  buffer_->begin_user_action();
-  buffer_->insert_at_cursor("\U0001F642 語");
-  buffer_->end_user_action();
+  insert("日本");
+  insert("\U0001F642 語");
   undo_.undo();
   EXPECT_EQ(text(), "日本");
   undo_.redo();
