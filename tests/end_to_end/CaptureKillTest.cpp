@@ -44,8 +44,11 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
   bool isOnDisk(const std::string& text) {
     return std::filesystem::exists(file()) && readFile(file()).find(text) != std::string::npos;
   }
+  // The application may die meanwhile.
   bool isSettled() {
-    return panel() && widget("push button", "Save note").has(AccessibleState::sensitive);
+    const auto button = desktop().accessibility().find({.role = "push button", .name = "Save note"},
+                                                       application().pid());
+    return button && button->has(AccessibleState::sensitive);
   }
 
   // Writes and sends a note in a process that is killed at the call. Returns whether it came to it.
