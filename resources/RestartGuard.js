@@ -591,10 +591,10 @@
   // After so many milliseconds, a request is not expected to end.
   const patience = 20000;
 
-  // Returns the names and values in a request body. `readable` is false for types of body that
-  // cannot be read synchronously.
+  // Returns the names and values in a request body; `squeezed` and `plain` are for carriageOf().
+  // `readable` is false for types of body that cannot be read synchronously.
   function partsOf(body) {
-    const parts = {names: [], values: [], readable: true};
+    const parts = {names: [], values: [], squeezed: [], plain: [], readable: true};
     const add = (value, name) => {
       push(parts.names, name);
       push(parts.values, value);
@@ -648,7 +648,9 @@
 
   // Returns how a value in a body carries the content of a field: 'own' under its name, 'whole'
   // under another one, 'piece' or null.
-  function carriageOf(part, name, element, record, value) {
+  function carriageOf(parts, index, element, record, value, text) {
+    const part = parts.values[index];
+    const name = parts.names[index];
     const {kind} = record;
     if (kind === kinds.files) {
       const isFile = attempt(() => `${fileName(part)}\n` === value, false) &&
@@ -664,11 +666,11 @@
     const takesNumbers =
       !kind.typed || (kind === kinds.line && !!element && input.type(element) === 'number');
     if (typeof part !== 'string' && !(typeof part === 'number' && takesNumbers)) return null;
-    const text = squeezed(value);
-    const carried = squeezed(`${part}`);
+    const carried = parts.squeezed[index] ??= squeezed(`${part}`);
     if (carried === text) return isNameOf(name, element, record, text) ? 'own' : 'whole';
     if (!kind.typed || typeof part !== 'string') return null;
-    return isPiece(carried, squeezed(replace(tags, part, '')), text) ? 'piece' : null;
+    const plain = parts.plain[index] ??= squeezed(replace(tags, part, ''));
+    return isPiece(carried, plain, text) ? 'piece' : null;
   }
 
   // Returns whether a value looks like a part of the text, or like the text in other clothes: with
@@ -694,8 +696,9 @@
       const value = record.unsent ?? record.failed?.text ?? (isSubmitted ? record.swallowed : null);
       if (value === null) return;
       const found = {__proto__: null};
+      const text = squeezed(value);
       for (let index = 0; index < parts.values.length; ++index) {
-        const how = carriageOf(parts.values[index], parts.names[index], element, record, value);
+        const how = carriageOf(parts, index, element, record, value, text);
         if (how) found[how] = true;
       }
       const isWhole = !!found.own || !!found.whole;
@@ -707,6 +710,7 @@
         push(cargo, {
           record,
           value,
+          text,
           edits: record.edits,
           isNamed: !!found.own,
           isSubmitted,
@@ -726,9 +730,8 @@
     for (let index = 0; index < cargo.length; ++index) {
       const one = cargo[index];
       for (let other = 0; other < cargo.length && one.record.kind.typed; ++other) {
-        const {record, value, isNamed, isSubmitted} = cargo[other];
-        if (other === index || !record.kind.typed || squeezed(value) !== squeezed(one.value))
-          continue;
+        const {record, text, isNamed, isSubmitted} = cargo[other];
+        if (other === index || !record.kind.typed || text !== one.text) continue;
         one.isAlone = false;
         if ((isNamed || isSubmitted) && !one.isSubmitted) one.isKnown = false;
       }
