@@ -157,6 +157,24 @@ TEST_F(UpdateTest, WaitsForUnsavedInput) {
   EXPECT_EQ(installation.version(), newVersion);
 }
 
+TEST_F(UpdateTest, LetsTheUserTryAgainWhenThePageDoesNotAnswer) {
+  installation.release(built(), newVersion);
+  launchSignedIn();
+  page().evaluate(
+      "window.NavoraUpdateGuard = {resume() { window.resumed = true; }, prepare() {"
+      "  for (const end = performance.now() + 8000; performance.now() < end;); }}");
+  waitForOffer();
+  press("Update app");
+  widget("push button", "Continue update");
+  widget("label", "Couldn’t check for unsaved input. Try the update again.");
+  EXPECT_EQ(installation.version(), oldVersion);
+  page().waitUntilTrue("window.resumed", "the page is resumed after its late answer");
+  page().evaluate("NavoraUpdateGuard = {prepare() {}, resume() {}}");
+  press("Continue update");
+  waitForSuccessor();
+  EXPECT_EQ(installation.version(), newVersion);
+}
+
 TEST_F(UpdateTest, RefusesAReleaseSignedWithAnotherKey) {
   const auto key = folder.path() / "other-key";
   makeUpdateKey(key);
