@@ -64,11 +64,20 @@ TEST_F(RestartGuardPagesTest, EveryReasonIsInEveryLanguage) {
   const std::vector<std::string> text = page().evaluate(ask);
   page().evaluate("byId('area').value = ''");
   const std::vector<std::string> form = page().evaluate(ask);
-  std::set<std::string> all(text.begin(), text.end());
-  all.insert(form.begin(), form.end());
-  EXPECT_EQ(all.size(), 14U);
+  page().evaluate(
+      "byId('area').value = 'typed'; NavoraUpdateGuard.prepare(); byId('area').remove()");
+  const std::vector<std::string> reload = page().evaluate(ask);
+  client_.addFault("", "/__test/pages/hanging", {{"hang", true}});
+  page().evaluate("fetch('hanging', {method: 'POST'}).catch(() => {}); window.lateness = 21000");
+  const std::vector<std::string> stuck = page().evaluate(ask);
+  std::set<std::string> all;
+  for (const auto& reasons : {text, form, reload, stuck})
+    all.insert(reasons.begin(), reasons.end());
+  EXPECT_EQ(all.size(), 28U);
   EXPECT_EQ(text[1], textReason);
   EXPECT_EQ(form[1], formReason);
+  EXPECT_EQ(reload[1], reloadReason);
+  EXPECT_EQ(stuck[1], stuckReason);
 }
 
 TEST_F(RestartGuardPagesTest, UnknownLanguagesGetEnglish) {
