@@ -101,6 +101,63 @@ TEST_F(LoadFailureTest, RecoversFromACrashedPageProcess) {
   page().waitUntilTrue("document.querySelector('#landing') !== null", "the page is back");
 }
 
+// The menu's "Reload", Ctrl+R.
+class ReloadTest : public LoadFailureTest {
+ protected:
+  void reload() { desktop().keyboard().chord("Control+r"); }
+  // The methods of all requests for a path, in order.
+  std::string methods(const std::string& path) {
+    std::string all;
+    for (const auto& request : serviceClient().requests({}, path))
+      all += request.method + " ";
+    return all;
+  }
+};
+
+TEST_F(ReloadTest, SendsARefusedSignInNotAgain) {
+  page().waitUntilTrue("location.pathname === '/login'", "the login page is shown");
+  page().type("[name=name]", "demo");
+  page().type("[name=password]", "wrong");
+  serviceClient().clearRequests();
+  desktop().keyboard().chord("Return");
+  page().waitUntilTrue("document.querySelector('[role=alert]').textContent !== ''",
+                       "the sign-in is refused");
+  reload();
+  const auto reloaded = serviceClient().waitForRequests("GET", "/login");
+  EXPECT_EQ(reloaded.front().header("Cache-Control"), "no-cache");
+  EXPECT_EQ(reloaded.front().header("Pragma"), "no-cache");
+  page().waitUntilTrue("document.querySelector('[role=alert]').textContent === ''",
+                       "the page is loaded again");
+  EXPECT_EQ(methods("/login"), "POST GET ");
+}
+
+TEST_F(ReloadTest, LoadsThePageThatIsBeingLoaded) {
+  openTestPage("landing.html");
+  serviceClient().addFault("GET", "/slow", {{"hang", true}});
+  serviceClient().clearRequests();
+  page().tryEvaluate("setTimeout(() => { location.href = '/slow'; }); return true");
+  serviceClient().waitForRequests("GET", "/slow");
+  reload();
+  serviceClient().waitForRequests("GET", "/slow", 2);
+  EXPECT_EQ(methods("/__test/pages/landing.html"), "");
+  serviceClient().clearFaults();
+}
+
+class FirstLoadTest : public ReloadTest {
+ protected:
+  bool startsApplication() const override { return false; }
+};
+
+TEST_F(FirstLoadTest, IsRepeatedByReloadWhileItHangs) {
+  serviceClient().addFault("GET", "/login", {{"hang", true}}, 1);
+  application().start();
+  desktop().display().waitUntilActive(application().waitForMainWindow().id);
+  serviceClient().waitForRequests("GET", "/login");
+  reload();
+  serviceClient().waitForRequests("GET", "/login", 2);
+  page().waitUntilTrue("location.pathname === '/login'", "the page is there");
+}
+
 struct LoadFault {
   const char* name;
   const char* action;

@@ -67,6 +67,144 @@ TEST_F(LinuxWebViewTest, BypassesTheCacheOnRequest) {
   EXPECT_EQ(server_.requests()[0].header("Cache-Control"), "no-cache");
 }
 
+class LinuxWebViewReloadTest : public WebViewTest {
+ protected:
+  // Loads as the application's "reload" does.
+  void reload(const std::string& target) {
+    view_->load({.url = testUrl(server_.url(target)),
+                 .cachePolicy = CachePolicy::reloadIgnoringLocalCacheData});
+  }
+  testing::AssertionResult reloadAndWait(const std::string& target) {
+    const int before = navigation_.finished;
+    reload(target);
+    return waitUntil([&] { return navigation_.finished > before; });
+  }
+  // Returns the methods of the requests for a path, in order.
+  std::vector<std::string> methods(const std::string& path) {
+    std::vector<std::string> all;
+    for (const auto& request : server_.requests(path))
+      all.push_back(request.method);
+    return all;
+  }
+};
+
+TEST_F(LinuxWebViewReloadTest, SendsNoFormAgain) {
+  server_.serveHtml("/answer", "<title>Answer</title>", 401);
+  ASSERT_TRUE(loadHtml("<form method=post action=/answer><input name=a value=1></form>"));
+  run("document.forms[0].submit()");
+  ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 2; }));
+  ASSERT_TRUE(reloadAndWait("/answer"));
+  EXPECT_THAT(methods("/answer"), ElementsAre("POST", "GET"));
+  const auto reloaded = server_.requests("/answer").back();
+  EXPECT_EQ(reloaded.body, "");
+  EXPECT_EQ(reloaded.header("Cache-Control"), "no-cache");
+  EXPECT_EQ(reloaded.header("Pragma"), "no-cache");
+  EXPECT_EQ(evaluate("document.title"), "Answer");
+}
+
+TEST_F(LinuxWebViewReloadTest, LoadsThePageThatIsBeingLoaded) {
+  server_.serveHtml("/shown", "<title>Shown</title>");
+  ASSERT_TRUE(load("/shown"));
+  server_.leaveUnanswered("/slow");
+  view_->load({.url = testUrl(server_.url("/slow"))});
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/slow").size() == 1; }));
+  ASSERT_EQ(view_->url(), testUrl(server_.url("/slow")));
+  server_.serveHtml("/slow", "<title>Slow</title>");
+  reload("/slow");
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/slow").size() == 2; }));
+  EXPECT_EQ(server_.requests("/shown").size(), 1U);
+}
+
+TEST_F(LinuxWebViewReloadTest, LoadsThePageThatThePageIsLoading) {
+  server_.leaveUnanswered("/slow");
+  ASSERT_TRUE(loadHtml("<title>Shown</title>"));
+  run("location.href = '/slow'");
+  ASSERT_TRUE(waitUntil([this] { return view_->url() == testUrl(server_.url("/slow")); }));
+  // What the page shown loads meanwhile changes nothing.
+  run("const part = document.createElement('iframe'); part.src = '/part'; "
+      "document.body.append(part)");
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/part").size() == 1; }));
+  EXPECT_EQ(view_->url(), testUrl(server_.url("/slow")));
+  reload("/slow");
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/slow").size() == 2; }));
+  EXPECT_EQ(server_.requests("/page").size(), 1U);
+}
+
+TEST_F(LinuxWebViewReloadTest, KnowsWhereARedirectLeads) {
+  server_.leaveUnanswered("/slow");
+  server_.serve("/moved", {.body = {}, .status = 302, .headers = {{"Location", "/slow"}}});
+  ASSERT_TRUE(loadHtml("<title>Shown</title>"));
+  run("location.href = '/moved'");
+  EXPECT_TRUE(waitUntil([this] { return view_->url() == testUrl(server_.url("/slow")); }));
+}
+
+TEST_F(LinuxWebViewReloadTest, KnowsThePageThatIsStillShownAfterAFailure) {
+  ASSERT_TRUE(loadHtml("<title>Shown</title>"));
+  run("location.href = '" + HttpServer().url("/refused") + "'");
+  ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
+  EXPECT_EQ(view_->url(), testUrl(server_.url("/page")));
+}
+
+TEST_F(LinuxWebViewReloadTest, WorksWhileTheVeryFirstLoadHangs) {
+  makeView();
+  server_.leaveUnanswered("/first");
+  view_->load({.url = testUrl(server_.url("/first"))});
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/first").size() == 1; }));
+  reload("/first");
+  ASSERT_TRUE(waitUntil([this] { return server_.requests("/first").size() == 2; }));
+  for (const auto& failure : navigation_.failures)
+    EXPECT_EQ(failure.code, PlatformError::cancelledCode);
+}
+
+TEST_F(LinuxWebViewReloadTest, BypassesTheCacheAfterAFailedReloadOfThePage) {
+  const auto respond = [this](const char* title) {
+    server_.serve("/notes", {.body = std::string("<title>") + title + "</title>"});
+  };
+  respond("Before");
+  ASSERT_TRUE(load("/notes"));
+  // An empty reply.
+  server_.serve("/notes", {.body = {}, .head = " "});
+  run("location.reload()");
+  ASSERT_TRUE(waitUntil([this] { return !navigation_.failures.empty(); }));
+  respond("After");
+  ASSERT_TRUE(reloadAndWait("/notes"));
+  EXPECT_EQ(evaluate("document.title"), "After");
+  const auto reloaded = server_.requests("/notes").back();
+  EXPECT_EQ(reloaded.header("Cache-Control"), "no-cache");
+  EXPECT_EQ(reloaded.header("Pragma"), "no-cache");
+}
+
+TEST_F(LinuxWebViewReloadTest, IgnoresACachedCopyOfThePageShown) {
+  server_.serve("/kept",
+                {.body = "<title>Kept</title>", .headers = {{"Cache-Control", "max-age=600"}}});
+  ASSERT_TRUE(load("/kept"));
+  ASSERT_TRUE(reloadAndWait("/kept"));
+  EXPECT_EQ(server_.requests("/kept").size(), 2U);
+}
+
+TEST_F(LinuxWebViewReloadTest, LoadsAPageWithAFragmentInsteadOfScrolling) {
+  server_.serveHtml("/notes", "<title>Notes</title><script>location.hash = 'today'</script>");
+  ASSERT_TRUE(load("/notes"));
+  EXPECT_EQ(view_->url(), testUrl(server_.url("/notes#today")));
+  ASSERT_TRUE(reloadAndWait("/notes#today"));
+  EXPECT_EQ(server_.requests("/notes").size(), 2U);
+}
+
+TEST_F(LinuxWebViewReloadTest, KeepsThePageToGoBackToWithoutSendingItsFormAgain) {
+  server_.serveHtml("/answer", "<title>Answer</title>");
+  ASSERT_TRUE(loadHtml("<form method=post action=/answer><input name=a value=1></form>"));
+  run("document.forms[0].submit()");
+  ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 2; }));
+  server_.serveHtml("/next", "<title>Next</title>");
+  ASSERT_TRUE(load("/next"));
+  ASSERT_TRUE(reloadAndWait("/next"));
+  webkit_web_view_go_back(WEBKIT_WEB_VIEW(view_->widget()));
+  ASSERT_TRUE(waitUntil(
+      [this] { return view_->url() == testUrl(server_.url("/answer")) && !view_->isLoading(); }));
+  EXPECT_EQ(evaluate("document.title"), "Answer");
+  EXPECT_THAT(methods("/answer"), ElementsAre("POST"));
+}
+
 TEST_F(LinuxWebViewTest, ReturnsResultsOfEveryType) {
   ASSERT_TRUE(loadHtml("<body></body>"));
   const std::vector<std::pair<const char*, Json>> results = {

@@ -9,6 +9,11 @@
 namespace navora {
 namespace {
 
+// Sets the headers that the engine's own reload past the cache sends. For the page shown the engine
+// ignores its caches in any case; for another one these make it ask the server. Out of reach are
+// what the page includes, and another page than the one shown while the memory cache has a fresh
+// copy: clearing that cache would discard the pages kept for going back, too, and going back to the
+// reply to a form would then send the form again.
 void turnOffLocalCache(WebKitURIRequest* request) {
   // Null unless the URL is http or https.
   if (SoupMessageHeaders* headers = webkit_uri_request_get_http_headers(request)) {
@@ -82,14 +87,16 @@ void LinuxWebView::setBackgroundColor(const GdkRGBA& color) {
 
 void LinuxWebView::load(const WebRequest& request) {
   loadTimeout_.setSeconds(request.timeoutSeconds);
-  const bool pastCache = request.cachePolicy == CachePolicy::reloadIgnoringLocalCacheData;
-  if (pastCache && shownUrl(view_.get()) == request.url) {
-    // WebKitGTK treats loading the shown URL as a reload and replaces our cache headers.
-    return webkit_web_view_reload_bypass_cache(view_.get());
-  }
+  // WebKitGTK (2.50) remembers the kind of a load that failed: after a reload by the page it would
+  // replace our cache headers by those of a reload. Stopping makes it forget; it is done after a
+  // failure only, because it also ends the requests of the page shown.
+  if (navigationEvents_.lastLoadFailed()) webkit_web_view_stop_loading(view_.get());
   const auto native =
       GObjectPtr<WebKitURIRequest>::adopt(webkit_uri_request_new(request.url.string().c_str()));
-  if (pastCache) turnOffLocalCache(native.get());
+  // Not webkit_web_view_reload_bypass_cache(): that repeats the last request of the page shown,
+  // with its method and body, even while another page is being loaded.
+  if (request.cachePolicy == CachePolicy::reloadIgnoringLocalCacheData)
+    turnOffLocalCache(native.get());
   webkit_web_view_load_request(view_.get(), native.get());
 }
 
@@ -100,6 +107,7 @@ void LinuxWebView::load(const PlatformRequest& request) {
 }
 
 std::optional<Url> LinuxWebView::url() const {
+  if (navigationEvents_.urlBeingLoaded()) return navigationEvents_.urlBeingLoaded();
   if (auto shown = shownUrl(view_.get())) return shown;
   return navigationEvents_.webProcessCrashed() ? lastUrl_ : std::nullopt;
 }

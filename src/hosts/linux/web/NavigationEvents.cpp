@@ -65,6 +65,7 @@ NavigationEvents::NavigationEvents(WebView& owner, WebKitWebView* view, WebKitWe
   connect(view, "create", G_CALLBACK(onCreate));
   connect(view, "load-changed", G_CALLBACK(onLoadChanged));
   connect(view, "load-failed", G_CALLBACK(onLoadFailed));
+  connect(view, "resource-load-started", G_CALLBACK(onResourceLoadStarted));
   connect(view, "load-failed-with-tls-errors", G_CALLBACK(onTlsErrors));
   connect(view, "web-process-terminated", G_CALLBACK(onWebProcessTerminated));
   connect(context, "download-started", G_CALLBACK(onDownloadStarted));
@@ -122,6 +123,8 @@ NavigationPolicy NavigationEvents::decideResponse(WebKitResponsePolicyDecision* 
 
 void NavigationEvents::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self) {
   auto& events = eventsOf(self);
+  // The view knows the URL after a redirect and once the page is there.
+  events.urlBeingLoaded_.reset();
   switch (event) {
     case WEBKIT_LOAD_STARTED:
       return events.loadStarted();
@@ -132,6 +135,12 @@ void NavigationEvents::onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpoi
     case WEBKIT_LOAD_FINISHED:
       return events.loadFinished();
   }
+}
+
+void NavigationEvents::onResourceLoadStarted(WebKitWebView* view, WebKitWebResource* resource,
+                                             WebKitURIRequest* request, gpointer self) {
+  if (resource == webkit_web_view_get_main_resource(view))
+    eventsOf(self).urlBeingLoaded_ = urlOf(request);
 }
 
 void NavigationEvents::loadStarted() {
@@ -187,6 +196,7 @@ gboolean NavigationEvents::onTlsErrors(WebKitWebView*, const char*, GTlsCertific
 
 void NavigationEvents::fail(const PlatformError& error) {
   timeout_.stop();
+  urlBeingLoaded_.reset();
   loadFailed_ = true;
   if (delegate_ != nullptr) delegate_->didFailNavigation(error);
 }
@@ -197,6 +207,7 @@ void NavigationEvents::onWebProcessTerminated(WebKitWebView*, WebKitWebProcessTe
   events.timeout_.stop();
   events.actions_.clear();
   events.webProcessCrashed_ = true;
+  events.urlBeingLoaded_.reset();
   if (events.delegate_ != nullptr) events.delegate_->webContentProcessDidTerminate();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include <webkit2/webkit2.h>
@@ -27,6 +28,14 @@ class NavigationEvents {
 
   void setDelegate(NavigationDelegate* delegate) { delegate_ = delegate; }
 
+  // Returns true from the failure of a load until the next one starts.
+  bool lastLoadFailed() const { return loadFailed_; }
+
+  // Returns the URL that the view is loading, or nullopt if that is the one that the view reports.
+  // WebKitGTK (2.50) reports the page shown until the first bytes of a page that a link or script
+  // loads have arrived.
+  const std::optional<Url>& urlBeingLoaded() const { return urlBeingLoaded_; }
+
   // Returns true from a crash of the web process until the next load starts.
   bool webProcessCrashed() const { return webProcessCrashed_; }
 
@@ -37,6 +46,8 @@ class NavigationEvents {
   static void onLoadChanged(WebKitWebView*, WebKitLoadEvent event, gpointer self);
   static gboolean onLoadFailed(WebKitWebView*, WebKitLoadEvent, const char* uri, GError* error,
                                gpointer self);
+  static void onResourceLoadStarted(WebKitWebView* view, WebKitWebResource* resource,
+                                    WebKitURIRequest* request, gpointer self);
   static gboolean onTlsErrors(WebKitWebView*, const char* uri, GTlsCertificate*,
                               GTlsCertificateFlags, gpointer self);
   static void onWebProcessTerminated(WebKitWebView*, WebKitWebProcessTerminationReason,
@@ -61,6 +72,7 @@ class NavigationEvents {
   bool loadFailed_ = false;
   bool stoppedByTimeout_ = false;
   bool webProcessCrashed_ = false;
+  std::optional<Url> urlBeingLoaded_;
   TruncatedPageCheck truncation_;
   SignalConnection mainResource_;
   std::vector<SignalConnection> signals_;
