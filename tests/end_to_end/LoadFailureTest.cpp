@@ -63,6 +63,29 @@ TEST_F(LoadFailureTest, RetriesTheSubPageThatFailedPastTheLocalCache) {
   EXPECT_EQ(requests.front().header("Cache-Control"), "no-cache");
 }
 
+TEST_F(LoadFailureTest, KeepsTheKeyboardWhenTheWindowIsHiddenAndShown) {
+  signIn();
+  pullTheCable();
+  expectOverlay();
+  desktop().keyboard().chord("Control+w");
+  application().waitUntilMainWindowHidden();
+  application().run({});
+  desktop().display().waitUntilActive(application().waitForMainWindow().id);
+  expectOverlay();
+  const auto retry = widget("push button", "Try again");
+  waitUntil([&] { return retry.has(AccessibleState::focused); }, "the retry button is focused");
+  desktop().display().screenshot().save(artifacts() / "overlay-shown-again.png");
+  desktop().keyboard().chord("Tab");
+  const auto browser = widget("push button", "Open in browser");
+  waitUntil([&] { return browser.has(AccessibleState::focused); }, "the next button is focused");
+  desktop().keyboard().chord("Tab");
+  waitUntil([&] { return retry.has(AccessibleState::focused); }, "the first button is focused");
+  service().start();
+  desktop().keyboard().chord("Return");
+  expectNoOverlay();
+  page().waitUntilTrue("location.pathname === '/'", "the page is back");
+}
+
 TEST_F(LoadFailureTest, OpensThePageInTheBrowserFromTheOverlay) {
   desktop().openedUrls().clear();
   openTestPage("landing.html");

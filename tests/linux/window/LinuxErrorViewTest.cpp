@@ -8,7 +8,9 @@
 #include <gtkmm/eventbox.h>
 #include <gtkmm/label.h>
 
+#include "hosts/linux/web/LinuxWebView.h"
 #include "hosts/linux/window/LinuxErrorView.h"
+#include "linux/web/WebViewTest.h"
 #include "linux/window/WindowTest.h"
 
 namespace navora {
@@ -175,6 +177,148 @@ TEST_F(LinuxErrorViewTest, AnActionMayDestroyTheView) {
   keyboard_.chord("Return");
   EXPECT_TRUE(waitUntil([this] { return retries_ == 1; }));
   EXPECT_EQ(view_, nullptr);
+}
+
+// A window that shows a real page with a text field, and typing goes into it.
+class LinuxErrorViewOverAPageTest : public WindowTest {
+ protected:
+  static WebSession& session() {
+    // Never destroyed, because views of later tests use its processes.
+    static auto* const shared = new WebSession();
+    return *shared;
+  }
+  void SetUp() override {
+    server_.serveHtml("/",
+                      "<body><textarea autofocus></textarea>"
+                      "<script>document.querySelector('textarea').focus()</script></body>");
+    page_ = std::make_shared<LinuxWebView>(
+        session(),
+        WebViewConfiguration{.origin = testUrl(server_.origin()), .messageHandler = &messages_});
+    page_->setNavigationDelegate(&navigation_);
+    window_->setContentView(page_);
+    ASSERT_TRUE(show(*window_));
+    page_->load({.url = testUrl(server_.url("/"))});
+    ASSERT_TRUE(waitUntil([this] { return navigation_.finished == 1; }));
+    keyboard_.type("a");
+    ASSERT_TRUE(waitUntil([this] { return text() == "a"; }));
+    view_ = std::make_unique<LinuxErrorView>(
+        *window_, ErrorViewDescription{"Cannot load", "No answer", "Try again", "Open in browser",
+                                       [this] { ++retries_; }, [this] { ++opened_; }});
+  }
+
+  std::string text() {
+    std::optional<Json> value;
+    page_->evaluateJavaScript(
+        "document.querySelector('textarea').value",
+        [&](const WebView::EvaluationResult& result) { value = result ? *result : Json(); });
+    EXPECT_TRUE(waitUntil([&] { return value.has_value(); }));
+    return value && value->is_string() ? value->get<std::string>() : std::string();
+  }
+  // Returns the label of the focused button, or an empty string.
+  std::string focused() {
+    const auto* button = dynamic_cast<Gtk::Button*>(window_->native().get_focus());
+    return button == nullptr ? std::string() : button->get_label().raw();
+  }
+  // Presses keys and waits until the window has handled them: a later key arrives after them.
+  void strike(const std::string& keys) {
+    bool handled = false;
+    sigc::connection connection = window_->native().signal_key_release_event().connect(
+        [&](GdkEventKey* event) {
+          handled = handled || event->keyval == GDK_KEY_F12;
+          return false;
+        },
+        false);
+    keyboard_.chord(keys);
+    keyboard_.chord("F12");
+    EXPECT_TRUE(waitUntil([&] { return handled; })) << keys;
+    connection.disconnect();
+  }
+  void hideWindow() {
+    window_->orderOut();
+    ASSERT_TRUE(waitUntil([this] { return !window_->native().is_active(); }));
+  }
+  void hideAndShowWindow() {
+    hideWindow();
+    ASSERT_TRUE(show(*window_));
+  }
+
+  HttpServer server_;
+  RecordedMessages messages_;
+  RecordedNavigation navigation_;
+  std::shared_ptr<LinuxWebView> page_;
+  std::unique_ptr<LinuxMainWindow> window_ = makeWindow();
+  int retries_ = 0;
+  int opened_ = 0;
+  std::unique_ptr<LinuxErrorView> view_;
+};
+
+TEST_F(LinuxErrorViewOverAPageTest, KeepsTheKeyboardWhenTheWindowIsHiddenAndShown) {
+  view_->setHidden(false);
+  hideAndShowWindow();
+  EXPECT_EQ(focused(), "Try again");
+  for (const char* key : {"x", "y", "Return"})
+    strike(key);
+  EXPECT_EQ(retries_, 1);
+  EXPECT_EQ(text(), "a");
+}
+
+TEST_F(LinuxErrorViewOverAPageTest, HasTheKeyboardIfItAppearsWhileTheWindowIsHidden) {
+  hideWindow();
+  view_->setHidden(false);
+  ASSERT_TRUE(show(*window_));
+  for (const char* key : {"x", "Return"})
+    strike(key);
+  EXPECT_EQ(retries_, 1);
+  EXPECT_EQ(text(), "a");
+}
+
+TEST_F(LinuxErrorViewOverAPageTest, KeepsTheFocusAmongItsButtons) {
+  view_->setHidden(false);
+  ASSERT_EQ(focused(), "Try again");
+  std::vector<std::string> visited;
+  for (const char* key : {"Tab", "Tab", "Tab", "Shift+Tab", "Shift+Tab", "Down", "Down"}) {
+    strike(key);
+    strike("x");
+    visited.push_back(focused());
+  }
+  EXPECT_THAT(visited, ElementsAre("Open in browser", "Try again", "Open in browser", "Try again",
+                                   "Open in browser", "Try again", "Open in browser"));
+  EXPECT_EQ(text(), "a");
+}
+
+TEST_F(LinuxErrorViewOverAPageTest, KeepsTheKeyboardFromAPageThatAsksForIt) {
+  view_->setHidden(false);
+  page_->evaluateJavaScript("window.focus(); document.querySelector('textarea').focus()", {});
+  window_->makeContentViewFirstResponder();
+  EXPECT_EQ(text(), "a");
+  strike("x");
+  strike("Return");
+  EXPECT_EQ(retries_, 1);
+  EXPECT_EQ(text(), "a");
+}
+
+TEST_F(LinuxErrorViewOverAPageTest, GivesTheKeyboardBackToThePage) {
+  view_->setHidden(false);
+  hideAndShowWindow();
+  view_->setHidden(true);
+  keyboard_.type("b");
+  EXPECT_TRUE(waitUntil([this] { return text() == "ab"; }));
+  view_.reset();
+  keyboard_.type("c");
+  EXPECT_TRUE(waitUntil([this] { return text() == "abc"; }));
+}
+
+TEST_F(LinuxErrorViewOverAPageTest, KeepsTheKeyboardWhileAnotherOneIsShown) {
+  view_->setHidden(false);
+  auto second = std::make_unique<LinuxErrorView>(
+      *window_,
+      ErrorViewDescription{"Second", "", "Second", "Browser", [] {}, [this] { ++opened_; }});
+  second->setHidden(false);
+  EXPECT_EQ(focused(), "Second");
+  second.reset();
+  EXPECT_EQ(focused(), "Try again");
+  strike("x");
+  EXPECT_EQ(text(), "a");
 }
 
 }  // namespace

@@ -27,6 +27,13 @@ LinuxErrorView::LinuxErrorView(LinuxMainWindow& window, const ErrorViewDescripti
   // Return presses the default button, which would otherwise become the focused one.
   browser_.set_receives_default(false);
   retry_.get_style_context()->add_class("suggested-action");
+  // Tab moves between the two buttons; it would lead on to other overlays of the window.
+  background_.signal_focus().connect(
+      [this](Gtk::DirectionType) {
+        (retry_.has_focus() ? browser_ : retry_).grab_focus();
+        return true;
+      },
+      false);
 
   background_.add(stack_);
   background_.show_all_children();
@@ -78,12 +85,12 @@ void LinuxErrorView::setHidden(bool hidden) {
   if (hidden) {
     background_.hide();
     window_.native().unset_default();
-    window_.focusContent();
+    window_.uncoverContent(retry_);
   } else {
     background_.show();
     // Keeps Return on the retry button wherever the focus moves.
     retry_.grab_default();
-    retry_.grab_focus();
+    window_.coverContent(retry_);
   }
 }
 

@@ -15,7 +15,7 @@ namespace navora {
 class LinuxMainWindow;
 
 // A page-sized overlay with the error's texts and two buttons. Return presses the retry button
-// wherever the focus is.
+// wherever the focus is; no key reaches the page below.
 class LinuxErrorView final : public ErrorView {
  public:
   // The window must outlive the view.

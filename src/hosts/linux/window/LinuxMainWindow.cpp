@@ -112,6 +112,7 @@ void LinuxMainWindow::setContentView(std::shared_ptr<WebView> webView) {
   webView_ = std::static_pointer_cast<LinuxWebView>(std::move(webView));
   gtk_container_add(GTK_CONTAINER(overlay_.gobj()), webView_->widget());
   gtk_widget_show(webView_->widget());
+  updateContentFocus();
   matchBackgroundToTheme();
 }
 
@@ -155,7 +156,28 @@ void LinuxMainWindow::forceToFront() {
 }
 
 void LinuxMainWindow::focusContent() {
-  if (webView_) gtk_widget_grab_focus(webView_->widget());
+  if (!covers_.empty()) {
+    covers_.back()->grab_focus();
+  } else if (webView_) {
+    gtk_widget_grab_focus(webView_->widget());
+  }
+}
+
+void LinuxMainWindow::coverContent(Gtk::Widget& focus) {
+  covers_.push_back(&focus);
+  focusContent();
+  updateContentFocus();
+}
+
+void LinuxMainWindow::uncoverContent(Gtk::Widget& focus) {
+  std::erase(covers_, &focus);
+  updateContentFocus();
+  focusContent();
+}
+
+// A page that cannot have the focus is left out by Tab, and cannot take the focus by itself.
+void LinuxMainWindow::updateContentFocus() {
+  if (webView_) gtk_widget_set_can_focus(webView_->widget(), covers_.empty() ? TRUE : FALSE);
 }
 
 }  // namespace navora

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <gtkmm/box.h>
 #include <gtkmm/overlay.h>
@@ -40,7 +41,12 @@ class LinuxMainWindow final : public MainWindow {
   bool isVisible() const { return window_.get_visible(); }
   // Raises and focuses the window if it is visible, overriding focus stealing prevention.
   void forceToFront();
+  // Gives the keyboard to the content or, while the content is covered, to the topmost cover.
   void focusContent();
+  // Keep the keyboard from the content while something covers it: the content cannot have the
+  // focus, which moves to `focus`, a widget of the cover.
+  void coverContent(Gtk::Widget& focus);
+  void uncoverContent(Gtk::Widget& focus);
   // Redraws the content as a whole. To be called when a widget over it appears, moves or is hidden:
   // the web view paints only its background colour in an exposed part (WebKitGTK up to 2.50).
   void redrawContent() { overlay_.queue_draw(); }
@@ -53,12 +59,15 @@ class LinuxMainWindow final : public MainWindow {
   void sizeChanged();
   void saveSize();
   void matchBackgroundToTheme();
+  void updateContentFocus();
 
   UserDefaults& defaults_;
   ColorScheme& colorScheme_;
   const std::string autosaveName_;
   std::shared_ptr<LinuxWebView> webView_;
   Gtk::Window window_;
+  // What takes the focus instead of the content, the topmost last.
+  std::vector<Gtk::Widget*> covers_;
   Gtk::Box layout_{Gtk::ORIENTATION_VERTICAL};
   Gtk::Overlay overlay_;
   ExposeObserver exposeObserver_{window_, [this] { redrawContent(); }};

@@ -6,6 +6,7 @@
 #include "support/Lifetime.h"
 
 @class NavoraNavigationForwarder;
+@class NavoraPageView;
 @class NavoraScriptMessageForwarder;
 
 namespace navora {
@@ -27,12 +28,15 @@ class MacWebView final : public WebView {
   void evaluateJavaScript(const std::string& script, EvaluationCompletion completion) override;
   void allCookies(CookiesCompletion completion) override;
 
-  WKWebView* _Nonnull nsView() const { return webView_; }
+  NSView* _Nonnull nsView() const;
+  // Keeps the keyboard from the page while something covers it: the view refuses to be the first
+  // responder and is left out by Tab.
+  void setCovered(bool covered);
 
  private:
   NavoraNavigationForwarder* _Nonnull navigationForwarder_;
   NavoraScriptMessageForwarder* _Nonnull messageForwarder_;
-  WKWebView* _Nonnull webView_;
+  NavoraPageView* _Nonnull webView_;
   // WebKit completes pending evaluations while its view is deallocated.
   Lifetime lifetime_;
 };

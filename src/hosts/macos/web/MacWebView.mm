@@ -8,6 +8,27 @@
 #include "hosts/macos/web/NavigationForwarder.h"
 #include "platform/ScriptMessage.h"
 
+// Shows the page. Hiding a covered page instead would tell the page that it is hidden.
+@interface NavoraPageView : WKWebView
+@property(nonatomic) BOOL covered;
+@end
+
+@implementation NavoraPageView
+
+- (BOOL)acceptsFirstResponder {
+  return !self.covered && [super acceptsFirstResponder];
+}
+
+- (BOOL)becomeFirstResponder {
+  return !self.covered && [super becomeFirstResponder];
+}
+
+- (BOOL)canBecomeKeyView {
+  return !self.covered && [super canBecomeKeyView];
+}
+
+@end
+
 // Forwards the page's messages to the core. `handler` may be set to null at any time.
 @interface NavoraScriptMessageForwarder : NSObject <WKScriptMessageHandler>
 @property(nonatomic, nullable) navora::ScriptMessageHandler* handler;
@@ -53,10 +74,11 @@ WKWebViewConfiguration* makeConfiguration(const WebViewConfiguration& descriptio
   return configuration;
 }
 
-WKWebView* makeWebView(const WebViewConfiguration& description,
-                       NavoraScriptMessageForwarder* messages) {
-  WKWebView* webView = [[WKWebView alloc] initWithFrame:NSZeroRect
-                                          configuration:makeConfiguration(description, messages)];
+NavoraPageView* makeWebView(const WebViewConfiguration& description,
+                            NavoraScriptMessageForwarder* messages) {
+  NavoraPageView* webView =
+      [[NavoraPageView alloc] initWithFrame:NSZeroRect
+                              configuration:makeConfiguration(description, messages)];
   webView.allowsBackForwardNavigationGestures = YES;
   webView.customUserAgent = nil;
   return webView;
@@ -113,6 +135,14 @@ MacWebView::~MacWebView() {
   // The content controller retains its message handlers.
   [webView_.configuration.userContentController removeAllScriptMessageHandlers];
   [webView_ removeFromSuperview];
+}
+
+NSView* _Nonnull MacWebView::nsView() const {
+  return webView_;
+}
+
+void MacWebView::setCovered(bool covered) {
+  webView_.covered = covered;
 }
 
 void MacWebView::setNavigationDelegate(NavigationDelegate* _Nullable delegate) {

@@ -12,6 +12,7 @@ class MacMainWindow;
 
 class MacErrorView final : public ErrorView {
  public:
+  // The window must outlive the view.
   MacErrorView(MacMainWindow& window, const ErrorViewDescription& description);
   ~MacErrorView() override;
   MacErrorView(const MacErrorView&) = delete;
@@ -22,6 +23,7 @@ class MacErrorView final : public ErrorView {
   bool isHidden() const override;
 
  private:
+  MacMainWindow& window_;
   NSVisualEffectView* _Nonnull overlay_;
   NSTextField* _Nonnull detail_;
   NavoraErrorViewTarget* _Nonnull target_;

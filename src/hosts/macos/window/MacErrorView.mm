@@ -72,7 +72,8 @@ void addCentred(NSStackView* stack, NSView* overlay) {
 }  // namespace
 
 MacErrorView::MacErrorView(MacMainWindow& window, const ErrorViewDescription& description)
-    : overlay_(makeOverlay()),
+    : window_(window),
+      overlay_(makeOverlay()),
       detail_(makeDetail(description.detail)),
       target_([[NavoraErrorViewTarget alloc] init]) {
   target_->onRetry = description.onRetry;
@@ -91,6 +92,7 @@ MacErrorView::MacErrorView(MacMainWindow& window, const ErrorViewDescription& de
 }
 
 MacErrorView::~MacErrorView() {
+  setHidden(true);
   [overlay_ removeFromSuperview];
 }
 
@@ -98,15 +100,13 @@ void MacErrorView::setDetail(const std::string& text) {
   detail_.stringValue = toNSString(text);
 }
 
-// Makes the window itself the first responder while the overlay is shown, so that Return presses
-// the default button and no key reaches the page below.
 void MacErrorView::setHidden(bool hidden) {
+  if (hidden == isHidden()) return;
   overlay_.hidden = hidden;
-  NSWindow* window = overlay_.window;
-  if (!hidden) {
-    [window makeFirstResponder:nil];
-  } else if (window.firstResponder == window) {
-    [window makeFirstResponder:window.initialFirstResponder];
+  if (hidden) {
+    window_.uncoverContent();
+  } else {
+    window_.coverContent();
   }
 }
 

@@ -25,6 +25,11 @@ class MacMainWindow final : public MainWindow {
   void orderOut() override;
 
   NSWindow* nsWindow() const { return window_; }
+  // Keeps the keyboard from the page while an overlay covers it: the window itself becomes the
+  // first responder, so that Return presses the overlay's default button. The page gets the
+  // keyboard back with the last overlay.
+  void coverContent();
+  void uncoverContent();
   // Adds `view` above the other subviews of the content view and pins it to all four edges.
   void addFilling(NSView* view);
 
@@ -32,6 +37,7 @@ class MacMainWindow final : public MainWindow {
   NSWindow* window_;
   NavoraWindowForwarder* forwarder_;
   std::shared_ptr<WebView> webView_;
+  int covers_ = 0;
 };
 
 }  // namespace navora

@@ -82,6 +82,18 @@ void MacMainWindow::addFilling(NSView* view) {
 }
 
 void MacMainWindow::makeContentViewFirstResponder() {
+  if (covers_ == 0) [window_ makeFirstResponder:window_.initialFirstResponder];
+}
+
+void MacMainWindow::coverContent() {
+  ++covers_;
+  static_cast<MacWebView&>(*webView_).setCovered(true);
+  [window_ makeFirstResponder:nil];
+}
+
+void MacMainWindow::uncoverContent() {
+  if (--covers_ > 0) return;
+  static_cast<MacWebView&>(*webView_).setCovered(false);
   [window_ makeFirstResponder:window_.initialFirstResponder];
 }
 

@@ -31,6 +31,7 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 - (instancetype)init NS_DESIGNATED_INITIALIZER;
 - (nullable instancetype)initWithCoder:(NSCoder*)coder NS_DESIGNATED_INITIALIZER;
 @property(nullable, readonly, strong) NSUndoManager* undoManager;
+@property(readonly) BOOL acceptsFirstResponder;
 - (BOOL)becomeFirstResponder;
 - (BOOL)resignFirstResponder;
 - (void)keyDown:(NSEvent*)event;

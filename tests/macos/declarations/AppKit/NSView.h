@@ -96,6 +96,7 @@ typedef NS_OPTIONS(NSUInteger, NSTrackingAreaOptions) {
 - (void)updateTrackingAreas;
 - (void)layoutSubtreeIfNeeded;
 @property(nullable, readonly, weak) NSWindow* window;
+@property(readonly) BOOL canBecomeKeyView;
 @property(getter=isHidden) BOOL hidden;
 @property BOOL translatesAutoresizingMaskIntoConstraints;
 @property(readonly, strong) NSLayoutXAxisAnchor* leadingAnchor;
