@@ -99,8 +99,11 @@ void NavoraAppDelegate::makeWebView() {
 }
 
 void NavoraAppDelegate::makeNavigation() {
-  navigation_ = std::make_unique<DesktopNavigation>(origin_, platform_.dialogs(),
-                                                    platform_.system(), platform_.workspace());
+  navigation_ = std::make_unique<DesktopNavigation>(
+      origin_, platform_.dialogs(), platform_.system(), platform_.workspace(),
+      [this](const std::filesystem::path& destination) {
+        return platform_.makeFileReplacement(destination);
+      });
   navigation_->window = window_;
   navigation_->onStart = [this] { errorView_->hide(); };
   navigation_->onLoad = [this] { pageDidLoad(); };

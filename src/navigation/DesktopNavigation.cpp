@@ -25,12 +25,16 @@ std::string lastPathComponent(const std::string& path) {
 }  // namespace
 
 DesktopNavigation::DesktopNavigation(Url origin, Dialogs& dialogs, const System& system,
-                                     Workspace& workspace)
-    : origin_(std::move(origin)), dialogs_(dialogs), system_(system), workspace_(workspace) {}
+                                     Workspace& workspace, MakeFileReplacement makeFileReplacement)
+    : origin_(std::move(origin)),
+      dialogs_(dialogs),
+      system_(system),
+      workspace_(workspace),
+      makeFileReplacement_(std::move(makeFileReplacement)) {}
 
 DesktopNavigation::~DesktopNavigation() {
-  for (const auto& download : downloads_)
-    download->setDelegate(nullptr);
+  for (const auto& active : downloads_)
+    active.download->setDelegate(nullptr);
 }
 
 NavigationPolicy DesktopNavigation::decidePolicyForAction(WebView& webView,
@@ -101,7 +105,7 @@ void DesktopNavigation::webContentProcessDidTerminate() {
 
 void DesktopNavigation::navigationDidBecomeDownload(std::shared_ptr<Download> download) {
   download->setDelegate(this);
-  downloads_.push_back(std::move(download));
+  downloads_.push_back({nullptr, std::nullopt, std::move(download)});
 }
 
 void DesktopNavigation::runAlertPanel(const std::string& message, const FrameInfo& initiatedBy,
@@ -142,11 +146,26 @@ void DesktopNavigation::runOpenPanel(const OpenPanelParameters& parameters,
   dialogs_.beginOpenPanel(*parent, parameters, std::move(completion));
 }
 
-void DesktopNavigation::decideDestination(Download&, const std::string& suggestedFilename,
+void DesktopNavigation::decideDestination(Download& download, const std::optional<Url>& responseUrl,
+                                          const std::string& suggestedFilename,
                                           DestinationCompletion completion) {
+  // Not every engine asks about every redirect.
+  if (!isOfOrigin(responseUrl)) {
+    refuse(responseUrl, "the download's response is not from the service");
+    return completion(std::nullopt);
+  }
   const auto parent = window.lock();
-  if (!parent) return completion(std::nullopt);
-  dialogs_.beginSavePanel(*parent, lastPathComponent(suggestedFilename), std::move(completion));
+  const auto* asking = find(&download);
+  if (!parent || !asking) return completion(std::nullopt);
+  dialogs_.beginSavePanel(
+      *parent, lastPathComponent(suggestedFilename),
+      lifetime_.guard(
+          [this, held = std::weak_ptr(asking->download),
+           completion = std::move(completion)](const std::optional<std::filesystem::path>& chosen) {
+            // The download may have failed while the panel was open.
+            auto* active = find(held.lock().get());
+            completion(active && chosen ? prepareFile(*active, *chosen) : std::nullopt);
+          }));
 }
 
 bool DesktopNavigation::allowsRedirect(Download&, const std::optional<Url>& url) {
@@ -154,14 +173,21 @@ bool DesktopNavigation::allowsRedirect(Download&, const std::optional<Url>& url)
 }
 
 void DesktopNavigation::downloadDidFinish(Download& download) {
-  forget(download);
+  const auto* active = find(&download);
+  if (!active || !active->file) return forget(download);
+  active->file->putInPlace(
+      lifetime_.guard([this, held = active->download](const std::optional<PlatformError>& error) {
+        forget(*held);
+        if (error) showFailure(*error);
+      }));
 }
 
 void DesktopNavigation::downloadDidFail(Download& download, const PlatformError& error) {
+  const auto* active = find(&download);
+  const PlatformError shown = active && active->failure ? *active->failure : error;
   forget(download);
   // Also shown for cancelled downloads, because the user may be waiting for the file.
-  dialogs_.runAlert({L("Не удалось скачать файл"), error.localizedDescription, {}, std::nullopt},
-                    [](const AlertResult&) {});
+  showFailure(shown);
 }
 
 NavigationPolicy DesktopNavigation::refuse(const std::optional<Url>& url,
@@ -188,8 +214,31 @@ bool DesktopNavigation::mayAsk(const FrameInfo& frame, std::string_view question
   return false;
 }
 
+DesktopNavigation::ActiveDownload* DesktopNavigation::find(const Download* download) {
+  const auto found = std::ranges::find_if(
+      downloads_, [&](const auto& active) { return active.download.get() == download; });
+  return found == downloads_.end() ? nullptr : &*found;
+}
+
+// Returns the file that the download is to write, or nullopt if it cannot be made.
+std::optional<std::filesystem::path> DesktopNavigation::prepareFile(
+    ActiveDownload& active, const std::filesystem::path& destination) {
+  auto replacement = makeFileReplacement_(destination);
+  if (!replacement) {
+    active.failure = replacement.error();
+    return std::nullopt;
+  }
+  active.file = *std::move(replacement);
+  return active.file->file();
+}
+
 void DesktopNavigation::forget(const Download& download) {
-  std::erase_if(downloads_, [&](const auto& candidate) { return candidate.get() == &download; });
+  std::erase_if(downloads_, [&](const auto& active) { return active.download.get() == &download; });
+}
+
+void DesktopNavigation::showFailure(const PlatformError& error) {
+  dialogs_.runAlert({L("Не удалось скачать файл"), error.localizedDescription, {}, std::nullopt},
+                    [](const AlertResult&) {});
 }
 
 }  // namespace navora

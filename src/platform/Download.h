@@ -15,18 +15,21 @@ class Download;
 // Makes a download's decisions and receives its result. Called on the main thread.
 class DownloadDelegate {
  public:
-  // Takes the file to write, or nullopt to cancel the download. Called at most once, possibly
-  // later.
+  // Takes the file to write, which does not exist, or nullopt to cancel the download. Called at
+  // most once, possibly later.
   using DestinationCompletion = std::function<void(std::optional<std::filesystem::path>)>;
 
   virtual ~DownloadDelegate() = default;
 
-  virtual void decideDestination(Download& download, const std::string& suggestedFilename,
+  // `responseUrl` is where the file comes from, after all redirects.
+  virtual void decideDestination(Download& download, const std::optional<Url>& responseUrl,
+                                 const std::string& suggestedFilename,
                                  DestinationCompletion completion) = 0;
   // Returns whether a redirect to `url` may be followed; a refused redirect fails the download.
   virtual bool allowsRedirect(Download& download, const std::optional<Url>& url) = 0;
 
-  // Exactly one of these is called for each download; a cancelled download fails.
+  // Exactly one of these is called for each download; a cancelled download fails, and so does one
+  // that is shorter than the server has announced. The file is closed by then.
   virtual void downloadDidFinish(Download& download) = 0;
   virtual void downloadDidFail(Download& download, const PlatformError& error) = 0;
 };

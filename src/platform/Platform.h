@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <string>
 
@@ -8,6 +9,7 @@
 #include "platform/CapturePanelView.h"
 #include "platform/Dialogs.h"
 #include "platform/ErrorView.h"
+#include "platform/FileReplacement.h"
 #include "platform/HotKeys.h"
 #include "platform/HttpSession.h"
 #include "platform/Image.h"
@@ -23,6 +25,7 @@
 #include "platform/UserDefaults.h"
 #include "platform/WebView.h"
 #include "platform/Workspace.h"
+#include "support/Expected.h"
 
 namespace navora {
 
@@ -75,6 +78,9 @@ class Platform {
   virtual std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) = 0;
   virtual std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) = 0;
+  // Fails if no file can be written beside `destination`.
+  virtual Expected<std::unique_ptr<FileReplacement>, PlatformError> makeFileReplacement(
+      const std::filesystem::path& destination) = 0;
 };
 
 }  // namespace navora

@@ -15,10 +15,11 @@ FakeDownload::~FakeDownload() {
   log_.record((ended_ ? "download.release " : "download.cancel ") + name_);
 }
 
-void FakeDownload::askDestination(const std::string& suggestedFilename) {
+void FakeDownload::askDestination(const std::string& suggestedFilename,
+                                  const std::optional<Url>& responseUrl) {
   if (!delegate_) return fail(cancelled);
   delegate_->decideDestination(
-      *this, suggestedFilename,
+      *this, responseUrl, suggestedFilename,
       lifetime_.guard([this](std::optional<std::filesystem::path> destination) {
         destination_ = std::move(destination);
         if (!destination_) fail(cancelled);

@@ -18,12 +18,14 @@ class FakeDownload final : public Download {
   FakeDownload(const FakeDownload&) = delete;
   FakeDownload& operator=(const FakeDownload&) = delete;
 
-  // The chosen file; nullopt until it is chosen.
+  // The file to write; nullopt until the destination is chosen.
   const std::optional<std::filesystem::path>& destination() const { return destination_; }
   DownloadDelegate* delegate() const { return delegate_; }
 
   // Asks the delegate for the destination; without one the download fails as cancelled.
-  void askDestination(const std::string& suggestedFilename);
+  void askDestination(
+      const std::string& suggestedFilename,
+      const std::optional<Url>& responseUrl = Url::parse("https://navora.example/file"));
   // Acts as a redirect by the server, which fails the download if refused. Returns whether the
   // download continues.
   bool redirect(const std::optional<Url>& url);

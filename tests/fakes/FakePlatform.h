@@ -10,6 +10,7 @@
 #include "fakes/FakeCapturePanelView.h"
 #include "fakes/FakeDialogs.h"
 #include "fakes/FakeErrorView.h"
+#include "fakes/FakeFileReplacement.h"
 #include "fakes/FakeHotKeys.h"
 #include "fakes/FakeHttpSession.h"
 #include "fakes/FakeImaging.h"
@@ -46,6 +47,7 @@ class FakePlatform final : public Platform {
   FakeHttpSession::Network& network() { return *network_; }
   FakeUpdateBannerView::Screen& updateBanner() { return updateBanner_; }
   FakeUpdater::Session& updater() { return updater_; }
+  FakeDisk& disk() { return disk_; }
 
   FakeApplication& application() override { return application_; }
   FakeBackgroundQueue& backgroundQueue() override { return backgroundQueue_; }
@@ -75,6 +77,10 @@ class FakePlatform final : public Platform {
   std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
+  Expected<std::unique_ptr<FileReplacement>, PlatformError> makeFileReplacement(
+      const std::filesystem::path& destination) override {
+    return disk_.replace(destination);
+  }
 
  private:
   EventLog log_;
@@ -92,6 +98,7 @@ class FakePlatform final : public Platform {
   FakeCapturePanelView::Desktop captureDesktop_;
   FakeUpdateBannerView::Screen updateBanner_;
   FakeUpdater::Session updater_{log_};
+  FakeDisk disk_{log_};
   FakeStatusItem* statusItem_ = nullptr;
   std::map<std::string, std::shared_ptr<FakePrivateFile::Disk>> disks_;
   std::shared_ptr<FakeHttpSession::Network> network_ = std::make_shared<FakeHttpSession::Network>();

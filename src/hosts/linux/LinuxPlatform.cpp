@@ -10,6 +10,7 @@
 #include "hosts/linux/capture/LinuxCapturePanel.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
 #include "hosts/linux/updates/LinuxUpdater.h"
+#include "hosts/linux/web/LinuxFileReplacement.h"
 #include "hosts/linux/web/LinuxWebView.h"
 #include "hosts/linux/window/ApplicationIcon.h"
 #include "hosts/linux/window/LinuxErrorView.h"
@@ -87,6 +88,11 @@ std::unique_ptr<PrivateFile> LinuxPlatform::makePrivateFile(const std::string& n
 std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(
     const HttpSessionConfiguration& configuration) {
   return std::make_unique<LinuxHttpSession>(configuration, mainQueue_);
+}
+
+Expected<std::unique_ptr<FileReplacement>, PlatformError> LinuxPlatform::makeFileReplacement(
+    const std::filesystem::path& destination) {
+  return LinuxFileReplacement::make(destination, mainQueue_);
 }
 
 }  // namespace navora

@@ -54,6 +54,8 @@ class LinuxPlatform final : public Platform {
   std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
+  Expected<std::unique_ptr<FileReplacement>, PlatformError> makeFileReplacement(
+      const std::filesystem::path& destination) override;
 
  private:
   // First, because the web engine's processes must not inherit the variables and the descriptor

@@ -48,6 +48,8 @@ class MacPlatform final : public Platform {
   std::unique_ptr<PrivateFile> makePrivateFile(const std::string& name) override;
   std::unique_ptr<HttpSession> makeHttpSession(
       const HttpSessionConfiguration& configuration) override;
+  Expected<std::unique_ptr<FileReplacement>, PlatformError> makeFileReplacement(
+      const std::filesystem::path& destination) override;
 
  private:
   Application& application_;

@@ -10,6 +10,7 @@
 #include "hosts/macos/system/MacHttpSession.h"
 #include "hosts/macos/updates/MacUpdateBanner.h"
 #include "hosts/macos/updates/MacUpdater.h"
+#include "hosts/macos/web/MacFileReplacement.h"
 #include "hosts/macos/web/MacWebView.h"
 #include "hosts/macos/window/MacErrorView.h"
 #include "hosts/macos/window/MacMainWindow.h"
@@ -67,6 +68,11 @@ std::unique_ptr<PrivateFile> MacPlatform::makePrivateFile(const std::string& nam
 std::unique_ptr<HttpSession> MacPlatform::makeHttpSession(
     const HttpSessionConfiguration& configuration) {
   return std::make_unique<MacHttpSession>(configuration);
+}
+
+Expected<std::unique_ptr<FileReplacement>, PlatformError> MacPlatform::makeFileReplacement(
+    const std::filesystem::path& destination) {
+  return MacFileReplacement::make(destination);
 }
 
 }  // namespace navora

@@ -1,3 +1,7 @@
+#include <filesystem>
+#include <map>
+#include <string>
+
 #include <gmock/gmock.h>
 
 #include "unit/navigation/DesktopNavigationTest.h"
@@ -19,6 +23,22 @@ class DesktopNavigationDownloadsTest : public DesktopNavigationTest {
     navigation_->navigationDidBecomeDownload(std::move(download));
     return fake;
   }
+  // Starts a download for which the user has chosen `destination`. It is destroyed if that cannot
+  // be written.
+  FakeDownload& startInto(const std::filesystem::path& destination) {
+    FakeDownload& download = start();
+    dialogs().savePanels.answerAhead(destination);
+    download.askDestination("summary.pdf");
+    log_().take();
+    return download;
+  }
+  void write(FakeDownload& download, const std::string& content) {
+    ASSERT_TRUE(download.destination());
+    disk().files[*download.destination()] = content;
+  }
+  FakeDisk& disk() { return platform_.disk(); }
+
+  using Files = std::map<std::filesystem::path, std::string>;
 
  private:
   EventLog& log_() { return platform_.log(); }
@@ -61,9 +81,98 @@ TEST_F(DesktopNavigationDownloadsTest, AreSavedWhereTheUserChooses) {
   download.askDestination("summary.pdf");
   EXPECT_EQ(download.destination(), std::nullopt);
   dialogs().savePanels.answer("/home/user/other.pdf");
-  EXPECT_EQ(download.destination(), "/home/user/other.pdf");
+  write(download, "the content");
+  download.finish();
+  disk().finishWriting();
+  EXPECT_EQ(disk().files, (Files{{"/home/user/other.pdf", "the content"}}));
   EXPECT_THAT(dialogs().alerts.requests(), IsEmpty());
 }
+
+TEST_F(DesktopNavigationDownloadsTest, ReplaceAFileOnlyWhenTheyAreComplete) {
+  disk().files["/home/user/summary.pdf"] = "the old content";
+  FakeDownload& download = startInto("/home/user/summary.pdf");
+  write(download, "the new content");
+  EXPECT_EQ(disk().files["/home/user/summary.pdf"], "the old content");
+  download.finish();
+  EXPECT_EQ(disk().files["/home/user/summary.pdf"], "the old content");
+  EXPECT_THAT(log().take(), IsEmpty()) << "retained until the file is in place";
+  disk().finishWriting();
+  EXPECT_EQ(disk().files, (Files{{"/home/user/summary.pdf", "the new content"}}));
+  EXPECT_THAT(log().take(), ElementsAre("file.place /home/user/summary.pdf", "download.release a"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, LeaveTheOldFileWhenTheyFail) {
+  disk().files["/home/user/summary.pdf"] = "the old content";
+  FakeDownload& download = startInto("/home/user/summary.pdf");
+  write(download, "the new con");
+  download.fail(connectionLost);
+  EXPECT_EQ(disk().files, (Files{{"/home/user/summary.pdf", "the old content"}}));
+  EXPECT_THAT(log().take(), ElementsAre("download.release a", "file.remove /home/user/summary.pdf",
+                                        "dialogs.alert Не удалось скачать файл"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, LeaveTheOldFileWhenTheNavigationIsDestroyed) {
+  disk().files["/home/user/summary.pdf"] = "the old content";
+  write(startInto("/home/user/summary.pdf"), "the new con");
+  navigation_.reset();
+  EXPECT_EQ(disk().files, (Files{{"/home/user/summary.pdf", "the old content"}}));
+  EXPECT_THAT(log().take(), ElementsAre("download.cancel a", "file.remove /home/user/summary.pdf"));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, ArePutInPlaceEvenIfTheNavigationIsDestroyedMeanwhile) {
+  FakeDownload& download = startInto("/home/user/summary.pdf");
+  write(download, "the content");
+  download.finish();
+  navigation_.reset();
+  EXPECT_EQ(disk().files, (Files{{"/home/user/summary.pdf", "the content"}}));
+  disk().finishWriting();
+  EXPECT_THAT(dialogs().alerts.requests(), IsEmpty());
+}
+
+TEST_F(DesktopNavigationDownloadsTest, AreReportedAsFailedWhenTheyCannotBePutInPlace) {
+  FakeDownload& download = startInto("/home/user/summary.pdf");
+  write(download, "the content");
+  disk().files["/home/user/summary.pdf"] = "another program's";
+  download.finish();
+  disk().finishWriting();
+  EXPECT_EQ(disk().files, (Files{{"/home/user/summary.pdf", "another program's"}}));
+  EXPECT_THAT(dialogs().alerts.requests(),
+              ElementsAre(AlertDescription{
+                  "Не удалось скачать файл", "The file exists", {}, std::nullopt}));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, TellWhyTheChosenFileCannotBeWritten) {
+  disk().refusal = PlatformError{"Disk", 13, "Permission denied"};
+  startInto("/root/summary.pdf");
+  EXPECT_THAT(dialogs().alerts.requests(),
+              ElementsAre(AlertDescription{
+                  "Не удалось скачать файл", "Permission denied", {}, std::nullopt}));
+}
+
+TEST_F(DesktopNavigationDownloadsTest, WriteNothingIfTheyFailWhileTheSavePanelIsOpen) {
+  FakeDownload& download = start();
+  download.askDestination("summary.pdf");
+  download.fail(connectionLost);
+  log().take();
+  dialogs().savePanels.answer("/home/user/summary.pdf");
+  EXPECT_THAT(log().take(), IsEmpty());
+}
+
+class DesktopNavigationForeignResponseTest : public DesktopNavigationDownloadsTest,
+                                             public testing::WithParamInterface<const char*> {};
+
+// The engine may have followed a redirect without asking.
+TEST_P(DesktopNavigationForeignResponseTest, IsNotSaved) {
+  const std::string url = GetParam();
+  start().askDestination("summary.pdf", Url::parse(url));
+  EXPECT_THAT(dialogs().savePanels.requests(), IsEmpty());
+  EXPECT_THAT(log().take(),
+              ElementsAre("download.release a", "dialogs.alert Не удалось скачать файл"));
+}
+
+INSTANTIATE_TEST_SUITE_P(OutOfTheOrigin, DesktopNavigationForeignResponseTest,
+                         testing::Values("https://storage.example/7", "http://navora.example/7",
+                                         "https://navora.example:444/7", ""));
 
 // A cancellation is reported like any other failure.
 TEST_F(DesktopNavigationDownloadsTest, AreReportedAsFailedWhenTheSavePanelIsDismissed) {
@@ -148,8 +257,12 @@ TEST_F(DesktopNavigationDownloadsTest, RunConcurrently) {
   second.askDestination("2.txt");
   dialogs().savePanels.answer("/home/2.txt");
   dialogs().savePanels.answer("/home/1.txt");
-  EXPECT_EQ(first.destination(), "/home/1.txt");
-  EXPECT_EQ(second.destination(), "/home/2.txt");
+  write(first, "one");
+  write(second, "two");
+  second.finish();
+  first.finish();
+  disk().finishWriting();
+  EXPECT_EQ(disk().files, (Files{{"/home/1.txt", "one"}, {"/home/2.txt", "two"}}));
 }
 
 TEST_F(DesktopNavigationDownloadsTest, AreReleasedIndividually) {

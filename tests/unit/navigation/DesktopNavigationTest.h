@@ -36,7 +36,8 @@ class DesktopNavigationTest : public testing::Test {
   std::shared_ptr<MainWindow> window_ = platform_.makeMainWindow({}, windowDelegate_);
   FakeWebView webView_{platform_.log(), {origin_}};
   std::unique_ptr<DesktopNavigation> navigation_ = std::make_unique<DesktopNavigation>(
-      origin_, platform_.dialogs(), platform_.system(), platform_.workspace());
+      origin_, platform_.dialogs(), platform_.system(), platform_.workspace(),
+      [this](const auto& destination) { return platform_.makeFileReplacement(destination); });
 };
 
 }  // namespace navora

@@ -3,11 +3,17 @@
 #include "hosts/linux/system/PlatformErrors.h"
 
 namespace navora {
+namespace {
+
+std::optional<Url> addressOf(WebKitURIResponse* response) {
+  if (response == nullptr) return std::nullopt;
+  return Url::parse(stringFrom(webkit_uri_response_get_uri(response)));
+}
+
+}  // namespace
 
 LinuxDownload::LinuxDownload(WebKitDownload* download)
     : download_(GObjectPtr<WebKitDownload>::retain(download)) {
-  // The file chooser has asked the user for confirmation.
-  webkit_download_set_allow_overwrite(download, TRUE);
   signals_.emplace_back(download, "decide-destination", G_CALLBACK(onDecideDestination), this);
   signals_.emplace_back(download, "failed", G_CALLBACK(onFailed), this);
   signals_.emplace_back(download, "finished", G_CALLBACK(onFinished), this);
@@ -27,7 +33,7 @@ gboolean LinuxDownload::onDecideDestination(WebKitDownload*, const char* suggest
 void LinuxDownload::askForDestination(const std::string& suggestedFilename) {
   if (delegate_ == nullptr) return setDestination(std::nullopt);
   delegate_->decideDestination(
-      *this, suggestedFilename,
+      *this, addressOf(webkit_download_get_response(download_.get())), suggestedFilename,
       [weak = weak_from_this()](const std::optional<std::filesystem::path>& path) {
         if (const auto self = weak.lock()) self->setDestination(path);
       });

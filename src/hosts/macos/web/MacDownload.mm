@@ -15,13 +15,8 @@ namespace {
 
 using Destination = std::optional<std::filesystem::path>;
 
-// Removes a file at the destination, which WebKit would refuse to replace; the user has agreed to
-// replace it in the save panel.
-NSURL* _Nullable prepareDestination(const Destination& destination) {
-  if (!destination) return nil;
-  std::error_code ignored;
-  std::filesystem::remove(*destination, ignored);
-  return navora::toFileURL(*destination);
+NSURL* _Nullable toDestinationURL(const Destination& destination) {
+  return destination ? navora::toFileURL(*destination) : nil;
 }
 
 }  // namespace
@@ -34,11 +29,12 @@ NSURL* _Nullable prepareDestination(const Destination& destination) {
                  completionHandler:(void (^)(NSURL* _Nullable))completionHandler {
   const auto answer =
       navora::onceCallback(std::function<void(Destination)>([=](Destination destination) {
-                             completionHandler(prepareDestination(destination));
+                             completionHandler(toDestinationURL(destination));
                            }),
                            std::nullopt);
   if (self.delegate == nullptr || self.download == nullptr) return;
-  self.delegate->decideDestination(*self.download, navora::toString(suggestedFilename), answer);
+  self.delegate->decideDestination(*self.download, navora::toUrl(response.URL),
+                                   navora::toString(suggestedFilename), answer);
 }
 
 - (void)download:(WKDownload*)download

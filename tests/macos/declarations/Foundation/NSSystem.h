@@ -50,6 +50,29 @@ typedef NSString* NSNotificationName;
 
 FOUNDATION_EXPORT NSNotificationName const NSSystemTimeZoneDidChangeNotification;
 
+// See Apple developer documentation, FileManager.SearchPathDirectory and SearchPathDomainMask.
+typedef NS_ENUM(NSUInteger, NSSearchPathDirectory) {
+  NSApplicationSupportDirectory = 14,
+  NSItemReplacementDirectory = 99,
+};
+typedef NS_OPTIONS(NSUInteger, NSSearchPathDomainMask) {
+  NSUserDomainMask = 1,
+};
+
+@interface NSFileManager : NSObject
+@property(class, readonly, strong) NSFileManager* defaultManager;
+// With NSItemReplacementDirectory and `create` a new folder on the volume of `url`.
+- (nullable NSURL*)URLForDirectory:(NSSearchPathDirectory)directory
+                          inDomain:(NSSearchPathDomainMask)domain
+                 appropriateForURL:(nullable NSURL*)url
+                            create:(BOOL)shouldCreate
+                             error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)moveItemAtURL:(NSURL*)srcURL
+                toURL:(NSURL*)dstURL
+                error:(NSError* _Nullable* _Nullable)error;
+- (BOOL)removeItemAtURL:(NSURL*)URL error:(NSError* _Nullable* _Nullable)error;
+@end
+
 @interface NSBundle : NSObject
 @property(class, readonly, strong) NSBundle* mainBundle;
 - (nullable NSURL*)URLForResource:(nullable NSString*)name
@@ -57,12 +80,6 @@ FOUNDATION_EXPORT NSNotificationName const NSSystemTimeZoneDidChangeNotification
 - (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 @end
 
-typedef NS_ENUM(NSUInteger, NSSearchPathDirectory) {
-  NSApplicationSupportDirectory = 14,
-};
-typedef NS_OPTIONS(NSUInteger, NSSearchPathDomainMask) {
-  NSUserDomainMask = 1,
-};
 FOUNDATION_EXPORT NSArray<NSString*>* NSSearchPathForDirectoriesInDomains(
     NSSearchPathDirectory directory, NSSearchPathDomainMask domainMask, BOOL expandTilde);
 

@@ -39,6 +39,7 @@ typedef NSString* NSErrorUserInfoKey;
 @property(readonly, copy) NSString* localizedDescription;
 @end
 
+FOUNDATION_EXPORT NSErrorDomain const NSPOSIXErrorDomain;
 FOUNDATION_EXPORT NSErrorDomain const NSURLErrorDomain;
 enum : NSInteger {
   NSURLErrorUnsupportedURL = -1002,

@@ -1,0 +1,241 @@
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include "fakes/FakeFileReplacement.h"
+#include "hosts/linux/system/LinuxMainQueue.h"
+#include "hosts/linux/web/LinuxFileReplacement.h"
+#include "linux/support/MainLoop.h"
+#include "tests/support/Files.h"
+
+namespace navora {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using MadeReplacement = Expected<std::unique_ptr<FileReplacement>, PlatformError>;
+
+// Tests the contract of FileReplacement with the fake and the Linux implementation.
+class DiskInMemory {
+ public:
+  MadeReplacement replace(const std::filesystem::path& destination) {
+    return disk_.replace(destination);
+  }
+  std::filesystem::path path(const std::string& name) { return "/folder/" + name; }
+  void write(const std::filesystem::path& path, const std::string& content) {
+    disk_.files[path] = content;
+  }
+  std::string read(const std::filesystem::path& path) {
+    const auto found = disk_.files.find(path);
+    return found == disk_.files.end() ? std::string() : found->second;
+  }
+  std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const auto& [path, content] : disk_.files)
+      all.push_back(path.filename().string());
+    return all;
+  }
+  void turn() { disk_.finishWriting(); }
+  std::filesystem::path unwritable() {
+    disk_.refusal = PlatformError{"Disk", 13, "Permission denied"};
+    return "/elsewhere/file";
+  }
+
+ private:
+  EventLog log_;
+  FakeDisk disk_{log_};
+};
+
+class RealDisk {
+ public:
+  MadeReplacement replace(const std::filesystem::path& destination) {
+    return LinuxFileReplacement::make(destination, mainQueue_);
+  }
+  std::filesystem::path path(const std::string& name) { return folder_.path() / name; }
+  void write(const std::filesystem::path& path, const std::string& content) {
+    writeFile(path, content);
+  }
+  std::string read(const std::filesystem::path& path) { return readFile(path); }
+  std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path()))
+      all.push_back(entry.path().filename().string());
+    return all;
+  }
+  void turn() {}
+  std::filesystem::path unwritable() { return folder_.path() / "missing" / "file"; }
+
+ private:
+  LinuxMainQueue mainQueue_;
+  TemporaryDirectory folder_;
+};
+
+template <typename Disk>
+class FileReplacementContractTest : public testing::Test {
+ protected:
+  std::unique_ptr<FileReplacement> replacing(const std::string& name) {
+    auto made = disk_.replace(disk_.path(name));
+    if (!made) ADD_FAILURE() << made.error().localizedDescription;
+    return made ? *std::move(made) : nullptr;
+  }
+  // Puts the file in place and returns the failure.
+  std::optional<PlatformError> put(FileReplacement& replacement) {
+    std::optional<std::optional<PlatformError>> result;
+    replacement.putInPlace([&](std::optional<PlatformError> error) { result = std::move(error); });
+    EXPECT_FALSE(result) << "before the function returned";
+    EXPECT_TRUE(waitUntil([&] {
+      disk_.turn();
+      return result.has_value();
+    }));
+    return result.value_or(std::nullopt);
+  }
+
+  Disk disk_;
+};
+
+using Disks = testing::Types<DiskInMemory, RealDisk>;
+TYPED_TEST_SUITE(FileReplacementContractTest, Disks);
+
+TYPED_TEST(FileReplacementContractTest, WritesANewFile) {
+  auto replacement = this->replacing("file");
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "");
+  this->disk_.write(replacement->file(), "new");
+  EXPECT_EQ(this->put(*replacement), std::nullopt);
+  replacement.reset();
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "new");
+  EXPECT_THAT(this->disk_.names(), ElementsAre("file"));
+}
+
+TYPED_TEST(FileReplacementContractTest, KeepsTheOldFileUntilTheNewOneIsPutInPlace) {
+  this->disk_.write(this->disk_.path("file"), "old");
+  auto replacement = this->replacing("file");
+  this->disk_.write(replacement->file(), "new");
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "old");
+  EXPECT_EQ(this->put(*replacement), std::nullopt);
+  replacement.reset();
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "new");
+  EXPECT_THAT(this->disk_.names(), ElementsAre("file"));
+}
+
+TYPED_TEST(FileReplacementContractTest, LeavesTheOldFileIfItIsDestroyed) {
+  this->disk_.write(this->disk_.path("file"), "old");
+  auto replacement = this->replacing("file");
+  this->disk_.write(replacement->file(), "new");
+  replacement.reset();
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "old");
+  EXPECT_THAT(this->disk_.names(), ElementsAre("file"));
+}
+
+TYPED_TEST(FileReplacementContractTest, LeavesNothingIfItIsDestroyedUnused) {
+  this->replacing("file").reset();
+  EXPECT_THAT(this->disk_.names(), IsEmpty());
+}
+
+TYPED_TEST(FileReplacementContractTest, EndsPuttingInPlaceWhenItIsDestroyed) {
+  this->disk_.write(this->disk_.path("file"), "old");
+  auto replacement = this->replacing("file");
+  this->disk_.write(replacement->file(), "new");
+  bool completed = false;
+  replacement->putInPlace([&](const auto&) { completed = true; });
+  replacement.reset();
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "new");
+  EXPECT_THAT(this->disk_.names(), ElementsAre("file"));
+  this->disk_.turn();
+  runPendingEvents();
+  EXPECT_FALSE(completed);
+}
+
+TYPED_TEST(FileReplacementContractTest, ReplacesNoFileThatAppearedMeanwhile) {
+  auto replacement = this->replacing("file");
+  this->disk_.write(replacement->file(), "new");
+  this->disk_.write(this->disk_.path("file"), "another program's");
+  const auto error = this->put(*replacement);
+  ASSERT_TRUE(error);
+  EXPECT_FALSE(error->localizedDescription.empty());
+  replacement.reset();
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "another program's");
+  EXPECT_THAT(this->disk_.names(), ElementsAre("file"));
+}
+
+TYPED_TEST(FileReplacementContractTest, FailsIfNothingWasWritten) {
+  this->disk_.write(this->disk_.path("file"), "old");
+  auto replacement = this->replacing("file");
+  const auto error = this->put(*replacement);
+  ASSERT_TRUE(error);
+  EXPECT_FALSE(error->localizedDescription.empty());
+  EXPECT_EQ(this->disk_.read(this->disk_.path("file")), "old");
+}
+
+TYPED_TEST(FileReplacementContractTest, CanBeDestroyedByItsCompletion) {
+  auto replacement = this->replacing("file");
+  this->disk_.write(replacement->file(), "new");
+  replacement->putInPlace([&](const auto&) { replacement.reset(); });
+  EXPECT_TRUE(waitUntil([&] {
+    this->disk_.turn();
+    return replacement == nullptr;
+  }));
+  EXPECT_THAT(this->disk_.names(), ElementsAre("file"));
+}
+
+TYPED_TEST(FileReplacementContractTest, SeveralHaveFilesOfTheirOwn) {
+  const auto one = this->replacing("file");
+  const auto two = this->replacing("file");
+  EXPECT_NE(one->file(), two->file());
+}
+
+TYPED_TEST(FileReplacementContractTest, IsNotMadeWhereNothingCanBeWritten) {
+  const auto made = this->disk_.replace(this->disk_.unwritable());
+  ASSERT_FALSE(made);
+  EXPECT_FALSE(made.error().localizedDescription.empty());
+}
+
+mode_t modeOf(const std::filesystem::path& path) {
+  struct stat status{};
+  EXPECT_EQ(::lstat(path.c_str(), &status), 0) << path;
+  return status.st_mode & 07777;
+}
+
+class LinuxFileReplacementTest : public FileReplacementContractTest<RealDisk> {};
+
+TEST_F(LinuxFileReplacementTest, LetsOnlyTheUserReadWhatIsNotInPlace) {
+  const auto replacement = replacing("file");
+  EXPECT_EQ(modeOf(replacement->file().parent_path()), 0700U);
+  EXPECT_THAT(disk_.names(), ElementsAre(testing::MatchesRegex("\\.navora-download-......")));
+}
+
+TEST_F(LinuxFileReplacementTest, LeavesTheModeThatTheFileWasMadeWith) {
+  disk_.write(disk_.path("file"), "old");
+  std::filesystem::permissions(disk_.path("file"), std::filesystem::perms::owner_read);
+  const auto replacement = replacing("file");
+  writeFile(replacement->file(), "new", 0644);
+  EXPECT_EQ(put(*replacement), std::nullopt);
+  EXPECT_EQ(modeOf(disk_.path("file")), 0644U);
+}
+
+TEST_F(LinuxFileReplacementTest, ReplacesTheFileThatALinkLeadsTo) {
+  std::filesystem::create_directory(disk_.path("folder"));
+  disk_.write(disk_.path("folder") / "file", "old");
+  std::filesystem::create_symlink("folder/file", disk_.path("link"));
+  const auto replacement = replacing("link");
+  disk_.write(replacement->file(), "new");
+  EXPECT_EQ(put(*replacement), std::nullopt);
+  EXPECT_TRUE(std::filesystem::is_symlink(disk_.path("link")));
+  EXPECT_EQ(disk_.read(disk_.path("folder") / "file"), "new");
+}
+
+TEST_F(LinuxFileReplacementTest, DeletesWhatTheEngineWroteBesideIt) {
+  auto replacement = replacing("file");
+  disk_.write(replacement->file(), "");
+  disk_.write(replacement->file().string() + ".wkdownload", "half");
+  replacement.reset();
+  EXPECT_THAT(disk_.names(), IsEmpty());
+}
+
+}  // namespace
+}  // namespace navora
