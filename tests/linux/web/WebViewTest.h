@@ -44,12 +44,16 @@ class RecordedNavigation final : public NavigationDelegate {
   void didFinishNavigation() override { ++finished; }
   void didFailNavigation(const PlatformError& error) override { failures.push_back(error); }
   void webContentProcessDidTerminate() override { ++terminated; }
-  void navigationDidBecomeDownload(std::shared_ptr<Download>) override {}
+  void navigationDidBecomeDownload(std::shared_ptr<Download> download) override {
+    if (onDownload) onDownload(std::move(download));
+  }
 
   // Returns the last action to `url`, or null.
   const NavigationAction* actionTo(const Url& url) const;
 
   std::function<NavigationPolicy(const NavigationAction&)> decide;
+  // Without it downloads are cancelled.
+  std::function<void(std::shared_ptr<Download>)> onDownload;
   std::vector<NavigationAction> actions;
   std::vector<NavigationResponse> responses;
   std::vector<PlatformError> failures;

@@ -27,6 +27,8 @@ class LinuxDownload final : public Download, public std::enable_shared_from_this
 
   void askForDestination(const std::string& suggestedFilename);
   void setDestination(const std::optional<std::filesystem::path>& path);
+  bool isTruncated() const;
+  void fail(const PlatformError& error);
 
   GObjectPtr<WebKitDownload> download_;
   DownloadDelegate* delegate_ = nullptr;

@@ -1,5 +1,6 @@
 #include "hosts/linux/web/TruncatedPageCheck.h"
 
+#include <cerrno>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -36,10 +37,14 @@ void onEvaluated(GObject* view, GAsyncResult* result, gpointer data) {
   const double received = jsc_value_to_double(value.get());
   // The size is 0 for a page from the cache.
   if (received <= 0 || received >= check->contentLength) return;
-  check->report({"Navora", connectionLostCode, "The connection was lost"});
+  check->report(connectionLost());
 }
 
 }  // namespace
+
+PlatformError connectionLost() {
+  return {"Navora", connectionLostCode, g_strerror(ECONNRESET)};
+}
 
 void TruncatedPageCheck::check(WebKitWebView* view, Report report) {
   cancel();

@@ -9,6 +9,9 @@
 
 namespace navora {
 
+// The error of a transfer that ended before all announced bytes had arrived.
+PlatformError connectionLost();
+
 // Detects a page that was truncated by a broken connection. WebKitGTK (2.50) reports a page with
 // fewer bytes than its Content-Length as finished. Remove this class when the engine reports such a
 // load as failed.
