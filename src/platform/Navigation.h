@@ -34,7 +34,8 @@ struct NavigationAction {
   FrameInfo sourceFrame;
   // Nullopt if the page requests a new window.
   std::optional<FrameInfo> targetFrame;
-  // The link has the `download` attribute.
+  // The engine asks whether to download the link, because it has the `download` attribute. False
+  // where the engine downloads an allowed link by itself.
   bool shouldPerformDownload = false;
   // The platform's request; null only where no web view is involved.
   std::shared_ptr<const PlatformRequest> request;

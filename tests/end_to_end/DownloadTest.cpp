@@ -74,6 +74,50 @@ TEST_F(DownloadTest, RefusesARedirectToAForeignHostAndReportsIt) {
   EXPECT_TRUE(foreign().requests().empty());
 }
 
+// Downloads that a link announces but the engine does not take for its own: it would follow their
+// redirects.
+class AnnouncedDownloadTest : public DownloadTest {
+ protected:
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.environment = {{"NAVORA_DEBUG", "navigation"}}};
+  }
+  void SetUp() override {
+    DownloadTest::SetUp();
+    serviceClient().addFault("GET", "/file", {{"redirect", foreign().url("/stored.zip")}});
+  }
+
+  void expectRefusedRedirect() {
+    const std::string line = "Refused " + foreign().url("/stored.zip") + ":";
+    waitUntil([&] { return application().errorText().find(line) != std::string::npos; },
+              "the redirect is refused");
+    EXPECT_EQ(describe(foreign().requests()), "");
+    EXPECT_FALSE(hasWidget("file chooser"));
+  }
+};
+
+TEST_F(AnnouncedDownloadTest, OfASandboxedFrameFollowsNoRedirectToAForeignHost) {
+  page().frame("#inner", "inner").click("#download");
+  expectRefusedRedirect();
+}
+
+TEST_F(AnnouncedDownloadTest, OfADrawingFollowsNoRedirectToAForeignHost) {
+  page().click("#drawn");
+  expectRefusedRedirect();
+}
+
+TEST_F(AnnouncedDownloadTest, OpenedFromTheContextMenuFollowsNoRedirectToAForeignHost) {
+  page().click("#download", MouseButton::right);
+  widget("menu item", "Open Link").press();
+  expectRefusedRedirect();
+}
+
+TEST_F(DownloadTest, SavesADownloadLinkOfASandboxedFrame) {
+  serveFile("inline");
+  page().frame("#inner", "inner").click("#download");
+  saveAs(target());
+  waitUntil([&] { return readFile(target()) == "the content"; }, "the file is saved");
+}
+
 TEST_F(DownloadTest, FollowsARedirectWithinTheOrigin) {
   serviceClient().addFault("GET", "/file", {{"redirect", "/other"}});
   serviceClient().addFault(

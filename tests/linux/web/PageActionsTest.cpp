@@ -33,8 +33,7 @@ class PageActionsTest : public testing::Test {
 };
 
 TEST_F(PageActionsTest, AnActionMatchesItsUrlOnce) {
-  PageAction link = action(Kind::link, "https://navora.example/a");
-  link.download = true;
+  const PageAction link = action(Kind::link, "https://navora.example/a");
   actions_.add(link);
   EXPECT_EQ(actions_.takeNavigation(url("https://navora.example/a")), link);
   EXPECT_EQ(actions_.takeNavigation(url("https://navora.example/a")), std::nullopt);

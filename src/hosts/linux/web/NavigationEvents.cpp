@@ -102,13 +102,13 @@ NavigationPolicy NavigationEvents::decideAction(WebKitNavigationAction* action, 
   const auto pageAction =
       description.url ? actions_.takeNavigation(*description.url) : std::nullopt;
   description.type = typeOf(action, pageAction);
-  if (pageAction) {
-    description.sourceFrame = pageAction->frame;
-    description.shouldPerformDownload = pageAction->download;
-  }
+  if (pageAction) description.sourceFrame = pageAction->frame;
   // WebKitGTK does not say which frame is the target, only that there is one.
   if (!newWindow) description.targetFrame = FrameInfo{};
   description.request = std::make_shared<LinuxRequest>(request);
+  // `shouldPerformDownload` stays false. The engine itself makes a download of an allowed link that
+  // has the attribute, and then refuses redirects to other origins. A download that the application
+  // asked for, of a link whose attribute the engine ignores, would follow them.
   return delegate_->decidePolicyForAction(owner_, description);
 }
 

@@ -20,7 +20,6 @@ struct PageAction {
   FrameInfo frame;
   // The target; std::nullopt for file choosers.
   std::optional<Url> url;
-  bool download = false;
   bool directories = false;
 
   bool operator==(const PageAction&) const = default;

@@ -75,7 +75,6 @@ std::optional<PageAction> actionFrom(const Json& fact, const FrameInfo& frame) {
   const auto kind = kindOf(fact);
   if (!kind) return std::nullopt;
   return PageAction{*kind, frame, urlMember(fact, "href"),
-                    boolMember(fact, "download").value_or(false),
                     boolMember(fact, "directories").value_or(false)};
 }
 

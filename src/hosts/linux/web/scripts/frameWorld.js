@@ -19,7 +19,7 @@
     const link = linkOf(event);
     if (!link) return false;
     try {
-      report({kind, href: hrefOf(link), download: link.hasAttribute('download')});
+      report({kind, href: hrefOf(link)});
     } catch {
       // An SVG link whose href is not a URL is not followed.
     }
