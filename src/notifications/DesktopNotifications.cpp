@@ -16,6 +16,10 @@ constexpr const char* captureIdentifier = "navora-quick-capture";
 // No page has this address: it says that the notification belongs to the capture panel.
 constexpr std::string_view captureUrl = "navora:quick-capture";
 
+bool isUnreachable(const PlatformError& error) {
+  return error.code == PlatformError::timedOutCode || error.code == PlatformError::unavailableCode;
+}
+
 std::string stateScript(AuthorizationStatus status, bool enabled) {
   const Json state{{"authorized", status == AuthorizationStatus::authorized},
                    {"enabled", enabled},
@@ -137,17 +141,21 @@ Task<std::optional<NotificationSelection>> DesktopNotifications::select(
 Task<> DesktopNotifications::deliver(NotificationSelection selection) {
   const AuthorizationStatus status = co_await authorizationStatus();
   if (status != AuthorizationStatus::authorized) debug("The desktop has not granted permission");
+  bool mayShow = status == AuthorizationStatus::authorized;
   for (NotificationSelection::Item& item : selection.items) {
     if (!item.content) {
       delivery_.ignore(item.id);
-    } else if (status == AuthorizationStatus::authorized) {
+    } else if (mayShow) {
       const DesktopNotificationDelivery::Enqueue enqueue = [&](auto done) {
         debug("Showing item " + item.id);
         center_.add(userNotification(item.id, *std::move(item.content)), std::move(done));
       };
       // A notification that the desktop did not accept is offered again by the next poll.
       const auto error = co_await delivery_.deliver(item.id, enqueue);
-      if (error) debug("The desktop rejected item " + item.id + ": " + error->localizedDescription);
+      if (!error) continue;
+      debug("The desktop rejected item " + item.id + ": " + error->localizedDescription);
+      // Waiting for each of the others in turn would hold up later polls.
+      mayShow = !isUnreachable(*error);
     }
   }
 }

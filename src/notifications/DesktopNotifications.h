@@ -61,7 +61,8 @@ class DesktopNotifications final : public NotificationCenterDelegate {
 
   // Starts polling, unless the user has disabled notifications.
   void start();
-  // Stops polling and cancels a poll in progress. No notification is shown after it returns.
+  // Stops polling and cancels a poll in progress. At most the notification that is being handed to
+  // the desktop still appears.
   void stop();
   // Publishes the authorization to the page and polls at once.
   void refresh();

@@ -31,6 +31,14 @@ TEST(PlatformErrorsTest, ATimedOutLoadHasTheCodeOfTheCore) {
   EXPECT_EQ(errorFrom(G_IO_ERROR, G_IO_ERROR_TIMED_OUT, "").code, PlatformError::timedOutCode);
 }
 
+TEST(PlatformErrorsTest, AServiceThatCannotBeStartedHasTheCodeOfTheCore) {
+  for (const int code : {G_DBUS_ERROR_SERVICE_UNKNOWN, G_DBUS_ERROR_SPAWN_CHILD_EXITED,
+                         G_DBUS_ERROR_SPAWN_SERVICE_NOT_FOUND}) {
+    EXPECT_EQ(errorFrom(G_DBUS_ERROR, code, "").code, PlatformError::unavailableCode) << code;
+  }
+  EXPECT_EQ(errorFrom(G_DBUS_ERROR, G_DBUS_ERROR_INVALID_ARGS, "").code, G_DBUS_ERROR_INVALID_ARGS);
+}
+
 TEST(PlatformErrorsTest, TheSameCodesInOtherDomainsAreKept) {
   EXPECT_EQ(errorFrom(G_FILE_ERROR, G_IO_ERROR_CANCELLED, "").code, G_IO_ERROR_CANCELLED);
   EXPECT_EQ(errorFrom(WEBKIT_POLICY_ERROR, WEBKIT_POLICY_ERROR_CANNOT_SHOW_URI, "").code,

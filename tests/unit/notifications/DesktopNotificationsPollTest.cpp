@@ -82,6 +82,25 @@ TEST_F(DesktopNotificationsPollTest, RetriesAnItemThatTheDesktopRejected) {
   EXPECT_THAT(shown(), ElementsAre("navora-a", "navora-b", "navora-a"));
 }
 
+TEST_F(DesktopNotificationsPollTest, DoesNotWaitForADesktopThatDoesNotAnswerAgainInThePoll) {
+  startWithBaseline();
+  for (const int code : {PlatformError::timedOutCode, PlatformError::unavailableCode}) {
+    SCOPED_TRACE(code);
+    center.added.clear();
+    nextTick();
+    const std::string suffix = std::to_string(code);
+    answerPoll({item("q" + suffix, "quiet"), item("b" + suffix), item("a" + suffix)});
+    center.answerStatus();
+    center.finishAdd(PlatformError{"desktop", code, "No reply"});
+    EXPECT_EQ(center.addsUnderWay(), 0u);
+    // The next poll offers both again, and not the one that it has recorded as ignored.
+    nextTick();
+    completePoll({item("q" + suffix), item("b" + suffix), item("a" + suffix)});
+    EXPECT_THAT(shown(),
+                ElementsAre("navora-a" + suffix, "navora-a" + suffix, "navora-b" + suffix));
+  }
+}
+
 TEST_F(DesktopNotificationsPollTest, NeverShowsItemsFromQuietHours) {
   // The fake clock is at 22:13:20 UTC.
   startWithBaseline();
