@@ -254,6 +254,38 @@ TEST_F(LinuxNotificationCenterTest, WaitsForASlowService) {
   EXPECT_EQ(daemon_->notifications().size(), 1U);
 }
 
+TEST_F(LinuxNotificationCenterTest, DoesNotRepeatANotificationShownAfterTheTimeout) {
+  center_->setTimeout(shortTimeout());
+  startDaemon();
+  daemon_->hold();
+  EXPECT_FALSE(add(notification("a")));
+  center_->setTimeout(patience());
+  daemon_->release();
+  // Replies arrive in order.
+  ASSERT_TRUE(add(notification("b")));
+  daemon_->close(daemon_->notifications()[0].id);
+  EXPECT_TRUE(add(notification("a")));
+  EXPECT_EQ(daemon_->notifications().size(), 2U);
+  // A third one is new again.
+  EXPECT_TRUE(add(notification("a")));
+  EXPECT_EQ(daemon_->notifications().size(), 3U);
+}
+
+TEST_F(LinuxNotificationCenterTest, ShowsALateNotificationAgainAfterTheServiceHasExited) {
+  center_->setTimeout(shortTimeout());
+  startDaemon();
+  daemon_->hold();
+  EXPECT_FALSE(add(notification("a")));
+  center_->setTimeout(patience());
+  daemon_->release();
+  ASSERT_TRUE(add(notification("b")));
+  daemon_.reset();
+  startDaemon();
+  ASSERT_TRUE(add(notification("c")));
+  EXPECT_TRUE(add(notification("a")));
+  EXPECT_EQ(daemon_->notifications().size(), 2U);
+}
+
 TEST_F(LinuxNotificationCenterTest, ReplacesANotificationShownAfterTheTimeout) {
   center_->setTimeout(shortTimeout());
   startDaemon();
@@ -270,7 +302,9 @@ TEST_F(LinuxNotificationCenterTest, ReplacesANotificationShownAfterTheTimeout) {
   EXPECT_NE(failure->localizedDescription, "");
   center_->setTimeout(patience());
   daemon_->release();
-  ASSERT_TRUE(add(notification("a")));
+  UserNotification changed = notification("a");
+  changed.body = "Changed meanwhile";
+  ASSERT_TRUE(add(changed));
   const auto shown = daemon_->notifications();
   ASSERT_EQ(shown.size(), 2U);
   EXPECT_EQ(shown[1].replacesId, shown[0].id);

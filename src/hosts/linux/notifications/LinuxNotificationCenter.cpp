@@ -157,6 +157,11 @@ void LinuxNotificationCenter::deliver(Delivery delivery) {
     earlier->second.push_back(std::move(delivery));
     return;
   }
+  if (wasShownLate(delivery.notification)) {
+    pending_.erase(earlier);
+    delivery.completion->call(std::nullopt);
+    return;
+  }
   GVariant* message =
       notificationMessage(delivery.notification, shown_.numberOf(identifier).value_or(0),
                           delivery.capabilities, delivery.sound);
@@ -167,6 +172,11 @@ void LinuxNotificationCenter::deliver(Delivery delivery) {
           }));
 }
 
+bool LinuxNotificationCenter::wasShownLate(const UserNotification& notification) {
+  const auto late = shownLate_.extract(notification.identifier);
+  return !late.empty() && late.mapped() == notification;
+}
+
 void LinuxNotificationCenter::delivered(const Delivery& delivery, std::uint64_t run,
                                         GVariant* reply, const GError* error) {
   auto waiting = std::move(pending_.extract(delivery.notification.identifier).mapped());
@@ -174,6 +184,8 @@ void LinuxNotificationCenter::delivered(const Delivery& delivery, std::uint64_t 
     std::uint32_t number = 0;
     g_variant_get(reply, "(u)", &number);
     shown_.add(number, delivery.notification.identifier, delivery.notification.url);
+    if (delivery.completion->wasCalled())
+      shownLate_.insert_or_assign(delivery.notification.identifier, delivery.notification);
   }
   for (Delivery& next : waiting)
     deliver(std::move(next));
@@ -207,6 +219,7 @@ void LinuxNotificationCenter::onVanished(GDBusConnection*, const char*, gpointer
   auto& self = *static_cast<LinuxNotificationCenter*>(pointer);
   ++self.run_;
   self.shown_.clear();
+  self.shownLate_.clear();
 }
 
 }  // namespace navora

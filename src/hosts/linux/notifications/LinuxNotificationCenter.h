@@ -39,7 +39,8 @@ class LinuxNotificationCenter final : public NotificationCenter {
                             std::function<void(AuthorizationResult)> completion) override;
   void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override;
   // Fails if the service does not reply in time. It may show the notification nevertheless, so its
-  // late reply is still recorded, and a second add() with the identifier replaces the first.
+  // late reply is still recorded: a later add() of the same notification succeeds without showing
+  // it again, and one with the same identifier replaces it.
   void add(const UserNotification& notification,
            std::function<void(std::optional<PlatformError>)> completion) override;
 
@@ -61,6 +62,7 @@ class LinuxNotificationCenter final : public NotificationCenter {
   void subscribe(GDBusConnection* bus);
   PresentationOptions presentation() const;
   void deliver(Delivery delivery);
+  bool wasShownLate(const UserNotification& notification);
   void delivered(const Delivery& delivery, std::uint64_t run, GVariant* reply, const GError* error);
 
   static void onSignal(GDBusConnection* bus, const char* sender, const char* path,
@@ -78,6 +80,8 @@ class LinuxNotificationCenter final : public NotificationCenter {
   // By identifier: the deliveries that the service has not replied to, each with those waiting to
   // replace it.
   std::map<std::string, std::vector<Delivery>> pending_;
+  // By identifier: the notifications that the service has shown after their add() had failed.
+  std::map<std::string, UserNotification> shownLate_;
   std::vector<UseBus> waitingForBus_;
   // Null until the session bus is first needed.
   GObjectPtr<GDBusConnection> bus_;
