@@ -19,8 +19,8 @@ Json jsonFrom(const CaptureAttempt& attempt) {
           {"flowId", attempt.flowId}};
 }
 
-// Key and flow id become HTTP headers, and the body is sent as it is: each must be what
-// CaptureSubmission makes.
+// The key and the flow id become HTTP headers, and the body is sent unchanged, so each must have
+// the form that CaptureSubmission gives it.
 bool isValid(const CaptureAttempt& attempt) {
   if (!attempt.key.starts_with(keyPrefix) || !isUuid(attempt.key.substr(keyPrefix.size())))
     return false;

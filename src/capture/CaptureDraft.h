@@ -8,19 +8,20 @@
 
 namespace navora {
 
-// What the capture panel holds that a new process needs to continue where this one ends.
+// The state of the capture panel that a new process needs to continue where this one ended.
 struct CaptureDraft {
   // The editor's text, valid UTF-8.
   std::string text;
   std::optional<CaptureAttempt> attempt;
-  // Whether the service may have stored the attempt. Then there is one, of the trimmed text.
+  // Whether the service may have stored `attempt`. If so, there is an attempt, and its text is the
+  // trimmed `text`.
   bool unconfirmed = false;
 
   bool isEmpty() const { return text.empty() && !attempt; }
 
-  // Returns the draft as a text for a file.
+  // Returns the draft as JSON text.
   std::string serialized() const;
-  // Reads what serialized() returned; nullopt for anything else.
+  // Parses what serialized() returned. Returns nullopt for anything else.
   static std::optional<CaptureDraft> parse(std::string_view content);
 
   bool operator==(const CaptureDraft&) const = default;

@@ -29,7 +29,8 @@ class CaptureTelemetry {
   int inputCount() const { return inputCount_; }
   double millisecondsSinceStart() const;
 
-  // Returns the flow id of the attempt being sent, if any; events recorded meanwhile carry it.
+  // Returns the flow id of the attempt that is kept for sending, or nullopt if there is none. While
+  // there is one, events carry its id instead of `flowId`.
   std::function<std::optional<std::string>()> attemptFlowId;
 
   void startNewFlow();

@@ -59,7 +59,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   // Called when the user must sign in before the note can be sent.
   std::function<void()> onLogin;
   // Called with a title and the failure's text when a note could not be sent while the panel was
-  // hidden. Tells the user, or calls the function that it is given, which shows the panel instead.
+  // hidden. Must either tell the user or call `showPanel`, which shows the panel instead.
   std::function<void(const std::string& title, const std::string& text,
                      std::function<void()> showPanel)>
       onHiddenFailure;
@@ -81,10 +81,11 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   // that only a signed-in user sees.
   void resumeAfterLogin();
 
-  // Tells the user of a note that an earlier process sent and whose outcome is not known. Called
-  // once `onHiddenFailure` is set.
+  // Tells the user about a note that an earlier process sent and whose outcome is unknown. Called
+  // once, after `onHiddenFailure` has been set.
   void tellRestoredFailure();
-  // Writes the draft to its file. Called when the application ends; blocks until it is on the disk.
+  // Commits the text that an input method is composing and writes the draft to its file. Called
+  // when the application ends; blocks until the draft is on the disk or could not be written.
   void flushDraft();
 
   // Returns whether a restart now could lose a text or store it twice.
@@ -106,7 +107,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
 
   std::string trimmedText() const;
   CaptureDraft currentDraft() const;
-  // Sets button and message as the editor's trimmed text needs them.
+  // Updates the send button and the message for the editor's trimmed text.
   void showStateOf(const std::string& text);
   void setMessage(CaptureMessage message);
   void setSubmitEnabled(bool enabled);

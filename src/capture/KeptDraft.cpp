@@ -8,7 +8,7 @@
 namespace navora {
 namespace {
 
-// With the time that writing takes, well within half a second.
+// Leaves time for the write within the half second that draftDidChange() promises.
 constexpr std::chrono::milliseconds delay{250};
 // A disk that takes longer must not keep a note from being sent.
 constexpr std::chrono::seconds longestWait{2};
@@ -25,7 +25,7 @@ CaptureDraft KeptDraft::restore() {
     return *written_;
   }
   if (!*content) {
-    // Deletes what a write interrupted by the end of the process has left.
+    // Deletes what an earlier process left behind if it was killed while it wrote.
     report(dependencies_.file->remove());
     return *written_;
   }
@@ -40,7 +40,7 @@ CaptureDraft KeptDraft::restore() {
 
 void KeptDraft::setAside(const std::string& problem) {
   const auto name = dependencies_.file->setAside();
-  // A file that cannot be moved away is not overwritten either: it may hold a text.
+  // A file that cannot be renamed is not overwritten either, because it may contain a draft.
   writable_ = name.hasValue();
   log(problem + (name ? "; the file is kept as " + *name : "; the file is left as it is"));
 }
@@ -76,7 +76,7 @@ void KeptDraft::storeWith(Callback<void> completion) {
       *outcome = draft.isEmpty() ? file->remove() : file->write(draft.serialized());
     };
   }
-  // Without anything to write, still waits for earlier writes.
+  // Queued even if there is nothing to write, so that `completion` waits for earlier writes.
   dependencies_.backgroundQueue.run(
       std::move(work), lifetime_.guard([this, outcome, completion = std::move(completion)] {
         report(*outcome);

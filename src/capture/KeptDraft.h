@@ -29,7 +29,7 @@ class KeptDraft {
     MainQueue& mainQueue;
     const System& system;
     std::shared_ptr<PrivateFile> file;
-    // Returns the draft as it is now.
+    // Returns the current draft.
     std::function<CaptureDraft()> current;
   };
 
@@ -39,9 +39,9 @@ class KeptDraft {
   // read is set aside, and the draft is empty.
   CaptureDraft restore();
 
-  // Announces that the draft has changed. It will be on the disk within half a second.
+  // Schedules a write of the changed draft, which is on the disk within half a second.
   void draftDidChange();
-  // Starts writing the draft without waiting for more changes.
+  // Starts writing the draft at once.
   void store();
   // Writes the draft and waits until it is on the disk, could not be written, or a time limit has
   // passed.
@@ -61,7 +61,7 @@ class KeptDraft {
   std::unique_ptr<ObserverToken> timer_;
   // The draft that the file will hold once all writes have finished, unless the last one fails.
   std::optional<CaptureDraft> written_;
-  // The last failure reported, so that the log does not repeat it at every key.
+  // The last failure reported, so that the log does not repeat it at every key press.
   std::string reported_;
   bool writable_ = true;
   Lifetime lifetime_;

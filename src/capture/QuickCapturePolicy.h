@@ -38,7 +38,8 @@ class QuickCapturePolicy {
   // Returns the ids in a reply that is `confirmed`, nullopt for any other.
   static std::optional<Receipt> readReceipt(const Json& reply, const Url& origin);
 
-  // Prints one line and returns, or writes one line to standard error and exits with status 1.
+  // Prints one line if all checks pass. Otherwise writes one line to standard error and exits with
+  // status 1.
   static void selfTest();
 };
 
