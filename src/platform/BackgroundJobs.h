@@ -25,7 +25,7 @@ class BackgroundJobs {
   // Blocks until all work has finished and its captures are destroyed.
   void waitUntilFinished();
 
-  // Runs the oldest pending work and destroys its captures. Returns false if nothing is pending.
+  // Runs the oldest pending work and destroys its captures. Returns false if no work is pending.
   bool workOnNext();
 
  private:

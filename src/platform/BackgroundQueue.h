@@ -9,8 +9,8 @@
 
 namespace navora {
 
-// One background thread for work that would block the main thread for too long: pure work on
-// values, and reading and writing files that nothing else uses.
+// Runs work that would block the main thread for too long, in order, on one background thread: pure
+// work on values, and reading and writing files that nothing else uses.
 //
 // Destroyed on the main thread: the destructor waits for running work to finish, discards work that
 // has not started, and no further completion is called.

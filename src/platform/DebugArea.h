@@ -11,12 +11,12 @@ namespace navora {
 // The subjects of the debug log, which the environment variable NAVORA_DEBUG turns on by name.
 enum class DebugArea { navigation, capture, notifications, updates, hotKey };
 
-// The area's name in NAVORA_DEBUG and in the log.
+// Returns the area's name in NAVORA_DEBUG and in the log.
 std::string_view debugAreaName(DebugArea area);
 
 struct DebugRequest {
   std::set<DebugArea> areas;
-  // Names that are no area's, in the order of the value.
+  // Names that are not an area's, in the order in which they were given.
   std::vector<std::string> unknown;
 
   bool operator==(const DebugRequest&) const = default;
@@ -26,7 +26,7 @@ struct DebugRequest {
 // empty names are ignored.
 DebugRequest parseDebugRequest(std::string_view value);
 
-// The line that reports the unknown names of a request; nullopt if there are none.
+// Returns the line that reports the unknown names of a request, or nullopt if there are none.
 std::optional<std::string> unknownDebugAreasMessage(const DebugRequest& request);
 
 }  // namespace navora

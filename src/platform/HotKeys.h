@@ -26,8 +26,8 @@ struct HotKey {
   bool operator==(const HotKey&) const = default;
 };
 
-// Intercepts keys before they reach a view. A Status is the platform's own error number; 0 means
-// success.
+// Registers the system-wide hot key, and intercepts keys before the application's own views see
+// them. A Status is the platform's own error number; 0 means success.
 class HotKeys {
  public:
   using Status = int;

@@ -52,14 +52,14 @@ bool writeAll(int file, std::string_view content) {
 
 bool flush(int file) {
 #ifdef F_FULLFSYNC
-  // On Apple's systems fsync() leaves the data in the drive's own cache. Some file systems know
+  // On Apple's systems fsync() leaves the data in the drive's own cache. Some file systems support
   // only fsync().
   if (::fcntl(file, F_FULLFSYNC) == 0) return true;
 #endif
   return ::fsync(file) == 0;
 }
 
-// Flushes the entries of a folder: a new name is lost in a power cut otherwise.
+// Flushes the entries of a folder; without that, a power cut can lose a new name.
 bool flushFolder(const std::filesystem::path& folder) {
   const OpenFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   return file && flush(file.get());

@@ -6,8 +6,8 @@
 
 namespace navora {
 
-// A PrivateFile on any POSIX file system; both hosts use it. Writes "NAME.new" beside the file,
-// flushes it and renames it. Sets aside to "NAME.damaged".
+// A PrivateFile on any POSIX file system; both hosts use it. write() writes "NAME.new" beside the
+// file, flushes it and renames it; setAside() renames the file to "NAME.damaged".
 class PosixPrivateFile final : public PrivateFile {
  public:
   // The first write creates the folder.

@@ -12,8 +12,8 @@
 
 namespace navora {
 
-// Like awaitCallback(), for an operation that may never call back: yields nullopt after `limit`.
-// The queue must outlive the task.
+// Awaits an operation as awaitCallback() does, but yields nullopt if it has not called back within
+// `limit`. The queue must outlive the task.
 template <class Value>
 Task<std::optional<Value>> awaitWithin(MainQueue& queue, std::chrono::milliseconds limit,
                                        std::function<void(Callback<Value>)> start) {
