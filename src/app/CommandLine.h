@@ -33,7 +33,7 @@ enum class CommandLineStyle {
 Expected<CommandLine, std::string> parseCommandLine(const std::vector<std::string>& arguments,
                                                     CommandLineStyle style);
 
-// What `--help` prints, with a line break at its end.
+// Returns the text that `--help` prints, with a line break at its end.
 std::string commandLineHelp(CommandLineStyle style);
 
 }  // namespace navora

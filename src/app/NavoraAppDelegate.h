@@ -57,8 +57,8 @@ class NavoraAppDelegate final : public ApplicationDelegate,
 
   void performMenuAction(DelegateAction action) override;
 
-  // Dispatches a message to its handler. Messages from other frames than the main frame of a page
-  // of the origin are ignored, as are unknown names and bodies that do not parse.
+  // Dispatches a message to its handler. Ignores messages from any frame but the main frame of a
+  // page of the origin, unknown names, and bodies that are too long or not JSON.
   void didReceiveScriptMessage(const ScriptMessage& message) override;
 
   // Shows the About panel.

@@ -12,7 +12,7 @@
 namespace navora {
 namespace {
 
-// The usual exit status of a program that was called wrongly.
+// The usual exit status for an invalid command line.
 constexpr int usageError = 2;
 
 void runSelfTests(Imaging& imaging) {

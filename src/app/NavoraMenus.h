@@ -13,7 +13,7 @@ class NavoraMenus {
   // Returns the application, edit, view and window menus.
   static std::vector<Menu> mainMenu();
   static Menu statusMenu();
-  // Returns the status menu's line that another application has the capture shortcut.
+  // Returns the status menu's line that says that another application has the capture shortcut.
   static MenuItem shortcutTaken();
   static AboutPanelOptions about();
 };
