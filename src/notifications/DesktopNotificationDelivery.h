@@ -12,8 +12,8 @@
 
 namespace navora {
 
-// The ledger of one account's notifications: each is shown at most once, and those that are older
-// than the ledger never. Kept in memory only.
+// The ledger of one account's notifications: each is shown at most once, and those from before the
+// ledger was begun are never shown. Kept in memory only.
 class DesktopNotificationDelivery {
  public:
   using Result = std::optional<PlatformError>;
