@@ -7,7 +7,7 @@
 namespace navora::service {
 namespace {
 
-// Returns what is wrong with a value, or an empty string.
+// Stores an option's value. Returns what is wrong with it, or an empty string.
 using Take = std::function<std::string(ServiceOptions&, const std::string&)>;
 
 template <typename Number>

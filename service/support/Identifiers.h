@@ -4,7 +4,7 @@
 
 namespace navora::service {
 
-// Returns a random UUID (RFC 4122, version 4) in lower case.
+// Returns a random UUID (RFC 9562, version 4) in lower case.
 std::string randomUuid();
 
 // Returns 256 random bits as 64 hexadecimal digits, for a session cookie.
