@@ -170,6 +170,8 @@ void DesktopQuickCapture::panelDidResignKey() {
 }
 
 void DesktopQuickCapture::submitButtonPressed() {
+  // The button is disabled during the submission and would lose the keyboard focus to no view.
+  panel_->editor().makeFirstResponder();
   submit();
 }
 

@@ -92,6 +92,27 @@ TEST_F(CaptureFailureTest, SaysThatItIsOfflineAndKeepsTheDraftEditable) {
   EXPECT_EQ(draft(), "Offline, still");
 }
 
+TEST_F(CaptureFailureTest, GivesTheKeyboardToTheEditorAfterThePressedButtonFailed) {
+  service().stop();
+  openPanel();
+  typeDraft("By mouse");
+  desktop().mouse().click(widget("push button", "Save note").extents().center());
+  waitForMessage(offlineText);
+  typeDraft(", by key", "By mouse, by key");
+  int failures = 1;
+  for (const char* key : {"space", "Return"}) {
+    desktop().keyboard().chord("Control+Tab");
+    waitUntil([&] { return widget("push button", "Save note").has(AccessibleState::focused); },
+              "the button has the focus");
+    desktop().keyboard().chord(key);
+    waitUntil([&] { return widget("text").has(AccessibleState::focused); },
+              "the editor has the focus");
+    waitForMessage(offlineText);
+    waitUntil([&] { return isEditable(); }, "the draft can be edited");
+    typeDraft("!", "By mouse, by key" + std::string(static_cast<std::size_t>(failures++), '!'));
+  }
+}
+
 TEST_F(CaptureFailureTest, ShowsWhatTheServiceSays) {
   serviceClient().addFault("POST", capturesPath,
                            {{"status", 422}, {"body", R"({"error": {"message": "Too dull"}})"}}, 1);

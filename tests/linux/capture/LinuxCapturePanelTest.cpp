@@ -309,6 +309,19 @@ TEST_F(LinuxCapturePanelTest, ShapesItsCornersWithoutACompositor) {
 TEST_F(LinuxCapturePanelTest, ShowsATranslucentCardWithoutACompositor) {
   delegate_.cardAlpha = 0.1;
   panel_->redrawSurface();
+TEST_F(LinuxCapturePanelTest, AClickOnTheButtonLeavesTheKeyboardWithTheEditor) {
+  panel_->setSubmitEnabled(true);
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
+  mouse_.click(buttonOnDisplay().center());
+  ASSERT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));
+  panel_->setSubmitEnabled(false);
+  panel_->setSubmitEnabled(true);
+  EXPECT_TRUE(panel_->textView().has_focus());
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+}
+
   ASSERT_TRUE(open());
   mouse_.click({onDisplay().x + 300, onDisplay().y + 60});
   keyboard_.type("x");

@@ -45,6 +45,17 @@ class DesktopQuickCaptureFailureTest : public QuickCaptureTest {
   }
 };
 
+TEST_F(DesktopQuickCaptureFailureTest, ReturnsTheKeyboardFromThePressedButtonToTheEditor) {
+  open("Note");
+  editor().loseFocus();
+  panel().clickSubmit();
+  EXPECT_TRUE(editor().isFocused());
+  answerCookies();
+  network().fail(PlatformError::timedOutCode);
+  expectDraft(true, offlineText);
+  EXPECT_TRUE(editor().isFocused());
+}
+
 TEST_F(DesktopQuickCaptureFailureTest, ReportsANetworkFailureBeforeThePost) {
   open("Note");
   capture->submit();

@@ -11,6 +11,8 @@ CaptureButtonView::CaptureButtonView(CapturePanelDelegate& delegate) : delegate_
   css->load_from_data("button { min-width: 0; min-height: 0; padding: 0; border-radius: 50%; }");
   button_.get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   button_.set_can_default(false);
+  // A click leaves the keyboard with the editor.
+  button_.set_focus_on_click(false);
   button_.signal_clicked().connect([this] { delegate_.submitButtonPressed(); });
   button_.signal_enter_notify_event().connect([this](GdkEventCrossing*) {
     delegate_.submitButtonHovered(true);
