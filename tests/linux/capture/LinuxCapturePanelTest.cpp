@@ -240,10 +240,36 @@ TEST_F(LinuxCapturePanelTest, ReportsNoPressOfADisabledButton) {
   EXPECT_EQ(delegate_.presses, 0);
 }
 
-TEST_F(LinuxCapturePanelTest, TabMovesTheFocusToTheButtonAndBack) {
+TEST_F(LinuxCapturePanelTest, TabInsertsATab) {
   panel_->setSubmitEnabled(true);
   ASSERT_TRUE(open());
-  keyboard_.chord("Tab");
+  keyboard_.type("a\tb");
+  EXPECT_TRUE(waitForText("a\tb"));
+  EXPECT_TRUE(panel_->textView().has_focus());
+}
+
+TEST_F(LinuxCapturePanelTest, ControlTabAndShiftTabMoveTheFocusToTheButtonAndBack) {
+  panel_->setSubmitEnabled(true);
+  ASSERT_TRUE(open());
+  for (const char* toButton : {"Control+Tab", "Shift+Tab"}) {
+    for (const char* back : {"Control+Tab", "Shift+Tab", "Tab"}) {
+      keyboard_.chord(toButton);
+      ASSERT_TRUE(waitUntil([&] { return panel_->submitButton().has_focus(); })) << toButton;
+      keyboard_.chord(back);
+      ASSERT_TRUE(waitUntil([&] { return panel_->textView().has_focus(); })) << back;
+    }
+  }
+  panel_->setSubmitEnabled(false);
+  keyboard_.chord("Control+Tab");
+  keyboard_.chord("Shift+Tab");
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+}
+
+TEST_F(LinuxCapturePanelTest, IsOperatedFromTheButtonByKeys) {
+  panel_->setSubmitEnabled(true);
+  ASSERT_TRUE(open());
+  keyboard_.chord("Control+Tab");
   ASSERT_TRUE(waitUntil([&] { return panel_->submitButton().has_focus(); }));
   keyboard_.chord("space");
   EXPECT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));

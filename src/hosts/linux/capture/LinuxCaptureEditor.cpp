@@ -17,6 +17,23 @@ constexpr int textInset = static_cast<int>(CapturePanelLayout::editorInset);
 // Aligns the text with the message below it.
 constexpr int sideMargin = static_cast<int>(CapturePanelLayout::messageIndent);
 
+// What the editor does with a key that GTK's text view does not know or handles differently: it
+// would insert a tab for Shift+Tab as well. Its own key binding moves the focus with Ctrl+Tab.
+enum class Command { none, undo, redo, focusBackward };
+
+Command commandOf(const GdkEventKey& event) {
+  const guint state = event.state & gtk_accelerator_get_default_mod_mask();
+  // The key value of Shift+Tab depends on the layout.
+  if (event.keyval == GDK_KEY_ISO_Left_Tab || event.keyval == GDK_KEY_Tab) {
+    return state == GDK_SHIFT_MASK ? Command::focusBackward : Command::none;
+  }
+  const guint key = latinKeyFrom(event);
+  if (key == GDK_KEY_z && state == GDK_CONTROL_MASK) return Command::undo;
+  if (key == GDK_KEY_z && state == (GDK_CONTROL_MASK | GDK_SHIFT_MASK)) return Command::redo;
+  if (key == GDK_KEY_y && state == GDK_CONTROL_MASK) return Command::redo;
+  return Command::none;
+}
+
 void applyTo(Gtk::Widget& widget, const Glib::RefPtr<Gtk::CssProvider>& css) {
   widget.get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
 }
@@ -42,9 +59,6 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
   view_.set_right_margin(sideMargin);
   // GTK 3 shows its emoji chooser inside the window, which is not high enough for it.
   view_.set_input_hints(Gtk::INPUT_HINT_NO_EMOJI);
-  // Tab moves the focus to the button, as in a form.
-  view_.set_accepts_tab(false);
-
   connectBuffer();
   connectView();
   scroller_.show_all();
@@ -183,14 +197,14 @@ void LinuxCaptureEditor::moveCaretToEnd() {
 }
 
 bool LinuxCaptureEditor::handleKey(const GdkEventKey& event) {
-  const guint state = event.state & gtk_accelerator_get_default_mod_mask();
-  const guint key = latinKeyFrom(event);
-  const bool isRedo = (key == GDK_KEY_z && state == (GDK_CONTROL_MASK | GDK_SHIFT_MASK)) ||
-                      (key == GDK_KEY_y && state == GDK_CONTROL_MASK);
-  const bool isUndo = key == GDK_KEY_z && state == GDK_CONTROL_MASK;
-  if (!isUndo && !isRedo) return false;
+  const Command command = commandOf(event);
+  if (command == Command::none) return false;
+  if (command == Command::focusBackward) {
+    view_.get_toplevel()->child_focus(Gtk::DIR_TAB_BACKWARD);
+    return true;
+  }
   if (!view_.get_editable()) return true;
-  isUndo ? undo_.undo() : undo_.redo();
+  command == Command::undo ? undo_.undo() : undo_.redo();
   view_.scroll_to(buffer_->get_insert());
   return true;
 }

@@ -22,7 +22,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   Gtk::ScrolledWindow& widget() { return scroller_; }
   Gtk::TextView& textView() { return view_; }
   bool isComposing() const { return !composition_.empty(); }
-  // Handles the keys of undo and redo; returns false for any other key.
+  // Handles the keys of undo and redo and Shift+Tab; returns false for any other key.
   bool handleKey(const GdkEventKey& event);
 
   std::string text() const override;

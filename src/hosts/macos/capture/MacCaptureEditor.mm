@@ -74,6 +74,12 @@ void setUpPlaceholder(CaptureEditor* editor) {
   return [super performKeyEquivalent:event];
 }
 
+// The text system inserts a tab for the Tab key and moves the focus with Control+Tab, but does
+// nothing for Shift+Tab in a view that is not a field editor.
+- (void)insertBacktab:(nullable id)sender {
+  [self.window selectPreviousKeyView:sender];
+}
+
 - (instancetype)initWithFrame:(NSRect)frame textContainer:(nullable NSTextContainer*)container {
   self = [super initWithFrame:frame textContainer:container];
   if (self != nil) setUpPlaceholder(self);

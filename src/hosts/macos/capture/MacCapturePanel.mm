@@ -142,6 +142,7 @@ CapturePanel* makePanel(Size contentSize, NSView* contentView) {
   panel.collectionBehavior =
       NSWindowCollectionBehaviorCanJoinAllSpaces | NSWindowCollectionBehaviorFullScreenAuxiliary;
   panel.movableByWindowBackground = YES;
+  panel.autorecalculatesKeyViewLoop = YES;
   panel.contentView = contentView;
   return panel;
 }

@@ -70,6 +70,8 @@ typedef NSString* NSWindowFrameAutosaveName;
 @property(nullable, weak) NSView* initialFirstResponder;
 @property(nullable, readonly, weak) NSResponder* firstResponder;
 - (BOOL)makeFirstResponder:(nullable NSResponder*)responder;
+@property BOOL autorecalculatesKeyViewLoop;
+- (void)selectPreviousKeyView:(nullable id)sender;
 @property(readonly, getter=isMiniaturized) BOOL miniaturized;
 // A method, because the property is read-only; returns NO if the name is in use. See Apple
 // developer documentation, -[NSWindow setFrameAutosaveName:].
