@@ -234,7 +234,9 @@ void MacCaptureEditor::makeFirstResponder() {
 }
 
 void MacCaptureEditor::moveCaretToEnd() {
-  editor_.selectedRange = NSMakeRange(editor_.string.length, 0);
+  const NSRange end = NSMakeRange(editor_.string.length, 0);
+  editor_.selectedRange = end;
+  [editor_ scrollRangeToVisible:end];
 }
 
 double MacCaptureEditor::textHeight(double) {

@@ -90,6 +90,7 @@ typedef NS_OPTIONS(NSInteger, NSStringDrawingOptions) {
 @property NSSize maxSize;
 @property(getter=isHorizontallyResizable) BOOL horizontallyResizable;
 @property(getter=isVerticallyResizable) BOOL verticallyResizable;
+- (void)scrollRangeToVisible:(NSRange)range;
 - (void)cut:(nullable id)sender;
 - (void)copy:(nullable id)sender;
 - (void)paste:(nullable id)sender;
