@@ -398,3 +398,75 @@ TEST_F(LinuxCapturePanelTest, IsDraggedByItsBackground) {
 
 }  // namespace
 }  // namespace navora
+struct LongMessage {
+  const char* name;
+  std::string text;
+};
+
+class LongMessageTest : public LinuxCapturePanelTest,
+                        public testing::WithParamInterface<LongMessage> {
+ protected:
+  // Lays the panel out as the core does.
+  void layOut(double width) {
+    panel_->setFrame({200, 300, width, 165});
+    const double messageWidth = width - 2 * 24 - 61;
+    const double height = std::clamp(std::ceil(panel_->messageTextHeight(messageWidth)), 14.0,
+                                     CapturePanelView::maximumMessageHeight);
+    panel_->setLayout({.padding = 24, .editorHeight = 58, .messageHeight = height});
+    panelHeight_ = 58 + 2 * 24 + 21 + std::max(height, 38.0);
+    panel_->setFrame({200, 465 - panelHeight_, width, panelHeight_});
+  }
+
+  double panelHeight_ = 0;
+};
+
+TEST_P(LongMessageTest, WrapsWithinTheFrameAndIsClippedAtItsHeight) {
+  panel_->setMessageColor({0, 0, 1, 1});
+  panel_->setMessage(GetParam().text);
+  for (const int width : {800, 660}) {
+    layOut(width);
+    ASSERT_TRUE(open());
+    ASSERT_TRUE(waitUntil([&] {
+      const auto place = onDisplay();
+      return place.width == width && place.height == static_cast<int>(panelHeight_) &&
+             shot().pixelsLike({0, 0, 255}, 60) > 100;
+    })) << onDisplay().width
+        << " x " << onDisplay().height;
+    const auto card = shot();
+    const driver::Rectangle button = buttonOnDisplay();
+    const int right = button.x - onDisplay().x - 18;
+    const int top = button.center().y - onDisplay().y - 50;
+    int outside = 0;
+    for (int y = 0; y < card.height(); ++y) {
+      for (int x = 0; x < card.width(); ++x) {
+        const auto color = card.pixel({x, y});
+        const bool isInk = color.blue > 120 && color.red < 120;
+        const bool isInside = x >= 24 + 5 && x < right && y >= top && y < top + 100;
+        if (isInk && !isInside) ++outside;
+      }
+    }
+    EXPECT_EQ(outside, 0);
+    EXPECT_EQ(panel_->frame().width, width);
+    panel_->orderOut();
+    ASSERT_TRUE(waitUntil([&] { return !infoOf(panel_->native()).mapped; }));
+  }
+}
+
+std::string repeatedWords(const std::string& word, std::size_t length) {
+  std::string text;
+  while (text.size() < length)
+    text += word;
+  return text;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Of, LongMessageTest,
+    testing::Values(LongMessage{"German",
+                                "Der vorherige Sendeversuch wurde nicht bestätigt. Sende ihn "
+                                "erneut oder stelle den vorher gesendeten Text wieder her, bevor "
+                                "du weiterschreibst."},
+                    LongMessage{"ManyWords",
+                                repeatedWords("The service is not available. ", 2'000)},
+                    LongMessage{"OneWord", std::string(300, 'W')}),
+    [](const auto& message) { return message.param.name; });
+

@@ -5,7 +5,7 @@
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
 #include <gdkmm/screen.h>
-#include <glibmm/main.h>
+#include <gtkmm/cssprovider.h>
 
 #include "hosts/linux/keyboard/KeyEvents.h"
 #include "hosts/linux/keyboard/ModifierNames.h"
@@ -52,13 +52,9 @@ LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& del
       button_(delegate) {
   makeFloating();
   useAlphaVisual();
-  message_.set_line_wrap(true);
-  message_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
-  message_.set_xalign(0);
-  message_.set_yalign(0.5);
-  message_.show();
+  setUpMessage();
   content_.add(editor_.widget());
-  content_.add(message_);
+  content_.add(messageClip_);
   content_.add(button_.widget());
   window_.add(content_);
   content_.show();
@@ -89,6 +85,22 @@ void LinuxCapturePanel::makeFloating() {
   // the user from writing a note.
   group_->add_window(window_);
 }
+void LinuxCapturePanel::setUpMessage() {
+  message_.set_line_wrap(true);
+  message_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
+  message_.set_xalign(0);
+  message_.set_yalign(0.5);
+  messageClip_.set_policy(Gtk::POLICY_EXTERNAL, Gtk::POLICY_EXTERNAL);
+  messageClip_.set_shadow_type(Gtk::SHADOW_NONE);
+  messageClip_.set_can_focus(false);
+  messageClip_.add(message_);
+  const auto css = Gtk::CssProvider::create();
+  css->load_from_data("scrolledwindow, viewport { background: none; border: none; }");
+  for (Gtk::Widget* widget : {static_cast<Gtk::Widget*>(&messageClip_), messageClip_.get_child()})
+    widget->get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
+  messageClip_.show_all();
+}
+
 
 void LinuxCapturePanel::useAlphaVisual() {
   if (const auto visual = window_.get_screen()->get_rgba_visual()) {
@@ -297,13 +309,17 @@ void LinuxCapturePanel::setLayout(const CapturePanelLayout& layout) {
 }
 
 void LinuxCapturePanel::placeChildren() {
-  const auto frames = layout_.framesIn(size());
+  auto frames = layout_.framesIn(size());
+  // A message of the maximum height extends below the panel, which would grow to contain it.
+  const double below = std::max(-frames.message.y, 0.0);
+  frames.message.y += below;
+  frames.message.height -= below;
   const auto place = [this](Gtk::Widget& widget, const Rectangle& frame) {
     widget.set_size_request(pixels(frame.width), pixels(frame.height));
     content_.move(widget, pixels(frame.x), pixels(size().height - frame.maxY()));
   };
   place(editor_.widget(), frames.editor);
-  place(message_, frames.message);
+  place(messageClip_, frames.message);
   place(button_.widget(), frames.button);
   content_.set_size_request(frame_.width, frame_.height);
   card_.shape(size());

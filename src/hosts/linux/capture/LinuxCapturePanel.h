@@ -5,6 +5,7 @@
 
 #include <gtkmm/fixed.h>
 #include <gtkmm/label.h>
+#include <gtkmm/scrolledwindow.h>
 #include <gtkmm/window.h>
 #include <gtkmm/windowgroup.h>
 #include <sigc++/connection.h>
@@ -58,6 +59,7 @@ class LinuxCapturePanel final : public CapturePanelView {
  private:
   void makeFloating();
   void useAlphaVisual();
+  void setUpMessage();
   void connectEvents();
   bool keyPressed(const GdkEventKey& event);
   bool buttonPressed(const GdkEventButton& event);
@@ -79,6 +81,8 @@ class LinuxCapturePanel final : public CapturePanelView {
   Glib::RefPtr<Gtk::WindowGroup> group_ = Gtk::WindowGroup::create();
   CaptureCardView card_;
   Gtk::Fixed content_;
+  // Clips the message, which a GTK window would grow to show as a whole.
+  Gtk::ScrolledWindow messageClip_;
   LinuxCaptureEditor editor_;
   Gtk::Label message_;
   CaptureButtonView button_;
