@@ -1,5 +1,7 @@
 #include <algorithm>
-#include <cstdlib>
+#include <chrono>
+#include <cmath>
+#include <string>
 
 #include <glibmm/main.h>
 #include <gmock/gmock.h>
@@ -16,6 +18,38 @@ namespace {
 
 using testing::Contains;
 using testing::SizeIs;
+
+// Another program that holds the keyboard until it is destroyed.
+class KeyboardGrab {
+ public:
+  explicit KeyboardGrab(driver::Display& display) : connection_(display.name()) {
+    const driver::XReply<xcb_grab_keyboard_reply_t> reply(xcb_grab_keyboard_reply(
+        connection_.get(),
+        xcb_grab_keyboard(connection_.get(), 0, connection_.root(), XCB_CURRENT_TIME,
+                          XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
+        nullptr));
+    if (!reply || reply->status != XCB_GRAB_STATUS_SUCCESS)
+      throw TestError("The keyboard cannot be grabbed");
+  }
+
+  void release() {
+    xcb_ungrab_keyboard(connection_.get(), XCB_CURRENT_TIME);
+    connection_.synchronize();
+  }
+
+ private:
+  driver::XConnection connection_;
+};
+
+// Returns how often the main loop had something to do in this time.
+int wakeUpsIn(std::chrono::milliseconds time) {
+  int wakeUps = 0;
+  bool over = false;
+  Glib::signal_timeout().connect_once([&] { over = true; }, static_cast<unsigned>(time.count()));
+  for (; !over; ++wakeUps)
+    g_main_context_iteration(nullptr, TRUE);
+  return wakeUps;
+}
 
 class LinuxCapturePanelTest : public CapturePanelTest {
  protected:
@@ -168,21 +202,66 @@ TEST_F(LinuxCapturePanelTest, ReportsThatAnotherWindowTookTheFocus) {
 
 TEST_F(LinuxCapturePanelTest, IgnoresAMomentaryKeyboardGrab) {
   ASSERT_TRUE(open());
-  xcb_connection_t* other = xcb_connect(display_.name().c_str(), nullptr);
-  const auto root = xcb_setup_roots_iterator(xcb_get_setup(other)).data->root;
-  free(xcb_grab_keyboard_reply(
-      other,
-      xcb_grab_keyboard(other, 0, root, XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC),
-      nullptr));
+  KeyboardGrab grab(display_);
   ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
   int ticks = 0;
   Glib::signal_timeout().connect([&] { return ++ticks < 20; }, 10);
   ASSERT_TRUE(waitUntil([&] { return ticks == 20; }));
-  xcb_ungrab_keyboard(other, XCB_CURRENT_TIME);
-  xcb_flush(other);
+  grab.release();
   EXPECT_TRUE(waitUntil([&] { return delegate_.focused; }));
-  xcb_disconnect(other);
   EXPECT_EQ(delegate_.resignations, 0);
+}
+
+// As a screen locker does.
+TEST_F(LinuxCapturePanelTest, SleepsWhileAnotherProgramHoldsTheKeyboard) {
+  ASSERT_TRUE(open());
+  KeyboardGrab grab(display_);
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
+  // The rest of what the loss of the focus causes.
+  for (int time = 0; time < 20 && wakeUpsIn(std::chrono::milliseconds(100)) > 1; ++time) {
+  }
+  EXPECT_LE(wakeUpsIn(std::chrono::milliseconds(600)), 2);
+  EXPECT_EQ(delegate_.resignations, 0);
+  grab.release();
+  ASSERT_TRUE(waitUntil([&] { return delegate_.focused; }));
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
+TEST_F(LinuxCapturePanelTest, ReportsAWindowThatBecomesActiveWhileTheKeyboardIsGrabbed) {
+  Gtk::Window other;
+  other.show();
+  other.present();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(other); }));
+  ASSERT_TRUE(open());
+  KeyboardGrab grab(display_);
+  ASSERT_TRUE(waitUntil([&] { return !delegate_.focused; }));
+  display_.activate(infoOf(other).id);
+  EXPECT_TRUE(waitUntil([&] { return delegate_.resignations == 1; }));
+  grab.release();
+  runPendingEvents();
+  EXPECT_EQ(delegate_.resignations, 1);
+}
+
+TEST_F(LinuxCapturePanelTest, ReportsOnceThatItHasLostTheKeyboard) {
+  Gtk::Window one;
+  Gtk::Window two;
+  one.show();
+  two.show();
+  ASSERT_TRUE(open());
+  for (Gtk::Window* window : {&one, &two, &one}) {
+    window->present();
+    ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(*window); }));
+  }
+  runPendingEvents();
+  EXPECT_EQ(delegate_.resignations, 1);
+  ASSERT_TRUE(open());
+  panel_->orderOut();
+  two.present();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(two); }));
+  runPendingEvents();
+  EXPECT_EQ(delegate_.resignations, 1);
 }
 
 TEST_F(LinuxCapturePanelTest, TreatsAWindowManagersCloseAsEscape) {
@@ -228,6 +307,19 @@ TEST_F(LinuxCapturePanelTest, ReportsHoverAndPressOfTheRoundButton) {
   EXPECT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));
   mouse_.moveTo({place.x - 100, place.y});
   EXPECT_TRUE(waitUntil([&] { return !delegate_.hovered; }));
+}
+
+TEST_F(LinuxCapturePanelTest, AClickOnTheButtonLeavesTheKeyboardWithTheEditor) {
+  panel_->setSubmitEnabled(true);
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
+  mouse_.click(buttonOnDisplay().center());
+  ASSERT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));
+  panel_->setSubmitEnabled(false);
+  panel_->setSubmitEnabled(true);
+  EXPECT_TRUE(panel_->textView().has_focus());
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
 }
 
 TEST_F(LinuxCapturePanelTest, ReportsNoPressOfADisabledButton) {
@@ -308,96 +400,6 @@ TEST_F(LinuxCapturePanelTest, MeasuresTheWrappedMessage) {
   EXPECT_EQ(panel_->message().get_text(), "<b>no markup</b>");
 }
 
-TEST_F(LinuxCapturePanelTest, ShapesItsCornersWithoutACompositor) {
-  Gtk::Window below;
-  below.override_background_color(Gdk::RGBA("#0000ff"));
-  below.set_default_size(900, 700);
-  below.show();
-  below.present();
-  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(below); }));
-  below.move(100, 100);
-  ASSERT_TRUE(open());
-  EXPECT_TRUE(waitUntil([&] {
-    const auto card = shot();
-    return card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
-           card.pixel({300, 5}) == driver::PixelColor{255, 0, 0} &&
-           card.pixel({599, 164}) == driver::PixelColor{0, 0, 255};
-  }));
-  panel_->setLayout({.padding = 24, .editorHeight = 158, .messageHeight = 14});
-  panel_->setFrame({200, 200, 600, 265});
-  EXPECT_TRUE(waitUntil([&] {
-    const auto card = shot();
-    return card.height() == 265 && card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
-           card.pixel({599, 264}) == driver::PixelColor{0, 0, 255};
-  }));
-}
-
-TEST_F(LinuxCapturePanelTest, ShowsATranslucentCardWithoutACompositor) {
-  delegate_.cardAlpha = 0.1;
-  panel_->redrawSurface();
-TEST_F(LinuxCapturePanelTest, AClickOnTheButtonLeavesTheKeyboardWithTheEditor) {
-  panel_->setSubmitEnabled(true);
-  ASSERT_TRUE(open());
-  ASSERT_TRUE(waitUntil([&] { return isLaidOut(panel_->submitButton()); }));
-  mouse_.click(buttonOnDisplay().center());
-  ASSERT_TRUE(waitUntil([&] { return delegate_.presses == 1; }));
-  panel_->setSubmitEnabled(false);
-  panel_->setSubmitEnabled(true);
-  EXPECT_TRUE(panel_->textView().has_focus());
-  keyboard_.type("x");
-  EXPECT_TRUE(waitForText("x"));
-}
-
-  ASSERT_TRUE(open());
-  mouse_.click({onDisplay().x + 300, onDisplay().y + 60});
-  keyboard_.type("x");
-  EXPECT_TRUE(waitForText("x"));
-  // Blended with black.
-  EXPECT_TRUE(waitUntil([&] {
-    const auto color = shot().pixel({300, 5});
-    return color.red > 70 && color.green == 0 && color.blue == 0;
-  }));
-}
-
-TEST_F(LinuxCapturePanelTest, HasNoDarkEdgesWithoutACompositor) {
-  ASSERT_TRUE(open());
-  ASSERT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
-  const auto card = shot();
-  // Checks the leftmost pixel of the card in every row of the rounded corner.
-  int edges = 0;
-  for (int y = 0; y < 20; ++y) {
-    for (int x = 0; x < 20; ++x) {
-      const auto color = card.pixel({x, y});
-      const bool isCard = color.green == 0 && color.blue == 0 && color.red > 0;
-      if (!isCard) continue;
-      EXPECT_GT(color.red, 220) << x << ", " << y;
-      ++edges;
-      break;
-    }
-  }
-  EXPECT_GT(edges, 15);
-}
-
-TEST_F(LinuxCapturePanelTest, IsDraggedByItsBackground) {
-  ASSERT_TRUE(open());
-  const driver::Rectangle before = onDisplay();
-  const driver::Point grip{before.x + 300, before.y + 8};
-  mouse_.moveTo(grip);
-  mouse_.press();
-  mouse_.moveTo({grip.x + 30, grip.y + 20});
-  mouse_.moveTo({grip.x + 60, grip.y + 40});
-  ASSERT_TRUE(waitUntil([&] {
-    mouse_.moveTo({grip.x + 60, grip.y + 40});
-    return onDisplay().x == before.x + 60;
-  }));
-  mouse_.release();
-  EXPECT_EQ(onDisplay().y, before.y + 40);
-  EXPECT_TRUE(waitUntil([&] { return panel_->frame() == (Rectangle{260, 260, 600, 165}); }));
-  EXPECT_EQ(delegate_.resignations, 0);
-}
-
-}  // namespace
-}  // namespace navora
 struct LongMessage {
   const char* name;
   std::string text;
@@ -470,3 +472,80 @@ INSTANTIATE_TEST_SUITE_P(
                     LongMessage{"OneWord", std::string(300, 'W')}),
     [](const auto& message) { return message.param.name; });
 
+TEST_F(LinuxCapturePanelTest, ShapesItsCornersWithoutACompositor) {
+  Gtk::Window below;
+  below.override_background_color(Gdk::RGBA("#0000ff"));
+  below.set_default_size(900, 700);
+  below.show();
+  below.present();
+  ASSERT_TRUE(waitUntil([&] { return isReadyForKeys(below); }));
+  below.move(100, 100);
+  ASSERT_TRUE(open());
+  EXPECT_TRUE(waitUntil([&] {
+    const auto card = shot();
+    return card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
+           card.pixel({300, 5}) == driver::PixelColor{255, 0, 0} &&
+           card.pixel({599, 164}) == driver::PixelColor{0, 0, 255};
+  }));
+  panel_->setLayout({.padding = 24, .editorHeight = 158, .messageHeight = 14});
+  panel_->setFrame({200, 200, 600, 265});
+  EXPECT_TRUE(waitUntil([&] {
+    const auto card = shot();
+    return card.height() == 265 && card.pixel({1, 1}) == driver::PixelColor{0, 0, 255} &&
+           card.pixel({599, 264}) == driver::PixelColor{0, 0, 255};
+  }));
+}
+
+TEST_F(LinuxCapturePanelTest, ShowsATranslucentCardWithoutACompositor) {
+  delegate_.cardAlpha = 0.1;
+  panel_->redrawSurface();
+  ASSERT_TRUE(open());
+  mouse_.click({onDisplay().x + 300, onDisplay().y + 60});
+  keyboard_.type("x");
+  EXPECT_TRUE(waitForText("x"));
+  // Blended with black.
+  EXPECT_TRUE(waitUntil([&] {
+    const auto color = shot().pixel({300, 5});
+    return color.red > 70 && color.green == 0 && color.blue == 0;
+  }));
+}
+
+TEST_F(LinuxCapturePanelTest, HasNoDarkEdgesWithoutACompositor) {
+  ASSERT_TRUE(open());
+  ASSERT_TRUE(waitUntil([&] { return shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0}; }));
+  const auto card = shot();
+  // Checks the leftmost pixel of the card in every row of the rounded corner.
+  int edges = 0;
+  for (int y = 0; y < 20; ++y) {
+    for (int x = 0; x < 20; ++x) {
+      const auto color = card.pixel({x, y});
+      const bool isCard = color.green == 0 && color.blue == 0 && color.red > 0;
+      if (!isCard) continue;
+      EXPECT_GT(color.red, 220) << x << ", " << y;
+      ++edges;
+      break;
+    }
+  }
+  EXPECT_GT(edges, 15);
+}
+
+TEST_F(LinuxCapturePanelTest, IsDraggedByItsBackground) {
+  ASSERT_TRUE(open());
+  const driver::Rectangle before = onDisplay();
+  const driver::Point grip{before.x + 300, before.y + 8};
+  mouse_.moveTo(grip);
+  mouse_.press();
+  mouse_.moveTo({grip.x + 30, grip.y + 20});
+  mouse_.moveTo({grip.x + 60, grip.y + 40});
+  ASSERT_TRUE(waitUntil([&] {
+    mouse_.moveTo({grip.x + 60, grip.y + 40});
+    return onDisplay().x == before.x + 60;
+  }));
+  mouse_.release();
+  EXPECT_EQ(onDisplay().y, before.y + 40);
+  EXPECT_TRUE(waitUntil([&] { return panel_->frame() == (Rectangle{260, 260, 600, 165}); }));
+  EXPECT_EQ(delegate_.resignations, 0);
+}
+
+}  // namespace
+}  // namespace navora

@@ -1,5 +1,6 @@
 #include "hosts/linux/capture/LinuxCapturePanel.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include <gdkmm/display.h>
@@ -17,8 +18,6 @@
 
 namespace navora {
 namespace {
-
-constexpr unsigned focusCheckMilliseconds = 50;
 
 int pixels(double length) {
   return static_cast<int>(std::lround(length));
@@ -49,7 +48,8 @@ LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& del
       frame_{0, 0, pixels(contentSize.width), pixels(contentSize.height)},
       card_(window_, delegate),
       editor_(delegate),
-      button_(delegate) {
+      button_(delegate),
+      focusWatch_(window_, [&delegate] { delegate.panelDidResignKey(); }) {
   makeFloating();
   useAlphaVisual();
   setUpMessage();
@@ -66,7 +66,6 @@ LinuxCapturePanel::LinuxCapturePanel(Size contentSize, CapturePanelDelegate& del
 }
 
 LinuxCapturePanel::~LinuxCapturePanel() {
-  focusCheck_.disconnect();
   for (auto& connection : connections_)
     connection.disconnect();
 }
@@ -85,6 +84,7 @@ void LinuxCapturePanel::makeFloating() {
   // the user from writing a note.
   group_->add_window(window_);
 }
+
 void LinuxCapturePanel::setUpMessage() {
   message_.set_line_wrap(true);
   message_.set_line_wrap_mode(Pango::WRAP_WORD_CHAR);
@@ -100,7 +100,6 @@ void LinuxCapturePanel::setUpMessage() {
     widget->get_style_context()->add_provider(css, GTK_STYLE_PROVIDER_PRIORITY_APPLICATION);
   messageClip_.show_all();
 }
-
 
 void LinuxCapturePanel::useAlphaVisual() {
   if (const auto visual = window_.get_screen()->get_rgba_visual()) {
@@ -121,10 +120,6 @@ void LinuxCapturePanel::connectEvents() {
     configured(*event);
     return false;
   };
-  const auto leaveFocus = [this](GdkEventFocus*) {
-    focusLeft();
-    return false;
-  };
   const auto press = [this](GdkEventButton* event) { return buttonPressed(*event); };
   const auto draw = [this](const Cairo::RefPtr<Cairo::Context>& context) {
     card_.paint(context, size());
@@ -135,7 +130,6 @@ void LinuxCapturePanel::connectEvents() {
   for (const auto& connection : {window_.signal_draw().connect(draw, false),
                                  window_.signal_key_press_event().connect(key, false),
                                  window_.signal_button_press_event().connect(press),
-                                 window_.signal_focus_out_event().connect(leaveFocus),
                                  window_.signal_configure_event().connect(configure, false),
                                  window_.signal_delete_event().connect(dismiss)}) {
     connections_.push_back(connection);
@@ -161,28 +155,6 @@ bool LinuxCapturePanel::buttonPressed(const GdkEventButton& event) {
   window_.begin_move_drag(static_cast<int>(event.button), static_cast<int>(event.x_root),
                           static_cast<int>(event.y_root), event.time);
   return true;
-}
-
-// Waits for another window to become active: a keyboard grab, by the hot key or a menu, takes the
-// focus too, but only for a moment.
-void LinuxCapturePanel::focusLeft() {
-  focusCheck_.disconnect();
-  if (!isVisible()) return;
-  focusCheck_ = Glib::signal_timeout().connect(
-      [this] {
-        checkFocus();
-        return false;
-      },
-      focusCheckMilliseconds);
-}
-
-void LinuxCapturePanel::checkFocus() {
-  if (!isVisible() || window_.has_toplevel_focus()) return;
-  if (anotherWindowIsActive(window_.get_window()->gobj())) {
-    delegate_.panelDidResignKey();
-  } else {
-    focusLeft();
-  }
 }
 
 void LinuxCapturePanel::setTitle(const std::string& title) {
@@ -260,7 +232,7 @@ void LinuxCapturePanel::moveToFrame() {
 }
 
 void LinuxCapturePanel::orderOut() {
-  focusCheck_.disconnect();
+  focusWatch_.reset();
   editor_.commitComposition();
   window_.hide();
 }

@@ -12,6 +12,7 @@
 
 #include "hosts/linux/capture/CaptureButtonView.h"
 #include "hosts/linux/capture/CaptureCardView.h"
+#include "hosts/linux/capture/CaptureFocusWatch.h"
 #include "hosts/linux/capture/LinuxCaptureEditor.h"
 #include "platform/CapturePanelView.h"
 
@@ -58,14 +59,12 @@ class LinuxCapturePanel final : public CapturePanelView {
 
  private:
   void makeFloating();
-  void useAlphaVisual();
   void setUpMessage();
+  void useAlphaVisual();
   void connectEvents();
   bool keyPressed(const GdkEventKey& event);
   bool buttonPressed(const GdkEventButton& event);
   void configured(const GdkEventConfigure& event);
-  void focusLeft();
-  void checkFocus();
   void moveToFrame();
   void placeChildren();
   Size size() const;
@@ -81,12 +80,12 @@ class LinuxCapturePanel final : public CapturePanelView {
   Glib::RefPtr<Gtk::WindowGroup> group_ = Gtk::WindowGroup::create();
   CaptureCardView card_;
   Gtk::Fixed content_;
+  LinuxCaptureEditor editor_;
   // Clips the message, which a GTK window would grow to show as a whole.
   Gtk::ScrolledWindow messageClip_;
-  LinuxCaptureEditor editor_;
   Gtk::Label message_;
   CaptureButtonView button_;
-  sigc::connection focusCheck_;
+  CaptureFocusWatch focusWatch_;
   std::vector<sigc::connection> connections_;
 };
 

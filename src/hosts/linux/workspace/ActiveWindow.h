@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 
 #include <gdk/gdk.h>
@@ -17,6 +18,21 @@ guint32 activationTime(GdkWindow* window);
 
 // Returns whether the active window is not `window`; true if the display is not X11.
 bool anotherWindowIsActive(GdkWindow* window);
+
+// Observes _NET_ACTIVE_WINDOW (EWMH), which the window manager keeps on the root window.
+class ActiveWindowObserver {
+ public:
+  // Calls `onChange` after each change; never if the display is not X11.
+  explicit ActiveWindowObserver(std::function<void()> onChange);
+  ~ActiveWindowObserver();
+  ActiveWindowObserver(const ActiveWindowObserver&) = delete;
+  ActiveWindowObserver& operator=(const ActiveWindowObserver&) = delete;
+
+ private:
+  static GdkFilterReturn onEvent(GdkXEvent* event, GdkEvent*, gpointer self);
+
+  const std::function<void()> onChange_;
+};
 
 // Returns whether one of this process's windows is the active one.
 bool isApplicationActive();
