@@ -36,6 +36,7 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
 - (BOOL)resignFirstResponder;
 - (void)keyDown:(NSEvent*)event;
 - (BOOL)performKeyEquivalent:(NSEvent*)event;
+- (void)insertBacktab:(nullable id)sender;
 - (void)mouseEntered:(NSEvent*)event;
 - (void)mouseExited:(NSEvent*)event;
 @end
