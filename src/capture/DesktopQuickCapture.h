@@ -97,6 +97,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   bool editorKeyDown(const KeyEvent& event, bool composing) override;
   bool editorKeyEquivalent(const KeyEvent& event, bool composing) override;
   void editorTextDidChange() override;
+  void editorCompositionDidChange() override { updateLayout(); }
   void editorDidChangeFocus(bool focused) override;
   void panelDidResignKey() override;
   void submitButtonPressed() override;

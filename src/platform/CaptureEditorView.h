@@ -37,6 +37,9 @@ class CaptureEditorDelegate {
   // Called after the user changed the text by typing, pasting, dropping or undoing; not after
   // clear() and setText().
   virtual void editorTextDidChange() = 0;
+  // Called after the text that an input method is composing changed, on platforms where text() does
+  // not contain it; textHeight() includes it.
+  virtual void editorCompositionDidChange() = 0;
   virtual void editorDidChangeFocus(bool focused) = 0;
 };
 
@@ -66,8 +69,8 @@ class CaptureEditorView {
   virtual void makeFirstResponder() = 0;
   virtual void moveCaretToEnd() = 0;
 
-  // Returns the height in points of the text laid out at the editor's current width, including the
-  // empty line after a final line break, excluding the insets. Exact below `enough`; taller text
+  // Returns the height in points of the text, with what is being composed, laid out at the editor's
+  // current width, including the empty line after a final line break, excluding the insets. Exact below `enough`; taller text
   // may return any value >= `enough`, so that layout can stop early.
   virtual double textHeight(double enough) = 0;
 };

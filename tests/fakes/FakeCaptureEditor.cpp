@@ -21,6 +21,7 @@ void FakeCaptureEditor::loseFocus() {
 void FakeCaptureEditor::compose(const std::string& text) {
   if (!editable_) fatalError("The editor is read-only", "FakeCaptureEditor", __LINE__);
   composition_ = text;
+  delegate_.editorCompositionDidChange();
 }
 
 void FakeCaptureEditor::commitComposition() {
@@ -44,7 +45,7 @@ void FakeCaptureEditor::makeFirstResponder() {
 }
 
 double FakeCaptureEditor::textHeight(double) {
-  const auto lines = 1 + std::ranges::count(text_, '\n');
+  const auto lines = 1 + std::ranges::count(text_, '\n') + std::ranges::count(composition_, '\n');
   return static_cast<double>(lines) * style_.lineHeight;
 }
 

@@ -24,6 +24,7 @@ class RecordingPanelDelegate final : public CapturePanelDelegate {
   }
   bool editorKeyEquivalent(const KeyEvent&, bool) override { return false; }
   void editorTextDidChange() override { ++textChanges; }
+  void editorCompositionDidChange() override { ++compositionChanges; }
   void editorDidChangeFocus(bool isFocused) override { focused = isFocused; }
   void panelDidResignKey() override { ++resignations; }
   void submitButtonPressed() override { ++presses; }
@@ -44,6 +45,7 @@ class RecordingPanelDelegate final : public CapturePanelDelegate {
   bool focused = false;
   bool hovered = false;
   int textChanges = 0;
+  int compositionChanges = 0;
   int resignations = 0;
   int presses = 0;
   std::vector<bool> systemAppearances;

@@ -151,10 +151,10 @@ TEST_F(LinuxCapturePanelTest, IsShownAboveAnActiveWindowThatKeepsTheKeyboard) {
   for (int time = 1; time <= 2; ++time) {
     panel_->orderFront();
     ASSERT_TRUE(waitUntil([&] {
-      return infoOf(panel_->native()).mapped &&
+      const auto info = infoOf(panel_->native());
+      return info.mapped && info.hasState("_NET_WM_STATE_ABOVE") &&
              shot().pixel({300, 5}) == driver::PixelColor{255, 0, 0};
     }));
-    EXPECT_TRUE(infoOf(panel_->native()).hasState("_NET_WM_STATE_ABOVE"));
     EXPECT_EQ(panel_->frame(), (Rectangle{200, 300, 600, 165}));
     keyboard_.type("x");
     ASSERT_TRUE(waitUntil([&] { return entry.get_text() == std::string(time, 'x'); }));

@@ -188,6 +188,38 @@ TEST_F(DesktopQuickCapturePanelTest, GrowsDownwardsWithTheTextAndShrinksAgain) {
   EXPECT_EQ(panel().frame().maxY(), top);
 }
 
+TEST_F(DesktopQuickCapturePanelTest, RedrawsOnlyWhatAKeyChanges) {
+  open("a");
+  const int surface = panel().surfaceRedraws();
+  const int button = panel().buttonRedraws();
+  editor().type("ab");
+  EXPECT_EQ(panel().surfaceRedraws(), surface);
+  EXPECT_EQ(panel().buttonRedraws(), button);
+  editor().type("a\nb\nc\nd\ne");
+  EXPECT_GT(panel().surfaceRedraws(), surface);
+  editor().type("");
+  EXPECT_GT(panel().buttonRedraws(), button);
+}
+
+TEST_F(DesktopQuickCapturePanelTest, RedrawsInANewAppearanceOfTheSameSize) {
+  open();
+  const int surface = panel().surfaceRedraws();
+  panel().delegate().systemAppearanceDidChange(true);
+  EXPECT_GT(panel().surfaceRedraws(), surface);
+}
+
+TEST_F(DesktopQuickCapturePanelTest, GrowsWithWhatAnInputMethodIsComposing) {
+  platform.captureDesktop().dark = true;
+  open();
+  editor().compose("1\n2\n3\n4");
+  EXPECT_EQ(panel().layout().editorHeight, 109);
+  EXPECT_EQ(panel().frame().height, 216);
+  EXPECT_FALSE(panel().isSubmitEnabled());
+  EXPECT_THAT(telemetryNames(), Not(Contains("native_input")));
+  editor().compose("");
+  EXPECT_EQ(panel().frame().height, 165);
+}
+
 TEST_F(DesktopQuickCapturePanelTest, GrowsWithALongMessageOnlyBeyondTheButton) {
   platform.captureDesktop().dark = true;
   platform.captureDesktop().messageLineWidth = 700;

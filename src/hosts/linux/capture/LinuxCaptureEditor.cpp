@@ -44,6 +44,7 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
     : delegate_(delegate),
       buffer_(view_.get_buffer()),
       undo_(buffer_),
+      heights_(buffer_),
       css_(Gtk::CssProvider::create()) {
   scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
   scroller_.set_overlay_scrolling(true);
@@ -72,6 +73,11 @@ LinuxCaptureEditor::~LinuxCaptureEditor() {
 
 // Reports one change per user action, even if it deletes and inserts.
 void LinuxCaptureEditor::connectBuffer() {
+  connections_.push_back(buffer_->signal_insert().connect(
+      [this](const Gtk::TextIter&, const Glib::ustring& text, int) {
+        if (isEcho(text)) g_signal_stop_emission_by_name(buffer_->gobj(), "insert-text");
+      },
+      false));
   connections_.push_back(buffer_->signal_changed().connect([this] { textChanged(); }));
   connections_.push_back(
       buffer_->signal_begin_user_action().connect([this] { inUserAction_ = true; }));
@@ -84,10 +90,22 @@ void LinuxCaptureEditor::connectBuffer() {
 void LinuxCaptureEditor::connectView() {
   const auto reportFocus = [this](bool focused) {
     return [this, focused](GdkEventFocus*) {
-      delegate_.editorDidChangeFocus(focused);
+      if (!isEndingComposition_) delegate_.editorDidChangeFocus(focused);
       return false;
     };
   };
+  // Before the input method learns of it: many discard their text then.
+  connections_.push_back(view_.signal_focus_out_event().connect(
+      [this](GdkEventFocus*) {
+        if (!isEndingComposition_) commitComposition();
+        return false;
+      },
+      false));
+  const auto forgetCommit = [this](GdkEventButton*) {
+    ownCommit_.clear();
+    return false;
+  };
+  connections_.push_back(view_.signal_button_press_event().connect(forgetCommit, false));
   connections_.push_back(view_.signal_focus_in_event().connect(reportFocus(true)));
   connections_.push_back(view_.signal_focus_out_event().connect(reportFocus(false)));
   connections_.push_back(view_.signal_draw().connect(
@@ -107,7 +125,12 @@ void LinuxCaptureEditor::textChanged() {
 void LinuxCaptureEditor::onPreeditChanged(GtkTextView*, const char* text, gpointer self) {
   auto& editor = *static_cast<LinuxCaptureEditor*>(self);
   editor.composition_ = stringFrom(text);
+  editor.heights_.forget(editor.buffer_->get_iter_at_mark(editor.buffer_->get_insert()).get_line());
   editor.view_.queue_draw();
+  // The view lays the new composition out after this signal.
+  editor.layoutIsOutdated_ = true;
+  editor.delegate_.editorCompositionDidChange();
+  editor.layoutIsOutdated_ = false;
 }
 
 std::string LinuxCaptureEditor::text() const {
@@ -120,8 +143,7 @@ bool LinuxCaptureEditor::isEmpty() const {
 
 void LinuxCaptureEditor::setText(const std::string& text) {
   settingText_ = true;
-  view_.reset_im_context();
-  composition_.clear();
+  endComposition();
   buffer_->set_text(text);
   settingText_ = false;
   undo_.forget();
@@ -155,6 +177,7 @@ void LinuxCaptureEditor::setLineHeight(double lineHeight) {
   view_.set_pixels_above_lines(above);
   view_.set_pixels_below_lines(lineExtra_ - above);
   view_.set_pixels_inside_wrap(lineExtra_);
+  heights_.forgetAll();
 }
 
 void LinuxCaptureEditor::setPlaceholder(const std::string& text) {
@@ -166,16 +189,45 @@ void LinuxCaptureEditor::setAccessibilityLabel(const std::string& label) {
   view_.get_accessible()->set_name(label);
 }
 
-// Some input methods commit their text when they are reset, but most discard it.
+// Of the input methods, some commit their text when they lose the focus or are reset, some commit
+// it later, and some discard it.
 void LinuxCaptureEditor::commitComposition() {
   if (!isComposing()) return;
   const std::string composition = std::exchange(composition_, {});
   bool committed = false;
   sigc::connection insertion = buffer_->signal_insert().connect(
       [&](const Gtk::TextIter&, const Glib::ustring&, int) { committed = true; });
-  view_.reset_im_context();
+  endComposition();
   insertion.disconnect();
   if (!committed) insert(composition);
+  ownCommit_ = composition;
+}
+
+// Takes the focus from the input method for a moment: ibus (seen in 1.5.27) keeps showing its text
+// after a reset, and commits it again when it loses the focus.
+void LinuxCaptureEditor::endComposition() {
+  const bool hadFocus = view_.has_focus();
+  isEndingComposition_ = true;
+  sendFocusChange(false);
+  view_.reset_im_context();
+  if (hadFocus) sendFocusChange(true);
+  isEndingComposition_ = false;
+  composition_.clear();
+}
+
+void LinuxCaptureEditor::sendFocusChange(bool in) {
+  const auto surface = view_.get_window(Gtk::TEXT_WINDOW_WIDGET);
+  if (!surface) return;
+  GdkEvent* event = gdk_event_new(GDK_FOCUS_CHANGE);
+  event->focus_change.window = GDK_WINDOW(g_object_ref(surface->gobj()));
+  event->focus_change.in = static_cast<gint16>(in);
+  gtk_widget_event(GTK_WIDGET(view_.gobj()), event);
+  gdk_event_free(event);
+}
+
+// The text that the input method commits after commitComposition() has inserted it.
+bool LinuxCaptureEditor::isEcho(const Glib::ustring& text) const {
+  return !settingText_ && !ownCommit_.empty() && text.raw() == ownCommit_;
 }
 
 // Replaces the selection, as a commit of the input method does.
@@ -194,6 +246,15 @@ void LinuxCaptureEditor::makeFirstResponder() {
 void LinuxCaptureEditor::moveCaretToEnd() {
   buffer_->place_cursor(buffer_->end());
   view_.scroll_to(buffer_->get_insert());
+}
+
+bool LinuxCaptureEditor::inputMethodTakes(const GdkEventKey& event) {
+  ownCommit_.clear();
+  const std::uint16_t code = keyEventFrom(event).keyCode;
+  const bool isForCore = code != KeyEvent::otherKey && code != KeyEvent::spaceKey;
+  if (!view_.has_focus() || (!isForCore && commandOf(event) == Command::none)) return false;
+  GdkEventKey copy = event;
+  return gtk_text_view_im_context_filter_keypress(view_.gobj(), &copy) != FALSE;
 }
 
 bool LinuxCaptureEditor::handleKey(const GdkEventKey& event) {
@@ -218,21 +279,42 @@ int LinuxCaptureEditor::textWidth() const {
 }
 
 double LinuxCaptureEditor::textHeight(double enough) {
-  const auto layout = layoutOf("");
+  if (std::exchange(heightsWidth_, textWidth()) != heightsWidth_) heights_.forgetAll();
+  return heights_.sum(enough, [this](int line) { return lineHeight(line); });
+}
+
+// The view lays the text out itself and keeps the layout of the line that it was last asked about,
+// which is the one being typed in: using it costs nothing. It has a layout only when it is shown.
+int LinuxCaptureEditor::lineHeight(int line) {
+  const auto begin = buffer_->get_iter_at_line(line);
+  auto end = begin;
+  if (!end.ends_line()) end.forward_to_line_end();
+  const bool isLaidOut = !layoutIsOutdated_ && !isComposing() && view_.get_mapped() &&
+                         view_.get_allocated_width() == textWidth() + 2 * sideMargin;
+  return isLaidOut ? laidOutHeight(begin, end) : measuredHeight(begin, end);
+}
+
+int LinuxCaptureEditor::laidOutHeight(const Gtk::TextIter& begin, const Gtk::TextIter& end) {
+  Gdk::Rectangle first;
+  Gdk::Rectangle last;
+  view_.get_iter_location(begin, first);
+  view_.get_iter_location(end, last);
+  return last.get_y() + last.get_height() - first.get_y() + lineExtra_;
+}
+
+int LinuxCaptureEditor::measuredHeight(const Gtk::TextIter& begin, const Gtk::TextIter& end) {
+  Glib::ustring text = buffer_->get_text(begin, end, true);
+  const auto caret = buffer_->get_iter_at_mark(buffer_->get_insert());
+  if (isComposing() && caret.get_line() == begin.get_line()) {
+    text.insert(static_cast<Glib::ustring::size_type>(caret.get_line_offset()), composition_);
+  }
+  const auto layout = layoutOf(text);
   layout->set_width(textWidth() * PANGO_SCALE);
   layout->set_wrap(Pango::WRAP_WORD_CHAR);
-  // Laying out a long text is slow: measure growing prefixes until one is high enough.
-  const int length = buffer_->get_char_count();
-  for (int measured = 2000;; measured *= 2) {
-    const bool whole = measured >= length;
-    const auto end = whole ? buffer_->end() : buffer_->get_iter_at_offset(measured);
-    layout->set_text(buffer_->get_text(buffer_->begin(), end, true));
-    int width = 0;
-    int height = 0;
-    layout->get_pixel_size(width, height);
-    const double total = height + layout->get_line_count() * lineExtra_;
-    if (whole || total >= enough) return total;
-  }
+  int width = 0;
+  int height = 0;
+  layout->get_pixel_size(width, height);
+  return height + layout->get_line_count() * lineExtra_;
 }
 
 bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context) {

@@ -7,6 +7,7 @@
 #include <gtkmm/textview.h>
 #include <sigc++/connection.h>
 
+#include "hosts/linux/capture/LineHeights.h"
 #include "hosts/linux/capture/TextUndo.h"
 #include "hosts/linux/system/GLibSupport.h"
 #include "platform/CaptureEditorView.h"
@@ -22,6 +23,11 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   Gtk::ScrolledWindow& widget() { return scroller_; }
   Gtk::TextView& textView() { return view_; }
   bool isComposing() const { return !composition_.empty(); }
+  // Offers the input method a key that the panel or the core could act on; returns whether it takes
+  // it. A key of any other kind reaches the input method through the text view. An input method
+  // that shows its text or its candidates in a window of its own uses keys while isComposing() is
+  // false.
+  bool inputMethodTakes(const GdkEventKey& event);
   // Handles the keys of undo and redo and Shift+Tab; returns false for any other key.
   bool handleKey(const GdkEventKey& event);
 
@@ -42,17 +48,26 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   void connectView();
   void textChanged();
   void insert(const std::string& text);
+  void endComposition();
+  void sendFocusChange(bool in);
+  bool isEcho(const Glib::ustring& text) const;
   bool drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& context);
   bool isEmpty() const;
   Glib::RefPtr<Pango::Layout> layoutOf(const Glib::ustring& text);
   void setLineHeight(double lineHeight);
   int textWidth() const;
+  int lineHeight(int line);
+  int laidOutHeight(const Gtk::TextIter& begin, const Gtk::TextIter& end);
+  int measuredHeight(const Gtk::TextIter& begin, const Gtk::TextIter& end);
 
   CaptureEditorDelegate& delegate_;
   Gtk::ScrolledWindow scroller_;
   Gtk::TextView view_;
   Glib::RefPtr<Gtk::TextBuffer> buffer_;
   TextUndo undo_;
+  LineHeights heights_;
+  // The width in pixels that the heights are for.
+  int heightsWidth_ = 0;
   Glib::RefPtr<Gtk::CssProvider> css_;
   CaptureEditorStyle style_;
   Pango::FontDescription font_;
@@ -61,6 +76,10 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   int lineExtra_ = 0;
   // The text that the input method is composing (preedit), which the buffer does not contain.
   std::string composition_;
+  // What commitComposition() inserted, until the user does something else.
+  std::string ownCommit_;
+  bool layoutIsOutdated_ = false;
+  bool isEndingComposition_ = false;
   bool settingText_ = false;
   bool inUserAction_ = false;
   bool changedInUserAction_ = false;

@@ -146,6 +146,7 @@ void LinuxCapturePanel::configured(const GdkEventConfigure& event) {
 
 bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
   if (delegate_.editorKeyDown(keyEventFrom(event), editor_.isComposing())) return true;
+  if (editor_.inputMethodTakes(event)) return true;
   return !editor_.isComposing() && editor_.handleKey(event);
 }
 
