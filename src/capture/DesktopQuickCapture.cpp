@@ -180,8 +180,8 @@ std::string DesktopQuickCapture::trimmedText() const {
 }
 
 void DesktopQuickCapture::setSubmitEnabled(bool enabled) {
-  submitButton_.enabled = enabled;
   panel_->setSubmitEnabled(enabled);
+  if (std::exchange(submitButton_.enabled, enabled) == enabled) return;
   panel_->redrawSubmitButton();
 }
 
@@ -194,10 +194,13 @@ void DesktopQuickCapture::updateLayout() {
   const double messageWidth = CapturePanelGeometry::messageWidth(frame.width, palette_.padding);
   layout.messageHeight =
       CapturePanelGeometry::messageHeight(panel_->messageTextHeight(messageWidth));
+  const Rectangle wanted = CapturePanelGeometry::withHeight(
+      frame,
+      CapturePanelGeometry::panelHeight(layout.editorHeight, layout.messageHeight, layout.padding));
+  // Most keys change nothing, and laying out and redrawing costs more than the key.
+  if (std::exchange(layout_, layout) == layout && wanted == frame) return;
   panel_->setLayout(layout);
-  panel_->setFrame(CapturePanelGeometry::withHeight(
-      frame, CapturePanelGeometry::panelHeight(layout.editorHeight, layout.messageHeight,
-                                               layout.padding)));
+  panel_->setFrame(wanted);
   panel_->redrawSurface();
 }
 

@@ -140,6 +140,8 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   CaptureSubmitButton submitButton_;
   CaptureAppearance palette_;
   CaptureMessage messageText_;
+  // Set by the last updateLayout().
+  CapturePanelLayout layout_;
   bool busy_ = false;
   bool awaitingLogin_ = false;
   // Whether the message is a failure that the user has not seen, because the panel is hidden.

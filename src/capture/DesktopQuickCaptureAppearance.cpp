@@ -38,6 +38,7 @@ void DesktopQuickCapture::applyAppearance(const CaptureAppearance& appearance) {
   panel_->setMessageColor(appearance.muted);
   panel_->redrawSubmitButton();
   updateLayout();
+  panel_->redrawSurface();
 }
 
 void DesktopQuickCapture::refreshPlaceholder() {

@@ -142,6 +142,7 @@ class CaptureBenchmark {
     reportTyping("a key among 9,920 units in paragraphs", typingSample + "\n");
     reportTyping("a key among 9,920 units in one paragraph", typingSample + " ");
   }
+  // Compares the panel with a text view of the toolkit that holds the same text.
   void reportTyping(const std::string& label, const std::string& piece) {
     open();
     if (!piece.empty()) fill(piece);
@@ -149,6 +150,13 @@ class CaptureBenchmark {
     desktop_.keyboard().chord("Control+a");
     desktop_.keyboard().chord("BackSpace");
     desktop_.keyboard().chord("Escape");
+    waitForOther();
+    const auto bare = desktop_.start({NAVORA_BARE_TEXT_VIEW});
+    waitUntil([&] { return ownFocus().has_value(); }, "the bare text view has the focus");
+    if (!piece.empty()) fill(piece);
+    reportMean("  the same in a bare text view",
+               typingCost(desktop_.keyboard(), bare->pid(), typedKeys));
+    bare->terminate();
     waitForOther();
   }
   // Types the piece and doubles it six times.

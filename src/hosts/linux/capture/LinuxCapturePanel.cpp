@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include <gdkmm/display.h>
 #include <gdkmm/monitor.h>
@@ -145,8 +146,8 @@ void LinuxCapturePanel::configured(const GdkEventConfigure& event) {
 }
 
 bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
-  if (delegate_.editorKeyDown(keyEventFrom(event), editor_.isComposing())) return true;
   if (editor_.inputMethodTakes(event)) return true;
+  if (delegate_.editorKeyDown(keyEventFrom(event), editor_.isComposing())) return true;
   return !editor_.isComposing() && editor_.handleKey(event);
 }
 
@@ -239,15 +240,21 @@ void LinuxCapturePanel::orderOut() {
 }
 
 void LinuxCapturePanel::setMessage(const std::string& text) {
-  message_.set_text(withModifierNames(text));
+  const Glib::ustring shown = withModifierNames(text);
+  // Setting the text lays the window out again.
+  if (shown == message_.get_text()) return;
+  message_.set_text(shown);
+  messageHeightWidth_.reset();
 }
 
 void LinuxCapturePanel::setMessageColor(Color color) {
   auto attributes = messageAttributes(color);
   message_.set_attributes(attributes);
+  messageHeightWidth_.reset();
 }
 
 double LinuxCapturePanel::messageTextHeight(double width) {
+  if (std::exchange(messageHeightWidth_, width) == width) return messageHeight_;
   const auto layout = message_.create_pango_layout(message_.get_text());
   auto attributes = message_.get_attributes();
   layout->set_attributes(attributes);
@@ -256,7 +263,8 @@ double LinuxCapturePanel::messageTextHeight(double width) {
   int lineWidth = 0;
   int height = 0;
   layout->get_pixel_size(lineWidth, height);
-  return height;
+  messageHeight_ = height;
+  return messageHeight_;
 }
 
 void LinuxCapturePanel::setSubmitEnabled(bool enabled) {

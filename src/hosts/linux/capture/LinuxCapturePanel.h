@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -84,6 +85,10 @@ class LinuxCapturePanel final : public CapturePanelView {
   // Clips the message, which a GTK window would grow to show as a whole.
   Gtk::ScrolledWindow messageClip_;
   Gtk::Label message_;
+  // The result of messageTextHeight() and the width that it is for; nullopt after the message
+  // changed.
+  double messageHeight_ = 0;
+  std::optional<double> messageHeightWidth_;
   CaptureButtonView button_;
   CaptureFocusWatch focusWatch_;
   std::vector<sigc::connection> connections_;
