@@ -75,6 +75,7 @@ class LinuxPlatform final : public Platform {
   LinuxUserDefaults userDefaults_;
   LinuxWorkspace workspace_;
   MissingTrayWarning missingTray_;
+  // Set by makeMainWindow(), which must precede makeCapturePanel() and makeStatusItem().
   std::optional<ColorScheme> colorScheme_;
   std::optional<WebSession> webSession_;
 };

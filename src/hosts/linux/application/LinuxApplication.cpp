@@ -33,8 +33,8 @@ void quitOnSignals(Gtk::Application& application) {
 }
 
 // Registers the application, trying again while the name's owner does not reply: an instance that
-// is quitting still owns the name for a moment. Quitting and starting again at once, as an update
-// does, would otherwise start nothing.
+// is quitting still owns the name for a moment. A quick restart, such as that of an update, would
+// otherwise leave no instance running.
 void registerOnBus(GApplication* application) {
   constexpr int attempts = 100;
   constexpr gulong pause = 20'000;  // microseconds

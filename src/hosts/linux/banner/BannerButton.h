@@ -28,7 +28,7 @@ class BannerButton {
   std::function<void()> pressed_;
   Gtk::Button button_;
   Gtk::Label title_;
-  // The title when the current press began; nullopt while there is no press.
+  // The title when the last press began; nullopt after the click that ended it.
   std::optional<std::string> pressedTitle_;
 };
 

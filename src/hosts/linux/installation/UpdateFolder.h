@@ -35,8 +35,8 @@ class UpdateFolder {
   std::filesystem::path unpacked() const { return path_ / "new"; }
   std::filesystem::path version() const { return unpacked() / "navora"; }
 
-  // Releases ownership to another program, which removes the folder. It stays locked as long as any
-  // duplicate of the descriptor is open.
+  // Releases ownership, for another program to adopt: this object no longer removes the folder,
+  // which stays locked as long as any duplicate of the returned descriptor is open.
   FileDescriptor handOver();
 
  private:

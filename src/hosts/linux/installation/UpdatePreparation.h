@@ -11,10 +11,10 @@
 
 namespace navora {
 
-// Verifies and unpacks the archive in an update folder, checks that it holds the version that the
-// feed announced, which prevents downgrades, and deletes it. Returns the error if a step fails.
-// `progress` is called from 0 to 1, `cancelled` is polled while unpacking. May be called on any
-// thread; takes seconds to minutes.
+// Verifies and unpacks the archive in an update folder, deletes the archive, and checks that it
+// held the version that the feed announced, which prevents downgrades. Returns the error if a step
+// fails. `progress` is called with values from 0 to 1, `cancelled` is polled while unpacking. May
+// be called on any thread; takes seconds to minutes.
 std::optional<PlatformError> prepareUpdate(const UpdateFolder& folder, const AppcastEntry& entry,
                                            const Ed25519PublicKey& key,
                                            const std::function<void(double)>& progress,

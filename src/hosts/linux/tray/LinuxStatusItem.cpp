@@ -65,7 +65,8 @@ GVariant* noPixmaps() {
   return g_variant_new_array(G_VARIANT_TYPE("(iiay)"), nullptr, 0);
 }
 
-// Returns a name not used before: trays take a name that is owned again at once for the old item's.
+// Returns a name that was not used before: if a name changes its owner at once, trays take the new
+// item for the old one.
 std::string nextBusName() {
   static int count = 0;
   return "org.kde.StatusNotifierItem-" + std::to_string(getpid()) + "-" + std::to_string(++count);

@@ -84,8 +84,8 @@ class UpdateSession {
   Context& context_;
   const AppcastSelection::Conditions conditions_;
   Completion completion_;
-  // The task's callbacks refer to its frame, so the objects that call them are declared below it
-  // and destroyed first.
+  // Its callbacks do nothing once it is destroyed, so the objects below, which call them, may
+  // outlive it, as they do after a cancellation.
   Task<> task_;
   std::unique_ptr<HttpSession> feedSession_;
   std::unique_ptr<UpdateDownload> download_;
