@@ -63,8 +63,8 @@ namespace navora {
 
 namespace {
 
-// Returns a function for the system to call on any thread, which calls `completion` on the main
-// thread and destroys it there. What is left for the system's thread to destroy is an empty shell.
+// Returns a function for the system to call once, on any thread. It calls `completion` on the main
+// thread and destroys it there; the system's thread destroys at most an empty function.
 template <typename Value>
 std::function<void(Value)> onMainThread(std::function<void(Value)> completion) {
   const auto shell = std::make_shared<std::function<void(Value)>>(std::move(completion));

@@ -4,8 +4,8 @@
 
 #include "platform/Updater.h"
 
-// Sparkle's user driver, which forwards every step to the core's. Without that one it declines or
-// acknowledges whatever Sparkle asks.
+// Sparkle's user driver, which forwards every step to the core's. While `userDriver` is null, it
+// declines or acknowledges every request.
 @interface NavoraUserDriverForwarder : NSObject <SPUUserDriver>
 @property(nonatomic, nullable) navora::UpdaterUserDriver* userDriver;
 @end
