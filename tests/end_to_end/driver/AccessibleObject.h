@@ -25,7 +25,7 @@ enum class AccessibleState : std::uint8_t {
 };
 
 // A native widget as assistive technology sees it. The widget can be destroyed at any time: queries
-// then return nothing (empty text, no children), and commands throw TestError.
+// then return empty values (an empty text, no children, false), and commands throw TestError.
 class AccessibleObject {
  public:
   AccessibleObject(std::shared_ptr<BusConnection> bus, std::string owner, std::string path);
@@ -48,8 +48,8 @@ class AccessibleObject {
   void focus() const;
   void setText(std::string_view text) const;
 
-  // Returns the process that owns the widget; the page of a web view belongs to another process
-  // than its window.
+  // Returns the unique bus name of the process that owns the widget; the page of a web view belongs
+  // to another process than its window.
   const std::string& owner() const { return owner_; }
   bool operator==(const AccessibleObject& other) const {
     return owner_ == other.owner_ && path_ == other.path_;

@@ -53,7 +53,7 @@ BusService::~BusService() {
   g_dbus_node_info_unref(node_);
 }
 
-// Both outlive the call: the caller waits for the promise.
+// `address` and `ready` are valid only until `ready` is fulfilled: the constructor waits for that.
 void BusService::run(const std::string& address, std::promise<void>& ready) {
   g_main_context_push_thread_default(context_);
   try {

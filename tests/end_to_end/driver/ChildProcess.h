@@ -19,8 +19,8 @@ using Environment = std::map<std::string, std::string>;
 // and no others, so that the developer's environment does not affect tests.
 Environment baseEnvironment();
 
-// A program in a process group of its own. The group is killed when this object is destroyed or the
-// thread that created it exits.
+// A program in a process group of its own. The group is killed when this object is destroyed; only
+// the program itself gets a signal when the thread that created this object exits.
 class ChildProcess {
  public:
   struct Options {

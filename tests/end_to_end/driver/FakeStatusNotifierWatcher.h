@@ -52,7 +52,7 @@ class FakeStatusNotifierWatcher {
   // Waits for an item and returns the first.
   Item waitForItem();
 
-  // The following functions throw TestError if the item does not reply as specified.
+  // The following functions throw TestError if the item violates the protocol.
 
   std::string textProperty(const Item& item, const std::string& name);
   // Returns the images of a property, one for each size.

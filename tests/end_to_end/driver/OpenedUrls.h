@@ -15,7 +15,8 @@ class OpenedUrls {
   OpenedUrls(const std::filesystem::path& dataHome, const std::filesystem::path& configHome,
              std::filesystem::path record);
 
-  // Returns the URLs in the order in which they were opened.
+  // Returns the URLs in the order in which their handlers ran. Each handler is a process of its
+  // own, so URLs opened in quick succession may change places.
   std::vector<std::string> all() const;
   void clear();
   // Waits until a URL has been opened since the start or clear(), and returns the first.

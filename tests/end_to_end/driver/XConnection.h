@@ -20,7 +20,7 @@ template <typename Reply>
 using XReply = std::unique_ptr<Reply, FreeReply>;
 
 // A client connection to an X display: atoms, properties and messages to the window manager. A
-// window can be destroyed at any time; queries about it then return nothing.
+// window can be destroyed at any time; queries about it then return empty values.
 class XConnection {
  public:
   explicit XConnection(const std::string& displayName);

@@ -19,7 +19,7 @@ class ChildProcessTest : public testing::Test {
     return options;
   }
 
-  // Neither running nor a zombie, except one left to init.
+  // Returns whether the process has exited. A zombie counts: init may not have reaped it yet.
   static bool hasExited(pid_t pid) {
     const std::string status = readFile("/proc/" + std::to_string(pid) + "/status");
     return status.empty() || status.find("State:\tZ") != std::string::npos;

@@ -139,7 +139,7 @@ TEST_F(DesktopDriverTest, TextsOfEntriesAreReadAndWrittenThroughAccessibility) {
   waitUntil([&] { return entry.has(AccessibleState::focused); }, "the entry has the focus");
 }
 
-TEST_F(DesktopDriverTest, OpenedAddressesAreRecordedInOrder) {
+TEST_F(DesktopDriverTest, OpenedAddressesAreRecorded) {
   widget("push button", "Open links").press();
   program_->waitForLine("opened");
   waitUntil([&] { return desktop_->openedUrls().all().size() == 2; },
