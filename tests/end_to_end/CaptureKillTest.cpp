@@ -19,7 +19,7 @@ namespace {
 constexpr int tooManyCalls = 500;
 // Fewer would mean that the calls are not intercepted.
 constexpr int fewCalls = 20;
-// How many of the calls are tried by default: one in so many.
+// By default one call in so many is tried.
 constexpr int stride = 13;
 
 // What the service does with the note that it is sent.
@@ -51,7 +51,8 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
     return button && button->has(AccessibleState::sensitive);
   }
 
-  // Writes and sends a note in a process that is killed at the call. Returns whether it came to it.
+  // Writes and sends a note in a process that is to be killed at the call. Returns whether it was
+  // killed; it is not if the note is sent with fewer calls.
   bool writeAndSend(const std::string& begin, const std::string& end, const std::string& call) {
     const auto dead = [this] { return !application().running(); };
     openPanel();
@@ -93,8 +94,7 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
     waitUntil([&] { return !std::filesystem::exists(file()); }, "nothing is left on the disk");
   }
 
-  // Returns the number of calls of a note that is sent without being interrupted, and the points
-  // tried.
+  // Returns the number of calls that an uninterrupted note takes, and the number of calls tried.
   std::pair<int, int> killAtEach(const std::string& mode, int first, int step) {
     int tried = 0;
     for (int call = first; call < tooManyCalls; call += step) {

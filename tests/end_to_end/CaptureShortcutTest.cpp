@@ -20,7 +20,7 @@ class ShortcutHolder {
     if (error) throw TestError("The shortcut cannot be taken");
   }
 
-  // Waits for a press of the shortcut.
+  // Waits for a press of the shortcut and replays it to the focused window.
   void handOnPress() {
     waitUntil(
         [this] {

@@ -35,7 +35,7 @@ class HostilePageTest : public TestPageTest {
     EXPECT_FALSE(hasWidget("label", "Navora is unavailable right now"));
   }
 
-  // The application accepts the page's own message, the first about a language.
+  // Expects that no message about a language had an effect before, and that the page's own has.
   void expectNoMessageButThePagesOwn() {
     page().evaluate(
         "await new Promise((resolve) => {"
@@ -133,7 +133,7 @@ TEST_F(HostilePageTest, DropsARefreshThatTheServiceAsksFor) {
   EXPECT_EQ(page().path(), "/refreshing");
 }
 
-TEST_F(HostilePageTest, KeepsTheBodyOfAPostThatIsRedirectedToAForeignSite) {
+TEST_F(HostilePageTest, DropsAPostThatIsRedirectedToAForeignSite) {
   serviceClient().addFault("POST", "/posting",
                            {{"redirect", foreign().url("/posted")}, {"status", 307}});
   page().click("#post");

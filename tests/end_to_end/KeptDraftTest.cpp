@@ -1,4 +1,4 @@
-// What the capture panel holds survives the application, however that ends.
+// The draft in the capture panel survives the application's exit, however the application exits.
 #include <algorithm>
 #include <filesystem>
 

@@ -51,7 +51,7 @@ class StatusItemTest : public CaptureTest {
   FakeStatusNotifierWatcher::Item item;
 };
 
-TEST_F(StatusItemTest, HasTheApplicationsMenuWithTheNamesThatKeysHaveHere) {
+TEST_F(StatusItemTest, HasTheApplicationsMenuWithTheKeyNamesOfLinux) {
   EXPECT_THAT(labels(),
               ElementsAre("New Note  Ctrl+Shift+Space", "Show Navora", "Check for Updates…",
                           "Turn On Notifications…", "-", "Quit Navora"));

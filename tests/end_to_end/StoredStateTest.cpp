@@ -129,12 +129,12 @@ class EndingTest : public StoredStateTest, public testing::WithParamInterface<in
   }
 };
 
-TEST_P(EndingTest, EndsTheApplicationInOrder) {
+TEST_P(EndingTest, QuitsTheApplicationCleanly) {
   launch();
   expectCleanEnd();
 }
 
-TEST_P(EndingTest, EndsTheApplicationWhileThePageAsks) {
+TEST_P(EndingTest, QuitsTheApplicationCleanlyWhileThePageShowsAnAlert) {
   launch();
   page().evaluate("setTimeout(() => alert('Read this')); return true");
   widget("push button", "OK");

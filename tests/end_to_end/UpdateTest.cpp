@@ -54,7 +54,7 @@ class UpdateTest : public EndToEndTest {
   bool startsApplication() const override { return false; }
   void TearDown() override {
     EndToEndTest::TearDown();
-    // It would start the application again when the one that it waits for is killed.
+    // An installer that was waiting for the application, which is dead now, starts it again.
     waitUntil([&] { return !installation.isInstallerRunning(); }, "the installer has ended");
     // The engine's processes too: they would still write to the home folder of the next test.
     std::vector<pid_t> processes = installation.runningPrograms();
@@ -127,7 +127,7 @@ TEST_F(UpdateTest, ReplacesTheInstallationAndRunsTheNewVersion) {
   EXPECT_THAT(reminder("navora.updateReminder.ignoredVersion"), IsEmpty());
 }
 
-TEST_F(UpdateTest, IsOfferedAgainAfterItIsPostponed) {
+TEST_F(UpdateTest, IsRememberedWhenItIsPostponed) {
   installation.release(built(), newVersion);
   launchSignedIn();
   waitForOffer();
