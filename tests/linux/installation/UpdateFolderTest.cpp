@@ -156,7 +156,7 @@ TEST_F(UpdateFolderTest, AFileInItsPlaceIsLeftAlone) {
   EXPECT_EQ(readFile(folder_), "x");
 }
 
-TEST_F(UpdateFolderTest, AFolderOfSomebodyElseIsLeftAlone) {
+TEST_F(UpdateFolderTest, AFolderOfAnotherUserIsLeftAlone) {
   if (::geteuid() != 0) GTEST_SKIP() << "NOT TESTED: only root can give files away";
   writeFile(folder_ / "a", "x");
   ASSERT_EQ(::chown(folder_.c_str(), nobody, nobody), 0);

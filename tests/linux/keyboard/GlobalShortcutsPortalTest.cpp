@@ -217,7 +217,7 @@ TEST_F(GlobalShortcutsPortalTest, IsNotAvailableWithoutAPortal) {
   EXPECT_FALSE(GlobalShortcutsPortal::isAvailable());
 }
 
-TEST(ShortcutTriggerTest, FollowsTheShortcutsSpecification) {
+TEST(ShortcutTriggerTest, HasTheSyntaxOfThePortalsTriggers) {
   EXPECT_EQ(
       shortcutTrigger({.keyCode = KeyEvent::spaceKey, .carbonModifiers = HotKey::carbonCommand}),
       "CTRL+space");

@@ -31,7 +31,7 @@ class FakeService {
   }
   Url url() const { return testUrl("https://service.example/answer"); }
 
-  // Sets the response; until then requests get none.
+  // Sets the response; until then requests are not answered.
   void setAnswer(int status, std::string body) { answer_ = {status, std::move(body)}; }
   void disappear() { isThere_ = false; }
   void work() {
