@@ -42,7 +42,7 @@ class FakePlatform final : public Platform {
   FakeCapturePanelView& capturePanel() const;
   FakeStatusItem& statusItem() const;
   FakeCapturePanelView::Desktop& captureDesktop() { return captureDesktop_; }
-  // The file of this name.
+  // Returns the disk that the private file of this name is on.
   FakePrivateFile::Disk& disk(const std::string& name);
   FakeHttpSession::Network& network() { return *network_; }
   FakeUpdateBannerView::Screen& updateBanner() { return updateBanner_; }

@@ -10,7 +10,7 @@
 
 namespace navora {
 
-// An updater without function: the test calls its user driver.
+// An updater that does nothing by itself: the test calls its user driver.
 class FakeUpdater final : public Updater {
  public:
   // The updater's state; separate from the updater, which its controller owns.

@@ -37,7 +37,7 @@ class StoringService {
     std::string raw;
   };
 
-  // Who is signed in, and whose cookie the submission under way has.
+  // The user who is signed in, and the one whose cookie the current submission carries.
   std::string account = "alice";
   std::string sender = "alice";
   const std::map<std::string, Note>& notes() const { return notes_; }
@@ -61,7 +61,7 @@ class StoringService {
   std::map<std::string, Note> notes_;
 };
 
-// One life of the application, on the files of the one before.
+// One run of the application, which finds the files of the previous run.
 class Process {
  public:
   explicit Process(const FakePrivateFile::Disk& disk, int uuids)
@@ -243,8 +243,8 @@ class History {
     remembered_ = {{process_->platform().mainQueue().elapsed(), ""}};
   }
 
-  // The texts that the disk may hold by the promise: the last one that is old enough, and all
-  // later.
+  // Returns the texts that a file written within the promised time may hold: the last one that is
+  // older than that, and every later one.
   std::set<std::string> promisedTexts() {
     const auto now = process_->platform().mainQueue().elapsed();
     std::set<std::string> texts;
@@ -257,7 +257,6 @@ class History {
 
   void kill() {
     note("kill");
-    // Work that a real disk would have finished by now.
     const auto allowed = promisedTexts();
     const bool wasUnconfirmed = isUnconfirmedOnDisk();
     restart();
@@ -280,7 +279,7 @@ class History {
   void restart() {
     const auto disk = process_->disk();
     const int uuids = process_->uuids();
-    // What a request under way does at the service is open.
+    // The service may still process a request that is under way.
     if (process_->network().underWay() > 0 && choose(2) == 0) {
       const HttpRequest& request = process_->network().requests.back();
       if (request.method == "POST" && request.url.path() == "/api/captures")

@@ -163,7 +163,7 @@ TEST_F(DesktopQuickCaptureDraftTest, ADamagedFileIsSetAsideAndReported) {
   EXPECT_THAT(platform.system().logged, testing::SizeIs(1));
 }
 
-// What the delegate is told of failures that the panel does not show.
+// The failures that are reported while the panel is hidden.
 class HiddenFailureTest : public DesktopQuickCaptureDraftTest {
  protected:
   HiddenFailureTest() { listen(); }
