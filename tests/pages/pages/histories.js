@@ -147,10 +147,9 @@ class History {
       const text = this.read(field);
       if (!name || !text.trim()) return;
       await this.request({[name]: text}, true);
+      // Which of two fields with the name and the words was sent is not known.
       const isAmbiguous = [...this.fields.values()].some((other) => other !== field &&
-          other.element.getAttribute('name') === name && other.isUnsent &&
-          this.read(other) === text);
-      // Which of the two was sent is not known.
+          other.element.getAttribute('name') === name && this.read(other) === text);
       if (isAmbiguous && field.isUnsent) field.doubt = 'ambiguous';
       field.isUnsent = false;
     },
