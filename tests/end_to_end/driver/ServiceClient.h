@@ -34,8 +34,8 @@ class ServiceClient {
   // Adds a fault that replaces the service's reply: {"status": 503}, {"delay": ms}, {"hang": true},
   // {"drop": "before"} or "after", {"drop": "during", "bytes": n}, {"oversize": bytes},
   // {"redirect": url}, {"garbage": true}, {"slow": {"bytes", "interval"}}. With "process": true
-  // beside "status", "redirect", "oversize" or "hang" the request is processed first. It applies `times`
-  // times, or without limit if -1; an empty method matches any.
+  // beside "status", "redirect", "oversize" or "hang" the request is processed first. It applies
+  // `times` times, or without limit if -1; an empty method matches any.
   void addFault(const std::string& method, const std::string& path, const Json& action,
                 int times = -1);
   void clearFaults();
