@@ -93,7 +93,7 @@ Task<Expected<std::string, CaptureError>> CaptureSubmission::signedInAccount(
   if (!reply) co_return Unexpected(reply.error());
   const Json* user = reply->status == 200 ? objectMember(reply->body, "user") : nullptr;
   auto id = user ? stringMember(*user, "id") : std::nullopt;
-  if (!id) co_return Unexpected(CaptureError::login());
+  if (!id || id->empty()) co_return Unexpected(CaptureError::login());
   co_return *std::move(id);
 }
 

@@ -34,6 +34,8 @@ class CaptureTelemetry {
   std::function<std::optional<std::string>()> attemptFlowId;
 
   void startNewFlow();
+  // Continues the flow of an earlier process.
+  void continueFlow(std::string flowId) { flowId_ = std::move(flowId); }
   // Sets the start of the current flow to now.
   void restartClock() { startedAt_ = system_.now(); }
   int countInput() { return ++inputCount_; }

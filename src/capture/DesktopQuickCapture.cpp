@@ -44,6 +44,7 @@ CaptureDraft DesktopQuickCapture::currentDraft() const {
 
 void DesktopQuickCapture::restoreDraft() {
   CaptureDraft draft = keptDraft_.restore();
+  if (draft.attempt) telemetry_.continueFlow(draft.attempt->flowId);
   submission_.restore(std::move(draft.attempt), draft.unconfirmed);
   if (!draft.text.empty()) panel_->editor().setText(draft.text);
   panel_->editor().setEditable(!draft.unconfirmed);
@@ -104,7 +105,8 @@ void DesktopQuickCapture::hide(bool restoreFocus) {
   }
 }
 
-bool DesktopQuickCapture::preventsRestart() const {
+bool DesktopQuickCapture::preventsRestart() {
+  panel_->editor().commitComposition();
   return busy_ || submission_.isUnconfirmed() || !trimmedText().empty();
 }
 

@@ -89,7 +89,7 @@ class DesktopQuickCapture final : private CapturePanelDelegate {
   void flushDraft();
 
   // Returns whether a restart now could lose a text or store it twice.
-  bool preventsRestart() const;
+  bool preventsRestart();
   // Hides the panel without activating another application: this one is about to be restarted.
   void hideForRestart();
 

@@ -22,17 +22,17 @@ CaptureDraft KeptDraft::restore() {
   const auto content = dependencies_.file->read();
   if (!content) {
     setAside(content.error().localizedDescription);
-    return *written_;
+    return {};
   }
   if (!*content) {
     // Deletes what an earlier process left behind if it was killed while it wrote.
     report(dependencies_.file->remove());
-    return *written_;
+    return {};
   }
   auto draft = CaptureDraft::parse(**content);
   if (!draft) {
     setAside("damaged");
-    return *written_;
+    return {};
   }
   written_ = *draft;
   return *std::move(draft);
@@ -62,24 +62,28 @@ Task<> KeptDraft::storeAndWait() {
 void KeptDraft::flush() {
   store();
   dependencies_.backgroundQueue.drain();
+  // The main loop may have ended, so that no completion reports it.
+  if (lastWrite_) report(*lastWrite_);
 }
 
 void KeptDraft::storeWith(Callback<void> completion) {
   timer_.reset();
   if (!writable_) return completion();
   CaptureDraft draft = dependencies_.current();
-  const auto outcome = std::make_shared<Outcome>();
+  std::shared_ptr<Outcome> write;
   std::function<void()> work = [] {};
   if (written_ != draft) {
     written_ = draft;
-    work = [file = dependencies_.file, draft = std::move(draft), outcome] {
-      *outcome = draft.isEmpty() ? file->remove() : file->write(draft.serialized());
+    write = std::make_shared<Outcome>();
+    lastWrite_ = write;
+    work = [file = dependencies_.file, draft = std::move(draft), write] {
+      *write = draft.isEmpty() ? file->remove() : file->write(draft.serialized());
     };
   }
   // Queued even if there is nothing to write, so that `completion` waits for earlier writes.
   dependencies_.backgroundQueue.run(
-      std::move(work), lifetime_.guard([this, outcome, completion = std::move(completion)] {
-        report(*outcome);
+      std::move(work), lifetime_.guard([this, write, completion = std::move(completion)] {
+        if (write) report(*write);
         completion();
       }));
 }

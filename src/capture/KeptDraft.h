@@ -61,6 +61,8 @@ class KeptDraft {
   std::unique_ptr<ObserverToken> timer_;
   // The draft that the file will hold once all writes have finished, unless the last one fails.
   std::optional<CaptureDraft> written_;
+  // The outcome of the last write, which the background thread sets; null before the first one.
+  std::shared_ptr<Outcome> lastWrite_;
   // The last failure reported, so that the log does not repeat it at every key press.
   std::string reported_;
   bool writable_ = true;

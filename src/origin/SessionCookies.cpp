@@ -23,7 +23,7 @@ bool belongsTo(const HttpCookie& cookie, const Url& origin, CookieDomainDots dot
 
 bool isUsable(const HttpCookie& cookie, const Url& origin, Date now, CookieDomainDots dots) {
   if (cookie.name != sessionCookieName || !belongsTo(cookie, origin, dots)) return false;
-  if (cookie.isSecure && origin.scheme() != "https") return false;
+  if (cookie.isSecure && lowercasedAscii(origin.scheme().value_or("")) != "https") return false;
   return !cookie.expires || *cookie.expires > now;
 }
 

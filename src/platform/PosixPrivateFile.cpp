@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <string>
 #include <system_error>
 #include <utility>
 
@@ -24,12 +25,24 @@ std::filesystem::path withSuffix(std::filesystem::path path, const char* suffix)
   return path;
 }
 
+// Returns a name beside the file that does not exist: the content set aside earlier is kept too.
+std::filesystem::path freeName(const std::filesystem::path& path) {
+  auto name = withSuffix(path, ".damaged");
+  std::error_code ignored;
+  for (int number = 2; std::filesystem::exists(name, ignored); ++number)
+    name = withSuffix(path, (".damaged." + std::to_string(number)).c_str());
+  return name;
+}
+
 // Closes a descriptor at the end of its scope.
 class OpenFile {
  public:
   explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
+  // Keeps the error of the call that failed before.
   ~OpenFile() {
+    const int error = errno;
     if (descriptor_ >= 0) ::close(descriptor_);
+    errno = error;
   }
   OpenFile(const OpenFile&) = delete;
   OpenFile& operator=(const OpenFile&) = delete;
@@ -62,7 +75,8 @@ bool flush(int file) {
 // Flushes the entries of a folder; without that, a power cut can lose a new name.
 bool flushFolder(const std::filesystem::path& folder) {
   const OpenFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  return file && flush(file.get());
+  // Some network file systems cannot flush a folder.
+  return file && (flush(file.get()) || errno == EINVAL || errno == ENOTSUP);
 }
 
 bool writeNewFile(const std::filesystem::path& path, std::string_view content) {
@@ -118,8 +132,9 @@ std::optional<PlatformError> PosixPrivateFile::remove() {
 }
 
 Expected<std::string, PlatformError> PosixPrivateFile::setAside() {
-  const auto aside = withSuffix(path_, ".damaged");
+  const auto aside = freeName(path_);
   if (::rename(path_.c_str(), aside.c_str()) != 0) return Unexpected(lastError());
+  flushFolder(path_.parent_path());
   return aside.filename().string();
 }
 

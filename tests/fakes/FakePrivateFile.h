@@ -3,6 +3,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "platform/PrivateFile.h"
 
@@ -16,6 +18,8 @@ class FakePrivateFile final : public PrivateFile {
     std::optional<std::string> aside;
     // What every call reports instead of doing anything.
     std::optional<PlatformError> failure;
+    // What remove() reports instead of doing anything.
+    std::optional<PlatformError> removalFailure;
     int writes = 0;
     int removals = 0;
   };
@@ -34,6 +38,7 @@ class FakePrivateFile final : public PrivateFile {
   }
   std::optional<PlatformError> remove() override {
     if (disk_->failure) return disk_->failure;
+    if (disk_->removalFailure) return disk_->removalFailure;
     ++disk_->removals;
     disk_->content.reset();
     return std::nullopt;

@@ -118,6 +118,16 @@ TEST_F(PosixPrivateFileTest, KeepsTheOldContentIfItCannotWrite) {
   EXPECT_EQ(readFile(path_), "old");
 }
 
+TEST_F(PosixPrivateFileTest, KeepsWhatWasSetAsideBefore) {
+  for (const char* content : {"first", "second", "third"}) {
+    ASSERT_EQ(file_.write(content), std::nullopt);
+    ASSERT_TRUE(file_.setAside());
+  }
+  EXPECT_EQ(readFile(folder_.path() / "draft.json.damaged"), "first");
+  EXPECT_EQ(readFile(folder_.path() / "draft.json.damaged.2"), "second");
+  EXPECT_EQ(readFile(folder_.path() / "draft.json.damaged.3"), "third");
+}
+
 TEST_F(PosixPrivateFileTest, ReportsAFolderThatCannotBeMade) {
   PosixPrivateFile file("/proc/navora/draft.json");
   EXPECT_NE(file.write("text"), std::nullopt);

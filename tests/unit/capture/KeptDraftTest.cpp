@@ -187,6 +187,32 @@ TEST_F(KeptDraftTest, DeletesWhatAnInterruptedWriteHasLeft) {
   EXPECT_THAT(platform_.system().logged, IsEmpty());
 }
 
+TEST_F(KeptDraftTest, StartsWithAnEmptyDraftWhereNothingCanBeDeleted) {
+  disk().removalFailure = PlatformError{"POSIX", 30, "Read-only file system"};
+  EXPECT_EQ(kept_->restore(), CaptureDraft());
+  EXPECT_THAT(platform_.system().logged, testing::SizeIs(1));
+}
+
+TEST_F(KeptDraftTest, ReportsAFailureOfTheLastWrite) {
+  kept_->restore();
+  disk().failure = PlatformError{"POSIX", 28, "No space left on device"};
+  change("last words");
+  kept_->flush();
+  EXPECT_THAT(platform_.system().logged, testing::SizeIs(1));
+}
+
+TEST_F(KeptDraftTest, WaitingWithoutAChangeIsNoSuccess) {
+  kept_->restore();
+  disk().failure = PlatformError{"POSIX", 28, "No space left on device"};
+  change("a");
+  kept_->store();
+  kept_->store();
+  background().finishAll();
+  kept_->store();
+  background().finishAll();
+  EXPECT_THAT(platform_.system().logged, testing::SizeIs(1));
+}
+
 TEST_F(KeptDraftTest, CanBeDestroyedWhileItWrites) {
   kept_->restore();
   change("a");

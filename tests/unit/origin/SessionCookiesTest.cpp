@@ -37,6 +37,10 @@ TEST(SessionCookies, UsesOnlyTheSessionCookie) {
   EXPECT_EQ(header({}), std::nullopt);
 }
 
+TEST(SessionCookies, ComparesTheSchemeWithoutCase) {
+  EXPECT_EQ(header({session()}, "HTTPS://navora.example/"), "tolvin_session=abc");
+}
+
 TEST(SessionCookies, UsesEveryValidSessionCookie) {
   HttpCookie second = session();
   second.value = "def";
