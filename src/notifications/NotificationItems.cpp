@@ -76,7 +76,10 @@ NotificationContent notificationContent(const Json& item, const Url& destination
 
 UserNotification userNotification(const std::string& id, NotificationContent content) {
   std::string title = content.title ? *std::move(content.title) : L("Навора");
-  return {"navora-" + id, std::move(title), std::move(content.body), true, std::move(content.url)};
+  UserNotification notification{"navora-" + id, std::move(title), std::move(content.body), true,
+                                std::move(content.url)};
+  notification.once = true;
+  return notification;
 }
 
 UserNotification testNotification(const Url& origin) {

@@ -19,6 +19,9 @@ struct UserNotification {
   bool defaultSound = true;
   // Passed to didReceiveNotification() when the user opens the notification.
   std::string url;
+  // Whether the identifier names one event. Then a host that learns late that the notification was
+  // shown does not show it again. Otherwise every one is a new event.
+  bool once = false;
 
   bool operator==(const UserNotification&) const = default;
 };

@@ -80,6 +80,11 @@ class LinuxNotificationCenterTest : public testing::Test {
   static UserNotification notification(const std::string& identifier) {
     return {identifier, "Title", "Body", true, "https://navora.example/#" + identifier};
   }
+  static UserNotification singleEvent(const std::string& identifier) {
+    UserNotification event = notification(identifier);
+    event.once = true;
+    return event;
+  }
   static void reloadBus() {
     constexpr const char* bus = "org.freedesktop.DBus";
     driver::BusConnection(TestDesktop::sessionBusAddress())
@@ -258,15 +263,27 @@ TEST_F(LinuxNotificationCenterTest, DoesNotRepeatANotificationShownAfterTheTimeo
   center_->setTimeout(shortTimeout());
   startDaemon();
   daemon_->hold();
-  EXPECT_FALSE(add(notification("a")));
+  EXPECT_FALSE(add(singleEvent("a")));
   center_->setTimeout(patience());
   daemon_->release();
   // Replies arrive in order.
-  ASSERT_TRUE(add(notification("b")));
+  ASSERT_TRUE(add(singleEvent("b")));
   daemon_->close(daemon_->notifications()[0].id);
-  EXPECT_TRUE(add(notification("a")));
+  EXPECT_TRUE(add(singleEvent("a")));
   EXPECT_EQ(daemon_->notifications().size(), 2U);
   // A third one is new again.
+  EXPECT_TRUE(add(singleEvent("a")));
+  EXPECT_EQ(daemon_->notifications().size(), 3U);
+}
+
+TEST_F(LinuxNotificationCenterTest, RepeatsALateNotificationThatIsNoSingleEvent) {
+  center_->setTimeout(shortTimeout());
+  startDaemon();
+  daemon_->hold();
+  EXPECT_FALSE(add(notification("a")));
+  center_->setTimeout(patience());
+  daemon_->release();
+  ASSERT_TRUE(add(notification("b")));
   EXPECT_TRUE(add(notification("a")));
   EXPECT_EQ(daemon_->notifications().size(), 3U);
 }
@@ -275,14 +292,14 @@ TEST_F(LinuxNotificationCenterTest, ShowsALateNotificationAgainAfterTheServiceHa
   center_->setTimeout(shortTimeout());
   startDaemon();
   daemon_->hold();
-  EXPECT_FALSE(add(notification("a")));
+  EXPECT_FALSE(add(singleEvent("a")));
   center_->setTimeout(patience());
   daemon_->release();
   ASSERT_TRUE(add(notification("b")));
   daemon_.reset();
   startDaemon();
   ASSERT_TRUE(add(notification("c")));
-  EXPECT_TRUE(add(notification("a")));
+  EXPECT_TRUE(add(singleEvent("a")));
   EXPECT_EQ(daemon_->notifications().size(), 2U);
 }
 

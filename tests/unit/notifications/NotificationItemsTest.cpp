@@ -91,6 +91,7 @@ TEST_F(UserNotificationTest, ContainsTheIdAndTheDestination) {
   const auto content = notificationContent({}, testUrl("https://navora.example/#today"));
   const auto notification = userNotification("a b", content);
   EXPECT_EQ(notification.identifier, "navora-a b");
+  EXPECT_TRUE(notification.once);
   EXPECT_EQ(notification.url, "https://navora.example/#today");
   EXPECT_TRUE(notification.defaultSound);
 }

@@ -174,7 +174,7 @@ void LinuxNotificationCenter::deliver(Delivery delivery) {
 
 bool LinuxNotificationCenter::wasShownLate(const UserNotification& notification) {
   const auto late = shownLate_.extract(notification.identifier);
-  return !late.empty() && late.mapped() == notification;
+  return !late.empty() && notification.once && late.mapped() == notification;
 }
 
 void LinuxNotificationCenter::delivered(const Delivery& delivery, std::uint64_t run,

@@ -40,7 +40,7 @@ class LinuxNotificationCenter final : public NotificationCenter {
   void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override;
   // Fails if the service does not reply in time. It may show the notification nevertheless, so its
   // late reply is still recorded: a later add() of the same notification succeeds without showing
-  // it again, and one with the same identifier replaces it.
+  // it again if it is to be shown `once`, and any other with the same identifier replaces it.
   void add(const UserNotification& notification,
            std::function<void(std::optional<PlatformError>)> completion) override;
 
