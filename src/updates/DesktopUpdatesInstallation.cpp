@@ -127,6 +127,8 @@ void DesktopUpdates::restartChecked(std::optional<std::string> message, Action p
     return;
   }
   isInstalling_ = true;
+  // The reply that `proceed` may give is the last one.
+  dismissPendingUpdate_ = nullptr;
   present(UpdateBannerState::Installing{});
   proceed();
 }
@@ -134,7 +136,10 @@ void DesktopUpdates::restartChecked(std::optional<std::string> message, Action p
 void DesktopUpdates::deferInstallation() {
   // Copied, because the reply may end the session and with it replace the member being called.
   const Action dismiss = dismissPendingUpdate_;
-  if (dismiss) dismiss();
+  if (dismiss) return dismiss();
+  // The updater waits for the application to end: there is no reply left to give.
+  beginState();
+  banner_.hide();
 }
 
 void DesktopUpdates::showInstallingUpdate(bool applicationTerminated,

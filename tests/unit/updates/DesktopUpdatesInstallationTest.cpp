@@ -222,13 +222,29 @@ TEST_F(DesktopUpdatesInstallationTest, CanBlockTheRetryOfARestart) {
   EXPECT_EQ(heading(), "Устанавливаем обновление…");
 }
 
-TEST_F(DesktopUpdatesInstallationTest, DefersNothingWithoutAPendingUpdate) {
+TEST_F(DesktopUpdatesInstallationTest, HidesTheBannerWithoutAPendingUpdate) {
   driver().showInstallingUpdate(false, called("retry"));
   press(Button::primary);
   answerRestart("An unsaved note");
   log.take();
   press(Button::secondary);
   EXPECT_THAT(log.take(), IsEmpty());
+  EXPECT_TRUE(screen.hidden);
+}
+
+TEST_F(DesktopUpdatesInstallationTest, AnswersAnInstallationOnce) {
+  find(item());
+  press(Button::primary);
+  becomeReady();
+  answerRestart();
+  log.take();
+  driver().showInstallingUpdate(false, called("retry"));
+  press(Button::primary);
+  answerRestart("An unsaved note");
+  log.take();
+  press(Button::secondary);
+  EXPECT_THAT(log.take(), IsEmpty());
+  EXPECT_TRUE(screen.hidden);
 }
 
 TEST_F(DesktopUpdatesInstallationTest, WritesItsStepsToTheDebugLog) {
