@@ -65,7 +65,9 @@ guint latinKeyFrom(const GdkEventKey& event) {
   const std::unique_ptr<GdkKeymapKey, GFreeDeleter> keys(keysFound);
   const std::unique_ptr<guint, GFreeDeleter> values(valuesFound);
   for (int index = 0; index < count; ++index) {
-    if (keysFound[index].level == 0 && isAscii(valuesFound[index])) return valuesFound[index];
+    const guint value = valuesFound[index];
+    if (keysFound[index].level == 0 && value != GDK_KEY_VoidSymbol && value != 0 && isAscii(value))
+      return value;
   }
   return typed;
 }

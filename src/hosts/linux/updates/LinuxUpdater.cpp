@@ -125,8 +125,7 @@ void LinuxUpdater::sessionEnded(const std::optional<PlatformError>& error) {
 // Returns the stored group, or chooses and stores one at random.
 int LinuxUpdater::rolloutGroup() {
   const double stored = numberFor(dependencies_.userDefaults, rolloutGroupKey, -1);
-  const auto group = static_cast<int>(stored);
-  if (group >= 0 && group < AppcastSelection::rolloutGroups) return group;
+  if (stored >= 0 && stored < AppcastSelection::rolloutGroups) return static_cast<int>(stored);
   std::random_device entropy;
   const int chosen = std::uniform_int_distribution(0, AppcastSelection::rolloutGroups - 1)(entropy);
   dependencies_.userDefaults.setValue(rolloutGroupKey, chosen);

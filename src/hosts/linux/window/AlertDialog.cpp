@@ -114,6 +114,8 @@ void AlertDialog::addTextField(const AlertDescription::TextField& field) {
 }
 
 void AlertDialog::answer(int response) {
+  // Two requests to close the window that arrive together are both answered.
+  if (std::exchange(answered_, true)) return;
   const bool isButton = response >= 0 && static_cast<std::size_t>(response) < buttonCount_;
   const std::size_t last = buttonCount_ == 0 ? 0 : buttonCount_ - 1;
   const AlertResult result{isButton ? static_cast<std::size_t>(response) : last, entry_.get_text()};

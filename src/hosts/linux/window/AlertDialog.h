@@ -35,6 +35,7 @@ class AlertDialog {
   Gtk::Entry entry_;
   std::size_t buttonCount_;
   Dialogs::AlertCompletion completion_;
+  bool answered_ = false;
 };
 
 }  // namespace navora
