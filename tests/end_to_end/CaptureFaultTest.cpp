@@ -33,8 +33,8 @@ TEST_P(CaptureFaultTest, LosesNoTextAndStoresItOnce) {
   sendNote("Precious");
   waitUntil(
       [&] {
-        return panel() && widget("push button", "Save note").has(AccessibleState::sensitive) &&
-               !serviceClient().requests(fault.method, fault.path).empty();
+        return !serviceClient().requests(fault.method, fault.path).empty() && panel() &&
+               widget("push button", "Save note").has(AccessibleState::sensitive);
       },
       "the submission has failed", std::chrono::seconds(45));
   EXPECT_EQ(draft(), "Precious");

@@ -40,9 +40,9 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
   }
 
   void interruptAt(const std::string& call) const { writeFile(control_, call); }
-  std::filesystem::path file() { return desktop().dataHome() / "navora/capture-draft.json"; }
   bool isOnDisk(const std::string& text) {
-    return std::filesystem::exists(file()) && readFile(file()).find(text) != std::string::npos;
+    return std::filesystem::exists(draftFile()) &&
+           readFile(draftFile()).find(text) != std::string::npos;
   }
   // The application may die meanwhile.
   bool isSettled() {
@@ -66,7 +66,7 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
       serviceClient().addFault("POST", capturesPath, GetParam().fault);
     desktop().keyboard().chord(sendKey);
     const auto sent = [&] {
-      if (!panel()) return !std::filesystem::exists(file());
+      if (!panel()) return !std::filesystem::exists(draftFile());
       return !posts().empty() && (GetParam().fault.contains("hang") || isSettled());
     };
     waitUntil([&] { return dead() || sent(); }, "the note is sent or the application killed");
@@ -91,7 +91,7 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
     }
     waitUntilPanelHidden();
     ASSERT_THAT(storedNotes(), testing::Contains(begin + end).Times(1));
-    waitUntil([&] { return !std::filesystem::exists(file()); }, "nothing is left on the disk");
+    waitUntil([&] { return !std::filesystem::exists(draftFile()); }, "nothing is left on the disk");
   }
 
   // Returns the number of calls that an uninterrupted note takes, and the number of calls tried.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <vector>
@@ -48,8 +49,10 @@ class CaptureTest : public EndToEndTest {
   // Returns the texts of the account's notes without the sample notes.
   std::vector<std::string> storedNotes(const std::string& account = {});
   void waitForStoredNotes(const std::vector<std::string>& notes);
-  std::vector<RecordedRequest> posts() { return serviceClient().requests("POST", "/api/captures"); }
+  std::vector<RecordedRequest> posts() { return serviceClient().requests("POST", capturesPath); }
 
+  // The file that holds the draft while it is not sent.
+  std::filesystem::path draftFile() { return desktop().dataHome() / "navora/capture-draft.json"; }
   OtherWindow& other() { return *other_; }
 
  private:

@@ -14,9 +14,8 @@ namespace {
 
 class KeptDraftTest : public CaptureTest {
  protected:
-  std::filesystem::path file() { return desktop().dataHome() / "navora/capture-draft.json"; }
   std::string fileContent() {
-    return std::filesystem::exists(file()) ? readFile(file()) : std::string();
+    return std::filesystem::exists(draftFile()) ? readFile(draftFile()) : std::string();
   }
   void waitUntilStored(const std::string& text) {
     waitUntil([&] { return fileContent().find(text) != std::string::npos; },
@@ -37,13 +36,13 @@ TEST_F(KeptDraftTest, SurvivesAKill) {
   openPanel();
   typeDraft("Half a thought");
   waitUntilStored("Half a thought");
-  EXPECT_EQ(std::filesystem::status(file()).permissions(),
+  EXPECT_EQ(std::filesystem::status(draftFile()).permissions(),
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
   application().process().kill();
   expectDraftAfterRestart("Half a thought");
   desktop().keyboard().chord(sendKey);
   waitForStoredNotes({"Half a thought"});
-  waitUntil([&] { return !std::filesystem::exists(file()); }, "the file is deleted");
+  waitUntil([&] { return !std::filesystem::exists(draftFile()); }, "the file is deleted");
 }
 
 TEST_F(KeptDraftTest, AnEmptiedTextLeavesNothingOnTheDisk) {
@@ -53,7 +52,7 @@ TEST_F(KeptDraftTest, AnEmptiedTextLeavesNothingOnTheDisk) {
   desktop().keyboard().chord("Control+a");
   desktop().keyboard().chord("Delete");
   waitForDraft("");
-  waitUntil([&] { return !std::filesystem::exists(file()); }, "the file is deleted");
+  waitUntil([&] { return !std::filesystem::exists(draftFile()); }, "the file is deleted");
 }
 
 TEST_F(KeptDraftTest, QuitsFromThePanelWithoutAQuestion) {
@@ -98,11 +97,11 @@ TEST_F(KeptDraftTest, SendsAnUnconfirmedNoteOnceAfterAKill) {
 
 TEST_F(KeptDraftTest, ADamagedFileIsSetAsideAndReported) {
   application().process().terminate();
-  writeFile(file(), "{\"version\": 1, \"text\": \"ha");
+  writeFile(draftFile(), "{\"version\": 1, \"text\": \"ha");
   restart();
   openPanel();
   EXPECT_EQ(draft(), "");
-  EXPECT_EQ(readFile(file().string() + ".damaged"), "{\"version\": 1, \"text\": \"ha");
+  EXPECT_EQ(readFile(draftFile().string() + ".damaged"), "{\"version\": 1, \"text\": \"ha");
   EXPECT_THAT(application().errorText(),
               testing::HasSubstr("damaged; the file is kept as capture-draft.json.damaged"));
 }

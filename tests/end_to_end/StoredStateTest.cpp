@@ -49,8 +49,8 @@ TEST_P(DamagedDefaultsTest, AreReportedAndSetAsideAndReplaced) {
   EXPECT_TRUE(readFile(aside()) == content);
 
   desktop().display().resize(application().waitForMainWindow().id, 900, 640);
-  waitUntil([&] { return application().waitForMainWindow().content.width == 900; },
-            "the window is resized");
+  // The page has the new width only when the application knows it.
+  page().waitUntilTrue("innerWidth === 900", "the window is resized");
   application().restart();
   expectSize(900, 640);
   EXPECT_FALSE(reported("damaged"));

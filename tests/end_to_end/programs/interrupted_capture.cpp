@@ -6,6 +6,7 @@
 //   after 7     after it
 //
 // Without such a file nothing happens. Processes that the application starts are left alone.
+#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -39,7 +40,7 @@ struct Control {
 pthread_mutex_t mutex = PTHREAD_MUTEX_INITIALIZER;
 Control control;
 long calls = 0;
-bool watched[maximumDescriptors] = {};
+std::atomic<bool> watched[maximumDescriptors] = {};
 
 bool isTheApplication() {
   return std::strcmp(program_invocation_short_name, "navora") == 0;
@@ -117,7 +118,8 @@ int openStep(const char* path, int flags, const Call& call) {
 }
 
 mode_t modeOf(int flags, va_list arguments) {
-  return (flags & (O_CREAT | O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
+  const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
+  return creates ? va_arg(arguments, mode_t) : 0;
 }
 
 }  // namespace
