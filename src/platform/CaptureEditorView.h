@@ -70,8 +70,8 @@ class CaptureEditorView {
   virtual void moveCaretToEnd() = 0;
 
   // Returns the height in points of the text, with what is being composed, laid out at the editor's
-  // current width, including the empty line after a final line break, excluding the insets. Exact below `enough`; taller text
-  // may return any value >= `enough`, so that layout can stop early.
+  // current width, including the empty line after a final line break, excluding the insets. Exact
+  // below `enough`; taller text may return any value >= `enough`, so that layout can stop early.
   virtual double textHeight(double enough) = 0;
 };
 
