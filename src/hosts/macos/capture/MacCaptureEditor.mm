@@ -74,8 +74,7 @@ void setUpPlaceholder(CaptureEditor* editor) {
   return [super performKeyEquivalent:event];
 }
 
-// The text system inserts a tab for the Tab key and moves the focus with Control+Tab, but does
-// nothing for Shift+Tab in a view that is not a field editor.
+// The action of Shift+Tab: moves the focus, because Tab alone inserts a tab.
 - (void)insertBacktab:(nullable id)sender {
   [self.window selectPreviousKeyView:sender];
 }
