@@ -36,6 +36,8 @@ class CaptureKillTest : public CaptureTest, public testing::WithParamInterface<B
  protected:
   ApplicationProcess::Options applicationOptions() const override {
     return {.environment = {{"LD_PRELOAD", NAVORA_INTERRUPTED_CAPTURE},
+                            // The library comes before the runtime of a sanitizer, if there is one.
+                            {"ASAN_OPTIONS", "verify_asan_link_order=0:detect_leaks=0"},
                             {"NAVORA_INTERRUPT_CONTROL", control_.string()}}};
   }
 
