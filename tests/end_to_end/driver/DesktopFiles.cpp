@@ -47,18 +47,19 @@ std::string windowManagerConfiguration() {
 }
 
 std::string toolkitSettings(bool dark) {
-  return std::string(
-             "[Settings]\n"
-             "gtk-enable-animations=0\n"
-             "gtk-cursor-blink=0\n"
-             "gtk-overlay-scrolling=0\n"
-             "gtk-theme-name=Adwaita\n"
-             "gtk-icon-theme-name=Adwaita\n"
-             "gtk-font-name=DejaVu Sans 10\n"
-             "gtk-recent-files-enabled=0\n"
-             // Otherwise an installed input method that suits the language is used.
-             "gtk-im-module=gtk-im-context-simple\n") +
-         "gtk-application-prefer-dark-theme=" + (dark ? "1" : "0") + "\n";
+  const std::string theme = dark ? "1" : "0";
+  return "[Settings]\n"
+         "gtk-enable-animations=0\n"
+         "gtk-cursor-blink=0\n"
+         "gtk-overlay-scrolling=0\n"
+         "gtk-theme-name=Adwaita\n"
+         "gtk-icon-theme-name=Adwaita\n"
+         "gtk-font-name=DejaVu Sans 10\n"
+         "gtk-recent-files-enabled=0\n"
+         // Otherwise an installed input method that suits the language is used.
+         "gtk-im-module=gtk-im-context-simple\n"
+         "gtk-application-prefer-dark-theme=" +
+         theme + "\n";
 }
 
 }  // namespace navora::driver
