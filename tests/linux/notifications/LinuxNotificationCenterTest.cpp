@@ -85,6 +85,17 @@ class LinuxNotificationCenterTest : public testing::Test {
     event.once = true;
     return event;
   }
+  // Has a new service show the notification after its add() has timed out, and another one in time.
+  bool showLate(const UserNotification& late) {
+    center_->setTimeout(shortTimeout());
+    startDaemon();
+    daemon_->hold();
+    EXPECT_FALSE(add(late));
+    center_->setTimeout(patience());
+    daemon_->release();
+    // Replies arrive in order.
+    return add(notification("b"));
+  }
   static void reloadBus() {
     constexpr const char* bus = "org.freedesktop.DBus";
     driver::BusConnection(TestDesktop::sessionBusAddress())
@@ -260,14 +271,7 @@ TEST_F(LinuxNotificationCenterTest, WaitsForASlowService) {
 }
 
 TEST_F(LinuxNotificationCenterTest, DoesNotRepeatANotificationShownAfterTheTimeout) {
-  center_->setTimeout(shortTimeout());
-  startDaemon();
-  daemon_->hold();
-  EXPECT_FALSE(add(singleEvent("a")));
-  center_->setTimeout(patience());
-  daemon_->release();
-  // Replies arrive in order.
-  ASSERT_TRUE(add(singleEvent("b")));
+  ASSERT_TRUE(showLate(singleEvent("a")));
   daemon_->close(daemon_->notifications()[0].id);
   EXPECT_TRUE(add(singleEvent("a")));
   EXPECT_EQ(daemon_->notifications().size(), 2U);
@@ -277,25 +281,13 @@ TEST_F(LinuxNotificationCenterTest, DoesNotRepeatANotificationShownAfterTheTimeo
 }
 
 TEST_F(LinuxNotificationCenterTest, RepeatsALateNotificationThatIsNoSingleEvent) {
-  center_->setTimeout(shortTimeout());
-  startDaemon();
-  daemon_->hold();
-  EXPECT_FALSE(add(notification("a")));
-  center_->setTimeout(patience());
-  daemon_->release();
-  ASSERT_TRUE(add(notification("b")));
+  ASSERT_TRUE(showLate(notification("a")));
   EXPECT_TRUE(add(notification("a")));
   EXPECT_EQ(daemon_->notifications().size(), 3U);
 }
 
 TEST_F(LinuxNotificationCenterTest, ShowsALateNotificationAgainAfterTheServiceHasExited) {
-  center_->setTimeout(shortTimeout());
-  startDaemon();
-  daemon_->hold();
-  EXPECT_FALSE(add(singleEvent("a")));
-  center_->setTimeout(patience());
-  daemon_->release();
-  ASSERT_TRUE(add(notification("b")));
+  ASSERT_TRUE(showLate(singleEvent("a")));
   daemon_.reset();
   startDaemon();
   ASSERT_TRUE(add(notification("c")));
