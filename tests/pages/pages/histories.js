@@ -1,7 +1,7 @@
 // Random histories of editing and sending, each with a guard of its own in a frame of its own,
-// against a model of what the user has typed and nobody has taken. Events of the engine come from
-// document.execCommand, from focus() and from requestSubmit(); the network and the clock are
-// played.
+// against a model of what the user has typed and the page has not taken. Events of the engine
+// come from document.execCommand, from focus() and from requestSubmit(); the network and the
+// clock are played.
 
 function randomNumbers(seed) {
   let state = seed;

@@ -43,7 +43,7 @@ class UpdateGuardTest : public QuickCaptureTest {
     webView->finishEvaluation(std::move(result));
   }
   void pageIsReady() { pageAnswers(Json("{}")); }
-  // Completes the scripts that nobody waits for.
+  // Completes the scripts whose result is ignored.
   void finishOtherScripts() {
     while (webView->evaluationsUnderWay() > 0)
       pageAnswers(Json(nullptr));
