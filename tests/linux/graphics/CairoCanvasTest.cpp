@@ -1,8 +1,10 @@
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
 #include <gtest/gtest.h>
 
+#include "capture/CapturePainting.h"
 #include "hosts/linux/graphics/CairoCanvas.h"
 
 namespace navora {
@@ -113,6 +115,19 @@ TEST_F(CairoCanvasTest, StrokesAllSubpathsInOneOperation) {
   EXPECT_NEAR(at(50, 30).red, 0.5, 0.01);
   EXPECT_NEAR(at(50, 12).red, 0.5, 0.01);
   EXPECT_TRUE(isWhite(at(25, 12)));
+}
+
+TEST_F(CairoCanvasTest, PaintsTheTranslucentArrowOfTheButtonEvenly) {
+  CaptureSubmitButton button;
+  button.palette.button = {1, 1, 1, 1};
+  button.palette.buttonInk = {0, 0, 0, 0.5};
+  button.paint(*canvas_, {100, 60});
+  double darkest = 1;
+  for (int x = 0; x < 100; ++x) {
+    for (int y = 0; y < 60; ++y)
+      darkest = std::min(darkest, at(x, y).red);
+  }
+  EXPECT_NEAR(darkest, 0.5, 0.01);
 }
 
 TEST_F(CairoCanvasTest, BlendsTranslucentColours) {
