@@ -59,6 +59,39 @@ TEST(LinuxSystemTest, UsesTheLocaleWithoutALanguageList) {
   EXPECT_THAT(LinuxSystem(observeResume).preferredLanguages(), IsSupersetOf({"ru_RU", "ru"}));
 }
 
+// The variables that choose the language of messages, in the order in which they are consulted.
+class PreferredLanguagesTest : public testing::Test {
+ protected:
+  std::vector<std::string> languagesFor(const std::optional<std::string>& locale) {
+    const EnvironmentVariable variable("LANG", locale);
+    return LinuxSystem(observeResume).preferredLanguages();
+  }
+
+  const EnvironmentVariable list_{"LANGUAGE", std::nullopt};
+  const EnvironmentVariable everything_{"LC_ALL", std::nullopt};
+  const EnvironmentVariable messages_{"LC_MESSAGES", std::nullopt};
+};
+
+TEST_F(PreferredLanguagesTest, AreEnglishInThePosixLocale) {
+  for (const std::string locale : {"C", "C.UTF-8", "C.utf8", "POSIX", "POSIX.UTF-8", ""})
+    EXPECT_THAT(languagesFor(locale), ElementsAre("en")) << locale;
+}
+
+TEST_F(PreferredLanguagesTest, AreEnglishWithoutALocale) {
+  EXPECT_THAT(languagesFor(std::nullopt), ElementsAre("en"));
+}
+
+TEST_F(PreferredLanguagesTest, DoNotEndInEnglishInAnotherLocale) {
+  EXPECT_THAT(languagesFor("it_IT.UTF-8"),
+              ElementsAre("it_IT.UTF-8", "it_IT", "it.UTF-8", "it"));
+}
+
+TEST_F(PreferredLanguagesTest, ALanguageListCountsInThePosixLocale) {
+  const EnvironmentVariable list("LANGUAGE", "pt_BR:de");
+  EXPECT_THAT(languagesFor("C.UTF-8"), testing::Contains("pt_BR"));
+  EXPECT_THAT(languagesFor("C.UTF-8"), testing::Not(testing::Contains("en")));
+}
+
 TEST(LinuxSystemTest, TheTimeZoneOfTheEnvironmentTakesPrecedence) {
   const TemporaryDirectory folder("navora-system");
   std::filesystem::create_symlink("/usr/share/zoneinfo/Europe/Riga", folder.path() / "localtime");

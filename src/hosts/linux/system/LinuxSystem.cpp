@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <string_view>
 #include <utility>
 
 #include <gio/gio.h>
@@ -41,6 +42,12 @@ class FileObserver final : public ObserverToken {
   SignalConnection changed_;
 };
 
+// Returns whether a locale's name is "C" or "POSIX", with or without an encoding (POSIX.1, 7.2).
+bool isPosixLocale(std::string_view name) {
+  const std::string_view locale = name.substr(0, name.find('.'));
+  return locale == "C" || locale == "POSIX";
+}
+
 }  // namespace
 
 LinuxSystem::LinuxSystem(ObserveResume observeResume, SystemTimeZone timeZone)
@@ -54,8 +61,12 @@ std::optional<std::string> LinuxSystem::environmentVariable(const std::string& n
 
 std::vector<std::string> LinuxSystem::preferredLanguages() const {
   std::vector<std::string> languages;
-  for (const char* const* name = g_get_language_names(); *name != nullptr; ++name)
-    languages.emplace_back(*name);
+  for (const char* const* name = g_get_language_names(); *name != nullptr; ++name) {
+    // GLib ends every list with "C".
+    if (!isPosixLocale(*name)) languages.emplace_back(*name);
+  }
+  // The texts of the POSIX locale are in English.
+  if (languages.empty()) languages.emplace_back("en");
   return languages;
 }
 
