@@ -14,6 +14,22 @@ namespace {
 constexpr double resourceTimeoutSeconds = 30;
 constexpr std::chrono::seconds longestCookieWait{2};
 
+// Cancels a request when it is destroyed; does nothing for one that has ended.
+class RequestCancellation {
+ public:
+  explicit RequestCancellation(HttpSession& session) : session_(session) {}
+  ~RequestCancellation() {
+    if (request) session_.cancel(*request);
+  }
+  RequestCancellation(const RequestCancellation&) = delete;
+  RequestCancellation& operator=(const RequestCancellation&) = delete;
+
+  std::optional<HttpSession::RequestId> request;
+
+ private:
+  HttpSession& session_;
+};
+
 }  // namespace
 
 ServiceClient::ServiceClient(MainQueue& mainQueue, const System& system,
@@ -64,10 +80,14 @@ void ServiceClient::debug(const std::string& line) const {
 Task<Expected<HttpResponse, ServiceClient::Failure>> ServiceClient::send(HttpRequest request) {
   HttpSession& session = this->session();
   const std::string name = request.method + " " + request.url.string();
+  // Destroying this task cancels the request.
+  RequestCancellation cancellation(session);
   auto result = co_await awaitCallback<HttpSession::Result>(
-      [&session, &request](Callback<HttpSession::Result> done) {
-        session.send(request, std::move(done));
+      [&session, &request, &cancellation](Callback<HttpSession::Result> done) {
+        cancellation.request = session.send(request, std::move(done));
       });
+  // What follows may destroy the session.
+  cancellation.request.reset();
   if (!result) {
     debug(name + ": " + result.error().localizedDescription);
     co_return Unexpected(Failure::transport);

@@ -59,7 +59,8 @@ class ServiceClient {
   Url url(const std::string& path) const;
 
   // Sends the request and returns the response of whatever status. `bodyTooLarge` is set for every
-  // body of more than `maximumBodyBytes`, whether or not the session stopped reading it.
+  // body of more than `maximumBodyBytes`, whether or not the session stopped reading it. Destroying
+  // the task cancels the request.
   Task<Expected<HttpResponse, Failure>> send(HttpRequest request);
 
  private:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -54,12 +55,17 @@ class HttpSession {
  public:
   using Result = Expected<HttpResponse, PlatformError>;
   using Completion = std::function<void(Result)>;
+  // Identifies a request within its session; never reused.
+  using RequestId = std::uint64_t;
 
   virtual ~HttpSession() = default;
 
   // Sends the request. `completion` is called once, on the main thread, after send() has returned.
   // Destroying the session cancels its requests; their completions are not called.
-  virtual void send(const HttpRequest& request, Completion completion) = 0;
+  virtual RequestId send(const HttpRequest& request, Completion completion) = 0;
+  // Cancels the request, which stops on the wire; its completion is not called. Does nothing if the
+  // request has ended.
+  virtual void cancel(RequestId request) = 0;
 };
 
 }  // namespace navora

@@ -37,9 +37,17 @@ FakeHttpSession::~FakeHttpSession() {
                 [this](const Network::Transfer& transfer) { return transfer.session == this; });
 }
 
-void FakeHttpSession::send(const HttpRequest& request, Completion completion) {
+HttpSession::RequestId FakeHttpSession::send(const HttpRequest& request, Completion completion) {
   network_->requests.push_back(request);
-  network_->transfers.push_back({this, maximumBodyBytes_, request.url, std::move(completion)});
+  network_->transfers.push_back(
+      {this, ++lastRequest_, maximumBodyBytes_, request.url, std::move(completion)});
+  return lastRequest_;
+}
+
+void FakeHttpSession::cancel(RequestId request) {
+  std::erase_if(network_->transfers, [&](const Network::Transfer& transfer) {
+    return transfer.session == this && transfer.id == request;
+  });
 }
 
 }  // namespace navora

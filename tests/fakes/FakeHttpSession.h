@@ -29,6 +29,7 @@ class FakeHttpSession final : public HttpSession {
 
     struct Transfer {
       const HttpSession* session;
+      HttpSession::RequestId id;
       std::size_t maximumBodyBytes;
       Url url;
       HttpSession::Completion completion;
@@ -41,9 +42,11 @@ class FakeHttpSession final : public HttpSession {
   FakeHttpSession(const FakeHttpSession&) = delete;
   FakeHttpSession& operator=(const FakeHttpSession&) = delete;
 
-  void send(const HttpRequest& request, Completion completion) override;
+  RequestId send(const HttpRequest& request, Completion completion) override;
+  void cancel(RequestId request) override;
 
  private:
+  RequestId lastRequest_ = 0;
   std::shared_ptr<Network> network_;
   const std::size_t maximumBodyBytes_;
 };

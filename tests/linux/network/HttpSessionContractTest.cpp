@@ -158,6 +158,50 @@ TYPED_TEST(HttpSessionContractTest, ACompletionMayDestroyTheSession) {
   EXPECT_TRUE(this->comesTrue([&] { return isAnswered; }));
 }
 
+TYPED_TEST(HttpSessionContractTest, CancelsOneRequestWithoutCallingItsCompletion) {
+  int cancelled = 0;
+  int others = 0;
+  const auto first = this->session->send(this->request(), [&](const auto&) { ++cancelled; });
+  const auto second = this->session->send(this->request(), [&](const auto&) { ++others; });
+  EXPECT_NE(first, second);
+  this->session->cancel(first);
+  this->session->cancel(first);
+  this->service.disappear();
+  ASSERT_TRUE(this->comesTrue([&] { return others == 1; }));
+  runPendingEvents();
+  EXPECT_EQ(cancelled, 0);
+  // It has ended.
+  this->session->cancel(second);
+  EXPECT_EQ(others, 1);
+}
+
+TYPED_TEST(HttpSessionContractTest, CancelsNoRequestOfAnotherSession) {
+  int answers = 0;
+  const auto other = this->makeSession();
+  const auto own = this->session->send(this->request(), [](const auto&) {});
+  other->send(this->request(), [&](const auto&) { ++answers; });
+  this->session->cancel(own);
+  this->service.disappear();
+  EXPECT_TRUE(this->comesTrue([&] { return answers == 1; }));
+}
+
+TYPED_TEST(HttpSessionContractTest, ACompletionMayCancelAnotherRequest) {
+  int answers = 0;
+  std::vector<HttpSession::RequestId> ids;
+  const auto cancelAll = [&](const auto&) {
+    ++answers;
+    for (const auto id : ids)
+      this->session->cancel(id);
+  };
+  ids.push_back(this->session->send(this->request(), cancelAll));
+  ids.push_back(this->session->send(this->request(), cancelAll));
+  this->service.disappear();
+  ASSERT_TRUE(this->comesTrue([&] { return answers > 0; }));
+  runPendingEvents();
+  this->service.work();
+  EXPECT_EQ(answers, 1);
+}
+
 TYPED_TEST(HttpSessionContractTest, DestroyingItCancelsOnlyItsOwnRequests) {
   int ofEnded = 0;
   int ofOther = 0;

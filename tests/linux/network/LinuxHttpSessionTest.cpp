@@ -76,6 +76,18 @@ class LinuxHttpSessionTest : public testing::Test {
   int completions_ = 0;
 };
 
+TEST_F(LinuxHttpSessionTest, ClosesTheConnectionOfACancelledRequest) {
+  const TcpServer server([](TcpConnection& connection) {
+    while (!connection.readRequest().empty()) {
+    }
+  });
+  const auto request = session_->send({.url = testUrl(server.url())}, [](const auto&) {});
+  ASSERT_TRUE(waitUntil([&] { return server.connections() == 1; }));
+  EXPECT_EQ(server.finished(), 0);
+  session_->cancel(request);
+  EXPECT_TRUE(waitUntil([&] { return server.finished() == 1; }));
+}
+
 TEST_F(LinuxHttpSessionTest, SendsTheRequestAndDeliversTheResponse) {
   std::string received;
   const std::string body("A\xFF\0\n", 4);

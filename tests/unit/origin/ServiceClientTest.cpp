@@ -110,6 +110,17 @@ TEST_F(ServiceClientTest, ReturnsResponsesOfAnyStatus) {
   }
 }
 
+TEST_F(ServiceClientTest, CancelsTheRequestOfADestroyedTask) {
+  ServiceClient client = makeClient();
+  auto dropped = send(client);
+  const auto kept = send(client);
+  dropped = {};
+  ASSERT_EQ(platform_.network().underWay(), 1U);
+  platform_.network().answer(200, "text");
+  ASSERT_TRUE(kept.isFinished());
+  EXPECT_EQ(kept.result()->body, "text");
+}
+
 TEST_F(ServiceClientTest, ReportsAFailedTransfer) {
   const auto response = outcomeOf(Unexpected(PlatformError{"Network", -1001, "Timed out"}));
   ASSERT_FALSE(response);
@@ -131,7 +142,11 @@ TEST_F(ServiceClientTest, RejectsResponsesFromOutsideTheOrigin) {
 class UnlimitedSession final : public HttpSession {
  public:
   explicit UnlimitedSession(HttpResponse response) : response_(std::move(response)) {}
-  void send(const HttpRequest&, Completion completion) override { completion(response_); }
+  RequestId send(const HttpRequest&, Completion completion) override {
+    completion(response_);
+    return 1;
+  }
+  void cancel(RequestId) override {}
 
  private:
   HttpResponse response_;

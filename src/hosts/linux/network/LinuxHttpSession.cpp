@@ -50,27 +50,29 @@ SoupSession* LinuxHttpSession::sessionFor(const Url& url) {
   return proxied_.get();
 }
 
-void LinuxHttpSession::send(const HttpRequest& request, Completion completion) {
-  start(std::make_shared<HttpTransfer>(request, configuration_, mainQueue_), request.url,
-        std::move(completion));
+HttpSession::RequestId LinuxHttpSession::send(const HttpRequest& request, Completion completion) {
+  return start(std::make_shared<HttpTransfer>(request, configuration_, mainQueue_), request.url,
+               std::move(completion));
 }
 
-void LinuxHttpSession::send(const HttpRequest& request, HttpReceiver receiver,
-                            Completion completion) {
-  start(std::make_shared<HttpTransfer>(request, configuration_, mainQueue_, std::move(receiver)),
-        request.url, std::move(completion));
+HttpSession::RequestId LinuxHttpSession::send(const HttpRequest& request, HttpReceiver receiver,
+                                              Completion completion) {
+  return start(
+      std::make_shared<HttpTransfer>(request, configuration_, mainQueue_, std::move(receiver)),
+      request.url, std::move(completion));
 }
 
-void LinuxHttpSession::start(const std::shared_ptr<HttpTransfer>& transfer, const Url& url,
-                             Completion completion) {
-  transfers_.push_back(transfer);
-  const auto onEnd = [this, ended = transfer.get(),
-                      completion = std::move(completion)](Result result) {
-    std::erase_if(transfers_, [&](const auto& each) { return each.get() == ended; });
+HttpSession::RequestId LinuxHttpSession::start(const std::shared_ptr<HttpTransfer>& transfer,
+                                               const Url& url, Completion completion) {
+  const RequestId id = ++lastRequest_;
+  transfers_.emplace(id, transfer);
+  const auto onEnd = [this, id, completion = std::move(completion)](Result result) {
+    transfers_.erase(id);
     // Last, because it may destroy this session.
     completion(std::move(result));
   };
   transfer->start(sessionFor(url), onEnd);
+  return id;
 }
 
 }  // namespace navora

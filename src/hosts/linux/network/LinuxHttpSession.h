@@ -1,7 +1,7 @@
 #pragma once
 
+#include <map>
 #include <memory>
-#include <vector>
 
 #include <libsoup/soup.h>
 
@@ -21,13 +21,15 @@ class LinuxHttpSession final : public HttpSession {
   LinuxHttpSession(const LinuxHttpSession&) = delete;
   LinuxHttpSession& operator=(const LinuxHttpSession&) = delete;
 
-  void send(const HttpRequest& request, Completion completion) override;
+  RequestId send(const HttpRequest& request, Completion completion) override;
   // Hands the body to `receiver` instead of keeping it: the response of `completion` has none. The
-  // receiver must not destroy the session.
-  void send(const HttpRequest& request, HttpReceiver receiver, Completion completion);
+  // receiver must not destroy the session or cancel the request.
+  RequestId send(const HttpRequest& request, HttpReceiver receiver, Completion completion);
+  void cancel(RequestId request) override { transfers_.erase(request); }
 
  private:
-  void start(const std::shared_ptr<HttpTransfer>& transfer, const Url& url, Completion completion);
+  RequestId start(const std::shared_ptr<HttpTransfer>& transfer, const Url& url,
+                  Completion completion);
   SoupSession* sessionFor(const Url& url);
 
   const HttpSessionConfiguration configuration_;
@@ -35,7 +37,8 @@ class LinuxHttpSession final : public HttpSession {
   // Null until first used.
   GObjectPtr<SoupSession> direct_;
   GObjectPtr<SoupSession> proxied_;
-  std::vector<std::shared_ptr<HttpTransfer>> transfers_;
+  RequestId lastRequest_ = 0;
+  std::map<RequestId, std::shared_ptr<HttpTransfer>> transfers_;
 };
 
 }  // namespace navora

@@ -2,6 +2,8 @@
 
 #import <Foundation/Foundation.h>
 
+#include <map>
+
 #include "platform/HttpSession.h"
 #include "support/Lifetime.h"
 
@@ -16,11 +18,18 @@ class MacHttpSession final : public HttpSession {
   MacHttpSession(const MacHttpSession&) = delete;
   MacHttpSession& operator=(const MacHttpSession&) = delete;
 
-  void send(const HttpRequest& request, Completion completion) override;
+  RequestId send(const HttpRequest& request, Completion completion) override;
+  void cancel(RequestId request) override;
 
  private:
+  RequestId failLater(Completion completion);
+
   CaptureTransport* _Nonnull transport_;
   NSURLSession* _Nonnull session_;
+  // Requests without a task, which fail. Their identifiers count down from the largest, those of
+  // tasks up from 1.
+  std::map<RequestId, Completion> failing_;
+  RequestId lastFailing_ = 0;
   Lifetime lifetime_;
 };
 

@@ -13,6 +13,8 @@ NS_ASSUME_NONNULL_BEGIN
 - (instancetype)initWithMaximumBodyBytes:(std::size_t)maximumBodyBytes;
 // `completion` is called once, unless `forgetAll` is called first.
 - (void)expectTask:(NSURLSessionTask*)task completion:(navora::HttpSession::Completion)completion;
+// Does nothing for a task that has ended.
+- (void)cancelTask:(NSUInteger)taskIdentifier;
 - (void)forgetAll;
 @end
 
@@ -22,6 +24,7 @@ namespace {
 
 // A response being received.
 struct Transfer {
+  NSURLSessionTask* _Nonnull task;
   navora::HttpSession::Completion completion;
   std::string body = {};
   bool bodyTooLarge = false;
@@ -52,7 +55,13 @@ navora::HttpResponse toHttpResponse(NSURLResponse* _Nullable response, Transfer 
 }
 
 - (void)expectTask:(NSURLSessionTask*)task completion:(navora::HttpSession::Completion)completion {
-  _transfers[task.taskIdentifier] = Transfer{.completion = std::move(completion)};
+  _transfers.emplace(task.taskIdentifier,
+                     Transfer{.task = task, .completion = std::move(completion)});
+}
+
+- (void)cancelTask:(NSUInteger)taskIdentifier {
+  const auto node = _transfers.extract(taskIdentifier);
+  if (!node.empty()) [node.mapped().task cancel];
 }
 
 - (void)forgetAll {
@@ -151,19 +160,31 @@ MacHttpSession::~MacHttpSession() {
   [session_ invalidateAndCancel];
 }
 
-void MacHttpSession::send(const HttpRequest& request, Completion completion) {
+HttpSession::RequestId MacHttpSession::send(const HttpRequest& request, Completion completion) {
   NSURL* url = toNSURL(request.url);
-  if (url == nil) {
-    const std::function<void()> fail = lifetime_.guard(
-        [completion = std::move(completion)] { completion(Unexpected(unsupportedUrl())); });
-    dispatch_async(dispatch_get_main_queue(), ^{
-      fail();
-    });
-    return;
-  }
+  if (url == nil) return failLater(std::move(completion));
   NSURLSessionTask* task = [session_ dataTaskWithRequest:toNSURLRequest(request, url)];
   [transport_ expectTask:task completion:std::move(completion)];
   [task resume];
+  return task.taskIdentifier;
+}
+
+HttpSession::RequestId MacHttpSession::failLater(Completion completion) {
+  const RequestId id = --lastFailing_;
+  failing_.emplace(id, std::move(completion));
+  const std::function<void()> fail = lifetime_.guard([this, id] {
+    const auto node = failing_.extract(id);
+    if (!node.empty()) node.mapped()(Unexpected(unsupportedUrl()));
+  });
+  dispatch_async(dispatch_get_main_queue(), ^{
+    fail();
+  });
+  return id;
+}
+
+void MacHttpSession::cancel(RequestId request) {
+  failing_.erase(request);
+  [transport_ cancelTask:static_cast<NSUInteger>(request)];
 }
 
 }  // namespace navora
