@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <optional>
 #include <string_view>
 
@@ -23,12 +24,13 @@ struct CivilTime {
   bool operator==(const CivilTime&) const = default;
 };
 
-// The Gregorian calendar in one time zone of the system's time zone database. Cheap to copy; never
-// throws. Every function returns nullopt if the zone is unknown, and for dates outside the years 1
-// to 9999, infinities and NaN.
+// The Gregorian calendar in one time zone. Cheap to copy; never throws. Every function returns
+// nullopt if the zone is unknown, and for dates outside the years 1 to 9999, infinities and NaN.
 class Calendar {
  public:
-  // `timeZone` is an IANA identifier such as "Europe/Berlin", in the database's exact spelling.
+  // `timeZone` is an IANA identifier such as "Europe/Berlin", in the exact spelling of the system's
+  // time zone database, or one of the fixed offsets that Foundation's TimeZone(identifier:) takes:
+  // "GMT" or "UTC" with an offset east of Greenwich, such as "GMT+3", "GMT+0330" or "UTC-05:30".
   explicit Calendar(std::string_view timeZone);
 
   std::optional<CivilTime> civilTime(Date date) const;
@@ -38,8 +40,13 @@ class Calendar {
   std::optional<Date> startOfNextDay(Date date) const;
 
  private:
-  // Owned by the time zone library for the life of the process; null for an unknown zone.
+  std::optional<std::chrono::sys_seconds> instantOf(Date date) const;
+
+  // Owned by the time zone library for the life of the process; null for a zone that is not in the
+  // database.
   const date::time_zone* zone_;
+  // East of Greenwich; for a zone that is not in the database.
+  std::optional<std::chrono::minutes> offset_;
 };
 
 }  // namespace navora

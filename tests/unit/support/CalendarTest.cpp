@@ -1,4 +1,6 @@
 #include <limits>
+#include <optional>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -83,6 +85,54 @@ TEST(Calendar, ReturnsNulloptForAnUnknownZone) {
     EXPECT_EQ(calendar.startOfNextDay(utc(2024, 1, 1)), std::nullopt) << name;
   }
   EXPECT_EQ(Calendar(std::string_view("UTC\0", 4)).civilTime(utc(2024, 1, 1)), std::nullopt);
+}
+
+// The minutes after midnight UTC at noon UTC, in the zone.
+std::optional<int> minuteAtNoon(const std::string& zone) {
+  const auto time = Calendar(zone).civilTime(utc(2024, 5, 6, 12));
+  if (!time) return std::nullopt;
+  return (time->day - 6) * 1440 + time->hour * 60 + time->minute;
+}
+
+TEST(Calendar, KnowsFixedOffsetsFromGreenwich) {
+  EXPECT_EQ(minuteAtNoon("GMT+3"), 15 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT-3"), 9 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT+03"), 15 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT+0300"), 15 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT-0330"), 8 * 60 + 30);
+  EXPECT_EQ(minuteAtNoon("GMT+5:45"), 17 * 60 + 45);
+  EXPECT_EQ(minuteAtNoon("UTC+05:30"), 17 * 60 + 30);
+  EXPECT_EQ(minuteAtNoon("UTC-05.30"), 6 * 60 + 30);
+  EXPECT_EQ(minuteAtNoon("UTC+14"), 26 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT+18:00"), 30 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT-1800"), -6 * 60);
+  EXPECT_EQ(minuteAtNoon("GMT+0"), 12 * 60);
+  EXPECT_EQ(minuteAtNoon("UTC-00:00"), 12 * 60);
+  // The database's own names with the opposite sign.
+  EXPECT_EQ(minuteAtNoon("Etc/GMT+3"), 9 * 60);
+}
+
+TEST(Calendar, DoesNotKnowOtherOffsets) {
+  for (const std::string name :
+       {"GMT+",    "GMT3",     "GMT +3",     "GMT+3 ",   "gmt+3",        "Gmt+3",
+        "GMT+19",  "GMT+1801", "GMT+18:01",  "GMT+0360", "GMT+03:60",    "GMT+003",
+        "GMT+030", "GMT+03:0", "GMT+03:000", "GMT+:30",  "GMT+03:00:00", "GMT+0300x",
+        "GMT+0x",  "GMT++3",   "UT+3",       "Z",        "EST+3",        "<+03>-3"}) {
+    EXPECT_EQ(minuteAtNoon(name), std::nullopt) << name;
+  }
+  EXPECT_EQ(Calendar(std::string_view("GMT+3\0", 6)).civilTime(utc(2024, 1, 1)), std::nullopt);
+}
+
+TEST(CalendarNextDay, BeginsAtMidnightOfTheFixedOffset) {
+  const Calendar east("GMT+0300");
+  EXPECT_EQ(east.startOfNextDay(utc(2024, 1, 15, 20, 59, 59.5)), utc(2024, 1, 15, 21));
+  EXPECT_EQ(east.startOfNextDay(utc(2024, 1, 15, 21)), utc(2024, 1, 16, 21));
+  EXPECT_EQ(Calendar("UTC-05:30").startOfNextDay(utc(2024, 2, 29, 5, 29)), utc(2024, 2, 29, 5, 30));
+}
+
+// Debian's database has a link of this name to the machine's own zone.
+TEST(Calendar, DoesNotKnowTheMachinesOwnZoneByName) {
+  EXPECT_EQ(minuteAtNoon("localtime"), std::nullopt);
 }
 
 TEST(Calendar, AcceptsLinkedNames) {
