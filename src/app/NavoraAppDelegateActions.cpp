@@ -35,7 +35,7 @@ void NavoraAppDelegate::enableNotifications() {
 }
 
 void NavoraAppDelegate::checkForUpdates() {
-  updates_->checkForUpdates();
+  if (updates_) updates_->checkForUpdates();
 }
 
 void NavoraAppDelegate::prepareForUpdate(UpdateGuard::Answer answer) {

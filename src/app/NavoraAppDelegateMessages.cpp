@@ -45,7 +45,7 @@ void NavoraAppDelegate::handleLocale(const Json& body) {
 void NavoraAppDelegate::handleCaptureAppearance(const Json& body) {
   const auto appearance = CaptureAppearance::read(body);
   if (!appearance) return;
-  quickCapturePanel_->syncAppearance(body);
+  if (quickCapturePanel_) quickCapturePanel_->syncAppearance(body);
   window_->setAppearance(appearance->windowAppearance());
 }
 
@@ -69,9 +69,10 @@ void NavoraAppDelegate::handleNotifications(const Json& body) {
 void NavoraAppDelegate::rebuildInterface() {
   window_->setTitle(L("Навора"));
   makeMenus();
-  quickCapturePanel_->refreshLocale();
-  updates_->refreshLocale();
+  if (quickCapturePanel_) quickCapturePanel_->refreshLocale();
+  if (updates_) updates_->refreshLocale();
   errorView_->refreshLocale();
+  if (!statusItem_) return;
   statusItem_.reset();
   makeStatusItem();
 }

@@ -28,6 +28,7 @@ std::unique_ptr<ObserverToken> FakeSystem::observeTimeZoneChange(std::function<v
 
 std::unique_ptr<ObserverToken> FakeSystem::observeWake(std::function<void()> callback) {
   log_.record("system.observeWake");
+  if (onObserveWake) onObserveWake();
   return wakeObservers_.add(std::move(callback));
 }
 

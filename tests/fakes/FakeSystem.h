@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -26,6 +27,10 @@ class FakeSystem final : public System {
 
   // The number in the next UUID, incremented with each.
   mutable int nextUuid = 1;
+
+  // Called by observeWake(): the application is then starting, with a window and a page but without
+  // any feature.
+  std::function<void()> onObserveWake;
 
   // Acts as a change of the system's time zone.
   void changeTimeZone(std::string identifier);
