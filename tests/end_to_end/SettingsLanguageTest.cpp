@@ -113,5 +113,26 @@ INSTANTIATE_TEST_SUITE_P(
                     Answer{"Oversized", settingsAnswer({{"locale", std::string(3 << 20, 'x')}})}),
     [](const auto& answer) { return std::string(answer.param.name); });
 
+// A desktop without a language: empty variables count as unset.
+class PosixLocaleTest : public TestPageTest, public testing::WithParamInterface<const char*> {
+ protected:
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.environment = {{"LANGUAGE", ""}, {"LC_ALL", ""}, {"LANG", GetParam()}}};
+  }
+};
+
+TEST_P(PosixLocaleTest, ShowsTheInterfaceInEnglish) {
+  EXPECT_EQ(application().waitForMainWindow().title, "Navora");
+  EXPECT_TRUE(hasWidget("menu", "Edit"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Locale, PosixLocaleTest, testing::Values("C", "C.UTF-8", "POSIX", ""),
+                         [](const auto& locale) {
+                           const std::string name = locale.param;
+                           return name.empty() ? "None"
+                                               : name.substr(0, name.find('.')) +
+                                                     (name.size() > 5 ? "Utf8" : "");
+                         });
+
 }  // namespace
 }  // namespace navora::driver

@@ -1,3 +1,4 @@
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/FakeLogind.h"
 #include "end_to_end/driver/OtherWindow.h"
+#include "tests/support/Files.h"
 
 namespace navora::driver {
 namespace {
@@ -100,9 +102,18 @@ TEST_F(SystemEventsTest, DoesNotNotifyThePageWhenADialogOfItsOwnHasTheFocus) {
 
 struct Zone {
   const char* name;
-  const char* variable;
-  const char* published;
+  std::string variable;
+  std::string published;
 };
+
+// Returns the zone that the machine's configuration names.
+std::string machinesZone() {
+  std::error_code error;
+  const std::string file = std::filesystem::read_symlink("/etc/localtime", error);
+  const std::string folder = "/zoneinfo/";
+  const auto found = file.rfind(folder);
+  return found == std::string::npos ? "UTC" : file.substr(found + folder.size());
+}
 
 class TimeZoneVariableTest : public TestPageTest, public testing::WithParamInterface<Zone> {
  protected:
@@ -123,10 +134,34 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Zone{"Name", "Pacific/Auckland", "Pacific/Auckland"},
                     Zone{"NameAfterAColon", ":America/New_York", "America/New_York"},
                     Zone{"PathOfAZone", ":/usr/share/zoneinfo/Europe/Berlin", "Europe/Berlin"},
-                    Zone{"UnknownName", "Nowhere/Invented", "Nowhere/Invented"},
-                    Zone{"TextThatIsNoScript", "A'\\\"`</script><!--\xE2\x80\xA8",
-                         "A'\\\"`</script><!--\xE2\x80\xA8"}),
+                    Zone{"UnknownName", "Nowhere/Invented", machinesZone()},
+                    Zone{"Rule", "<+03>-3", machinesZone()}),
     [](const auto& zone) { return zone.param.name; });
+
+class OddTimeZoneTest : public TestPageTest {
+ protected:
+  static constexpr const char* zone = "A'\\\"`</script><!--\xE2\x80\xA8";
+
+  void prepare() override {
+    writeFile(file(), readFile("/usr/share/zoneinfo/Europe/Berlin"));
+    TestPageTest::prepare();
+  }
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.environment = {{"TZ", ":" + file().string()}}};
+  }
+
+ private:
+  std::filesystem::path file() const { return folder_.path() / "zoneinfo" / zone; }
+
+  const TemporaryDirectory folder_{"navora-time-zone"};
+};
+
+TEST_F(OddTimeZoneTest, IsPublishedUnchangedWhateverItsName) {
+  openBridgePage();
+  EXPECT_EQ(page().evaluate("return window.zoneAtFirstScript"), zone);
+  page().evaluate("window.NavoraSystemTimeZone = 'old'; await roundTrip()");
+  EXPECT_EQ(page().evaluate("return window.NavoraSystemTimeZone"), zone);
+}
 
 }  // namespace
 }  // namespace navora::driver

@@ -91,6 +91,22 @@ TEST_F(SystemTimeZoneTest, AFileInTheEnvironmentNamesItsZone) {
   EXPECT_EQ(identifier(file), "Europe/Riga");
 }
 
+TEST_F(SystemTimeZoneTest, AnEnvironmentThatNamesNoZoneLeavesTheSystemsZone) {
+  link("/usr/share/zoneinfo/Europe/Riga");
+  for (const std::string value :
+       {"<+03>-3", ":<+03>-3", "MSK-3", "CET-1CEST,M3.5.0,M10.5.0/3", "GMT+3", "Nowhere/Invented",
+        "Europe", "zone.tab", "localtime", ":localtime", "/usr/share/zoneinfo/localtime",
+        "/usr/share/zoneinfo/Nowhere", "/usr/share/zoneinfo/", "../../../etc/passwd"}) {
+    EXPECT_EQ(identifier(value), "Europe/Riga") << value;
+  }
+}
+
+TEST_F(SystemTimeZoneTest, ARuleThatIsAlsoAZonesNameNamesIt) {
+  link("/usr/share/zoneinfo/Europe/Riga");
+  EXPECT_EQ(identifier("EST5EDT"), "EST5EDT");
+  EXPECT_EQ(identifier("UTC"), "UTC");
+}
+
 TEST_F(SystemTimeZoneTest, AnEmptyEnvironmentLeavesTheSystemsZone) {
   link("/usr/share/zoneinfo/Europe/Riga");
   EXPECT_EQ(identifier(":"), "Europe/Riga");
