@@ -35,6 +35,7 @@ void BackgroundJobs::waitUntilFinished() {
 }
 
 bool BackgroundJobs::workOnNext() {
+  const std::lock_guard turn(turn_);
   Step work;
   {
     const std::lock_guard lock(mutex_);

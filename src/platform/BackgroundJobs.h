@@ -9,8 +9,8 @@
 namespace navora {
 
 // The portable part of a BackgroundQueue: pending work and its completions, in order. The host
-// provides the worker thread and runs the completions on the main thread. Only workOnNext() is
-// called on the worker thread; everything else, the destructor included, on the main thread.
+// provides the worker thread and runs the completions on the main thread. workOnNext() is called on
+// any thread; everything else, the destructor included, on the main thread.
 class BackgroundJobs {
  public:
   using Step = std::function<void()>;
@@ -25,10 +25,13 @@ class BackgroundJobs {
   // Blocks until all work has finished and its captures are destroyed.
   void waitUntilFinished();
 
-  // Runs the oldest pending work and destroys its captures. Returns false if no work is pending.
+  // Waits for work that another thread is running, then runs the oldest pending work and destroys
+  // its captures. Returns false if no work is pending.
   bool workOnNext();
 
  private:
+  // Locked while work runs.
+  std::mutex turn_;
   std::mutex mutex_;
   std::condition_variable finished_;
   std::deque<Step> works_;      // guarded by the mutex

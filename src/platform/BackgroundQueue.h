@@ -10,7 +10,8 @@
 namespace navora {
 
 // Runs work that would block the main thread for too long, in order, on one background thread: pure
-// work on values, and reading and writing files that nothing else uses.
+// work on values, and reading and writing files that nothing else uses. While the system has no
+// thread left, the main thread does the work, between its other events.
 //
 // Destroyed on the main thread: the destructor waits for running work to finish, discards work that
 // has not started, and no further completion is called.

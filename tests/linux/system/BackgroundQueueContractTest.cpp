@@ -1,6 +1,7 @@
 #include <atomic>
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
 #include <thread>
 
@@ -10,6 +11,7 @@
 #include "hosts/linux/system/LinuxBackgroundQueue.h"
 #include "hosts/linux/system/LinuxMainQueue.h"
 #include "linux/support/MainLoop.h"
+#include "linux/support/ThreadShortage.h"
 
 namespace navora {
 namespace {
@@ -203,6 +205,64 @@ TEST_F(LinuxBackgroundQueueTest, DropsACompletionThatIsDue) {
   EXPECT_TRUE(completionReleased);
   runPendingEvents();
   EXPECT_FALSE(completed);
+}
+
+class ThreadShortageTest : public LinuxBackgroundQueueTest {
+ protected:
+  // GLib's pools need a thread of their own from the first use on.
+  void SetUp() override {
+    bool completed = false;
+    queue_->run([] {}, [&] { completed = true; });
+    ASSERT_TRUE(waitUntil([&] { return completed; }));
+    // Another queue: that one keeps its thread for a while.
+    queue_ = std::make_unique<LinuxBackgroundQueue>(mainQueue_);
+    shortage_.emplace();
+  }
+  void append(char letter) {
+    queue_->run([this, letter] { worked_ += letter; }, [this, letter] { completed_ += letter; });
+  }
+
+  std::optional<ThreadShortage> shortage_;
+  std::string worked_;
+  std::string completed_;
+};
+
+TEST_F(ThreadShortageTest, TheMainThreadDoesTheWorkLaterAndInOrder) {
+  std::thread::id thread;
+  append('a');
+  queue_->run([&] { thread = std::this_thread::get_id(); }, [this] { completed_ += 'b'; });
+  append('c');
+  EXPECT_GT(shortage_->refused(), 0);
+  EXPECT_EQ(worked_, "");
+  ASSERT_TRUE(waitUntil([&] { return completed_ == "abc"; })) << completed_;
+  EXPECT_EQ(worked_, "ac");
+  EXPECT_EQ(thread, std::this_thread::get_id());
+}
+
+TEST_F(ThreadShortageTest, AThreadTakesOverWhenThereIsOneAgain) {
+  append('a');
+  append('b');
+  shortage_.reset();
+  append('c');
+  ASSERT_TRUE(waitUntil([&] { return completed_ == "abc"; })) << completed_;
+  EXPECT_EQ(worked_, "abc");
+}
+
+TEST_F(ThreadShortageTest, DrainingDoesAllWork) {
+  append('a');
+  append('b');
+  queue_->drain();
+  EXPECT_EQ(worked_, "ab");
+  EXPECT_EQ(completed_, "");
+  EXPECT_TRUE(waitUntil([&] { return completed_ == "ab"; })) << completed_;
+}
+
+TEST_F(ThreadShortageTest, DestroyingTheQueueDropsTheWork) {
+  append('a');
+  queue_.reset();
+  runPendingEvents();
+  EXPECT_EQ(worked_, "");
+  EXPECT_EQ(completed_, "");
 }
 
 }  // namespace

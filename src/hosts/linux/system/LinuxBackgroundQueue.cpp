@@ -2,14 +2,13 @@
 
 #include <utility>
 
-#include "support/FatalError.h"
-
 namespace navora {
 
 LinuxBackgroundQueue::~LinuxBackgroundQueue() {
   if (!pool_) return;
   jobs_.dropWaiting();
-  constexpr gboolean immediately = FALSE;
+  // Immediately: the pool would wait forever for a thread for the items that it could not start.
+  constexpr gboolean immediately = TRUE;
   constexpr gboolean wait = TRUE;
   g_thread_pool_free(pool_, immediately, wait);
 }
@@ -24,8 +23,22 @@ void LinuxBackgroundQueue::run(std::function<void()> work, std::function<void()>
   }
   jobs_.add(std::move(work), std::move(completion));
   // The pool only counts items; what each one does is in `jobs_`.
-  if (g_thread_pool_push(pool_, this, nullptr) == FALSE)
-    fatalError("The system has no thread left", "LinuxBackgroundQueue", __LINE__);
+  if (g_thread_pool_push(pool_, this, nullptr) != FALSE) return;
+  // The system has no thread left. A thread that a later item gets may also do this work.
+  ++withoutThread_;
+  mainQueue_.async(lifetime_.guard([this] { workOnMainThread(); }));
+}
+
+void LinuxBackgroundQueue::drain() {
+  while (withoutThread_ > 0)
+    workOnMainThread();
+  jobs_.waitUntilFinished();
+}
+
+void LinuxBackgroundQueue::workOnMainThread() {
+  if (withoutThread_ == 0) return;
+  --withoutThread_;
+  workOnNext();
 }
 
 void LinuxBackgroundQueue::workOnNext() {

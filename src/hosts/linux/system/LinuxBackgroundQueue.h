@@ -11,7 +11,7 @@
 
 namespace navora {
 
-// Runs work on a thread that it borrows from GLib's shared pool while there is any.
+// Runs work on a thread that it borrows from GLib's shared pool while there is any work.
 class LinuxBackgroundQueue final : public BackgroundQueue {
  public:
   // Delivers completions through `mainQueue`, which must outlive this queue.
@@ -21,14 +21,17 @@ class LinuxBackgroundQueue final : public BackgroundQueue {
   LinuxBackgroundQueue& operator=(const LinuxBackgroundQueue&) = delete;
 
   void run(std::function<void()> work, std::function<void()> completion) override;
-  void drain() override { jobs_.waitUntilFinished(); }
+  void drain() override;
 
  private:
   void workOnNext();
+  void workOnMainThread();
 
   MainQueue& mainQueue_;
   BackgroundJobs jobs_;
   GThreadPool* pool_ = nullptr;
+  // How much work the main thread has to do because no thread could be made for it.
+  int withoutThread_ = 0;
   Lifetime lifetime_;
   const std::function<void()> completeNext_ = lifetime_.guard([this] { jobs_.completeNext(); });
 };
