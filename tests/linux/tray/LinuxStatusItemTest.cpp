@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -15,6 +16,7 @@
 #include "hosts/linux/tray/StatusIcon.h"
 #include "hosts/linux/window/ColorScheme.h"
 #include "linux/application/RecordingMenuDelegate.h"
+#include "linux/support/EnvironmentVariable.h"
 #include "linux/support/FakeSettingsPortal.h"
 #include "linux/support/FakeTray.h"
 #include "linux/support/MainLoop.h"
@@ -356,6 +358,43 @@ TEST_F(StatusItemWithoutTrayTest, LogsOnceAndRegistersWithEveryTrayThatStarts) {
   ASSERT_TRUE(logged) << log;
   EXPECT_TRUE(inEveryTray);
   EXPECT_EQ(log, "Navora: the desktop has no tray for status items\n");
+}
+
+// Runs in a process of its own, because a process keeps its first connection to the session bus.
+TEST(StatusItemDeathTest, LogsOnceThatThereIsNoTrayWithoutASessionBus) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        const EnvironmentVariable nowhere("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent/bus");
+        testing::internal::CaptureStderr();
+        LinuxImaging imaging;
+        ColorScheme colorScheme;
+        MissingTrayWarning missingTray;
+        RecordingMenuDelegate delegate;
+        const auto make = [&] {
+          return std::make_unique<LinuxStatusItem>(
+              StatusItemDescription{NavoraIcon::menuBarTemplate(imaging, 18), "Navora",
+                                    statusMenu()},
+              delegate, ApplicationCommands{[] {}, [] {}}, colorScheme, missingTray);
+        };
+        // The first is destroyed before the bus is found missing.
+        make().reset();
+        const auto item = make();
+        const auto next = make();
+        std::string log;
+        const bool logged = static_cast<bool>(waitUntil([&] {
+          std::cerr.flush();
+          log += testing::internal::GetCapturedStderr();
+          testing::internal::CaptureStderr();
+          return log.find("no tray") != std::string::npos;
+        }));
+        runPendingEvents();
+        log += testing::internal::GetCapturedStderr();
+        const bool once = log == "Navora: the desktop has no tray for status items\n";
+        std::cerr << log;
+        std::exit(logged && once ? 0 : 1);
+      },
+      testing::ExitedWithCode(0), "");
 }
 
 TEST_F(StatusItemWithoutTrayTest, LogsThatATrayRefusesIt) {

@@ -89,8 +89,10 @@ LinuxStatusItem::LinuxStatusItem(const StatusItemDescription& description, MenuD
       missingTray_(missingTray),
       busName_(nextBusName()),
       joining_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
-  joinSharedBus(G_BUS_TYPE_SESSION, joining_.get(),
-                [this](GObjectPtr<GDBusConnection> bus) { exportOn(std::move(bus)); });
+  joinSharedBus(
+      G_BUS_TYPE_SESSION, joining_.get(),
+      [this](GObjectPtr<GDBusConnection> bus) { exportOn(std::move(bus)); },
+      [this] { missingTray_.logOnce(); });
 }
 
 LinuxStatusItem::~LinuxStatusItem() {
