@@ -72,5 +72,34 @@ TEST(LoginManagerDeathTest, WithoutASystemBusItReportsNothing) {
       testing::ExitedWithCode(0), "");
 }
 
+TEST(LoginManagerDeathTest, TheProcessOutlivesTheSystemBus) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(
+      {
+        GTestDBus* bus = g_test_dbus_new(G_TEST_DBUS_NONE);
+        g_test_dbus_up(bus);
+        const EnvironmentVariable address("DBUS_SYSTEM_BUS_ADDRESS",
+                                          g_test_dbus_get_bus_address(bus));
+        bool woken = false;
+        auto token = observeResume([&] { woken = true; });
+        {
+          driver::FakeLogind loginManager(g_test_dbus_get_bus_address(bus));
+          if (!waitUntil([&] {
+                if (!woken) loginManager.announceWake();
+                return woken;
+              }))
+            std::exit(2);
+        }
+        GDBusConnection* connection = g_bus_get_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
+        g_test_dbus_stop(bus);
+        if (!waitUntil([&] { return g_dbus_connection_is_closed(connection) != FALSE; }))
+          std::exit(3);
+        runPendingEvents();
+        token.reset();
+        std::exit(0);
+      },
+      testing::ExitedWithCode(0), "");
+}
+
 }  // namespace
 }  // namespace navora

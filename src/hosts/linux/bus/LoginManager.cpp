@@ -27,6 +27,8 @@ class ResumeObserver final : public ObserverToken {
  private:
   void listen(GObjectPtr<GDBusConnection> bus) {
     bus_ = std::move(bus);
+    // GLib would end the process together with the system bus. Waking is then reported no more.
+    g_dbus_connection_set_exit_on_close(bus_.get(), FALSE);
     subscription_ = g_dbus_connection_signal_subscribe(
         bus_.get(), "org.freedesktop.login1", "org.freedesktop.login1.Manager", "PrepareForSleep",
         "/org/freedesktop/login1", nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onPrepareForSleep, this,
