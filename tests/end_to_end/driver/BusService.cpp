@@ -35,7 +35,12 @@ BusService::BusService(const std::string& address, const std::string& name, cons
   std::promise<void> ready;
   auto started = ready.get_future();
   thread_ = std::thread([&] { run(address, ready); });
-  started.get();
+  try {
+    started.get();
+  } catch (...) {
+    release();
+    throw;
+  }
 }
 
 BusService::~BusService() {
@@ -47,6 +52,10 @@ BusService::~BusService() {
         return G_SOURCE_REMOVE;
       },
       loop_);
+  release();
+}
+
+void BusService::release() {
   thread_.join();
   g_main_loop_unref(loop_);
   g_main_context_unref(context_);
@@ -56,11 +65,12 @@ BusService::~BusService() {
 // `address` and `ready` are valid only until `ready` is fulfilled: the constructor waits for that.
 void BusService::run(const std::string& address, std::promise<void>& ready) {
   g_main_context_push_thread_default(context_);
+  guint object = 0;
   try {
     bus_ = std::make_unique<BusConnection>(address);
-    const guint object = g_dbus_connection_register_object(
-        bus_->get(), path_.c_str(), node_->interfaces[0], &handlers,
-        const_cast<Handler*>(&handler_), nullptr, nullptr);
+    object = g_dbus_connection_register_object(bus_->get(), path_.c_str(), node_->interfaces[0],
+                                               &handlers, const_cast<Handler*>(&handler_), nullptr,
+                                               nullptr);
     bus_->ownName(name_);
     ready.set_value();
     g_main_loop_run(loop_);
@@ -68,6 +78,8 @@ void BusService::run(const std::string& address, std::promise<void>& ready) {
     g_dbus_connection_unregister_object(bus_->get(), object);
     bus_.reset();
   } catch (...) {
+    if (object != 0) g_dbus_connection_unregister_object(bus_->get(), object);
+    bus_.reset();
     ready.set_exception(std::current_exception());
   }
   g_main_context_pop_thread_default(context_);

@@ -18,7 +18,7 @@ class BusService {
                                      GDBusMethodInvocation* invocation)>;
 
   // Exports the interface that `introspection` describes at `path`, and owns the name when this
-  // returns.
+  // returns. Throws TestError if another program owns it.
   BusService(const std::string& address, const std::string& name, const std::string& path,
              const std::string& introspection, Handler handler);
   // Releases the name before it returns, as the bus does after a program exits.
@@ -30,6 +30,7 @@ class BusService {
   void emitSignal(const std::string& signal, GVariant* parameters);
 
  private:
+  void release();
   void run(const std::string& address, std::promise<void>& ready);
 
   const std::string name_;

@@ -123,6 +123,14 @@ TEST_F(DesktopServicesTest, NotificationsAreClickedAndClosed) {
   EXPECT_EQ(program.waitForSignal(), "NotificationClosed(" + id + ", 2)");
 }
 
+TEST_F(DesktopServicesTest, AServiceWhoseNameIsTakenSaysSo) {
+  const FakeNotificationDaemon first(address());
+  EXPECT_THROW(FakeNotificationDaemon second(address()), TestError);
+  NotifyingProgram program(address());
+  EXPECT_TRUE(program.notify("Shown"));
+  EXPECT_EQ(first.notifications().size(), 1U);
+}
+
 TEST_F(DesktopServicesTest, TheNotificationServiceMayBeMissingSlowAndRestarted) {
   NotifyingProgram program(address());
   EXPECT_FALSE(program.notify("Missing"));
