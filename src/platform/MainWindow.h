@@ -10,7 +10,7 @@ namespace navora {
 
 class WebView;
 
-// The initial state of the main window. Sizes are in points.
+// The initial state of the main window. Sizes are in points; menus within the window come on top.
 struct MainWindowDescription {
   std::string title;
   Size contentSize;

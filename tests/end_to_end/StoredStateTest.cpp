@@ -28,6 +28,11 @@ class StoredStateTest : public TestPageTest {
     EXPECT_EQ(content.height, height);
   }
 
+  // The size that the page has in a window without a stored size.
+  void expectInitialSize() {
+    page().waitUntilTrue("innerWidth === 1240 && innerHeight === 820", "the initial size");
+  }
+
   bool reported(const std::string& text) {
     return application().errorText().find(text) != std::string::npos;
   }
@@ -44,7 +49,7 @@ TEST_P(DamagedDefaultsTest, AreReportedAndSetAsideAndReplaced) {
   const std::string content = GetParam().make();
   writeFile(defaults(), content);
   launch();
-  expectSize(1240, 820);
+  expectInitialSize();
   EXPECT_TRUE(reported("defaults.json: damaged; kept as defaults.json.damaged"));
   EXPECT_TRUE(readFile(aside()) == content);
 
@@ -93,7 +98,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(StoredStateTest, UnreadableDefaultsAreReportedAndLeftAlone) {
   writeFile(defaults() / "kept", "content");
   launch();
-  expectSize(1240, 820);
+  expectInitialSize();
   EXPECT_TRUE(reported("defaults.json: "));
   EXPECT_EQ(readFile(defaults() / "kept"), "content");
   EXPECT_FALSE(std::filesystem::exists(aside()));
@@ -102,7 +107,7 @@ TEST_F(StoredStateTest, UnreadableDefaultsAreReportedAndLeftAlone) {
 TEST_F(StoredStateTest, DefaultsWithoutAFolderAreReported) {
   writeFile(desktop().configHome() / "navora", "a file where the folder should be");
   launch();
-  expectSize(1240, 820);
+  expectInitialSize();
   EXPECT_TRUE(reported("defaults.json: "));
 }
 

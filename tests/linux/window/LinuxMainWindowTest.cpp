@@ -1,6 +1,7 @@
 #include <cstdlib>
 
 #include <gtest/gtest.h>
+#include <gtkmm/drawingarea.h>
 
 #include "hosts/linux/window/LinuxMainWindow.h"
 #include "linux/window/WindowTest.h"
@@ -59,6 +60,61 @@ TEST_F(LinuxMainWindowTest, CannotBeResizedBelowItsMinimum) {
   ASSERT_TRUE(show(*window));
   display_.resize(infoOf(window->native()).id, 100, 100);
   EXPECT_TRUE(waitForSize(*window, 700, 500));
+}
+
+// A menu bar of a known height.
+class MenuBarSizeTest : public LinuxMainWindowTest {
+ protected:
+  static constexpr int barHeight = 30;
+
+  std::unique_ptr<LinuxMainWindow> makeWindowWithBar() {
+    bar_.set_size_request(-1, barHeight);
+    bar_.show();
+    auto window = makeWindow();
+    window->setMenuBar(bar_);
+    return window;
+  }
+  static Size contentSize(LinuxMainWindow& window) {
+    return {static_cast<double>(window.overlay().get_allocated_width()),
+            static_cast<double>(window.overlay().get_allocated_height())};
+  }
+
+  Gtk::DrawingArea bar_;
+};
+
+TEST_F(MenuBarSizeTest, TheContentHasTheDescribedSizeBelowIt) {
+  const auto window = makeWindowWithBar();
+  ASSERT_TRUE(show(*window));
+  EXPECT_EQ(contentSize(*window), (Size{1100, 760}));
+  EXPECT_TRUE(waitForSize(*window, 1100, 760 + barHeight));
+}
+
+TEST_F(MenuBarSizeTest, TheContentKeepsItsMinimumBelowIt) {
+  const auto window = makeWindowWithBar();
+  ASSERT_TRUE(show(*window));
+  display_.resize(infoOf(window->native()).id, 100, 100);
+  EXPECT_TRUE(waitForSize(*window, 700, 500 + barHeight));
+  EXPECT_TRUE(waitUntil([&] { return contentSize(*window) == Size{700, 500}; }));
+}
+
+TEST_F(MenuBarSizeTest, AStoredSizeIsTheWholeWindows) {
+  {
+    const auto window = makeWindowWithBar();
+    ASSERT_TRUE(show(*window));
+    display_.resize(infoOf(window->native()).id, 900, 600);
+    const Json size = {{"width", 900}, {"height", 600}};
+    ASSERT_TRUE(waitUntil([&] { return defaults_.value("TestWindow") == size; }));
+  }
+  const auto window = makeWindowWithBar();
+  ASSERT_TRUE(show(*window));
+  EXPECT_TRUE(waitForSize(*window, 900, 600));
+}
+
+TEST_F(MenuBarSizeTest, AStoredSizeIsRaisedToTheMinimumWithTheBar) {
+  defaults_.setValue("TestWindow", Json{{"width", 800}, {"height", 500}});
+  const auto window = makeWindowWithBar();
+  ASSERT_TRUE(show(*window));
+  EXPECT_TRUE(waitForSize(*window, 800, 500 + barHeight));
 }
 
 TEST_F(LinuxMainWindowTest, StoresItsSizeButNotItsPosition) {

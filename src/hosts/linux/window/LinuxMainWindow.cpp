@@ -42,10 +42,12 @@ Size availableSize() {
 LinuxMainWindow::LinuxMainWindow(const MainWindowDescription& description,
                                  MainWindowDelegate& delegate, UserDefaults& defaults,
                                  ColorScheme& colorScheme)
-    : defaults_(defaults), colorScheme_(colorScheme), autosaveName_(description.frameAutosaveName) {
+    : defaults_(defaults), colorScheme_(colorScheme), description_(description) {
   window_.set_title(description.title);
   window_.set_position(Gtk::WIN_POS_CENTER);
-  restoreSize(description);
+  restoreSize(0);
+  overlay_.set_size_request(static_cast<int>(description.minimumSize.width),
+                            static_cast<int>(description.minimumSize.height));
   layout_.pack_end(overlay_, true, true);
   layout_.show();
   overlay_.show();
@@ -69,16 +71,19 @@ LinuxMainWindow::~LinuxMainWindow() {
   pendingSave_.disconnect();
 }
 
-void LinuxMainWindow::restoreSize(const MainWindowDescription& description) {
+void LinuxMainWindow::restoreSize(int menuBarHeight) {
   const Size available = availableSize();
-  const Size stored = readSize(defaults_.value(autosaveName_)).value_or(description.contentSize);
-  const auto fit = [](double value, double minimum, double maximum) {
-    return static_cast<int>(std::max(minimum, std::min(value, maximum)));
+  const auto withMenuBar = [&](Size content) {
+    return Size{content.width, content.height + menuBarHeight};
   };
-  window_.set_default_size(fit(stored.width, description.minimumSize.width, available.width),
-                           fit(stored.height, description.minimumSize.height, available.height));
-  layout_.set_size_request(static_cast<int>(description.minimumSize.width),
-                           static_cast<int>(description.minimumSize.height));
+  const Size minimum = withMenuBar(description_.minimumSize);
+  const Size wanted = readSize(defaults_.value(description_.frameAutosaveName))
+                          .value_or(withMenuBar(description_.contentSize));
+  const auto fit = [](double value, double least, double most) {
+    return static_cast<int>(std::max(least, std::min(value, most)));
+  };
+  window_.set_default_size(fit(wanted.width, minimum.width, available.width),
+                           fit(wanted.height, minimum.height, available.height));
 }
 
 void LinuxMainWindow::sizeChanged() {
@@ -97,7 +102,8 @@ void LinuxMainWindow::saveSize() {
   int height = 0;
   window_.get_size(width, height);
   Json size = {{"width", width}, {"height", height}};
-  if (defaults_.value(autosaveName_) != size) defaults_.setValue(autosaveName_, std::move(size));
+  const std::string& name = description_.frameAutosaveName;
+  if (defaults_.value(name) != size) defaults_.setValue(name, std::move(size));
 }
 
 void LinuxMainWindow::setTitle(const std::string& title) {
@@ -106,6 +112,10 @@ void LinuxMainWindow::setTitle(const std::string& title) {
 
 void LinuxMainWindow::setMenuBar(Gtk::Widget& menuBar) {
   layout_.pack_start(menuBar, false, false);
+  int minimum = 0;
+  int natural = 0;
+  menuBar.get_preferred_height(minimum, natural);
+  restoreSize(natural);
 }
 
 void LinuxMainWindow::setContentView(std::shared_ptr<WebView> webView) {

@@ -36,7 +36,9 @@ class LinuxMainWindow final : public MainWindow {
   void makeKeyAndOrderFront() override;
   void orderOut() override;
 
-  // Adds the menu bar above the content.
+  // Adds the menu bar above the content, before the window is first shown. The sizes of the
+  // description are the content's, so the window becomes higher by the bar; a stored size is the
+  // whole window's.
   void setMenuBar(Gtk::Widget& menuBar);
   bool isVisible() const { return window_.get_visible(); }
   // Raises and focuses the window if it is visible, overriding focus stealing prevention.
@@ -55,7 +57,7 @@ class LinuxMainWindow final : public MainWindow {
   Gtk::Overlay& overlay() { return overlay_; }
 
  private:
-  void restoreSize(const MainWindowDescription& description);
+  void restoreSize(int menuBarHeight);
   void sizeChanged();
   void saveSize();
   void matchBackgroundToTheme();
@@ -63,7 +65,7 @@ class LinuxMainWindow final : public MainWindow {
 
   UserDefaults& defaults_;
   ColorScheme& colorScheme_;
-  const std::string autosaveName_;
+  const MainWindowDescription description_;
   std::shared_ptr<LinuxWebView> webView_;
   Gtk::Window window_;
   // What takes the focus instead of the content, the topmost last.
