@@ -136,12 +136,14 @@ class MenuBarTest : public WebViewTest {
     if (auto shown = waitUntil([&] { return isLaidOut(top); }); !shown) return shown;
     mouse_.click(onScreen(top).center());
     Gtk::MenuItem* item = itemNamed(title);
-    const auto opened =
-        waitUntil([&] { return isLaidOut(*item) && top.get_submenu()->get_mapped(); });
+    // Its own reference: the item may replace the menus.
+    const auto submenu = GObjectPtr<GtkWidget>::retain(GTK_WIDGET(top.get_submenu()->gobj()));
+    const auto isOpen = [&] { return gtk_widget_get_mapped(submenu.get()) != FALSE; };
+    const auto opened = waitUntil([&] { return isLaidOut(*item) && isOpen(); });
     if (!opened) return opened;
     runPendingEvents();
     mouse_.click(onScreen(*item).center());
-    return waitUntil([&] { return !top.get_submenu()->get_mapped(); });
+    return waitUntil([&] { return !isOpen(); });
   }
 
   driver::Keyboard& keyboard_ = TestDesktop::current().keyboard();
@@ -383,6 +385,28 @@ TEST_F(MenuBarTest, SetMenusReplacesAllMenus) {
   EXPECT_EQ(terminations_, 0);
   ASSERT_TRUE(choose(0, "Elsewhere"));
   EXPECT_TRUE(waitForActions(2));
+}
+
+TEST_F(MenuBarTest, ReplacedMenusAreDestroyed) {
+  ASSERT_TRUE(showPage());
+  int alive = 0;
+  const auto watch = [&alive](Gtk::Widget& widget) {
+    ++alive;
+    g_object_weak_ref(
+        G_OBJECT(widget.gobj()), [](gpointer count, GObject*) { --*static_cast<int*>(count); },
+        &alive);
+  };
+  for (Gtk::MenuItem* top : topLevelItems()) {
+    watch(*top);
+    watch(*top->get_submenu());
+    for (Gtk::MenuItem* item : itemsOf(*top))
+      watch(*item);
+  }
+  ASSERT_GT(alive, 10);
+  // A menu that has been open has a window of its own.
+  ASSERT_TRUE(choose(0, "About"));
+  bar_.setMenus(menus(), delegate_);
+  EXPECT_TRUE(waitUntil([&] { return alive == 0; })) << alive;
 }
 
 TEST_F(MenuBarTest, ClosesAnOpenMenuWhenItIsReplaced) {

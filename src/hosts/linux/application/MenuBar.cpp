@@ -67,8 +67,9 @@ void MenuBar::setMenus(const std::vector<Menu>& menus, MenuDelegate& delegate) {
   bar_.deactivate();
   removeKeys();
   delegate_ = &delegate;
+  // A managed widget survives its removal from a container, which Container::remove() is for.
   for (Gtk::Widget* child : bar_.get_children())
-    bar_.remove(*child);
+    gtk_widget_destroy(child->gobj());
   for (const Menu& menu : menus)
     bar_.append(*makeTopLevelItem(menu));
   bar_.show_all_children();
