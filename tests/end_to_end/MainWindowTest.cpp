@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "end_to_end/CaptureTest.h"
 #include "end_to_end/TestPageTest.h"
 #include "end_to_end/driver/Mouse.h"
 
@@ -13,8 +14,10 @@ class MainWindowTest : public TestPageTest {};
 TEST_F(MainWindowTest, StartsCentredInItsOwnSizeWithTheServicesLoginPage) {
   const auto window = application().waitForMainWindow();
   EXPECT_EQ(window.title, "Navora");
+  EXPECT_EQ(page().evaluate("return [innerWidth, innerHeight]"), (Json{1240, 820}));
   EXPECT_EQ(window.content.width, 1240);
-  EXPECT_EQ(window.content.height, 820);
+  // The menu bar comes on top.
+  EXPECT_GT(window.content.height, 820);
   EXPECT_NEAR(window.content.center().x, 800, 20);
   EXPECT_NEAR(window.content.center().y, 500, 30);
   EXPECT_EQ(page().path(), "/login");
@@ -94,7 +97,7 @@ TEST_F(MainWindowTest, CannotBeMadeSmallerThanItsMinimumSize) {
   desktop().display().resize(window.id, 300, 200);
   waitUntil([&] { return application().waitForMainWindow().content.width == 760; },
             "the window has its least size");
-  EXPECT_EQ(application().waitForMainWindow().content.height, 560);
+  page().waitUntilTrue("innerWidth === 760 && innerHeight === 560", "the page has its least size");
 }
 
 TEST_F(MainWindowTest, FollowsTheLanguageThatTheUserChoosesOnTheService) {
@@ -103,6 +106,42 @@ TEST_F(MainWindowTest, FollowsTheLanguageThatTheUserChoosesOnTheService) {
   page().evaluate("window.dispatchEvent(new Event('tolvin:localesaved'))");
   waitUntil([&] { return application().waitForMainWindow().title == "Навора"; },
             "the window's title is in Russian");
+}
+
+// A signed-in user with an alert of the page, the About window and the capture panel on the screen.
+class HiddenApplicationTest : public CaptureTest {
+ protected:
+  void SetUp() override {
+    CaptureTest::SetUp();
+    if (HasFatalFailure()) return;
+    const auto main = application().waitForMainWindow();
+    desktop().mouse().click({main.content.x + 30, main.content.y + 14});
+    widget("menu item", "About Navora").press();
+    waitForWindows(2);
+    page().evaluate("setTimeout(() => { alert('Read this'); window.answered = true; })");
+    widget("push button", "OK");
+    waitForWindows(3);
+    openPanel();
+    typeDraft("kept");
+  }
+
+  void waitForWindows(std::size_t count) {
+    waitUntil([&] { return application().windows().size() == count; },
+              std::to_string(count) + " windows are shown", defaultTimeout(),
+              [&] { return desktop().display().describeWindows(); });
+  }
+};
+
+TEST_F(HiddenApplicationTest, HasNoWindowLeftAndShowsTheDialogsAgainWithTheMainWindow) {
+  desktop().keyboard().chord("Control+h");
+  waitForWindows(0);
+  application().run({});
+  waitForWindows(3);
+  widget("push button", "OK").press();
+  page().waitUntilTrue("window.answered", "the alert is answered");
+  waitForWindows(2);
+  openPanel();
+  EXPECT_EQ(draft(), "kept");
 }
 
 }  // namespace

@@ -19,19 +19,6 @@ namespace {
 constexpr const char* captureAction = "capture";
 constexpr int continueLaunch = -1;
 
-// Treats SIGTERM, SIGINT and SIGHUP as Quit.
-void quitOnSignals(Gtk::Application& application) {
-  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
-    g_unix_signal_add(
-        signal,
-        [](gpointer target) -> gboolean {
-          static_cast<Gtk::Application*>(target)->quit();
-          return G_SOURCE_CONTINUE;
-        },
-        &application);
-  }
-}
-
 // Registers the application, trying again while the name's owner does not reply: an instance that
 // is quitting still owns the name for a moment. A quick restart, such as that of an update, would
 // otherwise leave no instance running.
@@ -58,7 +45,10 @@ LinuxApplication::LinuxApplication() : application_(Gtk::Application::create(app
   application_->signal_shutdown().connect([this] { shutDown(); });
 }
 
-LinuxApplication::~LinuxApplication() = default;
+LinuxApplication::~LinuxApplication() {
+  for (const guint source : signalSources_)
+    g_source_remove(source);
+}
 
 int LinuxApplication::run(ApplicationDelegate& delegate, LaunchPurpose purpose) {
   delegate_ = &delegate;
@@ -78,9 +68,22 @@ int LinuxApplication::handOver() {
 }
 
 void LinuxApplication::startUp() {
-  quitOnSignals(*application_.get());
+  quitOnSignals();
   if (!delegate_->applicationShouldTerminateAfterLastWindowClosed()) application_->hold();
   delegate_->applicationDidFinishLaunching();
+}
+
+// Treats SIGTERM, SIGINT and SIGHUP as Quit.
+void LinuxApplication::quitOnSignals() {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    signalSources_.push_back(g_unix_signal_add(
+        signal,
+        [](gpointer self) -> gboolean {
+          static_cast<LinuxApplication*>(self)->application_->quit();
+          return G_SOURCE_CONTINUE;
+        },
+        this));
+  }
 }
 
 void LinuxApplication::activate() {
@@ -103,6 +106,7 @@ void LinuxApplication::watch(LinuxMainWindow& window) {
     window.setMenuBar(menuBar_->widget());
     menuBar_->addMainWindow(window.native());
   }
+  window.native().signal_show().connect([this] { hiddenWindows_.showAgain(); });
   window.native().property_is_active().signal_changed().connect([this] { activeWindowChanged(); });
 }
 
@@ -140,13 +144,18 @@ void LinuxApplication::orderFrontStandardAboutPanel(const AboutPanelOptions& opt
 }
 
 ApplicationCommands LinuxApplication::commands() {
-  return {.hide =
-              [this] {
-                // The panel handles a close request as Escape, which keeps the text.
-                if (panel_ != nullptr && panel_->get_visible()) panel_->close();
-                if (window_ != nullptr) window_->orderOut();
-              },
-          .terminate = [this] { application_->quit(); }};
+  return {.hide = [this] { hide(); }, .terminate = [this] { application_->quit(); }};
+}
+
+void LinuxApplication::hide() {
+  // The panel handles a close request as Escape, which keeps the text.
+  if (panel_ != nullptr && panel_->get_visible()) panel_->close();
+  const auto widgetOf = [](Gtk::Window* window) {
+    return window == nullptr ? nullptr : GTK_WIDGET(window->gobj());
+  };
+  hiddenWindows_.hideAllBut(
+      {widgetOf(panel_), widgetOf(window_ == nullptr ? nullptr : &window_->native())});
+  if (window_ != nullptr) window_->orderOut();
 }
 
 void LinuxApplication::activateIgnoringOtherApplications() {

@@ -6,6 +6,7 @@
 #include <gtkmm/application.h>
 
 #include "hosts/linux/application/AboutDialog.h"
+#include "hosts/linux/application/HiddenWindows.h"
 #include "hosts/linux/application/MenuBar.h"
 #include "platform/Application.h"
 
@@ -47,6 +48,8 @@ class LinuxApplication final : public Application {
   // or -1 to continue the launch (the values of GApplication::handle-local-options).
   int handOver();
   void startUp();
+  void quitOnSignals();
+  void hide();
   void activate();
   void shutDown();
   void activeWindowChanged();
@@ -55,10 +58,14 @@ class LinuxApplication final : public Application {
   Glib::RefPtr<Gtk::Application> application_;
   std::optional<MenuBar> menuBar_;
   AboutDialog aboutDialog_;
+  // Shown again with the main window.
+  HiddenWindows hiddenWindows_;
   ApplicationDelegate* delegate_ = nullptr;
   LinuxMainWindow* window_ = nullptr;
   Gtk::Window* panel_ = nullptr;
   LaunchPurpose purpose_ = LaunchPurpose::application;
+  // GLib's sources for the signals.
+  std::vector<guint> signalSources_;
   bool launched_ = false;
   bool active_ = false;
 };
