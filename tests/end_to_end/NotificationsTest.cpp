@@ -170,6 +170,23 @@ TEST_F(NotificationsTest, ReportsTheStatusToThePageAndFollowsItsCommands) {
   page().waitUntilTrue("window.NavoraNotificationState.enabled", "it is switched on again");
 }
 
+TEST_F(NotificationsTest, LeavesNoCardBehindThatLeadsNowhere) {
+  for (const char* text : {"One", "Two", "Three"})
+    serviceClient().addNotification(message(text));
+  poll();
+  const auto shown = waitForNotifications(3);
+  daemon->close(shown[0].id);
+  application().restart();
+  EXPECT_TRUE(daemon->open().empty());
+  // The new process has cards of its own only.
+  page().waitUntilTrue("location.pathname === '/'", "the user is still signed in");
+  poll();
+  serviceClient().addNotification(message("Four"));
+  poll();
+  waitForNotifications(4);
+  EXPECT_EQ(daemon->open().size(), 1U);
+}
+
 TEST_F(NotificationsTest, RepeatsWhatADaemonThatExitsHasNotShown) {
   daemon->hold();
   serviceClient().addNotification(message("Please wait"));

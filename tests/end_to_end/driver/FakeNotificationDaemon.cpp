@@ -1,5 +1,6 @@
 #include "end_to_end/driver/FakeNotificationDaemon.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace navora::driver {
@@ -62,6 +63,7 @@ FakeNotificationDaemon::~FakeNotificationDaemon() {
 void FakeNotificationDaemon::answer(const std::string& method, GVariant* parameters,
                                     GDBusMethodInvocation* invocation) {
   const std::lock_guard lock(mutex_);
+  if (method == "CloseNotification") closeForProgram(parameters, invocation);
   GVariant* answer = reply(method, parameters);
   if (method == heldMethod_) {
     waiting_.emplace_back(invocation, answer);
@@ -105,12 +107,18 @@ GVariant* FakeNotificationDaemon::show(GVariant* parameters) {
 
   shown.id = shown.replacesId != 0 ? shown.replacesId : ++lastId_;
   notifications_.push_back(shown);
+  if (std::ranges::find(open_, shown.id) == open_.end()) open_.push_back(shown.id);
   return g_variant_new("(u)", shown.id);
 }
 
 std::vector<FakeNotificationDaemon::Notification> FakeNotificationDaemon::notifications() const {
   const std::lock_guard lock(mutex_);
   return notifications_;
+}
+
+std::vector<std::uint32_t> FakeNotificationDaemon::open() const {
+  const std::lock_guard lock(mutex_);
+  return open_;
 }
 
 void FakeNotificationDaemon::hold(const std::string& method) {
@@ -139,7 +147,25 @@ void FakeNotificationDaemon::click(std::uint32_t id, const std::string& action,
 
 void FakeNotificationDaemon::close(std::uint32_t id) {
   constexpr std::uint32_t dismissedByUser = 2;
+  {
+    const std::lock_guard lock(mutex_);
+    std::erase(open_, id);
+  }
   service_->emitSignal("NotificationClosed", g_variant_new("(uu)", id, dismissedByUser));
+}
+
+void FakeNotificationDaemon::closeForProgram(GVariant* parameters,
+                                             GDBusMethodInvocation* invocation) {
+  constexpr std::uint32_t closedByACall = 3;
+  std::uint32_t id = 0;
+  g_variant_get(parameters, "(u)", &id);
+  std::erase(open_, id);
+  // `service_` may be in destruction.
+  g_dbus_connection_emit_signal(g_dbus_method_invocation_get_connection(invocation), nullptr,
+                                g_dbus_method_invocation_get_object_path(invocation),
+                                g_dbus_method_invocation_get_interface_name(invocation),
+                                "NotificationClosed", g_variant_new("(uu)", id, closedByACall),
+                                nullptr);
 }
 
 }  // namespace navora::driver

@@ -37,6 +37,9 @@ class FakeNotificationDaemon {
 
   // Returns all notifications so far, in order.
   std::vector<Notification> notifications() const;
+  // Returns the ids of those that are on the screen: neither the user nor a program has closed
+  // them.
+  std::vector<std::uint32_t> open() const;
 
   // Delays the replies to calls of a method until release().
   void hold(const std::string& method = "Notify");
@@ -49,6 +52,7 @@ class FakeNotificationDaemon {
   void close(std::uint32_t id);
 
  private:
+  void closeForProgram(GVariant* parameters, GDBusMethodInvocation* invocation);
   void answer(const std::string& method, GVariant* parameters, GDBusMethodInvocation* invocation);
   GVariant* reply(const std::string& method, GVariant* parameters);
   GVariant* show(GVariant* parameters);
@@ -56,6 +60,7 @@ class FakeNotificationDaemon {
   const std::vector<std::string> capabilities_;
   mutable std::mutex mutex_;
   std::vector<Notification> notifications_;
+  std::vector<std::uint32_t> open_;
   std::uint32_t lastId_ = 0;
   std::string heldMethod_;
   // With their delayed replies.

@@ -479,6 +479,32 @@ TEST_F(LinuxNotificationCenterTest, AsksTheDelegateOnlyWhileTheApplicationIsActi
   EXPECT_EQ(daemon_->notifications().size(), 4U);
 }
 
+TEST_F(LinuxNotificationCenterTest, ClosesItsNotificationsWhenItIsDestroyed) {
+  startDaemon();
+  for (const char* identifier : {"a", "b", "c"})
+    ASSERT_TRUE(add(notification(identifier)));
+  const auto shown = daemon_->notifications();
+  daemon_->close(shown[1].id);
+  ASSERT_TRUE(waitUntil([&] { return daemon_->open().size() == 2; }));
+  // Another program's.
+  driver::BusConnection other(TestDesktop::sessionBusAddress());
+  other.call({"org.freedesktop.Notifications", "/org/freedesktop/Notifications",
+              "org.freedesktop.Notifications", "Notify"},
+             g_variant_new_parsed("('other', uint32 0, '', 'Title', '', @as [], @a{sv} {}, -1)"));
+  const std::uint32_t others = daemon_->notifications().back().id;
+  center_.reset();
+  EXPECT_TRUE(waitUntil([&] { return daemon_->open() == std::vector{others}; }));
+}
+
+TEST_F(LinuxNotificationCenterTest, DoesNotStartTheServiceToCloseNotifications) {
+  startDaemon();
+  ASSERT_TRUE(add(notification("a")));
+  daemon_.reset();
+  center_.reset();
+  driver::BusConnection bus(TestDesktop::sessionBusAddress());
+  EXPECT_FALSE(bus.nameHasOwner("org.freedesktop.Notifications"));
+}
+
 // Runs in a process of its own, because a process keeps its first connection to the session bus.
 TEST(NotificationsDeathTest, DeniesEverythingWithoutASessionBus) {
   GTEST_FLAG_SET(death_test_style, "threadsafe");

@@ -13,6 +13,7 @@ TEST(ShownNotificationsTest, FindsByNumberAndByIdentifier) {
   EXPECT_EQ(shown.urlOf(3), "url b");
   EXPECT_EQ(shown.numberOf("c"), std::nullopt);
   EXPECT_EQ(shown.urlOf(4), std::nullopt);
+  EXPECT_EQ(shown.numbers(), (std::vector<std::uint32_t>{7, 3}));
 }
 
 TEST(ShownNotificationsTest, ForgetsRemovedNotifications) {

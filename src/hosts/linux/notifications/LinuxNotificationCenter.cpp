@@ -63,11 +63,24 @@ PlatformError timeoutError() {
 }  // namespace
 
 LinuxNotificationCenter::~LinuxNotificationCenter() {
+  closeShown();
   if (nameWatch_ != 0) g_bus_unwatch_name(nameWatch_);
   if (subscription_ != 0) g_dbus_connection_signal_unsubscribe(bus_.get(), subscription_);
 }
 
-// Does not use joinSharedBus(), which never calls back where there is no bus and keeps no order.
+void LinuxNotificationCenter::closeShown() {
+  const auto numbers = shown_.numbers();
+  if (numbers.empty()) return;
+  for (const std::uint32_t number : numbers) {
+    g_dbus_connection_call(bus_.get(), serviceName, servicePath, serviceName, "CloseNotification",
+                           g_variant_new("(u)", number), nullptr, G_DBUS_CALL_FLAGS_NO_AUTO_START,
+                           -1, nullptr, nullptr, nullptr);
+  }
+  // The process may be about to exit. Fails if the bus is gone, and the service with it.
+  g_dbus_connection_flush_sync(bus_.get(), nullptr, nullptr);
+}
+
+// Does not use joinSharedBus(), which passes no error on and keeps no order.
 void LinuxNotificationCenter::withBus(UseBus use) {
   if (bus_) return use(bus_.get(), nullptr);
   waitingForBus_.push_back(lifetime_.guard(std::move(use)));

@@ -26,6 +26,8 @@ namespace navora {
 class LinuxNotificationCenter final : public NotificationCenter {
  public:
   LinuxNotificationCenter() = default;
+  // Closes the notifications that are still shown: the service reports a click only to a running
+  // program, and cannot start one.
   ~LinuxNotificationCenter() override;
 
   LinuxNotificationCenter(const LinuxNotificationCenter&) = delete;
@@ -69,6 +71,7 @@ class LinuxNotificationCenter final : public NotificationCenter {
                        const char* interface, const char* signal, GVariant* parameters,
                        gpointer self);
   static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
+  void closeShown();
 
   std::chrono::milliseconds timeout_ = std::chrono::seconds(5);
   NotificationCenterDelegate* delegate_ = nullptr;

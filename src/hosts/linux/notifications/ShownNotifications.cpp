@@ -17,6 +17,13 @@ void ShownNotifications::remove(std::uint32_t number) {
   std::erase_if(entries_, [&](const Entry& entry) { return entry.number == number; });
 }
 
+std::vector<std::uint32_t> ShownNotifications::numbers() const {
+  std::vector<std::uint32_t> numbers;
+  for (const Entry& entry : entries_)
+    numbers.push_back(entry.number);
+  return numbers;
+}
+
 std::optional<std::uint32_t> ShownNotifications::numberOf(const std::string& identifier) const {
   const auto found = std::ranges::find(entries_, identifier, &Entry::identifier);
   return found == entries_.end() ? std::nullopt : std::optional(found->number);

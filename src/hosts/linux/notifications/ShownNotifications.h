@@ -5,6 +5,7 @@
 #include <deque>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace navora {
 
@@ -19,6 +20,8 @@ class ShownNotifications {
   void remove(std::uint32_t number);
   void clear() { entries_.clear(); }
 
+  // Returns the numbers of all entries, the oldest first.
+  std::vector<std::uint32_t> numbers() const;
   std::optional<std::uint32_t> numberOf(const std::string& identifier) const;
   std::optional<std::string> urlOf(std::uint32_t number) const;
 
