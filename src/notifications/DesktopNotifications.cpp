@@ -193,10 +193,23 @@ void DesktopNotifications::publishAuthorization() {
 }
 
 Task<> DesktopNotifications::publishState() {
+  publish(co_await authorizationStatus());
+}
+
+void DesktopNotifications::authorizationMayHaveChanged() {
+  tasks_.add(publishChangedState());
+}
+
+Task<> DesktopNotifications::publishChangedState() {
   const AuthorizationStatus status = co_await authorizationStatus();
+  if (status != published_) publish(status);
+}
+
+void DesktopNotifications::publish(AuthorizationStatus status) {
   const auto webView = webView_.lock();
   const auto url = webView ? webView->url() : std::nullopt;
-  if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin_)) co_return;
+  if (!url || !DesktopNotificationPolicy::sameOrigin(*url, origin_)) return;
+  published_ = status;
   webView->evaluateJavaScript(stateScript(status, isEnabled()));
 }
 

@@ -83,6 +83,8 @@ class DesktopNotifications final : public NotificationCenterDelegate {
 
   PresentationOptions willPresentNotification() override;
   void didReceiveNotification(std::optional<std::string> url) override;
+  // Publishes the authorization to the page if it is not the one last published.
+  void authorizationMayHaveChanged() override;
 
  private:
   void poll();
@@ -101,6 +103,8 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   Task<AuthorizationStatus> authorizationStatus();
   Task<> authorize();
   Task<> publishState();
+  Task<> publishChangedState();
+  void publish(AuthorizationStatus status);
   Task<std::optional<PlatformError>> add(UserNotification notification);
   Task<> deliverCaptureNotice(UserNotification notification, std::function<void(bool)> completion);
   Task<> deliverTest();
@@ -116,6 +120,8 @@ class DesktopNotifications final : public NotificationCenterDelegate {
   NotificationClient client_;
   bool active_ = false;
   std::unique_ptr<ObserverToken> timer_;
+  // The status that the page was last told.
+  std::optional<AuthorizationStatus> published_;
   std::optional<std::string> accountId_;
   DesktopNotificationDelivery delivery_;
   // The poll in progress. At most one runs at a time; destroying the task cancels it.

@@ -44,6 +44,9 @@ class NotificationCenterDelegate {
   virtual PresentationOptions willPresentNotification() = 0;
   // The user opened a notification. `url` is the one it was added with, nullopt if it had none.
   virtual void didReceiveNotification(std::optional<std::string> url) = 0;
+  // The authorization status may have changed. Where the desktop does not report changes this is
+  // never called.
+  virtual void authorizationMayHaveChanged() = 0;
 };
 
 // The desktop's notification service. Each completion is called once, on the main thread, after the

@@ -187,6 +187,18 @@ TEST_F(NotificationsTest, LeavesNoCardBehindThatLeadsNowhere) {
   EXPECT_EQ(daemon->open().size(), 1U);
 }
 
+TEST_F(NotificationsTest, TellsThePageWhenTheDaemonExitsAndStarts) {
+  page().evaluate(
+      "window.states = [];"
+      "addEventListener('tolvin:notificationschange',"
+      "                 () => states.push(NavoraNotificationState.authorized))");
+  daemon.reset();
+  page().waitUntilTrue("window.NavoraNotificationState.denied", "the page knows that it exited");
+  startDaemon();
+  page().waitUntilTrue("window.NavoraNotificationState.authorized", "the page knows that it runs");
+  EXPECT_EQ(page().evaluate("return window.states"), (Json{false, true}));
+}
+
 TEST_F(NotificationsTest, RepeatsWhatADaemonThatExitsHasNotShown) {
   daemon->hold();
   serviceClient().addNotification(message("Please wait"));

@@ -25,6 +25,12 @@ class FakeNotificationCenter final : public NotificationCenter {
     if (delegate_ != nullptr) delegate_->didReceiveNotification(std::move(url));
   }
 
+  // Acts as the desktop's service starting or exiting.
+  void changeStatus(AuthorizationStatus changed) {
+    status = changed;
+    if (delegate_ != nullptr) delegate_->authorizationMayHaveChanged();
+  }
+
   // Reply to the oldest pending request of each kind.
   void answerStatus() { take(statusQuestions_)(status); }
   void answerRequest(AuthorizationResult result) { take(requestQuestions_)(std::move(result)); }

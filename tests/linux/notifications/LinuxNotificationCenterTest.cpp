@@ -49,6 +49,7 @@ class Delegate final : public NotificationCenterDelegate {
 
   PresentationOptions willPresentNotification() override { return options; }
   void didReceiveNotification(std::optional<std::string> url) override { opened.push_back(url); }
+  void authorizationMayHaveChanged() override {}
 };
 
 class LinuxNotificationCenterTest : public testing::Test {

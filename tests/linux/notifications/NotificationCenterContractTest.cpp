@@ -29,8 +29,8 @@ class FakeDesktop {
   void destroyCenter() { center_.reset(); }
   void makeCenter() { center_ = std::make_unique<FakeNotificationCenter>(); }
 
-  void permit() { isPermitted_ = true; }
-  void refuse() { isPermitted_ = false; }
+  void permit() { change(true); }
+  void refuse() { change(false); }
   // Completes every pending call.
   void answer() {
     while (center_ && center_->statusQuestions() > 0) {
@@ -49,6 +49,12 @@ class FakeDesktop {
   void click(const UserNotification& notification) { center_->click(notification.url); }
 
  private:
+  void change(bool isPermitted) {
+    isPermitted_ = isPermitted;
+    center_->changeStatus(isPermitted ? AuthorizationStatus::authorized
+                                      : AuthorizationStatus::denied);
+  }
+
   std::unique_ptr<FakeNotificationCenter> center_ = std::make_unique<FakeNotificationCenter>();
   bool isPermitted_ = false;
 };
@@ -86,9 +92,11 @@ class LinuxDesktop {
 class ContractDelegate final : public NotificationCenterDelegate {
  public:
   std::vector<std::optional<std::string>> opened;
+  int changes = 0;
 
   PresentationOptions willPresentNotification() override { return {.banner = true, .sound = true}; }
   void didReceiveNotification(std::optional<std::string> url) override { opened.push_back(url); }
+  void authorizationMayHaveChanged() override { ++changes; }
 };
 
 template <typename Desktop>
@@ -110,6 +118,12 @@ class NotificationCenterContractTest : public testing::Test {
       if (!condition()) desktop_.answer();
       return condition();
     });
+  }
+  AuthorizationStatus status() {
+    std::optional<AuthorizationStatus> answer;
+    center().authorizationStatus([&](AuthorizationStatus status) { answer = status; });
+    EXPECT_TRUE(answersUntil([&] { return answer.has_value(); }));
+    return answer.value_or(AuthorizationStatus::notDetermined);
   }
   // Adds the notification and returns whether it succeeded.
   bool add(const UserNotification& notification) {
@@ -157,6 +171,35 @@ TYPED_TEST(NotificationCenterContractTest, ReportsTheCurrentStatusLater) {
   ASSERT_TRUE(this->answersUntil([&] { return answers.size() == 3; }));
   EXPECT_THAT(answers, ElementsAre(AuthorizationStatus::denied, AuthorizationStatus::authorized,
                                    AuthorizationStatus::denied));
+}
+
+TYPED_TEST(NotificationCenterContractTest, ReportsThatTheStatusMayHaveChanged) {
+  ContractDelegate delegate;
+  this->center().setDelegate(&delegate);
+  // Some desktops report the first status as a change.
+  this->center().authorizationStatus([](AuthorizationStatus) {});
+  runPendingEvents();
+  for (int round = 0; round < 2; ++round) {
+    int before = delegate.changes;
+    this->desktop_.permit();
+    ASSERT_TRUE(waitUntil([&] { return delegate.changes > before; }));
+    EXPECT_EQ(this->status(), AuthorizationStatus::authorized);
+    before = delegate.changes;
+    this->desktop_.refuse();
+    ASSERT_TRUE(waitUntil([&] { return delegate.changes > before; }));
+    EXPECT_EQ(this->status(), AuthorizationStatus::denied);
+  }
+}
+
+TYPED_TEST(NotificationCenterContractTest, ReportsNoChangeWithoutADelegate) {
+  ContractDelegate former;
+  this->center().setDelegate(&former);
+  this->center().setDelegate(nullptr);
+  const int before = former.changes;
+  this->desktop_.permit();
+  EXPECT_EQ(this->status(), AuthorizationStatus::authorized);
+  runPendingEvents();
+  EXPECT_EQ(former.changes, before);
 }
 
 TYPED_TEST(NotificationCenterContractTest, ReportsLaterWhetherItIsGranted) {

@@ -51,6 +51,39 @@ TEST_F(DesktopNotificationsAuthorizationTest, PublishesTheStateToThePage) {
   EXPECT_EQ(publishedState(), state(false, false, false));
 }
 
+TEST_F(DesktopNotificationsAuthorizationTest, PublishesEachChangeOfTheStatusOnce) {
+  notifications->publishAuthorization();
+  center.answerStatus();
+  center.changeStatus(AuthorizationStatus::denied);
+  center.answerStatus();
+  EXPECT_EQ(publishedState(), state(false, true, true));
+  center.changeStatus(AuthorizationStatus::authorized);
+  center.answerStatus();
+  EXPECT_EQ(publishedState(), state(true, true, false));
+  ASSERT_EQ(webView->scripts().size(), 3U);
+  // A service that is started on demand comes and goes without a change.
+  center.changeStatus(AuthorizationStatus::authorized);
+  center.answerStatus();
+  EXPECT_EQ(webView->scripts().size(), 3U);
+  // What the page asks for, and a new page, gets the state in any case.
+  notifications->publishAuthorization();
+  center.answerStatus();
+  EXPECT_EQ(webView->scripts().size(), 4U);
+}
+
+TEST_F(DesktopNotificationsAuthorizationTest, PublishesAChangeThatAForeignPageHasMissed) {
+  notifications->publishAuthorization();
+  center.answerStatus();
+  webView->setUrl(testUrl("https://remote.example/"));
+  center.changeStatus(AuthorizationStatus::denied);
+  center.answerStatus();
+  EXPECT_EQ(webView->scripts().size(), 1U);
+  webView->setUrl(origin);
+  center.changeStatus(AuthorizationStatus::denied);
+  center.answerStatus();
+  EXPECT_EQ(publishedState(), state(false, true, true));
+}
+
 TEST_F(DesktopNotificationsAuthorizationTest, PublishesNothingToAForeignPage) {
   for (const char* url : {"https://remote.example/", "https://user@navora.example/",
                           "http://navora.example/", "about:blank"}) {

@@ -80,6 +80,11 @@ void LinuxNotificationCenter::closeShown() {
   g_dbus_connection_flush_sync(bus_.get(), nullptr, nullptr);
 }
 
+void LinuxNotificationCenter::setDelegate(NotificationCenterDelegate* delegate) {
+  delegate_ = delegate;
+  if (delegate != nullptr) withBus([](GDBusConnection*, const GError*) {});
+}
+
 // Does not use joinSharedBus(), which passes no error on and keeps no order.
 void LinuxNotificationCenter::withBus(UseBus use) {
   if (bus_) return use(bus_.get(), nullptr);
@@ -106,7 +111,7 @@ void LinuxNotificationCenter::subscribe(GDBusConnection* bus) {
                                                      servicePath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE,
                                                      onSignal, this, nullptr);
   nameWatch_ = g_bus_watch_name_on_connection(bus, serviceName, G_BUS_NAME_WATCHER_FLAGS_NONE,
-                                              nullptr, onVanished, this, nullptr);
+                                              onAppeared, onVanished, this, nullptr);
 }
 
 void LinuxNotificationCenter::authorizationStatus(
@@ -228,11 +233,21 @@ void LinuxNotificationCenter::onSignal(GDBusConnection*, const char*, const char
   self.delegate_->didReceiveNotification(url);
 }
 
+void LinuxNotificationCenter::onAppeared(GDBusConnection*, const char*, const char*,
+                                         gpointer self) {
+  static_cast<LinuxNotificationCenter*>(self)->serviceChanged();
+}
+
 void LinuxNotificationCenter::onVanished(GDBusConnection*, const char*, gpointer pointer) {
   auto& self = *static_cast<LinuxNotificationCenter*>(pointer);
   ++self.run_;
   self.shown_.clear();
   self.shownLate_.clear();
+  self.serviceChanged();
+}
+
+void LinuxNotificationCenter::serviceChanged() {
+  if (delegate_ != nullptr) delegate_->authorizationMayHaveChanged();
 }
 
 }  // namespace navora

@@ -36,7 +36,8 @@ class LinuxNotificationCenter final : public NotificationCenter {
   // Sets the time within which the service must reply to later calls; 5 seconds by default.
   void setTimeout(std::chrono::milliseconds timeout) { timeout_ = timeout; }
 
-  void setDelegate(NotificationCenterDelegate* delegate) override { delegate_ = delegate; }
+  // From the first delegate on, watches the service: it reports its start and its exit.
+  void setDelegate(NotificationCenterDelegate* delegate) override;
   void requestAuthorization(Options options,
                             std::function<void(AuthorizationResult)> completion) override;
   void authorizationStatus(std::function<void(AuthorizationStatus)> completion) override;
@@ -70,7 +71,9 @@ class LinuxNotificationCenter final : public NotificationCenter {
   static void onSignal(GDBusConnection* bus, const char* sender, const char* path,
                        const char* interface, const char* signal, GVariant* parameters,
                        gpointer self);
+  static void onAppeared(GDBusConnection* bus, const char* name, const char* owner, gpointer self);
   static void onVanished(GDBusConnection* bus, const char* name, gpointer self);
+  void serviceChanged();
   void closeShown();
 
   std::chrono::milliseconds timeout_ = std::chrono::seconds(5);
