@@ -60,6 +60,26 @@ std::string_view lookUp(const std::string& locale, std::string_view key) {
   return text == catalog->second.end() ? key : std::string_view(text->second);
 }
 
+// Replaces the placeholders in one pass over the text, so that the values stay as they are.
+std::string substituted(std::string_view text,
+                        const std::map<std::string, std::string>& parameters) {
+  std::string result;
+  while (!text.empty()) {
+    const auto end = text.front() == '{' ? text.find('}') : std::string_view::npos;
+    const auto parameter = end == std::string_view::npos
+                               ? parameters.end()
+                               : parameters.find(std::string(text.substr(1, end - 1)));
+    if (parameter == parameters.end()) {
+      result += text.front();
+      text.remove_prefix(1);
+    } else {
+      result += parameter->second;
+      text.remove_prefix(end + 1);
+    }
+  }
+  return result;
+}
+
 void require(bool condition) {
   if (!condition) preconditionFailure();
 }
@@ -105,10 +125,7 @@ std::string DesktopLocale::current() {
 
 std::string DesktopLocale::translate(std::string_view key,
                                      const std::map<std::string, std::string>& parameters) {
-  std::string text(lookUp(current(), key));
-  for (const auto& [name, value] : parameters)
-    text = replaceAll(text, "{" + name + "}", value);
-  return text;
+  return substituted(lookUp(current(), key), parameters);
 }
 
 void DesktopLocale::selfTest() {

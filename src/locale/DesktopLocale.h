@@ -45,7 +45,7 @@ class DesktopLocale {
   static std::string current();
 
   // Returns the text for `key` in the current language, with each "{name}" replaced by the
-  // parameter of that name.
+  // parameter of that name. Names in the values of parameters are not replaced.
   static std::string translate(std::string_view key,
                                const std::map<std::string, std::string>& parameters = {});
 

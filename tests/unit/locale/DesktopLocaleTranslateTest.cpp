@@ -85,6 +85,12 @@ TEST_F(DesktopLocaleTranslateTest, AcceptsAnEmptyParameter) {
   EXPECT_EQ(L("[{a}]", {{"a", ""}}), "[]");
 }
 
+TEST_F(DesktopLocaleTranslateTest, LeavesPlaceholdersInTheValuesOfParameters) {
+  EXPECT_EQ(L("{a} {b}", {{"a", "{b}"}, {"b", "{a}"}}), "{b} {a}");
+  EXPECT_EQ(L("{a}b}", {{"a", "{"}, {"b", "1"}}), "{b}");
+  EXPECT_EQ(L("{{a}} {", {{"a", "1"}}), "{1} {");
+}
+
 class DesktopLocaleBrokenCatalogTest : public testing::TestWithParam<const char*> {
  protected:
   LocaleScope locale_;
