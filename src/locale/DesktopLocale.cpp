@@ -19,7 +19,8 @@ using Catalogs =
 
 // Returns the catalogs, or an empty map if the resource does not have their structure. Values that
 // are not strings are skipped, so that their keys are shown instead.
-Catalogs readCatalogs(const std::optional<std::string>& resource) {
+Catalogs readCatalogs(const std::function<std::optional<std::string>()>& source) {
+  const auto resource = source ? source() : std::nullopt;
   const auto json = resource ? parseJson(*resource) : std::nullopt;
   if (!json || !json->is_object()) return {};
 
@@ -36,6 +37,7 @@ Catalogs readCatalogs(const std::optional<std::string>& resource) {
 struct Sources {
   std::function<std::vector<std::string>()> preferredLanguages;
   std::function<std::optional<std::string>()> catalogResource;
+  std::function<std::optional<std::string>()> desktopWords;
   std::optional<Catalogs> catalogs;
 };
 
@@ -47,8 +49,12 @@ Sources& sources() {
 const Catalogs& catalogs() {
   auto& shared = sources();
   if (!shared.catalogs) {
-    shared.catalogs =
-        readCatalogs(shared.catalogResource ? shared.catalogResource() : std::nullopt);
+    shared.catalogs = readCatalogs(shared.catalogResource);
+    for (auto& [locale, words] : readCatalogs(shared.desktopWords)) {
+      auto& catalog = (*shared.catalogs)[locale];
+      for (auto& [key, text] : words)
+        catalog.insert_or_assign(key, std::move(text));
+    }
   }
   return *shared.catalogs;
 }
@@ -92,8 +98,10 @@ const std::vector<std::string>& DesktopLocale::supported() {
 }
 
 void DesktopLocale::configure(std::function<std::vector<std::string>()> preferredLanguages,
-                              std::function<std::optional<std::string>()> catalogResource) {
-  sources() = {std::move(preferredLanguages), std::move(catalogResource), std::nullopt};
+                              std::function<std::optional<std::string>()> catalogResource,
+                              std::function<std::optional<std::string>()> desktopWords) {
+  sources() = {std::move(preferredLanguages), std::move(catalogResource), std::move(desktopWords),
+               std::nullopt};
 }
 
 std::optional<std::string> DesktopLocale::normalize(std::string_view tag) {

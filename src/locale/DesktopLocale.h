@@ -26,10 +26,12 @@ class DesktopLocale {
   static inline std::optional<std::string> detected;
 
   // Sets the sources of the system's preferred languages, which is called at every use, and of the
-  // catalog resource, which is read once, at the first translation after this call. Before the
-  // first call there are neither preferred languages nor catalogs.
+  // catalog resource, which is read once, at the first translation after this call. The desktop's
+  // own words, a resource of the same structure that may have fewer texts, take the place of those
+  // in the catalog. Before the first call there are neither preferred languages nor catalogs.
   static void configure(std::function<std::vector<std::string>()> preferredLanguages,
-                        std::function<std::optional<std::string>()> catalogResource);
+                        std::function<std::optional<std::string>()> catalogResource,
+                        std::function<std::optional<std::string>()> desktopWords = {});
 
   // Returns the supported code for a language tag, ignoring its region (every Portuguese tag
   // becomes pt-BR), or nullopt if the language is not supported.

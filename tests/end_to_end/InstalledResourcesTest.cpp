@@ -130,6 +130,7 @@ TEST_F(InstalledResourcesTest, TheBuildInstallsWhatTheProgramNeeds) {
   installBuild(prefix());
   const auto entry = prefix() / "share/applications/example.navora.Navora.desktop";
   ASSERT_TRUE(std::filesystem::exists(entry));
+  EXPECT_TRUE(std::filesystem::exists(resource("linux/i18n-catalog.json")));
   expectOverlay("Navora is unavailable right now");
   // The desktop finds the entry of a window by its class.
   const auto window = application().waitForMainWindow();

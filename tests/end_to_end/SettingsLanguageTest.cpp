@@ -1,4 +1,5 @@
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -40,6 +41,14 @@ TEST_F(SettingsLanguageTest, FollowsEveryChangeOfTheChosenLanguage) {
     answerWith(settingsAnswer({{"locale", locale}}));
     synchronize();
     EXPECT_TRUE(hasWidget("frame", locale == "ru" ? "Навора" : "Navora")) << locale;
+  }
+}
+
+TEST_F(SettingsLanguageTest, SpeaksTheWordsOfTheDesktop) {
+  for (const auto& [locale, view] : {std::pair{"de", "Ansicht"}, std::pair{"fr", "Affichage"}}) {
+    answerWith(settingsAnswer({{"locale", locale}}));
+    synchronize();
+    EXPECT_TRUE(hasWidget("menu", view));
   }
 }
 

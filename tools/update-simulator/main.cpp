@@ -49,7 +49,8 @@ int simulate(const Options& options) {
       Gtk::Application::create("example.navora.UpdateSimulator", Gio::APPLICATION_NON_UNIQUE);
   const navora::LinuxResources resources;
   navora::DesktopLocale::configure([&] { return std::vector{options.language}; },
-                                   [&] { return resources.read("i18n-catalog", "json"); });
+                                   [&] { return resources.read("i18n-catalog", "json"); },
+                                   [&] { return resources.read("linux/i18n-catalog", "json"); });
   navora::UpdateSimulator simulator(options.appearance, options.first);
   return application->run(simulator.native());
 }

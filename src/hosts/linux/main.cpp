@@ -16,7 +16,8 @@ int runApplication(navora::LaunchPurpose purpose) {
   navora::LinuxPlatform platform;
   navora::DesktopLocale::configure(
       [&] { return platform.system().preferredLanguages(); },
-      [&] { return platform.resources().read("i18n-catalog", "json"); });
+      [&] { return platform.resources().read("i18n-catalog", "json"); },
+      [&] { return platform.resources().read("linux/i18n-catalog", "json"); });
   navora::NavoraAppDelegate delegate(platform);
   return platform.application().run(delegate, purpose);
 }

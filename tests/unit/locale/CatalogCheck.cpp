@@ -38,6 +38,10 @@ bool hasBreakableMark(const std::string& text) {
   return containsAny(text, std::array<std::string_view, 6>{" :", " ;", " !", " ?", " »", "« "});
 }
 
+void append(Problems& problems, const Problems& others) {
+  problems.insert(problems.end(), others.begin(), others.end());
+}
+
 Problems translationProblems(const std::string& locale, const std::string& key,
                              const std::string& text) {
   Problems problems;
@@ -54,20 +58,18 @@ Problems translationProblems(const std::string& locale, const std::string& key,
   return problems;
 }
 
+// Returns the errors of the texts that there are, of which each must be one of `keys`.
 Problems problemsOfOne(const std::string& locale, const Json& catalog,
                        const std::set<std::string>& keys) {
   if (!catalog.is_object()) return {locale + ": no object"};
   Problems problems;
-  for (const auto& key : keys)
-    if (!catalog.contains(key)) problems.push_back(locale + ": missing: " + key);
   for (const auto& [key, text] : catalog.items()) {
     if (!keys.contains(key)) {
       problems.push_back(locale + ": unused: " + key);
     } else if (!text.is_string()) {
       problems.push_back(locale + ": no text: " + key);
     } else {
-      const auto found = translationProblems(locale, key, text.get<std::string>());
-      problems.insert(problems.end(), found.begin(), found.end());
+      append(problems, translationProblems(locale, key, text.get<std::string>()));
     }
   }
   return problems;
@@ -86,8 +88,30 @@ Problems catalogProblems(const Json& catalogs, const std::vector<std::string>& l
       problems.push_back(locale + ": unsupported");
       continue;
     }
-    const auto found = problemsOfOne(locale, catalog, keys);
-    problems.insert(problems.end(), found.begin(), found.end());
+    for (const auto& key : keys) {
+      if (catalog.is_object() && !catalog.contains(key))
+        problems.push_back(locale + ": missing: " + key);
+    }
+    append(problems, problemsOfOne(locale, catalog, keys));
+  }
+  return problems;
+}
+
+Problems desktopWordProblems(const Json& words, const Json& catalogs) {
+  if (!words.is_object()) return {"the resource is no object"};
+  Problems problems;
+  for (const auto& [locale, texts] : words.items()) {
+    if (!catalogs.contains(locale)) {
+      problems.push_back(locale + ": unsupported");
+      continue;
+    }
+    const Json& catalog = catalogs[locale];
+    std::set<std::string> keys;
+    for (const auto& [key, text] : catalog.items())
+      keys.insert(key);
+    append(problems, problemsOfOne(locale, texts, keys));
+    for (const auto& [key, text] : texts.items())
+      if (text == catalog.value(key, Json())) problems.push_back(locale + ": needless: " + key);
   }
   return problems;
 }

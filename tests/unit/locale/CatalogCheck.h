@@ -14,4 +14,8 @@ std::vector<std::string> catalogProblems(const Json& catalogs,
                                          const std::vector<std::string>& locales,
                                          const std::set<std::string>& keys);
 
+// Returns the errors of a resource with a desktop's own words, which replace some texts of valid
+// catalogs.
+std::vector<std::string> desktopWordProblems(const Json& words, const Json& catalogs);
+
 }  // namespace navora::test

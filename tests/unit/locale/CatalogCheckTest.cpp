@@ -79,5 +79,26 @@ TEST(CatalogCheck, RequiresNoBreakSpacesInFrench) {
   EXPECT_EQ(problemsOf("Один", "Un\u00A0: «\u00A0deux\u00A0»"), Problems{});
 }
 
+TEST(DesktopWordCheck, AcceptsOtherWordsForSomeTexts) {
+  const Json catalogs{{"en", {{"Да", "Yes"}, {"Нет", "No"}}}, {"fr", {{"Да", "Oui"}}}};
+  EXPECT_EQ(desktopWordProblems({{"en", {{"Да", "Sure"}}}}, catalogs), Problems{});
+}
+
+TEST(DesktopWordCheck, ReportsWhatReplacesNoText) {
+  const Json catalogs{{"en", {{"Да", "Yes"}}}, {"fr", {{"Да", "Oui"}}}};
+  EXPECT_EQ(desktopWordProblems({{"en", {{"Да", "Yes"}, {"Нет", "No"}}}, {"it", {{"Да", "Sì"}}}},
+                                catalogs),
+            (Problems{"en: unused: Нет", "en: needless: Да", "it: unsupported"}));
+}
+
+TEST(DesktopWordCheck, ReportsTextsThatDoNotMatchTheirKey) {
+  const Json catalogs{{"fr", {{"{a} один", "{a} un"}}}};
+  EXPECT_EQ(desktopWordProblems({{"fr", {{"{a} один", "seul"}}}}, catalogs),
+            Problems{"fr: other placeholders: {a} один"});
+  EXPECT_EQ(desktopWordProblems({{"fr", {{"{a} один", 1}}}}, catalogs),
+            Problems{"fr: no text: {a} один"});
+  EXPECT_EQ(desktopWordProblems("[]", catalogs), Problems{"the resource is no object"});
+}
+
 }  // namespace
 }  // namespace navora::test

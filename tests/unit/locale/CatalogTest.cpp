@@ -32,17 +32,28 @@ std::string joined(const std::vector<std::string>& lines) {
   return text;
 }
 
+// Returns an object's keys in their order; with `others`, only those that it has as well.
+std::vector<std::string> keysOf(const nlohmann::ordered_json& object,
+                                const nlohmann::ordered_json* others = nullptr) {
+  std::vector<std::string> keys;
+  for (const auto& [key, value] : object.items())
+    if (others == nullptr || others->contains(key)) keys.push_back(key);
+  return keys;
+}
+
 // The texts of the code and the shipped catalogs, read once for all tests.
 class Catalog : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     texts_ = findSourceTexts(readSourceFiles(sourceRoot / "src"));
     resource_ = readTextFile(sourceRoot / "resources" / "i18n-catalog.json");
+    linuxWords_ = readTextFile(sourceRoot / "resources" / "linux" / "i18n-catalog.json");
   }
 
   LocaleScope locale_;
   static inline SourceTexts texts_;
   static inline std::string resource_;
+  static inline std::string linuxWords_;
 };
 
 TEST_F(Catalog, CoversKnownTextsOfTheCode) {
@@ -67,6 +78,14 @@ TEST_F(Catalog, TranslatesEveryTextIntoEveryLanguage) {
   EXPECT_TRUE(problems.empty()) << joined(problems);
 }
 
+TEST_F(Catalog, HasTheTextsThatTheWordsOfLinuxReplace) {
+  const auto catalogs = parseJson(resource_);
+  const auto words = parseJson(linuxWords_);
+  ASSERT_TRUE(catalogs && words);
+  const auto problems = desktopWordProblems(*words, *catalogs);
+  EXPECT_TRUE(problems.empty()) << joined(problems);
+}
+
 // A canonical form keeps changes readable. This also finds duplicate keys, of which serializing
 // keeps only one.
 TEST_F(Catalog, IsSortedAndFormattedConsistently) {
@@ -74,14 +93,19 @@ TEST_F(Catalog, IsSortedAndFormattedConsistently) {
   ASSERT_TRUE(json.is_object());
   EXPECT_EQ(json.dump(2) + "\n", resource_);
 
-  const auto keysOf = [](const nlohmann::ordered_json& catalog) {
-    std::vector<std::string> keys;
-    for (const auto& [key, text] : catalog.items())
-      keys.push_back(key);
-    return keys;
-  };
   for (const auto& [locale, catalog] : json.items())
     EXPECT_EQ(keysOf(catalog), keysOf(json.front())) << locale;
+}
+
+TEST_F(Catalog, HasTheOrderOfTheWordsOfLinux) {
+  const auto words = nlohmann::ordered_json::parse(linuxWords_, nullptr, false);
+  ASSERT_TRUE(words.is_object());
+  EXPECT_EQ(words.dump(2) + "\n", linuxWords_);
+
+  const auto json = nlohmann::ordered_json::parse(resource_, nullptr, false);
+  EXPECT_EQ(keysOf(words), keysOf(json, &words));
+  for (const auto& [locale, texts] : words.items())
+    EXPECT_EQ(keysOf(texts), keysOf(json.front(), &texts)) << locale;
 }
 
 TEST_F(Catalog, IsWhatTranslateReturns) {
@@ -105,10 +129,15 @@ TEST_F(Catalog, LeavesTheSourceLanguageUnchanged) {
 TEST_F(Catalog, KeepsTheProductNameInEveryLanguage) {
   const auto json = parseJson(resource_);
   ASSERT_TRUE(json);
-  for (const auto& [locale, catalog] : json->items()) {
-    for (const auto& [key, text] : catalog.items()) {
-      if (key.find("Навора") == std::string::npos) continue;
-      EXPECT_NE(text.get<std::string>().find("Navora"), std::string::npos) << locale << ": " << key;
+  const auto words = parseJson(linuxWords_);
+  ASSERT_TRUE(words);
+  for (const auto* each : {&*json, &*words}) {
+    for (const auto& [locale, catalog] : each->items()) {
+      for (const auto& [key, text] : catalog.items()) {
+        if (key.find("Навора") == std::string::npos) continue;
+        EXPECT_NE(text.get<std::string>().find("Navora"), std::string::npos)
+            << locale << ": " << key;
+      }
     }
   }
 }

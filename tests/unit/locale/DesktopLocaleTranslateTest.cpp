@@ -117,6 +117,36 @@ TEST(DesktopLocaleCatalog, IsOptional) {
   EXPECT_EQ(L("Навора"), "Навора");
 }
 
+// A second catalog with the desktop's own words.
+class DesktopWordsTest : public testing::Test {
+ protected:
+  void configure(std::optional<std::string> words) {
+    DesktopLocale::configure([] { return std::vector<std::string>{"de"}; },
+                             [] { return R"({"de": {"Вид": "Darstellung", "Окно": "Fenster"}})"; },
+                             [words = std::move(words)] { return words; });
+  }
+
+  LocaleScope locale_;
+};
+
+TEST_F(DesktopWordsTest, TakeThePlaceOfTheCatalogsTexts) {
+  configure(R"({"de": {"Вид": "Ansicht"}, "fr": {"Вид": "Affichage"}})");
+  EXPECT_EQ(L("Вид"), "Ansicht");
+  EXPECT_EQ(L("Окно"), "Fenster");
+  DesktopLocale::requested = "fr";
+  EXPECT_EQ(L("Вид"), "Affichage");
+  EXPECT_EQ(L("Окно"), "Окно");
+}
+
+TEST_F(DesktopWordsTest, AreLeftOutAsAWholeIfTheyAreDamaged) {
+  for (const auto& damaged :
+       {std::optional<std::string>(), std::optional<std::string>(R"({"de": {"Вид": "Ansicht"})"),
+        std::optional<std::string>(R"({"de": {"Вид": "Ansicht"}, "fr": []})")}) {
+    configure(damaged);
+    EXPECT_EQ(L("Вид"), "Darstellung");
+  }
+}
+
 // Counts how often the resource is read.
 class DesktopLocaleCatalogReadTest : public testing::Test {
  protected:
