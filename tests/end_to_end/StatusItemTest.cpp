@@ -78,7 +78,7 @@ TEST_F(StatusItemTest, UsesTheLanguageThatTheUserChoosesOnTheService) {
       "await fetch('/api/settings', {method: 'PUT', headers: {'Content-Type': 'application/json'},"
       " body: JSON.stringify({locale: 'de'})});"
       "window.dispatchEvent(new Event('tolvin:localesaved'))");
-  waitUntil([&] { return newestLabel() == "Neue Notiz  Ctrl+Shift+Leertaste"; },
+  waitUntil([&] { return newestLabel() == "Neue Notiz  Strg+Umschalt+Leertaste"; },
             "the tray's menu is in German");
   EXPECT_TRUE(hasWidget("menu", "Bearbeiten"));
   EXPECT_EQ(labels().back(), "Navora beenden");
