@@ -8,6 +8,7 @@
 #include <gtkmm/label.h>
 #include <gtkmm/textview.h>
 
+#include "fakes/LocaleScope.h"
 #include "hosts/linux/window/LinuxDialogs.h"
 #include "linux/window/WindowTest.h"
 #include "support/Text.h"
@@ -88,6 +89,18 @@ TEST_F(AlertDialogTest, IsModalAndTransientForTheWindow) {
   auto& alert = run({"Title", "Text", {"OK"}, {}});
   EXPECT_EQ(alert.get_transient_for(), &window_->native());
   EXPECT_TRUE(alert.get_modal());
+  keyboard_.chord("Return");
+  ASSERT_TRUE(waitForAnswer());
+}
+
+TEST_F(AlertDialogTest, LabelsItsLoneButtonInTheInterfaceLanguage) {
+  LocaleScope locale;
+  locale.setCatalogs(R"({"es": {"ОК": "Aceptar"}})");
+  locale.prefer({"es"});
+  const auto buttons = buttonsOf(run({"Title", "Text", {}, {}}));
+  ASSERT_EQ(buttons.size(), 1U);
+  EXPECT_EQ(buttons[0]->get_label(), "Aceptar");
+  EXPECT_TRUE(buttons[0]->has_default());
   keyboard_.chord("Return");
   ASSERT_TRUE(waitForAnswer());
 }

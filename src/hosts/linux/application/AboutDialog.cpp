@@ -43,7 +43,7 @@ void AboutDialog::makeDialog() {
 void AboutDialog::show(Gtk::Window* parent, const AboutPanelOptions& options) {
   if (!dialog_) makeDialog();
   dialog_->set_program_name(options.applicationName);
-  dialog_->set_title(options.applicationName);
+  dialog_->set_title(L("О Наворе"));
   dialog_->set_comments(withModifierNames(options.credits));
   // The toolkit's own label would be in the system's language, not the interface's.
   if (Gtk::Widget* close = dialog_->get_widget_for_response(Gtk::RESPONSE_DELETE_EVENT))

@@ -6,6 +6,8 @@
 #include <glibmm/main.h>
 #include <gtkmm/box.h>
 
+#include "locale/DesktopLocale.h"
+
 namespace navora {
 namespace {
 
@@ -36,10 +38,6 @@ std::string withShortLines(const std::string& text) {
   return result;
 }
 
-Gtk::ButtonsType buttonsFor(const AlertDescription& alert) {
-  return alert.buttons.empty() ? Gtk::BUTTONS_OK : Gtk::BUTTONS_NONE;
-}
-
 }  // namespace
 
 void AlertDialog::run(Gtk::Window* parent, const AlertDescription& alert,
@@ -51,7 +49,7 @@ void AlertDialog::run(Gtk::Window* parent, const AlertDescription& alert,
 
 AlertDialog::AlertDialog(Gtk::Window* parent, const AlertDescription& alert,
                          Dialogs::AlertCompletion completion)
-    : dialog_(alert.messageText, /*use_markup=*/false, Gtk::MESSAGE_OTHER, buttonsFor(alert),
+    : dialog_(alert.messageText, /*use_markup=*/false, Gtk::MESSAGE_OTHER, Gtk::BUTTONS_NONE,
               /*modal=*/true),
       buttonCount_(alert.buttons.size()),
       completion_(std::move(completion)) {
@@ -101,6 +99,8 @@ void AlertDialog::addButtons(const std::vector<std::string>& titles) {
   for (std::size_t index = titles.size(); index > 0; --index) {
     dialog_.add_button(titles[index - 1], static_cast<int>(index - 1));
   }
+  // The toolkit's own label would be in the system's language, not the interface's.
+  if (titles.empty()) dialog_.add_button(L("ОК"), Gtk::RESPONSE_OK);
   dialog_.set_default_response(titles.empty() ? static_cast<int>(Gtk::RESPONSE_OK) : 0);
 }
 
