@@ -156,7 +156,7 @@ TEST_F(NotifiedDraftTest, ClickingTheNotificationOfAFailureOpensThePanel) {
   service().stop();
   waitUntil([&] { return !daemon->notifications().empty(); }, "the failure is notified");
   const auto notification = daemon->notifications().back();
-  EXPECT_EQ(notification.summary, "Quick note — Navora");
+  EXPECT_EQ(notification.summary, "Quick Note — Navora");
   EXPECT_EQ(notification.body, sendAgainText);
   EXPECT_FALSE(panel());
   daemon->click(notification.id);

@@ -38,8 +38,8 @@ TEST_F(LoadFailureTest, CoversThePageWhenTheServiceIsUnreachableAndRetriesWithRe
   signIn();
   pullTheCable();
   expectOverlay();
-  EXPECT_TRUE(hasWidget("push button", "Try again"));
-  EXPECT_TRUE(hasWidget("push button", "Open in browser"));
+  EXPECT_TRUE(hasWidget("push button", "Try Again"));
+  EXPECT_TRUE(hasWidget("push button", "Open in Browser"));
   desktop().display().screenshot().save(artifacts() / "overlay.png");
 
   // A retry that fails again shows the overlay again.
@@ -61,7 +61,7 @@ TEST_F(LoadFailureTest, RetriesTheSubPageThatFailedPastTheLocalCache) {
   expectOverlay();
   service().start();
   serviceClient().clearRequests();
-  widget("push button", "Try again").press();
+  widget("push button", "Try Again").press();
   expectNoOverlay();
   const auto requests = serviceClient().waitForRequests("GET", "/__test/pages/landing.html");
   EXPECT_EQ(requests.front().header("Cache-Control"), "no-cache");
@@ -76,11 +76,11 @@ TEST_F(LoadFailureTest, KeepsTheKeyboardWhenTheWindowIsHiddenAndShown) {
   application().run({});
   desktop().display().waitUntilActive(application().waitForMainWindow().id);
   expectOverlay();
-  const auto retry = widget("push button", "Try again");
+  const auto retry = widget("push button", "Try Again");
   waitUntil([&] { return retry.has(AccessibleState::focused); }, "the retry button is focused");
   desktop().display().screenshot().save(artifacts() / "overlay-shown-again.png");
   desktop().keyboard().chord("Tab");
-  const auto browser = widget("push button", "Open in browser");
+  const auto browser = widget("push button", "Open in Browser");
   waitUntil([&] { return browser.has(AccessibleState::focused); }, "the next button is focused");
   desktop().keyboard().chord("Tab");
   waitUntil([&] { return retry.has(AccessibleState::focused); }, "the first button is focused");
@@ -95,7 +95,7 @@ TEST_F(LoadFailureTest, OpensThePageInTheBrowserFromTheOverlay) {
   openTestPage("landing.html");
   pullTheCable();
   expectOverlay();
-  widget("push button", "Open in browser").press();
+  widget("push button", "Open in Browser").press();
   EXPECT_TRUE(desktop().openedUrls().waitForFirst().starts_with(
       service().url("/__test/pages/landing.html")));
 }
@@ -200,7 +200,7 @@ TEST_P(FaultyServiceTest, ShowsTheOverlayAtLaunchAndRecovers) {
   application().start();
   application().waitForMainWindow();
   expectOverlay();
-  widget("push button", "Try again").press();
+  widget("push button", "Try Again").press();
   expectNoOverlay();
 }
 

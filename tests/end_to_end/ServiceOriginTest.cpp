@@ -43,7 +43,7 @@ TEST_P(RefusedServiceOriginTest, FallsBackToTheProductionServiceSilently) {
   widget("label", "Navora is unavailable right now");
   EXPECT_EQ(application().errorText().find("NAVORA_URL"), std::string::npos);
   EXPECT_EQ(application().process().outputText(), "");
-  widget("push button", "Open in browser").press();
+  widget("push button", "Open in Browser").press();
   EXPECT_TRUE(desktop().openedUrls().waitForFirst().starts_with(production));
   EXPECT_EQ(describe(serviceClient().requests()), "");
 }

@@ -113,7 +113,7 @@ TEST_F(UpdateTest, ReplacesTheInstallationAndRunsTheNewVersion) {
   installation.release(built(), newVersion);
   launchSignedIn();
   waitForOffer();
-  press("Update app");
+  press("Update Now");
   const pid_t successor = waitForSuccessor();
   EXPECT_FALSE(application().running());
   EXPECT_EQ(installation.version(), newVersion);
@@ -131,7 +131,7 @@ TEST_F(UpdateTest, IsRememberedWhenItIsPostponed) {
   installation.release(built(), newVersion);
   launchSignedIn();
   waitForOffer();
-  press("Remind me in 1 hour");
+  press("Remind Me in 1 Hour");
   waitUntil([&] { return !hasWidget("heading", "Navora 1.1 is available"); },
             "the banner is hidden");
   EXPECT_THAT(reminder("navora.updateReminder.pending"), HasSubstr("\"version\":\"1.1\""));
@@ -144,15 +144,15 @@ TEST_F(UpdateTest, WaitsForUnsavedInput) {
   launchSignedIn();
   page().type("#capture-input", "A thought");
   waitForOffer();
-  press("Update app");
-  widget("push button", "Continue update");
+  press("Update Now");
+  widget("push button", "Continue Update");
   EXPECT_EQ(installation.version(), oldVersion);
   EXPECT_EQ(page().evaluate("return document.querySelector('#capture-input').innerText"),
             "A thought");
   page().evaluate(
       "const input = document.querySelector('#capture-input'); input.textContent = '';"
       "input.dispatchEvent(new Event('input', {bubbles: true}))");
-  press("Continue update");
+  press("Continue Update");
   waitForSuccessor();
   EXPECT_EQ(installation.version(), newVersion);
 }
@@ -164,13 +164,13 @@ TEST_F(UpdateTest, LetsTheUserTryAgainWhenThePageDoesNotAnswer) {
       "window.NavoraUpdateGuard = {resume() { window.resumed = true; }, prepare() {"
       "  for (const end = performance.now() + 8000; performance.now() < end;); }}");
   waitForOffer();
-  press("Update app");
-  widget("push button", "Continue update");
+  press("Update Now");
+  widget("push button", "Continue Update");
   widget("label", "Couldn’t check for unsaved input. Try the update again.");
   EXPECT_EQ(installation.version(), oldVersion);
   page().waitUntilTrue("window.resumed", "the page is resumed after its late answer");
   page().evaluate("NavoraUpdateGuard = {prepare() {}, resume() {}}");
-  press("Continue update");
+  press("Continue Update");
   waitForSuccessor();
   EXPECT_EQ(installation.version(), newVersion);
 }
@@ -181,7 +181,7 @@ TEST_F(UpdateTest, RefusesAReleaseSignedWithAnotherKey) {
   installation.release(built(), newVersion, key);
   launchSignedIn();
   waitForOffer();
-  press("Update app");
+  press("Update Now");
   widget("heading", "Couldn’t update Navora");
   EXPECT_THAT(application().errorText(),
               HasSubstr("Navora updater: verification: The signature of the archive is not valid"));
@@ -200,7 +200,7 @@ TEST_F(UpdateTest, RollsBackWhenTheNewVersionDoesNotStart) {
   installation.release(broken, newVersion);
   launchSignedIn();
   waitForOffer();
-  press("Update app");
+  press("Update Now");
   const pid_t successor = waitForSuccessor();
   EXPECT_EQ(installation.version(), oldVersion);
   waitUntil([&] { return shows(successor, "Couldn’t update Navora"); }, "the failure is told");
@@ -224,7 +224,7 @@ TEST_F(UpdateTest, AnnouncesAReleaseThatCannotBeInstalled) {
   installation.release(built(), newVersion);
   launchSignedIn();
   widget("heading", "A new version is available");
-  EXPECT_FALSE(hasWidget("push button", "Update app"));
+  EXPECT_FALSE(hasWidget("push button", "Update Now"));
   press("Later");
   waitUntil([&] { return !hasWidget("heading", "A new version is available"); },
             "the banner is hidden");

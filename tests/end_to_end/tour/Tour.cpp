@@ -189,10 +189,10 @@ void Tour::postponeUpdate() {
       .waitFor({.role = "menu item", .name = "Check for Updates…"}, application_.pid())
       .press();
   const auto later = desktop_.accessibility().waitFor(
-      {.role = "push button", .name = "Remind me in 1 hour"}, application_.pid());
+      {.role = "push button", .name = "Remind Me in 1 Hour"}, application_.pid());
   record("update", "A newer version is offered; the user may install or postpone it.");
   later.press();
-  waitUntil([&] { return !hasWidget("push button", "Remind me in 1 hour"); },
+  waitUntil([&] { return !hasWidget("push button", "Remind Me in 1 Hour"); },
             "the offer is postponed");
 }
 
@@ -255,7 +255,7 @@ void Tour::pullTheCable() {
       "location.reload(); } "
       "})()");
   service_.stop();
-  desktop_.accessibility().waitFor({.role = "push button", .name = "Try again"},
+  desktop_.accessibility().waitFor({.role = "push button", .name = "Try Again"},
                                    application_.pid());
   record("unreachable", "The service is unreachable: the window says so and offers to retry.");
   service_.start();

@@ -113,7 +113,7 @@ TEST_F(LinuxUpdateBannerTest, HasTheLayoutsFonts) {
     return font(label).get_size() * resolution / (72.0 * PANGO_SCALE);
   };
   EXPECT_EQ(texts(), (std::vector<std::string>{offer().title, "×", offer().detail, "Update the app",
-                                               "Remind me in 1 hour", "Don't show again"}));
+                                               "Remind Me in 1 Hour", "Don't Show Again"}));
   EXPECT_DOUBLE_EQ(pixels(labels()[0]), 14);
   EXPECT_EQ(font(labels()[0]).get_weight(), Pango::WEIGHT_SEMIBOLD);
   EXPECT_DOUBLE_EQ(pixels(labels()[1]), 18);

@@ -59,8 +59,8 @@ class UpdateBannerTest : public WindowTest {
     content.title = "Navora 2.0 is available";
     content.detail = "The update will be installed and the app will restart.";
     content.button(Button::primary) = titled("Update the app");
-    content.button(Button::secondary) = titled("Remind me in 1 hour");
-    content.button(Button::tertiary) = {"Don't show again", true, true, "Not about this one", ""};
+    content.button(Button::secondary) = titled("Remind Me in 1 Hour");
+    content.button(Button::tertiary) = {"Don't Show Again", true, true, "Not about this one", ""};
     content.button(Button::close) = {"×", true, true, "Close until tomorrow",
                                      "Close until tomorrow"};
     content.accessibilityLabel = "Navora update";

@@ -34,13 +34,13 @@ class LinuxErrorViewTest : public WindowTest {
   }
 
   ErrorViewDescription texts() {
-    return {"Cannot load",     "The server does not answer", "Try again",
-            "Open in browser", [this] { ++retries_; },       [this] { ++opened_; }};
+    return {"Cannot load",     "The server does not answer", "Try Again",
+            "Open in Browser", [this] { ++retries_; },       [this] { ++opened_; }};
   }
   void showView() {
     view_ = std::make_unique<LinuxErrorView>(*window_, texts());
     view_->setHidden(false);
-    ASSERT_TRUE(waitUntil([this] { return isLaidOut(*button("Try again")); }));
+    ASSERT_TRUE(waitUntil([this] { return isLaidOut(*button("Try Again")); }));
   }
   Gtk::Button* button(const std::string& title) {
     const auto buttons = visibleWidgetsOf<Gtk::Button>(window_->native());
@@ -85,8 +85,8 @@ TEST_F(LinuxErrorViewTest, CoversThePageCompletely) {
 
 TEST_F(LinuxErrorViewTest, ShowsItsTexts) {
   showView();
-  EXPECT_THAT(labels(), ElementsAre("Cannot load", "The server does not answer", "Try again",
-                                    "Open in browser"));
+  EXPECT_THAT(labels(), ElementsAre("Cannot load", "The server does not answer", "Try Again",
+                                    "Open in Browser"));
 }
 
 TEST_F(LinuxErrorViewTest, ShowsDetailsLiterally) {
@@ -109,9 +109,9 @@ TEST_F(LinuxErrorViewTest, LongDetailsDoNotWidenTheWindow) {
 
 TEST_F(LinuxErrorViewTest, ButtonsCallTheirActions) {
   showView();
-  button("Try again")->clicked();
+  button("Try Again")->clicked();
   EXPECT_EQ(retries_, 1);
-  button("Open in browser")->clicked();
+  button("Open in Browser")->clicked();
   EXPECT_EQ(opened_, 1);
   EXPECT_EQ(retries_, 1);
 }
@@ -125,7 +125,7 @@ TEST_F(LinuxErrorViewTest, ReturnRetries) {
 
 TEST_F(LinuxErrorViewTest, ReturnRetriesWhereverTheFocusIs) {
   showView();
-  button("Open in browser")->grab_focus();
+  button("Open in Browser")->grab_focus();
   keyboard_.chord("Return");
   EXPECT_TRUE(waitUntil([this] { return retries_ + opened_ > 0; }));
   EXPECT_EQ(retries_, 1);
@@ -137,7 +137,7 @@ TEST_F(LinuxErrorViewTest, KeepsClicksFromThePage) {
   showView();
   const auto area = onScreen(window_->overlay());
   mouse_.click({area.x + 20, area.y + 20});
-  mouse_.click(onScreen(*button("Try again")).center());
+  mouse_.click(onScreen(*button("Try Again")).center());
   ASSERT_TRUE(waitUntil([this] { return retries_ == 1; }));
   EXPECT_EQ(clicksOnPage_, 0);
 }
@@ -173,7 +173,7 @@ TEST_F(LinuxErrorViewTest, AnActionMayDestroyTheView) {
   };
   view_ = std::make_unique<LinuxErrorView>(*window_, description);
   view_->setHidden(false);
-  ASSERT_TRUE(waitUntil([this] { return isLaidOut(*button("Try again")); }));
+  ASSERT_TRUE(waitUntil([this] { return isLaidOut(*button("Try Again")); }));
   keyboard_.chord("Return");
   EXPECT_TRUE(waitUntil([this] { return retries_ == 1; }));
   EXPECT_EQ(view_, nullptr);
@@ -202,7 +202,7 @@ class LinuxErrorViewOverAPageTest : public WindowTest {
     keyboard_.type("a");
     ASSERT_TRUE(waitUntil([this] { return text() == "a"; }));
     view_ = std::make_unique<LinuxErrorView>(
-        *window_, ErrorViewDescription{"Cannot load", "No answer", "Try again", "Open in browser",
+        *window_, ErrorViewDescription{"Cannot load", "No answer", "Try Again", "Open in Browser",
                                        [this] { ++retries_; }, [this] { ++opened_; }});
   }
 
@@ -255,7 +255,7 @@ class LinuxErrorViewOverAPageTest : public WindowTest {
 TEST_F(LinuxErrorViewOverAPageTest, KeepsTheKeyboardWhenTheWindowIsHiddenAndShown) {
   view_->setHidden(false);
   hideAndShowWindow();
-  EXPECT_EQ(focused(), "Try again");
+  EXPECT_EQ(focused(), "Try Again");
   for (const char* key : {"x", "y", "Return"})
     strike(key);
   EXPECT_EQ(retries_, 1);
@@ -274,15 +274,15 @@ TEST_F(LinuxErrorViewOverAPageTest, HasTheKeyboardIfItAppearsWhileTheWindowIsHid
 
 TEST_F(LinuxErrorViewOverAPageTest, KeepsTheFocusAmongItsButtons) {
   view_->setHidden(false);
-  ASSERT_EQ(focused(), "Try again");
+  ASSERT_EQ(focused(), "Try Again");
   std::vector<std::string> visited;
   for (const char* key : {"Tab", "Tab", "Tab", "Shift+Tab", "Shift+Tab", "Down", "Down"}) {
     strike(key);
     strike("x");
     visited.push_back(focused());
   }
-  EXPECT_THAT(visited, ElementsAre("Open in browser", "Try again", "Open in browser", "Try again",
-                                   "Open in browser", "Try again", "Open in browser"));
+  EXPECT_THAT(visited, ElementsAre("Open in Browser", "Try Again", "Open in Browser", "Try Again",
+                                   "Open in Browser", "Try Again", "Open in Browser"));
   EXPECT_EQ(text(), "a");
 }
 
@@ -316,7 +316,7 @@ TEST_F(LinuxErrorViewOverAPageTest, KeepsTheKeyboardWhileAnotherOneIsShown) {
   second->setHidden(false);
   EXPECT_EQ(focused(), "Second");
   second.reset();
-  EXPECT_EQ(focused(), "Try again");
+  EXPECT_EQ(focused(), "Try Again");
   strike("x");
   EXPECT_EQ(text(), "a");
 }

@@ -74,14 +74,14 @@ TEST_F(LoadFailureViewTest, StaysHiddenInANewLanguageWithTheGeneralText) {
 TEST_F(LoadFailureViewTest, StaysShownInANewLanguage) {
   view_.show();
   locale_.setCatalogs(R"({"en": {"Навора пока недоступна": "Navora is unavailable",
-                                 "Попробовать снова": "Try again",
-                                 "Открыть в браузере": "Open in browser"}})");
+                                 "Попробовать снова": "Try Again",
+                                 "Открыть в браузере": "Open in Browser"}})");
   locale_.prefer({"en"});
   view_.refreshLocale();
   EXPECT_FALSE(overlay().isHidden());
   EXPECT_EQ(overlay().description().title, "Navora is unavailable");
-  EXPECT_EQ(overlay().description().retryTitle, "Try again");
-  EXPECT_EQ(overlay().description().browserTitle, "Open in browser");
+  EXPECT_EQ(overlay().description().retryTitle, "Try Again");
+  EXPECT_EQ(overlay().description().browserTitle, "Open in Browser");
   EXPECT_EQ(overlay().detail(), failureText) << "has no translation here";
 }
 

@@ -230,7 +230,7 @@ TEST_F(UpdateBannerTest, AnnouncesItsHeading) {
 
 TEST_F(UpdateBannerTest, FollowsTheLanguage) {
   locale.setCatalogs(R"({"en": {
-    "Навора": "Navora", "Закрыть": "Close", "Перезапустить": "Restart",
+    "Навора": "Navora", "Закрыть": "Close", "Перезапустить": "Restart Navora",
     "Закрыть до завтра": "Close until tomorrow", "Обновление Наворы": "Navora update",
     "Не напоминать об этой версии. Новые версии будут показаны.": "Don’t remind"}})");
   auto state = full();
@@ -245,7 +245,7 @@ TEST_F(UpdateBannerTest, FollowsTheLanguage) {
   EXPECT_EQ(screen.content.title, "Navora");
   EXPECT_EQ(screen.content.detail, "Detail");
   EXPECT_EQ(screen.content.accessibilityLabel, "Navora update");
-  EXPECT_EQ(screen.button(Button::primary).title, "Restart");
+  EXPECT_EQ(screen.button(Button::primary).title, "Restart Navora");
   EXPECT_EQ(screen.button(Button::secondary).title, "Second");
   EXPECT_EQ(screen.button(Button::tertiary).title, "Close");
   EXPECT_EQ(screen.button(Button::tertiary).toolTip, "Don’t remind");
