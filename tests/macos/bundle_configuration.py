@@ -65,6 +65,14 @@ def check_bundle(result, build, sparkle, feed, key):
     expect(properties["SUFeedURL"] == feed, "wrong feed: " + properties["SUFeedURL"])
     expect(properties["SUPublicEDKey"] == key, "wrong key: " + properties["SUPublicEDKey"])
 
+    # The Russian interface has the Russian name in the application menu and the Dock.
+    names = "Resources/ru.lproj/InfoPlist.strings"
+    subprocess.run(["ninja", "-C", build, f"src/hosts/macos/Navora.app/Contents/{names}"],
+                   capture_output=True, check=False)
+    text = (contents / names).read_text(encoding="utf-8") if (contents / names).exists() else ""
+    for key in ("CFBundleName", "CFBundleDisplayName"):
+        expect(f'"{key}" = "Навора";' in text, f"no Russian {key}")
+
     commands = subprocess.run(["ninja", "-C", build, "-t", "commands", "navora_macos"],
                               capture_output=True, text=True, check=True).stdout.splitlines()
     compiling = [line for line in commands if "MacUpdater.mm" in line][0]
