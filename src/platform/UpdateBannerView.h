@@ -62,6 +62,9 @@ struct UpdateBannerLayout {
   static constexpr double titleFontSize = 14;   // semibold
   static constexpr double detailFontSize = 12;  // in the secondary label colour
   static constexpr double closeFontSize = 18;
+  // The detail text may be one of the page's. It is cut after these lines, the text's own line
+  // breaks included, so that the buttons stay in the window.
+  static constexpr int detailLines = 12;
   static constexpr double closeButtonSize = 24;
   // Between adjacent views, in rows and in the column.
   static constexpr double spacing = 8;

@@ -2,6 +2,7 @@
 #include <pangomm/layout.h>
 
 #include "linux/banner/UpdateBannerTest.h"
+#include "support/Text.h"
 
 namespace navora {
 namespace {
@@ -15,8 +16,7 @@ class LinuxUpdateBannerTest : public UpdateBannerTest {
  protected:
   testing::AssertionResult resizeTo(int width) {
     // Lifts the minimum size of the main window.
-    GtkWidget* layout = gtk_bin_get_child(GTK_BIN(window_->native().gobj()));
-    gtk_widget_set_size_request(layout, 10, 10);
+    window_->overlay().set_size_request(10, 10);
     return waitUntil([=, this] {
       if (window_->overlay().get_allocated_width() == width) return true;
       // Repeated, because the window manager learns of the new minimum asynchronously.
@@ -179,6 +179,53 @@ TEST_F(LinuxUpdateBannerTest, CutsVeryLongTexts) {
   EXPECT_LT(banner_->card().get_allocated_height(), 500);
   EXPECT_FALSE(isComplete(*labels()[0]));
   EXPECT_FALSE(isComplete(*labels()[2]));
+}
+
+TEST_F(LinuxUpdateBannerTest, KeepsItsButtonsInTheWindowWhateverTheLineBreaks) {
+  ASSERT_TRUE(showBanner(offer()));
+  ASSERT_TRUE(resizeTo(700));
+  for (const std::string lineBreak : {"\n", "\r\n", "\r", "\n\n", "\u2028", "\u2029", " "}) {
+    auto content = offer();
+    content.title.clear();
+    for (int line = 0; line < 300; ++line) {
+      content.title += "Navora" + lineBreak;
+      content.detail += "Finish your note before the update is installed." + lineBreak;
+    }
+    ASSERT_TRUE(showBanner(content));
+    const auto overlay = onScreen(window_->overlay());
+    for (const auto which : {Button::primary, Button::secondary, Button::tertiary}) {
+      const auto place = onScreen(button(which));
+      EXPECT_LE(place.y + place.height, overlay.y + overlay.height)
+          << testing::PrintToString(lineBreak);
+    }
+    EXPECT_FALSE(isComplete(*labels()[0]));
+    EXPECT_FALSE(isComplete(*labels()[2]));
+    EXPECT_LE(labels()[2]->get_layout()->get_line_count(), Layout::detailLines);
+  }
+}
+
+// Laying out the whole text would block the application for seconds.
+TEST_F(LinuxUpdateBannerTest, LaysOutOnlyTheBeginningOfAnEndlessText) {
+  for (const std::string piece : {"y", "é", "日", "\n"}) {
+    auto content = offer();
+    content.detail.clear();
+    while (content.detail.size() < 1 << 20)
+      content.detail += piece;
+    ASSERT_TRUE(showBanner(content));
+    const std::string shown = labels()[2]->get_text();
+    EXPECT_LT(shown.size(), 40'000U);
+    EXPECT_TRUE(isValidUtf8(shown));
+    EXPECT_TRUE(shown.ends_with("…"));
+    EXPECT_FALSE(isComplete(*labels()[2]));
+  }
+}
+
+TEST_F(LinuxUpdateBannerTest, ShowsEachLineOfAShortText) {
+  auto content = offer();
+  content.detail = "First\nSecond\r\nThird";
+  ASSERT_TRUE(showBanner(content));
+  EXPECT_EQ(labels()[2]->get_layout()->get_line_count(), 3);
+  EXPECT_TRUE(isComplete(*labels()[2]));
 }
 
 TEST_F(LinuxUpdateBannerTest, NarrowsInANarrowWindow) {

@@ -11,6 +11,7 @@
 #include "hosts/linux/banner/BannerStyle.h"
 #include "hosts/linux/keyboard/ModifierNames.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
+#include "support/Text.h"
 
 namespace navora {
 namespace {
@@ -18,9 +19,8 @@ namespace {
 using Layout = UpdateBannerLayout;
 
 constexpr int spacing = static_cast<int>(Layout::spacing);
-// Longer texts are cut with an ellipsis.
+// A longer title is cut with an ellipsis.
 constexpr int titleLines = 4;
-constexpr int detailLines = 12;
 
 void setUpText(Gtk::Label& label, const char* styleClass, int lines) {
   label.get_style_context()->add_class(styleClass);
@@ -32,8 +32,28 @@ void setUpText(Gtk::Label& label, const char* styleClass, int lines) {
   label.set_no_show_all(true);
 }
 
+// Returns the beginning of a text that is longer than a label's lines can show. To lay out a
+// megabyte would block the application for seconds.
+std::string beginningOf(const std::string& text) {
+  constexpr std::size_t maximumBytes = 8000;
+  if (text.size() <= maximumBytes) return text;
+  std::size_t end = maximumBytes;
+  while ((static_cast<unsigned char>(text[end]) & 0xC0U) == 0x80U)
+    --end;
+  return text.substr(0, end) + "…";
+}
+
+// Pango limits the lines of each paragraph. A text that is one paragraph, whose lines are divided
+// by the line separator, has no more than the label's lines. The space stands between the last one
+// and what is cut.
+std::string asOneParagraph(std::string text) {
+  for (const char* paragraphBreak : {"\r\n", "\n", "\r", "\u2029"})
+    text = replaceAll(text, paragraphBreak, " \u2028");
+  return text;
+}
+
 void showText(Gtk::Label& label, const std::string& text) {
-  label.set_text(withModifierNames(text));
+  label.set_text(asOneParagraph(withModifierNames(beginningOf(text))));
   label.set_visible(!text.empty());
 }
 
@@ -72,7 +92,7 @@ LinuxUpdateBanner::~LinuxUpdateBanner() {
 
 void LinuxUpdateBanner::build() {
   setUpText(title_, BannerStyle::title, titleLines);
-  setUpText(detail_, BannerStyle::detail, detailLines);
+  setUpText(detail_, BannerStyle::detail, Layout::detailLines);
   detail_.get_style_context()->add_class("dim-label");
   close_.widget().set_valign(Gtk::ALIGN_CENTER);
   heading_.pack_start(title_, Gtk::PACK_EXPAND_WIDGET);

@@ -22,6 +22,8 @@ NSTextField* makeDetail() {
   NSTextField* detail = [NSTextField wrappingLabelWithString:@""];
   detail.font = [NSFont systemFontOfSize:Layout::detailFontSize];
   detail.textColor = [NSColor secondaryLabelColor];
+  detail.maximumNumberOfLines = Layout::detailLines;
+  detail.cell.truncatesLastVisibleLine = YES;
   return detail;
 }
 

@@ -33,7 +33,13 @@ typedef NS_ENUM(NSUInteger, NSControlSize) {
   NSControlSizeSmall = 1,
 };
 
+@interface NSCell : NSObject
+// Whether a text that wraps ends in an ellipsis where it is cut. NO by default.
+@property BOOL truncatesLastVisibleLine;
+@end
+
 @interface NSControl : NSView
+@property(nullable, strong) __kindof NSCell* cell;
 @property(getter=isEnabled) BOOL enabled;
 @property(nullable, weak) id target;
 @property(nullable) SEL action;
@@ -50,6 +56,8 @@ typedef NS_ENUM(NSUInteger, NSControlSize) {
 + (instancetype)wrappingLabelWithString:(NSString*)stringValue;
 + (instancetype)textFieldWithString:(NSString*)stringValue;
 @property(nullable, copy) NSColor* textColor;
+// Of the whole text, its line breaks included. 0, the default, is no limit.
+@property NSInteger maximumNumberOfLines;
 @end
 
 typedef NS_ENUM(NSUInteger, NSBezelStyle) {
