@@ -4,7 +4,8 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@interface NSArray<__covariant ObjectType> : NSObject <NSCopying, NSFastEnumeration>
+@interface NSArray<__covariant ObjectType>
+    : NSObject <NSCopying, NSMutableCopying, NSFastEnumeration>
 @property(readonly) NSUInteger count;
 - (ObjectType)objectAtIndex:(NSUInteger)index;
 - (ObjectType)objectAtIndexedSubscript:(NSUInteger)index;
@@ -15,10 +16,11 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSMutableArray<ObjectType> : NSArray <ObjectType>
 - (void)addObject:(ObjectType)object;
+- (void)removeObjectIdenticalTo:(ObjectType)object;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType>
-    : NSObject <NSCopying, NSFastEnumeration>
+    : NSObject <NSCopying, NSMutableCopying, NSFastEnumeration>
 @property(readonly) NSUInteger count;
 - (nullable ObjectType)objectForKey:(KeyType)key;
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;

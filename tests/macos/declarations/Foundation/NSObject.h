@@ -1,6 +1,7 @@
 #pragma once
 
 #import <Foundation/NSObjCRuntime.h>
+#import <objc/runtime.h>
 
 NS_ASSUME_NONNULL_BEGIN
 
@@ -13,9 +14,14 @@ typedef NS_OPTIONS(NSUInteger, NSKeyValueObservingOptions) {
   NSKeyValueObservingOptionNew = 0x01,
 };
 
+// Opaque; the frameworks ignore it.
+typedef struct _NSZone NSZone;
+
 @protocol NSObject
 - (BOOL)isEqual:(nullable id)object;
 @property(readonly) NSUInteger hash;
+@property(readonly) Class superclass;
+- (Class)class;
 - (BOOL)isKindOfClass:(Class)aClass;
 - (BOOL)conformsToProtocol:(Protocol*)aProtocol;
 - (BOOL)respondsToSelector:(SEL)aSelector;
@@ -23,11 +29,18 @@ typedef NS_OPTIONS(NSUInteger, NSKeyValueObservingOptions) {
 @end
 
 __attribute__((objc_root_class))
-@interface NSObject<NSObject>
+@interface NSObject<NSObject> {
+  // Part of every instance's layout, on which the compiler relies.
+  Class isa __attribute__((deprecated));
+}
 - (instancetype)init NS_DESIGNATED_INITIALIZER;
 + (instancetype)new;
 + (instancetype)alloc;
+- (void)dealloc;
 + (Class)class;
++ (Class)superclass;
++ (BOOL)instancesRespondToSelector:(SEL)aSelector;
++ (BOOL)conformsToProtocol:(Protocol*)protocol;
 - (id)copy;
 - (id)mutableCopy;
 
@@ -39,6 +52,8 @@ __attribute__((objc_root_class))
 - (void)removeObserver:(NSObject*)observer
             forKeyPath:(NSString*)keyPath
                context:(nullable void*)context;
+- (void)willChangeValueForKey:(NSString*)key;
+- (void)didChangeValueForKey:(NSString*)key;
 - (void)observeValueForKeyPath:(nullable NSString*)keyPath
                       ofObject:(nullable id)object
                         change:(nullable NSDictionary<NSKeyValueChangeKey, id>*)change
@@ -60,6 +75,11 @@ typedef struct NSFastEnumerationState NSFastEnumerationState;
 @end
 
 @protocol NSCopying
+- (id)copyWithZone:(nullable NSZone*)zone;
+@end
+
+@protocol NSMutableCopying
+- (id)mutableCopyWithZone:(nullable NSZone*)zone;
 @end
 
 @interface NSNull : NSObject <NSCopying>

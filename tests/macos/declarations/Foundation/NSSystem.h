@@ -8,10 +8,13 @@ typedef NSString* NSNotificationName;
 
 @interface NSNotification : NSObject <NSCopying>
 @property(readonly, copy) NSNotificationName name;
+@property(nullable, readonly, strong) id object;
++ (instancetype)notificationWithName:(NSNotificationName)name object:(nullable id)object;
 @end
 
 @interface NSOperationQueue : NSObject
 @property(class, readonly, strong) NSOperationQueue* mainQueue;
+- (void)addOperationWithBlock:(void (^)(void))block;
 @end
 
 @interface NSNotificationCenter : NSObject
@@ -21,6 +24,7 @@ typedef NSString* NSNotificationName;
                              queue:(nullable NSOperationQueue*)queue
                         usingBlock:(void (^)(NSNotification* notification))block;
 - (void)removeObserver:(id)observer;
+- (void)postNotificationName:(NSNotificationName)name object:(nullable id)object;
 @end
 
 @interface NSProcessInfo : NSObject

@@ -23,6 +23,11 @@ typedef NS_ENUM(NSUInteger, NSURLRequestCachePolicy) {
                    cachePolicy:(NSURLRequestCachePolicy)cachePolicy
                timeoutInterval:(NSTimeInterval)timeoutInterval;
 @property(nullable, readonly, copy) NSURL* URL;
+@property(readonly) NSURLRequestCachePolicy cachePolicy;
+@property(readonly) NSTimeInterval timeoutInterval;
+@property(nullable, readonly, copy) NSString* HTTPMethod;
+@property(nullable, readonly, copy) NSData* HTTPBody;
+@property(nullable, readonly, copy) NSDictionary<NSString*, NSString*>* allHTTPHeaderFields;
 @end
 
 @interface NSMutableURLRequest : NSURLRequest
@@ -46,6 +51,10 @@ typedef NS_ENUM(NSUInteger, NSURLRequestCachePolicy) {
 @end
 
 @interface NSHTTPURLResponse : NSURLResponse
+- (nullable instancetype)initWithURL:(NSURL*)url
+                          statusCode:(NSInteger)statusCode
+                         HTTPVersion:(nullable NSString*)HTTPVersion
+                        headerFields:(nullable NSDictionary<NSString*, NSString*>*)headerFields;
 @property(readonly) NSInteger statusCode;
 @end
 

@@ -4,9 +4,13 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
-@class NSHTTPCookieStorage;
-@class NSURLCache;
 @class NSURLSession;
+
+@interface NSHTTPCookieStorage : NSObject
+@end
+
+@interface NSURLCache : NSObject
+@end
 
 @interface NSURLSessionConfiguration : NSObject <NSCopying>
 @property(class, readonly, strong) NSURLSessionConfiguration* ephemeralSessionConfiguration;
@@ -30,6 +34,8 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @protocol NSURLSessionDelegate <NSObject>
+@optional
+- (void)URLSession:(NSURLSession*)session didBecomeInvalidWithError:(nullable NSError*)error;
 @end
 
 @protocol NSURLSessionTaskDelegate <NSURLSessionDelegate>

@@ -14,6 +14,7 @@ NS_ASSUME_NONNULL_BEGIN
 + (NSNumber*)numberWithUnsignedLongLong:(unsigned long long)value;
 + (NSNumber*)numberWithDouble:(double)value;
 @property(readonly) double doubleValue;
+@property(readonly) BOOL boolValue;
 @end
 
 @interface NSData : NSObject <NSCopying>
@@ -39,11 +40,20 @@ typedef NSString* NSErrorUserInfoKey;
 @property(readonly, copy) NSString* localizedDescription;
 @end
 
+FOUNDATION_EXPORT NSErrorDomain const NSCocoaErrorDomain;
 FOUNDATION_EXPORT NSErrorDomain const NSPOSIXErrorDomain;
 FOUNDATION_EXPORT NSErrorDomain const NSURLErrorDomain;
+// See Apple developer documentation, "URL Loading System Error Codes".
 enum : NSInteger {
+  NSURLErrorCancelled = -999,
+  NSURLErrorBadURL = -1000,
+  NSURLErrorTimedOut = -1001,
   NSURLErrorUnsupportedURL = -1002,
+  NSURLErrorCannotConnectToHost = -1004,
+  NSURLErrorNetworkConnectionLost = -1005,
+  NSURLErrorBadServerResponse = -1011,
 };
+FOUNDATION_EXPORT NSErrorUserInfoKey const NSLocalizedDescriptionKey;
 
 typedef NS_OPTIONS(NSUInteger, NSJSONWritingOptions) {
   NSJSONWritingFragmentsAllowed = 1UL << 2,

@@ -9,3 +9,6 @@ typedef bool BOOL;
 #ifndef nil
 #define nil nullptr
 #endif
+#ifndef Nil
+#define Nil nullptr
+#endif
