@@ -11,6 +11,9 @@ NS_ASSUME_NONNULL_BEGIN
 @end
 
 @interface UNNotificationContent : NSObject <NSCopying>
+@property(readonly, copy) NSString* title;
+@property(readonly, copy) NSString* body;
+@property(nullable, readonly, copy) UNNotificationSound* sound;
 // Holds property-list types, chosen by the sender of the notification.
 @property(readonly, copy) NSDictionary* userInfo;
 @end

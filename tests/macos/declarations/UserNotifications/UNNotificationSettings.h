@@ -16,4 +16,7 @@ typedef NS_ENUM(NSInteger, UNAuthorizationStatus) {
 @property(readonly) UNAuthorizationStatus authorizationStatus;
 @end
 
+// See Apple developer documentation, UNError.
+FOUNDATION_EXPORT NSErrorDomain const UNErrorDomain;
+
 NS_ASSUME_NONNULL_END
