@@ -14,6 +14,29 @@ bool isInterruptedByPolicy(NSError* error) {
          [error.domain isEqualToString:webKitErrorDomain];
 }
 
+bool isHighSurrogate(unichar unit) {
+  return (unit & 0xFC00) == 0xD800;
+}
+bool isLowSurrogate(unichar unit) {
+  return (unit & 0xFC00) == 0xDC00;
+}
+
+// The lossy conversion of the system does not say what it makes of unpaired surrogates.
+NSString* replacingUnpairedSurrogates(NSString* text) {
+  constexpr unichar replacement = 0xFFFD;
+  std::vector<unichar> units(text.length);
+  [text getCharacters:units.data() range:NSMakeRange(0, units.size())];
+  for (std::size_t index = 0; index < units.size(); ++index) {
+    if (isHighSurrogate(units[index]) && index + 1 < units.size() &&
+        isLowSurrogate(units[index + 1])) {
+      ++index;
+    } else if (isHighSurrogate(units[index]) || isLowSurrogate(units[index])) {
+      units[index] = replacement;
+    }
+  }
+  return [NSString stringWithCharacters:units.data() length:units.size()];
+}
+
 }  // namespace
 
 NSString* toNSString(std::string_view text) {
@@ -24,7 +47,11 @@ NSString* toNSString(std::string_view text) {
 }
 
 std::string toString(NSString* _Nullable text) {
-  NSData* data = [text dataUsingEncoding:NSUTF8StringEncoding allowLossyConversion:YES];
+  if (text == nil) return {};
+  NSData* data = [text dataUsingEncoding:NSUTF8StringEncoding];
+  if (data == nil) {
+    data = [replacingUnpairedSurrogates(text) dataUsingEncoding:NSUTF8StringEncoding];
+  }
   return data.length == 0 ? std::string()
                           : std::string(static_cast<const char*>(data.bytes), data.length);
 }

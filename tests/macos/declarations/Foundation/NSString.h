@@ -23,7 +23,6 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
                                 length:(NSUInteger)length
                               encoding:(NSStringEncoding)encoding;
 - (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding;
-- (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy;
 - (BOOL)isEqualToString:(NSString*)string;
 @property(readonly) double doubleValue;
 @property(readonly, copy) NSString* lowercaseString;

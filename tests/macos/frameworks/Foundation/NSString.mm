@@ -209,12 +209,6 @@ NSString* stringFromUtf8(std::string_view text) {
   return text ? [NSData dataWithBytes:text->data() length:text->size()] : nil;
 }
 
-// Some characters may be removed: documentation of the method.
-- (nullable NSData*)dataUsingEncoding:(NSStringEncoding)encoding allowLossyConversion:(BOOL)lossy {
-  NSData* data = [self dataUsingEncoding:encoding];
-  return data != nil || !lossy ? data : [NSData dataWithBytes:"" length:0];
-}
-
 // Literal, unit by unit: documentation of -isEqualToString:.
 - (BOOL)isEqualToString:(NSString*)string {
   return self == string || (string != nil && unitsOf(self) == unitsOf(string));

@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "fakes/TestUrl.h"
+#include "frameworks/Foundation/Strings.h"
 
 namespace navora {
 namespace {
@@ -22,6 +23,20 @@ TEST(ConversionsTest, TextsKeepEveryCharacter) {
 TEST(ConversionsTest, InvalidUtf8IsTheEmptyString) {
   for (const char* text : {"\xff", "\xe2\x82", "\xc0\xaf", "\xed\xa0\x80", "\xf4\x90\x80\x80"}) {
     EXPECT_EQ(toNSString(text).length, 0U);
+  }
+}
+
+TEST(ConversionsTest, UnpairedSurrogatesAreReplaced) {
+  const std::pair<std::u16string, std::string> cases[] = {
+      {u"\xD83D", "\uFFFD"},
+      {u"a\xDE00"
+       u"b",
+       "a\uFFFDb"},
+      {u"\xDE00\xD83D", "\uFFFD\uFFFD"},
+      {u"\xD83D\xD83D\xDE00!", "\uFFFD😀!"},
+  };
+  for (const auto& [units, text] : cases) {
+    EXPECT_EQ(toString(doubles::stringOf(units)), text);
   }
 }
 
