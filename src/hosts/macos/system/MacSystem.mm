@@ -11,18 +11,26 @@ namespace navora {
 
 namespace {
 
+// Whether +resetSystemTimeZone is running on this thread. It may post the notification of a change
+// itself; without the flag, an observer that reads the time zone would cause the next one.
+thread_local bool isResettingTimeZone = false;
+
 class MacObserverToken final : public ObserverToken {
  public:
   MacObserverToken(NSNotificationCenter* center, NSNotificationName name,
                    std::function<void()> callback)
       : center_(center) {
-    // A notification already in the main queue is delivered even after its observer was removed.
+    // A block already in the main queue runs even after its observer was removed.
     const std::function<void()> guarded = lifetime_.guard(std::move(callback));
+    // Without a queue the block runs on the thread that posts the notification, before it goes on.
     observer_ = [center addObserverForName:name
                                     object:nil
-                                     queue:[NSOperationQueue mainQueue]
+                                     queue:nil
                                 usingBlock:^(NSNotification*) {
-                                  guarded();
+                                  if (isResettingTimeZone) return;
+                                  dispatch_async(dispatch_get_main_queue(), ^{
+                                    guarded();
+                                  });
                                 }];
   }
   ~MacObserverToken() override { [center_ removeObserver:observer_]; }
@@ -52,7 +60,9 @@ std::vector<std::string> MacSystem::preferredLanguages() const {
 
 std::string MacSystem::timeZoneIdentifier() const {
   // Foundation caches the zone until it is reset.
+  isResettingTimeZone = true;
   [NSTimeZone resetSystemTimeZone];
+  isResettingTimeZone = false;
   return toString([NSTimeZone systemTimeZone].name);
 }
 

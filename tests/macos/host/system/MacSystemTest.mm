@@ -26,6 +26,22 @@ TEST(MacSystemTest, ReturnsThePreferredLanguagesInTheirOrder) {
   EXPECT_THAT(MacSystem().preferredLanguages(), testing::ElementsAre("ru-RU", "de-CH", "en"));
 }
 
+TEST(MacSystemTest, ReadingTheTimeZoneIsNoChangeOfIt) {
+  doubles::FoundationState::shared().resettingTimeZonePostsNotification = true;
+  MacSystem system;
+  int calls = 0;
+  std::string seen;
+  const auto token = system.observeTimeZoneChange([&] {
+    // Fails instead of going on for ever.
+    if (++calls < 10) seen = system.timeZoneIdentifier();
+  });
+  EXPECT_EQ(system.timeZoneIdentifier(), "Europe/Moscow");
+  doubles::changeTimeZone("Asia/Tokyo");
+  runPendingEvents();
+  EXPECT_EQ(seen, "Asia/Tokyo");
+  EXPECT_EQ(calls, 1);
+}
+
 TEST(MacSystemTest, ReadsTheEnvironment) {
   ::setenv("NAVORA_TEST_SET", "Größe", 1);
   EXPECT_EQ(MacSystem().environmentVariable("NAVORA_TEST_SET"), "Größe");
