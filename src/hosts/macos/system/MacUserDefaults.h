@@ -4,8 +4,8 @@
 
 namespace navora {
 
-// The standard user defaults. Values are stored as property lists, which have no null: setting null
-// removes the key, and nulls inside a value are left out.
+// The standard user defaults. Values are stored as property lists. These have no null, so a value
+// that contains one is stored as its JSON text.
 class MacUserDefaults final : public UserDefaults {
  public:
   std::optional<Json> value(std::string_view key) const override;
