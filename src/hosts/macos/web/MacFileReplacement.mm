@@ -63,6 +63,10 @@ Expected<std::unique_ptr<FileReplacement>, PlatformError> MacFileReplacement::ma
   auto target = std::filesystem::canonical(destination, missing);
   const bool replaces = !missing;
   if (!replaces) target = destination;
+  // The system's folder may be anywhere on the volume, so making it does not tell.
+  if (::access(target.parent_path().c_str(), F_OK) != 0) {
+    return Unexpected(toPlatformError(errorFromErrno()));
+  }
   NSError* error = nil;
   NSURL* folder = [[NSFileManager defaultManager] URLForDirectory:NSItemReplacementDirectory
                                                          inDomain:NSUserDomainMask

@@ -1,0 +1,36 @@
+#include "contracts/FileReplacementContract.h"
+#include "hosts/macos/web/MacFileReplacement.h"
+#include "tests/support/Files.h"
+
+namespace navora {
+namespace {
+
+class MacDisk {
+ public:
+  Expected<std::unique_ptr<FileReplacement>, PlatformError> replace(
+      const std::filesystem::path& destination) {
+    return MacFileReplacement::make(destination);
+  }
+  std::filesystem::path path(const std::string& name) { return folder_.path() / name; }
+  void write(const std::filesystem::path& path, const std::string& content) {
+    writeFile(path, content);
+  }
+  std::string read(const std::filesystem::path& path) { return readFile(path); }
+  std::vector<std::string> names() {
+    std::vector<std::string> all;
+    for (const auto& entry : std::filesystem::directory_iterator(folder_.path())) {
+      all.push_back(entry.path().filename().string());
+    }
+    return all;
+  }
+  void turn() {}
+  std::filesystem::path unwritable() { return folder_.path() / "missing" / "file"; }
+
+ private:
+  TemporaryDirectory folder_;
+};
+
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, FileReplacementContractTest, MacDisk);
+
+}  // namespace
+}  // namespace navora
