@@ -280,6 +280,24 @@ TEST_F(EditorCardTest, RulesOfUnmetConditionsAreLeftOut) {
   EXPECT_EQ(page().evaluate("return document.adoptedStyleSheets.length"), Json(0));
 }
 
+TEST_F(EditorCardTest, ImportedRulesAreReadWithTheConditionsOfTheirImport) {
+  openMarkup(box);
+  page().evaluate(R"(
+    const sheet = (text) => URL.createObjectURL(new Blob([text], {type: 'text/css'}));
+    document.querySelector('#own').textContent = `
+      @import url("${sheet('.send { background: #ff0000 } .box { border: 1px solid #010203 }')}") layer(base);
+      @import url("${sheet('.send { background: #0a0b0c }')}") supports(display: grid);
+      @import url("${sheet('.send.send { background: #ff0000 }')}") supports(display: unheard);
+      @import url("${sheet('.send.send { background: #ff0000 }')}") (max-width: 1px);
+      @layer base { .box:focus-within { border-color: #040506 } }`;
+    await new Promise((done) => document.querySelector('#own').addEventListener('load', done)))");
+  runScript();
+  const Json look = posted(1)[0];
+  EXPECT_EQ(look["border"], "#010203");
+  EXPECT_EQ(look["focus"], "#040506");
+  EXPECT_EQ(look["button"], "#0a0b0c");
+}
+
 TEST_F(EditorCardTest, SelectorsAreReadAsTheEngineDoes) {
   const Json look = appearanceOfStyle(R"(
     .box { border: 1px solid #010203; }
