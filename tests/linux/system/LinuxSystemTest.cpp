@@ -82,8 +82,7 @@ TEST_F(PreferredLanguagesTest, AreEnglishWithoutALocale) {
 }
 
 TEST_F(PreferredLanguagesTest, DoNotEndInEnglishInAnotherLocale) {
-  EXPECT_THAT(languagesFor("it_IT.UTF-8"),
-              ElementsAre("it_IT.UTF-8", "it_IT", "it.UTF-8", "it"));
+  EXPECT_THAT(languagesFor("it_IT.UTF-8"), ElementsAre("it_IT.UTF-8", "it_IT", "it.UTF-8", "it"));
 }
 
 TEST_F(PreferredLanguagesTest, ALanguageListCountsInThePosixLocale) {
