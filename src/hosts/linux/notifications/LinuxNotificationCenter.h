@@ -26,8 +26,8 @@ namespace navora {
 class LinuxNotificationCenter final : public NotificationCenter {
  public:
   LinuxNotificationCenter() = default;
-  // Closes the notifications that are still shown: the service reports a click only to a running
-  // program, and cannot start one.
+  // Closes the notifications that are still shown: a click is reported to a running program only,
+  // and starts none.
   ~LinuxNotificationCenter() override;
 
   LinuxNotificationCenter(const LinuxNotificationCenter&) = delete;
