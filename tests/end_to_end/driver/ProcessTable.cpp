@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
+#include <iterator>
 #include <set>
 #include <sstream>
 
@@ -94,6 +95,27 @@ std::optional<std::int64_t> proportionalMemoryKiB(pid_t pid) {
     if (line.starts_with("Pss:")) return std::stoll(line.substr(4));
   }
   return std::nullopt;
+}
+
+std::optional<ResourceUse> resourceUse(pid_t pid) {
+  const auto countEntries = [&](const char* folder) {
+    std::error_code error;
+    const std::filesystem::directory_iterator entries(folderOf(pid) / folder, error);
+    return static_cast<std::int64_t>(std::distance(begin(entries), end(entries)));
+  };
+  ResourceUse use;
+  std::istringstream lines(readFile(folderOf(pid) / "smaps_rollup"));
+  bool found = false;
+  for (std::string line; std::getline(lines, line);) {
+    const std::string name = "Private_Dirty:";
+    if (!line.starts_with(name)) continue;
+    use.privateMemoryKiB = std::stoll(line.substr(name.size()));
+    found = true;
+  }
+  if (!found) return std::nullopt;
+  use.descriptors = countEntries("fd");
+  use.threads = countEntries("task");
+  return use;
 }
 
 std::optional<std::int64_t> processorTicks(pid_t pid) {
