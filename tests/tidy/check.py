@@ -16,7 +16,8 @@ def main():
     commands = json.loads((pathlib.Path(build) / 'compile_commands.json').read_text())
     folder = f'/CMakeFiles/{target}.dir/'
     sources = [entry['file'] for entry in commands
-               if folder in entry['command'] and 'cmake_pch' not in entry['file']]
+               if folder in entry['command'] and 'cmake_pch' not in entry['file']
+               and not entry['file'].endswith('.S')]
     if not sources:
         sys.exit(f'{target} compiles no sources')
     failed = False
