@@ -54,11 +54,11 @@ navora_macos_objects(foundation
 # Of these frameworks only what the code under test needs. A method that is declared but not
 # implemented ends the process when it is called.
 navora_macos_objects(appkit
-  SOURCES frameworks/AppKit/NSWorkspace.mm frameworks/Carbon/Carbon.mm
+  SOURCES frameworks/AppKit/NSMenu.mm frameworks/AppKit/NSWorkspace.mm frameworks/Carbon/Carbon.mm
           frameworks/UserNotifications/UserNotifications.mm
-  OPTIONS -Wno-incomplete-implementation -Wno-protocol -Wno-objc-property-implementation)
+  OPTIONS -Wno-incomplete-implementation -Wno-objc-designated-initializers -Wno-protocol -Wno-objc-property-implementation)
 
-# The parts of the host that run: all of system and notifications, and what replaces files.
+# The parts of the host that run: all of system and notifications, the menus, and what replaces files.
 function(navora_macos_host_objects module)
   get_target_property(sources navora_macos_${module}_sources INTERFACE_SOURCES)
   if(ARGN)
@@ -68,6 +68,7 @@ function(navora_macos_host_objects module)
   target_include_directories(navora_macos_host_${module} PRIVATE
     $<TARGET_PROPERTY:navora_macos_${module}_sources,INTERFACE_INCLUDE_DIRECTORIES>)
 endfunction()
+navora_macos_host_objects(application AppKitMenus.mm)
 navora_macos_host_objects(notifications)
 navora_macos_host_objects(system)
 navora_macos_host_objects(web MacFileReplacement.mm)
@@ -87,8 +88,9 @@ navora_macos_objects(host_tests_unit
 
 add_executable(navora_macos_host_tests)
 target_link_libraries(navora_macos_host_tests PRIVATE
-  navora_macos_runtime navora_macos_foundation navora_macos_appkit navora_macos_host_system
-  navora_macos_host_notifications navora_macos_host_web navora_macos_sliding navora_macos_runtime_tests navora_macos_host_tests_unit
+  navora_macos_runtime navora_macos_foundation navora_macos_appkit
+  navora_macos_host_application navora_macos_host_notifications navora_macos_host_system navora_macos_host_web
+  navora_macos_sliding navora_macos_runtime_tests navora_macos_host_tests_unit
   navora_fakes navora_core navora_test_support GTest::gmock)
 set_target_properties(navora_macos_host_tests PROPERTIES LINKER_LANGUAGE OBJCXX)
 

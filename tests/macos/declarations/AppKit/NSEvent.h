@@ -18,6 +18,7 @@ typedef NS_OPTIONS(NSUInteger, NSEventModifierFlags) {
 @interface NSEvent : NSObject <NSCopying>
 @property(readonly) NSEventModifierFlags modifierFlags;
 @property(readonly) unsigned short keyCode;
+@property(nullable, readonly, copy) NSString* charactersIgnoringModifiers;
 // In screen coordinates, whose origin is the lower left corner of the main screen.
 @property(class, readonly) NSPoint mouseLocation;
 // The handler returns the event to dispatch, or nil to stop it. See Apple developer documentation,

@@ -15,6 +15,11 @@ NS_ASSUME_NONNULL_BEGIN
 - (instancetype)initWithTitle:(NSString*)string
                        action:(nullable SEL)selector
                 keyEquivalent:(NSString*)charCode NS_DESIGNATED_INITIALIZER;
+@property(copy) NSString* title;
+@property(nullable) SEL action;
+@property(copy) NSString* keyEquivalent;
+@property(readonly, getter=isSeparatorItem) BOOL separatorItem;
+@property(readonly, getter=isEnabled) BOOL enabled;
 @property(nullable, strong) NSMenu* submenu;
 @property NSEventModifierFlags keyEquivalentModifierMask;
 @property(nullable, weak) id target;
@@ -22,10 +27,14 @@ NS_ASSUME_NONNULL_BEGIN
 
 @interface NSMenu : NSObject <NSCopying>
 - (instancetype)initWithTitle:(NSString*)title NS_DESIGNATED_INITIALIZER;
+@property(copy) NSString* title;
 - (void)addItem:(NSMenuItem*)newItem;
 // Raises an exception for an index beyond the number of items.
 - (void)insertItem:(NSMenuItem*)newItem atIndex:(NSInteger)index;
 @property(readonly) NSInteger numberOfItems;
+- (nullable NSMenuItem*)itemAtIndex:(NSInteger)index;
+- (void)performActionForItemAtIndex:(NSInteger)index;
+- (BOOL)performKeyEquivalent:(NSEvent*)event;
 @end
 
 // `windowsMenu` is the submenu of the main menu to which the system adds the list of windows.

@@ -27,6 +27,11 @@ struct AppKitState {
   bool frontmostIsTerminated = false;
   std::vector<std::string> activated = {};
 
+  // What has the keyboard.
+  id firstResponder = nil;
+  // The names of the actions that the application object was asked to perform.
+  std::vector<std::string> applicationActions = {};
+
   // Whether there is a program for every address.
   bool opensUrls = true;
   std::vector<std::string> openedUrls = {};
@@ -36,6 +41,8 @@ struct AppKitState {
 void wake();
 
 NSEvent* makeKeyEvent(unsigned short keyCode, NSEventModifierFlags modifiers);
+// A press of the key that types this character without modifiers.
+NSEvent* makeCharacterEvent(char character, NSEventModifierFlags modifiers);
 // Acts as a key press in a window of the application. Returns the event that the window gets, or
 // nil if a monitor has stopped it.
 NSEvent* dispatchKeyDown(NSEvent* event);

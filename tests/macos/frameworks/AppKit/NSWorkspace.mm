@@ -12,7 +12,9 @@ NSAppearanceName const NSAppearanceNameAqua = @"NSAppearanceNameAqua";
 NSAppearanceName const NSAppearanceNameDarkAqua = @"NSAppearanceNameDarkAqua";
 
 @interface NSEvent ()
-- (instancetype)initWithKeyCode:(unsigned short)keyCode modifiers:(NSEventModifierFlags)modifiers;
+- (instancetype)initWithKeyCode:(unsigned short)keyCode
+                     characters:(nullable NSString*)characters
+                      modifiers:(NSEventModifierFlags)modifiers;
 @end
 
 // A local monitor of events.
@@ -56,7 +58,13 @@ void wake() {
 }
 
 NSEvent* makeKeyEvent(unsigned short keyCode, NSEventModifierFlags modifiers) {
-  return [[NSEvent alloc] initWithKeyCode:keyCode modifiers:modifiers];
+  return [[NSEvent alloc] initWithKeyCode:keyCode characters:nil modifiers:modifiers];
+}
+
+NSEvent* makeCharacterEvent(char character, NSEventModifierFlags modifiers) {
+  return [[NSEvent alloc] initWithKeyCode:0xFFFF
+                               characters:stringFromUtf8(std::string(1, character))
+                                modifiers:modifiers];
 }
 
 NSEvent* dispatchKeyDown(NSEvent* event) {
@@ -122,12 +130,16 @@ NSEvent* dispatchKeyDown(NSEvent* event) {
 
 @implementation NSEvent
 
-@synthesize keyCode = _keyCode, modifierFlags = _modifierFlags;
+@synthesize keyCode = _keyCode, charactersIgnoringModifiers = _charactersIgnoringModifiers,
+            modifierFlags = _modifierFlags;
 
-- (instancetype)initWithKeyCode:(unsigned short)keyCode modifiers:(NSEventModifierFlags)modifiers {
+- (instancetype)initWithKeyCode:(unsigned short)keyCode
+                     characters:(nullable NSString*)characters
+                      modifiers:(NSEventModifierFlags)modifiers {
   self = [super init];
   if (self != nil) {
     _keyCode = keyCode;
+    _charactersIgnoringModifiers = [characters copy];
     _modifierFlags = modifiers;
   }
   return self;
