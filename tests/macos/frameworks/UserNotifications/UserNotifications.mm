@@ -147,6 +147,7 @@ struct Centre {
         NotificationState::shared() = NotificationState();
         Centre::shared().requests.clear();
         Centre::shared().presentation.reset();
+        Centre::shared().calledDelegate = nil;
       });
       auto* made = new Centre;
       made->queue = dispatch_queue_create("notifications", DISPATCH_QUEUE_SERIAL);
@@ -160,6 +161,8 @@ struct Centre {
   NotificationState state;
   std::map<std::string, UNNotificationRequest*> requests;
   std::optional<UNNotificationPresentationOptions> presentation;
+  // The delegate that was called last: nothing says when the system's thread releases it.
+  id calledDelegate = nil;
   // The completion handlers and the delegate are called on any thread: documentation of
   // UNUserNotificationCenter.
   dispatch_queue_t queue;
@@ -184,6 +187,7 @@ void callDelegate(void (^call)(UNUserNotificationCenter*, id<UNUserNotificationC
   dispatch_sync(Centre::shared().queue, ^{
     UNUserNotificationCenter* centre = [UNUserNotificationCenter currentNotificationCenter];
     id<UNUserNotificationCenterDelegate> delegate = centre.delegate;
+    Centre::shared().calledDelegate = delegate;
     if (delegate != nil) call(centre, delegate);
   });
 }

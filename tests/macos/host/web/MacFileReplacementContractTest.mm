@@ -1,4 +1,5 @@
 #include "contracts/FileReplacementContract.h"
+#include "frameworks/Foundation/FoundationState.h"
 #include "hosts/macos/web/MacFileReplacement.h"
 #include "tests/support/Files.h"
 
@@ -7,6 +8,11 @@ namespace {
 
 class MacDisk {
  public:
+  MacDisk() { doubles::FoundationState::shared().temporaryItems = temporaryItems_.path(); }
+  ~MacDisk() { EXPECT_TRUE(std::filesystem::is_empty(temporaryItems_.path())); }
+  MacDisk(const MacDisk&) = delete;
+  MacDisk& operator=(const MacDisk&) = delete;
+
   Expected<std::unique_ptr<FileReplacement>, PlatformError> replace(
       const std::filesystem::path& destination) {
     return MacFileReplacement::make(destination);
@@ -28,6 +34,7 @@ class MacDisk {
 
  private:
   TemporaryDirectory folder_;
+  TemporaryDirectory temporaryItems_;
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, FileReplacementContractTest, MacDisk);
