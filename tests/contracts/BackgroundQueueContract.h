@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <functional>
+#include <future>
 #include <memory>
 #include <string>
 #include <thread>
@@ -142,5 +143,59 @@ REGISTER_TYPED_TEST_SUITE_P(BackgroundQueueContractTest,
                             ReleasesWorkWhereItRanAndCompletionsOnTheMainThread,
                             CallsNoCompletionAfterItsDestruction,
                             DrainingWaitsForAllWorkButCallsNoCompletion, CanBeDestroyedUnused);
+
+// The part of the contract that work in parallel shows, which the fake's never is.
+template <typename Implementation>
+class BackgroundThreadContractTest : public testing::Test {
+ protected:
+  Implementation implementation_;
+};
+
+TYPED_TEST_SUITE_P(BackgroundThreadContractTest);
+
+TYPED_TEST_P(BackgroundThreadContractTest, DestructorWaitsForRunningWorkAndDropsTheRest) {
+  std::promise<void> begun;
+  std::promise<void> mayEnd;
+  std::atomic<bool> ended = false;
+  std::atomic<bool> ranLater = false;
+  bool completed = false;
+  this->implementation_.queue().run(
+      [&] {
+        begun.set_value();
+        mayEnd.get_future().wait();
+        ended = true;
+      },
+      [&] { completed = true; });
+  // Releasing the dropped work lets the first one return.
+  const auto letEnd = [&](void*) { mayEnd.set_value(); };
+  this->implementation_.queue().run(
+      [&ranLater, kept = std::shared_ptr<void>(nullptr, letEnd)] { ranLater = true; }, [] {});
+  begun.get_future().wait();
+  this->implementation_.destroyQueue();
+  EXPECT_TRUE(ended);
+  EXPECT_FALSE(ranLater);
+  runPendingEvents();
+  EXPECT_FALSE(completed);
+}
+
+TYPED_TEST_P(BackgroundThreadContractTest, DropsACompletionThatIsDue) {
+  std::promise<void> released;
+  bool completed = false;
+  bool completionReleased = false;
+  const auto tell = [&](void*) { released.set_value(); };
+  const auto note = [&](void*) { completionReleased = true; };
+  this->implementation_.queue().run(
+      [kept = std::shared_ptr<void>(nullptr, tell)] {},
+      [&completed, kept = std::shared_ptr<void>(nullptr, note)] { completed = true; });
+  released.get_future().wait();
+  this->implementation_.destroyQueue();
+  EXPECT_TRUE(completionReleased);
+  runPendingEvents();
+  EXPECT_FALSE(completed);
+}
+
+REGISTER_TYPED_TEST_SUITE_P(BackgroundThreadContractTest,
+                            DestructorWaitsForRunningWorkAndDropsTheRest,
+                            DropsACompletionThatIsDue);
 
 }  // namespace navora

@@ -41,53 +41,13 @@ class RealThread {
 
 using BackgroundQueueImplementations = testing::Types<FakeThread, RealThread>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, BackgroundQueueContractTest, BackgroundQueueImplementations);
+INSTANTIATE_TYPED_TEST_SUITE_P(Linux, BackgroundThreadContractTest, RealThread);
 
-// Tests with work that runs in parallel, which the fake's never does.
 class LinuxBackgroundQueueTest : public testing::Test {
  protected:
   LinuxMainQueue mainQueue_;
   std::unique_ptr<LinuxBackgroundQueue> queue_ = std::make_unique<LinuxBackgroundQueue>(mainQueue_);
 };
-
-TEST_F(LinuxBackgroundQueueTest, DestructorWaitsForRunningWorkAndDropsTheRest) {
-  std::promise<void> begun;
-  std::promise<void> mayEnd;
-  std::atomic<bool> ended = false;
-  std::atomic<bool> ranLater = false;
-  bool completed = false;
-  queue_->run(
-      [&] {
-        begun.set_value();
-        mayEnd.get_future().wait();
-        ended = true;
-      },
-      [&] { completed = true; });
-  // Releasing the dropped work lets the first one return.
-  const auto letEnd = [&](void*) { mayEnd.set_value(); };
-  queue_->run([&ranLater, kept = std::shared_ptr<void>(nullptr, letEnd)] { ranLater = true; },
-              [] {});
-  begun.get_future().wait();
-  queue_.reset();
-  EXPECT_TRUE(ended);
-  EXPECT_FALSE(ranLater);
-  runPendingEvents();
-  EXPECT_FALSE(completed);
-}
-
-TEST_F(LinuxBackgroundQueueTest, DropsACompletionThatIsDue) {
-  std::promise<void> released;
-  bool completed = false;
-  bool completionReleased = false;
-  const auto tell = [&](void*) { released.set_value(); };
-  const auto note = [&](void*) { completionReleased = true; };
-  queue_->run([kept = std::shared_ptr<void>(nullptr, tell)] {},
-              [&completed, kept = std::shared_ptr<void>(nullptr, note)] { completed = true; });
-  released.get_future().wait();
-  queue_.reset();
-  EXPECT_TRUE(completionReleased);
-  runPendingEvents();
-  EXPECT_FALSE(completed);
-}
 
 class ThreadShortageTest : public LinuxBackgroundQueueTest {
  protected:

@@ -31,6 +31,7 @@ class MacThread {
 };
 
 INSTANTIATE_TYPED_TEST_SUITE_P(Mac, BackgroundQueueContractTest, MacThread);
+INSTANTIATE_TYPED_TEST_SUITE_P(Mac, BackgroundThreadContractTest, MacThread);
 
 }  // namespace
 }  // namespace navora
