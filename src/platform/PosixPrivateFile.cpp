@@ -10,6 +10,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "platform/FileDescriptor.h"
+
 namespace navora {
 namespace {
 
@@ -34,56 +36,10 @@ std::filesystem::path freeName(const std::filesystem::path& path) {
   return name;
 }
 
-// Closes a descriptor at the end of its scope.
-class OpenFile {
- public:
-  explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
-  // Keeps the error of the call that failed before.
-  ~OpenFile() {
-    const int error = errno;
-    if (descriptor_ >= 0) ::close(descriptor_);
-    errno = error;
-  }
-  OpenFile(const OpenFile&) = delete;
-  OpenFile& operator=(const OpenFile&) = delete;
-
-  explicit operator bool() const { return descriptor_ >= 0; }
-  int get() const { return descriptor_; }
-
- private:
-  const int descriptor_;
-};
-
-bool writeAll(int file, std::string_view content) {
-  while (!content.empty()) {
-    const ssize_t written = ::write(file, content.data(), content.size());
-    if (written < 0 && errno != EINTR) return false;
-    if (written > 0) content.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return true;
-}
-
-bool flush(int file) {
-#ifdef F_FULLFSYNC
-  // On Apple's systems fsync() leaves the data in the drive's own cache. Some file systems support
-  // only fsync().
-  if (::fcntl(file, F_FULLFSYNC) == 0) return true;
-#endif
-  return ::fsync(file) == 0;
-}
-
-// Flushes the entries of a folder; without that, a power cut can lose a new name.
-bool flushFolder(const std::filesystem::path& folder) {
-  const OpenFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  // Some network file systems cannot flush a folder.
-  return file && (flush(file.get()) || errno == EINVAL || errno == ENOTSUP);
-}
-
 bool writeNewFile(const std::filesystem::path& path, std::string_view content) {
   const int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW | O_CLOEXEC;
-  const OpenFile file(::open(path.c_str(), flags, privateMode));
-  return file && ::fchmod(file.get(), privateMode) == 0 && writeAll(file.get(), content) &&
-         flush(file.get());
+  const FileDescriptor file(::open(path.c_str(), flags, privateMode));
+  return file && ::fchmod(file.get(), privateMode) == 0 && file.write(content) && file.flush();
 }
 
 bool removeIfThere(const std::filesystem::path& path) {
@@ -96,7 +52,7 @@ PosixPrivateFile::PosixPrivateFile(std::filesystem::path path)
     : path_(std::move(path)), newPath_(withSuffix(path_, ".new")) {}
 
 PosixPrivateFile::Content PosixPrivateFile::read() const {
-  const OpenFile file(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
+  const FileDescriptor file(::open(path_.c_str(), O_RDONLY | O_CLOEXEC));
   if (!file && errno == ENOENT) return std::optional<std::string>();
   if (!file) return Unexpected(lastError());
   std::string content;

@@ -71,7 +71,7 @@ endfunction()
 navora_macos_host_objects(application AppKitMenus.mm)
 navora_macos_host_objects(notifications)
 navora_macos_host_objects(system)
-navora_macos_host_objects(web MacFileReplacement.mm)
+navora_macos_host_objects(web ReplacementFolder.mm)
 
 # The tests, in one executable. A class of which other files see no instance variables has a file of
 # its own.

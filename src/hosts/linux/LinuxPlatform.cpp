@@ -9,13 +9,15 @@
 #include "hosts/linux/banner/LinuxUpdateBanner.h"
 #include "hosts/linux/capture/LinuxCapturePanel.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
+#include "hosts/linux/system/PlatformErrors.h"
 #include "hosts/linux/updates/LinuxUpdater.h"
-#include "hosts/linux/web/LinuxFileReplacement.h"
 #include "hosts/linux/web/LinuxWebView.h"
+#include "hosts/linux/web/ReplacementFolder.h"
 #include "hosts/linux/window/ApplicationIcon.h"
 #include "hosts/linux/window/LinuxErrorView.h"
 #include "hosts/linux/window/LinuxMainWindow.h"
 #include "locale/DesktopLocale.h"
+#include "platform/PosixFileReplacement.h"
 #include "platform/PosixPrivateFile.h"
 
 namespace navora {
@@ -92,7 +94,8 @@ std::unique_ptr<HttpSession> LinuxPlatform::makeHttpSession(
 
 Expected<std::unique_ptr<FileReplacement>, PlatformError> LinuxPlatform::makeFileReplacement(
     const std::filesystem::path& destination) {
-  return LinuxFileReplacement::make(destination, mainQueue_);
+  return PosixFileReplacement::make(destination, mainQueue_, makeReplacementFolder,
+                                    platformErrorFromErrno);
 }
 
 }  // namespace navora

@@ -10,11 +10,12 @@
 #include "hosts/macos/system/MacHttpSession.h"
 #include "hosts/macos/updates/MacUpdateBanner.h"
 #include "hosts/macos/updates/MacUpdater.h"
-#include "hosts/macos/web/MacFileReplacement.h"
 #include "hosts/macos/web/MacWebView.h"
+#include "hosts/macos/web/ReplacementFolder.h"
 #include "hosts/macos/window/MacErrorView.h"
 #include "hosts/macos/window/MacMainWindow.h"
 #include "locale/DesktopLocale.h"
+#include "platform/PosixFileReplacement.h"
 #include "platform/PosixPrivateFile.h"
 
 namespace navora {
@@ -72,7 +73,8 @@ std::unique_ptr<HttpSession> MacPlatform::makeHttpSession(
 
 Expected<std::unique_ptr<FileReplacement>, PlatformError> MacPlatform::makeFileReplacement(
     const std::filesystem::path& destination) {
-  return MacFileReplacement::make(destination);
+  return PosixFileReplacement::make(destination, mainQueue_, makeReplacementFolder,
+                                    platformErrorFromErrno);
 }
 
 }  // namespace navora

@@ -57,7 +57,7 @@ navora_macos_module(graphics
   USES_PRIVATELY macos_system)
 
 navora_macos_module(web
-  SOURCES MacDownload.mm MacFileReplacement.mm MacWebView.mm NavigationConversions.mm NavigationForwarder.mm
+  SOURCES MacDownload.mm MacWebView.mm NavigationConversions.mm NavigationForwarder.mm ReplacementFolder.mm
   USES platform support
   USES_PRIVATELY macos_system)
 

@@ -11,8 +11,10 @@
 #include "contracts/FileReplacementContract.h"
 #include "fakes/FakeFileReplacement.h"
 #include "hosts/linux/system/LinuxMainQueue.h"
-#include "hosts/linux/web/LinuxFileReplacement.h"
+#include "hosts/linux/system/PlatformErrors.h"
+#include "hosts/linux/web/ReplacementFolder.h"
 #include "linux/support/MainLoop.h"
+#include "platform/PosixFileReplacement.h"
 #include "tests/support/Files.h"
 
 namespace navora {
@@ -56,7 +58,8 @@ class DiskInMemory {
 class RealDisk {
  public:
   MadeReplacement replace(const std::filesystem::path& destination) {
-    return LinuxFileReplacement::make(destination, mainQueue_);
+    return PosixFileReplacement::make(destination, mainQueue_, makeReplacementFolder,
+                                      platformErrorFromErrno);
   }
   std::filesystem::path path(const std::string& name) { return folder_.path() / name; }
   void write(const std::filesystem::path& path, const std::string& content) {

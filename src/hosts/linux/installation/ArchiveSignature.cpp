@@ -8,8 +8,8 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 
-#include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/installation/UpdateError.h"
+#include "platform/FileDescriptor.h"
 
 namespace navora {
 namespace {

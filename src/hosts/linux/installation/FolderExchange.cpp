@@ -4,10 +4,9 @@
 #include <cstdio>
 
 #include <fcntl.h>
-#include <unistd.h>
 
-#include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/installation/UpdateError.h"
+#include "platform/FileDescriptor.h"
 
 namespace navora {
 
@@ -18,10 +17,8 @@ std::optional<PlatformError> exchangeFolders(const std::filesystem::path& one,
                              errno);
   }
   // Makes the exchange durable. Without it a power failure may undo it, but never halve it.
-  for (const auto& folder : {one.parent_path(), other.parent_path()}) {
-    const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (descriptor) ::fsync(descriptor.get());
-  }
+  for (const auto& folder : {one.parent_path(), other.parent_path()})
+    flushFolder(folder);
   return std::nullopt;
 }
 

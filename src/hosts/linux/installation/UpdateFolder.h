@@ -4,8 +4,8 @@
 #include <optional>
 #include <utility>
 
-#include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/installation/Installation.h"
+#include "platform/FileDescriptor.h"
 #include "platform/PlatformError.h"
 #include "support/Expected.h"
 

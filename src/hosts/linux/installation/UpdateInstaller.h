@@ -3,9 +3,9 @@
 #include <chrono>
 #include <filesystem>
 
-#include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/installation/Installation.h"
 #include "hosts/linux/installation/UpdateFolder.h"
+#include "platform/FileDescriptor.h"
 
 namespace navora {
 

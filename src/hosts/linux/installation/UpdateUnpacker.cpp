@@ -13,8 +13,8 @@
 #include <unistd.h>
 
 #include "hosts/linux/installation/ArchiveReader.h"
-#include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/installation/UpdateError.h"
+#include "platform/FileDescriptor.h"
 
 namespace navora {
 namespace {

@@ -46,4 +46,8 @@ PlatformError platformErrorFrom(const GError& error) {
   return {g_quark_to_string(error.domain), codeOf(error), error.message};
 }
 
+PlatformError platformErrorFromErrno(int code) {
+  return {"POSIX", code, g_strerror(code)};
+}
+
 }  // namespace navora

@@ -11,4 +11,7 @@ namespace navora {
 // PlatformError::timedOutCode.
 PlatformError platformErrorFrom(const GError& error);
 
+// Converts an errno value.
+PlatformError platformErrorFromErrno(int code);
+
 }  // namespace navora

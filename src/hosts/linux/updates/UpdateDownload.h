@@ -7,8 +7,8 @@
 #include <string_view>
 
 #include "hosts/linux/installation/Appcast.h"
-#include "hosts/linux/installation/FileDescriptor.h"
 #include "hosts/linux/network/LinuxHttpSession.h"
+#include "platform/FileDescriptor.h"
 #include "platform/MainQueue.h"
 #include "platform/PlatformError.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "hosts/linux/installation/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 namespace navora {
 

@@ -34,6 +34,8 @@ std::filesystem::path toPath(NSURL* fileUrl);
 // Reports a load that a policy decision interrupted as PlatformError::cancelledCode, as the core
 // expects.
 PlatformError toPlatformError(NSError* _Nullable error);
+// Converts an errno value.
+PlatformError platformErrorFromErrno(int code);
 
 }  // namespace navora
 

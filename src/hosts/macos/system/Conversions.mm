@@ -90,4 +90,8 @@ PlatformError toPlatformError(NSError* _Nullable error) {
   };
 }
 
+PlatformError platformErrorFromErrno(int code) {
+  return toPlatformError([NSError errorWithDomain:NSPOSIXErrorDomain code:code userInfo:nil]);
+}
+
 }  // namespace navora

@@ -9,7 +9,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include "hosts/linux/installation/FileDescriptor.h"
+#include "platform/FileDescriptor.h"
 
 namespace navora {
 namespace {

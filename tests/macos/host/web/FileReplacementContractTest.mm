@@ -1,6 +1,9 @@
 #include "contracts/FileReplacementContract.h"
 #include "frameworks/Foundation/FoundationState.h"
-#include "hosts/macos/web/MacFileReplacement.h"
+#include "hosts/macos/system/Conversions.h"
+#include "hosts/macos/system/MacMainQueue.h"
+#include "hosts/macos/web/ReplacementFolder.h"
+#include "platform/PosixFileReplacement.h"
 #include "tests/support/Files.h"
 
 namespace navora {
@@ -15,7 +18,8 @@ class MacDisk {
 
   Expected<std::unique_ptr<FileReplacement>, PlatformError> replace(
       const std::filesystem::path& destination) {
-    return MacFileReplacement::make(destination);
+    return PosixFileReplacement::make(destination, mainQueue_, makeReplacementFolder,
+                                      platformErrorFromErrno);
   }
   std::filesystem::path path(const std::string& name) { return folder_.path() / name; }
   void write(const std::filesystem::path& path, const std::string& content) {
@@ -33,6 +37,7 @@ class MacDisk {
   std::filesystem::path unwritable() { return folder_.path() / "missing" / "file"; }
 
  private:
+  MacMainQueue mainQueue_;
   TemporaryDirectory folder_;
   TemporaryDirectory temporaryItems_;
 };
