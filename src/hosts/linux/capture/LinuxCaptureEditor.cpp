@@ -101,11 +101,18 @@ void LinuxCaptureEditor::connectView() {
         return false;
       },
       false));
-  const auto forgetCommit = [this](GdkEventButton*) {
-    ownCommit_.clear();
-    return false;
-  };
-  connections_.push_back(view_.signal_button_press_event().connect(forgetCommit, false));
+  connections_.push_back(view_.signal_button_press_event().connect(
+      [this](GdkEventButton*) {
+        ownCommit_.clear();
+        return false;
+      },
+      false));
+  connections_.push_back(view_.signal_drag_drop().connect(
+      [this](const Glib::RefPtr<Gdk::DragContext>&, int, int, guint) {
+        ownCommit_.clear();
+        return false;
+      },
+      false));
   connections_.push_back(view_.signal_focus_in_event().connect(reportFocus(true)));
   connections_.push_back(view_.signal_focus_out_event().connect(reportFocus(false)));
   connections_.push_back(view_.signal_draw().connect(
