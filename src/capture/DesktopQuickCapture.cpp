@@ -154,8 +154,9 @@ void DesktopQuickCapture::editorTextDidChange() {
 }
 
 void DesktopQuickCapture::showStateOf(const std::string& text) {
-  setSubmitEnabled(!busy_ && QuickCapturePolicy::validText(text));
-  if (utf16Length(text) > QuickCapturePolicy::maximumTextLength) {
+  const bool valid = QuickCapturePolicy::validText(text);
+  setSubmitEnabled(!busy_ && valid);
+  if (!valid && !text.empty()) {
     setMessage(CaptureTexts::tooLong);
   } else if (!busy_ && !submission_.isUnconfirmed()) {
     setMessage(CaptureTexts::hint);

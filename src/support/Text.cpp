@@ -22,11 +22,29 @@ struct Scalar {
 
 // Returns the first Unicode scalar value of a non-empty text.
 Scalar firstScalar(std::string_view text) {
+  // Most texts are mostly ASCII, and some are counted with every key.
+  if (static_cast<unsigned char>(text.front()) < 0x80)
+    return {text.front(), text.substr(0, 1), true};
   utf8proc_int32_t value = 0;
   const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
   const auto size = utf8proc_iterate(bytes, static_cast<utf8proc_ssize_t>(text.size()), &value);
   if (size <= 0) return {replacementCharacter, text.substr(0, 1), false};
   return {value, text.substr(0, static_cast<std::size_t>(size)), true};
+}
+
+// Returns the last Unicode scalar value of a non-empty text.
+Scalar lastScalar(std::string_view text) {
+  constexpr std::size_t longestSequence = 4;
+  const auto isContinuation = [](char byte) {
+    return (static_cast<unsigned char>(byte) >> 6) == 2;
+  };
+  std::size_t begin = text.size() - 1;
+  while (begin > 0 && text.size() - begin < longestSequence && isContinuation(text[begin]))
+    --begin;
+  const std::string_view sequence = text.substr(begin);
+  const Scalar scalar = firstScalar(sequence);
+  if (scalar.bytes.size() == sequence.size()) return scalar;
+  return {replacementCharacter, text.substr(text.size() - 1), false};
 }
 
 void append(std::string& text, utf8proc_int32_t value) {
@@ -95,20 +113,17 @@ std::string prefixCharacters(std::string_view text, std::size_t count) {
 }
 
 std::string trimmed(std::string_view text) {
-  std::size_t begin = 0;
-  std::size_t end = 0;
-  bool started = false;
-  std::size_t offset = 0;
-  while (offset < text.size()) {
-    const Scalar scalar = firstScalar(text.substr(offset));
-    if (!isWhiteSpaceOrNewline(scalar.value)) {
-      begin = started ? begin : offset;
-      started = true;
-      end = offset + scalar.bytes.size();
-    }
-    offset += scalar.bytes.size();
+  while (!text.empty()) {
+    const Scalar first = firstScalar(text);
+    if (!isWhiteSpaceOrNewline(first.value)) break;
+    text.remove_prefix(first.bytes.size());
   }
-  return std::string(text.substr(begin, end - begin));
+  while (!text.empty()) {
+    const Scalar last = lastScalar(text);
+    if (!isWhiteSpaceOrNewline(last.value)) break;
+    text.remove_suffix(last.bytes.size());
+  }
+  return std::string(text);
 }
 
 std::string_view strippedOf(std::string_view text, std::string_view bytes) {

@@ -1,6 +1,10 @@
+#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <random>
+#include <set>
+#include <string>
 #include <string_view>
 
 #include <gtest/gtest.h>
@@ -71,6 +75,43 @@ TEST(Text, KeepsFormatAndControlCharactersWhenTrimming) {
   for (const std::string kept :
        {"\xE2\x80\x8Cx\xE2\x80\x8C", "\xEF\xBB\xBFx", "\x1Fx\x1F", "\xFFx\xFF"}) {
     EXPECT_EQ(trimmed(kept), kept);
+  }
+}
+
+// Returns how many bytes the first character of a non-empty text has.
+std::size_t firstLength(const std::string& text) {
+  for (std::size_t size = 1; size <= std::min<std::size_t>(4, text.size()); ++size) {
+    if (isValidUtf8(text.substr(0, size))) return size;
+  }
+  return 1;
+}
+
+// Trims by reading the whole text forwards, character by character.
+std::string trimmedForwards(const std::string& text) {
+  // U+0020, U+000A, U+00A0, U+2000, U+2003, U+200B and U+2028
+  const std::set<std::string> blanks{
+      " ", "\n", "\xC2\xA0", "\xE2\x80\x80", "\xE2\x80\x83", "\xE2\x80\x8B", "\xE2\x80\xA8"};
+  std::size_t begin = std::string::npos;
+  std::size_t end = 0;
+  for (std::size_t offset = 0; offset < text.size();) {
+    const std::size_t size = firstLength(text.substr(offset));
+    const bool isBlank = blanks.contains(text.substr(offset, size));
+    if (!isBlank && begin == std::string::npos) begin = offset;
+    offset += size;
+    if (!isBlank) end = offset;
+  }
+  return begin == std::string::npos ? std::string() : text.substr(begin, end - begin);
+}
+
+TEST(Text, TrimsTextThatIsNotWellFormed) {
+  // The bytes of a few blanks, cut and put together at random.
+  const std::string bytes = " \n\xC2\xA0\xE2\x80\x83\xE2\x80\x8B\xF0\x9F\x91\xA8\x80\xFFx";
+  std::mt19937 random(1);
+  for (int round = 0; round < 20'000; ++round) {
+    std::string text(random() % 9, ' ');
+    for (char& byte : text)
+      byte = bytes[random() % bytes.size()];
+    EXPECT_EQ(trimmed(text), trimmedForwards(text)) << testing::PrintToString(text);
   }
 }
 
