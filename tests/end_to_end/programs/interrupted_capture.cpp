@@ -14,7 +14,6 @@
 #include <cstring>
 #include <string_view>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <pthread.h>
 #include <stdarg.h>
@@ -22,6 +21,11 @@
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
+
+#include "tests/support/Interposition.h"
+
+using navora::nextFunction;
+using navora::openMode;
 
 namespace {
 
@@ -88,11 +92,6 @@ auto step(bool counted, const Call& call) {
   return result;
 }
 
-template <class Function>
-Function next(const char* name) {
-  return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
-}
-
 bool isDraft(const char* path) {
   return std::strstr(path, draftName) != nullptr;
 }
@@ -117,11 +116,6 @@ int openStep(const char* path, int flags, const Call& call) {
   return watch(step(true, call));
 }
 
-mode_t modeOf(int flags, va_list arguments) {
-  const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
-  return creates ? va_arg(arguments, mode_t) : 0;
-}
-
 }  // namespace
 
 extern "C" {
@@ -129,79 +123,84 @@ extern "C" {
 int open(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = openMode(flags, arguments);
   va_end(arguments);
-  return openStep(path, flags,
-                  [&] { return next<int (*)(const char*, int, ...)>("open")(path, flags, mode); });
+  return openStep(path, flags, [&] {
+    return nextFunction<int (*)(const char*, int, ...)>("open")(path, flags, mode);
+  });
 }
 
 int open64(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = openMode(flags, arguments);
   va_end(arguments);
   return openStep(path, flags, [&] {
-    return next<int (*)(const char*, int, ...)>("open64")(path, flags, mode);
+    return nextFunction<int (*)(const char*, int, ...)>("open64")(path, flags, mode);
   });
 }
 
 int close(int file) {
   const bool counted = isWatched(file);
   if (counted) watched[file] = false;
-  return step(counted, [&] { return next<decltype(&::close)>("close")(file); });
+  return step(counted, [&] { return nextFunction<decltype(&::close)>("close")(file); });
 }
 
 int fchmod(int file, mode_t mode) noexcept {
-  return step(isWatched(file), [&] { return next<decltype(&::fchmod)>("fchmod")(file, mode); });
+  return step(isWatched(file),
+              [&] { return nextFunction<decltype(&::fchmod)>("fchmod")(file, mode); });
 }
 
 int fsync(int file) {
-  return step(isWatched(file), [&] { return next<decltype(&::fsync)>("fsync")(file); });
+  return step(isWatched(file), [&] { return nextFunction<decltype(&::fsync)>("fsync")(file); });
 }
 
 int rename(const char* from, const char* to) noexcept {
   return step(isDraft(from),
-              [&] { return next<int (*)(const char*, const char*)>("rename")(from, to); });
+              [&] { return nextFunction<int (*)(const char*, const char*)>("rename")(from, to); });
 }
 
 int unlink(const char* path) noexcept {
-  return step(isDraft(path), [&] { return next<decltype(&::unlink)>("unlink")(path); });
+  return step(isDraft(path), [&] { return nextFunction<decltype(&::unlink)>("unlink")(path); });
 }
 
 int connect(int socket, const sockaddr* address, socklen_t size) {
   const bool counted = address->sa_family == AF_INET;
   if (counted) watch(socket);
   return step(counted,
-              [&] { return next<decltype(&::connect)>("connect")(socket, address, size); });
+              [&] { return nextFunction<decltype(&::connect)>("connect")(socket, address, size); });
 }
 
 ssize_t write(int file, const void* bytes, size_t size) {
   return step(isWatched(file),
-              [&] { return next<decltype(&::write)>("write")(file, bytes, size); });
+              [&] { return nextFunction<decltype(&::write)>("write")(file, bytes, size); });
 }
 
 ssize_t read(int file, void* bytes, size_t size) {
-  return step(isWatched(file), [&] { return next<decltype(&::read)>("read")(file, bytes, size); });
+  return step(isWatched(file),
+              [&] { return nextFunction<decltype(&::read)>("read")(file, bytes, size); });
 }
 
 ssize_t send(int socket, const void* bytes, size_t size, int flags) {
   return step(isWatched(socket),
-              [&] { return next<decltype(&::send)>("send")(socket, bytes, size, flags); });
+              [&] { return nextFunction<decltype(&::send)>("send")(socket, bytes, size, flags); });
 }
 
 ssize_t sendmsg(int socket, const msghdr* message, int flags) {
-  return step(isWatched(socket),
-              [&] { return next<decltype(&::sendmsg)>("sendmsg")(socket, message, flags); });
+  return step(isWatched(socket), [&] {
+    return nextFunction<decltype(&::sendmsg)>("sendmsg")(socket, message, flags);
+  });
 }
 
 ssize_t recv(int socket, void* bytes, size_t size, int flags) {
   return step(isWatched(socket),
-              [&] { return next<decltype(&::recv)>("recv")(socket, bytes, size, flags); });
+              [&] { return nextFunction<decltype(&::recv)>("recv")(socket, bytes, size, flags); });
 }
 
 ssize_t recvmsg(int socket, msghdr* message, int flags) {
-  return step(isWatched(socket),
-              [&] { return next<decltype(&::recvmsg)>("recvmsg")(socket, message, flags); });
+  return step(isWatched(socket), [&] {
+    return nextFunction<decltype(&::recvmsg)>("recvmsg")(socket, message, flags);
+  });
 }
 
 }  // extern "C"

@@ -10,13 +10,17 @@
 #include <cstdlib>
 #include <cstring>
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <spawn.h>
 #include <stdarg.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "tests/support/Interposition.h"
+
+using navora::nextFunction;
+using navora::openMode;
 
 namespace {
 
@@ -67,27 +71,20 @@ Result step(const Call& call, Result failed) {
   return result;
 }
 
-template <class Function>
-Function next(const char* name) {
-  return reinterpret_cast<Function>(::dlsym(RTLD_NEXT, name));
-}
-
 bool changesFiles(int flags) {
   return (flags & (O_CREAT | O_WRONLY | O_RDWR | O_TRUNC)) != 0;
 }
 
-mode_t modeOf(int flags, va_list arguments) {
-  return (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
-}
-
 int openNext(const char* name, const char* path, int flags, mode_t mode) {
-  const auto call = [&] { return next<int (*)(const char*, int, ...)>(name)(path, flags, mode); };
+  const auto call = [&] {
+    return nextFunction<int (*)(const char*, int, ...)>(name)(path, flags, mode);
+  };
   return changesFiles(flags) ? step(call, -1) : call();
 }
 
 int openAtNext(const char* name, int folder, const char* path, int flags, mode_t mode) {
   const auto call = [&] {
-    return next<int (*)(int, const char*, int, ...)>(name)(folder, path, flags, mode);
+    return nextFunction<int (*)(int, const char*, int, ...)>(name)(folder, path, flags, mode);
   };
   return changesFiles(flags) ? step(call, -1) : call();
 }
@@ -99,7 +96,7 @@ extern "C" {
 int open(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = openMode(flags, arguments);
   va_end(arguments);
   return openNext("open", path, flags, mode);
 }
@@ -107,7 +104,7 @@ int open(const char* path, int flags, ...) {
 int open64(const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = openMode(flags, arguments);
   va_end(arguments);
   return openNext("open64", path, flags, mode);
 }
@@ -115,7 +112,7 @@ int open64(const char* path, int flags, ...) {
 int openat(int folder, const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = openMode(flags, arguments);
   va_end(arguments);
   return openAtNext("openat", folder, path, flags, mode);
 }
@@ -123,28 +120,30 @@ int openat(int folder, const char* path, int flags, ...) {
 int openat64(int folder, const char* path, int flags, ...) {
   va_list arguments;
   va_start(arguments, flags);
-  const mode_t mode = modeOf(flags, arguments);
+  const mode_t mode = openMode(flags, arguments);
   va_end(arguments);
   return openAtNext("openat64", folder, path, flags, mode);
 }
 
 int mkdir(const char* path, mode_t mode) noexcept {
-  return step([&] { return next<decltype(&::mkdir)>("mkdir")(path, mode); }, -1);
+  return step([&] { return nextFunction<decltype(&::mkdir)>("mkdir")(path, mode); }, -1);
 }
 
 int mkdirat(int folder, const char* path, mode_t mode) noexcept {
-  return step([&] { return next<decltype(&::mkdirat)>("mkdirat")(folder, path, mode); }, -1);
+  return step([&] { return nextFunction<decltype(&::mkdirat)>("mkdirat")(folder, path, mode); },
+              -1);
 }
 
 int rename(const char* from, const char* to) noexcept {
-  return step([&] { return next<int (*)(const char*, const char*)>("rename")(from, to); }, -1);
+  return step([&] { return nextFunction<int (*)(const char*, const char*)>("rename")(from, to); },
+              -1);
 }
 
 int renameat(int fromFolder, const char* from, int toFolder, const char* to) noexcept {
   return step(
       [&] {
-        return next<int (*)(int, const char*, int, const char*)>("renameat")(fromFolder, from,
-                                                                             toFolder, to);
+        return nextFunction<int (*)(int, const char*, int, const char*)>("renameat")(
+            fromFolder, from, toFolder, to);
       },
       -1);
 }
@@ -153,62 +152,67 @@ int renameat2(int fromFolder, const char* from, int toFolder, const char* to,
               unsigned flags) noexcept {
   return step(
       [&] {
-        return next<int (*)(int, const char*, int, const char*, unsigned)>("renameat2")(
+        return nextFunction<int (*)(int, const char*, int, const char*, unsigned)>("renameat2")(
             fromFolder, from, toFolder, to, flags);
       },
       -1);
 }
 
 int unlink(const char* path) noexcept {
-  return step([&] { return next<decltype(&::unlink)>("unlink")(path); }, -1);
+  return step([&] { return nextFunction<decltype(&::unlink)>("unlink")(path); }, -1);
 }
 
 int unlinkat(int folder, const char* path, int flags) noexcept {
-  return step([&] { return next<decltype(&::unlinkat)>("unlinkat")(folder, path, flags); }, -1);
+  return step([&] { return nextFunction<decltype(&::unlinkat)>("unlinkat")(folder, path, flags); },
+              -1);
 }
 
 int remove(const char* path) noexcept {
-  return step([&] { return next<int (*)(const char*)>("remove")(path); }, -1);
+  return step([&] { return nextFunction<int (*)(const char*)>("remove")(path); }, -1);
 }
 
 int rmdir(const char* path) noexcept {
-  return step([&] { return next<decltype(&::rmdir)>("rmdir")(path); }, -1);
+  return step([&] { return nextFunction<decltype(&::rmdir)>("rmdir")(path); }, -1);
 }
 
 int symlink(const char* target, const char* path) noexcept {
-  return step([&] { return next<decltype(&::symlink)>("symlink")(target, path); }, -1);
+  return step([&] { return nextFunction<decltype(&::symlink)>("symlink")(target, path); }, -1);
 }
 
 int symlinkat(const char* target, int folder, const char* path) noexcept {
-  return step([&] { return next<decltype(&::symlinkat)>("symlinkat")(target, folder, path); }, -1);
+  return step(
+      [&] { return nextFunction<decltype(&::symlinkat)>("symlinkat")(target, folder, path); }, -1);
 }
 
 int link(const char* from, const char* to) noexcept {
-  return step([&] { return next<decltype(&::link)>("link")(from, to); }, -1);
+  return step([&] { return nextFunction<decltype(&::link)>("link")(from, to); }, -1);
 }
 
 int linkat(int fromFolder, const char* from, int toFolder, const char* to, int flags) noexcept {
   return step(
-      [&] { return next<decltype(&::linkat)>("linkat")(fromFolder, from, toFolder, to, flags); },
+      [&] {
+        return nextFunction<decltype(&::linkat)>("linkat")(fromFolder, from, toFolder, to, flags);
+      },
       -1);
 }
 
 int chmod(const char* path, mode_t mode) noexcept {
-  return step([&] { return next<decltype(&::chmod)>("chmod")(path, mode); }, -1);
+  return step([&] { return nextFunction<decltype(&::chmod)>("chmod")(path, mode); }, -1);
 }
 
 int fchmod(int file, mode_t mode) noexcept {
-  return step([&] { return next<decltype(&::fchmod)>("fchmod")(file, mode); }, -1);
+  return step([&] { return nextFunction<decltype(&::fchmod)>("fchmod")(file, mode); }, -1);
 }
 
 ssize_t write(int file, const void* bytes, size_t size) {
-  const auto call = [&] { return next<decltype(&::write)>("write")(file, bytes, size); };
+  const auto call = [&] { return nextFunction<decltype(&::write)>("write")(file, bytes, size); };
   return file > STDERR_FILENO ? step(call, ssize_t{-1}) : call();
 }
 
 ssize_t sendfile(int to, int from, off_t* offset, size_t size) noexcept {
-  return step([&] { return next<decltype(&::sendfile)>("sendfile")(to, from, offset, size); },
-              ssize_t{-1});
+  return step(
+      [&] { return nextFunction<decltype(&::sendfile)>("sendfile")(to, from, offset, size); },
+      ssize_t{-1});
 }
 
 int fsync(int) {
@@ -224,11 +228,11 @@ int syncfs(int) noexcept {
 }
 
 int truncate(const char* path, off_t size) noexcept {
-  return step([&] { return next<decltype(&::truncate)>("truncate")(path, size); }, -1);
+  return step([&] { return nextFunction<decltype(&::truncate)>("truncate")(path, size); }, -1);
 }
 
 int ftruncate(int file, off_t size) noexcept {
-  return step([&] { return next<decltype(&::ftruncate)>("ftruncate")(file, size); }, -1);
+  return step([&] { return nextFunction<decltype(&::ftruncate)>("ftruncate")(file, size); }, -1);
 }
 
 int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions_t* actions,
@@ -236,8 +240,8 @@ int posix_spawn(pid_t* process, const char* path, const posix_spawn_file_actions
                 char* const environment[]) {
   return step(
       [&] {
-        return next<decltype(&::posix_spawn)>("posix_spawn")(process, path, actions, attributes,
-                                                             arguments, environment);
+        return nextFunction<decltype(&::posix_spawn)>("posix_spawn")(
+            process, path, actions, attributes, arguments, environment);
       },
       failure);
 }
