@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <gtkmm/clipboard.h>
+#include <gtkmm/scrolledwindow.h>
 
 #include "linux/capture/CapturePanelTest.h"
 
@@ -220,6 +221,30 @@ TEST_F(LinuxCaptureEditorTest, StopsMeasuringALongTextOnceItIsHighEnough) {
   ASSERT_TRUE(waitUntil([&] { return buffer()->get_char_count() > 900'000; }));
   EXPECT_GT(editor().textHeight(4000), 4000);
   EXPECT_LT(editor().textHeight(4000), 100'000);
+}
+
+TEST_F(LinuxCaptureEditorTest, BreaksItsLinesAtTheSamePlacesBesideAScrollBar) {
+  ASSERT_TRUE(open());
+  Gtk::TextView& view = panel_->textView();
+  const auto lineEnd = [&] {
+    auto end = buffer()->begin();
+    view.forward_display_line_end(end);
+    return end.get_offset();
+  };
+  const std::string words = "The boat leaves at nine and anyone who wants to join us is welcome. ";
+  buffer()->set_text(repeated(words, 2));
+  ASSERT_TRUE(waitUntil([&] { return isLaidOut(view); }));
+  auto& scroller = dynamic_cast<Gtk::ScrolledWindow&>(*view.get_parent());
+  const int before = lineEnd();
+  const int width = scroller.get_allocated_width();
+  buffer()->set_text(repeated(words, 40));
+  ASSERT_TRUE(waitUntil([&] { return view.get_allocated_width() < width; })) << "no scroll bar";
+  EXPECT_EQ(lineEnd(), before);
+  keyboard_.type("x");
+  ASSERT_TRUE(waitUntil([&] { return buffer()->get_text().find('x') != Glib::ustring::npos; }));
+  runPendingEvents();
+  EXPECT_EQ(scroller.get_allocated_width(), width);
+  EXPECT_LT(view.get_allocated_width(), width);
 }
 
 TEST_F(LinuxCaptureEditorTest, MovesTheCaretToTheEnd) {

@@ -7,12 +7,21 @@
 
 namespace navora {
 void CaptureCardView::paint(const Cairo::RefPtr<Cairo::Context>& context, Size size) {
+  const int scale = window_.get_scale_factor();
+  if (!card_ || cardSize_ != size || cardScale_ != scale) card_ = drawnCard(size);
+  cardSize_ = size;
+  cardScale_ = scale;
   context->save();
-  context->set_operator(Cairo::OPERATOR_CLEAR);
+  context->set_operator(Cairo::OPERATOR_SOURCE);
+  context->set_source(card_, 0, 0);
   context->paint();
   context->restore();
+}
 
-  context->save();
+Cairo::RefPtr<Cairo::Surface> CaptureCardView::drawnCard(Size size) {
+  const auto card = window_.get_window()->create_similar_surface(
+      Cairo::CONTENT_COLOR_ALPHA, static_cast<int>(size.width), static_cast<int>(size.height));
+  const auto context = Cairo::Context::create(card);
   context->push_group();
   {
     CairoCanvas canvas(context->cobj(), size);
@@ -24,7 +33,7 @@ void CaptureCardView::paint(const Cairo::RefPtr<Cairo::Context>& context, Size s
   const int layers = window_.get_screen()->is_composited() ? 1 : 4;
   for (int layer = 0; layer < layers; ++layer)
     context->paint();
-  context->restore();
+  return card;
 }
 
 void CaptureCardView::shape(Size size) {
@@ -45,6 +54,7 @@ void CaptureCardView::shape(Size size) {
 }
 
 void CaptureCardView::redraw(Size size) {
+  card_.clear();
   shape(size);
   window_.queue_draw();
 }

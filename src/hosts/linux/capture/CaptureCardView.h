@@ -14,7 +14,8 @@ class CaptureCardView {
   CaptureCardView(Gtk::Window& window, CapturePanelDelegate& delegate)
       : window_(window), delegate_(delegate) {}
 
-  // Paints the card over the whole window.
+  // Paints the card over the whole window. The card is drawn once for its size and appearance,
+  // because every key repaints the part of it behind the text.
   void paint(const Cairo::RefPtr<Cairo::Context>& context, Size size);
   // Shapes the window to the card's outline where no compositor runs, because transparent pixels
   // would be black there; removes the shape where one does.
@@ -23,8 +24,13 @@ class CaptureCardView {
   void redraw(Size size);
 
  private:
+  Cairo::RefPtr<Cairo::Surface> drawnCard(Size size);
+
   Gtk::Window& window_;
   CapturePanelDelegate& delegate_;
+  Cairo::RefPtr<Cairo::Surface> card_;
+  Size cardSize_;
+  int cardScale_ = 0;
 };
 
 }  // namespace navora

@@ -46,7 +46,9 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
       undo_(buffer_),
       heights_(buffer_),
       css_(Gtk::CssProvider::create()) {
-  scroller_.set_policy(Gtk::POLICY_NEVER, Gtk::POLICY_AUTOMATIC);
+  // With the policy "never", the view would ask for the width of its longest line, and the editor
+  // would grow beyond the card.
+  scroller_.set_policy(Gtk::POLICY_EXTERNAL, Gtk::POLICY_AUTOMATIC);
   scroller_.set_overlay_scrolling(true);
   scroller_.set_shadow_type(Gtk::SHADOW_NONE);
   scroller_.add(view_);
@@ -113,6 +115,8 @@ void LinuxCaptureEditor::connectView() {
         return false;
       },
       false));
+  connections_.push_back(view_.signal_size_allocate().connect(
+      [this](const Gtk::Allocation& area) { keepTextWidth(area.get_width()); }, false));
   connections_.push_back(view_.signal_focus_in_event().connect(reportFocus(true)));
   connections_.push_back(view_.signal_focus_out_event().connect(reportFocus(false)));
   connections_.push_back(view_.signal_draw().connect(
@@ -277,12 +281,28 @@ bool LinuxCaptureEditor::handleKey(const GdkEventKey& event) {
   return true;
 }
 
+void LinuxCaptureEditor::setScrollBarSpace(int width) {
+  scrollBarSpace_ = width;
+}
+
+// Lets a scroll bar that takes its own space, as the user may have chosen, take it from the margin,
+// so that the lines do not break anew when it appears.
+void LinuxCaptureEditor::keepTextWidth(int viewWidth) {
+  const int scrollBarWidth = scroller_.get_allocated_width() - viewWidth;
+  const int margin = std::max(0, sideMargin + scrollBarSpace_ - scrollBarWidth);
+  if (margin != view_.get_right_margin()) view_.set_right_margin(margin);
+}
+
+int LinuxCaptureEditor::laidOutWidth() const {
+  return view_.get_allocated_width() - view_.get_left_margin() - view_.get_right_margin();
+}
+
 int LinuxCaptureEditor::textWidth() const {
   const int width = scroller_.get_allocated_width();
   int wanted = 0;
   int height = 0;
   scroller_.get_size_request(wanted, height);
-  return std::max(1, (wanted > 0 ? wanted : width) - 2 * sideMargin);
+  return std::max(1, (wanted > 0 ? wanted : width) - 2 * sideMargin - scrollBarSpace_);
 }
 
 double LinuxCaptureEditor::textHeight(double enough) {
@@ -296,8 +316,8 @@ int LinuxCaptureEditor::lineHeight(int line) {
   const auto begin = buffer_->get_iter_at_line(line);
   auto end = begin;
   if (!end.ends_line()) end.forward_to_line_end();
-  const bool isLaidOut = !layoutIsOutdated_ && !isComposing() && view_.get_mapped() &&
-                         view_.get_allocated_width() == textWidth() + 2 * sideMargin;
+  const bool isLaidOut =
+      !layoutIsOutdated_ && !isComposing() && view_.get_mapped() && laidOutWidth() == textWidth();
   return isLaidOut ? laidOutHeight(begin, end) : measuredHeight(begin, end);
 }
 
@@ -332,7 +352,7 @@ bool LinuxCaptureEditor::drawPlaceholder(const Cairo::RefPtr<Cairo::Context>& co
   int y = 0;
   view_.buffer_to_window_coords(Gtk::TEXT_WINDOW_WIDGET, 0, caret.get_y(), x, y);
   const auto layout = layoutOf(placeholder_);
-  layout->set_width((view_.get_allocated_width() - 2 * sideMargin) * PANGO_SCALE);
+  layout->set_width(textWidth() * PANGO_SCALE);
   layout->set_ellipsize(Pango::ELLIPSIZE_END);
   const Color color = style_.placeholder;
   context->set_source_rgba(color.red, color.green, color.blue, color.alpha);

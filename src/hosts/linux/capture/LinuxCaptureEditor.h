@@ -28,6 +28,9 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   // that shows its text or its candidates in a window of its own uses keys while isComposing() is
   // false.
   bool inputMethodTakes(const GdkEventKey& event);
+  // Sets the width of the empty strip at the right of the text, in pixels, where the scroll bar is
+  // shown. The widget must be wider by as much.
+  void setScrollBarSpace(int width);
   // Handles the keys of undo and redo and Shift+Tab; returns false for any other key.
   bool handleKey(const GdkEventKey& event);
 
@@ -55,6 +58,9 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   bool isEmpty() const;
   Glib::RefPtr<Pango::Layout> layoutOf(const Glib::ustring& text);
   void setLineHeight(double lineHeight);
+  void keepTextWidth(int viewWidth);
+  // The width of the lines as the view shows them, and as the editor's size asks for them.
+  int laidOutWidth() const;
   int textWidth() const;
   int lineHeight(int line);
   int laidOutHeight(const Gtk::TextIter& begin, const Gtk::TextIter& end);
@@ -66,6 +72,7 @@ class LinuxCaptureEditor final : public CaptureEditorView {
   Glib::RefPtr<Gtk::TextBuffer> buffer_;
   TextUndo undo_;
   LineHeights heights_;
+  int scrollBarSpace_ = 0;
   // The width in pixels that the heights are for.
   int heightsWidth_ = 0;
   Glib::RefPtr<Gtk::CssProvider> css_;

@@ -20,6 +20,9 @@
 namespace navora {
 namespace {
 
+// From the right edge of the card.
+constexpr int scrollBarDistance = 2;
+
 int pixels(double length) {
   return static_cast<int>(std::lround(length));
 }
@@ -108,6 +111,8 @@ void LinuxCapturePanel::useAlphaVisual() {
   }
   connections_.push_back(window_.get_screen()->signal_composited_changed().connect(
       sigc::mem_fun(*this, &LinuxCapturePanel::redrawSurface)));
+  connections_.push_back(
+      window_.get_screen()->signal_monitors_changed().connect([this] { visibleFrame_.reset(); }));
 }
 
 void LinuxCapturePanel::connectEvents() {
@@ -143,6 +148,7 @@ void LinuxCapturePanel::configured(const GdkEventConfigure& event) {
   if (!isVisible() || (!movedByUser_ && event.send_event == FALSE)) return;
   frame_.x = event.x;
   frame_.y = event.y;
+  visibleFrame_.reset();
 }
 
 bool LinuxCapturePanel::keyPressed(const GdkEventKey& event) {
@@ -184,6 +190,7 @@ void LinuxCapturePanel::setFrame(const Rectangle& frame) {
   const bool moved = wanted.x != frame_.x || wanted.y != frame_.y;
   const bool resized = wanted.width != frame_.width || wanted.height != frame_.height;
   frame_ = wanted;
+  if (moved || resized) visibleFrame_.reset();
   if (moved) {
     movedByUser_ = false;
     window_.move(frame_.x, frame_.y);
@@ -192,6 +199,11 @@ void LinuxCapturePanel::setFrame(const Rectangle& frame) {
 }
 
 std::optional<Rectangle> LinuxCapturePanel::screenVisibleFrame() const {
+  if (!visibleFrame_) visibleFrame_ = findScreenVisibleFrame();
+  return *visibleFrame_;
+}
+
+std::optional<Rectangle> LinuxCapturePanel::findScreenVisibleFrame() const {
   const auto monitor = Gdk::Display::get_default()->get_monitor_at_point(
       frame_.x + frame_.width / 2, frame_.y + frame_.height / 2);
   if (!monitor) return std::nullopt;
@@ -230,6 +242,7 @@ void LinuxCapturePanel::orderFront() {
 
 void LinuxCapturePanel::moveToFrame() {
   movedByUser_ = false;
+  visibleFrame_.reset();
   window_.move(frame_.x, frame_.y);
 }
 
@@ -299,6 +312,10 @@ void LinuxCapturePanel::placeChildren() {
     widget.set_size_request(pixels(frame.width), pixels(frame.height));
     content_.move(widget, pixels(frame.x), pixels(size().height - frame.maxY()));
   };
+  // The scroll bar is shown beside the text, in the padding of the card.
+  const int scrollBarSpace = std::max(0, pixels(layout_.padding) - scrollBarDistance);
+  editor_.setScrollBarSpace(scrollBarSpace);
+  frames.editor.width += scrollBarSpace;
   place(editor_.widget(), frames.editor);
   place(messageClip_, frames.message);
   place(button_.widget(), frames.button);

@@ -67,6 +67,7 @@ class LinuxCapturePanel final : public CapturePanelView {
   bool buttonPressed(const GdkEventButton& event);
   void configured(const GdkEventConfigure& event);
   void moveToFrame();
+  std::optional<Rectangle> findScreenVisibleFrame() const;
   void placeChildren();
   Size size() const;
 
@@ -74,6 +75,9 @@ class LinuxCapturePanel final : public CapturePanelView {
   ColorScheme& colorScheme_;
   // In GDK's coordinates: the requested frame, at the position the user has dragged it to.
   GdkRectangle frame_{};
+  // The result of screenVisibleFrame(), which asks the X server; nullopt after the panel or a
+  // monitor changed.
+  mutable std::optional<std::optional<Rectangle>> visibleFrame_;
   CapturePanelLayout layout_;
   // Since the panel was last shown or moved by setFrame().
   bool movedByUser_ = false;
