@@ -42,7 +42,7 @@ std::string cssFrom(const CaptureEditorStyle& style) {
       << cssFamily(style.family) << " }"
       << "textview text { background: none; color: " << cssColor(style.ink)
       << "; caret-color: " << cssColor(style.caret) << "; }"
-      << "scrolledwindow, viewport { background: none; border: none; }"
+      << "scrolledwindow, viewport, scrollbar, trough { background: none; border: none; }"
       << "undershoot, overshoot { background: none; }";
   return css.str();
 }

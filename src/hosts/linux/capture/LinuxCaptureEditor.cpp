@@ -53,6 +53,7 @@ LinuxCaptureEditor::LinuxCaptureEditor(CaptureEditorDelegate& delegate)
   scroller_.set_shadow_type(Gtk::SHADOW_NONE);
   scroller_.add(view_);
   applyTo(scroller_, css_);
+  applyTo(*scroller_.get_vscrollbar(), css_);
   applyTo(view_, css_);
 
   view_.set_wrap_mode(Gtk::WRAP_WORD_CHAR);
