@@ -59,7 +59,8 @@ DesktopWording LinuxPlatform::wording() const {
 std::unique_ptr<StatusItem> LinuxPlatform::makeStatusItem(const StatusItemDescription& description,
                                                           MenuDelegate& delegate) {
   return std::make_unique<LinuxStatusItem>(description, delegate, application_.commands(),
-                                           *colorScheme_, missingTray_);
+                                           *colorScheme_, missingTray_,
+                                           resources_.folder().parent_path() / "icons");
 }
 
 std::unique_ptr<UpdateBannerView> LinuxPlatform::makeUpdateBannerView() {

@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <filesystem>
 #include <iostream>
 #include <memory>
 #include <optional>
@@ -20,6 +21,7 @@
 #include "linux/support/FakeSettingsPortal.h"
 #include "linux/support/FakeTray.h"
 #include "linux/support/MainLoop.h"
+#include "tests/support/Files.h"
 
 namespace navora {
 namespace {
@@ -52,7 +54,7 @@ class LinuxStatusItemTest : public testing::Test {
     return std::make_unique<LinuxStatusItem>(
         StatusItemDescription{NavoraIcon::menuBarTemplate(imaging_, 18), "Navora", statusMenu()},
         delegate_, ApplicationCommands{[this] { ++hides_; }, [this] { ++terminations_; }},
-        colorScheme_, missingTray_);
+        colorScheme_, missingTray_, iconThemes_.path());
   }
   // Makes the item and waits until it is in the tray.
   testing::AssertionResult showItem() {
@@ -96,6 +98,7 @@ class LinuxStatusItemTest : public testing::Test {
   int hides_ = 0;
   int terminations_ = 0;
   FakeTray tray_;
+  TemporaryDirectory iconThemes_;
   std::unique_ptr<LinuxStatusItem> item_;
 };
 
@@ -112,13 +115,24 @@ TEST_F(LinuxStatusItemTest, HasTheItemsProperties) {
   EXPECT_EQ(text("Id"), "example.navora.Navora");
   EXPECT_EQ(text("Title"), "Navora");
   EXPECT_EQ(text("Status"), "Active");
-  EXPECT_EQ(text("IconName"), "");
+  EXPECT_EQ(text("IconName"), "") << "an icon that is not installed";
+  EXPECT_EQ(text("IconThemePath"), iconThemes_.path().string());
   EXPECT_EQ(text("Menu"), DBusMenu::path);
   EXPECT_FALSE(g_variant_get_boolean(itemProperty("ItemIsMenu").get()));
   const char* title = nullptr;
   const auto toolTip = itemProperty("ToolTip");
   g_variant_get(toolTip.get(), "(&s@a(iiay)&s&s)", nullptr, nullptr, &title, nullptr);
   EXPECT_STREQ(title, "Navora");
+}
+
+TEST_F(LinuxStatusItemTest, NamesItsSymbolicIcon) {
+  const auto folder = iconThemes_.path() / "hicolor/symbolic/apps";
+  std::filesystem::create_directories(folder);
+  writeFile(folder / "example.navora.Navora-symbolic.svg", "<svg/>");
+  ASSERT_TRUE(showItem());
+  EXPECT_STREQ(g_variant_get_string(itemProperty("IconName").get(), nullptr),
+               "example.navora.Navora-symbolic");
+  EXPECT_NE(g_variant_n_children(itemProperty("IconPixmap").get()), 0U);
 }
 
 TEST_F(LinuxStatusItemTest, ReturnsAllProperties) {
@@ -320,7 +334,8 @@ class StatusItemWithoutTrayTest : public testing::Test {
   void makeItem() {
     item_ = std::make_unique<LinuxStatusItem>(
         StatusItemDescription{NavoraIcon::menuBarTemplate(imaging_, 18), "Navora", statusMenu()},
-        delegate_, ApplicationCommands{[] {}, [] {}}, colorScheme_, missingTray_);
+        delegate_, ApplicationCommands{[] {}, [] {}}, colorScheme_, missingTray_,
+        std::filesystem::path());
   }
   // Waits until standard error contains the text; appends everything written meanwhile to `log`.
   static testing::AssertionResult waitForError(const std::string& text, std::string& log) {
@@ -375,7 +390,8 @@ TEST(StatusItemDeathTest, LogsOnceThatThereIsNoTrayWithoutASessionBus) {
           return std::make_unique<LinuxStatusItem>(
               StatusItemDescription{NavoraIcon::menuBarTemplate(imaging, 18), "Navora",
                                     statusMenu()},
-              delegate, ApplicationCommands{[] {}, [] {}}, colorScheme, missingTray);
+              delegate, ApplicationCommands{[] {}, [] {}}, colorScheme, missingTray,
+              std::filesystem::path());
         };
         // The first is destroyed before the bus is found missing.
         make().reset();
@@ -501,7 +517,7 @@ TEST_F(StatusItemColorSchemeTest, FollowsTheColourScheme) {
   RecordingMenuDelegate delegate;
   ASSERT_TRUE(waitUntil([&] { return portal.reads() > 0; }));
   LinuxStatusItem item({NavoraIcon::menuBarTemplate(imaging, 18), "Navora", statusMenu()}, delegate,
-                       {[] {}, [] {}}, colorScheme, missingTray);
+                       {[] {}, [] {}}, colorScheme, missingTray, std::filesystem::path());
   ASSERT_TRUE(waitUntil([&] { return tray.has(item.busName()); }));
   const auto red = [&] {
     return redOf(tray.property(item.busName(), itemPath, itemInterface, "IconPixmap").get());

@@ -1,10 +1,14 @@
+#include <cmath>
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtkmm/icontheme.h>
 
+#include "app/NavoraIcon.h"
+#include "hosts/linux/graphics/LinuxImaging.h"
 #include "hosts/linux/system/ApplicationId.h"
 #include "hosts/linux/window/ApplicationIcon.h"
 #include "linux/window/WindowTest.h"
@@ -90,6 +94,32 @@ TEST_F(WindowIconTest, TheMainWindowHasTheIconInTheUsualSizes) {
 TEST_F(WindowIconTest, TheIconThemeKnowsTheIcon) {
   useApplicationIcon(NAVORA_DATA_FOLDER);
   EXPECT_TRUE(theme_->has_icon(applicationId));
+}
+
+// As panels recolour it: GTK fills the outlines with the colour of the text.
+TEST_F(WindowIconTest, TheSymbolicIconIsTheMarkInTheColourOfThePanel) {
+  constexpr int size = 64;
+  useApplicationIcon(NAVORA_DATA_FOLDER);
+  auto found = theme_->lookup_icon(std::string(applicationId) + "-symbolic", size,
+                                   Gtk::ICON_LOOKUP_FORCE_SYMBOLIC);
+  ASSERT_TRUE(found);
+  bool isSymbolic = false;
+  const auto icon = found.load_symbolic(Gdk::RGBA("rgb(255, 128, 0)"), Gdk::RGBA(), Gdk::RGBA(),
+                                        Gdk::RGBA(), isSymbolic);
+  ASSERT_TRUE(isSymbolic);
+  ASSERT_EQ(icon->get_width(), size);
+  LinuxImaging imaging;
+  const auto mark = NavoraIcon::render(imaging, 1);
+  double difference = 0;
+  for (int y = 0; y < size; ++y) {
+    for (int x = 0; x < size; ++x) {
+      const guint8* pixel = icon->get_pixels() + y * icon->get_rowstride() + x * 4;
+      difference += std::abs(mark->colorAt(x, y)->alpha - pixel[3] / 255.0);
+      if (pixel[3] != 255) continue;
+      EXPECT_EQ(std::vector<int>(pixel, pixel + 3), (std::vector{255, 128, 0}));
+    }
+  }
+  EXPECT_LT(difference / (size * size), 0.002);
 }
 
 TEST_F(WindowIconTest, AFolderWithoutTheIconLeavesTheGenericOne) {

@@ -54,6 +54,8 @@ constexpr const char* itemInterface = R"xml(<node><interface name="org.kde.Statu
   <signal name="NewStatus"><arg type="s"/></signal>
 </interface></node>)xml";
 
+const std::string symbolicIconName = std::string(applicationId) + "-symbolic";
+
 bool isMissingService(const GError& error) {
   constexpr std::array codes{G_DBUS_ERROR_NO_REPLY, G_DBUS_ERROR_SERVICE_UNKNOWN,
                              G_DBUS_ERROR_NAME_HAS_NO_OWNER};
@@ -81,13 +83,16 @@ void MissingTrayWarning::logOnce() {
 
 LinuxStatusItem::LinuxStatusItem(const StatusItemDescription& description, MenuDelegate& delegate,
                                  ApplicationCommands commands, ColorScheme& colorScheme,
-                                 MissingTrayWarning& missingTray)
+                                 MissingTrayWarning& missingTray, std::filesystem::path iconThemes)
     : description_(description),
       delegate_(delegate),
       commands_(std::move(commands)),
       colorScheme_(colorScheme),
       missingTray_(missingTray),
       busName_(nextBusName()),
+      iconThemes_(std::move(iconThemes)),
+      hasSymbolicIcon_(std::filesystem::exists(iconThemes_ / "hicolor/symbolic/apps" /
+                                               (symbolicIconName + ".svg"))),
       joining_(GObjectPtr<GCancellable>::adopt(g_cancellable_new())) {
   joinSharedBus(
       G_BUS_TYPE_SESSION, joining_.get(),
@@ -173,11 +178,16 @@ GVariant* LinuxStatusItem::property(const char* name) const {
   if (wanted == "Title") return g_variant_new_string(title);
   if (wanted == "Status") return g_variant_new_string("Active");
   if (wanted == "WindowId") return g_variant_new_int32(0);
+  // Panels recolour a symbolic icon, because only they know their own colour. The pixmaps are for
+  // panels that know no names or do not find the icon.
+  if (wanted == "IconName" && hasSymbolicIcon_)
+    return g_variant_new_string(symbolicIconName.c_str());
+  if (wanted == "IconThemePath") return g_variant_new_string(iconThemes_.c_str());
   if (wanted == "IconPixmap") return g_variant_ref(icon_.get());
   if (wanted == "ToolTip") return g_variant_new("(s@a(iiay)ss)", "", noPixmaps(), title, "");
   if (wanted == "ItemIsMenu") return g_variant_new_boolean(FALSE);
   if (wanted == "Menu") return g_variant_new_object_path(DBusMenu::path);
-  // The item uses neither icon names, overlays nor attention icons.
+  // The item uses neither overlays nor attention icons.
   if (wanted.ends_with("Pixmap")) return noPixmaps();
   return g_variant_new_string("");
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
@@ -32,10 +33,11 @@ class MissingTrayWarning {
 // before this one is destroyed, within one turn of the main loop.
 class LinuxStatusItem final : public StatusItem {
  public:
-  // All references must outlive the item.
+  // All references must outlive the item. `iconThemes` is the folder with the executable's own
+  // icons.
   LinuxStatusItem(const StatusItemDescription& description, MenuDelegate& delegate,
                   ApplicationCommands commands, ColorScheme& colorScheme,
-                  MissingTrayWarning& missingTray);
+                  MissingTrayWarning& missingTray, std::filesystem::path iconThemes);
   ~LinuxStatusItem() override;
   LinuxStatusItem(const LinuxStatusItem&) = delete;
   LinuxStatusItem& operator=(const LinuxStatusItem&) = delete;
@@ -60,6 +62,8 @@ class LinuxStatusItem final : public StatusItem {
   ColorScheme& colorScheme_;
   MissingTrayWarning& missingTray_;
   const std::string busName_;
+  const std::filesystem::path iconThemes_;
+  const bool hasSymbolicIcon_;
   // The IconPixmap value for the desktop's current colour scheme.
   GVariantPtr icon_;
   sigc::connection schemeChanges_;
