@@ -111,6 +111,33 @@ TEST_F(NavigationTest, OpensAForeignDownloadLinkInTheBrowser) {
   expectOpenedInBrowser(foreign().url("/file.zip"));
 }
 
+class UnusualLinkTest : public NavigationTest, public testing::WithParamInterface<const char*> {};
+
+TEST_P(UnusualLinkTest, OpensInTheBrowser) {
+  page().click(GetParam());
+  expectOpenedInBrowser(foreign().url("/page"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Page, UnusualLinkTest,
+                         testing::Values("#detached-foreign", "#drawn", "#changing", "#host",
+                                         "#submit-foreign"));
+
+TEST_F(NavigationTest, OpensAMailLinkOutsideTheDocumentInTheMailProgram) {
+  page().click("#detached-mail");
+  expectOpenedInBrowser("mailto:detached@example.com");
+}
+
+TEST_F(NavigationTest, DropsAScriptedLoadOfALinkWhoseContextMenuWasDismissed) {
+  page().click("#foreign", MouseButton::right);
+  widget("menu item", "Open Link");
+  desktop().keyboard().chord("Escape");
+  waitUntil([&] { return !hasWidget("menu item", "Open Link"); }, "the menu is closed");
+  page().evaluate("location.href = '" + foreign().url("/page") + "'");
+  PageDriver outer = page();
+  outer.frame("#same-frame", "inner").click("#top-foreign");
+  expectNothingHappened();
+}
+
 TEST_F(NavigationTest, OpensAMailLinkInTheMailProgram) {
   page().click("#mail");
   expectOpenedInBrowser("mailto:user@example.com");

@@ -85,6 +85,15 @@ TEST_F(PageDialogTest, ChoosesAFile) {
   expectAnswer("files", "picture.png");
 }
 
+TEST_F(PageDialogTest, ChoosesAFileForAnInputOutsideTheDocument) {
+  const auto file = desktop().home() / "picture.png";
+  writeFile(file, "not really a picture");
+  page().click("#detached");
+  widget("file chooser");
+  desktop().keyboard().type(file.string() + "\n");
+  expectAnswer("detached", "picture.png");
+}
+
 TEST_F(PageDialogTest, CancelsAFileChooser) {
   page().click("#files");
   widget("file chooser");

@@ -19,6 +19,12 @@ PageAction action(Kind kind, const std::string& address, bool mainFrame = true) 
   return {kind, FrameInfo{mainFrame, url("https://navora.example/page")}, url(address)};
 }
 
+PageAction actionWithId(const std::string& id, const std::string& address) {
+  PageAction result = action(Kind::link, address);
+  result.id = id;
+  return result;
+}
+
 PageAction fileChooser(bool directories, bool mainFrame = true) {
   PageAction result{Kind::chooseFiles, FrameInfo{mainFrame, url("https://navora.example/page")},
                     std::nullopt};
@@ -52,6 +58,7 @@ TEST_F(PageActionsTest, OnlyTheExactUrlMatches) {
 TEST_F(PageActionsTest, ActionsOfEveryKindMatchNavigations) {
   for (const Kind kind : {Kind::link, Kind::contextMenu, Kind::form, Kind::openWindow}) {
     actions_.add(action(kind, "https://navora.example/a"));
+    if (kind == Kind::contextMenu) actions_.contextMenuLinkChosen();
     const auto taken = actions_.takeNavigation(url("https://navora.example/a"));
     ASSERT_TRUE(taken);
     EXPECT_EQ(taken->kind, kind);
@@ -59,8 +66,10 @@ TEST_F(PageActionsTest, ActionsOfEveryKindMatchNavigations) {
 }
 
 TEST_F(PageActionsTest, AnActionExpires) {
-  actions_.add(action(Kind::link, "https://navora.example/a"));
-  actions_.add(action(Kind::link, "https://navora.example/b"));
+  actions_.add(actionWithId("1", "https://navora.example/a"));
+  actions_.add(actionWithId("2", "https://navora.example/b"));
+  actions_.eventOver("1");
+  actions_.eventOver("2");
   now_ += PageActions::lifetime;
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
   now_ += 1ns;
@@ -83,15 +92,60 @@ TEST_F(PageActionsTest, TheOldestIsDroppedAboveTheLimit) {
     EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/" + std::to_string(index))));
 }
 
-TEST_F(PageActionsTest, AContextMenuDoesNotExpire) {
-  actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
+TEST_F(PageActionsTest, AnActionDoesNotExpireDuringItsEvent) {
+  actions_.add(actionWithId("1", "https://navora.example/a"));
+  actions_.eventOver("2");
   now_ += 1h;
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
+}
+
+TEST_F(PageActionsTest, AnEndedActionMatchesNoMore) {
+  actions_.add(actionWithId("1", "https://navora.example/a"));
+  actions_.add(actionWithId("2", "https://navora.example/a"));
+  actions_.end("2");
+  EXPECT_EQ(actions_.takeNavigation(url("https://navora.example/a")),
+            actionWithId("1", "https://navora.example/a"));
+  EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
+}
+
+TEST_F(PageActionsTest, AnEndForgetsNoOtherAction) {
+  actions_.add(actionWithId("1", "https://navora.example/a"));
+  for (const char* id : {"2", "", "11"})
+    actions_.end(id);
+  EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
+}
+
+TEST_F(PageActionsTest, AContextMenuMatchesOnlyWhenItsLinkIsChosen) {
+  actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
+  EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
+  // It may stay open.
+  now_ += 1h;
+  actions_.contextMenuLinkChosen();
+  EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/b")));
+  EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
+  EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
+}
+
+TEST_F(PageActionsTest, AChosenLinkExpires) {
+  actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
+  actions_.contextMenuLinkChosen();
+  now_ += PageActions::lifetime + 1ns;
+  EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
+}
+
+TEST_F(PageActionsTest, ALinkOfTheContextMenuIsChosenOnce) {
+  actions_.contextMenuLinkChosen();
+  actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
+  actions_.contextMenuLinkChosen();
+  actions_.contextMenuLinkChosen();
+  EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
+  EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
 }
 
 TEST_F(PageActionsTest, ANewContextMenuReplacesTheOld) {
   actions_.add(action(Kind::contextMenu, "https://navora.example/a"));
   actions_.add(action(Kind::contextMenu, "https://navora.example/b"));
+  actions_.contextMenuLinkChosen();
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/b")));
 }
@@ -117,17 +171,28 @@ TEST_F(PageActionsTest, AFormWithoutAUrlMatchesNothing) {
 
 TEST_F(PageActionsTest, FileChoosersAndNavigationsAreSeparate) {
   actions_.add(action(Kind::link, "https://navora.example/a"));
-  EXPECT_FALSE(actions_.takeFileChooser());
+  EXPECT_FALSE(actions_.takeFileChooser(false));
   actions_.add(fileChooser(true));
   EXPECT_TRUE(actions_.takeNavigation(url("https://navora.example/a")));
-  EXPECT_EQ(actions_.takeFileChooser(), fileChooser(true));
-  EXPECT_FALSE(actions_.takeFileChooser());
+  EXPECT_EQ(actions_.takeFileChooser(false), fileChooser(true));
+  EXPECT_FALSE(actions_.takeFileChooser(false));
+}
+
+TEST_F(PageActionsTest, AChooserOfSeveralFilesIsAnotherThanOneOfASingleFile) {
+  PageAction several = fileChooser(false);
+  several.multiple = true;
+  actions_.add(several);
+  EXPECT_FALSE(actions_.takeFileChooser(false));
+  EXPECT_EQ(actions_.takeFileChooser(true), several);
 }
 
 TEST_F(PageActionsTest, AFileChooserExpires) {
-  actions_.add(fileChooser(false));
+  PageAction chooser = fileChooser(false);
+  chooser.id = "1";
+  actions_.add(chooser);
+  actions_.eventOver("1");
   now_ += PageActions::lifetime + 1ns;
-  EXPECT_FALSE(actions_.takeFileChooser());
+  EXPECT_FALSE(actions_.takeFileChooser(false));
 }
 
 TEST_F(PageActionsTest, ClearForgetsAllActions) {
@@ -135,9 +200,10 @@ TEST_F(PageActionsTest, ClearForgetsAllActions) {
   actions_.add(action(Kind::contextMenu, "https://navora.example/b"));
   actions_.add(fileChooser(false));
   actions_.clear();
+  actions_.contextMenuLinkChosen();
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/a")));
   EXPECT_FALSE(actions_.takeNavigation(url("https://navora.example/b")));
-  EXPECT_FALSE(actions_.takeFileChooser());
+  EXPECT_FALSE(actions_.takeFileChooser(false));
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ LinuxWebView::LinuxWebView(WebSession& session, const WebViewConfiguration& conf
       loadTimeout_(view_.get()),
       navigationEvents_(*this, view_.get(), session.context(), bridge_.actions(), loadTimeout_),
       pageDialogs_(view_.get(), bridge_),
-      contextMenu_(view_.get()) {
+      contextMenu_(view_.get(), bridge_.actions()) {
   webkit_settings_set_enable_back_forward_navigation_gestures(
       webkit_web_view_get_settings(view_.get()), TRUE);
   startWebProcess();

@@ -34,28 +34,47 @@ bool explains(const PageAction& action, const Url& url) {
 PageActions::PageActions(Clock clock) : clock_(std::move(clock)) {}
 
 void PageActions::add(PageAction action) {
-  forgetExpired();
+  // A menu may stay open for any time; there is one at a time.
   if (action.kind == PageAction::Kind::contextMenu) {
-    // Context menus do not expire, since they may stay open; there is one at a time.
-    std::erase_if(entries_, [](const Entry& entry) {
-      return entry.action.kind == PageAction::Kind::contextMenu;
-    });
+    contextMenu_ = std::move(action);
+  } else {
+    keep({std::move(action), std::nullopt});
   }
+}
+
+void PageActions::keep(Entry entry) {
+  forgetExpired();
   if (entries_.size() == maximumCount) entries_.erase(entries_.begin());
-  entries_.push_back({std::move(action), clock_()});
+  entries_.push_back(std::move(entry));
+}
+
+void PageActions::end(const std::string& id) {
+  std::erase_if(entries_, [&](const Entry& entry) { return entry.action.id == id; });
+}
+
+void PageActions::eventOver(const std::string& id) {
+  for (Entry& entry : entries_) {
+    if (entry.action.id == id) entry.due = clock_();
+  }
+}
+
+void PageActions::contextMenuLinkChosen() {
+  if (contextMenu_) keep({*std::exchange(contextMenu_, std::nullopt), clock_()});
 }
 
 std::optional<PageAction> PageActions::takeNavigation(const Url& url) {
   return take([&](const PageAction& action) { return explains(action, url); });
 }
 
-std::optional<PageAction> PageActions::takeFileChooser() {
-  return take(
-      [](const PageAction& action) { return action.kind == PageAction::Kind::chooseFiles; });
+std::optional<PageAction> PageActions::takeFileChooser(bool multiple) {
+  return take([=](const PageAction& action) {
+    return action.kind == PageAction::Kind::chooseFiles && action.multiple == multiple;
+  });
 }
 
 void PageActions::clear() {
   entries_.clear();
+  contextMenu_.reset();
 }
 
 template <typename Matches>
@@ -71,9 +90,8 @@ std::optional<PageAction> PageActions::take(Matches matches) {
 
 void PageActions::forgetExpired() {
   const auto now = clock_();
-  std::erase_if(entries_, [&](const Entry& entry) {
-    return entry.action.kind != PageAction::Kind::contextMenu && now - entry.time > lifetime;
-  });
+  std::erase_if(entries_,
+                [&](const Entry& entry) { return entry.due && now - *entry.due > lifetime; });
 }
 
 }  // namespace navora

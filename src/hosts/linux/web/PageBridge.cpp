@@ -74,8 +74,12 @@ std::optional<PageAction::Kind> kindOf(const Json& fact) {
 std::optional<PageAction> actionFrom(const Json& fact, const FrameInfo& frame) {
   const auto kind = kindOf(fact);
   if (!kind) return std::nullopt;
-  return PageAction{*kind, frame, urlMember(fact, "href"),
-                    boolMember(fact, "directories").value_or(false)};
+  return PageAction{*kind,
+                    frame,
+                    urlMember(fact, "href"),
+                    boolMember(fact, "directories").value_or(false),
+                    boolMember(fact, "multiple").value_or(false),
+                    stringMember(fact, "id").value_or("")};
 }
 
 }  // namespace
@@ -104,8 +108,9 @@ void PageBridge::addBridgeScripts(const WebViewConfiguration& configuration) {
     addScript(withArguments(script, arguments), WEBKIT_USER_CONTENT_INJECT_TOP_FRAME,
               WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, world);
   };
-  addScript(std::string(scripts::frameWorld), WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES,
-            WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START, isolatedScriptWorld);
+  addScript(withArguments(scripts::frameWorld, Json::array({announcementChannel})),
+            WEBKIT_USER_CONTENT_INJECT_ALL_FRAMES, WEBKIT_USER_SCRIPT_INJECT_AT_DOCUMENT_START,
+            isolatedScriptWorld);
   addTop(scripts::bridgeWorld, {origin, announcementChannel}, isolatedScriptWorld);
   addTop(scripts::pageWorld,
          {origin, configuration.messageHandlerNames, dialogToken_, announcementChannel}, nullptr);
@@ -149,24 +154,23 @@ void PageBridge::onBridgeMessage(WebKitUserContentManager*, WebKitJavascriptResu
 }
 
 void PageBridge::handleAnnouncement(const Json& source, const Json& announcement) {
-  const FrameInfo topFrame{true, urlMember(source, "frameUrl")};
-  if (stringMember(announcement, "kind") == "message") {
-    const auto name = stringMember(announcement, "name");
-    const auto body = stringMember(announcement, "body");
-    if (name && body) handler_->didReceiveScriptMessage({*name, *body, topFrame});
-  } else if (auto action = actionFrom(announcement, topFrame)) {
-    actions_.add(*std::move(action));
-  }
+  const auto name = stringMember(announcement, "name");
+  const auto body = stringMember(announcement, "body");
+  if (!name || !body) return;
+  handler_->didReceiveScriptMessage({*name, *body, {true, urlMember(source, "frameUrl")}});
 }
 
 void PageBridge::onFrameMessage(WebKitUserContentManager*, WebKitJavascriptResult* result,
                                 gpointer self) {
   const auto envelope = envelopeFrom(result);
-  const Json* source = envelope ? objectMember(*envelope, "source") : nullptr;
+  if (!envelope) return;
+  auto& actions = static_cast<PageBridge*>(self)->actions_;
+  if (const auto ended = stringMember(*envelope, "ended")) return actions.end(*ended);
+  if (const auto over = stringMember(*envelope, "over")) return actions.eventOver(*over);
+  const Json* source = objectMember(*envelope, "source");
   if (source == nullptr) return;
   const FrameInfo frame{boolMember(*source, "top").value_or(false), urlMember(*source, "frameUrl")};
-  if (auto action = actionFrom(*envelope, frame))
-    static_cast<PageBridge*>(self)->actions_.add(*std::move(action));
+  if (auto action = actionFrom(*envelope, frame)) actions.add(*std::move(action));
 }
 
 }  // namespace navora

@@ -41,22 +41,35 @@ void removeLeftOverSeparators(WebKitContextMenu* menu) {
 
 }  // namespace
 
-PageContextMenu::PageContextMenu(WebKitWebView* view)
-    : signal_(view, "context-menu", G_CALLBACK(onContextMenu), nullptr) {}
+PageContextMenu::PageContextMenu(WebKitWebView* view, PageActions& actions)
+    : actions_(actions), signal_(view, "context-menu", G_CALLBACK(onContextMenu), this) {}
 
 gboolean PageContextMenu::onContextMenu(WebKitWebView*, WebKitContextMenu* menu, GdkEvent*,
-                                        WebKitHitTestResult*, gpointer) {
+                                        WebKitHitTestResult*, gpointer self) {
+  static_cast<PageContextMenu*>(self)->removeUnsupportedItems(menu);
+  removeLeftOverSeparators(menu);
+  const bool isEmpty = webkit_context_menu_get_n_items(menu) == 0;
+  return isEmpty ? TRUE : FALSE;
+}
+
+void PageContextMenu::removeUnsupportedItems(WebKitContextMenu* menu) {
+  linkChosen_ = {};
   for (guint index = 0; index < webkit_context_menu_get_n_items(menu);) {
     WebKitContextMenuItem* item = webkit_context_menu_get_item_at_position(menu, index);
     if (isRemoved(item)) {
       webkit_context_menu_remove(menu, item);
-    } else {
-      ++index;
+      continue;
     }
+    if (webkit_context_menu_item_get_stock_action(item) == WEBKIT_CONTEXT_MENU_ACTION_OPEN_LINK) {
+      linkChosen_ = SignalConnection(webkit_context_menu_item_get_gaction(item), "activate",
+                                     G_CALLBACK(onLinkChosen), this);
+    }
+    ++index;
   }
-  removeLeftOverSeparators(menu);
-  const bool isEmpty = webkit_context_menu_get_n_items(menu) == 0;
-  return isEmpty ? TRUE : FALSE;
+}
+
+void PageContextMenu::onLinkChosen(GAction*, GVariant*, gpointer self) {
+  static_cast<PageContextMenu*>(self)->actions_.contextMenuLinkChosen();
 }
 
 }  // namespace navora

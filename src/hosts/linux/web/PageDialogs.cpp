@@ -106,10 +106,9 @@ void PageDialogs::askDelegate(const std::shared_ptr<WebKitScriptDialog>& held) {
 }
 
 void PageDialogs::runFileChooser(WebKitFileChooserRequest* request) {
-  const auto action = bridge_.actions().takeFileChooser();
-  const OpenPanelParameters parameters{
-      webkit_file_chooser_request_get_select_multiple(request) != FALSE,
-      action && action->directories};
+  const bool multiple = webkit_file_chooser_request_get_select_multiple(request) != FALSE;
+  const auto action = bridge_.actions().takeFileChooser(multiple);
+  const OpenPanelParameters parameters{multiple, action && action->directories};
   if (delegate_ == nullptr) return webkit_file_chooser_request_cancel(request);
 
   const auto held = GObjectPtr<WebKitFileChooserRequest>::retain(request);

@@ -11,9 +11,14 @@
   const {apply, defineProperty} = Reflect;
   const {freeze} = Object;
   const {stringify} = JSON;
-  const {CustomEvent, String, URL} = window;
+  const {CustomEvent, MouseEvent, String, URL} = window;
   const {dispatchEvent} = EventTarget.prototype;
-  const baseUri = Object.getOwnPropertyDescriptor(Node.prototype, 'baseURI').get;
+  const {getRootNode} = Node.prototype;
+  const getter = ({prototype}, name) => Object.getOwnPropertyDescriptor(prototype, name).get;
+  const baseUri = getter(Node, 'baseURI');
+  const eventType = getter(Event, 'type');
+  const inputType = getter(HTMLInputElement, 'type');
+  const urlHref = getter(URL, 'href');
   const page = window;
   const pageDocument = document;
 
@@ -21,7 +26,8 @@
   // bridgeWorld.js says that its listener is registered.
   let waiting = [];
   const dispatch = (fact) => {
-    apply(dispatchEvent, page, [new CustomEvent(channel, {detail: stringify(fact)})]);
+    const init = {__proto__: null, detail: stringify(fact)};
+    apply(dispatchEvent, page, [new CustomEvent(channel, init)]);
   };
   const announce = (fact) => void (waiting ? waiting.push(fact) : dispatch(fact));
   page.addEventListener(channel + '-ready', () => {
@@ -35,7 +41,7 @@
   for (const name of handlerNames) {
     handlers[name] = freeze({
       postMessage(body) {
-        announce({kind: 'message', name, body: stringify(body) ?? 'null'});
+        announce({__proto__: null, name, body: stringify(body) ?? 'null'});
       },
     });
   }
@@ -57,22 +63,60 @@
     return apply(nativePrompt, page, [dialogToken + String(message), String(defaultText)]);
   };
 
-  const nativeOpen = page.open;
-  page.open = function open(url = '', ...rest) {
-    try {
-      const {href} = new URL(String(url), apply(baseUri, pageDocument, []));
-      announce({kind: 'open', href});
-    } catch {
-      // Not a URL: the native function throws the error below.
-    }
-    return apply(nativeOpen, page, [url, ...rest]);
+  // The isolated world sees only events that reach the window. Here it is told of the other trees,
+  // and of what raises no event. frameWorld.js takes the nodes from these events.
+  const hand = (kind, relatedTarget) => {
+    const init = {__proto__: null, relatedTarget};
+    apply(dispatchEvent, page, [new MouseEvent(`${channel}-${kind}`, init)]);
+  };
+  const handRootOf = (node) => {
+    const root = apply(getRootNode, node, []);
+    if (root !== pageDocument) hand('root', root);
+  };
+  // Calls `before` with the receiver and arguments of each call of a native function, and `after`
+  // with the result.
+  const wrap = (owner, name, before, after) => {
+    const native = owner[name];
+    if (!native) return;
+    const wrapper = {
+      [name]() {
+        before?.(this, arguments);
+        const result = apply(native, this, arguments);
+        after?.(result);
+        return result;
+      },
+    }[name];
+    defineProperty(wrapper, 'length', {__proto__: null, value: native.length});
+    owner[name] = wrapper;
   };
 
-  const nativeShowPicker = HTMLInputElement.prototype.showPicker;
-  if (nativeShowPicker) {
-    HTMLInputElement.prototype.showPicker = function showPicker() {
-      announce({kind: 'files', directories: this.webkitdirectory === true});
-      return apply(nativeShowPicker, this, []);
-    };
-  }
+  const announceWindow = (url) => {
+    try {
+      const target = new URL(String(url), apply(baseUri, pageDocument, []));
+      const init = {__proto__: null, detail: apply(urlHref, target, [])};
+      apply(dispatchEvent, page, [new CustomEvent(`${channel}-open`, init)]);
+    } catch {
+      // Not a URL: the native function throws the error.
+    }
+  };
+  wrap(page, 'open', (self, {0: url = ''}) => announceWindow(url));
+  wrap(Document.prototype, 'open', (self, {length, 0: url}) => {
+    if (length > 2 && self === pageDocument) announceWindow(url);
+  });
+
+  wrap(HTMLElement.prototype, 'click', handRootOf);
+  wrap(HTMLFormElement.prototype, 'requestSubmit', handRootOf);
+  wrap(HTMLFormElement.prototype, 'submit', (form) => hand('submit', form));
+  wrap(HTMLInputElement.prototype, 'showPicker', (input) => {
+    if (apply(inputType, input, []) === 'file') hand('picker', input);
+  });
+  wrap(EventTarget.prototype, 'dispatchEvent', (target, {0: event}) => {
+    try {
+      const type = apply(eventType, event, []);
+      if (type === 'click' || type === 'auxclick') handRootOf(target);
+    } catch {
+      // Not an event, which the native function refuses, or not dispatched to a node.
+    }
+  });
+  wrap(Element.prototype, 'attachShadow', null, (root) => hand('root', root));
 })(/*ARGUMENTS*/);
