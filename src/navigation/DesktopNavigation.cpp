@@ -37,30 +37,31 @@ DesktopNavigation::~DesktopNavigation() {
     active.download->setDelegate(nullptr);
 }
 
-NavigationPolicy DesktopNavigation::decidePolicyForAction(WebView& webView,
-                                                          const NavigationAction& action) {
-  if (!action.url) return refuse(action.url, "the navigation has no address");
-  if (isOfOrigin(action.url)) return decideWithinOrigin(webView, action);
-  return offerToBrowser(action);
+void DesktopNavigation::decidePolicyForAction(WebView& webView, const NavigationAction& action,
+                                              const ActionPolicyHandler& answer) {
+  if (isOfOrigin(action.url)) return decideWithinOrigin(webView, action, answer);
+  answer(NavigationPolicy::cancel);
+  offerToBrowser(action);
 }
 
-NavigationPolicy DesktopNavigation::decideWithinOrigin(WebView& webView,
-                                                       const NavigationAction& action) {
+void DesktopNavigation::decideWithinOrigin(WebView& webView, const NavigationAction& action,
+                                           const ActionPolicyHandler& answer) {
   if (action.shouldPerformDownload) {
     debug("Downloading " + action.url->string());
-    return NavigationPolicy::download;
+    return answer(NavigationPolicy::download);
   }
   if (action.targetFrame) {
     debug("Allowed " + action.url->string());
-    return NavigationPolicy::allow;
+    return answer(NavigationPolicy::allow);
   }
   // There is only one window, so requests for a new one load in it.
   debug("Loading in this window, instead of a new one: " + action.url->string());
+  answer(NavigationPolicy::cancel);
   if (action.request) webView.load(*action.request);
-  return NavigationPolicy::cancel;
 }
 
-NavigationPolicy DesktopNavigation::offerToBrowser(const NavigationAction& action) {
+void DesktopNavigation::offerToBrowser(const NavigationAction& action) {
+  if (!action.url) return refuse(action.url, "the navigation has no address");
   const bool asksForNewWindow = !action.targetFrame.has_value();
   if (action.type != NavigationType::linkActivated && !asksForNewWindow) {
     return refuse(action.url,
@@ -72,12 +73,13 @@ NavigationPolicy DesktopNavigation::offerToBrowser(const NavigationAction& actio
     return refuse(action.url, "the address is of a kind that other programs are not given");
   debug("Opening in another program: " + action.url->string());
   workspace_.open(*action.url);
-  return NavigationPolicy::cancel;
 }
 
 NavigationPolicy DesktopNavigation::decidePolicyForResponse(const NavigationResponse& response) {
-  if (!isOfOrigin(response.url))
-    return refuse(response.url, "the response is not from the service");
+  if (!isOfOrigin(response.url)) {
+    refuse(response.url, "the response is not from the service");
+    return NavigationPolicy::cancel;
+  }
   if (response.canShowMimeType) return NavigationPolicy::allow;
   debug("Downloading a response that cannot be shown: " + response.url->string());
   return NavigationPolicy::download;
@@ -190,10 +192,8 @@ void DesktopNavigation::downloadDidFail(Download& download, const PlatformError&
   showFailure(shown);
 }
 
-NavigationPolicy DesktopNavigation::refuse(const std::optional<Url>& url,
-                                           std::string_view rule) const {
+void DesktopNavigation::refuse(const std::optional<Url>& url, std::string_view rule) const {
   debug("Refused " + (url ? url->string() : "a navigation") + ": " + std::string(rule));
-  return NavigationPolicy::cancel;
 }
 
 void DesktopNavigation::debug(const std::string& line) const {

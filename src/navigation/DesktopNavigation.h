@@ -51,7 +51,8 @@ class DesktopNavigation final : public NavigationDelegate,
   // The parent of file choosers. Without it they are cancelled.
   std::weak_ptr<MainWindow> window;
 
-  NavigationPolicy decidePolicyForAction(WebView& webView, const NavigationAction& action) override;
+  void decidePolicyForAction(WebView& webView, const NavigationAction& action,
+                             const ActionPolicyHandler& answer) override;
   NavigationPolicy decidePolicyForResponse(const NavigationResponse& response) override;
   void didStartProvisionalNavigation() override;
   void didFinishNavigation() override;
@@ -88,9 +89,10 @@ class DesktopNavigation final : public NavigationDelegate,
   bool isTrusted(const FrameInfo& frame) const;
   // Whether the frame may show `question` to the user.
   bool mayAsk(const FrameInfo& frame, std::string_view question) const;
-  NavigationPolicy decideWithinOrigin(WebView& webView, const NavigationAction& action);
-  NavigationPolicy offerToBrowser(const NavigationAction& action);
-  NavigationPolicy refuse(const std::optional<Url>& url, std::string_view rule) const;
+  void decideWithinOrigin(WebView& webView, const NavigationAction& action,
+                          const ActionPolicyHandler& answer);
+  void offerToBrowser(const NavigationAction& action);
+  void refuse(const std::optional<Url>& url, std::string_view rule) const;
   void debug(const std::string& line) const;
   ActiveDownload* find(const Download* download);
   std::optional<std::filesystem::path> prepareFile(ActiveDownload& active,

@@ -32,9 +32,10 @@ class RecordedMessages final : public ScriptMessageHandler {
 // Records what the view reports. Allows every navigation unless `decide` is set.
 class RecordedNavigation final : public NavigationDelegate {
  public:
-  NavigationPolicy decidePolicyForAction(WebView&, const NavigationAction& action) override {
+  void decidePolicyForAction(WebView&, const NavigationAction& action,
+                             const ActionPolicyHandler& answer) override {
     actions.push_back(action);
-    return decide ? decide(action) : NavigationPolicy::allow;
+    answer(decide ? decide(action) : NavigationPolicy::allow);
   }
   NavigationPolicy decidePolicyForResponse(const NavigationResponse& response) override {
     responses.push_back(response);

@@ -20,47 +20,49 @@ class DesktopNavigationDebugLogTest : public DesktopNavigationTest {
     return action;
   }
 
-  std::vector<std::string> decide(const NavigationAction& action) {
-    navigation_->decidePolicyForAction(webView_, action);
+  std::vector<std::string> linesAbout(const NavigationAction& action) {
+    decide(action);
     return std::exchange(platform_.system().debugged, {});
   }
 };
 
 TEST_F(DesktopNavigationDebugLogTest, TellsWhatBecameOfPagesOfTheService) {
   auto action = clickOn("https://navora.example/circles");
-  EXPECT_THAT(decide(action), ElementsAre("navigation: Allowed https://navora.example/circles"));
+  EXPECT_THAT(linesAbout(action),
+              ElementsAre("navigation: Allowed https://navora.example/circles"));
   action.targetFrame.reset();
-  EXPECT_THAT(decide(action), ElementsAre("navigation: Loading in this window, instead of a new "
-                                          "one: https://navora.example/circles"));
+  EXPECT_THAT(linesAbout(action),
+              ElementsAre("navigation: Loading in this window, instead of a new "
+                          "one: https://navora.example/circles"));
   action.shouldPerformDownload = true;
-  EXPECT_THAT(decide(action),
+  EXPECT_THAT(linesAbout(action),
               ElementsAre("navigation: Downloading https://navora.example/circles"));
 }
 
 TEST_F(DesktopNavigationDebugLogTest, TellsThatAForeignLinkLeavesTheApplication) {
-  EXPECT_THAT(decide(clickOn("https://remote.example/")),
+  EXPECT_THAT(linesAbout(clickOn("https://remote.example/")),
               ElementsAre("navigation: Opening in another program: https://remote.example/"));
 }
 
 TEST_F(DesktopNavigationDebugLogTest, NamesTheRuleThatRefusedANavigation) {
   auto withoutAddress = clickOn("https://navora.example/");
   withoutAddress.url.reset();
-  EXPECT_THAT(decide(withoutAddress),
+  EXPECT_THAT(linesAbout(withoutAddress),
               ElementsAre("navigation: Refused a navigation: the navigation has no address"));
 
   auto notClicked = clickOn("https://remote.example/");
   notClicked.type = NavigationType::other;
-  EXPECT_THAT(decide(notClicked),
+  EXPECT_THAT(linesAbout(notClicked),
               ElementsAre("navigation: Refused https://remote.example/: a foreign address needs a "
                           "clicked link or a request for a new window"));
 
   auto fromFrame = clickOn("https://remote.example/");
   fromFrame.sourceFrame = subframe("https://navora.example/");
-  EXPECT_THAT(decide(fromFrame),
+  EXPECT_THAT(linesAbout(fromFrame),
               ElementsAre("navigation: Refused https://remote.example/: a foreign address needs "
                           "the service's main frame as its source"));
 
-  EXPECT_THAT(decide(clickOn("file:///etc/passwd")),
+  EXPECT_THAT(linesAbout(clickOn("file:///etc/passwd")),
               ElementsAre("navigation: Refused file:///etc/passwd: the address is of a kind that "
                           "other programs are not given"));
 }

@@ -105,7 +105,7 @@ TEST_P(ForeignNavigationTest, IsCancelledAndOpensTheBrowserOnlyForTheTrustedMain
     SCOPED_TRACE(testing::PrintToString(circumstances));
     const auto action = makeAction(destination.url, type, circumstances);
 
-    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+    EXPECT_EQ(decide(action), NavigationPolicy::cancel);
 
     const bool clickedOrNewWindow =
         type == NavigationType::linkActivated || circumstances.target == Target::none;
@@ -141,7 +141,7 @@ TEST_P(OriginNavigationTest, StaysInTheSameView) {
     SCOPED_TRACE(testing::PrintToString(circumstances));
     const auto action = makeAction("https://navora.example/circles", GetParam(), circumstances);
 
-    const auto policy = navigation_->decidePolicyForAction(webView_, action);
+    const auto policy = decide(action);
 
     const auto opened = log().take();
     if (circumstances.download) {

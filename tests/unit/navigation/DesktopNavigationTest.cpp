@@ -23,25 +23,24 @@ TEST_F(DesktopNavigationTest, CancelsANavigationWithoutAUrl) {
   action.url.reset();
   for (const bool download : {false, true}) {
     action.shouldPerformDownload = download;
-    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+    EXPECT_EQ(decide(action), NavigationPolicy::cancel);
   }
   action.targetFrame.reset();
-  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+  EXPECT_EQ(decide(action), NavigationPolicy::cancel);
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(DesktopNavigationTest, AllowsOtherSpellingsOfTheOrigin) {
   for (const char* url : {"https://navora.example", "https://navora.example:443/login",
                           "HTTPS://NAVORA.EXAMPLE/today?day=1#note"}) {
-    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, actionTo(url)), NavigationPolicy::allow)
-        << url;
+    EXPECT_EQ(decide(actionTo(url)), NavigationPolicy::allow) << url;
   }
 }
 
 TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowInTheSameView) {
   auto action = actionTo("https://navora.example/circles");
   action.targetFrame.reset();
-  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+  EXPECT_EQ(decide(action), NavigationPolicy::cancel);
   EXPECT_THAT(webView_.requestLoads(), ElementsAre(action.request.get()));
   EXPECT_THAT(log().take(), ElementsAre("webView.loadRequest https://navora.example/circles"));
 }
@@ -52,24 +51,38 @@ TEST_F(DesktopNavigationTest, LoadsTheRequestOfANewWindowFromAnyFrame) {
     action.type = NavigationType::other;
     action.sourceFrame = source;
     action.targetFrame.reset();
-    EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+    EXPECT_EQ(decide(action), NavigationPolicy::cancel);
   }
   EXPECT_THAT(webView_.requestLoads(), testing::SizeIs(2));
+}
+
+TEST_F(DesktopNavigationTest, AnswersBeforeItOpensALink) {
+  const auto answer = [this](NavigationPolicy policy) {
+    log().record(policy == NavigationPolicy::cancel ? "cancel" : "other");
+  };
+  navigation_->decidePolicyForAction(webView_, actionTo("https://remote.example/page"), answer);
+  EXPECT_THAT(log().take(), ElementsAre("cancel", "workspace.open https://remote.example/page"));
+
+  auto newWindow = actionTo("https://navora.example/circles");
+  newWindow.targetFrame.reset();
+  navigation_->decidePolicyForAction(webView_, newWindow, answer);
+  EXPECT_THAT(log().take(),
+              ElementsAre("cancel", "webView.loadRequest https://navora.example/circles"));
 }
 
 TEST_F(DesktopNavigationTest, DownloadsMarkedLinksEvenWithoutATargetFrame) {
   auto action = actionTo("https://navora.example/export.zip");
   action.shouldPerformDownload = true;
-  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::download);
+  EXPECT_EQ(decide(action), NavigationPolicy::download);
   action.targetFrame.reset();
-  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::download);
+  EXPECT_EQ(decide(action), NavigationPolicy::download);
   EXPECT_THAT(log().take(), IsEmpty());
 }
 
 TEST_F(DesktopNavigationTest, NeverDownloadsFromAForeignOrigin) {
   auto action = actionTo("https://remote.example/export.zip");
   action.shouldPerformDownload = true;
-  EXPECT_EQ(navigation_->decidePolicyForAction(webView_, action), NavigationPolicy::cancel);
+  EXPECT_EQ(decide(action), NavigationPolicy::cancel);
 }
 
 struct ResponseCase {

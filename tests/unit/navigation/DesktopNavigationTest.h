@@ -24,6 +24,15 @@ class DesktopNavigationTest : public testing::Test {
     log().take();
   }
 
+  // Returns the answer, which must be given once and at once.
+  NavigationPolicy decide(const NavigationAction& action) {
+    std::vector<NavigationPolicy> answers;
+    navigation_->decidePolicyForAction(webView_, action,
+                                       [&](NavigationPolicy policy) { answers.push_back(policy); });
+    EXPECT_EQ(answers.size(), 1U);
+    return answers.empty() ? NavigationPolicy::cancel : answers.front();
+  }
+
   EventLog& log() { return platform_.log(); }
   FakeDialogs& dialogs() { return platform_.dialogs(); }
 

@@ -80,7 +80,8 @@ gboolean NavigationEvents::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* 
     const bool newWindow = type == WEBKIT_POLICY_DECISION_TYPE_NEW_WINDOW_ACTION;
     auto* action = webkit_navigation_policy_decision_get_navigation_action(
         WEBKIT_NAVIGATION_POLICY_DECISION(decision));
-    carryOut(events.decideAction(action, newWindow), decision);
+    events.decideAction(action, newWindow,
+                        [=](NavigationPolicy policy) { carryOut(policy, decision); });
   }
   return TRUE;
 }
@@ -89,12 +90,14 @@ gboolean NavigationEvents::onDecidePolicy(WebKitWebView*, WebKitPolicyDecision* 
 // before.
 GtkWidget* NavigationEvents::onCreate(WebKitWebView*, WebKitNavigationAction* action,
                                       gpointer self) {
-  eventsOf(self).decideAction(action, true);
+  // Without a new view the window is not opened, whatever the answer.
+  eventsOf(self).decideAction(action, true, [](NavigationPolicy) {});
   return nullptr;
 }
 
-NavigationPolicy NavigationEvents::decideAction(WebKitNavigationAction* action, bool newWindow) {
-  if (delegate_ == nullptr) return NavigationPolicy::cancel;
+void NavigationEvents::decideAction(WebKitNavigationAction* action, bool newWindow,
+                                    const NavigationDelegate::ActionPolicyHandler& answer) {
+  if (delegate_ == nullptr) return answer(NavigationPolicy::cancel);
 
   NavigationAction description;
   WebKitURIRequest* request = webkit_navigation_action_get_request(action);
@@ -109,7 +112,7 @@ NavigationPolicy NavigationEvents::decideAction(WebKitNavigationAction* action, 
   // `shouldPerformDownload` stays false. The engine itself makes a download of an allowed link that
   // has the attribute, and then refuses redirects to other origins. A download that the application
   // asked for, of a link whose attribute the engine ignores, would follow them.
-  return delegate_->decidePolicyForAction(owner_, description);
+  delegate_->decidePolicyForAction(owner_, description, answer);
 }
 
 NavigationPolicy NavigationEvents::decideResponse(WebKitResponsePolicyDecision* decision) {

@@ -55,7 +55,9 @@ class NavigationEvents {
   static void onDownloadStarted(WebKitWebContext*, WebKitDownload* download, gpointer self);
   static void onMainResourceFinished(WebKitWebResource*, gpointer self);
 
-  NavigationPolicy decideAction(WebKitNavigationAction* action, bool newWindow);
+  // Calls `answer` once, before it returns.
+  void decideAction(WebKitNavigationAction* action, bool newWindow,
+                    const NavigationDelegate::ActionPolicyHandler& answer);
   NavigationPolicy decideResponse(WebKitResponsePolicyDecision* decision);
   void fail(const PlatformError& error);
   void loadStarted();

@@ -39,10 +39,10 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
     decidePolicyForNavigationAction:(WKNavigationAction*)navigationAction
                     decisionHandler:(void (^)(WKNavigationActionPolicy))decisionHandler {
   const bool answerable = self.navigationDelegate != nullptr && self.webView != nullptr;
-  decisionHandler(navora::toActionPolicy(
-      answerable ? self.navigationDelegate->decidePolicyForAction(
-                       *self.webView, navora::toNavigationAction(navigationAction))
-                 : navora::NavigationPolicy::cancel));
+  if (!answerable) return decisionHandler(WKNavigationActionPolicyCancel);
+  self.navigationDelegate->decidePolicyForAction(
+      *self.webView, navora::toNavigationAction(navigationAction),
+      [=](navora::NavigationPolicy policy) { decisionHandler(navora::toActionPolicy(policy)); });
 }
 
 - (void)webView:(WKWebView*)webView
