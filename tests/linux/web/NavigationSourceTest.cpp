@@ -251,6 +251,26 @@ TEST_F(NavigationSourceTest, AClickOnALinkThatItsHandlerChangesComesFromTheTopFr
   EXPECT_EQ(action->sourceFrame, topFrame());
 }
 
+// The response of a service worker has an address of its own.
+TEST_F(NavigationSourceTest, AResponseHasItsOwnAddress) {
+  server_.serve("/worker.js", {.body = "onactivate = (event) => event.waitUntil(clients.claim());"
+                                       "onfetch = (event) => { if (event.request.url.endsWith("
+                                       "'/asked')) event.respondWith(fetch('/answered')); }",
+                               .contentType = "text/javascript"});
+  server_.serveHtml("/answered", "<title>Answered</title>");
+  ASSERT_TRUE(loadHtml(""));
+  run("navigator.serviceWorker.register('/worker.js'); navigator.serviceWorker.ready.then("
+      "() => { document.title = 'ready'; })");
+  ASSERT_TRUE(waitUntil([this] { return evaluate("document.title") == "ready"; }));
+  ASSERT_TRUE(waitUntil([this] { return evaluate("!!navigator.serviceWorker.controller"); }));
+  ASSERT_TRUE(load("/asked"));
+  ASSERT_EQ(evaluate("document.title"), "Answered");
+  EXPECT_EQ(navigation_.responses.back().url, testUrl(server_.url("/answered")));
+  evaluate(
+      "navigator.serviceWorker.getRegistrations().then((all) => "
+      "all.forEach((one) => one.unregister())); null");
+}
+
 // What the page reports and then prevents must not vouch for what another frame does next.
 class LeftOverSourceTest : public NavigationSourceTest,
                            public testing::WithParamInterface<PageScript> {};

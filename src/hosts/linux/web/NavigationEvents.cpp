@@ -19,6 +19,11 @@ std::optional<Url> urlOf(WebKitURIRequest* request) {
   return uri == nullptr ? std::nullopt : Url::parse(uri);
 }
 
+std::optional<Url> urlOf(WebKitURIResponse* response) {
+  const char* uri = response == nullptr ? nullptr : webkit_uri_response_get_uri(response);
+  return uri == nullptr ? std::nullopt : Url::parse(uri);
+}
+
 NavigationType typeOf(WebKitNavigationAction* action, const std::optional<PageAction>& pageAction) {
   // The server chose the target of a redirect, not the user.
   if (webkit_navigation_action_is_redirect(action) != FALSE) return NavigationType::other;
@@ -118,7 +123,8 @@ void NavigationEvents::decideAction(WebKitNavigationAction* action, bool newWind
 NavigationPolicy NavigationEvents::decideResponse(WebKitResponsePolicyDecision* decision) {
   if (delegate_ == nullptr) return NavigationPolicy::cancel;
   NavigationResponse response;
-  response.url = urlOf(webkit_response_policy_decision_get_request(decision));
+  // A service worker may answer with a response from elsewhere than the request's address.
+  response.url = urlOf(webkit_response_policy_decision_get_response(decision));
   response.canShowMimeType =
       webkit_response_policy_decision_is_mime_type_supported(decision) != FALSE;
   return delegate_->decidePolicyForResponse(response);
