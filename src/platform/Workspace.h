@@ -32,7 +32,8 @@ class Workspace {
  public:
   virtual ~Workspace() = default;
 
-  // Opens the URL in the user's default application for it; does nothing if there is none.
+  // Opens the URL, as it was parsed, in the user's default application for it; does nothing if
+  // there is none.
   virtual void open(const Url& url) = 0;
 
   // Returns the application that has the keyboard focus, or null.

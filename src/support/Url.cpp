@@ -12,13 +12,15 @@
 namespace navora {
 
 struct Url::Representation {
-  explicit Representation(std::string url) : text(std::move(url)), layout(text) {}
+  Representation(std::string url, std::string_view parsed)
+      : text(std::move(url)), layout(text), textAsParsed(parsed) {}
   // The layout has views into the text.
   Representation(const Representation&) = delete;
   Representation& operator=(const Representation&) = delete;
 
   const std::string text;
   const UrlLayout layout;
+  const std::string textAsParsed;
 };
 
 namespace {
@@ -145,7 +147,7 @@ Url::Url(std::shared_ptr<const Representation> representation)
 
 std::optional<Url> Url::parse(std::string_view text) {
   if (text.empty() || !isValidUtf8(text)) return std::nullopt;
-  auto representation = std::make_shared<const Representation>(encodedUrl(text));
+  auto representation = std::make_shared<const Representation>(encodedUrl(text), text);
   const OptionalView port = representation->layout.port;
   if (!matchesGrammar(representation->text) || (!isMissingOrEmpty(port) && !portNumber(port)))
     return std::nullopt;
@@ -221,6 +223,10 @@ Url Url::appendingPathComponent(std::string_view component) const {
 
 std::string Url::string() const {
   return representation_->text;
+}
+
+std::string Url::textAsParsed() const {
+  return representation_->textAsParsed;
 }
 
 bool operator==(const Url& a, const Url& b) {

@@ -66,6 +66,11 @@ class Url {
   // Returns the whole URL as text.
   std::string string() const;
 
+  // Returns the text that was parsed, in which illegal characters are as they were. Other programs
+  // get a page's link in this form: encoding can change what it means to them, as it does with a
+  // second "#".
+  std::string textAsParsed() const;
+
   // Compares texts: "http://h" and "http://h/" are different.
   friend bool operator==(const Url& a, const Url& b);
 

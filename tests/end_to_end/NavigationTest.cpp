@@ -122,6 +122,11 @@ INSTANTIATE_TEST_SUITE_P(Page, UnusualLinkTest,
                          testing::Values("#detached-foreign", "#drawn", "#changing", "#host",
                                          "#submit-foreign"));
 
+TEST_F(NavigationTest, HandsOverAnAddressAsTheEngineGaveIt) {
+  page().click("#unencoded");
+  expectOpenedInBrowser(foreign().url("/a[]=1|2#/#room"));
+}
+
 TEST_F(NavigationTest, OpensAMailLinkOutsideTheDocumentInTheMailProgram) {
   page().click("#detached-mail");
   expectOpenedInBrowser("mailto:detached@example.com");

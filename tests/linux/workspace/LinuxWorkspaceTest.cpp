@@ -37,6 +37,13 @@ TEST_F(LinuxWorkspaceTest, PassesTheAddressToItsHandlerUnchanged) {
   EXPECT_THAT(opened_.all(), ElementsAre(address));
 }
 
+TEST_F(LinuxWorkspaceTest, LeavesCharactersAsTheyWereParsed) {
+  const std::string address = "https://navora.example/a[]=1|2?p=100%#/#room";
+  workspace_.open(*Url::parse(address));
+  ASSERT_TRUE(waitForCount(1));
+  EXPECT_THAT(opened_.all(), ElementsAre(address));
+}
+
 TEST_F(LinuxWorkspaceTest, OpensMailAndTelephoneAddressesToo) {
   workspace_.open(*Url::parse("mailto:someone@navora.example"));
   workspace_.open(*Url::parse("tel:+37100000000"));

@@ -70,6 +70,13 @@ TEST_F(DesktopNavigationTest, AnswersBeforeItOpensALink) {
               ElementsAre("cancel", "webView.loadRequest https://navora.example/circles"));
 }
 
+TEST_F(DesktopNavigationTest, HandsOverAnAddressAsTheEngineGaveIt) {
+  const std::string address = "https://remote.example/a[]=1|2?p=100%#/#room";
+  decide(actionTo(address));
+  ASSERT_EQ(platform_.workspace().opened().size(), 1U);
+  EXPECT_EQ(platform_.workspace().opened()[0].textAsParsed(), address);
+}
+
 TEST_F(DesktopNavigationTest, DownloadsMarkedLinksEvenWithoutATargetFrame) {
   auto action = actionTo("https://navora.example/export.zip");
   action.shouldPerformDownload = true;

@@ -100,6 +100,13 @@ TEST(Url, EncodesAPercentSignWithoutTwoDigits) {
   EXPECT_EQ(textOf("https://h/%4?1"), "https://h/%254?1");
 }
 
+TEST(Url, RemembersTheTextThatWasParsed) {
+  const std::string text = "https://remote.example/a[]=1|2?p=100%#/#room";
+  EXPECT_EQ(parsed(text).textAsParsed(), text);
+  EXPECT_EQ(parsed(text).string(), "https://remote.example/a%5B%5D=1%7C2?p=100%25#/%23room");
+  EXPECT_EQ(parsed(text), parsed(parsed(text).string()));
+}
+
 TEST(Url, RejectsTextThatIsNotAUrl) {
   for (const std::string_view text :
        {"", "\xFF", "https://h/\xC3", "https://h/\xC0\xAF", "https://h/\xED\xA0\x80", "1a:b", ":",

@@ -36,8 +36,9 @@ void LinuxWorkspace::open(const Url& url) {
   const auto context = GObjectPtr<GdkAppLaunchContext>::adopt(
       gdk_display_get_app_launch_context(gdk_display_get_default()));
   // Asynchronous, because looking up and starting the handler can take seconds.
-  g_app_info_launch_default_for_uri_async(url.string().c_str(), G_APP_LAUNCH_CONTEXT(context.get()),
-                                          nullptr, onLaunched, new std::string(url.string()));
+  g_app_info_launch_default_for_uri_async(url.textAsParsed().c_str(),
+                                          G_APP_LAUNCH_CONTEXT(context.get()), nullptr, onLaunched,
+                                          new std::string(url.string()));
 }
 
 std::shared_ptr<RunningApplication> LinuxWorkspace::frontmostApplication() {

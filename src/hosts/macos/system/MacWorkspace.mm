@@ -29,7 +29,11 @@ Screen toScreen(NSScreen* screen) {
 }  // namespace
 
 void MacWorkspace::open(const Url& url) {
-  NSURL* address = toNSURL(url);
+  // URLWithString: would encode or reject characters that WebKit leaves as they are.
+  const std::string text = url.textAsParsed();
+  NSURL* address = [NSURL URLWithDataRepresentation:[NSData dataWithBytes:text.data()
+                                                                   length:text.size()]
+                                      relativeToURL:nil];
   if (address != nil && [[NSWorkspace sharedWorkspace] openURL:address]) return;
   MacSystem().debug(DebugArea::navigation, "No program opened " + url.string());
 }

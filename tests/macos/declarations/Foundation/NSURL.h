@@ -8,6 +8,7 @@ typedef double NSTimeInterval;
 
 @interface NSURL : NSObject <NSCopying>
 + (nullable instancetype)URLWithString:(NSString*)string;
++ (NSURL*)URLWithDataRepresentation:(NSData*)data relativeToURL:(nullable NSURL*)baseURL;
 + (NSURL*)fileURLWithPath:(NSString*)path;
 @property(nullable, readonly, copy) NSString* absoluteString;
 @property(nullable, readonly, copy) NSString* path;

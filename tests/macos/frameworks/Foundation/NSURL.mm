@@ -87,6 +87,11 @@ std::string_view encodedPath(std::string_view url) {
   return [self urlWithText:text];
 }
 
+// Takes any text, as the documentation of this method says.
++ (NSURL*)URLWithDataRepresentation:(NSData*)data relativeToURL:(nullable NSURL*)baseURL {
+  return [self urlWithText:std::string(static_cast<const char*>(data.bytes), data.length)];
+}
+
 + (instancetype)urlWithText:(const std::string&)text {
   NSURL* url = [[self alloc] init];
   url->_text = text;
