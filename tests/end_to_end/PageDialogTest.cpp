@@ -102,6 +102,30 @@ TEST_F(PageDialogTest, CancelsAFileChooser) {
   EXPECT_EQ(page().evaluate("return document.querySelector('#files').files.length"), 0);
 }
 
+TEST_F(PageDialogTest, DeniesThePageEveryPermission) {
+  EXPECT_EQ(
+      page().evaluate("const outcome = (promise) => promise.then(() => 'allowed', () => 'denied');"
+                      "const place = new Promise((resolve, reject) =>"
+                      "  navigator.geolocation.getCurrentPosition(resolve, reject));"
+                      "return [await place.catch((error) => error.code),"
+                      "  await Notification.requestPermission(),"
+                      "  await outcome(navigator.clipboard.readText()),"
+                      "  await outcome(navigator.mediaDevices.getUserMedia({audio: true})),"
+                      "  await outcome(navigator.mediaDevices.getUserMedia({video: true}))]"),
+      Json({1, "denied", "denied", "denied", "denied"}));
+  page().evaluate(
+      "const button = document.createElement('button'); button.id = 'lock';"
+      "button.textContent = 'pointer lock'; document.body.prepend(button);"
+      "button.onclick = () => button.requestPointerLock();"
+      "for (const name of ['change', 'error']) {"
+      "  document.addEventListener('pointerlock' + name,"
+      "    () => { document.body.dataset.lock = name; });"
+      "}");
+  page().click("#lock");
+  expectAnswer("lock", "error");
+  EXPECT_EQ(application().windows().size(), 1u);
+}
+
 class FrameDialogTest : public TestPageTest {
  protected:
   void SetUp() override {

@@ -38,6 +38,7 @@ PageDialogs::PageDialogs(WebKitWebView* view, PageBridge& bridge) : view_(view),
   signals_.emplace_back(view, "run-file-chooser", G_CALLBACK(onRunFileChooser), this);
   signals_.emplace_back(view, "print", G_CALLBACK(onPrint), this);
   signals_.emplace_back(view, "authenticate", G_CALLBACK(onAuthenticate), this);
+  signals_.emplace_back(view, "permission-request", G_CALLBACK(onPermissionRequest), this);
 }
 
 gboolean PageDialogs::onScriptDialog(WebKitWebView*, WebKitScriptDialog* dialog, gpointer self) {
@@ -63,6 +64,15 @@ gboolean PageDialogs::onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer) {
 gboolean PageDialogs::onAuthenticate(WebKitWebView*, WebKitAuthenticationRequest* request,
                                      gpointer) {
   webkit_authentication_request_authenticate(request, nullptr);
+  return TRUE;
+}
+
+// Denies the camera, the microphone, the location, notifications, the clipboard, the pointer lock
+// and whatever else an engine may ask about. The service uses none of them: its notifications come
+// through the application.
+gboolean PageDialogs::onPermissionRequest(WebKitWebView*, WebKitPermissionRequest* request,
+                                          gpointer) {
+  webkit_permission_request_deny(request);
   return TRUE;
 }
 

@@ -12,7 +12,8 @@
 namespace navora {
 
 // Converts the engine's dialog and file chooser requests for the PageDialogDelegate. The source is
-// an unknown frame unless it is proven to be the top frame.
+// an unknown frame unless it is proven to be the top frame. Pages have no permissions: each request
+// for one is denied without asking the user.
 class PageDialogs {
  public:
   // Both arguments must outlive this object.
@@ -29,6 +30,7 @@ class PageDialogs {
                                    gpointer self);
   static gboolean onPrint(WebKitWebView*, WebKitPrintOperation*, gpointer);
   static gboolean onAuthenticate(WebKitWebView*, WebKitAuthenticationRequest* request, gpointer);
+  static gboolean onPermissionRequest(WebKitWebView*, WebKitPermissionRequest* request, gpointer);
 
   FrameInfo topFrame() const;
   void runDialog(WebKitScriptDialog* dialog);

@@ -151,4 +151,13 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
                                         navora::toFrameInfo(frame), answer);
 }
 
+// The service needs neither camera nor microphone. Without this method WebKit would ask the user.
+- (void)webView:(WKWebView*)webView
+    requestMediaCapturePermissionForOrigin:(WKSecurityOrigin*)origin
+                          initiatedByFrame:(WKFrameInfo*)frame
+                                      type:(WKMediaCaptureType)type
+                           decisionHandler:(void (^)(WKPermissionDecision))decisionHandler {
+  decisionHandler(WKPermissionDecisionDeny);
+}
+
 @end

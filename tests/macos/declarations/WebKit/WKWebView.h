@@ -4,6 +4,7 @@
 
 NS_ASSUME_NONNULL_BEGIN
 
+@class WKSecurityOrigin;
 @class WKWindowFeatures;
 
 @interface WKOpenPanelParameters : NSObject
@@ -11,6 +12,18 @@ NS_ASSUME_NONNULL_BEGIN
 // Since macOS 10.13.4, see Apple developer documentation, WKOpenPanelParameters.
 @property(readonly) BOOL allowsDirectories;
 @end
+
+typedef NS_ENUM(NSInteger, WKPermissionDecision) {
+  WKPermissionDecisionPrompt,
+  WKPermissionDecisionGrant,
+  WKPermissionDecisionDeny,
+};
+
+typedef NS_ENUM(NSInteger, WKMediaCaptureType) {
+  WKMediaCaptureTypeCamera,
+  WKMediaCaptureTypeMicrophone,
+  WKMediaCaptureTypeCameraAndMicrophone,
+};
 
 @protocol WKUIDelegate <NSObject>
 @optional
@@ -35,6 +48,12 @@ NS_ASSUME_NONNULL_BEGIN
     runOpenPanelWithParameters:(WKOpenPanelParameters*)parameters
               initiatedByFrame:(WKFrameInfo*)frame
              completionHandler:(void (^)(NSArray<NSURL*>* _Nullable URLs))completionHandler;
+// Since macOS 12.
+- (void)webView:(WKWebView*)webView
+    requestMediaCapturePermissionForOrigin:(WKSecurityOrigin*)origin
+                          initiatedByFrame:(WKFrameInfo*)frame
+                                      type:(WKMediaCaptureType)type
+                           decisionHandler:(void (^)(WKPermissionDecision decision))decisionHandler;
 @end
 
 @interface WKWebView : NSView
