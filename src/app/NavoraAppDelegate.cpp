@@ -21,7 +21,9 @@ constexpr double statusIconSize = 18;
 
 NavoraAppDelegate::NavoraAppDelegate(Platform& platform)
     : platform_(platform),
-      origin_(DesktopOrigin::configured(platform.system().environmentVariable("NAVORA_URL"))),
+      origin_(DesktopOrigin::configured(
+          platform.system().environmentVariable("NAVORA_URL"),
+          [&platform](const auto& host) { return platform.system().asciiHostName(host); })),
       displayedLocale_(DesktopLocale::current()),
       reminderPolicy_(
           platform.userDefaults(), [&platform] { return platform.system().now(); },

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/FatalError.h"
+#include "support/PercentEncoding.h"
 #include "support/Text.h"
 
 namespace navora {
@@ -35,6 +36,15 @@ bool mayServe(const Url& url) {
   return scheme == "http" && std::ranges::find(plaintextHosts, *host) != plaintextHosts.end();
 }
 
+std::optional<Url> withAsciiHost(const Url& url, const DesktopOrigin::HostNameEncoder& toAscii) {
+  UrlComponents components = url.components();
+  // Url has encoded every other character.
+  if (!components.host || components.host->find('%') == std::string::npos) return url;
+  const std::string host = percentDecoded(*components.host);
+  components.host = isValidUtf8(host) ? toAscii(host) : std::nullopt;
+  return components.host ? Url::fromComponents(components) : std::nullopt;
+}
+
 std::optional<Url> rootOf(const Url& url) {
   UrlComponents components = url.components();
   components.path = std::string("/");
@@ -58,6 +68,11 @@ Url DesktopOrigin::configured(std::optional<std::string_view> value) {
   const auto url = value ? Url::parse(*value) : std::nullopt;
   if (!url || !mayServe(*url)) return production();
   return rootOf(*url).value_or(production());
+}
+
+Url DesktopOrigin::configured(std::optional<std::string_view> value,
+                              const HostNameEncoder& toAscii) {
+  return withAsciiHost(configured(value), toAscii).value_or(production());
 }
 
 bool DesktopOrigin::contains(const Url& url, const Url& origin) {

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "support/Url.h"
@@ -17,6 +19,11 @@ class DesktopOrigin {
   // Returns the origin to serve for a configured URL: its scheme, host and port with the path "/"
   // if it is an https URL, or an http URL of this machine; production() for any other value.
   static Url configured(std::optional<std::string_view> value);
+
+  // Returns the same with a host that is not in ASCII as `toAscii` encodes it, which the engine and
+  // HTTP need; production() if it returns nullopt. `toAscii` takes a host name in UTF-8.
+  using HostNameEncoder = std::function<std::optional<std::string>(const std::string& host)>;
+  static Url configured(std::optional<std::string_view> value, const HostNameEncoder& toAscii);
 
   // Returns whether `url` has the scheme, host and effective port of `origin`, and no credentials.
   static bool contains(const Url& url, const Url& origin);

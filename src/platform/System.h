@@ -23,6 +23,9 @@ class System {
   // Returns the IANA identifier of the current time zone, as the system reports it.
   virtual std::string timeZoneIdentifier() const = 0;
   virtual Date now() const = 0;
+  // Returns a host name as DNS has it: labels with other than ASCII characters are encoded
+  // ("xn--…", IDNA). Returns nullopt if the name cannot be encoded. `host` is UTF-8.
+  virtual std::optional<std::string> asciiHostName(const std::string& host) const = 0;
   // Returns a new random UUID (RFC 9562, version 4) as lower-case text.
   virtual std::string randomUuid() const = 0;
 

@@ -40,6 +40,21 @@ std::string percentEncodedPathSegment(std::string_view text) {
   return encodedExcept(text, segmentMarks);
 }
 
+std::string percentDecoded(std::string_view text) {
+  std::string result;
+  for (std::size_t index = 0; index < text.size(); ++index) {
+    if (startsWithPercentTriplet(text.substr(index))) {
+      const auto value =
+          *hexadecimalValue(text[index + 1]) * 16 + *hexadecimalValue(text[index + 2]);
+      result.push_back(static_cast<char>(value));
+      index += 2;
+    } else {
+      result.push_back(text[index]);
+    }
+  }
+  return result;
+}
+
 bool startsWithPercentTriplet(std::string_view text) {
   return text.size() >= 3 && text[0] == '%' && hexadecimalValue(text[1]) &&
          hexadecimalValue(text[2]);

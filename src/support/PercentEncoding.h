@@ -17,6 +17,9 @@ std::string percentEncoded(std::string_view text);
 // (RFC 3986, section 3.3) are kept, all other bytes, including "/", "?" and "%", become "%XX".
 std::string percentEncodedPathSegment(std::string_view text);
 
+// Returns the text with each "%" and two hexadecimal digits replaced by the byte.
+std::string percentDecoded(std::string_view text);
+
 // Returns whether the text begins with "%" and two hexadecimal digits.
 bool startsWithPercentTriplet(std::string_view text);
 

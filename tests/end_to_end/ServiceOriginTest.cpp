@@ -86,6 +86,25 @@ INSTANTIATE_TEST_SUITE_P(
                     Address{"InUpperCase", "HTTP://LOCALHOST:{port}/some/path"}),
     [](const auto& address) { return address.param.name; });
 
+class EncodedOriginTest : public EndToEndTest {
+ protected:
+  bool startsApplication() const override { return false; }
+  std::string applicationUrl() const override { return {}; }
+  ApplicationProcess::Options applicationOptions() const override {
+    return {.environment = {{"NAVORA_URL", "https://bücher.invalid/path"}}};
+  }
+};
+
+// The host does not resolve; the overlay shows that it was requested.
+TEST_F(EncodedOriginTest, RequestsAHostThatIsNotInAsciiByItsEncodedName) {
+  desktop().openedUrls().clear();
+  application().start();
+  application().waitForMainWindow();
+  widget("label", "Navora is unavailable right now");
+  widget("push button", "Open in Browser").press();
+  EXPECT_TRUE(desktop().openedUrls().waitForFirst().starts_with("https://xn--bcher-kva.invalid/"));
+}
+
 class BracketedOriginTest : public EndToEndTest {
  protected:
   ServiceProcess::Options serviceOptions() const override {

@@ -15,6 +15,16 @@ std::optional<std::string> FakeSystem::environmentVariable(const std::string& na
   return variable->second;
 }
 
+std::optional<std::string> FakeSystem::asciiHostName(const std::string& host) const {
+  static const std::map<std::string, std::string> names{
+      {"navora.example", "navora.example"},        {"bücher.example", "xn--bcher-kva.example"},
+      {"BÜCHER.example", "xn--bcher-kva.example"}, {"straße.example", "xn--strae-oqa.example"},
+      {"пример.example", "xn--e1afmkfd.example"},
+  };
+  const auto found = names.find(host);
+  return found == names.end() ? std::nullopt : std::optional(found->second);
+}
+
 std::string FakeSystem::randomUuid() const {
   const std::string number = std::to_string(nextUuid++);
   const std::string prefix = "00000000-0000-4000-8000-abcdef000000";

@@ -42,6 +42,8 @@ class FakeSystem final : public System {
   std::optional<std::string> environmentVariable(const std::string& name) const override;
   std::vector<std::string> preferredLanguages() const override { return languages; }
   std::string timeZoneIdentifier() const override { return timeZone; }
+  // Knows a few names.
+  std::optional<std::string> asciiHostName(const std::string& host) const override;
   Date now() const override { return time; }
   std::string randomUuid() const override;
   void log(const std::string& line) const override { logged.push_back(line); }

@@ -53,5 +53,21 @@ class LinuxMachine {
 using Machines = testing::Types<FakeMachine, LinuxMachine>;
 INSTANTIATE_TYPED_TEST_SUITE_P(Linux, SystemContractTest, Machines);
 
+// Not part of the shared contract: macOS encodes names since version 14 only.
+template <typename Machine>
+class HostNameContractTest : public SystemContractTest<Machine> {};
+
+TYPED_TEST_SUITE(HostNameContractTest, Machines);
+
+TYPED_TEST(HostNameContractTest, EncodesHostNames) {
+  const auto ascii = [this](const std::string& host) { return this->system().asciiHostName(host); };
+  EXPECT_EQ(ascii("navora.example"), "navora.example");
+  EXPECT_EQ(ascii("bücher.example"), "xn--bcher-kva.example");
+  EXPECT_EQ(ascii("BÜCHER.example"), "xn--bcher-kva.example");
+  EXPECT_EQ(ascii("пример.example"), "xn--e1afmkfd.example");
+  EXPECT_EQ(ascii("straße.example"), "xn--strae-oqa.example");
+  EXPECT_EQ(ascii(std::string(64, 'a') + "ü.example"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace navora

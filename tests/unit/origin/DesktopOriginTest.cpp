@@ -1,3 +1,6 @@
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "origin/DesktopOrigin.h"
@@ -91,6 +94,34 @@ TEST(DesktopOriginConfigured, RejectsTextThatIsNotAUrl) {
         "ht\ttps://host/", "https\\://host/"}) {
     EXPECT_EQ(configured(text), production) << text;
   }
+}
+
+TEST(DesktopOriginConfigured, EncodesAHostThatIsNotInAscii) {
+  std::vector<std::string> asked;
+  const auto encode = [&](const std::string& host) {
+    asked.push_back(host);
+    return host == "bücher.example" ? std::optional<std::string>("xn--bcher-kva.example")
+                                    : std::nullopt;
+  };
+  const auto encoded = [&](std::string_view text) {
+    return DesktopOrigin::configured(text, encode).string();
+  };
+  EXPECT_EQ(encoded("https://bücher.example:8443/path"), "https://xn--bcher-kva.example:8443/");
+  EXPECT_EQ(encoded("https://b%C3%BCcher.example"), "https://xn--bcher-kva.example/");
+  EXPECT_EQ(asked, (std::vector<std::string>{"bücher.example", "bücher.example"}));
+  // What cannot be encoded, is not UTF-8 or may not be served falls back.
+  EXPECT_EQ(encoded("https://müll.example"), production);
+  EXPECT_EQ(encoded("https://b%FCcher.example"), production);
+  EXPECT_EQ(encoded("http://bücher.example"), production);
+  EXPECT_EQ(asked.size(), 3U);
+  EXPECT_EQ(encoded("https://navora.example:444/a"), "https://navora.example:444/");
+  EXPECT_EQ(DesktopOrigin::configured(std::nullopt, encode).string(), production);
+  EXPECT_EQ(asked.size(), 3U);
+}
+
+TEST(DesktopOriginConfigured, RejectsAnEncodedHostThatIsNone) {
+  const auto encode = [](const std::string&) { return std::optional<std::string>("a/b"); };
+  EXPECT_EQ(DesktopOrigin::configured("https://bücher.example", encode).string(), production);
 }
 
 TEST(DesktopOriginConfigured, AcceptsAVeryLongPath) {

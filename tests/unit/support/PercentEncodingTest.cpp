@@ -18,6 +18,15 @@ TEST(PercentEncoding, KeepsTheLegalCharactersOfAPathSegment) {
   EXPECT_EQ(percentEncodedPathSegment("/?#[]%20"), "%2F%3F%23%5B%5D%2520");
 }
 
+TEST(PercentEncoding, DecodesTripletsOnly) {
+  EXPECT_EQ(percentDecoded("b%C3%bCcher+%41"),
+            "b\xC3\xBC"
+            "cher+A");
+  EXPECT_EQ(percentDecoded("%"), "%");
+  EXPECT_EQ(percentDecoded("%4%zz%"), "%4%zz%");
+  EXPECT_EQ(percentDecoded("%2541"), "%41");
+}
+
 TEST(HexadecimalValue, AcceptsHexadecimalDigitsOfEitherCaseOnly) {
   EXPECT_EQ(hexadecimalValue('0'), 0U);
   EXPECT_EQ(hexadecimalValue('9'), 9U);

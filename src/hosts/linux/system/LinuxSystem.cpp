@@ -78,6 +78,11 @@ Date LinuxSystem::now() const {
   return std::chrono::system_clock::now();
 }
 
+std::optional<std::string> LinuxSystem::asciiHostName(const std::string& host) const {
+  const GCharPtr ascii(g_hostname_to_ascii(host.c_str()));
+  return ascii ? std::optional<std::string>(ascii.get()) : std::nullopt;
+}
+
 std::string LinuxSystem::randomUuid() const {
   return GCharPtr(g_uuid_string_random()).get();
 }

@@ -17,6 +17,7 @@ class LinuxSystem final : public System {
   std::string timeZoneIdentifier() const override;
   Date now() const override;
   std::string randomUuid() const override;
+  std::optional<std::string> asciiHostName(const std::string& host) const override;
   // Writes to standard error, which a systemd session keeps in the journal.
   void log(const std::string& line) const override;
   void debug(DebugArea area, const std::string& line) const override;

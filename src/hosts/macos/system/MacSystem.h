@@ -10,6 +10,7 @@ class MacSystem final : public System {
   std::vector<std::string> preferredLanguages() const override;
   std::string timeZoneIdentifier() const override;
   Date now() const override;
+  std::optional<std::string> asciiHostName(const std::string& host) const override;
   std::string randomUuid() const override;
   void log(const std::string& line) const override;
   void debug(DebugArea area, const std::string& line) const override;

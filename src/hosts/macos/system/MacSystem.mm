@@ -70,6 +70,15 @@ Date MacSystem::now() const {
   return std::chrono::system_clock::now();
 }
 
+// Foundation encodes host names itself since macOS 14; earlier versions reject the address.
+std::optional<std::string> MacSystem::asciiHostName(const std::string& host) const {
+  const auto url = toUrl([NSURL URLWithString:toNSString("https://" + host + "/")]);
+  auto encoded = url ? url->host() : std::nullopt;
+  // Percent-encoded instead.
+  if (!encoded || encoded->find('%') != std::string::npos) return std::nullopt;
+  return encoded;
+}
+
 std::string MacSystem::randomUuid() const {
   return toString([NSUUID UUID].UUIDString.lowercaseString);
 }
