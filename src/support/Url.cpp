@@ -1,8 +1,7 @@
 #include "support/Url.h"
 
+#include <algorithm>
 #include <utility>
-
-#include <uriparser/Uri.h>
 
 #include "support/FatalError.h"
 #include "support/PercentEncoding.h"
@@ -13,13 +12,13 @@ namespace navora {
 
 struct Url::Representation {
   Representation(std::string url, std::string_view parsed)
-      : text(std::move(url)), layout(text), textAsParsed(parsed) {}
+      : text(std::move(url)), layout(UrlLayout::parse(text)), textAsParsed(parsed) {}
   // The layout has views into the text.
   Representation(const Representation&) = delete;
   Representation& operator=(const Representation&) = delete;
 
   const std::string text;
-  const UrlLayout layout;
+  const std::optional<UrlLayout> layout;  // always present in a Url
   const std::string textAsParsed;
 };
 
@@ -55,37 +54,36 @@ std::string encodedHost(std::string_view host) {
   return encodedPart(host, host.starts_with('[') ? "" : "[]");
 }
 
-std::string encodedFragment(std::string_view fragment) {
-  return encodedPart(fragment, "#[]");
-}
-
-std::string encodedAuthority(const UrlLayout& layout) {
-  std::string result;
-  if (layout.userInformation) result.append(encodedPart(*layout.userInformation, "[]")).append("@");
-  result.append(encodedHost(*layout.host));
-  if (layout.port) result.append(":").append(encodedPart(*layout.port, "[]"));
-  return result;
+// Returns the square brackets of an IP literal with what they enclose, or an empty part of the
+// text. The text need not be legal.
+std::string_view ipLiteralIn(std::string_view text) {
+  text = text.substr(0, text.find_first_of("?#"));
+  const std::size_t slashes = text.find("//");
+  const bool hasAuthority = slashes == 0 || (slashes != std::string_view::npos &&
+                                             text.find_first_of(":/") + 1 == slashes);
+  if (!hasAuthority) return {};
+  std::string_view host = text.substr(slashes + 2);
+  host = host.substr(0, host.find('/'));
+  if (const auto at = host.find('@'); at != std::string_view::npos) host.remove_prefix(at + 1);
+  return host.starts_with('[') ? host.substr(0, host.find(']')) : std::string_view();
 }
 
 std::string encodedUrl(std::string_view text) {
-  const UrlLayout layout(text);
+  const std::size_t fragment = std::min(text.find('#'), text.size());
+  std::string_view rest = text.substr(0, fragment);
   std::string result;
-  if (layout.scheme) result.append(*layout.scheme).append(":");
-  if (layout.authority) result.append("//").append(encodedAuthority(layout));
-  result.append(encodedPart(layout.path, "[]"));
-  if (layout.query) result.append("?").append(encodedPart(*layout.query, "[]"));
-  if (layout.fragment) result.append("#").append(encodedFragment(*layout.fragment));
+  const std::string_view literal = ipLiteralIn(rest);
+  if (!literal.empty()) {
+    const auto begin = static_cast<std::size_t>(literal.data() - rest.data());
+    const std::size_t end = std::min(begin + literal.size() + 1, rest.size());
+    result.append(encodedPart(rest.substr(0, begin), "[]"));
+    result.append(encodedPart(rest.substr(begin, end - begin), ""));
+    rest.remove_prefix(end);
+  }
+  result.append(encodedPart(rest, "[]"));
+  if (fragment != text.size())
+    result.append("#").append(encodedPart(text.substr(fragment + 1), "#[]"));
   return result;
-}
-
-bool matchesGrammar(std::string_view text) {
-  UriUriA uri;
-  const char* errorPosition = nullptr;
-  const int status =
-      uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &errorPosition);
-  if (status != URI_SUCCESS) return false;
-  uriFreeUriMembersA(&uri);
-  return true;
 }
 
 bool isMissingOrEmpty(OptionalView text) {
@@ -112,7 +110,7 @@ UrlComponents encodedComponents(UrlComponents parts) {
     if (*part) *part = encodedPart(**part, "[]");
   }
   if (parts.host) parts.host = encodedHost(*parts.host);
-  if (parts.fragment) parts.fragment = encodedFragment(*parts.fragment);
+  if (parts.fragment) parts.fragment = encodedPart(*parts.fragment, "#[]");
   parts.path = encodedPart(parts.path, "[]");
   return parts;
 }
@@ -148,9 +146,9 @@ Url::Url(std::shared_ptr<const Representation> representation)
 std::optional<Url> Url::parse(std::string_view text) {
   if (text.empty() || !isValidUtf8(text)) return std::nullopt;
   auto representation = std::make_shared<const Representation>(encodedUrl(text), text);
-  const OptionalView port = representation->layout.port;
-  if (!matchesGrammar(representation->text) || (!isMissingOrEmpty(port) && !portNumber(port)))
-    return std::nullopt;
+  if (!representation->layout) return std::nullopt;
+  const OptionalView port = representation->layout->port;
+  if (!isMissingOrEmpty(port) && !portNumber(port)) return std::nullopt;
   return Url(std::move(representation));
 }
 
@@ -162,43 +160,43 @@ std::optional<Url> Url::fromComponents(const UrlComponents& components) {
 }
 
 std::optional<std::string> Url::scheme() const {
-  return owned(representation_->layout.scheme);
+  return owned(representation_->layout->scheme);
 }
 
 std::optional<std::string> Url::user() const {
-  const OptionalView information = representation_->layout.userInformation;
+  const OptionalView information = representation_->layout->userInformation;
   return information ? owned(information->substr(0, information->find(':'))) : std::nullopt;
 }
 
 std::optional<std::string> Url::password() const {
-  const OptionalView information = representation_->layout.userInformation;
+  const OptionalView information = representation_->layout->userInformation;
   const std::size_t colon = information ? information->find(':') : std::string_view::npos;
   return colon != std::string_view::npos ? owned(information->substr(colon + 1)) : std::nullopt;
 }
 
 std::optional<std::string> Url::host() const {
-  const OptionalView host = representation_->layout.host;
+  const OptionalView host = representation_->layout->host;
   return host ? owned(withoutBrackets(*host)) : std::nullopt;
 }
 
 std::optional<std::uint16_t> Url::port() const {
-  return portNumber(representation_->layout.port);
+  return portNumber(representation_->layout->port);
 }
 
 std::string Url::path() const {
-  return std::string(representation_->layout.path);
+  return std::string(representation_->layout->path);
 }
 
 std::optional<std::string> Url::query() const {
-  return owned(representation_->layout.query);
+  return owned(representation_->layout->query);
 }
 
 std::optional<std::string> Url::fragment() const {
-  return owned(representation_->layout.fragment);
+  return owned(representation_->layout->fragment);
 }
 
 UrlComponents Url::components() const {
-  const OptionalView port = representation_->layout.port;
+  const OptionalView port = representation_->layout->port;
   return {
       scheme(), user(),  password(), host(), isMissingOrEmpty(port) ? std::nullopt : owned(port),
       path(),   query(), fragment()};
@@ -206,8 +204,8 @@ UrlComponents Url::components() const {
 
 std::optional<Url> Url::resolve(std::string_view reference) const {
   const auto parsed = parse(reference);
-  if (!parsed || !representation_->layout.scheme) return std::nullopt;
-  return parse(resolvedReference(representation_->layout, parsed->representation_->layout));
+  if (!parsed || !representation_->layout->scheme) return std::nullopt;
+  return parse(resolvedReference(*representation_->layout, *parsed->representation_->layout));
 }
 
 Url Url::appendingPathComponent(std::string_view component) const {

@@ -2,31 +2,28 @@
 
 #include <algorithm>
 
+#include <uriparser/Uri.h>
+
 namespace navora {
 namespace {
 
-bool isAsciiLetter(char character) {
-  return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
+using OptionalView = std::optional<std::string_view>;
+
+std::size_t lengthOf(const UriTextRangeA& range) {
+  return static_cast<std::size_t>(range.afterLast - range.first);
 }
 
-bool isSchemeCharacter(char character) {
-  return isAsciiLetter(character) || (character >= '0' && character <= '9') || character == '+' ||
-         character == '-' || character == '.';
+// An empty range may lie outside the text that was parsed.
+OptionalView viewOf(const UriTextRangeA& range) {
+  if (range.first == nullptr) return std::nullopt;
+  return std::string_view(range.first, lengthOf(range));
 }
 
-bool isScheme(std::string_view text) {
-  return !text.empty() && isAsciiLetter(text.front()) &&
-         std::all_of(text.begin(), text.end(), isSchemeCharacter);
-}
-
-// Truncates the text at the first delimiter and returns what follows it, or nullopt if there is
-// none.
-std::optional<std::string_view> cutAt(std::string_view& text, char delimiter) {
-  const std::size_t position = text.find(delimiter);
-  if (position == std::string_view::npos) return std::nullopt;
-  const std::string_view rest = text.substr(position + 1);
-  text = text.substr(0, position);
-  return rest;
+// The parser leaves out the brackets of an IP literal.
+OptionalView hostOf(const UriUriA& uri) {
+  const bool isLiteral = uri.hostData.ip6 != nullptr || uri.hostData.ipFuture.first != nullptr;
+  if (!isLiteral) return viewOf(uri.hostText);
+  return std::string_view(uri.hostText.first - 1, lengthOf(uri.hostText) + 2);
 }
 
 void removeLastSegment(std::string& path) {
@@ -82,39 +79,41 @@ std::string targetPath(const UrlLayout& base, const UrlLayout& reference) {
 
 }  // namespace
 
-UrlLayout::UrlLayout(std::string_view text) {
-  fragment = cutAt(text, '#');
-  query = cutAt(text, '?');
-  const std::size_t colon = text.find(':');
-  if (colon != std::string_view::npos && isScheme(text.substr(0, colon))) {
-    scheme = text.substr(0, colon);
-    text.remove_prefix(colon + 1);
-  }
-  if (text.starts_with("//")) {
+std::optional<UrlLayout> UrlLayout::parse(std::string_view text) {
+  UriUriA uri;
+  const char* errorPosition = nullptr;
+  const int status =
+      uriParseSingleUriExA(&uri, text.data(), text.data() + text.size(), &errorPosition);
+  if (status != URI_SUCCESS) return std::nullopt;
+  UrlLayout layout;
+  layout.scheme = viewOf(uri.scheme);
+  layout.userInformation = viewOf(uri.userInfo);
+  layout.host = hostOf(uri);
+  layout.port = viewOf(uri.portText);
+  layout.query = viewOf(uri.query);
+  layout.fragment = viewOf(uri.fragment);
+  uriFreeUriMembersA(&uri);
+  layout.findAuthorityAndPath(text);
+  return layout;
+}
+
+// The parser has no range for the authority, and only single segments of the path.
+void UrlLayout::findAuthorityAndPath(std::string_view text) {
+  if (fragment) text.remove_suffix(fragment->size() + 1);
+  if (query) text.remove_suffix(query->size() + 1);
+  if (scheme) text.remove_prefix(scheme->size() + 1);
+  if (host) {
     text.remove_prefix(2);
     const std::size_t end = std::min(text.find('/'), text.size());
     authority = text.substr(0, end);
     text.remove_prefix(end);
-    splitAuthority();
   }
   path = text;
 }
 
-void UrlLayout::splitAuthority() {
-  std::string_view rest = *authority;
-  const std::size_t at = rest.find('@');
-  if (at != std::string_view::npos) {
-    userInformation = rest.substr(0, at);
-    rest.remove_prefix(at + 1);
-  }
-  // Colons inside an IP literal do not start a port.
-  const std::size_t literalEnd = rest.starts_with('[') ? rest.find(']') : std::string_view::npos;
-  const std::size_t searchFrom = literalEnd == std::string_view::npos ? 0 : literalEnd;
-  const std::size_t colon = rest.find(':', searchFrom);
-  host = rest.substr(0, std::min(colon, rest.size()));
-  if (colon != std::string_view::npos) port = rest.substr(colon + 1);
-}
-
+// Not uriAddBaseUriA() of uriparser (0.9.7): it writes every IPv6 address in full, keeps a dot
+// segment ("http://h///" with "g" becomes "http://h/.///g"), and drops the slash that remains of a
+// path without one at its beginning ("x:a/" with "../b" becomes "x:b").
 std::string resolvedReference(const UrlLayout& base, const UrlLayout& reference) {
   const bool ownAuthority = reference.scheme || reference.authority;
   const auto authority = ownAuthority ? reference.authority : base.authority;

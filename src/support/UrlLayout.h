@@ -6,11 +6,10 @@
 
 namespace navora {
 
-// The components of a URL as views into its text (RFC 3986, appendix B). Splitting validates
-// nothing: the parts may contain characters that the grammar forbids. The text must outlive the
-// layout.
+// The components of a URL as views into its text, which must outlive the layout.
 struct UrlLayout {
-  explicit UrlLayout(std::string_view text);
+  // Returns nullopt if the text is not a URI reference of RFC 3986.
+  static std::optional<UrlLayout> parse(std::string_view text);
 
   std::optional<std::string_view> scheme;
   std::optional<std::string_view> authority;
@@ -22,7 +21,7 @@ struct UrlLayout {
   std::optional<std::string_view> fragment;
 
  private:
-  void splitAuthority();
+  void findAuthorityAndPath(std::string_view text);
 };
 
 // Returns the text of `reference` resolved against an absolute `base` (RFC 3986, section 5.2.2,
