@@ -9,17 +9,20 @@ set(CMAKE_OBJCXX_STANDARD 20)
 set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
 set(CMAKE_OBJCXX_EXTENSIONS OFF)
 set(CMAKE_OBJCXX_FLAGS_DEBUG "${CMAKE_CXX_FLAGS_DEBUG}")
-find_path(NAVORA_BLOCKS_INCLUDE Block.h REQUIRED)
 find_library(NAVORA_BLOCKS_LIBRARY BlocksRuntime REQUIRED)
 
 # Without the checks that compare types across files: g++ writes none of what they read, and to clang a
 # pointer to an object is another type with automatic reference counting than without.
 set(sanitizers -fsanitize=address,undefined -fno-sanitize=vptr,function -fno-sanitize-recover=all)
-# As on a Mac, except that the checks of src/hosts/macos/modules.cmake name what is an error.
+# The options of the host, without the warnings that only g++ knows and those that ask of every pointer in
+# a source, which is included here, whether it may be nil.
+set(options -fblocks -fobjc-runtime=macosx-13 ${navora_macos_compile_options} ${sanitizers}
+  -fno-omit-frame-pointer -Wno-unknown-warning-option
+  -Wno-nullability-completeness -Wno-nullability-completeness-on-arrays)
 add_library(navora_macos_doubles INTERFACE)
 target_include_directories(navora_macos_doubles INTERFACE "${CMAKE_CURRENT_SOURCE_DIR}")
 target_compile_options(navora_macos_doubles INTERFACE
-  $<$<COMPILE_LANGUAGE:OBJCXX>:-fblocks;-fobjc-runtime=macosx-13;${navora_macos_compile_options};-Wno-nullability-completeness;-Wno-nullability-completeness-on-arrays;-Wno-unknown-warning-option;${sanitizers};-fno-omit-frame-pointer>
+  "$<$<COMPILE_LANGUAGE:OBJCXX>:${options}>"
   "$<$<COMPILE_LANGUAGE:OBJCXX>:SHELL:-isystem \"${declarations}\">")
 target_link_options(navora_macos_doubles INTERFACE ${sanitizers})
 target_link_libraries(navora_macos_doubles INTERFACE navora_warnings "${NAVORA_BLOCKS_LIBRARY}")
@@ -56,7 +59,8 @@ navora_macos_objects(foundation
 navora_macos_objects(appkit
   SOURCES frameworks/AppKit/NSMenu.mm frameworks/AppKit/NSWorkspace.mm frameworks/Carbon/Carbon.mm
           frameworks/UserNotifications/UserNotifications.mm
-  OPTIONS -Wno-incomplete-implementation -Wno-objc-designated-initializers -Wno-protocol -Wno-objc-property-implementation)
+  OPTIONS -Wno-incomplete-implementation -Wno-objc-designated-initializers -Wno-protocol
+          -Wno-objc-property-implementation)
 
 # The parts of the host that run: all of system and notifications, the menus, and what replaces files.
 function(navora_macos_host_objects module)

@@ -77,6 +77,15 @@ void addMethods(ClassData& data, const List<MethodDescription>* methods) {
   }
 }
 
+// The runtime would never call them.
+void refuseInitializers(const ClassObject& type) {
+  for (const char* name : {"load", "initialize"}) {
+    if (type.isa->data->methods.contains(sel_registerName(name))) {
+      fail(std::string("+[") + type.description->name + " " + name + "] would not be called");
+    }
+  }
+}
+
 void addProtocols(ClassData& data, const ProtocolList* protocols) {
   if (protocols != nullptr) data.protocols.push_back(protocols);
 }
@@ -154,6 +163,9 @@ __attribute__((constructor(101))) void start() {
   }
   for (const CategoryObject* category : Section{__start_objc_catlist, __stop_objc_catlist}) {
     attach(*category);
+  }
+  for (const ClassObject* type : Section{__start_objc_classlist, __stop_objc_classlist}) {
+    refuseInitializers(*type);
   }
   ClassObject* protocols = toClassObject(objc_getClass("Protocol"));
   protocols->data->isImmortal = true;
