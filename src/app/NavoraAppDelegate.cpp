@@ -238,6 +238,7 @@ void NavoraAppDelegate::pageDidLoad() {
 
 void NavoraAppDelegate::refreshAfterResume() {
   if (notifications_) notifications_->refresh();
+  if (updates_) updates_->refreshAfterResume();
   if (!currentServiceUrl()) return;
   refreshSystemTimeZone();
   webView_->evaluateJavaScript("window.dispatchEvent(new Event('tolvin:resume'));");

@@ -34,6 +34,7 @@ void DesktopUpdates::start() {
   if (const auto error = updater().startUpdater()) {
     fail(*error);
   } else {
+    isStarted_ = true;
     reminders_.refresh();
   }
 }
@@ -62,6 +63,10 @@ void DesktopUpdates::didFinishUpdateCycle(const std::optional<PlatformError>&) {
 
 void DesktopUpdates::refreshLocale() {
   banner_.refreshLocale();
+}
+
+void DesktopUpdates::refreshAfterResume() {
+  if (isStarted_) reminders_.refresh();
 }
 
 DesktopUpdates::Action DesktopUpdates::inThisState(Action action) {

@@ -63,6 +63,8 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
   // cannot check, announces the banner that is shown instead.
   void checkForUpdates();
   void refreshLocale();
+  // Offers a postponed update whose deadline passed while the computer was asleep.
+  void refreshAfterResume();
 
   // Returns whether an installation is certain: true until the session ends or fails.
   bool isInstalling() const { return isInstalling_; }
@@ -120,6 +122,7 @@ class DesktopUpdates final : private UpdaterUserDriver, private UpdaterDelegate 
   const Dependencies dependencies_;
   UpdateBanner banner_;
 
+  bool isStarted_ = false;
   bool isInstalling_ = false;
   // The user has chosen to install the update that is shown.
   bool installRequested_ = false;

@@ -8,7 +8,9 @@ namespace {
 
 constexpr UpdateReminderController::Delay shortestDelay{0.1};
 constexpr UpdateReminderController::Delay retryWhileBusy{15};
-constexpr UpdateReminderController::Delay longestTimer = std::chrono::hours(24);
+// The timers of a queue stand still while the computer sleeps, and know nothing of a change of the
+// clock. This is how late either is noticed.
+constexpr UpdateReminderController::Delay longestTimer = std::chrono::minutes(10);
 
 }  // namespace
 
@@ -57,8 +59,9 @@ void UpdateReminderController::scheduleNext(std::optional<Delay> retryDelay) {
   const auto generation = ++generation_;
   const auto pending = policy_.pending();
   if (!pending) return;
-  const Delay delay =
-      retryDelay.value_or(std::max<Delay>(pending->deadline - policy_.now(), shortestDelay));
+  const Delay untilDue =
+      policy_.isDue(*pending) ? shortestDelay : Delay(pending->deadline - policy_.now());
+  const Delay delay = retryDelay.value_or(std::max(untilDue, shortestDelay));
   timer_ = schedule_(delay, lifetime_.guard([this, generation] {
     if (generation != generation_) return;
     timer_.reset();
@@ -69,7 +72,7 @@ void UpdateReminderController::scheduleNext(std::optional<Delay> retryDelay) {
 void UpdateReminderController::timerFired() {
   const auto pending = policy_.pending();
   if (!pending) return;
-  if (pending->deadline > policy_.now()) {
+  if (!policy_.isDue(*pending)) {
     scheduleNext(std::nullopt);
   } else if (canCheck_()) {
     check_();

@@ -25,7 +25,7 @@ class UpdateReminderController {
       std::function<std::unique_ptr<ObserverToken>(Delay delay, std::function<void()> fire)>;
 
   // Returns a Schedule that uses timers of `queue`, which must outlive it. A timer may fire early:
-  // none is set for longer than a day, as hosts limit the length of a timer.
+  // none is set for longer than ten minutes, after which the clock is read again.
   static Schedule scheduleTimer(MainQueue& queue);
 
   // The policy must outlive this object. `canCheck` returns whether a check may start now; `check`
@@ -34,6 +34,7 @@ class UpdateReminderController {
                            std::function<void()> check, Schedule schedule);
 
   // Sets the timer for the reminder that the policy has stored, or clears it if there is none.
+  // To be called when the clock may have moved otherwise than the timer, as it does during sleep.
   void refresh();
 
   // Each calls the policy's function of the same name, then `refresh`.

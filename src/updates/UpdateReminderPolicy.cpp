@@ -9,6 +9,8 @@ namespace {
 
 constexpr std::string_view pendingKey = "navora.updateReminder.pending";
 constexpr std::string_view ignoredKey = "navora.updateReminder.ignoredVersion";
+// The day on which summer time ends has 25 hours. The rest allows for corrections of the clock.
+constexpr std::chrono::hours longestPostponement{26};
 
 }  // namespace
 
@@ -29,6 +31,11 @@ std::optional<UpdateReminderPolicy::Pending> UpdateReminderPolicy::pending() con
   return Pending{*version, dateFromSecondsSince1970(*deadline)};
 }
 
+bool UpdateReminderPolicy::isDue(const Pending& postponed) const {
+  const auto remaining = postponed.deadline - now();
+  return remaining <= remaining.zero() || remaining > longestPostponement;
+}
+
 std::optional<std::string> UpdateReminderPolicy::ignoredVersion() const {
   const auto stored = defaults_.value(ignoredKey);
   if (!stored || !stored->is_string()) return std::nullopt;
@@ -39,7 +46,7 @@ bool UpdateReminderPolicy::shouldOffer(std::string_view version, bool userInitia
   if (userInitiated) return true;
   if (ignoredVersion() == version) return false;
   const auto postponed = pending();
-  return !postponed || postponed->version != version || postponed->deadline <= now();
+  return !postponed || postponed->version != version || isDue(*postponed);
 }
 
 std::optional<Date> UpdateReminderPolicy::deadline(Delay delay) const {
@@ -85,7 +92,7 @@ void UpdateReminderPolicy::beginInstallation(std::string_view version) {
 void UpdateReminderPolicy::consume(const Pending& expected) {
   // The update may have been postponed again since `expected` was read.
   if (pending() != expected) return;
-  if (expected.deadline <= now()) defaults_.removeValue(pendingKey);
+  if (isDue(expected)) defaults_.removeValue(pendingKey);
 }
 
 void UpdateReminderPolicy::stopIgnoring(std::string_view version) {

@@ -37,9 +37,12 @@ class UpdateReminderPolicy {
   // Returns the stored postponement. Returns nullopt for a record that cannot be read, without
   // removing it.
   std::optional<Pending> pending() const;
+  // Returns whether the deadline has come, or is further ahead than any postponement reaches: then
+  // the clock has been set back, or the record is damaged.
+  bool isDue(const Pending& postponed) const;
 
   // Returns whether `version` may be offered now: always in a check that the user started,
-  // otherwise unless it is ignored or still postponed.
+  // otherwise unless it is ignored, or postponed and not due.
   bool shouldOffer(std::string_view version, bool userInitiated) const;
 
   // Replaces any earlier postponement and stops ignoring the version. Does nothing if the calendar

@@ -1,3 +1,5 @@
+#include <chrono>
+
 #include <gmock/gmock.h>
 
 #include "app/DesktopTimeZone.h"
@@ -6,6 +8,8 @@
 namespace navora {
 namespace {
 
+using namespace std::chrono_literals;
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -90,6 +94,18 @@ TEST_F(NavoraAppDelegateResumeTest, ChangesNothingInAForeignPageWhenTheTimeZoneC
   launchShowing(foreignPage());
   system().changeTimeZone("America/New_York");
   EXPECT_THAT(log().take(), IsEmpty());
+}
+
+TEST_F(NavoraAppDelegateResumeTest, OffersAPostponedUpdateWhoseTimeCameDuringSleep) {
+  platform_.userDefaults().setValue(
+      "navora.updateReminder.pending",
+      {{"version", "2.0"}, {"deadline", secondsSince1970(system().time + 1h)}});
+  launchShowing(page());
+  system().time += 9h;
+  log().take();
+  system().wake();
+  platform_.mainQueue().advance(100ms);
+  EXPECT_THAT(log().take(), Contains("updater.checkInBackground"));
 }
 
 TEST_F(NavoraAppDelegateResumeTest, StopsObservingTheSystemWhenItIsDestroyed) {

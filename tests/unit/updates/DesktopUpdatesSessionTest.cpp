@@ -45,6 +45,8 @@ TEST_F(DesktopUpdatesSessionTest, SetsNoReminderIfTheUpdaterDoesNotStart) {
   session.startError = error();
   start();
   EXPECT_EQ(queue.pendingCount(), 0u);
+  updates->refreshAfterResume();
+  EXPECT_EQ(queue.pendingCount(), 0u);
 }
 
 TEST_F(DesktopUpdatesSessionTest, ChecksAtADeadlineOnlyIfTheUpdaterIsIdle) {

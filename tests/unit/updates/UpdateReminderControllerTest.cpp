@@ -338,24 +338,74 @@ TEST(UpdateReminderTimer, RoundsUpAndHasALimit) {
                               [&] { fired.push_back(queue.elapsed()); }));
   }
   queue.advance(48h);
-  EXPECT_THAT(fired, testing::ElementsAre(0ms, 1ms, std::chrono::milliseconds(24h)));
+  EXPECT_THAT(fired, testing::ElementsAre(0ms, 1ms, std::chrono::milliseconds(10min)));
 }
 
-TEST(UpdateReminderTimer, ReachesADeadlineBeyondItsLimit) {
+// A reminder whose timer counts only the time during which the computer is awake, as the main
+// queues of the hosts do.
+class UpdateReminderClockTest : public testing::Test {
+ protected:
+  // Lets time pass while the computer sleeps, or sets the clock.
+  void moveClock(std::chrono::hours by) { launch += by; }
+
   FakeMainQueue queue;
   MemoryUserDefaults defaults;
-  const Date launch = dateFromSecondsSince1970(1800000000);
-  UpdateReminderPolicy policy(
-      defaults, [&] { return launch + queue.elapsed(); }, [] { return Calendar("UTC"); });
-  defaults.setValue("navora.updateReminder.pending",
-                    {{"version", "2.0"}, {"deadline", secondsSince1970(launch + 60h)}});
+  Date launch = dateFromSecondsSince1970(1800000000);
+  UpdateReminderPolicy policy{defaults, [this] { return launch + queue.elapsed(); },
+                              [] { return Calendar("UTC"); }};
   std::vector<std::chrono::milliseconds> checks;
-  UpdateReminderController controller(
-      policy, [] { return true; }, [&] { checks.push_back(queue.elapsed()); },
-      UpdateReminderController::scheduleTimer(queue));
+  UpdateReminderController controller{policy, [] { return true; },
+                                      [this] { checks.push_back(queue.elapsed()); },
+                                      UpdateReminderController::scheduleTimer(queue)};
+};
+
+TEST_F(UpdateReminderClockTest, ReachesADeadlineBeyondTheLimitOfATimer) {
+  defaults.setValue("navora.updateReminder.pending",
+                    {{"version", "2.0"}, {"deadline", secondsSince1970(launch + 25h)}});
   controller.refresh();
   queue.advance(100h);
-  EXPECT_THAT(checks, testing::ElementsAre(std::chrono::milliseconds(60h)));
+  EXPECT_THAT(checks, testing::ElementsAre(std::chrono::milliseconds(25h)));
+}
+
+TEST_F(UpdateReminderClockTest, ChecksSoonAfterTheDeadlinePassedDuringSleep) {
+  controller.postpone("2.0", PolicyDelay::hour);
+  moveClock(9h);
+  queue.advance(10min);
+  EXPECT_EQ(checks.size(), 1U);
+}
+
+TEST_F(UpdateReminderClockTest, ChecksAtOnceIfItIsRefreshedAfterSleep) {
+  controller.postpone("2.0", PolicyDelay::hour);
+  moveClock(9h);
+  controller.refresh();
+  queue.advance(100ms);
+  EXPECT_EQ(checks.size(), 1U);
+}
+
+TEST_F(UpdateReminderClockTest, ChecksSoonAfterTheClockWasSetBackByMoreThanADay) {
+  controller.postpone("2.0", PolicyDelay::hour);
+  moveClock(-1000h);
+  queue.advance(10min);
+  EXPECT_EQ(checks.size(), 1U);
+  EXPECT_EQ(policy.pending(), std::nullopt);
+  queue.advance(48h);
+  EXPECT_EQ(checks.size(), 1U);
+}
+
+TEST_F(UpdateReminderClockTest, WaitsForTheDeadlineIfTheClockWasSetBackByLess) {
+  controller.postpone("2.0", PolicyDelay::hour);
+  moveClock(-2h);
+  queue.advance(3h - 1ms);
+  EXPECT_TRUE(checks.empty());
+  queue.advance(1ms);
+  EXPECT_EQ(checks.size(), 1U);
+}
+
+TEST_F(UpdateReminderClockTest, ChecksAtOnceForADamagedDeadline) {
+  defaults.setValue("navora.updateReminder.pending", {{"version", "2.0"}, {"deadline", 1e300}});
+  controller.refresh();
+  queue.advance(100ms);
+  EXPECT_EQ(checks.size(), 1U);
 }
 
 }  // namespace

@@ -229,6 +229,30 @@ TEST_F(UpdateReminderPolicyTest, ConsumesADueReminder) {
   EXPECT_FALSE(policy.pending());
 }
 
+TEST_F(UpdateReminderPolicyTest, TreatsADeadlineBeyondAnyPostponementAsReached) {
+  // The clock was set back, or the stored number is damaged.
+  for (const double seconds : {secondsSince1970(now + 26h) + 1, 1e18, 1e300}) {
+    store({{"version", "2.0"}, {"deadline", seconds}});
+    EXPECT_TRUE(policy.isDue(*policy.pending())) << seconds;
+    EXPECT_TRUE(offers("2.0")) << seconds;
+    policy.consume(*policy.pending());
+    EXPECT_FALSE(policy.pending()) << seconds;
+  }
+}
+
+TEST_F(UpdateReminderPolicyTest, KeepsTheLongestPostponement) {
+  zone = "Europe/Berlin";
+  // Midnight of the day on which summer time ends.
+  now = dateFromSecondsSince1970(1792879200);
+  policy.postpone("2.0", Delay::tomorrow);
+  EXPECT_EQ(policy.pending()->deadline, now + 25h);
+  EXPECT_FALSE(policy.isDue(*policy.pending()));
+  EXPECT_FALSE(offers("2.0"));
+  // A small correction of the clock changes nothing.
+  now -= 10min;
+  EXPECT_FALSE(offers("2.0"));
+}
+
 TEST_F(UpdateReminderPolicyTest, KeepsAReminderThatDiffersInAnyWay) {
   policy.postpone("2.0", Delay::hour);
   const Pending stored = *policy.pending();
