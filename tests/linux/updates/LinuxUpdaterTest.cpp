@@ -229,5 +229,39 @@ TEST_F(LinuxUpdaterTest, NotifiesObserversWhenASessionStartsAndEnds) {
   EXPECT_THAT(progress, ElementsAre(true, false));
 }
 
+TEST_F(LinuxUpdaterTest, DoesNotCallAnObserverThatAnotherOneDestroyed) {
+  struct Observer {
+    int calls = 0;
+    std::unique_ptr<ObserverToken> token;
+  };
+  publish("1.0");
+  make(queue_);
+  int calls = 0;
+  auto second = std::make_unique<Observer>();
+  const auto first = updater_->observeCanCheckForUpdates([&] { second.reset(); });
+  // Reads memory that the first observer has freed, should it be called.
+  second->token = updater_->observeSessionInProgress([&calls, observer = second.get()] {
+    ++observer->calls;
+    ++calls;
+  });
+  check();
+  EXPECT_EQ(calls, 0);
+}
+
+TEST_F(LinuxUpdaterTest, LetsAnObserverDestroyItselfAndAddAnother) {
+  publish("1.0");
+  make(queue_);
+  std::vector<std::string> seen;
+  std::unique_ptr<ObserverToken> token;
+  std::unique_ptr<ObserverToken> next;
+  token = updater_->observeSessionInProgress([&, name = std::string("the first observer")] {
+    token.reset();
+    next = updater_->observeSessionInProgress([&] { seen.emplace_back("the next observer"); });
+    seen.push_back(name);
+  });
+  check();
+  EXPECT_THAT(seen, ElementsAre("the first observer", "the next observer"));
+}
+
 }  // namespace
 }  // namespace navora

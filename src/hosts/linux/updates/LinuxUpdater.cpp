@@ -4,7 +4,6 @@
 #include <chrono>
 #include <random>
 #include <utility>
-#include <vector>
 
 #include "hosts/linux/installation/UpdateError.h"
 
@@ -28,17 +27,19 @@ double numberFor(const UserDefaults& userDefaults, const char* key, double other
 // Keeps a callback in the list of observers until it is destroyed.
 class LinuxUpdater::Observation final : public ObserverToken {
  public:
-  Observation(const std::shared_ptr<Observers>& observers, std::function<void()> callback)
-      : observers_(observers), entry_(observers->insert(observers->end(), std::move(callback))) {}
+  Observation(const std::shared_ptr<Observers>& observers, int id, std::function<void()> callback)
+      : observers_(observers), id_(id) {
+    observers->emplace(id, std::move(callback));
+  }
   ~Observation() override {
-    if (const auto observers = observers_.lock()) observers->erase(entry_);
+    if (const auto observers = observers_.lock()) observers->erase(id_);
   }
   Observation(const Observation&) = delete;
   Observation& operator=(const Observation&) = delete;
 
  private:
   std::weak_ptr<Observers> observers_;
-  Observers::iterator entry_;
+  int id_;
 };
 
 LinuxUpdater::LinuxUpdater(Configuration configuration, const Dependencies& dependencies,
@@ -134,19 +135,20 @@ int LinuxUpdater::rolloutGroup() {
 
 std::unique_ptr<ObserverToken> LinuxUpdater::observeCanCheckForUpdates(
     std::function<void()> callback) {
-  return std::make_unique<Observation>(observers_, std::move(callback));
+  return std::make_unique<Observation>(observers_, ++lastObserver_, std::move(callback));
 }
 
 std::unique_ptr<ObserverToken> LinuxUpdater::observeSessionInProgress(
     std::function<void()> callback) {
-  return std::make_unique<Observation>(observers_, std::move(callback));
+  return std::make_unique<Observation>(observers_, ++lastObserver_, std::move(callback));
 }
 
 void LinuxUpdater::notifyObservers() const {
-  // A copy: a callback may destroy observers.
-  const std::vector<std::function<void()>> present(observers_->begin(), observers_->end());
-  for (const auto& observer : present)
-    observer();
+  // Copies: a callback may destroy any observer, its own included.
+  const auto observers = observers_;
+  const Observers present = *observers;
+  for (const auto& [id, callback] : present)
+    if (observers->contains(id)) callback();
 }
 
 }  // namespace navora

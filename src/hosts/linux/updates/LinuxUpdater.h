@@ -1,7 +1,7 @@
 #pragma once
 
 #include <functional>
-#include <list>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -55,7 +55,8 @@ class LinuxUpdater final : public Updater {
 
  private:
   class Observation;
-  using Observers = std::list<std::function<void()>>;
+  // In the order of their registration.
+  using Observers = std::map<int, std::function<void()>>;
 
   void reportLaunch();
   void scheduleCheck();
@@ -70,6 +71,7 @@ class LinuxUpdater final : public Updater {
   UpdaterDelegate& delegate_;
   UpdateSession::Context context_;
   std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
+  int lastObserver_ = 0;
   std::unique_ptr<UpdateSession> session_;
   std::unique_ptr<ObserverToken> timer_;
   Lifetime lifetime_;
