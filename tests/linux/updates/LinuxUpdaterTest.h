@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -32,6 +33,9 @@ class RecordingDriver final : public UpdaterUserDriver {
   std::vector<AppcastItem> items;
   std::vector<UserUpdateState> states;
   UserUpdateChoice whenFound = UserUpdateChoice::install;
+  // Leaves an offer unanswered, with `answer` to answer it later.
+  bool waitsWhenFound = false;
+  Choose answer;
   UserUpdateChoice whenReady = UserUpdateChoice::install;
   std::uint64_t expected = 0;
   std::uint64_t received = 0;
@@ -51,7 +55,11 @@ class RecordingDriver final : public UpdaterUserDriver {
     items.push_back(item);
     states.push_back(state);
     show("found " + item.versionString);
-    reply(whenFound);
+    if (waitsWhenFound) {
+      answer = std::move(reply);
+    } else {
+      reply(whenFound);
+    }
   }
   void showUpdateNotFound(const PlatformError&, std::function<void()> acknowledgement) override {
     show("nothing");

@@ -13,9 +13,27 @@ namespace {
 constexpr const char* lastCheckKey = "navora.updater.lastCheck";
 constexpr const char* rolloutGroupKey = "navora.updater.rolloutGroup";
 // In seconds.
-constexpr double checkInterval = 24 * 60 * 60;
-// Keeps the first check out of the application's start.
+constexpr double hour = 60 * 60;
+constexpr double checkInterval = 24 * hour;
+// Corrections of the clock by less than this are of no consequence.
+constexpr double clockTolerance = hour;
+// A failed check is repeated after the first of these, then after twice as long each time, up to
+// the second.
+constexpr double shortestRetry = 5 * 60;
+constexpr double longestRetry = 4 * hour;
+// Keeps the check out of the application's start, and leaves the network time to return after
+// sleep.
 constexpr double shortestDelay = 5;
+// The queue's timers stand still while the computer sleeps, and know nothing of a change of the
+// clock. Where waking is not reported, this is how late either is noticed.
+constexpr double longestTimer = hour;
+
+double retryDelay(int failures) {
+  double delay = shortestRetry;
+  for (int failure = 1; failure < failures && delay < longestRetry; ++failure)
+    delay *= 2;
+  return std::min(delay, longestRetry);
+}
 
 double numberFor(const UserDefaults& userDefaults, const char* key, double otherwise) {
   const auto value = userDefaults.value(key);
@@ -54,6 +72,7 @@ LinuxUpdater::LinuxUpdater(Configuration configuration, const Dependencies& depe
                .mainQueue = dependencies.mainQueue,
                .backgroundQueue = dependencies.backgroundQueue,
                .terminate = configuration_.terminate,
+               .feedRead = [this] { feedRead(); },
                .prepared = std::nullopt} {}
 
 LinuxUpdater::~LinuxUpdater() = default;
@@ -62,6 +81,7 @@ std::optional<PlatformError> LinuxUpdater::startUpdater() {
   // After the rest of the application's start.
   dependencies_.mainQueue.async(lifetime_.guard([this] { reportLaunch(); }));
   scheduleCheck();
+  wakeObservation_ = dependencies_.system.observeWake([this] { scheduleCheck(); });
   return std::nullopt;
 }
 
@@ -80,16 +100,33 @@ void LinuxUpdater::reportLaunch() {
   }
 }
 
+double LinuxUpdater::secondsUntilCheck() const {
+  const double now = secondsSince1970(dependencies_.system.now());
+  const double due = retry_
+                         ? secondsSince1970(*retry_)
+                         : numberFor(dependencies_.userDefaults, lastCheckKey, 0) + checkInterval;
+  const double remaining = due - now;
+  // A time further ahead than any wait, or no number, has been damaged, or the clock was set back.
+  return remaining <= checkInterval + clockTolerance ? remaining : 0;
+}
+
 void LinuxUpdater::scheduleCheck() {
   // Without an Installation, a package manager or the user is responsible for updates.
   if (!configuration_.installation || !configuration_.settings) return;
-  const double sinceLastCheck = secondsSince1970(dependencies_.system.now()) -
-                                numberFor(dependencies_.userDefaults, lastCheckKey, 0);
-  // Clamped, so that setting the clock back delays the check by one interval at most.
   const double delay =
-      std::clamp(checkInterval - std::max(sinceLastCheck, 0.0), shortestDelay, checkInterval);
-  timer_ = dependencies_.mainQueue.after(std::chrono::milliseconds(static_cast<long>(delay * 1000)),
-                                         [this] { checkForUpdatesInBackground(); });
+      session_ ? longestTimer : std::clamp(secondsUntilCheck(), shortestDelay, longestTimer);
+  // Rounded up, because a timer that fires a fraction early has to be set again.
+  timer_ = dependencies_.mainQueue.after(
+      std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(delay)),
+      [this] { timerFired(); });
+}
+
+void LinuxUpdater::timerFired() {
+  if (!session_ && secondsUntilCheck() <= 0) {
+    checkForUpdatesInBackground();
+  } else {
+    scheduleCheck();
+  }
 }
 
 void LinuxUpdater::checkForUpdates() {
@@ -105,20 +142,35 @@ void LinuxUpdater::check(bool userInitiated) {
     if (userInitiated) userDriver_.showUpdateInFocus();
     return;
   }
-  const Date now = dependencies_.system.now();
-  dependencies_.userDefaults.setValue(lastCheckKey, secondsSince1970(now));
-  scheduleCheck();
+  feedWasRead_ = false;
   session_ = std::make_unique<UpdateSession>(
       context_,
-      AppcastSelection::Conditions{configuration_.currentVersion, configuration_.systemVersion, now,
-                                   rolloutGroup(), userInitiated});
+      AppcastSelection::Conditions{configuration_.currentVersion, configuration_.systemVersion,
+                                   dependencies_.system.now(), rolloutGroup(), userInitiated});
+  scheduleCheck();
   notifyObservers();
   session_->start([this](const std::optional<PlatformError>& error) { sessionEnded(error); });
 }
 
+void LinuxUpdater::feedRead() {
+  feedWasRead_ = true;
+  failures_ = 0;
+  retry_.reset();
+  dependencies_.userDefaults.setValue(lastCheckKey, secondsSince1970(dependencies_.system.now()));
+}
+
 void LinuxUpdater::sessionEnded(const std::optional<PlatformError>& error) {
+  if (feedWasRead_) {
+    // Counted from the user's answer, which may come days after the check, so that the version that
+    // was declined is not offered again at once.
+    feedRead();
+  } else {
+    const double delay = retryDelay(++failures_);
+    retry_ = dependencies_.system.now() + std::chrono::duration<double>(delay);
+  }
   userDriver_.dismissUpdateInstallation();
   session_.reset();
+  scheduleCheck();
   notifyObservers();
   delegate_.didFinishUpdateCycle(error);
 }

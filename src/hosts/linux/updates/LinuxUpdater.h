@@ -13,12 +13,14 @@
 #include "platform/System.h"
 #include "platform/Updater.h"
 #include "platform/UserDefaults.h"
+#include "support/Date.h"
 #include "support/Lifetime.h"
 
 namespace navora {
 
-// Checks the feed on request and, if the running program belongs to an Installation, once a day.
-// One session at a time.
+// Checks the feed on request and, if the running program belongs to an Installation, once a day by
+// the clock, also across sleep and while a session stays open for longer. A check that failed is
+// repeated earlier. One session at a time.
 class LinuxUpdater final : public Updater {
  public:
   struct Configuration {
@@ -59,8 +61,15 @@ class LinuxUpdater final : public Updater {
   using Observers = std::map<int, std::function<void()>>;
 
   void reportLaunch();
+  // Returns the seconds until the next check on the updater's own account, not positive if it is
+  // due.
+  double secondsUntilCheck() const;
+  // Sets the timer for the next check, or for the next look at the clock. To be called when either
+  // may have changed.
   void scheduleCheck();
+  void timerFired();
   void check(bool userInitiated);
+  void feedRead();
   void sessionEnded(const std::optional<PlatformError>& error);
   int rolloutGroup();
   void notifyObservers() const;
@@ -73,7 +82,14 @@ class LinuxUpdater final : public Updater {
   std::shared_ptr<Observers> observers_ = std::make_shared<Observers>();
   int lastObserver_ = 0;
   std::unique_ptr<UpdateSession> session_;
+  // The session's check has succeeded.
+  bool feedWasRead_ = false;
+  // Number of checks that have failed since one succeeded.
+  int failures_ = 0;
+  // When a failed check is repeated.
+  std::optional<Date> retry_;
   std::unique_ptr<ObserverToken> timer_;
+  std::unique_ptr<ObserverToken> wakeObservation_;
   Lifetime lifetime_;
 };
 

@@ -75,6 +75,7 @@ Task<Failure> UpdateSession::run() {
     if (conditions_.userInitiated) co_await reportError(found.error());
     co_return found.error();
   }
+  context_.feedRead();
   if (!*found) {
     if (conditions_.userInitiated) co_await reportNothingFound();
     co_return std::nullopt;

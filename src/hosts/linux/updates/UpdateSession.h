@@ -42,6 +42,8 @@ class UpdateSession {
     BackgroundQueue& backgroundQueue;
     // Asks the application to quit.
     std::function<void()> terminate;
+    // Called when the feed has been read, before what was found in it is offered.
+    std::function<void()> feedRead;
     // Kept between sessions, so that no version is downloaded twice.
     std::optional<PreparedVersion> prepared;
   };
