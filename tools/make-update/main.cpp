@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include <sys/stat.h>
@@ -24,7 +25,9 @@
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"
+#include "support/Expected.h"
 #include "support/Text.h"
+#include "support/Url.h"
 
 namespace {
 
@@ -38,10 +41,11 @@ constexpr std::string_view usage =
 navora-make-update release --installation FOLDER --key FILE --url ADDRESS --output FOLDER
                            [options]
     Packs what "cmake --install" has installed into the first folder, signs it, and adds it to the
-    feed "appcast.xml" in the last one, to be served below the address.
+    feed "appcast.xml" in the last one, to be served below the address. An archive that is there
+    already is never changed; repeated with the same content, this changes the feed only.
 
     --version VERSION            of the release; by default that of this build
-    --link ADDRESS               a page about the release
+    --link ADDRESS               a page about the release, https
     --minimum-system VERSION     of the C library
     --channel NAME               only for users of this channel
     --phased SECONDS             delay between one seventh of the users and the next
@@ -156,22 +160,10 @@ std::string unsignedFeed(const std::string& feed) {
   return feed.substr(0, feed.rfind(AppcastFormat::signatureBeginning));
 }
 
-int makeRelease(const Arguments& arguments) {
-  const auto key = SigningKey::fromFile(arguments.value("--key"));
-  if (!key) return fail("The key cannot be read");
-  const std::filesystem::path output = arguments.value("--output");
-  const std::string version = arguments.value("--version");
-  const std::string name = "navora-" + version + ".tar.zst";
-  std::error_code error;
-  std::filesystem::create_directories(output, error);
-  if (const auto failure =
-          navora::writeArchive(arguments.value("--installation"), version, output / name)) {
-    return fail(*failure);
-  }
-  const auto signature = key->signFile(output / name);
-  if (!signature) return fail("The archive cannot be read");
-
-  navora::FeedItem item{.version = version,
+// Returns std::nullopt if `--phased` is not a number.
+std::optional<navora::FeedItem> itemFor(const Arguments& arguments,
+                                        const std::string& archiveName) {
+  navora::FeedItem item{.version = arguments.value("--version"),
                         .link = arguments.value("--link"),
                         .published = now(),
                         .minimumSystemVersion = arguments.value("--minimum-system"),
@@ -179,20 +171,95 @@ int makeRelease(const Arguments& arguments) {
                         .phasedRolloutInterval = std::nullopt,
                         .isCritical = arguments.switches.contains("--critical"),
                         .isInformational = arguments.switches.contains("--informational"),
-                        .archiveUrl = arguments.value("--url") + "/" + name,
-                        .archiveLength = std::filesystem::file_size(output / name, error),
-                        .archiveSignature = *signature};
+                        .archiveUrl = arguments.value("--url") + "/" + archiveName,
+                        .archiveLength = 0,
+                        .archiveSignature = ""};
   if (const std::string phased = arguments.value("--phased"); !phased.empty()) {
     const auto seconds = navora::wholeNumber<std::uint32_t>(phased);
-    if (!seconds) return fail(phased + " is not a number of seconds");
+    if (!seconds) return std::nullopt;
     item.phasedRolloutInterval = std::chrono::seconds(*seconds);
   }
-  const auto before = readFeed(output / "appcast.xml");
-  const auto feed = before ? navora::addToFeed(unsignedFeed(*before), item) : std::nullopt;
-  if (!feed) return fail("appcast.xml is not a feed");
-  if (!isAcceptable(*feed, version))
-    return fail("The updater would refuse this release: check its version and its addresses");
-  if (!replaceFile(output / "appcast.xml",
+  return item;
+}
+
+// The application opens no other links.
+bool isLink(const std::string& text) {
+  const auto url = navora::Url::parse(text);
+  return url && url->scheme() == "https" && url->host() && !url->host()->empty();
+}
+
+// Returns the feed with the item, or the reason why there must be no such release.
+navora::Expected<std::string, std::string> feedWith(const navora::FeedItem& item,
+                                                    const std::filesystem::path& feedFile) {
+  const auto before = readFeed(feedFile);
+  auto feed = before ? navora::addToFeed(unsignedFeed(*before), item) : std::nullopt;
+  if (!feed) return navora::Unexpected(std::string("appcast.xml is not a feed"));
+  if (!isAcceptable(*feed, item.version)) {
+    return navora::Unexpected(
+        std::string("The updater would refuse this release: check its version and its addresses"));
+  }
+  return *std::move(feed);
+}
+
+// Removes a file when it is destroyed.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(std::filesystem::path path) : path_(std::move(path)) {}
+  ~TemporaryFile() {
+    std::error_code error;
+    std::filesystem::remove(path_, error);
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+  const std::filesystem::path& path() const { return path_; }
+
+ private:
+  const std::filesystem::path path_;
+};
+
+// Gives the archive its name, unless a file has it: users may be downloading that one, and the feed
+// that they have read holds its signature. Returns the reason if that file is another one.
+std::optional<std::string> publish(const TemporaryFile& archive, const std::string& signature,
+                                   const std::filesystem::path& name, const SigningKey& key) {
+  std::error_code error;
+  std::filesystem::create_hard_link(archive.path(), name, error);
+  if (!error) return std::nullopt;
+  if (error != std::errc::file_exists) return name.string() + ": " + error.message();
+  // The same content has the same signature.
+  if (key.signFile(name) == signature) return std::nullopt;
+  return name.string() + " is already published with other content";
+}
+
+int makeRelease(const Arguments& arguments) {
+  const auto key = SigningKey::fromFile(arguments.value("--key"));
+  if (!key) return fail("The key cannot be read");
+  const std::filesystem::path output = arguments.value("--output");
+  const auto feedFile = output / "appcast.xml";
+  const std::string name = "navora-" + arguments.value("--version") + ".tar.zst";
+  auto item = itemFor(arguments, name);
+  if (!item) return fail(arguments.value("--phased") + " is not a number of seconds");
+  if (!item->link.empty() && !isLink(item->link)) return fail("The link is not an https address");
+  // With stand-ins, so that a release that is refused leaves no file.
+  item->archiveLength = 1;
+  item->archiveSignature = key->sign({});
+  if (const auto feed = feedWith(*item, feedFile); !feed) return fail(feed.error());
+
+  std::error_code error;
+  std::filesystem::create_directories(output, error);
+  const TemporaryFile archive(output / (name + ".new"));
+  if (const auto failure =
+          navora::writeArchive(arguments.value("--installation"), item->version, archive.path())) {
+    return fail(*failure);
+  }
+  const auto signature = key->signFile(archive.path());
+  if (!signature) return fail("The archive cannot be read");
+  item->archiveLength = std::filesystem::file_size(archive.path(), error);
+  item->archiveSignature = *signature;
+  const auto feed = feedWith(*item, feedFile);
+  if (!feed) return fail(feed.error());
+  if (const auto failure = publish(archive, *signature, output / name, *key)) return fail(*failure);
+  if (!replaceFile(feedFile,
                    arguments.switches.contains("--sign-feed") ? signedFeed(*feed, *key) : *feed)) {
     return fail("appcast.xml cannot be written");
   }

@@ -1,4 +1,5 @@
 #include <cstdlib>
+#include <filesystem>
 
 #include <gmock/gmock.h>
 
@@ -91,6 +92,56 @@ TEST_F(MakeUpdateTest, AReleaseThatTheUpdaterWouldRefuseIsNotPublished) {
   EXPECT_FALSE(release("2.1", "", "http://updates.example"));
   EXPECT_FALSE(release("2.1", "", "ftp://updates.example"));
   EXPECT_EQ(feed(), before);
+}
+
+TEST_F(MakeUpdateTest, ARefusedReleaseLeavesNoFile) {
+  EXPECT_FALSE(release("2.1%"));
+  EXPECT_FALSE(release("2.1", "--link 'http://[broken'"));
+  EXPECT_FALSE(release("2.1", "--phased soon"));
+  EXPECT_FALSE(release("2.1", "", "http://updates.example"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "releases"));
+  std::filesystem::create_symlink("/", folder_.path() / "installed/outside");
+  EXPECT_FALSE(release("2.1"));
+  EXPECT_TRUE(std::filesystem::is_empty(folder_.path() / "releases"));
+}
+
+TEST_F(MakeUpdateTest, ALinkThatTheApplicationWouldNotOpenIsRefused) {
+  EXPECT_FALSE(release("2.0", "--link http://a.example/"));
+  EXPECT_THAT(readFile(folder_.path() / "output"), testing::HasSubstr("https"));
+  EXPECT_FALSE(release("2.0", "--link notes.html"));
+}
+
+TEST_F(MakeUpdateTest, APublishedArchiveIsNotOverwritten) {
+  ASSERT_TRUE(release("2.0"));
+  const auto before = describeTree(folder_.path() / "releases");
+  writeFile(folder_.path() / "installed/share/navora/changed", "other content");
+  EXPECT_FALSE(release("2.0"));
+  EXPECT_THAT(readFile(folder_.path() / "output"), testing::HasSubstr("other content"));
+  EXPECT_EQ(describeTree(folder_.path() / "releases"), before);
+}
+
+TEST_F(MakeUpdateTest, AnArchiveThatIsPublishedBesideAnUnusableFeedIsNotOverwritten) {
+  const auto archive = folder_.path() / "releases" / "navora-2.0.tar.zst";
+  writeFile(archive, "published");
+  writeFile(folder_.path() / "releases" / "appcast.xml", "precious");
+  EXPECT_FALSE(release("2.0"));
+  EXPECT_EQ(readFile(archive), "published");
+}
+
+TEST_F(MakeUpdateTest, TheItemOfAPublishedArchiveMayChange) {
+  ASSERT_TRUE(release("2.0"));
+  EXPECT_FALSE(entries().front().isCritical);
+  const auto archive = folder_.path() / "releases" / "navora-2.0.tar.zst";
+  const auto written = std::filesystem::last_write_time(archive);
+  ASSERT_TRUE(release("2.0", "--critical"));
+  ASSERT_EQ(entries().size(), 1U);
+  EXPECT_TRUE(entries().front().isCritical);
+  EXPECT_EQ(std::filesystem::last_write_time(archive), written);
+}
+
+TEST_F(MakeUpdateTest, AReleaseLeavesOnlyTheArchiveAndTheFeed) {
+  ASSERT_TRUE(release("2.0"));
+  EXPECT_EQ(describeTree(folder_.path() / "releases").size(), 2U);
 }
 
 TEST_F(MakeUpdateTest, AnotherDocumentIsNotOverwritten) {
