@@ -1,3 +1,7 @@
+#include <set>
+
+#include <gmock/gmock.h>
+
 #include "pages/RestartGuardPage.h"
 
 namespace navora::driver {
@@ -66,7 +70,7 @@ TEST_F(RestartGuardFreezeTest, InputMethodDoesNothing) {
   rememberState();
   freeze();
   compose();
-  page().waitUntilTrue("arrived.filter((type) => type === 'keyup').length > 4");
+  page().waitUntilTrue("window.lastKeyUp === 'KeyZ'");
   page().evaluate("await nextFrame(); await nextFrame()");
   expectNothingSeen();
   EXPECT_EQ(page().evaluate("return arrived.includes('compositionstart')"), Json(false));
@@ -117,17 +121,21 @@ TEST_F(RestartGuardFreezeTest, WheelDoesNothing) {
 
 TEST_F(RestartGuardFreezeTest, ContextMenuDoesNotOpen) {
   const Point area = place("#area");
-  // Toolkits create hidden windows at any time.
+  // Toolkits create hidden windows at any time, and windows of earlier tests may still vanish.
   const auto visibleWindows = [] {
-    return desktop().display().windows([](const auto& window) { return window.mapped; }).size();
+    std::set<WindowId> windows;
+    for (const auto& window :
+         desktop().display().windows([](const auto& each) { return each.mapped; }))
+      windows.insert(window.id);
+    return windows;
   };
-  const std::size_t windows = visibleWindows();
+  const auto windows = visibleWindows();
   rememberState();
   freeze();
   desktop().mouse().click(area, MouseButton::right);
   waitForArrival("contextmenu");
   expectNothingSeen();
-  EXPECT_EQ(visibleWindows(), windows);
+  EXPECT_THAT(windows, testing::IsSupersetOf(visibleWindows()));
   resume();
   desktop().mouse().click(area, MouseButton::right);
   page().waitUntilTrue("seen.includes('contextmenu')");

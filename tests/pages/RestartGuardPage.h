@@ -9,8 +9,8 @@
 namespace navora::driver {
 
 // Pages with the guard installed as in the application. `arrived` records the events that reach the
-// window, before the guard's handlers run. `lateness` puts the guard's clock forward, and
-// `isBroken` makes the values of text areas unreadable.
+// window, before the guard's handlers run, and `lastKeyUp` the code of the last key. `lateness`
+// puts the guard's clock forward, and `isBroken` makes the values of text areas unreadable.
 class RestartGuardPage : public PageTest {
  protected:
   static constexpr const char* textReason =
@@ -82,8 +82,11 @@ class RestartGuardPage : public PageTest {
       'dblclick', 'auxclick', 'contextmenu', 'wheel', 'dragstart', 'dragenter', 'dragover', 'drop',
       'submit', 'reset', 'focusin', 'focusout'];
     for (const type of inputTypes) {
-      window.addEventListener(type, (event) => { if (event.isTrusted) arrived[arrived.length] = type; },
-                              {capture: true, passive: true});
+      window.addEventListener(type, (event) => {
+        if (!event.isTrusted) return;
+        arrived[arrived.length] = type;
+        if (type === 'keyup') window.lastKeyUp = event.code;
+      }, {capture: true, passive: true});
     }
   )";
 
