@@ -69,9 +69,14 @@
     const init = {__proto__: null, relatedTarget};
     apply(dispatchEvent, page, [new MouseEvent(`${channel}-${kind}`, init)]);
   };
+  // The engine (2.50) collects an input outside the document as garbage while its file chooser is
+  // open, and the page is never told of the files.
+  let lastTree;
   const handRootOf = (node) => {
     const root = apply(getRootNode, node, []);
-    if (root !== pageDocument) hand('root', root);
+    if (root === pageDocument) return;
+    lastTree = [root, node];
+    hand('root', root);
   };
   // Calls `before` with the receiver and arguments of each call of a native function, and `after`
   // with the result.
