@@ -198,7 +198,7 @@ std::unique_ptr<ObserverToken> LinuxUpdater::observeSessionInProgress(
 void LinuxUpdater::notifyObservers() const {
   // Copies: a callback may destroy any observer, its own included.
   const auto observers = observers_;
-  const Observers present = *observers;
+  const Observers present(observers->begin(), observers->end());
   for (const auto& [id, callback] : present)
     if (observers->contains(id)) callback();
 }
