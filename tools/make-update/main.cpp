@@ -1,4 +1,5 @@
 // Makes a key for signing releases, or a release: a signed archive and its item in a feed.
+#include <cerrno>
 #include <chrono>
 #include <cstdint>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include "hosts/linux/installation/Appcast.h"
@@ -25,6 +27,7 @@
 #include "make-update/ArchiveWriter.h"
 #include "make-update/Feed.h"
 #include "make-update/SigningKey.h"
+#include "platform/FileDescriptor.h"
 #include "support/Expected.h"
 #include "support/Text.h"
 #include "support/Url.h"
@@ -94,13 +97,18 @@ int fail(const std::string& reason) {
 }
 
 int makeKey(const std::filesystem::path& file) {
-  if (std::filesystem::exists(file)) return fail(file.string() + " already exists");
   const auto key = SigningKey::make();
-  // Readable by its owner only.
-  ::umask(S_IRWXG | S_IRWXO);
-  std::ofstream stream(file);
-  stream << key.secretText() << '\n';
-  if (!stream.flush()) return fail(file.string() + " cannot be written");
+  // Readable by its owner only from the first byte on. Fails for whatever is there already, be it a
+  // link that leads nowhere.
+  const navora::FileDescriptor descriptor(::open(
+      file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR));
+  if (!descriptor) return fail(file.string() + ": " + std::generic_category().message(errno));
+  if (!descriptor.write(key.secretText() + '\n') || !descriptor.flush()) {
+    const int reason = errno;
+    std::error_code ignored;
+    std::filesystem::remove(file, ignored);
+    return fail(file.string() + ": " + std::generic_category().message(reason));
+  }
   std::cout << key.publicText() << '\n';
   return EXIT_SUCCESS;
 }

@@ -20,9 +20,9 @@ class MakeUpdateTest : public testing::Test {
     makeSampleVersion(folder_.path() / "installed", "2.0");
     writeFile(keyFile_, key_.secretText());
   }
-  bool run(const std::string& arguments) const {
-    const std::string command = "cd " + folder_.path().string() + " && " NAVORA_MAKE_UPDATE " " +
-                                arguments + " >output 2>&1";
+  bool run(const std::string& arguments, const std::string& before = "") const {
+    const std::string command = "cd " + folder_.path().string() + " && " + before +
+                                NAVORA_MAKE_UPDATE " " + arguments + " >output 2>&1";
     return std::system(command.c_str()) == 0;
   }
   bool release(const std::string& version, const std::string& more = "",
@@ -171,6 +171,19 @@ TEST_F(MakeUpdateTest, ANewKeyIsPrivateAndDoesNotOverwriteAFile) {
   EXPECT_EQ(readFile(folder_.path() / "output"), key->publicText() + "\n");
   EXPECT_FALSE(run("key new"));
   EXPECT_EQ(readFile(file), key->secretText() + "\n");
+}
+
+TEST_F(MakeUpdateTest, ANewKeyIsNotWrittenThroughALink) {
+  std::filesystem::create_symlink(folder_.path() / "elsewhere", folder_.path() / "new");
+  EXPECT_FALSE(run("key new"));
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "elsewhere"));
+}
+
+TEST_F(MakeUpdateTest, AKeyThatCannotBeWrittenLeavesNoFile) {
+  EXPECT_FALSE(run("key missing/new"));
+  // The shell's limit, in blocks, lets no byte be written.
+  EXPECT_FALSE(run("key new", "ulimit -f 0 && trap '' XFSZ && "));
+  EXPECT_FALSE(std::filesystem::exists(folder_.path() / "new"));
 }
 
 TEST_F(MakeUpdateTest, OtherArgumentsPrintTheUsage) {
