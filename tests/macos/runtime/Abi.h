@@ -96,7 +96,7 @@ struct SuperReceiver {
   ClassObject* sender;
 };
 
-// The common part of every block: Block Implementation Specification, clang's documentation.
+// The common part of every block (clang's documentation of the block ABI).
 struct BlockObject {
   void* isa;
   int flags;

@@ -22,7 +22,7 @@ struct AppKitState {
   std::vector<Screen> screens = {{{{0, 0}, {1440, 900}}, {{0, 0}, {1440, 875}}}};
   NSPoint mouse = {0, 0};
 
-  // The name of the application that has the keyboard; none if it is empty.
+  // The name of the application that has the keyboard, or empty.
   std::string frontmost = {};
   bool frontmostIsTerminated = false;
   std::vector<std::string> activated = {};

@@ -23,7 +23,7 @@ struct FoundationState {
   // the same. The documentation does not exclude it, and open implementations do it.
   bool resettingTimeZonePostsNotification = false;
 
-  // The folder of the main bundle's resources; none if it is empty.
+  // The folder of the main bundle's resources; empty if the bundle has none.
   std::filesystem::path resources = {};
   // The texts of the main bundle's Info.plist.
   std::map<std::string, std::string> informationPropertyList = {};

@@ -397,7 +397,7 @@ class Loads {
   NSMutableArray<NSURLSessionTask*>* _tasks;
   NSUInteger _lastIdentifier;
   BOOL _isInvalid;
-  // A session exists until it is invalidated, whoever refers to it: documentation of
+  // A session exists until it is invalidated, even without references: documentation of
   // +sessionWithConfiguration:delegate:delegateQueue:.
   NSURLSession* _itself;
 }

@@ -178,17 +178,17 @@ TEST(ObjectiveCMessagesTest, PassVariableArguments) {
 }
 
 TEST(ObjectiveCMessagesTest, ToNilReturnZeroOfEveryKind) {
-  Sender* nobody = nil;
-  EXPECT_EQ([nobody name], nil);
-  EXPECT_EQ(nobody.factor, 0);
-  EXPECT_EQ([nobody half:5], 0);
-  EXPECT_EQ([nobody halfOfFloat:5], 0);
-  EXPECT_EQ([nobody halfOfLongDouble:5], 0);
-  const Small small = [nobody smallWith:1];
+  Sender* missing = nil;
+  EXPECT_EQ([missing name], nil);
+  EXPECT_EQ(missing.factor, 0);
+  EXPECT_EQ([missing half:5], 0);
+  EXPECT_EQ([missing halfOfFloat:5], 0);
+  EXPECT_EQ([missing halfOfLongDouble:5], 0);
+  const Small small = [missing smallWith:1];
   EXPECT_EQ(small.x, 0);
   EXPECT_EQ(small.y, 0);
   Large large = {{1, 2, 3, 4, 5, 6, 7, 8}};
-  large = [nobody largeWith:1];
+  large = [missing largeWith:1];
   for (const long value : large.values) {
     EXPECT_EQ(value, 0);
   }
