@@ -96,6 +96,13 @@ void reportDownload(navora::NavigationDelegate* delegate, WKDownload* download) 
     createWebViewWithConfiguration:(WKWebViewConfiguration*)configuration
                forNavigationAction:(WKNavigationAction*)navigationAction
                     windowFeatures:(WKWindowFeatures*)windowFeatures {
+  // WebKit asks for no policy before window.open() and the context menu's "Open Link in New
+  // Window". Without a new view the window is not opened, whatever the answer.
+  if (self.navigationDelegate != nullptr && self.webView != nullptr) {
+    self.navigationDelegate->decidePolicyForAction(*self.webView,
+                                                   navora::toNavigationAction(navigationAction),
+                                                   [](navora::NavigationPolicy) {});
+  }
   return nil;
 }
 
