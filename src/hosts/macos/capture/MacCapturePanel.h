@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #import <AppKit/AppKit.h>
 
 #include "hosts/macos/capture/CapturePanelConstraints.h"
