@@ -156,7 +156,7 @@ void PageBridge::onBridgeMessage(WebKitUserContentManager*, WebKitJavascriptResu
 void PageBridge::handleAnnouncement(const Json& source, const Json& announcement) {
   const auto name = stringMember(announcement, "name");
   const auto body = stringMember(announcement, "body");
-  if (!name || !body) return;
+  if (stringMember(announcement, "kind") != "message" || !name || !body) return;
   handler_->didReceiveScriptMessage({*name, *body, {true, urlMember(source, "frameUrl")}});
 }
 

@@ -41,7 +41,7 @@
   for (const name of handlerNames) {
     handlers[name] = freeze({
       postMessage(body) {
-        announce({__proto__: null, name, body: stringify(body) ?? 'null'});
+        announce({__proto__: null, kind: 'message', name, body: stringify(body) ?? 'null'});
       },
     });
   }
